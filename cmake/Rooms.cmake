@@ -1,0 +1,46 @@
+# A room is one directory of the source tree and one CMake target. Its headers are reached as
+# <plovix/ROOM/header.h> through a link that only this target publishes, so a target that does not
+# link a room cannot include its headers: a forbidden include does not build.
+#
+#   plovix_room(pages/task SOURCES a.cpp b.cpp LINKS framework designs)
+#
+# makes the target plovix_pages_task.
+function(plovix_room room)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LIBRARIES" ${ARGN})
+  string(REPLACE "/" "_" id ${room})
+  set(target plovix_${id})
+  set(publish ${CMAKE_BINARY_DIR}/rooms/${id})
+  get_filename_component(parent ${publish}/plovix/${room} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${room} ${publish}/plovix/${room} SYMBOLIC)
+
+  if(ARG_SOURCES)
+    list(TRANSFORM ARG_SOURCES PREPEND ${CMAKE_SOURCE_DIR}/${room}/)
+    add_library(${target} STATIC ${ARG_SOURCES})
+    set(scope PUBLIC)
+    target_link_libraries(${target} PRIVATE plovix_warnings)
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${target} ${scope} ${publish})
+  foreach(link IN LISTS ARG_LINKS)
+    string(REPLACE "/" "_" link_id ${link})
+    target_link_libraries(${target} ${scope} plovix_${link_id})
+  endforeach()
+  target_link_libraries(${target} ${scope} ${ARG_LIBRARIES})
+
+  # Every header compiles alone: one generated source per header, built but linked nowhere.
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${room}/*.h)
+  if(headers AND PLOVIX_CHECK_HEADERS)
+    set(checks "")
+    foreach(header IN LISTS headers)
+      get_filename_component(name ${header} NAME_WE)
+      set(check ${CMAKE_BINARY_DIR}/header_checks/${id}/${name}.cpp)
+      file(CONFIGURE OUTPUT ${check} CONTENT "#include <plovix/${room}/${name}.h>\n")
+      list(APPEND checks ${check})
+    endforeach()
+    add_library(${target}_headers OBJECT ${checks})
+    target_link_libraries(${target}_headers PRIVATE ${target} plovix_warnings)
+  endif()
+endfunction()

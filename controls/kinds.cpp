@@ -1,0 +1,143 @@
+#include "kinds.h"
+
+#include <algorithm>
+
+#include "failure.h"
+#include "form.h"
+#include "utf8.h"
+
+namespace plovix {
+
+void Label::SetLink(bool link) {
+  if (link == link_) return;
+  link_ = link;
+  Notify(Aspect::kLook);
+}
+
+void Label::Click(UserKey /*key*/) { Raise(Event::kClick); }
+
+void Label::DoubleClick(UserKey /*key*/) { Raise(Event::kDblClick); }
+
+void CommandButton::Press(UserKey /*key*/) { Raise(Event::kClick); }
+
+void TextBox::SetText(std::string text) {
+  if (text == text_) return;
+  text_ = std::move(text);
+  selection_start_ = selection_length_ = 0;
+  Notify(Aspect::kText);
+  Raise(Event::kChange);
+}
+
+void TextBox::SelectText(int start, int length) {
+  const int size = CharacterCount(text_);
+  selection_start_ = std::clamp(start, 0, size);
+  selection_length_ = std::clamp(length, 0, size - selection_start_);
+  Notify(Aspect::kTextSelection);
+}
+
+void TextBox::SelectAll() { SelectText(0, CharacterCount(text_)); }
+
+void TextBox::Type(UserKey /*key*/, std::string text) { SetText(std::move(text)); }
+
+void CheckBox::SetValue(int value) {
+  if (value != 0 && value != 1) throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");
+  if (value == value_) return;
+  value_ = value;
+  Notify(Aspect::kValue);
+  Raise(Event::kClick);
+}
+
+void CheckBox::Toggle(UserKey /*key*/) { SetValue(1 - value_); }
+
+void OptionButton::Select() {
+  if (selected_) return;
+  for (OptionButton* sibling : Container().OptionButtons()) {
+    if (!sibling->selected_) continue;
+    sibling->selected_ = false;
+    sibling->Notify(Aspect::kValue);
+  }
+  selected_ = true;
+  Notify(Aspect::kValue);
+  Raise(Event::kClick);
+}
+
+void OptionButton::Choose(UserKey key) {
+  EnterFocus(key);
+  Select();
+}
+
+void OptionButton::DoubleClick(UserKey /*key*/) { Raise(Event::kDblClick); }
+
+const ComboBox::Item& ComboBox::At(int index) const {
+  if (index < 0 || index >= Count()) {
+    throw Failure(failure_number::kSubscriptOutOfRange, "Subscript out of range");
+  }
+  return items_[static_cast<std::size_t>(index)];
+}
+
+const std::string& ComboBox::ItemText(int index) const { return At(index).text; }
+
+std::int32_t ComboBox::ItemData(int index) const { return At(index).data; }
+
+void ComboBox::AddItem(std::string text, std::int32_t data) {
+  items_.push_back({std::move(text), data});
+  Notify(Aspect::kItems);
+}
+
+void ComboBox::Clear() {
+  items_.clear();
+  index_ = -1;
+  text_.clear();
+  Notify(Aspect::kItems);
+}
+
+// Shows the entry without raising anything; true when the index is another one than before.
+bool ComboBox::Show(int index) {
+  if (index < -1 || index >= Count()) {
+    throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");
+  }
+  const bool changed = index != index_;
+  index_ = index;
+  text_ = index < 0 ? std::string{} : At(index).text;
+  Notify(Aspect::kIndex);
+  return changed;
+}
+
+void ComboBox::Select(int index) {
+  if (Show(index)) Raise(Event::kClick);
+}
+
+void ComboBox::SetText(std::string text) {
+  if (!Editable()) {
+    const auto found = std::ranges::find(items_, text, &Item::text);
+    if (found == items_.end()) {
+      throw Failure(failure_number::kReadOnlyProperty, "No entry of the list has this text: " + text);
+    }
+    Select(static_cast<int>(found - items_.begin()));
+    return;
+  }
+  if (text == text_) return;
+  text_ = std::move(text);
+  index_ = -1;
+  Notify(Aspect::kText);
+}
+
+void ComboBox::Pick(UserKey /*key*/, int index) {
+  Show(index);
+  Raise(Event::kClick);
+}
+
+void ComboBox::Type(UserKey /*key*/, std::string text) { SetText(std::move(text)); }
+
+void ComboBox::DropDown(UserKey /*key*/) { Raise(Event::kDropDown); }
+
+void DateTimePicker::SetValue(DateTime value) {
+  if (value == value_) return;
+  value_ = value;
+  Notify(Aspect::kValue);
+  Raise(Event::kChange);
+}
+
+void DateTimePicker::Set(UserKey /*key*/, DateTime value) { SetValue(value); }
+
+}  // namespace plovix

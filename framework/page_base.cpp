@@ -1,0 +1,76 @@
+#include "page_base.h"
+
+namespace plovix {
+namespace {
+
+constexpr int kTitleText = 4;
+constexpr int kDescriptionText = 5;
+constexpr int kTranslateFlag = 1;
+
+}  // namespace
+
+std::string WizardPage::GetString(int id, const std::vector<std::string>& parameters) {
+  return Services().Application()->Language()->GetString(id, kModule, parameters);
+}
+
+int WizardPage::MsgBox(int text_id, int buttons) {
+  const auto application = Services().Application();
+  return application->MsgBox(GetString(text_id), buttons, application->Title(), "");
+}
+
+std::string WizardPage::IWizardPage_Title() { return GetString(kTitleText); }
+
+std::string WizardPage::IWizardPage_Description() { return GetString(kDescriptionText); }
+
+void WizardPage::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+  Wizard = std::move(host);
+  Store = std::move(store);
+}
+
+void WizardPage::TranslateCaptions() {
+  Services().Application()->Translator()->TranslateControls(Controls(), kModule, kTranslateFlag);
+}
+
+// Dropping two references cannot fail, so the handler of this procedure never speaks.
+void WizardPage::IWizardPage_Terminate() { Keep(nullptr, nullptr); }
+
+void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+  Procedure("IWizardPage_Initialize", [&](Statements& run) {
+    Keep(std::move(host), std::move(store));
+    run([&] { TranslateCaptions(); });
+    Prepare();
+    RefreshWizard();
+    run([&] { Controls().Redraw(); });
+  });
+}
+
+// The answer is set last: a procedure that was left on the way keeps the user on the page.
+bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
+  bool answer = false;
+  Procedure("IWizardPage_CanChangePage", [&](Statements& /*run*/) {
+    if (direction == ChangeDirection::kBack) {
+      if (SaveOnBack() == Outcome::kLeft) return;
+    } else if (direction != ChangeDirection::kCancel) {
+      if (!Validate() || SaveValues() == Outcome::kLeft) return;
+    }
+    answer = true;
+  });
+  return answer;
+}
+
+Outcome CommonPage::RefreshWizard() {
+  return Procedure("RefreshWizard", [&](Statements& run) {
+    if (!Wizard) return;
+    std::optional<bool> flag;
+    run([&] { flag = CanContinue(); });
+    if (flag) run([&] { Wizard->Refresh(*flag); });
+  });
+}
+
+void CommonPage::TakeTask(Statements& run, std::source_location where) {
+  const auto held = [&] { return Set(Store)->Exists(store_key::kAutoTask); };
+  if (!run.If(held, where)) return;
+  run([&] { Task = ObjectFrom<AutoTask>(Store->Item(store_key::kAutoTask)->Value()); }, where);
+}
+
+}  // namespace plovix

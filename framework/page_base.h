@@ -1,0 +1,85 @@
+// The bases of the pages: WizardPage owns the controls and answers what is the same everywhere;
+// CommonPage adds the common lifecycle, the way a page is left and the pushed can-continue flag.
+#pragma once
+
+#include <plovix/controls/form.h>
+#include <plovix/host/auto_task.h>
+#include <plovix/host/services.h>
+
+#include <optional>
+#include <source_location>
+#include <string>
+#include <vector>
+
+#include "statements.h"
+#include "wizard_page.h"
+
+namespace plovix {
+
+// A page with the controls it owns; what registries make and surfaces' hosts keep.
+class WizardPage : public IWizardPage {
+ public:
+  explicit WizardPage(const DesignView& design) : form_(design) {}
+  [[nodiscard]] Form& Controls() noexcept { return form_; }
+  [[nodiscard]] std::string_view PageName() const noexcept { return form_.Design().page; }
+
+  std::string IWizardPage_Title() final;
+  std::string IWizardPage_Description() final;
+  void IWizardPage_Terminate() final;
+  bool IWizardPage_BackEnabled() final { return false; }
+  bool IWizardPage_CancelEnabled() final { return false; }
+  bool IWizardPage_FinishEnabled() final { return false; }
+  bool IWizardPage_NextEnabled() final { return false; }
+  void IWizardPage_GetMinimumSize(int& /*width*/, int& /*height*/) final {}
+
+ protected:
+  // Runs a named procedure with the page's error handler.
+  template <class Body>
+  Outcome Procedure(std::string_view name, Body&& body) {
+    return RunProcedure(PageName(), name, std::forward<Body>(body));
+  }
+  // Keeps the references and re-captions the controls; lets failures through.
+  void Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store);
+  void TranslateCaptions();
+
+  // Text `id` of the pages' module.
+  [[nodiscard]] static std::string GetString(int id, const std::vector<std::string>& parameters = {});
+  // A box of the host's under the application's title; gives back the user's answer.
+  static int MsgBox(int text_id, int buttons);
+
+  std::shared_ptr<WizardHost> Wizard;
+  std::shared_ptr<ValueStore> Store;
+  std::shared_ptr<AutoTask> Task;
+
+ private:
+  Form form_;
+};
+
+// The lifecycle that every page but the first follows; a page overrides the private procedures.
+class CommonPage : public WizardPage {
+ public:
+  using WizardPage::WizardPage;
+  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) final;
+  bool IWizardPage_CanChangePage(ChangeDirection direction) final;
+
+  // Pushes the can-continue flag to the host; does nothing before Initialize and after Terminate.
+  Outcome RefreshWizard();
+
+ protected:
+  // Takes the task out of the store where it holds one, as statements of the calling procedure.
+  void TakeTask(Statements& run, std::source_location where = std::source_location::current());
+
+ private:
+  // Page-specific preparation between translating and refreshing.
+  virtual void Prepare() { RetrieveValues(); }
+  virtual Outcome RetrieveValues() = 0;
+  // What Back does before the page is left; pages save without validating unless they say otherwise.
+  virtual Outcome SaveOnBack() { return SaveValues(); }
+  // Checks the controls on Next and Finish and tells the user what is wrong; false when left.
+  virtual bool Validate() { return true; }
+  virtual Outcome SaveValues() = 0;
+  // Whether the page's content allows moving on; nothing: the host is not called.
+  virtual std::optional<bool> CanContinue() { return true; }
+};
+
+}  // namespace plovix

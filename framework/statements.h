@@ -1,0 +1,71 @@
+// The statement runner: how every named procedure with a handler meets a failure. One source statement
+// per call; what a statement does before it fails stays done, so compute first and change state last.
+#pragma once
+
+#include <plovix/controls/failure.h>
+
+#include <optional>
+#include <source_location>
+#include <string_view>
+
+namespace plovix {
+
+// Whether a procedure ran to its end or was left by the reporter's answer.
+enum class Outcome { kCompleted, kLeft };
+
+// Handed to a procedure's body. Calling it runs one statement; a failure goes to the host's error
+// reporter, whose answer runs the statement again, skips it, or leaves the procedure.
+class Statements {
+ public:
+  Statements(std::string_view page, std::string_view procedure) : page_(page), procedure_(procedure) {}
+
+  template <class Statement>
+  void operator()(Statement&& statement, std::source_location where = std::source_location::current()) {
+    while (true) {
+      std::optional<Failure> failure;
+      try {
+        statement();
+        return;
+      } catch (const Left&) {
+        throw;
+      } catch (...) {
+        failure = CurrentFailure();
+      }
+      if (!WantsRetry(*failure, static_cast<int>(where.line()))) return;
+    }
+  }
+
+  // Evaluates a condition as one statement; one that failed and was skipped counts as false.
+  template <class Condition>
+  [[nodiscard]] bool If(Condition&& condition, std::source_location where = std::source_location::current()) {
+    bool result = false;
+    (*this)([&] { result = condition(); }, where);
+    return result;
+  }
+
+ private:
+  template <class Body>
+  friend Outcome RunProcedure(std::string_view page, std::string_view procedure, Body&& body);
+  struct Left {};
+
+  // Reports; true for retry, false for continue, throws Left for any other answer. Called with no
+  // exception alive, because the reporter may show a dialog.
+  bool WantsRetry(const Failure& failure, int line) const;
+
+  std::string_view page_;
+  std::string_view procedure_;
+};
+
+// Runs `body`, called with a Statements, as the named procedure of a page.
+template <class Body>
+Outcome RunProcedure(std::string_view page, std::string_view procedure, Body&& body) {
+  Statements run(page, procedure);
+  try {
+    body(run);
+  } catch (const Statements::Left&) {
+    return Outcome::kLeft;
+  }
+  return Outcome::kCompleted;
+}
+
+}  // namespace plovix

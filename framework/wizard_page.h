@@ -1,0 +1,44 @@
+// The contract between a wizard and its pages: eleven operations in slot order. Every call comes on the
+// user-interface thread.
+#pragma once
+
+#include <plovix/host/value_store.h>
+#include <plovix/host/wizard_host.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace plovix {
+
+// The direction a user leaves a page in; any 32-bit code may arrive.
+enum class ChangeDirection : std::int32_t { kNext = 0, kBack = 1, kFinish = 2, kCancel = 3 };
+
+class IWizardPage {
+ public:
+  // Title and description of the wizard, the same on every page. Let failures through.
+  [[nodiscard]] virtual std::string IWizardPage_Title() = 0;
+  [[nodiscard]] virtual std::string IWizardPage_Description() = 0;
+  // Keeps both references until Terminate, translates the captions, loads the values and pushes the
+  // can-continue flag through `host`.
+  virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) = 0;
+  // Drops both references; saves nothing.
+  virtual void IWizardPage_Terminate() = 0;
+  // Writes the identifier of the page that follows, empty where this page ends the wizard. May leave
+  // `next` as the caller passed it. Lets failures through.
+  virtual void IWizardPage_GetNextPage(std::string& next) = 0;
+  // Whether the wizard may leave the page in that direction; validates and saves on the way.
+  [[nodiscard]] virtual bool IWizardPage_CanChangePage(ChangeDirection direction) = 0;
+  // False on every page: the button state is pushed through WizardHost::Refresh.
+  [[nodiscard]] virtual bool IWizardPage_BackEnabled() = 0;
+  [[nodiscard]] virtual bool IWizardPage_CancelEnabled() = 0;
+  [[nodiscard]] virtual bool IWizardPage_FinishEnabled() = 0;
+  [[nodiscard]] virtual bool IWizardPage_NextEnabled() = 0;
+  // Leaves both values as the caller passed them: the host keeps its own size.
+  virtual void IWizardPage_GetMinimumSize(int& width, int& height) = 0;
+
+  // Declared last, so that it takes no slot before the operations.
+  virtual ~IWizardPage() = default;
+};
+
+}  // namespace plovix

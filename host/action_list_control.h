@@ -1,0 +1,26 @@
+// The action-list editing control that the host embeds in the Actions page under the registered name
+// "VeloDesignerCtrl.VeloActionList".
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "action_list.h"
+#include "value_store.h"
+
+namespace plovix {
+
+class ActionListControl : public HostControl {
+ public:
+  // Called by the control when it needs its context; the page fills the reference with a fresh
+  // ValueStore: "DataObjectKey", "DesignerObjectType", "DataObject", "DataObjects", "DesignerObjects".
+  using ContextRequest = std::function<void(std::shared_ptr<ValueStore>& context)>;
+
+  // Takes the actions to edit; the list given is not changed by editing.
+  virtual void Load(const std::shared_ptr<ActionList>& actions) = 0;
+  // The actions as edited: a list of their own, never nothing.
+  [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
+  virtual void OnContextRequest(ContextRequest handler) = 0;
+};
+
+}  // namespace plovix

@@ -1,0 +1,67 @@
+// The automated task being edited. Implemented by the host, which creates it before the first page and
+// stores it after Finish; pages hold a counted reference and write it only when they are left.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "action_list.h"
+#include "category_list.h"
+#include "value.h"
+
+namespace plovix {
+
+// AutoTask::RecordMode: what records the task processes. Other values may be stored; pages show no choice.
+namespace record_mode {
+inline constexpr std::int16_t kNoData = 0;
+inline constexpr std::int16_t kSingleRecord = 1;
+inline constexpr std::int16_t kQueryResults = 2;
+}  // namespace record_mode
+
+// Texts are UTF-8. Nothing here trims or checks what it is given.
+class AutoTask : public HostObject {
+ public:
+  [[nodiscard]] virtual std::int16_t RecordMode() = 0;
+  virtual void SetRecordMode(std::int16_t mode) = 0;
+
+  // True when the task's texts are language tags rather than literal texts.
+  [[nodiscard]] virtual bool UsesLanguageTags() = 0;
+  [[nodiscard]] virtual std::string Name() = 0;
+  virtual void SetName(const std::string& text) = 0;
+  [[nodiscard]] virtual std::string ShortDescription() = 0;
+  virtual void SetShortDescription(const std::string& text) = 0;
+  [[nodiscard]] virtual std::string Description() = 0;
+  virtual void SetDescription(const std::string& text) = 0;
+
+  [[nodiscard]] virtual std::string NameTag() = 0;
+  virtual void SetNameTag(const std::string& tag) = 0;
+  [[nodiscard]] virtual std::string ShortDescriptionTag() = 0;
+  virtual void SetShortDescriptionTag(const std::string& tag) = 0;
+  [[nodiscard]] virtual std::string DescriptionTag() = 0;
+  virtual void SetDescriptionTag(const std::string& tag) = 0;
+  // The text of each tag in the current language.
+  [[nodiscard]] virtual std::string LocalizedName() = 0;
+  [[nodiscard]] virtual std::string LocalizedShortDescription() = 0;
+  [[nodiscard]] virtual std::string LocalizedDescription() = 0;
+
+  // The data object the task works on; both empty when there is none.
+  [[nodiscard]] virtual std::string DataObjectName() = 0;
+  virtual void SetDataObjectName(const std::string& name) = 0;
+  [[nodiscard]] virtual std::string DataObjectCaption() = 0;
+  virtual void SetDataObjectCaption(const std::string& caption) = 0;
+
+  // Whether the automation manager may run the task.
+  [[nodiscard]] virtual bool AllowAutomationManager() = 0;
+  virtual void SetAllowAutomationManager(bool allow) = 0;
+
+  [[nodiscard]] virtual bool SkipRowSelection() = 0;
+  [[nodiscard]] virtual std::string Owner() = 0;  // user id of a personal task's owner, else empty
+
+  // The task's own lists, by reference; SetActions replaces the reference.
+  [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
+  virtual void SetActions(std::shared_ptr<ActionList> actions) = 0;
+  [[nodiscard]] virtual std::shared_ptr<CategoryList> Categories() = 0;
+};
+
+}  // namespace plovix

@@ -1,0 +1,40 @@
+// The host's language table and the translator that re-captions controls from it.
+#pragma once
+
+#include <plovix/controls/form.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "value.h"
+
+namespace plovix {
+
+// The module under which the pages' texts are filed.
+inline constexpr std::string_view kModule = "Plovix";
+
+class LanguageTable {
+ public:
+  virtual ~LanguageTable() = default;
+  // Text `id` of a module in the current language, its placeholders replaced by `parameters` in order.
+  // A missing text comes back as its number in brackets, never as a failure.
+  [[nodiscard]] virtual std::string GetString(int id, std::string_view module,
+                                              const std::vector<std::string>& parameters) = 0;
+  // Opens the host's language-tag editor on `tag` and gives back the tag chosen, `tag` itself when the
+  // user cancelled. `choices` (known tags, or nothing) belongs to the caller.
+  [[nodiscard]] virtual std::string EditTag(const std::string& tag, const ObjectRef& choices) = 0;
+  // The tag's text in the current language; `context` may be nothing.
+  [[nodiscard]] virtual std::string TagText(const std::string& tag, const ObjectRef& context) = 0;
+};
+
+class Translator {
+ public:
+  virtual ~Translator() = default;
+  // Replaces the caption of every control whose tag names a text; a control whose text is missing keeps
+  // the caption of its design.
+  virtual void TranslateControls(Form& form, std::string_view module, int flag) = 0;
+  virtual void SetLinkStyle(Label& label, bool on) = 0;
+};
+
+}  // namespace plovix

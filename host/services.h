@@ -1,0 +1,53 @@
+// The component-wide services objects: made on first use, once per thread, by the provider that the
+// host installs before the first page.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "action_list.h"
+#include "host_application.h"
+#include "value_store.h"
+
+namespace plovix {
+
+// Makes the new objects that pages need; one per host.
+class ObjectFactory {
+ public:
+  virtual ~ObjectFactory() = default;
+  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;    // empty
+  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;    // empty
+};
+
+class HostServices {
+ public:
+  virtual ~HostServices() = default;
+  [[nodiscard]] virtual std::shared_ptr<HostApplication> Application() = 0;
+  [[nodiscard]] virtual std::shared_ptr<ObjectFactory> Factory() = 0;
+};
+
+class Utilities {
+ public:
+  virtual ~Utilities() = default;
+  [[nodiscard]] virtual std::string BuildPath(const std::string& folder, const std::string& file) = 0;
+  [[nodiscard]] virtual bool FileExists(const std::string& path) = 0;
+};
+
+// What the host installs. Each function is called at most once per thread and installation, on that
+// thread, and must not return nothing.
+struct ServicesProvider {
+  std::function<std::shared_ptr<HostServices>()> host_services;
+  std::function<std::shared_ptr<plovix::Utilities>()> utilities;
+};
+
+// Installs a provider; objects made by an earlier one are dropped on each thread's next use. An empty
+// provider uninstalls.
+void InstallServices(ServicesProvider provider);
+
+// The thread's services objects. Both fail with 429 when no provider is installed. The reference stays
+// good until another provider is installed.
+[[nodiscard]] HostServices& Services();
+[[nodiscard]] Utilities& ServicesUtilities();
+
+}  // namespace plovix

@@ -1,0 +1,32 @@
+// The last page of every full road: the actions that the task executes, edited in the host's
+// action-list control.
+#pragma once
+
+#include <plovix/designs/records_designs.h>
+#include <plovix/framework/page_controls.h>
+#include <plovix/host/action_list_control.h>
+#include <plovix/host/data_object.h>
+
+namespace plovix {
+
+class Actions final : public PageWith<kActionsDesign> {
+ public:
+  void IWizardPage_GetNextPage(std::string& next) override { next.clear(); }
+
+ private:
+  Outcome RetrieveValues() override;
+  Outcome SaveValues() override;
+  // The context of the action list. Loads each collection at most once in the page's life; where a
+  // failure leaves it, the wait pointer stays until the next change of pointer.
+  std::shared_ptr<ValueStore> GetProperties();
+
+  // The embedded control; fails with 91 when the host embedded none.
+  [[nodiscard]] std::shared_ptr<ActionListControl> List() const;
+
+  plovix::HostSlot& VeloActionList = control<"VeloActionList">();
+  std::shared_ptr<plovix::DataObject> DataObject;
+  std::shared_ptr<ObjectCollection> DataObjects;
+  std::shared_ptr<ObjectCollection> DesignerObjects;
+};
+
+}  // namespace plovix

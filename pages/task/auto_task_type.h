@@ -1,0 +1,32 @@
+// The wizard's entry page: what records the task processes.
+#pragma once
+
+#include <plovix/designs/task_designs.h>
+#include <plovix/framework/page_controls.h>
+
+namespace plovix {
+
+class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, WizardPage> {
+ public:
+  AutoTaskType();
+
+  // No handler: failures go to the caller, as from every operation of this page.
+  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override;
+  void IWizardPage_GetNextPage(std::string& next) override;
+  bool IWizardPage_CanChangePage(ChangeDirection direction) override;
+
+ private:
+  void LoadChoice();
+  [[nodiscard]] std::int16_t ChosenMode() const;
+  // True when the page may be left; asks before a changed mode empties the task's actions.
+  bool SaveValues();
+
+  OptionButton& optNoData = control<"optNoData">();
+  Label& lblNoData = control<"lblNoData">();
+  OptionButton& optSingleRecord = control<"optSingleRecord">();
+  Label& lblSingleRecord = control<"lblSingleRecord">();
+  OptionButton& optQueryResults = control<"optQueryResults">();
+  Label& lblQueryResults = control<"lblQueryResults">();
+};
+
+}  // namespace plovix

@@ -1,0 +1,72 @@
+// The gate that every call of a page to an object of the stand-alone host passes. An observer can count
+// the calls or make one fail: it serves the script surface's "fail" and the tests' fault sweep.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace plovix {
+
+// Every gated member, "Interface.Member".
+inline constexpr auto kHostMembers = std::to_array<std::string_view>({
+    "ActionList.Count", "ActionList.Item", "ActionList.Remove",
+    "Action.RecordModes", "Action.Capabilities",
+    "AutoTask.RecordMode", "AutoTask.SetRecordMode", "AutoTask.UsesLanguageTags",
+    "AutoTask.Name", "AutoTask.SetName", "AutoTask.ShortDescription", "AutoTask.SetShortDescription",
+    "AutoTask.Description", "AutoTask.SetDescription", "AutoTask.NameTag", "AutoTask.SetNameTag",
+    "AutoTask.ShortDescriptionTag", "AutoTask.SetShortDescriptionTag", "AutoTask.DescriptionTag",
+    "AutoTask.SetDescriptionTag", "AutoTask.LocalizedName", "AutoTask.LocalizedShortDescription",
+    "AutoTask.LocalizedDescription", "AutoTask.DataObjectName", "AutoTask.SetDataObjectName",
+    "AutoTask.DataObjectCaption", "AutoTask.SetDataObjectCaption", "AutoTask.AllowAutomationManager",
+    "AutoTask.SetAllowAutomationManager", "AutoTask.SkipRowSelection", "AutoTask.Owner",
+    "AutoTask.Actions", "AutoTask.SetActions", "AutoTask.Categories",
+    "CategoryList.Count", "CategoryList.Item", "Category.Tag", "Category.Text", "Category.Public",
+    "DataObject.Name", "DataObject.Key", "ObjectLoader.LoadDataObjects", "ObjectLoader.LoadDesignerObjects",
+    "HostServices.Factory", "ObjectFactory.NewActionList",
+    "ObjectFactory.NewValueStore", "Utilities.BuildPath", "Utilities.FileExists",
+    "HostApplication.Language", "HostApplication.Translator", "HostApplication.UserRights",
+    "HostApplication.Loader", "HostApplication.Title", "HostApplication.Path",
+    "HostApplication.LanguageTagMode", "HostApplication.Now", "HostApplication.MsgBox",
+    "LanguageTable.GetString", "LanguageTable.EditTag", "LanguageTable.TagText",
+    "Translator.TranslateControls", "Translator.SetLinkStyle", "UserRights.HasRight",
+    "ValueStore.Add", "ValueStore.Item", "ValueStore.GetValue", "ValueStore.SetItem", "ValueStore.Exists",
+    "StoreEntry.Value", "VeloActionList.Load", "VeloActionList.Actions", "VeloActionList.OnContextRequest",
+    "WizardHost.Refresh", "WizardHost.MoveNext",
+});
+
+// A member's name that is known to stand in the list: any other literal does not compile.
+class HostMember {
+ public:
+  consteval HostMember(const char* name) : name_(name) {  // NOLINT(*-explicit-*)
+    if (std::ranges::find(kHostMembers, name_) == kHostMembers.end()) throw "an unlisted host member";
+  }
+  [[nodiscard]] constexpr std::string_view Name() const { return name_; }
+
+ private:
+  std::string_view name_;
+};
+
+class CallObserver {
+ public:
+  virtual ~CallObserver() = default;
+  // Called before the member does anything; throwing makes the call fail.
+  virtual void HostCalled(std::string_view member) = 0;
+};
+
+// Hangs an observer on this thread's gate for as long as it lives; the former one comes back after it.
+class ObserveCalls {
+ public:
+  explicit ObserveCalls(CallObserver& observer);
+  ~ObserveCalls();
+  ObserveCalls(const ObserveCalls&) = delete;
+  ObserveCalls& operator=(const ObserveCalls&) = delete;
+
+ private:
+  CallObserver* former_;
+};
+
+// First line of every gated member.
+void Called(HostMember member);
+
+}  // namespace plovix

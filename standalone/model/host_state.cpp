@@ -1,0 +1,266 @@
+#include "host_state.h"
+
+#include <charconv>
+#include <ctime>
+#include <filesystem>
+
+#include "action_kinds.h"
+#include "call_gate.h"
+
+namespace plovix {
+namespace {
+
+constexpr std::string_view kMarkerFile = "forceusertask.txt";
+
+class LanguageObject final : public LanguageTable {
+ public:
+  explicit LanguageObject(HostState& state) : state_(state) {}
+
+  [[nodiscard]] std::string GetString(int id, std::string_view module,
+                                      const std::vector<std::string>& parameters) override {
+    Called("LanguageTable.GetString");
+    std::optional<std::string> text;
+    if (module == kModule) text = state_.texts.Find(id, parameters);
+    return text ? *text : BracketedText(std::to_string(id), parameters);
+  }
+
+  [[nodiscard]] std::string EditTag(const std::string& tag, const ObjectRef& /*choices*/) override {
+    Called("LanguageTable.EditTag");
+    return state_.dialogs->EditTag(tag).value_or(tag);
+  }
+
+  [[nodiscard]] std::string TagText(const std::string& tag, const ObjectRef& /*context*/) override {
+    Called("LanguageTable.TagText");
+    return state_.TagText(tag);
+  }
+
+ private:
+  HostState& state_;
+};
+
+class TranslatorObject final : public Translator {
+ public:
+  explicit TranslatorObject(HostState& state) : state_(state) {}
+
+  void TranslateControls(Form& form, std::string_view module, int /*flag*/) override {
+    Called("Translator.TranslateControls");
+    if (module != kModule) return;
+    for (std::size_t i = 0; i < form.Count(); ++i) {
+      const std::optional<int> number = TextNumber(form.At(i).Tag());
+      std::optional<std::string> text;
+      if (number) text = state_.texts.Find(*number);
+      if (text) form.At(i).SetCaption(*text);
+    }
+  }
+
+  void SetLinkStyle(Label& label, bool on) override {
+    Called("Translator.SetLinkStyle");
+    label.SetLink(on);
+  }
+
+ private:
+  HostState& state_;
+};
+
+// Not gated: the way a failure is reported must not fail itself.
+class ReporterObject final : public ErrorReporter {
+ public:
+  explicit ReporterObject(HostState& state) : state_(state) {}
+  [[nodiscard]] ReportAction Report(int number, const std::string& description, std::string_view project,
+                                    std::string_view page, std::string_view procedure, int line) override {
+    return state_.dialogs->Report(
+        {number, description, std::string(project), std::string(page), std::string(procedure), line});
+  }
+
+ private:
+  HostState& state_;
+};
+
+class RightsObject final : public UserRights {
+ public:
+  explicit RightsObject(HostState& state) : state_(state) {}
+  [[nodiscard]] bool HasRight(int number) override {
+    Called("UserRights.HasRight");
+    const auto found = state_.rights.find(number);
+    return found == state_.rights.end() || found->second;
+  }
+
+ private:
+  HostState& state_;
+};
+
+class LoaderObject final : public ObjectLoader {
+ public:
+  explicit LoaderObject(HostState& state) : state_(state) {}
+  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDataObjects() override {
+    Called("ObjectLoader.LoadDataObjects");
+    auto objects = std::make_shared<DataObjectsObject>();
+    for (const auto& record : state_.data_objects) objects->items.push_back(std::make_shared<DataObjectObject>(record));
+    return objects;
+  }
+  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override {
+    Called("ObjectLoader.LoadDesignerObjects");
+    auto objects = std::make_shared<DesignerObjectsObject>();
+    for (const ActionKind& kind : ActionKinds()) objects->kinds.emplace_back(kind.id);
+    return objects;
+  }
+
+ private:
+  HostState& state_;
+};
+
+class ApplicationObject final : public HostApplication {
+ public:
+  explicit ApplicationObject(HostState& state)
+      : state_(state),
+        language_(std::make_shared<LanguageObject>(state)),
+        translator_(std::make_shared<TranslatorObject>(state)),
+        reporter_(std::make_shared<ReporterObject>(state)),
+        rights_(std::make_shared<RightsObject>(state)),
+        loader_(std::make_shared<LoaderObject>(state)) {}
+
+  [[nodiscard]] std::shared_ptr<LanguageTable> Language() override {
+    Called("HostApplication.Language");
+    return language_;
+  }
+  [[nodiscard]] std::shared_ptr<plovix::Translator> Translator() override {
+    Called("HostApplication.Translator");
+    return translator_;
+  }
+  [[nodiscard]] std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
+  [[nodiscard]] std::shared_ptr<plovix::UserRights> UserRights() override {
+    Called("HostApplication.UserRights");
+    return rights_;
+  }
+  [[nodiscard]] std::shared_ptr<ObjectLoader> Loader() override {
+    Called("HostApplication.Loader");
+    return loader_;
+  }
+  [[nodiscard]] std::string Title() override {
+    Called("HostApplication.Title");
+    return state_.title;
+  }
+  [[nodiscard]] std::string Path() override {
+    Called("HostApplication.Path");
+    return state_.path;
+  }
+  [[nodiscard]] bool LanguageTagMode() override {
+    Called("HostApplication.LanguageTagMode");
+    return state_.language_tag_mode;
+  }
+  [[nodiscard]] DateTime Now() override {
+    Called("HostApplication.Now");
+    return state_.Now();
+  }
+  [[nodiscard]] int MsgBox(const std::string& prompt, int buttons, const std::string& title,
+                           const std::string& /*help_file*/) override {
+    Called("HostApplication.MsgBox");
+    return state_.dialogs->MessageBox(prompt, buttons, title);
+  }
+
+ private:
+  HostState& state_;
+  std::shared_ptr<LanguageTable> language_;
+  std::shared_ptr<plovix::Translator> translator_;
+  std::shared_ptr<plovix::ErrorReporter> reporter_;
+  std::shared_ptr<plovix::UserRights> rights_;
+  std::shared_ptr<ObjectLoader> loader_;
+};
+
+class FactoryObject final : public ObjectFactory {
+ public:
+  [[nodiscard]] std::shared_ptr<ActionList> NewActionList() override {
+    Called("ObjectFactory.NewActionList");
+    return std::make_shared<ActionListObject>();
+  }
+  [[nodiscard]] std::shared_ptr<ValueStore> NewValueStore() override {
+    Called("ObjectFactory.NewValueStore");
+    return std::make_shared<StoreObject>();
+  }
+};
+
+class ServicesObject final : public HostServices {
+ public:
+  explicit ServicesObject(HostState& state) : application_(std::make_shared<ApplicationObject>(state)) {}
+  // The application is also asked for when a failure is reported, so only its members are gated.
+  [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
+  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
+    Called("HostServices.Factory");
+    return factory_;
+  }
+
+ private:
+  std::shared_ptr<HostApplication> application_;
+  std::shared_ptr<ObjectFactory> factory_ = std::make_shared<FactoryObject>();
+};
+
+class UtilitiesObject final : public Utilities {
+ public:
+  explicit UtilitiesObject(HostState& state) : state_(state) {}
+  [[nodiscard]] std::string BuildPath(const std::string& folder, const std::string& file) override {
+    Called("Utilities.BuildPath");
+    return (std::filesystem::path(folder) / file).string();
+  }
+  [[nodiscard]] bool FileExists(const std::string& path) override {
+    Called("Utilities.FileExists");
+    if (state_.marker_file && path.ends_with(kMarkerFile)) return *state_.marker_file;
+    std::error_code unreadable;  // a file that cannot be looked at is not there
+    return std::filesystem::is_regular_file(path, unreadable);
+  }
+
+ private:
+  HostState& state_;
+};
+
+}  // namespace
+
+std::string DataObjectObject::Name() {
+  Called("DataObject.Name");
+  return record_.name;
+}
+
+std::string DataObjectObject::Key() {
+  Called("DataObject.Key");
+  return record_.key;
+}
+
+DateTime HostState::Now() const {
+  if (clock) return clock();
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  using namespace std::chrono;
+  const auto date = year{local.tm_year + 1900} / (local.tm_mon + 1) / local.tm_mday;
+  return local_days{date} + hours{local.tm_hour} + minutes{local.tm_min} + seconds{local.tm_sec};
+}
+
+std::string HostState::TagText(const std::string& tag) const {
+  const auto found = tag_texts.find(tag);
+  return found == tag_texts.end() ? tag : found->second;
+}
+
+void InstallHost(HostState& state) {
+  InstallServices({[&state] { return std::make_shared<ServicesObject>(state); },
+                   [&state] { return std::make_shared<UtilitiesObject>(state); }});
+}
+
+std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
+  return std::make_shared<TaskObject>(record, [&state](const std::string& tag) { return state.TagText(tag); });
+}
+
+std::optional<int> TextNumber(std::string_view tag) {
+  constexpr std::string_view kPrefix = "lng=";
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  if (tag.size() < kPrefix.size()) return std::nullopt;
+  for (std::size_t i = 0; i < kPrefix.size(); ++i) {
+    if (lower(tag[i]) != kPrefix[i]) return std::nullopt;
+  }
+  tag.remove_prefix(kPrefix.size());
+  if (tag.ends_with(';')) tag.remove_suffix(1);
+  int number = 0;
+  const auto [end, error] = std::from_chars(tag.data(), tag.data() + tag.size(), number);
+  if (error != std::errc{} || end != tag.data() + tag.size()) return std::nullopt;
+  return number;
+}
+
+}  // namespace plovix

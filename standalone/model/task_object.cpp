@@ -1,0 +1,279 @@
+#include "task_object.h"
+
+#include "call_gate.h"
+
+namespace plovix {
+namespace {
+
+std::size_t ListPosition(std::int32_t index, std::size_t count) {
+  if (index < 1 || static_cast<std::size_t>(index) > count) {
+    throw Failure(failure_number::kSubscriptOutOfRange, "Subscript out of range");
+  }
+  return static_cast<std::size_t>(index) - 1;
+}
+
+class CategoryObject final : public Category {
+ public:
+  CategoryObject(CategoryRecord record, TagTexts texts) : record_(std::move(record)), texts_(std::move(texts)) {}
+  [[nodiscard]] std::string Tag() override {
+    Called("Category.Tag");
+    return record_.tag;
+  }
+  [[nodiscard]] std::string Text() override {
+    Called("Category.Text");
+    return texts_(record_.tag);
+  }
+  [[nodiscard]] bool Public() override {
+    Called("Category.Public");
+    return record_.is_public;
+  }
+
+ private:
+  CategoryRecord record_;
+  TagTexts texts_;
+};
+
+class EntryObject final : public StoreEntry {
+ public:
+  explicit EntryObject(plovix::Value value) : value_(std::move(value)) {}
+  [[nodiscard]] plovix::Value Value() const override {
+    Called("StoreEntry.Value");
+    return value_;
+  }
+
+ private:
+  plovix::Value value_;
+};
+
+}  // namespace
+
+std::int32_t ActionObject::RecordModes() {
+  Called("Action.RecordModes");
+  return record_.record_modes;
+}
+
+std::int32_t ActionObject::Capabilities() {
+  Called("Action.Capabilities");
+  return record_.capabilities;
+}
+
+std::int32_t ActionListObject::Count() {
+  Called("ActionList.Count");
+  return static_cast<std::int32_t>(records.size());
+}
+
+std::shared_ptr<Action> ActionListObject::Item(std::int32_t index) {
+  Called("ActionList.Item");
+  return std::make_shared<ActionObject>(records[ListPosition(index, records.size())]);
+}
+
+void ActionListObject::Remove(std::int32_t index) {
+  Called("ActionList.Remove");
+  records.erase(records.begin() + static_cast<std::ptrdiff_t>(ListPosition(index, records.size())));
+}
+
+std::int32_t CategoryListObject::Count() {
+  Called("CategoryList.Count");
+  return static_cast<std::int32_t>(records.size());
+}
+
+std::shared_ptr<Category> CategoryListObject::Item(std::int32_t index) {
+  Called("CategoryList.Item");
+  return std::make_shared<CategoryObject>(records[ListPosition(index, records.size())], texts_);
+}
+
+TaskObject::TaskObject(const TaskRecord& record, TagTexts texts) : texts_(std::move(texts)) { Assign(record); }
+
+TaskRecord TaskObject::Record() const {
+  TaskRecord record = fields_;
+  record.actions = actions_->records;
+  record.categories = categories_->records;
+  return record;
+}
+
+void TaskObject::Assign(const TaskRecord& record) {
+  fields_ = record;
+  fields_.actions.clear();
+  fields_.categories.clear();
+  actions_ = std::make_shared<ActionListObject>(record.actions);
+  categories_ = std::make_shared<CategoryListObject>(record.categories, texts_);
+}
+
+std::int16_t TaskObject::RecordMode() {
+  Called("AutoTask.RecordMode");
+  return fields_.record_mode;
+}
+
+void TaskObject::SetRecordMode(std::int16_t mode) {
+  Called("AutoTask.SetRecordMode");
+  fields_.record_mode = mode;
+}
+
+bool TaskObject::UsesLanguageTags() {
+  Called("AutoTask.UsesLanguageTags");
+  return fields_.uses_language_tags;
+}
+
+std::string TaskObject::Name() {
+  Called("AutoTask.Name");
+  return fields_.name;
+}
+
+void TaskObject::SetName(const std::string& text) {
+  Called("AutoTask.SetName");
+  fields_.name = text;
+}
+
+std::string TaskObject::ShortDescription() {
+  Called("AutoTask.ShortDescription");
+  return fields_.short_description;
+}
+
+void TaskObject::SetShortDescription(const std::string& text) {
+  Called("AutoTask.SetShortDescription");
+  fields_.short_description = text;
+}
+
+std::string TaskObject::Description() {
+  Called("AutoTask.Description");
+  return fields_.description;
+}
+
+void TaskObject::SetDescription(const std::string& text) {
+  Called("AutoTask.SetDescription");
+  fields_.description = text;
+}
+
+std::string TaskObject::NameTag() {
+  Called("AutoTask.NameTag");
+  return fields_.name_tag;
+}
+
+void TaskObject::SetNameTag(const std::string& tag) {
+  Called("AutoTask.SetNameTag");
+  fields_.name_tag = tag;
+}
+
+std::string TaskObject::ShortDescriptionTag() {
+  Called("AutoTask.ShortDescriptionTag");
+  return fields_.short_description_tag;
+}
+
+void TaskObject::SetShortDescriptionTag(const std::string& tag) {
+  Called("AutoTask.SetShortDescriptionTag");
+  fields_.short_description_tag = tag;
+}
+
+std::string TaskObject::DescriptionTag() {
+  Called("AutoTask.DescriptionTag");
+  return fields_.description_tag;
+}
+
+void TaskObject::SetDescriptionTag(const std::string& tag) {
+  Called("AutoTask.SetDescriptionTag");
+  fields_.description_tag = tag;
+}
+
+std::string TaskObject::DataObjectName() {
+  Called("AutoTask.DataObjectName");
+  return fields_.data_object_name;
+}
+
+void TaskObject::SetDataObjectName(const std::string& name) {
+  Called("AutoTask.SetDataObjectName");
+  fields_.data_object_name = name;
+}
+
+std::string TaskObject::DataObjectCaption() {
+  Called("AutoTask.DataObjectCaption");
+  return fields_.data_object_caption;
+}
+
+void TaskObject::SetDataObjectCaption(const std::string& caption) {
+  Called("AutoTask.SetDataObjectCaption");
+  fields_.data_object_caption = caption;
+}
+
+std::string TaskObject::LocalizedName() {
+  Called("AutoTask.LocalizedName");
+  return texts_(fields_.name_tag);
+}
+
+std::string TaskObject::LocalizedShortDescription() {
+  Called("AutoTask.LocalizedShortDescription");
+  return texts_(fields_.short_description_tag);
+}
+
+std::string TaskObject::LocalizedDescription() {
+  Called("AutoTask.LocalizedDescription");
+  return texts_(fields_.description_tag);
+}
+
+bool TaskObject::AllowAutomationManager() {
+  Called("AutoTask.AllowAutomationManager");
+  return fields_.allow_automation_manager;
+}
+
+void TaskObject::SetAllowAutomationManager(bool allow) {
+  Called("AutoTask.SetAllowAutomationManager");
+  fields_.allow_automation_manager = allow;
+}
+
+bool TaskObject::SkipRowSelection() {
+  Called("AutoTask.SkipRowSelection");
+  return fields_.skip_row_selection;
+}
+
+std::string TaskObject::Owner() {
+  Called("AutoTask.Owner");
+  return fields_.owner;
+}
+
+std::shared_ptr<ActionList> TaskObject::Actions() {
+  Called("AutoTask.Actions");
+  return actions_;
+}
+
+void TaskObject::SetActions(std::shared_ptr<ActionList> actions) {
+  Called("AutoTask.SetActions");
+  auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
+  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  actions_ = std::move(own);
+}
+
+std::shared_ptr<CategoryList> TaskObject::Categories() {
+  Called("AutoTask.Categories");
+  return categories_;
+}
+
+void StoreObject::Add(const std::string& key, Value value) {
+  Called("ValueStore.Add");
+  if (!values.emplace(key, std::move(value)).second) {
+    throw Failure(failure_number::kKeyInUse, "This key is already associated with an element: " + key);
+  }
+}
+
+std::shared_ptr<StoreEntry> StoreObject::Item(const std::string& key) {
+  Called("ValueStore.Item");
+  const auto found = values.find(key);
+  if (found == values.end()) throw Failure(failure_number::kInvalidCall, "The store holds no entry " + key);
+  return std::make_shared<EntryObject>(found->second);
+}
+
+Value StoreObject::GetValue(const std::string& key, const Value& fallback) {
+  Called("ValueStore.GetValue");
+  const auto found = values.find(key);
+  return found == values.end() ? fallback : found->second;
+}
+
+void StoreObject::SetItem(const std::string& key, Value value) {
+  Called("ValueStore.SetItem");
+  values.insert_or_assign(key, std::move(value));
+}
+
+bool StoreObject::Exists(const std::string& key) {
+  Called("ValueStore.Exists");
+  return values.contains(key);
+}
+
+}  // namespace plovix

@@ -1,0 +1,71 @@
+#include "velo_action_list.h"
+
+#include <utility>
+
+#include "call_gate.h"
+#include "task_object.h"
+
+namespace plovix {
+
+void VeloActionList::Load(const std::shared_ptr<ActionList>& actions) {
+  Called("VeloActionList.Load");
+  const auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
+  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  rows_ = own->records;
+  if (changed_) changed_();
+}
+
+std::shared_ptr<ActionList> VeloActionList::Actions() {
+  Called("VeloActionList.Actions");
+  return std::make_shared<ActionListObject>(rows_);
+}
+
+void VeloActionList::OnContextRequest(ContextRequest handler) {
+  Called("VeloActionList.OnContextRequest");
+  request_ = std::move(handler);
+}
+
+std::vector<const ActionKind*> VeloActionList::OfferedKinds() {
+  std::shared_ptr<ValueStore> context;
+  if (request_) request_(context);
+  const auto* values = dynamic_cast<StoreObject*>(context.get());
+  if (values == nullptr) return {};
+  const auto type = values->values.find("DesignerObjectType");
+  const auto* bit = type == values->values.end() ? nullptr : std::get_if<std::int32_t>(&type->second);
+  std::vector<const ActionKind*> kinds;
+  for (const ActionKind& kind : ActionKinds()) {
+    if (bit != nullptr && (kind.record_modes & *bit) != 0) kinds.push_back(&kind);
+  }
+  return kinds;
+}
+
+void VeloActionList::Append(ActionRecord action) {
+  rows_.push_back(std::move(action));
+  Edited();
+}
+
+void VeloActionList::Replace(std::size_t position, ActionRecord action) {
+  rows_.at(position) = std::move(action);
+  Edited();
+}
+
+void VeloActionList::Remove(std::size_t position) {
+  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(position));
+  Edited();
+}
+
+bool VeloActionList::MoveUp(std::size_t position) {
+  if (position == 0) return false;
+  std::swap(rows_.at(position - 1), rows_.at(position));
+  Edited();
+  return true;
+}
+
+bool VeloActionList::MoveDown(std::size_t position) { return position + 1 < rows_.size() && MoveUp(position + 1); }
+
+void VeloActionList::Edited() {
+  touched_ = true;
+  if (changed_) changed_();
+}
+
+}  // namespace plovix

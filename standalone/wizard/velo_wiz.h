@@ -1,0 +1,139 @@
+// The stand-alone host's wizard without a toolkit: creates pages, keeps the way back, asks a page before
+// leaving it and says what the buttons are. A window or a script sits in front of it.
+#pragma once
+
+#include <plovix/component/page_registry.h>
+#include <plovix/controls/user.h>
+#include <plovix/standalone/model/host_state.h>
+#include <plovix/standalone/model/task_storage.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plovix {
+
+struct WizardButtons {
+  bool back = false, next = false, finish = false, cancel = false;
+  bool operator==(const WizardButtons&) const = default;
+};
+
+enum class WizardEnd { kFinished, kCancelled };
+
+// Implemented by what draws the wizard. Not owned by it.
+class WizardView {
+ public:
+  virtual ~WizardView() = default;
+  // Another page is the current one; the former one lives at least until this returns.
+  virtual void PageShown() = 0;
+  // Buttons or the can-continue flag may be others than before.
+  virtual void ButtonsChanged() = 0;
+  virtual void Closed(WizardEnd end) = 0;
+};
+
+// What a wizard works with; everything named here outlives it.
+struct WizardParts {
+  HostState& state;  // installed
+  const PageRegistry& registry;
+  TaskStorage& storage;
+  // Makes the control to embed in a slot, by registered name; nothing for an unknown name.
+  std::function<std::shared_ptr<HostControl>(std::string_view registered_name)> make_control;
+};
+
+class VeloWiz final : private UserListener {
+ public:
+  // Edits a working copy of `task`; entries of `entries` go into the shared store.
+  VeloWiz(WizardParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries = {});
+  ~VeloWiz() override;
+  VeloWiz(const VeloWiz&) = delete;
+  VeloWiz& operator=(const VeloWiz&) = delete;
+
+  void SetView(WizardView* view) noexcept { view_ = view; }
+
+  // Shows the first page; false when it could not be shown (the user has been told).
+  bool Open(const std::string& identifier);
+  // The four buttons. Each answers whether the button was enabled; what the page or the storage then
+  // says shows in the page that is current afterwards.
+  bool Next();
+  bool Back();
+  bool Finish();
+  bool Cancel();
+  // Asks the page with a raw direction code and moves nowhere; false without a page.
+  bool AskToLeave(std::int32_t direction);
+
+  [[nodiscard]] bool IsOpen() const noexcept { return current_.page != nullptr; }
+  [[nodiscard]] std::optional<WizardEnd> End() const noexcept { return end_; }
+  [[nodiscard]] WizardButtons Buttons() const;
+  // True when the working copy differs from the task as it was opened, or the user has entered something.
+  [[nodiscard]] bool HasChanges() const;
+
+  // The current page; these need one.
+  [[nodiscard]] const std::string& Identifier() const noexcept { return current_.identifier; }
+  [[nodiscard]] const std::string& Title() const noexcept { return current_.title; }
+  [[nodiscard]] const std::string& Description() const noexcept { return current_.description; }
+  // The controls; the reference keeps the page alive.
+  [[nodiscard]] std::shared_ptr<Form> Controls() const;
+  // The flag that the page pushed last, and how many pushes there were since it was shown.
+  [[nodiscard]] bool CanContinue() const noexcept { return current_.can_continue; }
+  [[nodiscard]] int Refreshes() const noexcept { return current_.refreshes; }
+  // The page's own answer; nothing when it failed to answer.
+  [[nodiscard]] const std::optional<std::string>& NextIdentifier() const noexcept { return current_.next; }
+
+  [[nodiscard]] plovix::User& User() noexcept { return user_; }
+  [[nodiscard]] TaskObject& Task() noexcept { return *task_; }
+  [[nodiscard]] StoreObject& Store() noexcept { return *store_; }
+  // The task as stored by Finish.
+  [[nodiscard]] const TaskRecord& Saved() const noexcept { return saved_; }
+
+ private:
+  class Door;
+  struct Shown {
+    std::string identifier;
+    std::shared_ptr<WizardPage> page;
+    std::string title = {}, description = {};
+    bool can_continue = false;
+    int refreshes = 0;
+    std::optional<std::string> next = {};
+    bool next_failed = false;
+  };
+
+  void EventBegins() override { ++depth_; }
+  void EventEnds() override;
+  void EventFailed(const Failure& failure, std::string_view procedure) override;
+
+  void Refresh(bool can_continue);
+  template <class Work>
+  bool Press(bool enabled, Work work);
+  bool Show(const std::string& identifier);
+  bool Initialize(bool& shown);
+  void EmbedControls(Form& form);
+  void UpdateNext();
+  void Changed();
+  bool MayLeave(ChangeDirection direction);
+  bool Save();
+  void Close(WizardEnd end);
+  ReportAction Report(const Failure& failure, std::string_view procedure);
+  template <class Call>
+  std::optional<ReportAction> Guarded(std::string_view procedure, Call call);
+  void Tell(std::string_view text_key, const std::string& parameter);
+
+  WizardParts parts_;
+  WizardView* view_ = nullptr;
+  TaskRecord original_, saved_;
+  std::shared_ptr<TaskObject> task_;
+  std::shared_ptr<StoreObject> store_;
+  std::shared_ptr<Door> door_;
+  plovix::User user_{*this};
+  Shown current_;
+  std::vector<std::string> history_;
+  std::vector<std::shared_ptr<WizardPage>> retired_;
+  std::optional<WizardEnd> end_;
+  bool touched_ = false;  // by the user, on a page left since
+  bool busy_ = false;     // while a button's work goes on
+  int depth_ = 0;         // of events being handled
+};
+
+}  // namespace plovix
