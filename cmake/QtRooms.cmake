@@ -8,7 +8,23 @@ endfunction()
 
 plovix_globbed_room(surfaces/qt LINKS controls designs LIBRARIES Qt6::Widgets)
 plovix_globbed_room(standalone/language LINKS standalone/model LIBRARIES nlohmann_json::nlohmann_json)
+# The language tables become part of the program, so that it finds them wherever it is installed.
+file(GLOB language_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/languages/*.json)
+set(PLOVIX_EMBEDDED_LANGUAGES "")
+foreach(file IN LISTS language_files)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  get_filename_component(code ${file} NAME_WE)
+  file(READ ${file} json)
+  string(APPEND PLOVIX_EMBEDDED_LANGUAGES "    {\"${code}\", R\"json(${json})json\"},\n")
+endforeach()
+configure_file(${CMAKE_SOURCE_DIR}/cmake/embedded_languages.cpp.in ${CMAKE_BINARY_DIR}/embedded_languages.cpp @ONLY)
+target_sources(plovix_standalone_language PRIVATE ${CMAKE_BINARY_DIR}/embedded_languages.cpp)
+
 plovix_globbed_room(standalone/storage LINKS standalone/model LIBRARIES Qt6::Sql nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/script LINKS standalone/wizard standalone/language standalone/storage
                     LIBRARIES nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/app LINKS surfaces/qt standalone/script LIBRARIES Qt6::Widgets)
+target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")
+
+add_executable(plovix standalone/app/main.cpp)
+target_link_libraries(plovix PRIVATE plovix_standalone_app plovix_warnings)

@@ -20,6 +20,7 @@ std::shared_ptr<WizardPage> PageRegistry::Create(const std::string& identifier) 
 
 std::vector<std::string> PageRegistry::Identifiers() const {
   std::vector<std::string> identifiers;
+  identifiers.reserve(factories_.size());
   for (const auto& [identifier, factory] : factories_) identifiers.push_back(identifier);
   return identifiers;
 }

@@ -100,6 +100,8 @@ bool User::Enter(Control& control) {
 }
 
 bool User::Leave(Control& control) {
+  // A control that was disabled or hidden while it had the focus is left all the same.
+  if (!control.Usable() && !control.HasFocus()) return false;
   Run(control.Container(), std::string(control.Name()) + "_LostFocus", [&] { control.LeaveFocus(UserKey{}); });
   return true;
 }

@@ -110,6 +110,11 @@ bool VeloWiz::AskToLeave(std::int32_t direction) {
   return IsOpen() && MayLeave(static_cast<ChangeDirection>(direction));
 }
 
+void VeloWiz::AskNextPage() {
+  UpdateNext();
+  Changed();
+}
+
 WizardButtons VeloWiz::Buttons() const {
   if (!IsOpen()) return {};
   const bool forward = current_.can_continue && current_.next;

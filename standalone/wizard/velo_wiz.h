@@ -63,6 +63,8 @@ class VeloWiz final : private UserListener {
   bool Cancel();
   // Asks the page with a raw direction code and moves nowhere; false without a page.
   bool AskToLeave(std::int32_t direction);
+  // Asks the page for its next page again: to be called after something outside the wizard has changed.
+  void AskNextPage();
 
   [[nodiscard]] bool IsOpen() const noexcept { return current_.page != nullptr; }
   [[nodiscard]] std::optional<WizardEnd> End() const noexcept { return end_; }

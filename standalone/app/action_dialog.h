@@ -1,0 +1,61 @@
+// The editor of one action, drawn from the table of its kind.
+#pragma once
+
+#include <plovix/standalone/model/action_kinds.h>
+#include <plovix/standalone/model/text_table.h>
+
+#include <QDialog>
+#include <map>
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace plovix::app {
+
+class ActionDialog final : public QDialog {
+ public:
+  // Edits `action`; with more than one kind in `kinds` the user may change the kind. `texts` outlives it.
+  ActionDialog(const TextTable& texts, const std::string& title, const std::vector<const ActionKind*>& kinds,
+               const ActionRecord& action, QWidget* parent);
+
+  // The action as edited; fit to be stored once the dialog has been accepted.
+  [[nodiscard]] ActionRecord Action() const;
+
+  void accept() override;  // only when every field is in order
+  void reject() override;  // asks when something was changed
+
+ private:
+  struct Field {
+    const ActionField* info;
+    QLineEdit* line = nullptr;        // one of the two
+    QPlainTextEdit* text = nullptr;
+    QLabel* problem = nullptr;
+    [[nodiscard]] QString Value() const;
+    [[nodiscard]] QWidget* Editor() const;
+  };
+
+  void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
+  void BuildButtons();
+  void ChooseKind(const ActionKind& kind);
+  void BuildFields();
+  void AddField(const ActionField& info);
+  void AddBrowseButton(const Field& field, QLayout* line);
+  void Browse(const Field& field);
+  void ShowProblem(const ActionProblem& problem);
+  [[nodiscard]] QString Text(std::string_view key) const;
+
+  const TextTable& texts_;
+  ActionRecord initial_, action_;
+  std::map<std::string, ActionRecord> drafts_;  // what was typed for each kind visited
+  QFormLayout* form_ = nullptr;
+  QLineEdit* name_ = nullptr;
+  QWidget* field_area_ = nullptr;
+  std::vector<Field> fields_;
+};
+
+}  // namespace plovix::app

@@ -1,0 +1,27 @@
+// What every window of the program works with.
+#pragma once
+
+#include <plovix/component/page_registry.h>
+#include <plovix/standalone/model/host_state.h>
+#include <plovix/standalone/model/task_storage.h>
+
+namespace plovix::app {
+
+// References to what main() owns; it outlives every window.
+struct AppParts {
+  HostState& state;
+  const PageRegistry& registry;
+  TaskStorage& storage;
+
+  [[nodiscard]] std::string Text(std::string_view key, const std::vector<std::string>& parameters = {}) const {
+    return state.texts.Host(key, parameters);
+  }
+};
+
+// The name a task goes by: its text in the current language, or a stand-in when it has none.
+[[nodiscard]] inline std::string TaskName(const AppParts& parts, const TaskRecord& task) {
+  const std::string name = task.uses_language_tags ? parts.state.TagText(task.name_tag) : task.name;
+  return name.empty() ? parts.Text("list.unnamed") : name;
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,23 @@
+// The QApplication of the program: lets no failure into the toolkit's event loop.
+#pragma once
+
+#include <plovix/controls/failure.h>
+
+#include <QApplication>
+#include <functional>
+
+namespace plovix::app {
+
+class Application final : public QApplication {
+ public:
+  using QApplication::QApplication;
+  // Called with a failure that an event handler let through, and the event's receiver.
+  void OnFailure(std::function<void(const Failure&, QObject*)> handler) { handler_ = std::move(handler); }
+
+  bool notify(QObject* receiver, QEvent* event) override;
+
+ private:
+  std::function<void(const Failure&, QObject*)> handler_;
+};
+
+}  // namespace plovix::app

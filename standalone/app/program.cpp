@@ -1,0 +1,160 @@
+#include "program.h"
+
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/script/script_runner.h>
+#include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/surfaces/qt/theme.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include "application.h"
+#include "program_options.h"
+#include "qt_dialogs.h"
+#include "qt_text.h"
+#include "screenshots.h"
+#include "task_list_window.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongInput = 2;
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+bool HasDisplay() { return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"); }
+
+TextTable ChosenLanguage(const ProgramOptions& options) {
+  if (options.language) return LoadLanguage(*options.language);
+  std::vector<std::string> preferred;
+  for (const QString& name : QLocale::system().uiLanguages()) preferred.push_back(FromQt(name));
+  return LoadPreferredLanguage(preferred);
+}
+
+// Without a database a script's tasks stay in memory: nothing of the user's is in its way.
+int RunScriptFile(const ProgramOptions& options, const std::optional<std::string>& database) {
+  std::unique_ptr<TaskStorage> storage;
+  if (database) {
+    storage = std::make_unique<SqliteStorage>(*database);
+  } else {
+    storage = std::make_unique<MemoryStorage>();
+  }
+  const bool from_input = *options.script == "-";
+  const ScriptOptions script{storage.get(), ChosenLanguage(options), from_input && isatty(STDIN_FILENO) == 1,
+                             *options.script};
+  if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
+  std::ifstream file(*options.script);
+  if (!file) {
+    std::cerr << *options.script << ": the script cannot be read\n";
+    return kWrongInput;
+  }
+  return RunScript(file, std::cout, std::cerr, script);
+}
+
+void SpeakLanguage(Application& application, const TextTable& texts, QTranslator& translator) {
+  const QLocale locale(ToQt(texts.code));
+  if (texts.code != "ids") QLocale::setDefault(QLocale::system().language() == locale.language() ? QLocale::system() : locale);
+  application.setLayoutDirection(texts.right_to_left ? Qt::RightToLeft : Qt::LeftToRight);
+  // Texts of the toolkit's own dialogs, where their translation is installed.
+  if (translator.load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QCoreApplication::installTranslator(&translator);
+  }
+}
+
+int RunWindows(Application& application, const ProgramOptions& options) {
+  HostState state;
+  state.texts = ChosenLanguage(options);
+  QTranslator translator;
+  SpeakLanguage(application, state.texts, translator);
+  qt::ApplyPalette(application, qt::Palette::kSystem);
+  QtDialogs dialogs(state.texts);
+  state.dialogs = &dialogs;
+  state.title = state.texts.Host("list.title");
+  state.path = FromQt(QCoreApplication::applicationDirPath());
+  state.decimal_separator = FromQt(QLocale().decimalPoint());
+  application.OnFailure([&dialogs](const Failure& failure, QObject* receiver) {
+    const std::string where = FromQt(receiver->objectName());
+    [[maybe_unused]] const auto answer = dialogs.Report(
+        {failure.Number(), failure.Description(), "Plovix", receiver->metaObject()->className(), where, 0});
+  });
+  std::unique_ptr<SqliteStorage> storage;
+  std::string problem;
+  try {
+    storage = std::make_unique<SqliteStorage>(options.database.value_or(DefaultDatabasePath()));
+  } catch (const Failure& failure) {
+    problem = failure.Description();
+  }
+  if (!storage) {
+    const std::string text = state.texts.Host("program.databaseFailed", {problem});
+    std::cerr << "plovix: " << text << '\n';
+    dialogs.MessageBox(text, message_box::kOkWarning, state.title);
+    return kFailed;
+  }
+  PageRegistry registry;
+  RegisterPages(registry);
+  InstallHost(state);
+  TaskListWindow window({state, registry, *storage});
+  window.show();
+  const int status = QApplication::exec();
+  InstallServices({});
+  return status;
+}
+
+int Run(int argc, char** argv, ProgramOptions options) {
+  if (options.help) {
+    std::cout << Usage();
+    return 0;
+  }
+  if (options.version) {
+    std::cout << "plovix " << PLOVIX_VERSION << '\n';
+    return 0;
+  }
+  if (options.screenshots) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    Application application(argc, argv);
+    std::cerr << "plovix: " << SaveScreenshots(application, *options.screenshots) << " pictures in "
+              << *options.screenshots << '\n';
+    return 0;
+  }
+  if (!options.script && !HasDisplay()) {
+    std::cerr << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
+    options.script = "-";
+    if (!options.database) options.database = DefaultDatabasePath();
+  }
+  if (options.script) {
+    const QCoreApplication application(argc, argv);  // the database driver needs one
+    return RunScriptFile(options, options.database);
+  }
+  Application application(argc, argv);
+  return RunWindows(application, options);
+}
+
+}  // namespace
+
+int RunProgram(int argc, char** argv) {
+  ProgramOptions options;
+  try {
+    options = ParseOptions({argv + 1, argv + argc});
+  } catch (const Failure& failure) {
+    std::cerr << "plovix: " << failure.Description() << "\n\n" << Usage();
+    return kWrongInput;
+  }
+  try {
+    return Run(argc, argv, options);
+  } catch (const std::exception& failure) {
+    std::cerr << "plovix: " << failure.what() << '\n';
+    return kFailed;
+  }
+}
+
+}  // namespace plovix::app

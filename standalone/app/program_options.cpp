@@ -1,0 +1,50 @@
+#include "program_options.h"
+
+#include <plovix/controls/failure.h>
+
+namespace plovix::app {
+namespace {
+
+[[noreturn]] void Refuse(const std::string& problem) { throw Failure(failure_number::kInvalidCall, problem); }
+
+}  // namespace
+
+ProgramOptions ParseOptions(const std::vector<std::string>& words) {
+  ProgramOptions options;
+  auto word = words.begin();
+  const auto value = [&]() -> std::string {
+    const std::string name = *word;
+    if (++word == words.end()) Refuse(name + " needs a value");
+    return *word;
+  };
+  for (; word != words.end(); ++word) {
+    if (*word == "--database") {
+      options.database = value();
+    } else if (*word == "--language") {
+      options.language = value();
+    } else if (*word == "--screenshots") {
+      options.screenshots = value();
+    } else if (*word == "--help") {
+      options.help = true;
+    } else if (*word == "--version") {
+      options.version = true;
+    } else if (*word == "script" && !options.script) {
+      options.script = value();
+    } else {
+      Refuse("unknown argument: " + *word);
+    }
+  }
+  return options;
+}
+
+std::string Usage() {
+  return "plovix [--database FILE] [--language CODE|FILE.json]\n"
+         "    opens the list of automated tasks\n"
+         "plovix script FILE|- [--database FILE] [--language CODE|FILE.json|ids]\n"
+         "    runs a script of the wizard; prints JSON Lines\n"
+         "plovix --screenshots DIR\n"
+         "    saves a picture of every page, window and dialog in every language, light and dark\n"
+         "plovix --help | --version\n";
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,24 @@
+// The program's command line.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plovix::app {
+
+struct ProgramOptions {
+  std::optional<std::string> script;       // file to run, "-" for standard input
+  std::optional<std::string> screenshots;  // folder to write pictures to
+  std::optional<std::string> database;     // file; nothing: the user's own
+  std::optional<std::string> language;     // nothing: the user's locale decides
+  bool help = false;
+  bool version = false;
+};
+
+// Reads the words behind the program's name. Fails with a message that names the word.
+[[nodiscard]] ProgramOptions ParseOptions(const std::vector<std::string>& words);
+
+[[nodiscard]] std::string Usage();
+
+}  // namespace plovix::app

@@ -1,0 +1,130 @@
+#include "qt_dialogs.h"
+
+#include <plovix/host/host_application.h>
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <vector>
+
+#include "qt_text.h"
+
+namespace plovix::app {
+namespace {
+
+struct Button {
+  int answer;
+  const char* caption;  // key of a host text
+  QMessageBox::ButtonRole role;
+};
+
+struct BoxKind {
+  QMessageBox::Icon icon;
+  std::vector<Button> buttons;  // the first is what Enter presses, the last what Esc presses
+};
+
+const Button kOkButton{message_box::kOk, "button.ok", QMessageBox::AcceptRole};
+const Button kCancelButton{message_box::kCancel, "button.cancel", QMessageBox::RejectRole};
+const Button kYesButton{message_box::kYes, "button.yes", QMessageBox::YesRole};
+const Button kNoButton{message_box::kNo, "button.no", QMessageBox::NoRole};
+
+BoxKind KindOf(int buttons) {
+  switch (buttons) {
+    case message_box::kOkWarning: return {QMessageBox::Warning, {kOkButton}};
+    case message_box::kOkCancelWarning: return {QMessageBox::Warning, {kOkButton, kCancelButton}};
+    case message_box::kOkCancelQuestion: return {QMessageBox::Question, {kOkButton, kCancelButton}};
+    case message_box::kYesNoQuestion: return {QMessageBox::Question, {kYesButton, kNoButton}};
+    default: return {QMessageBox::Information, {kOkButton}};
+  }
+}
+
+// Adds the buttons; each carries its answer as a property.
+void AddButtons(QMessageBox& box, const TextTable& texts, const std::vector<Button>& buttons) {
+  for (const Button& button : buttons) {
+    QPushButton* added = box.addButton(ToQt(texts.Host(button.caption)), button.role);
+    added->setProperty("answer", button.answer);
+    if (&button == &buttons.front()) box.setDefaultButton(added);
+    if (&button == &buttons.back()) box.setEscapeButton(added);
+  }
+}
+
+int Ask(QMessageBox& box) {
+  box.exec();
+  return box.clickedButton()->property("answer").toInt();
+}
+
+std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
+                                    QWidget* parent) {
+  auto box = std::make_unique<QMessageBox>(parent);
+  box->setIcon(icon);
+  box->setWindowTitle(ToQt(title));
+  box->setTextFormat(Qt::PlainText);
+  box->setText(ToQt(text));
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return box;
+}
+
+}  // namespace
+
+std::unique_ptr<QMessageBox> QtDialogs::MakeMessageBox(const std::string& prompt, int buttons,
+                                                       const std::string& title) const {
+  const BoxKind kind = KindOf(buttons);
+  auto box = NewBox(kind.icon, title, prompt, QApplication::activeWindow());
+  AddButtons(*box, texts_, kind.buttons);
+  return box;
+}
+
+int QtDialogs::MessageBox(const std::string& prompt, int buttons, const std::string& title) {
+  return Ask(*MakeMessageBox(prompt, buttons, title));
+}
+
+std::unique_ptr<QMessageBox> QtDialogs::MakeReportBox(const FailureReport& report) const {
+  const std::string text = texts_.Host("error.number", {std::to_string(report.number), report.description});
+  const std::string place =
+      report.line > 0 ? texts_.Host("error.place", {report.module, report.page, report.procedure,
+                                                    std::to_string(report.line)})
+                      : texts_.Host("error.placeWithoutLine", {report.module, report.page, report.procedure});
+  auto box = NewBox(QMessageBox::Critical, texts_.Host("error.title"), text, QApplication::activeWindow());
+  box->setInformativeText(ToQt(place + "\n\n" + texts_.Host("error.hint")));
+  AddButtons(*box, texts_,
+             {{static_cast<int>(ReportAction::kRetry), "button.retry", QMessageBox::AcceptRole},
+              {static_cast<int>(ReportAction::kContinue), "button.continue", QMessageBox::AcceptRole},
+              {static_cast<int>(ReportAction::kLeave), "button.leave", QMessageBox::RejectRole}});
+  return box;
+}
+
+ReportAction QtDialogs::Report(const FailureReport& report) {
+  return static_cast<ReportAction>(Ask(*MakeReportBox(report)));
+}
+
+std::optional<std::string> QtDialogs::EditTag(const std::string& tag) {
+  QInputDialog dialog(QApplication::activeWindow());
+  dialog.setWindowTitle(ToQt(texts_.Host("tag.title")));
+  dialog.setLabelText(ToQt(texts_.Host("tag.label")));
+  dialog.setTextValue(ToQt(tag));
+  dialog.setOkButtonText(ToQt(texts_.Host("button.ok")));
+  dialog.setCancelButtonText(ToQt(texts_.Host("button.cancel")));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return FromQt(dialog.textValue());
+}
+
+void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent) {
+  const auto box = NewBox(QMessageBox::Information, title, text, parent);
+  AddButtons(*box, texts, {kOkButton});
+  box->exec();
+}
+
+std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title, QWidget* parent) {
+  auto box = NewBox(QMessageBox::Question, title, texts.Host("wizard.discard"), parent);
+  AddButtons(*box, texts, {{message_box::kYes, "wizard.discardYes", QMessageBox::DestructiveRole},
+                           {message_box::kNo, "wizard.discardNo", QMessageBox::RejectRole}});
+  box->setDefaultButton(qobject_cast<QPushButton*>(box->escapeButton()));
+  return box;
+}
+
+bool WantsToDiscard(const TextTable& texts, const std::string& title, QWidget* parent) {
+  return Ask(*MakeDiscardBox(texts, title, parent)) == message_box::kYes;
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,40 @@
+// The stand-alone host's dialogs as windows. Each box can also be made without being shown, for pictures.
+#pragma once
+
+#include <plovix/standalone/model/dialogs.h>
+#include <plovix/standalone/model/text_table.h>
+
+#include <memory>
+
+class QDialog;
+class QMessageBox;
+class QWidget;
+
+namespace plovix::app {
+
+class QtDialogs final : public HostDialogs {
+ public:
+  // `texts` outlives the dialogs.
+  explicit QtDialogs(const TextTable& texts) : texts_(texts) {}
+
+  int MessageBox(const std::string& prompt, int buttons, const std::string& title) override;
+  ReportAction Report(const FailureReport& report) override;
+  std::optional<std::string> EditTag(const std::string& tag) override;
+
+  [[nodiscard]] std::unique_ptr<QMessageBox> MakeMessageBox(const std::string& prompt, int buttons,
+                                                            const std::string& title) const;
+  [[nodiscard]] std::unique_ptr<QMessageBox> MakeReportBox(const FailureReport& report) const;
+
+ private:
+  const TextTable& texts_;
+};
+
+// Tells something that only needs an OK.
+void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent);
+
+// The question before entered things are thrown away; Esc keeps them.
+[[nodiscard]] std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title,
+                                                          QWidget* parent);
+[[nodiscard]] bool WantsToDiscard(const TextTable& texts, const std::string& title, QWidget* parent);
+
+}  // namespace plovix::app

@@ -1,0 +1,139 @@
+#include "screenshots.h"
+
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/surfaces/qt/theme.h>
+
+#include <QDir>
+#include <QLocale>
+#include <QMessageBox>
+
+#include "action_dialog.h"
+#include "qt_dialogs.h"
+#include "qt_text.h"
+#include "task_list_window.h"
+#include "wizard_window.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kActionsWillBeLostText = 117;
+constexpr int kNameMissingText = 27;
+
+ActionRecord SampleAction(std::string_view kind, const std::string& setting, const std::string& value) {
+  ActionRecord action = NewAction(*FindActionKind(kind));
+  action.settings[setting] = value;
+  return action;
+}
+
+TaskRecord SampleTask() {
+  TaskRecord task;
+  task.name = "Month-end reports";
+  task.short_description = "Prints and archives the reports";
+  task.description = "Runs the report program for the closed month,\nthen notes the result in the log.";
+  task.categories = {{"Accounting", true}, {"Reports", true}};
+  task.actions = {SampleAction("run-program", "path", "/usr/local/bin/month-end"),
+                  SampleAction("run-sql", "statement", "DELETE FROM Drafts WHERE Closed = 1"),
+                  SampleAction("write-log", "text", "Month closed")};
+  return task;
+}
+
+// One language under one palette.
+class Session {
+ public:
+  Session(const std::string& folder, const std::string& language, std::string suffix)
+      : folder_(ToQt(folder)), suffix_(std::move(suffix)) {
+    state_.texts = LoadLanguage(language);
+    state_.dialogs = &dialogs_;
+    state_.title = state_.texts.Host("list.title");
+    state_.clock = [] { return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10}; };
+    RegisterPages(registry_);
+    InstallHost(state_);
+  }
+
+  int SaveAll() {
+    SaveLists();
+    SavePages();
+    SaveDialogs();
+    return count_;
+  }
+
+ private:
+  void Save(QWidget& widget, const std::string& what) {
+    widget.show();
+    QCoreApplication::processEvents();
+    const QString path = folder_.filePath(ToQt(what + "-" + suffix_ + ".png"));
+    if (!widget.grab().save(path)) {
+      throw Failure(failure_number::kInvalidCall, FromQt(path) + ": the picture cannot be written");
+    }
+    widget.hide();
+    ++count_;
+  }
+
+  void SaveLists() {
+    TaskListWindow empty(parts_);
+    Save(empty, "TaskListEmpty");
+    TaskRecord task = SampleTask();
+    storage_.Save(task, state_.Now());
+    task.name = "Nightly clean-up";
+    task.short_description = "Removes what nobody needs";
+    task.categories = {{"Maintenance", true}};
+    task.owner = "anna";
+    storage_.Save(task, state_.Now());
+    TaskListWindow list(parts_);
+    Save(list, "TaskList");
+  }
+
+  void SavePages() {
+    for (const std::string& identifier : registry_.Identifiers()) {
+      WizardWindow window(parts_, SampleTask());
+      if (window.Start(identifier)) Save(window, identifier.substr(identifier.find('.') + 1));
+    }
+  }
+
+  void SaveDialogs() {
+    for (const ActionKind& kind : ActionKinds()) {
+      std::vector<const ActionKind*> kinds;
+      for (const ActionKind& offered : ActionKinds()) kinds.push_back(&offered);
+      ActionDialog dialog(state_.texts, state_.texts.Host("action.edit.add"), kinds, NewAction(kind), nullptr);
+      dialog.accept();  // shows what is missing
+      Save(dialog, "Action-" + std::string(kind.id));
+    }
+    const auto text = [this](int id) { return state_.texts.Find(id).value_or(""); };
+    Save(*dialogs_.MakeMessageBox(text(kActionsWillBeLostText), message_box::kOkCancelQuestion, state_.title),
+         "MessageBoxQuestion");
+    Save(*dialogs_.MakeMessageBox(text(kNameMissingText), message_box::kOkInformation, state_.title),
+         "MessageBoxInformation");
+    Save(*dialogs_.MakeReportBox({6, "Overflow", "Plovix", "Details", "SaveValues", 170}), "ErrorReport");
+    Save(*MakeDiscardBox(state_.texts, state_.title, nullptr), "DiscardQuestion");
+  }
+
+  QDir folder_;
+  std::string suffix_;
+  int count_ = 0;
+  HostState state_;
+  QtDialogs dialogs_{state_.texts};
+  PageRegistry registry_;
+  MemoryStorage storage_;
+  AppParts parts_{state_, registry_, storage_};
+};
+
+}  // namespace
+
+int SaveScreenshots(QApplication& application, const std::string& folder) {
+  if (!QDir().mkpath(ToQt(folder))) {
+    throw Failure(failure_number::kInvalidCall, folder + ": the folder cannot be made");
+  }
+  int count = 0;
+  for (const auto& [code, json] : EmbeddedLanguages()) {
+    QLocale::setDefault(QLocale(ToQt(code)));
+    for (const auto palette : {qt::Palette::kLight, qt::Palette::kDark}) {
+      qt::ApplyPalette(application, palette);
+      count += Session(folder, code, code + (palette == qt::Palette::kLight ? "-light" : "-dark")).SaveAll();
+    }
+  }
+  InstallServices({});
+  return count;
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,13 @@
+// Pictures of every page, window and dialog, in every language, light and dark.
+#pragma once
+
+#include <QApplication>
+#include <string>
+
+namespace plovix::app {
+
+// Writes "<what>-<language>-<light|dark>.png" files into `folder`, which is made if it is missing. Gives
+// the number of files; fails with a message when one cannot be written.
+int SaveScreenshots(QApplication& application, const std::string& folder);
+
+}  // namespace plovix::app

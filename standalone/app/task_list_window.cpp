@@ -1,0 +1,255 @@
+#include "task_list_window.h"
+
+#include <plovix/framework/page_identifiers.h>
+#include <plovix/surfaces/qt/theme.h>
+
+#include <QBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSortFilterProxyModel>
+#include <QStackedLayout>
+#include <QTableView>
+
+#include "qt_text.h"
+#include "wizard_window.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kCharactersWide = 150;
+constexpr int kWidestColumn = 40;  // characters
+constexpr int kLinesHigh = 30;
+
+}  // namespace
+
+TaskListWindow::TaskListWindow(AppParts parts)
+    : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
+  setWindowTitle(ToQt(parts_.Text("list.title")));
+  new QVBoxLayout(this);
+  BuildFilter();
+  BuildTable();
+  BuildButtons();
+  const QFontMetrics metrics(qt::PageFont());
+  resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
+  const auto shortcut = [this](QKeySequence keys, auto action) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+  };
+  shortcut(QKeySequence::New, &TaskListWindow::New);
+  shortcut(QKeySequence::Find, [this] { filter_->setFocus(); });
+  shortcut(QKeySequence::Refresh, [this] { Reload(); });
+  Reload();
+  table_->setFocus();
+}
+
+void TaskListWindow::BuildFilter() {
+  auto* row = new QHBoxLayout;
+  filter_ = new QLineEdit;
+  filter_->setObjectName("filter");
+  filter_->setClearButtonEnabled(true);
+  filter_->setPlaceholderText(ToQt(parts_.Text("list.filterHint")));
+  filter_->installEventFilter(this);
+  auto* label = new QLabel(ToQt(parts_.Text("list.filter")));
+  label->setBuddy(filter_);
+  row->addWidget(label);
+  row->addWidget(filter_);
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    shown_->setFilterFixedString(text);
+    if (SelectedRow() < 0) table_->selectRow(0);
+    UpdateState();
+  });
+}
+
+void TaskListWindow::BuildTable() {
+  shown_->setSourceModel(model_);
+  shown_->setFilterKeyColumn(-1);
+  shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
+  shown_->setSortRole(TaskTableModel::kSortRole);
+  shown_->setSortLocaleAware(true);
+  table_ = new QTableView;
+  table_->setObjectName("tasks");
+  table_->setAccessibleName(windowTitle());
+  table_->setModel(shown_);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
+  table_->setAlternatingRowColors(true);
+  table_->setShowGrid(false);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
+  table_->horizontalHeader()->setHighlightSections(false);
+  table_->horizontalHeader()->setStretchLastSection(true);
+  table_->setSortingEnabled(true);
+  table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
+  table_->installEventFilter(this);
+  connect(table_, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
+  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TaskListWindow::UpdateState);
+  hint_ = new QLabel;
+  hint_->setAlignment(Qt::AlignCenter);
+  hint_->setTextFormat(Qt::PlainText);
+  auto* stack = new QStackedLayout;
+  stack->addWidget(table_);
+  stack->addWidget(hint_);
+  static_cast<QVBoxLayout*>(layout())->addLayout(stack, 1);
+}
+
+void TaskListWindow::BuildButtons() {
+  auto* row = new QHBoxLayout;
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  new_ = AddButton("list.new", "new", &TaskListWindow::New);
+  edit_ = AddButton("list.edit", "edit", &TaskListWindow::Edit);
+  duplicate_ = AddButton("list.duplicate", "duplicate", &TaskListWindow::Duplicate);
+  delete_ = AddButton("list.delete", "delete", &TaskListWindow::Delete);
+  row->addStretch();
+  count_ = new QLabel;
+  row->addWidget(count_);
+}
+
+QPushButton* TaskListWindow::AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)()) {
+  auto* button = new QPushButton(ToQt(parts_.Text(caption)));
+  button->setObjectName(QString::fromLatin1(name));
+  connect(button, &QPushButton::clicked, this, action);
+  layout()->itemAt(layout()->count() - 1)->layout()->addWidget(button);
+  return button;
+}
+
+bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (watched == filter_) {
+    if (key == Qt::Key_Escape) filter_->clear();
+    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) table_->setFocus();
+    return key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+  }
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+    Edit();
+    return true;
+  }
+  if (key == Qt::Key_Delete) {
+    Delete();
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void TaskListWindow::Reload(std::optional<std::int64_t> select) {
+  const int row = SelectedRow();
+  if (!select && row >= 0) select = model_->Task(row).id;
+  Guarded([this] { model_->SetTasks(parts_.storage.List()); });
+  if (select) SelectTask(*select);
+  if (SelectedRow() < 0) table_->selectRow(0);
+  FitColumns();
+  UpdateState();
+}
+
+// Every column shows its content up to a limit, so that one long text does not push the others out.
+void TaskListWindow::FitColumns() {
+  table_->resizeColumnsToContents();
+  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
+  for (int column = 0; column < TaskTableModel::kColumnCount; ++column) {
+    table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
+  }
+}
+
+void TaskListWindow::SelectTask(std::int64_t id) {
+  const int row = model_->RowOf(id);
+  if (row < 0) return;
+  const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
+  table_->selectRow(index.row());
+  table_->scrollTo(index);
+}
+
+int TaskListWindow::SelectedRow() const {
+  const QModelIndexList rows = table_->selectionModel()->selectedRows();
+  return rows.isEmpty() ? -1 : shown_->mapToSource(rows.constFirst()).row();
+}
+
+void TaskListWindow::UpdateState() {
+  const bool selected = SelectedRow() >= 0;
+  for (QPushButton* button : {edit_, duplicate_, delete_}) button->setEnabled(selected);
+  const int all = model_->rowCount();
+  const int visible = shown_->rowCount();
+  hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
+  static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
+      ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : static_cast<QWidget*>(table_));
+  count_->setText(ToQt(visible == all ? parts_.Text("list.count", {std::to_string(all)})
+                                      : parts_.Text("list.countFiltered", {std::to_string(visible), std::to_string(all)})));
+}
+
+bool TaskListWindow::Guarded(const std::function<void()>& work) {
+  std::optional<Failure> failure;
+  try {
+    work();
+    return true;
+  } catch (...) {
+    failure = CurrentFailure();
+  }
+  parts_.state.dialogs->MessageBox(parts_.Text("list.failed", {failure->Description()}), message_box::kOkWarning,
+                                   parts_.state.title);
+  return false;
+}
+
+std::optional<TaskRecord> TaskListWindow::Selected() {
+  const int row = SelectedRow();
+  if (row < 0) return std::nullopt;
+  std::optional<TaskRecord> task;
+  if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
+  if (!task) {
+    parts_.state.dialogs->MessageBox(parts_.Text("list.gone"), message_box::kOkInformation, parts_.state.title);
+    Reload();
+  }
+  return task;
+}
+
+void TaskListWindow::New() { Open({}); }
+
+void TaskListWindow::Edit() {
+  if (const auto task = Selected()) Open(*task);
+}
+
+// The copy is stored at once; nothing has to be entered for it.
+void TaskListWindow::Duplicate() {
+  auto task = Selected();
+  if (!task) return;
+  task->id = task->version = 0;
+  if (!task->uses_language_tags) task->name = parts_.Text("list.duplicateName", {task->name});
+  if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);
+}
+
+void TaskListWindow::Delete() {
+  const auto task = Selected();
+  if (!task) return;
+  const std::string question = parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)});
+  if (parts_.state.dialogs->MessageBox(question, message_box::kYesNoQuestion, parts_.state.title) != message_box::kYes) {
+    return;
+  }
+  const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();
+  if (!Guarded([&] { parts_.storage.Delete(task->id); })) return;
+  Reload();
+  table_->selectRow(std::min(shown_row, shown_->rowCount() - 1));
+  UpdateState();
+}
+
+void TaskListWindow::Open(const TaskRecord& task) {
+  auto* window = new WizardWindow(parts_, task, {}, this);
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  connect(window, &QDialog::finished, this, [this, window](int result) {
+    if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
+    wizard_ = nullptr;
+    table_->setFocus();
+  });
+  if (!window->Start(page_identifier::kAutoTaskType)) {
+    delete window;
+    return;
+  }
+  wizard_ = window;
+  window->open();
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,64 @@
+// The program's main window: the stored tasks, a filter, and what can be done with a task.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <optional>
+
+#include "app_parts.h"
+#include "task_table_model.h"
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSortFilterProxyModel;
+class QTableView;
+
+namespace plovix::app {
+
+class WizardWindow;
+
+class TaskListWindow final : public QWidget {
+ public:
+  explicit TaskListWindow(AppParts parts);
+
+  // Reads the tasks again; the selection stays on the task with that id, or on the one selected now.
+  void Reload(std::optional<std::int64_t> select = std::nullopt);
+  void New();
+  void Edit();
+  void Duplicate();
+  void Delete();
+
+  // The wizard window opened last; nothing once it is closed.
+  [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void BuildFilter();
+  void BuildTable();
+  void BuildButtons();
+  QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
+  void Open(const TaskRecord& task);
+  // Runs `work`, which uses the storage; tells the user when it fails.
+  bool Guarded(const std::function<void()>& work);
+  // The selected task as it is stored now; nothing when there is no selection or it is gone.
+  std::optional<TaskRecord> Selected();
+  [[nodiscard]] int SelectedRow() const;  // of the model; -1
+  void FitColumns();
+  void SelectTask(std::int64_t id);
+  void UpdateState();
+
+  AppParts parts_;
+  TaskTableModel* model_;
+  QSortFilterProxyModel* shown_;
+  QLineEdit* filter_ = nullptr;
+  QTableView* table_ = nullptr;
+  QLabel *hint_ = nullptr, *count_ = nullptr;
+  QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  WizardWindow* wizard_ = nullptr;
+};
+
+}  // namespace plovix::app

@@ -1,0 +1,173 @@
+#include "wizard_window.h"
+
+#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/surfaces/qt/theme.h>
+
+#include <QAccessible>
+#include <QBoxLayout>
+#include <QFrame>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include "action_list_widget.h"
+#include "qt_dialogs.h"
+#include "qt_text.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr std::string_view kActionListName = "VeloDesignerCtrl.VeloActionList";
+constexpr int kCharactersWide = 84;
+constexpr int kLinesHigh = 34;
+
+std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
+  if (registered_name != kActionListName) return nullptr;
+  return std::make_shared<VeloActionList>();
+}
+
+QFrame* NewRule() {
+  auto* rule = new QFrame;
+  rule->setFrameShape(QFrame::HLine);
+  rule->setFrameShadow(QFrame::Sunken);
+  return rule;
+}
+
+}  // namespace
+
+WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries,
+                           QWidget* parent)
+    : QDialog(parent),
+      parts_(parts),
+      wizard_({parts.state, parts.registry, parts.storage, MakeControl}, task, entries) {
+  auto* layout = new QVBoxLayout(this);
+  BuildHeader();
+  area_ = new QScrollArea;
+  area_->setWidgetResizable(true);
+  area_->setFrameShape(QFrame::NoFrame);
+  area_->setFocusPolicy(Qt::NoFocus);
+  layout->addWidget(area_, 1);
+  layout->addWidget(NewRule());
+  BuildButtons();
+  const QFontMetrics metrics(qt::PageFont());
+  resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
+  wizard_.SetView(this);
+}
+
+WizardWindow::~WizardWindow() { wizard_.SetView(nullptr); }
+
+void WizardWindow::BuildHeader() {
+  title_ = new QLabel;
+  title_->setTextFormat(Qt::PlainText);
+  title_->setWordWrap(true);
+  QFont font = qt::PageFont();
+  font.setBold(true);
+  title_->setFont(font);
+  description_ = new QLabel;
+  description_->setTextFormat(Qt::PlainText);
+  description_->setWordWrap(true);
+  for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule()}) layout()->addWidget(widget);
+}
+
+void WizardWindow::BuildButtons() {
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  back_ = AddButton("button.back", "back");
+  next_ = AddButton("button.next", "next");
+  finish_ = AddButton("button.finish", "finish");
+  row->addSpacing(fontMetrics().averageCharWidth() * 2);
+  cancel_ = AddButton("button.cancel", "cancel");
+  connect(back_, &QPushButton::clicked, this, [this] { Press(back_, &VeloWiz::Back); });
+  connect(next_, &QPushButton::clicked, this, [this] { Press(next_, &VeloWiz::Next); });
+  connect(finish_, &QPushButton::clicked, this, [this] { Press(finish_, &VeloWiz::Finish); });
+  connect(cancel_, &QPushButton::clicked, this, &WizardWindow::reject);
+}
+
+QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name) {
+  auto* button = new QPushButton(ToQt(parts_.Text(caption)));
+  button->setObjectName(QString::fromLatin1(name));
+  button->setAutoDefault(false);
+  layout()->itemAt(layout()->count() - 1)->layout()->addWidget(button);
+  return button;
+}
+
+bool WizardWindow::Start(const std::string& identifier) { return wizard_.Open(identifier); }
+
+// The focus goes to the button first, so that a field left by Enter is left as it is by Tab. When the
+// page stays, the user goes on where they were, unless the page has sent them to a field.
+void WizardWindow::Press(QPushButton* button, bool (VeloWiz::*verb)()) {
+  const QPointer<QWidget> former = focusWidget();
+  const qt::FormWidget* page = page_;
+  button->setFocus(Qt::OtherFocusReason);
+  (wizard_.*verb)();
+  if (wizard_.IsOpen() && page == page_ && focusWidget() == button && former) former->setFocus(Qt::OtherFocusReason);
+}
+
+void WizardWindow::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!enter || event->modifiers().testFlag(Qt::AltModifier)) {
+    QDialog::keyPressEvent(event);
+    return;
+  }
+  if (auto* button = qobject_cast<QPushButton*>(focusWidget())) {
+    button->click();
+  } else if (page_ == nullptr || !page_->FocusTakesEnter()) {
+    (next_->isEnabled() ? next_ : finish_)->click();
+  }
+}
+
+void WizardWindow::reject() {
+  if (wizard_.HasChanges() && !WantsToDiscard(parts_.state.texts, FromQt(windowTitle()), this)) return;
+  wizard_.Cancel();
+}
+
+void WizardWindow::PageShown() {
+  if (page_ != nullptr) {
+    area_->takeWidget();
+    page_->hide();
+    page_->deleteLater();  // it may be the sender of the event that brought the new page
+  }
+  const TextTable& texts = parts_.state.texts;
+  page_ = new qt::FormWidget(wizard_.Controls(), wizard_.User(), [&texts](HostControl& control, QWidget* parent) {
+    auto* list = dynamic_cast<VeloActionList*>(&control);
+    return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
+  });
+  area_->setWidget(page_);
+  title_->setText(ToQt(wizard_.Title()));
+  description_->setText(ToQt(wizard_.Description()));
+  setTabOrder(page_, back_);
+  setTabOrder(back_, next_);
+  setTabOrder(next_, finish_);
+  setTabOrder(finish_, cancel_);
+  ButtonsChanged();
+  page_->FocusFirst();
+  Announce();
+}
+
+// Assistive technology reads a changed window title, the group that the focus has entered, and an alert.
+void WizardWindow::Announce() {
+  const QString heading = page_->Heading();
+  setWindowTitle(ToQt(parts_.Text("wizard.windowTitle", {FromQt(heading), wizard_.Title()})));
+  page_->setAccessibleName(heading);
+  page_->setAccessibleDescription(ToQt(wizard_.Description()));
+  QAccessibleEvent event(page_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
+}
+
+void WizardWindow::ButtonsChanged() {
+  const WizardButtons buttons = wizard_.Buttons();
+  back_->setEnabled(buttons.back);
+  next_->setEnabled(buttons.next);
+  finish_->setEnabled(buttons.finish);
+  cancel_->setEnabled(buttons.cancel);
+  (buttons.finish ? finish_ : next_)->setDefault(true);
+}
+
+void WizardWindow::Closed(WizardEnd end) {
+  done(end == WizardEnd::kFinished ? QDialog::Accepted : QDialog::Rejected);
+}
+
+}  // namespace plovix::app

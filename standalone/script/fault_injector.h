@@ -1,0 +1,27 @@
+// Makes chosen calls to the host fail: what "fail MEMBER N" sets up.
+#pragma once
+
+#include <plovix/standalone/model/call_gate.h>
+
+#include <string_view>
+#include <vector>
+
+namespace plovix::script {
+
+class FaultInjector final : public CallObserver {
+ public:
+  // Makes the `count`-th next call (1: the very next) of the member fail once. A member that the host
+  // does not have, or a count below 1, is a LineError.
+  void Plan(std::string_view member, int count);
+
+  void HostCalled(std::string_view member) override;
+
+ private:
+  struct Planned {
+    std::string_view member;
+    int calls_left;
+  };
+  std::vector<Planned> planned_;
+};
+
+}  // namespace plovix::script

@@ -1,0 +1,107 @@
+// The commands that look: each prints one JSON object on one line. And the help.
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "commands.h"
+#include "task_members.h"
+
+namespace plovix::script {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void Show(ScriptSession& session, const Words& /*words*/) {
+  session.Print(PageJson(session.LastWizard()));
+}
+
+void Messages(ScriptSession& session, const Words& /*words*/) {
+  session.Print({{"messages", session.Dialogs().TakeMessages()}});
+}
+
+void Reports(ScriptSession& session, const Words& /*words*/) {
+  session.Print({{"reports", session.Dialogs().TakeReports()}});
+}
+
+void Task(ScriptSession& session, const Words& /*words*/) {
+  session.Print(TaskJson(session.Task(), session.State()));
+}
+
+void Store(ScriptSession& session, const Words& /*words*/) {
+  session.Print(session.Store());
+}
+
+void Saved(ScriptSession& session, const Words& /*words*/) {
+  Json ids = Json::array();
+  for (const TaskRecord& task : session.Storage().List()) ids.push_back(task.id);
+  session.Print({{"saved", ids}});
+}
+
+void RefuseRuns(ScriptSession& /*session*/, const Words& /*words*/) {
+  throw LineError("tasks have no schedule yet");
+}
+
+void Help(ScriptSession& session, const Words& words);
+
+constexpr auto kCommands = std::to_array<Command>({
+    {"show", "", 0, 0, "the page, its buttons and its controls", Show},
+    {"messages", "", 0, 0, "the message boxes shown since last asked", Messages},
+    {"reports", "", 0, 0, "the failures reported since last asked", Reports},
+    {"task", "", 0, 0, "the task being edited", Task},
+    {"store", "", 0, 0, "the shared store", Store},
+    {"runs", "N", 1, 1, "the next runs", RefuseRuns},
+    {"saved", "", 0, 0, "the ids of the stored tasks", Saved},
+    {"help", "", 0, 0, "this list", Help},
+});
+
+constexpr auto kTables = std::to_array<std::span<const Command> (*)()>(
+    {SceneCommands, UserCommands, AnswerCommands, LookCommands});
+
+// Goes to the messages: the output carries JSON only.
+void Help(ScriptSession& session, const Words& /*words*/) {
+  for (const auto table : kTables) {
+    for (const Command& command : table()) {
+      session.Messages() << command.name << (command.usage.empty() ? "" : " ") << command.usage << "  -  "
+                         << command.effect << '\n';
+    }
+  }
+}
+
+const Command* FindCommand(std::string_view name) {
+  for (const auto table : kTables) {
+    const auto commands = table();
+    const auto found = std::ranges::find(commands, name, &Command::name);
+    if (found != commands.end()) return &*found;
+  }
+  return nullptr;
+}
+
+// Whether there are commands of two words that begin with this one.
+bool BeginsCommands(const std::string& word) {
+  return std::ranges::any_of(kTables, [&](const auto table) {
+    return std::ranges::any_of(table(),
+                               [&](const Command& each) { return each.name.starts_with(word + " "); });
+  });
+}
+
+}  // namespace
+
+std::span<const Command> LookCommands() {
+  return kCommands;
+}
+
+void RunCommand(ScriptSession& session, const Words& words) {
+  if (words.empty()) return;
+  const bool two = words.size() > 1 && BeginsCommands(words[0]);
+  const std::string name = two ? words[0] + " " + words[1] : words[0];
+  const Command* command = FindCommand(name);
+  if (command == nullptr) throw LineError("unknown command \"" + name + "\"");
+  const Words rest(words.begin() + (two ? 2 : 1), words.end());
+  if (rest.size() < command->fewest || rest.size() > command->most) {
+    throw LineError("wanted: " + name + " " + std::string(command->usage));
+  }
+  command->run(session, rest);
+}
+
+}  // namespace plovix::script

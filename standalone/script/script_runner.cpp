@@ -1,0 +1,46 @@
+#include "script_runner.h"
+
+#include <istream>
+#include <optional>
+#include <ostream>
+
+#include "commands.h"
+
+namespace plovix {
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kWrongLine = 2;
+constexpr std::string_view kPrompt = "plovix> ";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// What is wrong with the line; nothing when it was run. A storage that fails is told like a wrong line.
+std::optional<std::string> Problem(script::ScriptSession& session, std::string_view line) {
+  try {
+    script::RunCommand(session, script::SplitLine(line));
+    return std::nullopt;
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
+int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
+  script::ScriptSession session(out, err, options);
+  std::string line;
+  for (int number = 1;; ++number) {
+    if (options.interactive) err << kPrompt << std::flush;
+    if (!std::getline(in, line)) break;
+    std::string_view text = line;
+    if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    if (const auto problem = Problem(session, text)) {
+      err << options.source_name << ':' << number << ": " << *problem << '\n' << std::flush;
+      if (!options.interactive) return kWrongLine;
+    }
+  }
+  if (options.interactive) err << '\n' << std::flush;
+  return kDone;
+}
+
+}  // namespace plovix

@@ -1,0 +1,26 @@
+// The script surface: sits at the wizard without a window, one command a line. Used by the program's
+// "script" command and, on a machine without a display, in place of the window.
+#pragma once
+
+#include <plovix/standalone/model/task_storage.h>
+#include <plovix/standalone/model/text_table.h>
+
+#include <iosfwd>
+#include <string>
+
+namespace plovix {
+
+struct ScriptOptions {
+  TaskStorage* storage;           // not owned, outlives the run
+  TextTable texts;                // TextTable::Ids() shows every text as its number
+  bool interactive = false;       // prompts, and goes on after a wrong line
+  std::string source_name = "-";  // FILE in "FILE:LINE: what is wrong"
+};
+
+// Runs the commands of `in` to its end. `out` gets JSON Lines and nothing else, flushed line by line;
+// messages, help and the prompt go to `err`. Installs its own host services for the time of the run, in
+// place of any installed before, and leaves none. Returns the exit status: 0, or 2 when a line was wrong.
+[[nodiscard]] int RunScript(std::istream& in, std::ostream& out, std::ostream& err,
+                            const ScriptOptions& options);
+
+}  // namespace plovix

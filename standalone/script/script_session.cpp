@@ -1,0 +1,102 @@
+#include "script_session.h"
+
+#include <plovix/standalone/model/velo_action_list.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "line_error.h"
+
+namespace plovix::script {
+namespace {
+
+// Stands before the planned failures while the surface itself calls the host.
+struct Uncounted final : CallObserver {
+  void HostCalled(std::string_view /*member*/) override {}
+};
+
+HostState StateOf(ScriptDialogs& dialogs, const TextTable& texts) {
+  HostState state;
+  state.dialogs = &dialogs;
+  state.texts = texts;
+  state.path = "plovix";  // a name only: whether the marker file is there is for the script to say
+  state.marker_file = false;
+  return state;
+}
+
+std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
+  if (registered_name != "VeloDesignerCtrl.VeloActionList") return nullptr;
+  return std::make_shared<VeloActionList>();
+}
+
+}  // namespace
+
+ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptOptions& options)
+    : out_(out),
+      err_(err),
+      storage_(*options.storage),
+      state_(StateOf(dialogs_, options.texts)),
+      installation_(state_) {
+  RegisterPages(registry_);
+}
+
+ScriptSession::~ScriptSession() {
+  if (IsOpen()) wizard_->Cancel();
+}
+
+void ScriptSession::Print(const nlohmann::ordered_json& json) {
+  out_ << json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n' << std::flush;
+}
+
+TaskRecord ScriptSession::Task() const {
+  return wizard_ ? wizard_->Task().Record() : task_;
+}
+
+void ScriptSession::SetTask(const TaskRecord& task) {
+  if (wizard_) {
+    wizard_->Task().Assign(task);
+  } else {
+    task_ = task;
+  }
+}
+
+void ScriptSession::BeginTask(const TaskRecord& task) {
+  if (!IsOpen()) wizard_.reset();
+  SetTask(task);
+}
+
+nlohmann::ordered_json ScriptSession::Store() {
+  return StoreJson(wizard_ ? wizard_->Store().values : entries_, numbers_);
+}
+
+void ScriptSession::SetEntry(const std::string& key, Value value) {
+  if (key == store_key::kAutoTask && !IsOpen())
+    throw LineError("the wizard itself puts AutoTask into the store");
+  if (wizard_) wizard_->Store().values[key] = value;
+  if (key != store_key::kAutoTask) entries_[key] = std::move(value);
+}
+
+void ScriptSession::Open(const std::string& identifier) {
+  if (IsOpen()) throw LineError("the wizard is open already");
+  if (!std::ranges::count(registry_.Identifiers(), identifier)) {
+    throw LineError("there is no page \"" + identifier + "\"");
+  }
+  task_ = Task();
+  wizard_ = std::make_unique<VeloWiz>(WizardParts{state_, registry_, storage_, MakeControl}, task_, entries_);
+  wizard_->Open(identifier);
+}
+
+VeloWiz& ScriptSession::Wizard() {
+  if (!IsOpen()) throw LineError("no page is open");
+  return *wizard_;
+}
+
+void ScriptSession::SceneChanged() {
+  if (!IsOpen()) return;
+  Uncounted uncounted;
+  const ObserveCalls observe(uncounted);
+  wizard_->AskNextPage();
+}
+
+}  // namespace plovix::script

@@ -1,0 +1,84 @@
+// What a running script holds: the scene that it has set, the host made from it and the wizard in front
+// of it. The commands work on this.
+#pragma once
+
+#include <plovix/standalone/wizard/velo_wiz.h>
+
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+
+#include "fault_injector.h"
+#include "script_dialogs.h"
+#include "script_runner.h"
+#include "snapshots.h"
+
+namespace plovix::script {
+
+class ScriptSession {
+ public:
+  ScriptSession(std::ostream& out, std::ostream& err, const ScriptOptions& options);
+  // Cancels a wizard that is still open.
+  ~ScriptSession();
+  ScriptSession(const ScriptSession&) = delete;
+  ScriptSession& operator=(const ScriptSession&) = delete;
+
+  // One object on one line, at once.
+  void Print(const nlohmann::ordered_json& json);
+  [[nodiscard]] std::ostream& Messages() noexcept { return err_; }
+
+  [[nodiscard]] HostState& State() noexcept { return state_; }
+  [[nodiscard]] ScriptDialogs& Dialogs() noexcept { return dialogs_; }
+  [[nodiscard]] FaultInjector& Faults() noexcept { return faults_; }
+  [[nodiscard]] TaskStorage& Storage() noexcept { return storage_; }
+
+  // The task being edited: the wizard's working copy from the first "open" on, also after the end.
+  [[nodiscard]] TaskRecord Task() const;
+  void SetTask(const TaskRecord& task);
+  // Begins with another task; a wizard that has ended is forgotten.
+  void BeginTask(const TaskRecord& task);
+
+  // The entries of the shared store: those set for the next wizard, or the wizard's own.
+  [[nodiscard]] nlohmann::ordered_json Store();
+  void SetEntry(const std::string& key, Value value);
+
+  // Starts a wizard on the task. A LineError while one is open, or when there is no such page.
+  void Open(const std::string& identifier);
+  [[nodiscard]] bool IsOpen() const noexcept { return wizard_ && wizard_->IsOpen(); }
+  // The open wizard; a LineError when none is.
+  [[nodiscard]] VeloWiz& Wizard();
+  // The wizard from the first "open" on, open or not; nothing before.
+  [[nodiscard]] const VeloWiz* LastWizard() const noexcept { return wizard_.get(); }
+
+  // To be called after the scene has changed: an open wizard asks its page anew. Planned failures do not
+  // count these calls.
+  void SceneChanged();
+
+ private:
+  // Installs the host on a state for as long as it lives.
+  struct Installation {
+    explicit Installation(HostState& state) { InstallHost(state); }
+    ~Installation() { InstallServices({}); }
+    Installation(const Installation&) = delete;
+    Installation& operator=(const Installation&) = delete;
+  };
+
+  std::ostream& out_;
+  std::ostream& err_;
+  TaskStorage& storage_;
+  ScriptDialogs dialogs_;
+  HostState state_;
+  Installation installation_;
+  PageRegistry registry_;
+  FaultInjector faults_;
+  ObserveCalls observe_{faults_};
+  ObjectNumbers numbers_;
+  TaskRecord task_;                       // as the next wizard is to edit it
+  std::map<std::string, Value> entries_;  // for each wizard's store, named by the script
+  std::unique_ptr<VeloWiz> wizard_;
+};
+
+}  // namespace plovix::script

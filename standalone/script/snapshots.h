@@ -1,0 +1,29 @@
+// What a script sees of the wizard and the shared store, as JSON.
+#pragma once
+
+#include <plovix/standalone/wizard/velo_wiz.h>
+
+#include <map>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+namespace plovix::script {
+
+// The shown page with its controls. `wizard` may be nothing: never opened.
+[[nodiscard]] nlohmann::ordered_json PageJson(const VeloWiz* wizard);
+
+// Numbers objects in the order in which they were first seen, without keeping them alive.
+class ObjectNumbers {
+ public:
+  [[nodiscard]] int Of(const ObjectRef& object);
+
+ private:
+  std::map<std::weak_ptr<HostObject>, int, std::owner_less<>> numbers_;
+};
+
+// Keys with values; an object by its kind and its number.
+[[nodiscard]] nlohmann::ordered_json StoreJson(const std::map<std::string, Value>& values,
+                                               ObjectNumbers& numbers);
+
+}  // namespace plovix::script

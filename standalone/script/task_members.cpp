@@ -1,0 +1,135 @@
+#include "task_members.h"
+
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
+#include <type_traits>
+
+#include "words.h"
+
+namespace plovix::script {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Member {
+  std::string_view name;
+  Json (*get)(const TaskRecord& task, const HostState& state);
+  void (*set)(TaskRecord& task, HostState& state, const std::string& word);  // nullptr: the member only tells
+};
+
+// A member that is a field of the record: a text, a Boolean, a number or a moment.
+template <auto kField>
+constexpr Member Field(std::string_view name) {
+  return {name,
+          [](const TaskRecord& task, const HostState& /*state*/) -> Json {
+            if constexpr (std::is_same_v<decltype(task.*kField), const DateTime&>) {
+              return DateTimeText(task.*kField);
+            } else {
+              return task.*kField;
+            }
+          },
+          [](TaskRecord& task, HostState& /*state*/, const std::string& word) {
+            auto& field = task.*kField;
+            using Type = std::remove_reference_t<decltype(field)>;
+            if constexpr (std::is_same_v<Type, std::string>) {
+              field = word;
+            } else if constexpr (std::is_same_v<Type, bool>) {
+              field = SwitchFrom(word);
+            } else if constexpr (std::is_same_v<Type, DateTime>) {
+              field = DateTimeFrom(word);
+            } else {
+              field = IntegerFrom<Type>(word);
+            }
+          }};
+}
+
+// A member that is the text of a tag in the current language; setting it gives the tag that text.
+template <std::string TaskRecord::*kTag>
+constexpr Member TagText(std::string_view name) {
+  return {name,
+          [](const TaskRecord& task, const HostState& state) -> Json { return state.TagText(task.*kTag); },
+          [](TaskRecord& task, HostState& state, const std::string& word) {
+            state.tag_texts[task.*kTag] = word;
+          }};
+}
+
+Json IsExisting(const TaskRecord& task, const HostState& /*state*/) {
+  return task.id != 0;
+}
+
+Json NoRecurrence(const TaskRecord& /*task*/, const HostState& /*state*/) {
+  return nullptr;
+}
+
+void ClearRecurrence(TaskRecord& /*task*/, HostState& /*state*/, const std::string& word) {
+  if (word != "nothing") throw LineError("Recurrence can only be set to nothing");
+}
+
+Json Actions(const TaskRecord& task, const HostState& /*state*/) {
+  Json list = Json::array();
+  for (const ActionRecord& action : task.actions) {
+    Json settings = Json::object();
+    for (const auto& [key, value] : action.settings) settings[key] = value;
+    list.push_back({{"Name", action.name},
+                    {"Kind", action.kind},
+                    {"RecordModes", action.record_modes},
+                    {"Capabilities", action.capabilities},
+                    {"Settings", settings}});
+  }
+  return list;
+}
+
+Json Categories(const TaskRecord& task, const HostState& state) {
+  Json list = Json::array();
+  for (const CategoryRecord& category : task.categories) {
+    list.push_back(
+        {{"Tag", category.tag}, {"Text", state.TagText(category.tag)}, {"Public", category.is_public}});
+  }
+  return list;
+}
+
+constexpr auto kMembers = std::to_array<Member>({
+    {"IsExisting", IsExisting, nullptr},
+    Field<&TaskRecord::record_mode>("RecordMode"),
+    Field<&TaskRecord::uses_language_tags>("UsesLanguageTags"),
+    Field<&TaskRecord::name>("Name"),
+    Field<&TaskRecord::short_description>("ShortDescription"),
+    Field<&TaskRecord::description>("Description"),
+    Field<&TaskRecord::name_tag>("NameTag"),
+    Field<&TaskRecord::short_description_tag>("ShortDescriptionTag"),
+    Field<&TaskRecord::description_tag>("DescriptionTag"),
+    TagText<&TaskRecord::name_tag>("LocalizedName"),
+    TagText<&TaskRecord::short_description_tag>("LocalizedShortDescription"),
+    TagText<&TaskRecord::description_tag>("LocalizedDescription"),
+    Field<&TaskRecord::data_object_name>("DataObjectName"),
+    Field<&TaskRecord::data_object_caption>("DataObjectCaption"),
+    Field<&TaskRecord::allow_automation_manager>("AllowAutomationManager"),
+    Field<&TaskRecord::skip_row_selection>("SkipRowSelection"),
+    Field<&TaskRecord::processing_mode>("ProcessingMode"),
+    Field<&TaskRecord::process_all_records>("ProcessAllRecords"),
+    Field<&TaskRecord::process_failed_records>("ProcessFailedRecords"),
+    Field<&TaskRecord::base_date>("BaseDate"),
+    Field<&TaskRecord::query>("Query"),
+    Field<&TaskRecord::owner>("Owner"),
+    {"Recurrence", NoRecurrence, ClearRecurrence},
+    {"Actions", Actions, nullptr},
+    {"Categories", Categories, nullptr},
+});
+
+}  // namespace
+
+Json TaskJson(const TaskRecord& task, const HostState& state) {
+  Json json = Json::object();
+  for (const Member& member : kMembers) json[std::string(member.name)] = member.get(task, state);
+  return json;
+}
+
+void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member, const std::string& word) {
+  const auto* found = std::ranges::find(kMembers, member, &Member::name);
+  if (found == kMembers.end()) throw LineError("a task has no member \"" + member + "\"");
+  if (found->set == nullptr) throw LineError(member + " cannot be set");
+  found->set(task, state, word);
+}
+
+}  // namespace plovix::script

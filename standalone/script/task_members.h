@@ -1,0 +1,18 @@
+// The members of a task by their documented names: one table for "task set" and "task".
+#pragma once
+
+#include <plovix/standalone/model/host_state.h>
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+namespace plovix::script {
+
+// Every member of the task; a tag's text is the host's.
+[[nodiscard]] nlohmann::ordered_json TaskJson(const TaskRecord& task, const HostState& state);
+
+// Sets the named member from a script's word. A member that there is not, one that only tells, or a word
+// that it cannot hold is a LineError, and nothing has changed.
+void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member, const std::string& word);
+
+}  // namespace plovix::script

@@ -1,0 +1,19 @@
+// The text of the Category column: a task's category list. Used by the storage and by whoever reads the
+// column of many tasks.
+#pragma once
+
+#include <plovix/standalone/model/task_record.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plovix {
+
+// A JSON array of {"tag": text, "public": bool}; the empty text when there are no categories.
+[[nodiscard]] std::string EncodeCategories(const std::vector<CategoryRecord>& categories);
+// Reads such an array. Any other text that is not empty is one public category of that name: the column
+// held a plain name before it held arrays.
+[[nodiscard]] std::vector<CategoryRecord> DecodeCategories(std::string_view column);
+
+}  // namespace plovix

@@ -1,0 +1,90 @@
+#include "schema.h"
+
+#include <array>
+#include <string>
+
+namespace plovix {
+namespace {
+
+// "PLVX", in the file's header: tells task files from other SQLite files.
+constexpr int kApplicationId = 0x504C5658;
+
+constexpr std::array kTables{
+    R"(CREATE TABLE VeloAutoTasks (
+         Id INTEGER PRIMARY KEY AUTOINCREMENT,
+         Version INTEGER NOT NULL,
+         Modified TEXT NOT NULL,
+         RecordMode INTEGER NOT NULL,
+         UsesLanguageTags INTEGER NOT NULL,
+         Name TEXT NOT NULL,
+         ShortDescription TEXT NOT NULL,
+         Description TEXT NOT NULL,
+         NameTag TEXT NOT NULL,
+         ShortDescriptionTag TEXT NOT NULL,
+         DescriptionTag TEXT NOT NULL,
+         Category TEXT NOT NULL,
+         DataObjectName TEXT NOT NULL,
+         DataObjectCaption TEXT NOT NULL,
+         AllowAutomationManager INTEGER NOT NULL,
+         SkipRowSelection INTEGER NOT NULL,
+         ProcessingMode INTEGER NOT NULL,
+         ProcessAllRecords INTEGER NOT NULL,
+         ProcessFailedRecords INTEGER NOT NULL,
+         BaseDate TEXT NOT NULL,
+         Query TEXT NOT NULL,
+         Owner TEXT NOT NULL))",
+    R"(CREATE TABLE VeloAutoTaskActions (
+         TaskId INTEGER NOT NULL REFERENCES VeloAutoTasks (Id) ON DELETE CASCADE,
+         Position INTEGER NOT NULL,
+         Kind TEXT NOT NULL,
+         Name TEXT NOT NULL,
+         RecordModes INTEGER NOT NULL,
+         Capabilities INTEGER NOT NULL,
+         Settings TEXT NOT NULL,
+         PRIMARY KEY (TaskId, Position)) WITHOUT ROWID)",
+};
+
+constexpr std::array<MigrationStep, 1> kSteps{kTables};
+
+}  // namespace
+
+std::span<const MigrationStep> MigrationSteps() {
+  return kSteps;
+}
+
+int SchemaVersion(const Connection& connection, int latest) {
+  const int application = connection.Value("PRAGMA application_id").toInt();
+  const int version = connection.Value("PRAGMA user_version").toInt();
+  const bool empty = connection.Value("SELECT count(*) FROM sqlite_master").toInt() == 0;
+  const bool utf8 = connection.Value("PRAGMA encoding").toString() == QStringLiteral("UTF-8");
+  if (application == 0 && version == 0 && empty && utf8) return 0;
+  if (application != kApplicationId || version < 1 || !utf8) {
+    connection.Refuse(failure_number::kInvalidFormat,
+                      "this is another program's database, not a task file; it was not changed");
+  }
+  if (version > latest) {
+    connection.Refuse(failure_number::kInvalidFormat,
+                      "a newer version of this program made this task file (its format is " +
+                          std::to_string(version) + ", this program knows formats up to " +
+                          std::to_string(latest) + "); it was not changed");
+  }
+  return version;
+}
+
+void Migrate(Connection& connection, std::span<const MigrationStep> steps) {
+  const int latest = static_cast<int>(steps.size());
+  if (SchemaVersion(connection, latest) == latest) return;
+  connection.Write(
+      [&] {
+        // Another program may have been faster.
+        const int version = SchemaVersion(connection, latest);
+        for (const MigrationStep step : steps.subspan(static_cast<std::size_t>(version))) {
+          for (const char* statement : step) connection.Run(statement);
+        }
+        connection.Run("PRAGMA application_id = " + std::to_string(kApplicationId));
+        connection.Run("PRAGMA user_version = " + std::to_string(latest));
+      },
+      [&] { return SchemaVersion(connection, latest) == latest; });
+}
+
+}  // namespace plovix

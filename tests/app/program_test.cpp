@@ -1,0 +1,299 @@
+// The program's windows, driven by keyboard and mouse, and the program itself as a process.
+#include <gmock/gmock.h>
+#include <plovix/standalone/app/action_dialog.h>
+#include <plovix/standalone/app/program_options.h>
+#include <plovix/standalone/app/qt_dialogs.h>
+#include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/task_list_window.h>
+#include <plovix/standalone/app/wizard_window.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/storage/sqlite_storage.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+namespace plovix::app {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// Answers the modal dialogs that a test expects, in order.
+class Answers {
+ public:
+  explicit Answers(std::vector<std::function<void(QWidget*)>> steps) : steps_(std::move(steps)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      QWidget* box = QApplication::activeModalWidget();
+      if (box == nullptr || box == last_ || dynamic_cast<WizardWindow*>(box) != nullptr || next_ >= steps_.size()) {
+        return;
+      }
+      last_ = box;
+      steps_[next_++](box);
+    });
+    timer_.start(5);
+  }
+  ~Answers() { EXPECT_EQ(next_, steps_.size()) << "a dialog did not appear"; }
+
+ private:
+  std::vector<std::function<void(QWidget*)>> steps_;
+  std::size_t next_ = 0;
+  QWidget* last_ = nullptr;
+  QTimer timer_;
+};
+
+std::function<void(QWidget*)> PressKey(Qt::Key key) {
+  return [key](QWidget* box) { QTest::keyClick(box, key); };
+}
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() {
+    state_.texts = LoadLanguage("en");
+    state_.dialogs = &dialogs_;
+    state_.marker_file = false;
+    RegisterPages(registry_);
+    InstallHost(state_);
+    Reopen();
+  }
+  ~ProgramTest() override { InstallServices({}); }
+
+  void Reopen() {
+    list_.reset();
+    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
+    list_ = std::make_unique<TaskListWindow>(AppParts{state_, registry_, *storage_});
+    list_->show();
+  }
+  [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
+  [[nodiscard]] QPushButton* ListButton(const char* name) const { return list_->findChild<QPushButton*>(name); }
+  [[nodiscard]] WizardWindow* Wizard() const { return list_->OpenWizard(); }
+  // A key to whatever has the focus in the wizard, as a person types it.
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+    QTest::keyClick(Wizard()->focusWidget(), key, modifiers);
+  }
+  void Type(const QString& text) const { QTest::keyClicks(Wizard()->focusWidget(), text); }
+  [[nodiscard]] QString FocusName() const { return Wizard()->focusWidget()->objectName(); }
+  void OpenWizard(const char* button) const {
+    ListButton(button)->click();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(Wizard()));
+  }
+  [[nodiscard]] QStringList Names() const {
+    QStringList names;
+    const auto* table = list_->findChild<QTableView*>("tasks");
+    for (int row = 0; row < table->model()->rowCount(); ++row) names += table->model()->index(row, 0).data().toString();
+    return names;
+  }
+  // What a second process prints for a script on the same file.
+  [[nodiscard]] QByteArray RunScriptProcess(const QByteArray& script) const {
+    QProcess process;
+    process.start(QCoreApplication::applicationDirPath() + "/plovix",
+                  {"script", "-", "--database", Path(), "--language", "en"});
+    process.write(script);
+    process.closeWriteChannel();
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+    return process.readAllStandardOutput();
+  }
+
+  QTemporaryDir folder_;
+  HostState state_;
+  QtDialogs dialogs_{state_.texts};
+  PageRegistry registry_;
+  std::unique_ptr<SqliteStorage> storage_;
+  std::unique_ptr<TaskListWindow> list_;
+};
+
+TEST_F(ProgramTest, ATaskIsCreatedByKeyboardAloneAndFoundByASecondProcess) {
+  EXPECT_FALSE(ListButton("edit")->isEnabled());
+  OpenWizard("new");
+  EXPECT_EQ(FocusName(), "optNoData");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(FocusName(), "txtName");
+  EXPECT_THAT(FromQt(Wizard()->windowTitle()), HasSubstr("Automated Task Details"));
+  Type("Nightly \"import\"");
+  Key(Qt::Key_Tab);
+  Type("short");
+  Key(Qt::Key_Tab);
+  EXPECT_EQ(FocusName(), "txtDescription");
+  Key(Qt::Key_End, Qt::ControlModifier);
+  Key(Qt::Key_Return);  // a new line, not the next page
+  Type("second line");
+  Key(Qt::Key_Backtab, Qt::ShiftModifier);
+  Key(Qt::Key_Return);
+  auto* rows = Wizard()->findChild<QListWidget*>();
+  ASSERT_NE(rows, nullptr);
+  {
+    const Answers answers({[](QWidget* dialog) {
+      QTest::keyClick(dialog->findChild<QComboBox*>(), Qt::Key_End);
+      QTest::keyClick(dialog, Qt::Key_Return);  // refused: the line is missing
+      QTest::keyClicks(dialog->focusWidget(), "done");
+      QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+      QTest::keyClicks(dialog->focusWidget(), "/tmp/plovix.log");
+      QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+    }});
+    Key(Qt::Key_A, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([rows] { return rows->count() == 1; }));
+  }
+  EXPECT_EQ(Wizard()->focusWidget(), rows);
+  Wizard()->findChild<QPushButton*>("finish")->click();
+  EXPECT_EQ(Wizard(), nullptr);
+  EXPECT_THAT(Names(), ElementsAre("Nightly \"import\""));
+
+  const QByteArray seen = RunScriptProcess("task load 1\ntask\nsaved\n");
+  for (const char* part : {R"("RecordMode":0)", R"("Name":"Nightly \"import\"")", R"("ShortDescription":"short")",
+                           R"("Description":"Nightly \"import\"\nsecond line")", R"("Kind":"write-log")",
+                           R"("text":"done")", R"("file":"/tmp/plovix.log")", R"({"saved":[1]})"}) {
+    EXPECT_THAT(seen.toStdString(), HasSubstr(part));
+  }
+}
+
+TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask) {
+  TaskRecord task;
+  task.name = "Old";
+  task.short_description = "s";
+  task.description = "d";
+  task.owner = "anna";
+  task.categories = {{"A", true}, {"B", false}};
+  task.query = "SELECT 1";
+  task.skip_row_selection = true;
+  task.actions = {{"run-sql", "x", 25, 8, {{"statement", "SELECT 1"}}}, {"unknown", "y", 16, 0, {{"k", "v"}}}};
+  const TaskRecord stored = storage_->Save(task, state_.Now());
+  list_->Reload();
+  OpenWizard("edit");
+  Key(Qt::Key_Return);
+  Type("New");
+  {
+    const Answers answers({PressKey(Qt::Key_Escape), [](QWidget* box) {
+                             QTest::keyClick(box, Qt::Key_D, Qt::AltModifier);
+                           }});
+    Key(Qt::Key_Escape);  // asks; Esc in the question goes on editing
+    ASSERT_NE(Wizard(), nullptr);
+    Key(Qt::Key_Escape);
+  }
+  EXPECT_EQ(Wizard(), nullptr);
+  EXPECT_EQ(storage_->Load(stored.id), stored);
+
+  OpenWizard("edit");
+  Key(Qt::Key_Return);
+  Key(Qt::Key_Return);
+  Wizard()->findChild<QPushButton*>("finish")->click();
+  Reopen();
+  TaskRecord expected = stored;
+  const auto saved = storage_->Load(stored.id).value();
+  expected.version = saved.version;
+  expected.modified = saved.modified;
+  EXPECT_EQ(saved, expected);
+}
+
+TEST_F(ProgramTest, AFailedSaveSaysWhyAndKeepsTheWizardOpen) {
+  OpenWizard("new");
+  Key(Qt::Key_Return);
+  Type("Kept");
+  Key(Qt::Key_Return);
+  QFile::remove(Path());
+  {
+    const Answers answers({[](QWidget* box) {
+      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr("could not be saved"));
+      QTest::keyClick(box, Qt::Key_Return);
+    }});
+    Wizard()->findChild<QPushButton*>("finish")->click();
+  }
+  ASSERT_NE(Wizard(), nullptr);
+  EXPECT_EQ(Wizard()->Wizard().Task().Record().name, "Kept");
+  const Answers answers({[](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
+  Wizard()->reject();
+}
+
+TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
+  for (const char* name : {"Beta", "alpha", "gamma"}) {
+    TaskRecord task;
+    task.name = name;
+    storage_->Save(task, state_.Now());
+  }
+  list_->Reload();
+  EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
+  auto* filter = list_->findChild<QLineEdit*>("filter");
+  QTest::keyClicks(filter, "BET");
+  EXPECT_THAT(Names(), ElementsAre("Beta"));
+  ListButton("duplicate")->click();
+  EXPECT_THAT(Names(), ElementsAre("Beta", "Beta (copy)"));
+  {
+    const Answers answers({PressKey(Qt::Key_Escape)});
+    list_->Delete();
+  }
+  EXPECT_EQ(storage_->List().size(), 4U);
+  {
+    const Answers answers({[](QWidget* box) {
+      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr("Beta (copy)"));
+      QTest::keyClick(box, Qt::Key_Y, Qt::AltModifier);
+    }});
+    QTest::keyClick(list_->findChild<QTableView*>("tasks"), Qt::Key_Delete);
+  }
+  QTest::keyClick(filter, Qt::Key_Escape);
+  EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
+}
+
+TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
+  for (const std::string& identifier : registry_.Identifiers()) {
+    WizardWindow window({state_, registry_, *storage_}, {});
+    ASSERT_TRUE(window.Start(identifier));
+    window.show();
+    std::set<QWidget*> reached;
+    for (QWidget* widget = window.focusWidget(); widget != nullptr && reached.insert(widget).second;) {
+      QTest::keyClick(widget, Qt::Key_Tab);
+      widget = window.focusWidget();
+    }
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      if (!widget->isVisible() || !widget->isEnabled() || !(widget->focusPolicy() & Qt::TabFocus)) continue;
+      if (widget->focusProxy() != nullptr || qobject_cast<QRadioButton*>(widget) != nullptr) continue;
+      EXPECT_TRUE(reached.contains(widget)) << identifier << " " << FromQt(widget->objectName());
+      EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+          << identifier << " " << FromQt(widget->objectName()) << widget->metaObject()->className();
+    }
+    window.Wizard().Cancel();
+  }
+}
+
+TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
+  const std::vector<std::tuple<int, int, int, QMessageBox::Icon>> cases = {
+      // value, answer to Enter, answer to Esc, icon
+      {48, 1, 1, QMessageBox::Warning},  {64, 1, 1, QMessageBox::Information}, {49, 1, 2, QMessageBox::Warning},
+      {33, 1, 2, QMessageBox::Question}, {36, 6, 7, QMessageBox::Question}};
+  for (const auto& [value, enter, escape, icon] : cases) {
+    EXPECT_EQ(dialogs_.MakeMessageBox("<b>text", value, "title")->icon(), icon);
+    const Answers answers({PressKey(Qt::Key_Return), PressKey(Qt::Key_Escape)});
+    EXPECT_EQ(dialogs_.MessageBox("<b>text", value, "title"), enter) << value;
+    EXPECT_EQ(dialogs_.MessageBox("<b>text", value, "title"), escape) << value;
+  }
+  const FailureReport report{6, "Overflow", "Plovix", "Details", "SaveValues", 12};
+  const Answers answers({PressKey(Qt::Key_Return), PressKey(Qt::Key_Escape)});
+  EXPECT_EQ(dialogs_.Report(report), ReportAction::kRetry);
+  EXPECT_EQ(dialogs_.Report(report), ReportAction::kLeave);
+}
+
+TEST(Options, AreReadOrRefusedByName) {
+  const ProgramOptions options = ParseOptions({"script", "-", "--database", "a b", "--language", "ids"});
+  EXPECT_EQ(options.script, "-");
+  EXPECT_EQ(options.database, "a b");
+  EXPECT_EQ(options.language, "ids");
+  for (const std::vector<std::string>& wrong :
+       {std::vector<std::string>{"--nonsense"}, {"--database"}, {"script"}, {"file.txt"}}) {
+    EXPECT_THROW((void)ParseOptions(wrong), Failure) << wrong.front();
+  }
+}
+
+}  // namespace
+}  // namespace plovix::app

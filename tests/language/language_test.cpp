@@ -1,0 +1,133 @@
+// The language tables against what the pages and the program ask for.
+#include <gmock/gmock.h>
+#include <plovix/component/page_registry.h>
+#include <plovix/controls/failure.h>
+#include <plovix/standalone/language/language_file.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_state.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace plovix {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// The first group of every match in the sources below the directories.
+std::set<std::string> FoundInSources(const std::vector<std::string>& directories, const std::regex& pattern) {
+  std::set<std::string> found;
+  for (const std::string& directory : directories) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(PLOVIX_SOURCE_DIR "/" + directory)) {
+      if (!entry.is_regular_file()) continue;
+      std::ostringstream text;
+      text << std::ifstream(entry.path()).rdbuf();
+      const std::string source = text.str();
+      for (std::sregex_iterator match(source.begin(), source.end(), pattern), end; match != end; ++match) {
+        found.insert((*match)[1]);
+      }
+    }
+  }
+  return found;
+}
+
+std::set<int> NumbersUsed() {
+  std::set<int> numbers;
+  for (const auto& number : FoundInSources({"pages", "framework"}, std::regex(R"(k\w+Text = (\d+);)"))) {
+    numbers.insert(std::stoi(number));
+  }
+  PageRegistry registry;
+  RegisterPages(registry);
+  for (const auto& identifier : registry.Identifiers()) {
+    for (const ControlInfo& row : registry.Create(identifier)->Controls().Design().rows) {
+      if (const auto number = TextNumber(row.tag)) numbers.insert(*number);
+    }
+  }
+  return numbers;
+}
+
+std::multiset<std::string> Placeholders(const std::string& text) {
+  static const std::regex kPlaceholder(R"(\{\d+\})");
+  return {std::sregex_token_iterator(text.begin(), text.end(), kPlaceholder), {}};
+}
+
+TEST(Languages, HoldEveryTextInUseAndNoOther) {
+  const std::set<int> numbers = NumbersUsed();
+  ASSERT_TRUE(numbers.contains(4) && numbers.contains(116) && numbers.contains(118) && numbers.contains(29));
+  const auto keys = FoundInSources(
+      {"standalone"}, std::regex(R"re("((?:action|button|error|list|program|tag|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+  for (const auto& [code, json] : EmbeddedLanguages()) {
+    const TextTable table = LoadLanguage(code);
+    EXPECT_EQ(table.code, code);
+    std::set<int> present;
+    for (const auto& [number, text] : table.page_texts) {
+      present.insert(number);
+      EXPECT_NE(text, "") << code << " " << number;
+    }
+    std::set<std::string> host;
+    for (const auto& [key, text] : table.host_texts) host.insert(key);
+    EXPECT_EQ(present, numbers) << code;
+    EXPECT_EQ(host, keys) << code;
+  }
+}
+
+TEST(Languages, TakeTheSameParameters) {
+  const TextTable english = LoadLanguage("en");
+  for (const auto& [code, json] : EmbeddedLanguages()) {
+    const TextTable table = LoadLanguage(code);
+    for (const auto& [key, text] : english.host_texts) {
+      EXPECT_EQ(Placeholders(text), Placeholders(table.Host(key))) << code << " " << key;
+    }
+    for (const auto& [number, text] : english.page_texts) {
+      EXPECT_EQ(Placeholders(text), Placeholders(table.Find(number).value_or(""))) << code << " " << number;
+    }
+  }
+}
+
+TEST(Languages, AreChosenByTheUsersPreference) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+      {{"fr-CA", "en"}, "fr"}, {{"xx", "fr_FR"}, "fr"}, {{"C"}, "en"}, {{}, "en"}, {{"en-GB", "fr"}, "en"}};
+  for (const auto& [preferred, expected] : cases) EXPECT_EQ(LoadPreferredLanguage(preferred).code, expected);
+  EXPECT_THROW((void)LoadLanguage("xx"), Failure);
+}
+
+TEST(Languages, SayWhatIsWrongWithAFile) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"{", "parse error"},
+      {R"({"language":"x"})", "name"},
+      {R"({"language":"x","name":"X","direction":"up","pages":{},"host":{}})", "direction"},
+      {R"({"language":"x","name":"X","direction":"rtl","pages":{"a4":"t"},"host":{}})", "a4"},
+      {R"({"language":"x","name":"X","direction":"rtl","pages":{"4":4},"host":{}})", "string"}};
+  for (const auto& [json, problem] : cases) {
+    try {
+      (void)ParseLanguage(json, "mine.json");
+      ADD_FAILURE() << json;
+    } catch (const Failure& failure) {
+      EXPECT_THAT(failure.Description(), testing::AllOf(HasSubstr("mine.json"), HasSubstr(problem)));
+    }
+  }
+}
+
+TEST(Texts, FillParametersOnce) {
+  TextTable table;
+  table.page_texts = {{1, "{1} of {2}, {3} {x} {"}};
+  EXPECT_EQ(table.Find(1, {"{2}", "b"}), "{2} of b, {3} {x} {");
+  EXPECT_EQ(TextTable::Ids().Find(56, {"31"}), "[56:31]");
+  EXPECT_EQ(table.Find(2), std::nullopt);
+  EXPECT_EQ(table.Host("list.new"), "[list.new]");
+  table.Remove(1);
+  EXPECT_EQ(table.Find(1), std::nullopt);
+}
+
+TEST(Tags, AreReadWithoutRegardToCaseOrSemicolon) {
+  const std::vector<std::pair<std::string, std::optional<int>>> cases = {
+      {"Lng=6;", 6}, {"lng=118;", 118}, {"Lng=116", 116}, {"", {}}, {"Lng=;", {}}, {"Lng=6x;", {}}, {"Tag=6;", {}}};
+  for (const auto& [tag, number] : cases) EXPECT_EQ(TextNumber(tag), number) << tag;
+}
+
+}  // namespace
+}  // namespace plovix
