@@ -65,7 +65,8 @@ consteval Design<kRows, kLines> MakeDesign(std::string_view page, const ControlI
 // A name as a template argument: control<"txtName">().
 template <std::size_t kSize>
 struct ControlName {
-  consteval ControlName(const char (&text)[kSize]) { std::copy_n(text, kSize, value); }  // NOLINT(*-explicit-*)
+  // NOLINTNEXTLINE(*-explicit-*)
+  consteval ControlName(const char (&text)[kSize]) { std::copy_n(text, kSize, value); }
   [[nodiscard]] constexpr std::string_view View() const { return {value, kSize - 1}; }
   char value[kSize]{};
 };

@@ -31,7 +31,7 @@ class ActionDialog final : public QDialog {
 
  private:
   struct Field {
-    const ActionField* info;
+    const ActionField* info = nullptr;
     QLineEdit* line = nullptr;        // one of the two
     QPlainTextEdit* text = nullptr;
     QLabel* problem = nullptr;

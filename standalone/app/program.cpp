@@ -41,6 +41,11 @@ TextTable ChosenLanguage(const ProgramOptions& options) {
   return LoadPreferredLanguage(preferred);
 }
 
+qt::Palette ChosenPalette(const ProgramOptions& options) {
+  if (!options.palette) return qt::Palette::kSystem;
+  return options.palette == "dark" ? qt::Palette::kDark : qt::Palette::kLight;
+}
+
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
 int RunScriptFile(const ProgramOptions& options, const std::optional<std::string>& database) {
   std::unique_ptr<TaskStorage> storage;
@@ -76,7 +81,7 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   state.texts = ChosenLanguage(options);
   QTranslator translator;
   SpeakLanguage(application, state.texts, translator);
-  qt::ApplyPalette(application, qt::Palette::kSystem);
+  qt::ApplyPalette(application, ChosenPalette(options));
   QtDialogs dialogs(state.texts);
   state.dialogs = &dialogs;
   state.title = state.texts.Host("list.title");

@@ -22,6 +22,9 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
       options.database = value();
     } else if (*word == "--language") {
       options.language = value();
+    } else if (*word == "--palette") {
+      options.palette = value();
+      if (options.palette != "light" && options.palette != "dark") Refuse("--palette is light or dark");
     } else if (*word == "--screenshots") {
       options.screenshots = value();
     } else if (*word == "--help") {
@@ -38,7 +41,7 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
 }
 
 std::string Usage() {
-  return "plovix [--database FILE] [--language CODE|FILE.json]\n"
+  return "plovix [--database FILE] [--language CODE|FILE.json] [--palette light|dark]\n"
          "    opens the list of automated tasks\n"
          "plovix script FILE|- [--database FILE] [--language CODE|FILE.json|ids]\n"
          "    runs a script of the wizard; prints JSON Lines\n"

@@ -12,6 +12,7 @@ struct ProgramOptions {
   std::optional<std::string> screenshots;  // folder to write pictures to
   std::optional<std::string> database;     // file; nothing: the user's own
   std::optional<std::string> language;     // nothing: the user's locale decides
+  std::optional<std::string> palette;      // "light" or "dark"; nothing: the desktop decides
   bool help = false;
   bool version = false;
 };

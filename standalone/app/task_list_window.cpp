@@ -35,7 +35,7 @@ TaskListWindow::TaskListWindow(AppParts parts)
   BuildButtons();
   const QFontMetrics metrics(qt::PageFont());
   resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
-  const auto shortcut = [this](QKeySequence keys, auto action) {
+  const auto shortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
   shortcut(QKeySequence::New, &TaskListWindow::New);

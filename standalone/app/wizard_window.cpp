@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
-#include <QScrollArea>
 
 #include "action_list_widget.h"
 #include "qt_dialogs.h"
@@ -44,11 +43,8 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task, const std::ma
       wizard_({parts.state, parts.registry, parts.storage, MakeControl}, task, entries) {
   auto* layout = new QVBoxLayout(this);
   BuildHeader();
-  area_ = new QScrollArea;
-  area_->setWidgetResizable(true);
-  area_->setFrameShape(QFrame::NoFrame);
-  area_->setFocusPolicy(Qt::NoFocus);
-  layout->addWidget(area_, 1);
+  page_place_ = new QVBoxLayout;
+  layout->addLayout(page_place_, 1);
   layout->addWidget(NewRule());
   BuildButtons();
   const QFontMetrics metrics(qt::PageFont());
@@ -126,7 +122,7 @@ void WizardWindow::reject() {
 
 void WizardWindow::PageShown() {
   if (page_ != nullptr) {
-    area_->takeWidget();
+    page_place_->removeWidget(page_);
     page_->hide();
     page_->deleteLater();  // it may be the sender of the event that brought the new page
   }
@@ -134,14 +130,11 @@ void WizardWindow::PageShown() {
   page_ = new qt::FormWidget(wizard_.Controls(), wizard_.User(), [&texts](HostControl& control, QWidget* parent) {
     auto* list = dynamic_cast<VeloActionList*>(&control);
     return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
-  });
-  area_->setWidget(page_);
+  }, this);
+  page_place_->addWidget(page_);
+  page_->show();  // at once: keys may be waiting already
   title_->setText(ToQt(wizard_.Title()));
   description_->setText(ToQt(wizard_.Description()));
-  setTabOrder(page_, back_);
-  setTabOrder(back_, next_);
-  setTabOrder(next_, finish_);
-  setTabOrder(finish_, cancel_);
   ButtonsChanged();
   page_->FocusFirst();
   Announce();

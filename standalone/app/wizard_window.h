@@ -12,7 +12,7 @@
 
 class QLabel;
 class QPushButton;
-class QScrollArea;
+class QVBoxLayout;
 
 namespace plovix::app {
 
@@ -48,7 +48,7 @@ class WizardWindow final : public QDialog, private WizardView {
   VeloWiz wizard_;
   qt::FormWidget* page_ = nullptr;
   QLabel *title_ = nullptr, *description_ = nullptr;
-  QScrollArea* area_ = nullptr;
+  QVBoxLayout* page_place_ = nullptr;
   QPushButton *back_ = nullptr, *next_ = nullptr, *finish_ = nullptr, *cancel_ = nullptr;
 };
 

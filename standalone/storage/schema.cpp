@@ -46,13 +46,8 @@ constexpr std::array kTables{
 
 constexpr std::array<MigrationStep, 1> kSteps{kTables};
 
-}  // namespace
-
-std::span<const MigrationStep> MigrationSteps() {
-  return kSteps;
-}
-
-int SchemaVersion(const Connection& connection, int latest) {
+// To be asked in a transaction: while a new file gets its tables, answers from before and after do not fit.
+int VersionInTransaction(const Connection& connection, int latest) {
   const int application = connection.Value("PRAGMA application_id").toInt();
   const int version = connection.Value("PRAGMA user_version").toInt();
   const bool empty = connection.Value("SELECT count(*) FROM sqlite_master").toInt() == 0;
@@ -71,13 +66,25 @@ int SchemaVersion(const Connection& connection, int latest) {
   return version;
 }
 
+}  // namespace
+
+std::span<const MigrationStep> MigrationSteps() {
+  return kSteps;
+}
+
+int SchemaVersion(Connection& connection, int latest) {
+  int version = 0;
+  connection.Read([&] { version = VersionInTransaction(connection, latest); });
+  return version;
+}
+
 void Migrate(Connection& connection, std::span<const MigrationStep> steps) {
   const int latest = static_cast<int>(steps.size());
   if (SchemaVersion(connection, latest) == latest) return;
   connection.Write(
       [&] {
         // Another program may have been faster.
-        const int version = SchemaVersion(connection, latest);
+        const int version = VersionInTransaction(connection, latest);
         for (const MigrationStep step : steps.subspan(static_cast<std::size_t>(version))) {
           for (const char* statement : step) connection.Run(statement);
         }

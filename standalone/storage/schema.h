@@ -16,7 +16,7 @@ using MigrationStep = std::span<const char* const>;
 
 // The file's schema version, 0 for an empty file. Fails on a file that is not a task file and on one of
 // a version later than `latest`; the file is only read.
-[[nodiscard]] int SchemaVersion(const Connection& connection, int latest);
+[[nodiscard]] int SchemaVersion(Connection& connection, int latest);
 
 // Brings the file to the version that all `steps` lead to, in one transaction.
 void Migrate(Connection& connection, std::span<const MigrationStep> steps);

@@ -62,11 +62,11 @@ void LookBeforeOpening(const std::string& path, std::chrono::milliseconds patien
   std::error_code error;
   const fs::path real = fs::weakly_canonical(path, error);
   if (error || !fs::exists(real, error) || !fs::exists(fs::path(real) += kLogSuffix, error)) return;
-  const Connection connection(path, patience, Access::kReadOnly);
+  Connection connection(path, patience, Access::kReadOnly);
   (void)SchemaVersion(connection, static_cast<int>(MigrationSteps().size()));
 }
 
-const std::string& Looked(const std::string& path, std::chrono::milliseconds patience) {
+std::string Looked(const std::string& path, std::chrono::milliseconds patience) {
   if (path == DefaultDatabasePath()) {
     std::error_code error;  // a folder that is missing afterwards is told by the connection
     fs::create_directories(fs::path(path).parent_path(), error);

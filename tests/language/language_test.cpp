@@ -43,7 +43,8 @@ std::set<int> NumbersUsed() {
   PageRegistry registry;
   RegisterPages(registry);
   for (const auto& identifier : registry.Identifiers()) {
-    for (const ControlInfo& row : registry.Create(identifier)->Controls().Design().rows) {
+    const auto page = registry.Create(identifier);
+    for (const ControlInfo& row : page->Controls().Design().rows) {
       if (const auto number = TextNumber(row.tag)) numbers.insert(*number);
     }
   }

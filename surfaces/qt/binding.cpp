@@ -1,0 +1,128 @@
+#include "binding.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QFocusEvent>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QWidget>
+
+#include "texts.h"
+
+namespace plovix::qt {
+namespace {
+
+// True when the focus is in `widget` or in a popup that belongs to it.
+bool HoldsFocus(const QWidget* widget) {
+  const QWidget* at = QApplication::focusWidget();
+  while (at != nullptr && at != widget) at = at->parentWidget();
+  return at != nullptr;
+}
+
+}  // namespace
+
+Binding::Binding(Surface& surface, Control& control) : surface_(surface), control_(control) {
+  control_.Observe(this);
+}
+
+Binding::~Binding() {
+  control_.Observe(nullptr);
+}
+
+void Binding::Adopt(QWidget* widget, bool watched) {
+  widget_ = widget;
+  widget_->setObjectName(Text(control_.Name()));
+  if (watched) widget_->installEventFilter(this);
+}
+
+void Binding::DrawAll() {
+  const PageWrite write(surface_);
+  Draw();
+  widget_->setEnabled(control_.Enabled());
+  widget_->setVisible(control_.Visible());
+}
+
+void Binding::TakeFocus() {
+  widget_->setFocus(Qt::OtherFocusReason);
+  Reveal();
+}
+
+void Binding::Reveal() {
+  for (QWidget* at = widget_->parentWidget(); at != nullptr; at = at->parentWidget()) {
+    if (auto* scroll = qobject_cast<QScrollArea*>(at)) scroll->ensureWidgetVisible(widget_);
+  }
+}
+
+// The field inside a combo box or a picker is announced by itself.
+void Binding::SetAccessibleName(const QString& name) {
+  widget_->setAccessibleName(name);
+  for (QLineEdit* field : widget_->findChildren<QLineEdit*>()) field->setAccessibleName(name);
+}
+
+void Binding::Changed(Aspect aspect) {
+  const PageWrite write(surface_);
+  switch (aspect) {
+    case Aspect::kEnabled:
+      widget_->setEnabled(control_.Enabled());
+      break;
+    case Aspect::kVisible:
+      widget_->setVisible(control_.Visible());
+      break;
+    case Aspect::kFocus:
+      TakeFocus();
+      break;
+    case Aspect::kTextSelection:
+      DrawSelection();
+      break;
+    case Aspect::kCaption:
+      Draw();
+      surface_.captions_changed();
+      break;
+    case Aspect::kText:
+    case Aspect::kValue:
+    case Aspect::kItems:
+    case Aspect::kIndex:
+    case Aspect::kLook:
+      Draw();
+      break;
+  }
+}
+
+bool Binding::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != widget_) return false;
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    const QPointer<Binding> self(this);
+    FocusMoved(static_cast<QFocusEvent&>(*event));
+    return !self;  // nothing is left that could handle the event
+  }
+  // The wheel scrolls the page; it changes a value only where the user has gone to.
+  if (event->type() == QEvent::Wheel && !widget_->hasFocus()) {
+    event->ignore();
+    return true;
+  }
+  return OnEvent(*event);
+}
+
+// A window that loses or regains the activation, and a popup that opens or closes, leave the user where
+// they were; so does a page that is being taken away.
+void Binding::FocusMoved(const QFocusEvent& event) {
+  if (PageWrites() || !widget_->isVisible() || (event.lostFocus() && HoldsFocus(widget_))) return;
+  switch (event.reason()) {
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+    case Qt::MenuBarFocusReason:
+      return;
+    case Qt::MouseFocusReason:
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+    case Qt::OtherFocusReason:
+    case Qt::NoFocusReason:
+      break;
+  }
+  AsUser([&control = control_, arrived = event.gotFocus()](User& user) {
+    return arrived ? user.Enter(control) : user.Leave(control);
+  });
+}
+
+}  // namespace plovix::qt

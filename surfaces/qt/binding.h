@@ -1,0 +1,107 @@
+// What ties one control to one widget: redraws the widget when the control changes and hands what the
+// user does to the user's door. One class per kind of control derives from it; the form widget owns them.
+#pragma once
+
+#include <plovix/controls/user.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QEvent;
+class QFocusEvent;
+class QWidget;
+
+namespace plovix::qt {
+
+class OptionButtonBinding;
+
+// Draws the host's own control that stands in a slot; gives back a widget owned by `parent`.
+using SlotFactory = std::function<QWidget*(HostControl&, QWidget* parent)>;
+
+// What the bindings of one page share.
+struct Surface {
+  std::shared_ptr<Form> form;
+  User& user;
+  SlotFactory make_slot;
+  std::function<void()> captions_changed = {};
+  std::vector<OptionButtonBinding*> options = {};  // in reading order
+  int page_writes = 0;                             // depth; what widgets signal meanwhile is no user's doing
+};
+
+// Marks a scope in which the program, not the user, changes widgets.
+class PageWrite {
+ public:
+  explicit PageWrite(Surface& surface) : surface_(surface) { ++surface_.page_writes; }
+  ~PageWrite() { --surface_.page_writes; }
+  PageWrite(const PageWrite&) = delete;
+  PageWrite& operator=(const PageWrite&) = delete;
+
+ private:
+  Surface& surface_;
+};
+
+class Binding : public QObject, private ControlObserver {
+ public:
+  Binding(Surface& surface, Control& control);
+  ~Binding() override;
+
+  [[nodiscard]] Control& Bound() const noexcept { return control_; }
+  [[nodiscard]] QWidget* Widget() const noexcept { return widget_; }
+  // Shows the control as it is now.
+  void DrawAll();
+  // Moves the focus here without telling the control.
+  virtual void TakeFocus();
+  // Scrolls the page to the widget; Qt does so by itself only for the Tab key.
+  void Reveal();
+  // Whether the Enter key means something to the widget while it has the focus.
+  [[nodiscard]] virtual bool TakesEnter() const { return false; }
+  // Names the widget for assistive technology.
+  virtual void SetAccessibleName(const QString& name);
+
+ protected:
+  // To be called once, by the constructor of the kind's binding. `watched`: focus moves and other events
+  // of the widget come through OnEvent.
+  void Adopt(QWidget* widget, bool watched = true);
+  [[nodiscard]] Surface& Shared() const noexcept { return surface_; }
+  [[nodiscard]] bool PageWrites() const noexcept { return surface_.page_writes > 0; }
+
+  // Draws what the kind has of its own; touches only what differs from what is shown.
+  virtual void Draw() = 0;
+  virtual void DrawSelection() {}
+  // True when the event is used up.
+  virtual bool OnEvent(QEvent& /*event*/) { return false; }
+
+  // Runs a verb of the user's door. The verb may replace the page: afterwards the binding, its widget and
+  // the control may be gone, and callers touch nothing of theirs. A refused widget shows its control again.
+  template <class Verb>
+  void AsUser(const Verb& verb) {
+    const std::shared_ptr<Form> kept = surface_.form;
+    const QPointer<Binding> self(this);
+    if (!verb(surface_.user) && self) DrawAll();
+  }
+
+ private:
+  void Changed(Aspect aspect) final;
+  bool eventFilter(QObject* watched, QEvent* event) final;
+  void FocusMoved(const QFocusEvent& event);
+
+  Surface& surface_;
+  Control& control_;
+  QWidget* widget_ = nullptr;
+};
+
+// A binding that knows its control's class.
+template <class Type>
+class BindingOf : public Binding {
+ public:
+  BindingOf(Surface& surface, Type& control) : Binding(surface, control) {}
+
+ protected:
+  [[nodiscard]] Type& Model() const { return static_cast<Type&>(Bound()); }
+};
+
+}  // namespace plovix::qt

@@ -1,0 +1,84 @@
+#include "date_time_picker_binding.h"
+
+#include <QDateEdit>
+#include <QLocale>
+#include <QTimeEdit>
+
+namespace plovix::qt {
+namespace {
+
+using std::chrono::days;
+using std::chrono::local_days;
+using std::chrono::seconds;
+
+// The Tab key leaves it; the arrow keys go from day to month to year.
+template <class Edit>
+class OneStop final : public Edit {
+ public:
+  using Edit::Edit;
+
+ protected:
+  // The parent's own would go from section to section.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+};
+
+bool ShowsTime(const DateTimePicker& picker) {
+  return Has(picker.Info().style, Style::kTime);
+}
+
+QDateTimeEdit* MakeWidget(bool time, QWidget* parent) {
+  if (time) return new OneStop<QTimeEdit>(parent);
+  return new OneStop<QDateEdit>(parent);
+}
+
+// The locale's short form, with the century.
+QString DateFormat() {
+  QString format = QLocale().dateFormat(QLocale::ShortFormat);
+  if (!format.contains("yyyy")) format.replace("yy", "yyyy");
+  return format;
+}
+
+QDate DateOf(local_days day) {
+  return QDate(1970, 1, 1).addDays(day.time_since_epoch().count());
+}
+
+QTime TimeOf(seconds since_midnight) {
+  return QTime::fromMSecsSinceStartOfDay(static_cast<int>(since_midnight.count()) * 1000);
+}
+
+}  // namespace
+
+DateTimePickerBinding::DateTimePickerBinding(Surface& surface, DateTimePicker& picker, QWidget* parent)
+    : BindingOf(surface, picker), widget_(MakeWidget(ShowsTime(picker), parent)) {
+  widget_->setTimeSpec(Qt::UTC);  // wall-clock values have no gaps
+  widget_->setDisplayFormat(ShowsTime(picker) ? QLocale().timeFormat(QLocale::ShortFormat) : DateFormat());
+  widget_->setCalendarPopup(!ShowsTime(picker));
+  widget_->setFocusPolicy(Qt::StrongFocus);
+  Adopt(widget_);
+  connect(widget_, &QDateTimeEdit::dateTimeChanged, this, [this] {
+    if (!PageWrites()) Entered();
+  });
+}
+
+void DateTimePickerBinding::Draw() {
+  const local_days day = std::chrono::floor<days>(Model().Value());
+  if (ShowsTime(Model())) {
+    widget_->setTime(TimeOf(Model().Value() - day));
+  } else {
+    widget_->setDate(DateOf(day));
+  }
+}
+
+// The part that the picker does not show stays as it is.
+void DateTimePickerBinding::Entered() {
+  const local_days day = std::chrono::floor<days>(Model().Value());
+  DateTime value = day + seconds(widget_->time().msecsSinceStartOfDay() / 1000);
+  if (!ShowsTime(Model())) {
+    const local_days entered{days(QDate(1970, 1, 1).daysTo(widget_->date()))};
+    value = entered + (Model().Value() - day);
+  }
+  AsUser([&model = Model(), value](User& user) { return user.Set(model, value); });
+}
+
+}  // namespace plovix::qt

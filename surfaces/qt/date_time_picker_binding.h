@@ -1,0 +1,21 @@
+// Pickers of a date or of a time of day.
+#pragma once
+
+#include <QDateTimeEdit>
+
+#include "binding.h"
+
+namespace plovix::qt {
+
+class DateTimePickerBinding final : public BindingOf<DateTimePicker> {
+ public:
+  DateTimePickerBinding(Surface& surface, DateTimePicker& picker, QWidget* parent);
+
+ private:
+  void Draw() override;
+  void Entered();
+
+  QDateTimeEdit* widget_;
+};
+
+}  // namespace plovix::qt

@@ -1,0 +1,188 @@
+#include "form_widget.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QScrollArea>
+#include <algorithm>
+#include <utility>
+
+#include "binding_factory.h"
+#include "page_layout.h"
+#include "texts.h"
+#include "theme.h"
+
+namespace plovix::qt {
+namespace {
+
+constexpr int kTextWidth = 72;     // letters x: a line of text that reads well
+constexpr int kMinimumWidth = 30;  // below it the page scrolls
+constexpr int kMinimumLines = 6;
+
+// The waiting pointer, over all of the program, while it is wanted.
+class WaitPointer {
+ public:
+  WaitPointer() = default;
+  ~WaitPointer() { Show(false); }
+  WaitPointer(const WaitPointer&) = delete;
+  WaitPointer& operator=(const WaitPointer&) = delete;
+
+  void Show(bool wait) {
+    if (wait == std::exchange(shown_, wait)) return;
+    if (wait) {
+      QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+      QGuiApplication::restoreOverrideCursor();
+    }
+  }
+
+ private:
+  bool shown_ = false;
+};
+
+}  // namespace
+
+// What the widget shows: the bindings of a form, in its layout.
+class FormWidget::Page final : private FormObserver {
+ public:
+  Page(Surface surface, QWidget* content) : surface_(std::move(surface)), lines_(ReadLines(Controls())) {
+    surface_.captions_changed = [this] { NameFields(lines_, bindings_); };
+    for (const Line& line : lines_) {
+      for (Control* control : line.controls) bindings_[control] = MakeBinding(surface_, *control, content);
+    }
+    LayOut(lines_, bindings_, content);
+    ChainTabStops(lines_, bindings_);
+    RedrawRequested();
+    NameFields(lines_, bindings_);
+    PointerChanged();
+    Controls().Observe(this);
+  }
+  ~Page() override { Controls().Observe(nullptr); }
+
+  [[nodiscard]] Form& Controls() const { return *surface_.form; }
+  [[nodiscard]] std::shared_ptr<Form> Kept() const { return surface_.form; }
+  [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
+  [[nodiscard]] Binding& BindingOf(const Control& control) const { return *bindings_.at(&control); }
+
+  // The binding whose widget is or holds `widget`; nullptr outside the page.
+  [[nodiscard]] Binding* Holding(const QWidget* widget) const {
+    for (; widget != nullptr; widget = widget->parentWidget()) {
+      for (const auto& [control, binding] : bindings_) {
+        if (binding->Widget() == widget) return binding.get();
+      }
+    }
+    return nullptr;
+  }
+
+  // Where the focus goes when the page did not say.
+  [[nodiscard]] Control* First() const {
+    Control* first = nullptr;
+    for (const Line& line : lines_) {
+      for (Control* control : line.controls) {
+        const bool passive = control->GetKind() == Kind::kLabel || control->GetKind() == Kind::kFrame;
+        if (first == nullptr && !passive && control->Usable()) first = control;
+      }
+    }
+    if (dynamic_cast<OptionButton*>(first) == nullptr) return first;
+    for (OptionButton* option : Controls().OptionButtons()) {
+      if (option->Selected() && option->Usable()) return option;
+    }
+    return first;
+  }
+
+  void Focus(Control& control) {
+    {
+      const PageWrite write(surface_);
+      BindingOf(control).TakeFocus();
+    }
+    const auto* option = dynamic_cast<OptionButton*>(&control);
+    if (control.HasFocus() || (option != nullptr && !option->Selected())) return;
+    surface_.user.Enter(control);
+  }
+
+  // Touches nothing of the page's own after the verbs: they may replace the page.
+  void Finish(Control& control) const {
+    const std::shared_ptr<Form> kept = surface_.form;
+    User& user = surface_.user;
+    user.Leave(control);
+    user.Enter(control);
+  }
+
+ private:
+  void PointerChanged() override { pointer_.Show(Controls().MousePointer() == Pointer::kWait); }
+  void RedrawRequested() override {
+    for (const auto& [control, binding] : bindings_) binding->DrawAll();
+  }
+
+  Surface surface_;
+  std::vector<Line> lines_;
+  Bindings bindings_;
+  WaitPointer pointer_;
+};
+
+FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent)
+    : QWidget(parent) {
+  setFont(PageFont());
+  auto* scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidgetResizable(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins({});
+  layout->addWidget(scroll);
+  auto* content = new QWidget;
+  scroll->setWidget(content);
+  page_ = std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot)}, content);
+}
+
+// Embedded widgets draw what only the form holds, so they go before it.
+FormWidget::~FormWidget() {
+  const std::shared_ptr<Form> kept = page_->Kept();
+  page_.reset();
+  qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+}
+
+QString FormWidget::Heading() const {
+  for (const Line& line : page_->Lines()) {
+    for (const Control* control : line.controls) {
+      if (Has(control->Info().style, Style::kHeading)) return Text(control->Caption());
+    }
+  }
+  return {};
+}
+
+void FormWidget::FocusFirst() {
+  Control* target = page_->Controls().Focused();
+  if (target == nullptr || !target->Usable()) target = page_->First();
+  if (target != nullptr) page_->Focus(*target);
+}
+
+void FormWidget::FinishField() {
+  const Binding* binding = page_->Holding(focusWidget());
+  if (binding != nullptr && IsField(binding->Bound())) page_->Finish(binding->Bound());
+}
+
+bool FormWidget::FocusTakesEnter() const {
+  if (QApplication::activePopupWidget() != nullptr) return true;
+  const Binding* binding = page_->Holding(QApplication::focusWidget());
+  return binding != nullptr && binding->TakesEnter();
+}
+
+QWidget* FormWidget::WidgetOf(std::string_view control_name) const {
+  const Control* control = page_->Controls().Find(control_name);
+  return control == nullptr ? nullptr : page_->BindingOf(*control).Widget();
+}
+
+QSize FormWidget::sizeHint() const {
+  const QWidget* content = findChild<QScrollArea*>()->widget();
+  const int width =
+      std::max(content->minimumSizeHint().width(), kTextWidth * fontMetrics().horizontalAdvance('x'));
+  const int height =
+      content->hasHeightForWidth() ? content->heightForWidth(width) : content->sizeHint().height();
+  return {width, height};
+}
+
+QSize FormWidget::minimumSizeHint() const {
+  return {kMinimumWidth * fontMetrics().horizontalAdvance('x'), kMinimumLines * fontMetrics().lineSpacing()};
+}
+
+}  // namespace plovix::qt

@@ -1,0 +1,17 @@
+#include "frame_binding.h"
+
+#include "texts.h"
+
+namespace plovix::qt {
+
+FrameBinding::FrameBinding(Surface& surface, Frame& frame, QWidget* parent)
+    : BindingOf(surface, frame), widget_(new QGroupBox(parent)) {
+  Adopt(widget_);
+}
+
+void FrameBinding::Draw() {
+  widget_->setTitle(LiteralCaption(Model().Caption()));
+  widget_->setAccessibleName(Text(Model().Caption()));
+}
+
+}  // namespace plovix::qt

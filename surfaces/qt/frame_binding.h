@@ -1,0 +1,20 @@
+// Frames: a caption around the controls that stand in them.
+#pragma once
+
+#include <QGroupBox>
+
+#include "binding.h"
+
+namespace plovix::qt {
+
+class FrameBinding final : public BindingOf<Frame> {
+ public:
+  FrameBinding(Surface& surface, Frame& frame, QWidget* parent);
+
+ private:
+  void Draw() override;
+
+  QGroupBox* widget_;
+};
+
+}  // namespace plovix::qt

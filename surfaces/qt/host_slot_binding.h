@@ -1,0 +1,22 @@
+// Slots in which a control of the host's stands.
+#pragma once
+
+#include "binding.h"
+
+namespace plovix::qt {
+
+class HostSlotBinding final : public BindingOf<HostSlot> {
+ public:
+  HostSlotBinding(Surface& surface, HostSlot& slot, QWidget* parent);
+  // Goes to the first stop of the Tab key in the host's control.
+  void TakeFocus() override;
+  [[nodiscard]] bool TakesEnter() const override { return true; }
+
+ private:
+  void Draw() override {}
+};
+
+// The stops of the Tab key in `widget`, itself included, in their order.
+[[nodiscard]] std::vector<QWidget*> TabStops(QWidget* widget);
+
+}  // namespace plovix::qt

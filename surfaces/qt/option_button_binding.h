@@ -1,0 +1,23 @@
+// Option buttons. The group is one stop of the Tab key; the arrow keys go from one to the next.
+#pragma once
+
+#include <QRadioButton>
+
+#include "binding.h"
+
+namespace plovix::qt {
+
+class OptionButtonBinding final : public BindingOf<OptionButton> {
+ public:
+  OptionButtonBinding(Surface& surface, OptionButton& button, QWidget* parent);
+
+ private:
+  void Draw() override;
+  bool OnEvent(QEvent& event) override;
+  void Step(int step);
+  void UpdateTabStop();
+
+  QRadioButton* widget_;
+};
+
+}  // namespace plovix::qt

@@ -1,0 +1,82 @@
+#include "page_lines.h"
+
+#include <algorithm>
+
+namespace plovix::qt {
+namespace {
+
+std::vector<Control*> ControlsOn(const Form& form, std::string_view line) {
+  std::vector<Control*> controls;
+  while (!line.empty()) {
+    const std::size_t end = std::min(line.find(' '), line.size());
+    if (end > 0) controls.push_back(&form.Get(line.substr(0, end)));
+    line.remove_prefix(std::min(end + 1, line.size()));
+  }
+  return controls;
+}
+
+bool IsRow(const std::vector<Control*>& controls) {
+  return controls.size() > 1 && controls[0]->GetKind() == Kind::kLabel && IsField(*controls[1]) &&
+         std::all_of(controls.begin() + 2, controls.end(),
+                     [](const Control* control) { return control->GetKind() == Kind::kCommandButton; });
+}
+
+// The option that a label on the line after `before` explains.
+OptionButton* OptionAbove(const Line* before, const Control& label) {
+  if (before == nullptr || before->controls.size() != 1 || Has(label.Info().style, Style::kHeading))
+    return nullptr;
+  Control* above = before->controls[0];
+  return above->Info().frame == label.Info().frame ? dynamic_cast<OptionButton*>(above) : nullptr;
+}
+
+LineKind KindOfLone(const Control& control, bool explains) {
+  switch (control.GetKind()) {
+    case Kind::kLabel:
+      return explains ? LineKind::kHelp : LineKind::kText;
+    case Kind::kFrame:
+      return LineKind::kFrame;
+    case Kind::kHostSlot:
+      return LineKind::kFill;
+    case Kind::kTextBox:
+      return Has(control.Info().style, Style::kMultiLine) ? LineKind::kFill : LineKind::kField;
+    case Kind::kComboBox:
+      return LineKind::kField;
+    case Kind::kCheckBox:
+    case Kind::kOptionButton:
+    case Kind::kCommandButton:
+    case Kind::kDateTimePicker:
+      break;
+  }
+  return LineKind::kFlow;
+}
+
+}  // namespace
+
+bool IsField(const Control& control) {
+  const Kind kind = control.GetKind();
+  return kind == Kind::kTextBox || kind == Kind::kComboBox || kind == Kind::kDateTimePicker;
+}
+
+Label* LabelBefore(const Line& line, std::size_t index) {
+  return index == 0 ? nullptr : dynamic_cast<Label*>(line.controls[index - 1]);
+}
+
+std::vector<Line> ReadLines(const Form& form) {
+  std::vector<Line> lines;
+  for (const std::string_view names : form.Design().lines) {
+    Line line{LineKind::kFlow, ControlsOn(form, names)};
+    if (line.controls.empty()) continue;
+    if (line.controls.size() == 1) {
+      const Control& lone = *line.controls[0];
+      line.explained = OptionAbove(lines.empty() ? nullptr : &lines.back(), lone);
+      line.kind = KindOfLone(lone, line.explained != nullptr);
+    } else if (IsRow(line.controls)) {
+      line.kind = LineKind::kRow;
+    }
+    if (line.kind != LineKind::kHelp) line.explained = nullptr;
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+}  // namespace plovix::qt

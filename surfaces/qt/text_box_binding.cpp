@@ -1,0 +1,109 @@
+#include "text_box_binding.h"
+
+#include <QTextCursor>
+#include <QTextDocument>
+#include <algorithm>
+#include <cmath>
+
+#include "texts.h"
+
+namespace plovix::qt {
+namespace {
+
+constexpr int kUsualWidth = 17;  // in letters x: what a line edit asks for by itself
+constexpr int kNarrowWidth = 8;
+constexpr int kAreaLines = 3;
+
+class TextAreaWidget final : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+  [[nodiscard]] QSize minimumSizeHint() const override {
+    const int text = kAreaLines * fontMetrics().lineSpacing();
+    const int margins = static_cast<int>(std::ceil(2 * document()->documentMargin())) + 2 * frameWidth();
+    return {QPlainTextEdit::minimumSizeHint().width(), text + margins};
+  }
+  [[nodiscard]] QSize sizeHint() const override {
+    return {QPlainTextEdit::sizeHint().width(), minimumSizeHint().height()};
+  }
+};
+
+// A text area has one character for any line end.
+QString AreaText(QString text) {
+  return text.replace("\r\n", "\n").replace('\r', '\n');
+}
+
+int AreaPosition(const std::string& text, int characters) {
+  return static_cast<int>(AreaText(FirstCharacters(text, characters)).size());
+}
+
+}  // namespace
+
+void TextLineWidget::SetNarrow() {
+  narrow_ = true;
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize TextLineWidget::sizeHint() const {
+  QSize size = QLineEdit::sizeHint();
+  if (narrow_) size.rwidth() -= (kUsualWidth - kNarrowWidth) * fontMetrics().horizontalAdvance('x');
+  return size;
+}
+
+TextLineBinding::TextLineBinding(Surface& surface, TextBox& box, QWidget* parent)
+    : BindingOf(surface, box), widget_(new TextLineWidget(parent)) {
+  Adopt(widget_);
+  connect(widget_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    shown_ = text.toStdString();
+    AsUser([&model = Model(), typed = shown_](User& user) { return user.Type(model, typed); });
+  });
+}
+
+// While the user is in the box, the cursor stays where it is as far as the text reaches.
+void TextLineBinding::Draw() {
+  if (Model().Text() == shown_) return;
+  shown_ = Model().Text();
+  const int cursor = widget_->hasFocus() ? widget_->cursorPosition() : 0;
+  widget_->setText(Text(shown_));
+  widget_->setCursorPosition(cursor);
+}
+
+void TextLineBinding::DrawSelection() {
+  const std::string& text = Model().Text();
+  const auto start = FirstCharacters(text, Model().SelectionStart()).size();
+  const auto end = FirstCharacters(text, Model().SelectionStart() + Model().SelectionLength()).size();
+  widget_->setSelection(static_cast<int>(start), static_cast<int>(end - start));
+}
+
+TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent)
+    : BindingOf(surface, box), widget_(new TextAreaWidget(parent)) {
+  widget_->setTabChangesFocus(true);
+  widget_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  Adopt(widget_);
+  connect(widget_, &QPlainTextEdit::textChanged, this, [this] {
+    if (PageWrites()) return;
+    const QString text = widget_->toPlainText();
+    if (text == AreaText(Text(shown_))) return;  // formatting, such as an input method's, is a change there
+    shown_ = text.toStdString();
+    AsUser([&model = Model(), typed = shown_](User& user) { return user.Type(model, typed); });
+  });
+}
+
+void TextAreaBinding::Draw() {
+  if (Model().Text() == shown_) return;
+  shown_ = Model().Text();
+  const int position = widget_->hasFocus() ? widget_->textCursor().position() : 0;
+  widget_->setPlainText(Text(shown_));
+  QTextCursor cursor = widget_->textCursor();
+  cursor.setPosition(std::min(position, widget_->document()->characterCount() - 1));
+  widget_->setTextCursor(cursor);
+}
+
+void TextAreaBinding::DrawSelection() {
+  QTextCursor cursor = widget_->textCursor();
+  cursor.setPosition(AreaPosition(Model().Text(), Model().SelectionStart()));
+  cursor.setPosition(AreaPosition(Model().Text(), Model().SelectionStart() + Model().SelectionLength()),
+                     QTextCursor::KeepAnchor);
+  widget_->setTextCursor(cursor);
+}
+
+}  // namespace plovix::qt

@@ -1,0 +1,22 @@
+// Between the controls' UTF-8 texts and the widgets' strings: captions, mnemonics, positions. Used by the
+// bindings.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace plovix::qt {
+
+[[nodiscard]] QString Text(std::string_view utf8);
+
+// For widgets that read '&' as the mark of a mnemonic.
+[[nodiscard]] QString LiteralCaption(std::string_view utf8);  // every '&' is shown
+[[nodiscard]] QString MnemonicCaption(
+    std::string_view utf8);                                  // a single '&' before a letter or digit marks it
+[[nodiscard]] QString CaptionToRead(std::string_view utf8);  // the same without the mark
+
+// The first `count` characters (code points); its size is a position in UTF-16 units.
+[[nodiscard]] QString FirstCharacters(std::string_view utf8, int count);
+
+}  // namespace plovix::qt

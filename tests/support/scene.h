@@ -1,0 +1,158 @@
+// A stand-alone host in memory for the tests of pages and wizard: scripted dialogs that record, a
+// registry of the real pages, and a bench on which one page lies bare.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <plovix/standalone/model/call_gate.h>
+#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/wizard/velo_wiz.h>
+
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace plovix::testing_support {
+
+// Answers from its lists, or OK/Yes to a box and "leave" to a report; writes everything down.
+class ScriptedDialogs final : public HostDialogs {
+ public:
+  int MessageBox(const std::string& prompt, int buttons, const std::string& title) override {
+    EXPECT_EQ(title, "Plovix");
+    boxes.push_back(prompt + "/" + std::to_string(buttons));
+    if (answers.empty()) return buttons == message_box::kYesNoQuestion ? message_box::kYes : message_box::kOk;
+    const int answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+  ReportAction Report(const FailureReport& report) override {
+    EXPECT_EQ(std::current_exception(), nullptr) << "an exception is alive while a dialog may be shown";
+    reports.push_back(report);
+    return static_cast<ReportAction>(on_report ? on_report(report) : 2);
+  }
+  std::optional<std::string> EditTag(const std::string& tag) override {
+    edited_tags.push_back(tag);
+    return chosen_tag;
+  }
+
+  std::vector<std::string> boxes;  // "PROMPT/BUTTONS"
+  std::deque<int> answers;
+  std::vector<FailureReport> reports;
+  std::function<int(const FailureReport&)> on_report;
+  std::vector<std::string> edited_tags;
+  std::optional<std::string> chosen_tag;
+};
+
+// The wizard as a bare page sees it.
+class RecordingHost final : public WizardHost {
+ public:
+  void Refresh(bool can_continue) override {
+    Called("WizardHost.Refresh");
+    pushes.push_back(can_continue);
+  }
+  void MoveNext() override {
+    Called("WizardHost.MoveNext");
+    ++moves;
+  }
+  std::vector<bool> pushes;
+  int moves = 0;
+};
+
+// Writes down the members that the pages call.
+class CallLog final : public CallObserver {
+ public:
+  void HostCalled(std::string_view member) override { members.emplace_back(member); }
+  [[nodiscard]] auto Count(std::string_view member) const { return std::ranges::count(members, member); }
+  std::vector<std::string> members;
+
+ private:
+  ObserveCalls observe_{*this};
+};
+
+inline std::shared_ptr<HostControl> MakeHostControl(std::string_view registered_name) {
+  if (registered_name != "VeloDesignerCtrl.VeloActionList") return nullptr;
+  return std::make_shared<VeloActionList>();
+}
+
+// Installed for as long as it lives. Every text is its number: "[27]".
+struct Scene {
+  Scene() {
+    state.dialogs = &dialogs;
+    state.texts = TextTable::Ids();
+    state.marker_file = false;
+    state.path = "/nowhere";
+    state.clock = [] { return DateTime{std::chrono::seconds{1'800'000'000}}; };
+    RegisterPages(registry);
+    InstallHost(state);
+  }
+  ~Scene() { InstallServices({}); }
+  Scene(const Scene&) = delete;
+  Scene& operator=(const Scene&) = delete;
+  [[nodiscard]] WizardParts Parts() { return {state, registry, storage, MakeHostControl}; }
+
+  ScriptedDialogs dialogs;
+  HostState state;
+  PageRegistry registry;
+  MemoryStorage storage;
+};
+
+using Entries = std::map<std::string, Value>;
+
+// One page without a wizard around it. What its event procedures let through is kept in `escaped`.
+class Bench final : public UserListener {
+ public:
+  Bench(Scene& scene, const std::string& identifier, const TaskRecord& record = {},
+        const Entries& entries = {})
+      : task(MakeTask(scene.state, record)), page(scene.registry.Create(identifier)) {
+    store->values = entries;
+    store->values[store_key::kAutoTask] = ObjectRef(task);
+    for (std::size_t i = 0; i < Controls().Count(); ++i) {
+      auto* slot = dynamic_cast<HostSlot*>(&Controls().At(i));
+      if (slot != nullptr) slot->Embed(MakeHostControl(slot->RegisteredName()));
+    }
+  }
+  Bench& Initialize() {
+    page->IWizardPage_Initialize(host, store);
+    return *this;
+  }
+  [[nodiscard]] Form& Controls() const { return page->Controls(); }
+  template <class T>
+  [[nodiscard]] T& Get(std::string_view name) const {
+    return dynamic_cast<T&>(Controls().Get(name));
+  }
+  [[nodiscard]] Control& operator[](std::string_view name) const { return Controls().Get(name); }
+  [[nodiscard]] std::string Text(std::string_view name) const { return Get<TextBox>(name).Text(); }
+  [[nodiscard]] VeloActionList& ActionRows() const {
+    return dynamic_cast<VeloActionList&>(*Get<HostSlot>("VeloActionList").Embedded());
+  }
+  [[nodiscard]] bool Leave(ChangeDirection direction) { return page->IWizardPage_CanChangePage(direction); }
+  [[nodiscard]] std::string Next(std::string next = "as passed") {
+    page->IWizardPage_GetNextPage(next);
+    return next;
+  }
+
+  void EventBegins() override {}
+  void EventEnds() override {}
+  void EventFailed(const Failure& failure, std::string_view procedure) override {
+    escaped.emplace_back(failure, procedure);
+  }
+
+  std::shared_ptr<TaskObject> task;
+  std::shared_ptr<StoreObject> store = std::make_shared<StoreObject>();
+  std::shared_ptr<RecordingHost> host = std::make_shared<RecordingHost>();
+  std::shared_ptr<WizardPage> page;
+  User user{*this};
+  std::vector<std::pair<Failure, std::string>> escaped;
+};
+
+inline ActionRecord LogAction(const std::string& text) {
+  ActionRecord action = NewAction(*FindActionKind("write-log"));
+  action.settings["text"] = text;
+  return action;
+}
+
+}  // namespace plovix::testing_support

@@ -1,0 +1,60 @@
+#!/usr/bin/env python3
+"""Checks what no compiler sees; .ci/run starts it. Exit status 1 when something is wrong.
+
+    tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
+
+- a language table is JSON, and no number is given twice;
+- the component includes the standard library and its own rooms, nothing else that is installed;
+- no source reaches another room by a path of its own instead of through the room's target.
+It also prints how much of the code is test code.
+"""
+import json
+import re
+import sys
+from pathlib import Path
+
+COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/")
+NOT_PRODUCT = ("tests/", "benchmarks/", "examples/")
+INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
+STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
+
+
+def each_once(pairs):
+    keys = [key for key, _ in pairs]
+    twice = sorted({key for key in keys if keys.count(key) > 1})
+    if twice:
+        raise ValueError("given twice: " + ", ".join(twice))
+    return dict(pairs)
+
+
+def problems_in(name, text):
+    if name.endswith(".json"):
+        try:
+            json.loads(text, object_pairs_hook=each_once)
+        except ValueError as error:
+            yield f"{name}: {error}"
+        return
+    for found in INCLUDE.finditer(text):
+        place = f"{name}:{text.count(chr(10), 0, found.start(1)) + 1}"
+        included = found.group(1)
+        if "../" in included:
+            yield f"{place}: {included} leaves its room; include it as <plovix/ROOM/...> and link the room"
+        elif name.startswith(COMPONENT) and not STANDARD_OR_OWN.fullmatch(included):
+            yield f"{place}: {included} is neither the standard library's nor a room's"
+
+
+def main(names):
+    texts = {name: Path(name).read_text(encoding="utf-8") for name in names}
+    problems = [problem for name, text in texts.items() for problem in problems_in(name, text)]
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    lines = {name: text.count("\n") for name, text in texts.items() if name.endswith((".h", ".cpp"))}
+    tests = sum(count for name, count in lines.items() if name.startswith("tests/"))
+    product = sum(count for name, count in lines.items() if not name.startswith(NOT_PRODUCT))
+    share = 100 * tests / product if product else 0
+    print(f"{product} lines of product code, {tests} of test code: {share:.0f} %")
+    return 1 if problems or not product else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
