@@ -6,26 +6,40 @@ namespace plovix {
 
 std::string_view KindName(Kind kind) {
   switch (kind) {
-    case Kind::kLabel: return "Label";
-    case Kind::kTextBox: return "TextBox";
-    case Kind::kCheckBox: return "CheckBox";
-    case Kind::kOptionButton: return "OptionButton";
-    case Kind::kComboBox: return "ComboBox";
-    case Kind::kCommandButton: return "CommandButton";
-    case Kind::kFrame: return "Frame";
-    case Kind::kDateTimePicker: return "DateTimePicker";
-    case Kind::kHostSlot: return "HostSlot";
+    case Kind::kLabel:
+      return "Label";
+    case Kind::kTextBox:
+      return "TextBox";
+    case Kind::kCheckBox:
+      return "CheckBox";
+    case Kind::kOptionButton:
+      return "OptionButton";
+    case Kind::kComboBox:
+      return "ComboBox";
+    case Kind::kCommandButton:
+      return "CommandButton";
+    case Kind::kFrame:
+      return "Frame";
+    case Kind::kDateTimePicker:
+      return "DateTimePicker";
+    case Kind::kHostSlot:
+      return "HostSlot";
   }
   return {};
 }
 
 std::string_view EventName(Event event) {
   switch (event) {
-    case Event::kChange: return "Change";
-    case Event::kClick: return "Click";
-    case Event::kDblClick: return "DblClick";
-    case Event::kDropDown: return "DropDown";
-    case Event::kLostFocus: return "LostFocus";
+    case Event::kChange:
+      return "Change";
+    case Event::kClick:
+      return "Click";
+    case Event::kDblClick:
+      return "DblClick";
+    case Event::kDropDown:
+      return "DropDown";
+    case Event::kLostFocus:
+      return "LostFocus";
   }
   return {};
 }
@@ -67,7 +81,9 @@ void Control::SetFocus() {
   FocusArrived();
 }
 
-bool Control::HasFocus() const { return form_.Focused() == this; }
+bool Control::HasFocus() const {
+  return form_.Focused() == this;
+}
 
 void Control::On(Event event, std::function<void()> handler) {
   handlers_.at(static_cast<std::size_t>(event)) = std::move(handler);

@@ -35,7 +35,18 @@ inline constexpr std::size_t kEventCount = 5;
 [[nodiscard]] std::string_view EventName(Event event);
 
 // What an observer is told has changed.
-enum class Aspect { kCaption, kEnabled, kVisible, kFocus, kText, kTextSelection, kValue, kItems, kIndex, kLook };
+enum class Aspect {
+  kCaption,
+  kEnabled,
+  kVisible,
+  kFocus,
+  kText,
+  kTextSelection,
+  kValue,
+  kItems,
+  kIndex,
+  kLook
+};
 
 // Presentation facts that belong to a design, not to a page's logic.
 enum class Style : unsigned {

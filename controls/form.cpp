@@ -10,15 +10,24 @@ namespace {
 
 std::unique_ptr<Control> MakeControl(Form& form, const ControlInfo& info) {
   switch (info.kind) {
-    case Kind::kLabel: return std::make_unique<Label>(form, info);
-    case Kind::kTextBox: return std::make_unique<TextBox>(form, info);
-    case Kind::kCheckBox: return std::make_unique<CheckBox>(form, info);
-    case Kind::kOptionButton: return std::make_unique<OptionButton>(form, info);
-    case Kind::kComboBox: return std::make_unique<ComboBox>(form, info);
-    case Kind::kCommandButton: return std::make_unique<CommandButton>(form, info);
-    case Kind::kFrame: return std::make_unique<Frame>(form, info);
-    case Kind::kDateTimePicker: return std::make_unique<DateTimePicker>(form, info);
-    case Kind::kHostSlot: return std::make_unique<HostSlot>(form, info);
+    case Kind::kLabel:
+      return std::make_unique<Label>(form, info);
+    case Kind::kTextBox:
+      return std::make_unique<TextBox>(form, info);
+    case Kind::kCheckBox:
+      return std::make_unique<CheckBox>(form, info);
+    case Kind::kOptionButton:
+      return std::make_unique<OptionButton>(form, info);
+    case Kind::kComboBox:
+      return std::make_unique<ComboBox>(form, info);
+    case Kind::kCommandButton:
+      return std::make_unique<CommandButton>(form, info);
+    case Kind::kFrame:
+      return std::make_unique<Frame>(form, info);
+    case Kind::kDateTimePicker:
+      return std::make_unique<DateTimePicker>(form, info);
+    case Kind::kHostSlot:
+      return std::make_unique<HostSlot>(form, info);
   }
   throw Failure(failure_number::kInternal, "Unknown kind of control");
 }

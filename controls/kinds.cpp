@@ -14,11 +14,17 @@ void Label::SetLink(bool link) {
   Notify(Aspect::kLook);
 }
 
-void Label::Click(UserKey /*key*/) { Raise(Event::kClick); }
+void Label::Click(UserKey /*key*/) {
+  Raise(Event::kClick);
+}
 
-void Label::DoubleClick(UserKey /*key*/) { Raise(Event::kDblClick); }
+void Label::DoubleClick(UserKey /*key*/) {
+  Raise(Event::kDblClick);
+}
 
-void CommandButton::Press(UserKey /*key*/) { Raise(Event::kClick); }
+void CommandButton::Press(UserKey /*key*/) {
+  Raise(Event::kClick);
+}
 
 void TextBox::SetText(std::string text) {
   if (text == text_) return;
@@ -35,19 +41,26 @@ void TextBox::SelectText(int start, int length) {
   Notify(Aspect::kTextSelection);
 }
 
-void TextBox::SelectAll() { SelectText(0, CharacterCount(text_)); }
+void TextBox::SelectAll() {
+  SelectText(0, CharacterCount(text_));
+}
 
-void TextBox::Type(UserKey /*key*/, std::string text) { SetText(std::move(text)); }
+void TextBox::Type(UserKey /*key*/, std::string text) {
+  SetText(std::move(text));
+}
 
 void CheckBox::SetValue(int value) {
-  if (value != 0 && value != 1) throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");
+  if (value != 0 && value != 1)
+    throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");
   if (value == value_) return;
   value_ = value;
   Notify(Aspect::kValue);
   Raise(Event::kClick);
 }
 
-void CheckBox::Toggle(UserKey /*key*/) { SetValue(1 - value_); }
+void CheckBox::Toggle(UserKey /*key*/) {
+  SetValue(1 - value_);
+}
 
 void OptionButton::Select() {
   if (selected_) return;
@@ -66,7 +79,9 @@ void OptionButton::Choose(UserKey key) {
   Select();
 }
 
-void OptionButton::DoubleClick(UserKey /*key*/) { Raise(Event::kDblClick); }
+void OptionButton::DoubleClick(UserKey /*key*/) {
+  Raise(Event::kDblClick);
+}
 
 const ComboBox::Item& ComboBox::At(int index) const {
   if (index < 0 || index >= Count()) {
@@ -75,9 +90,13 @@ const ComboBox::Item& ComboBox::At(int index) const {
   return items_[static_cast<std::size_t>(index)];
 }
 
-const std::string& ComboBox::ItemText(int index) const { return At(index).text; }
+const std::string& ComboBox::ItemText(int index) const {
+  return At(index).text;
+}
 
-std::int32_t ComboBox::ItemData(int index) const { return At(index).data; }
+std::int32_t ComboBox::ItemData(int index) const {
+  return At(index).data;
+}
 
 void ComboBox::AddItem(std::string text, std::int32_t data) {
   items_.push_back({std::move(text), data});
@@ -127,9 +146,13 @@ void ComboBox::Pick(UserKey /*key*/, int index) {
   Raise(Event::kClick);
 }
 
-void ComboBox::Type(UserKey /*key*/, std::string text) { SetText(std::move(text)); }
+void ComboBox::Type(UserKey /*key*/, std::string text) {
+  SetText(std::move(text));
+}
 
-void ComboBox::DropDown(UserKey /*key*/) { Raise(Event::kDropDown); }
+void ComboBox::DropDown(UserKey /*key*/) {
+  Raise(Event::kDropDown);
+}
 
 void DateTimePicker::SetValue(DateTime value) {
   if (value == value_) return;
@@ -138,6 +161,8 @@ void DateTimePicker::SetValue(DateTime value) {
   Raise(Event::kChange);
 }
 
-void DateTimePicker::Set(UserKey /*key*/, DateTime value) { SetValue(value); }
+void DateTimePicker::Set(UserKey /*key*/, DateTime value) {
+  SetValue(value);
+}
 
 }  // namespace plovix

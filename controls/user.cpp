@@ -36,7 +36,8 @@ bool User::On(Control& control, Event event, Verb verb) {
 
 bool User::Type(Control& control, std::string text) {
   const auto type = [&](auto& box) { box.Type(UserKey{}, std::move(text)); };
-  if (const auto* combo = dynamic_cast<ComboBox*>(&control); combo != nullptr && !combo->Editable()) return false;
+  if (const auto* combo = dynamic_cast<ComboBox*>(&control); combo != nullptr && !combo->Editable())
+    return false;
   return On<TextBox>(control, Event::kChange, type) || On<ComboBox>(control, Event::kChange, type);
 }
 
@@ -54,10 +55,14 @@ bool User::Press(Control& control) {
 
 bool User::Click(Control& control) {
   switch (control.GetKind()) {
-    case Kind::kCommandButton: return Press(control);
-    case Kind::kOptionButton: return Choose(control);
-    case Kind::kCheckBox: return Toggle(control);
-    default: break;
+    case Kind::kCommandButton:
+      return Press(control);
+    case Kind::kOptionButton:
+      return Choose(control);
+    case Kind::kCheckBox:
+      return Toggle(control);
+    default:
+      break;
   }
   auto* label = dynamic_cast<Label*>(&control);
   if (label == nullptr || !label->Usable()) return false;
@@ -102,7 +107,8 @@ bool User::Enter(Control& control) {
 bool User::Leave(Control& control) {
   // A control that was disabled or hidden while it had the focus is left all the same.
   if (!control.Usable() && !control.HasFocus()) return false;
-  Run(control.Container(), std::string(control.Name()) + "_LostFocus", [&] { control.LeaveFocus(UserKey{}); });
+  Run(control.Container(), std::string(control.Name()) + "_LostFocus",
+      [&] { control.LeaveFocus(UserKey{}); });
   return true;
 }
 

@@ -28,18 +28,18 @@ class User {
  public:
   explicit User(UserListener& listener) : listener_(listener) {}
 
-  bool Type(Control& control, std::string text);     // text box, editable combo box: the whole text
-  bool Toggle(Control& control);                     // check box
-  bool Choose(Control& control);                     // option button
-  bool Press(Control& control);                      // command button
-  bool Click(Control& control);                      // label; a button is pressed, an option chosen
-  bool DoubleClick(Control& control);                // label, option button: the second click alone
-  bool DropDown(Control& control);                   // combo box: before the list opens
-  bool Pick(Control& control, int index);            // combo box: an entry, 0-based; outside is refused
-  bool Set(Control& control, DateTime value);        // picker
-  bool Enter(Control& control);                      // the focus arrived
-  bool Leave(Control& control);                      // the focus went away
-  void Show(Form& form);                             // the page became visible: UserControl_Show
+  bool Type(Control& control, std::string text);  // text box, editable combo box: the whole text
+  bool Toggle(Control& control);                  // check box
+  bool Choose(Control& control);                  // option button
+  bool Press(Control& control);                   // command button
+  bool Click(Control& control);                   // label; a button is pressed, an option chosen
+  bool DoubleClick(Control& control);             // label, option button: the second click alone
+  bool DropDown(Control& control);                // combo box: before the list opens
+  bool Pick(Control& control, int index);         // combo box: an entry, 0-based; outside is refused
+  bool Set(Control& control, DateTime value);     // picker
+  bool Enter(Control& control);                   // the focus arrived
+  bool Leave(Control& control);                   // the focus went away
+  void Show(Form& form);                          // the page became visible: UserControl_Show
 
  private:
   template <class Verb>

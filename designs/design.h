@@ -74,15 +74,42 @@ struct ControlName {
 // The class of a control of each kind.
 template <Kind kKind>
 struct ControlClass;
-template <> struct ControlClass<Kind::kLabel> { using Type = Label; };
-template <> struct ControlClass<Kind::kTextBox> { using Type = TextBox; };
-template <> struct ControlClass<Kind::kCheckBox> { using Type = CheckBox; };
-template <> struct ControlClass<Kind::kOptionButton> { using Type = OptionButton; };
-template <> struct ControlClass<Kind::kComboBox> { using Type = ComboBox; };
-template <> struct ControlClass<Kind::kCommandButton> { using Type = CommandButton; };
-template <> struct ControlClass<Kind::kFrame> { using Type = Frame; };
-template <> struct ControlClass<Kind::kDateTimePicker> { using Type = DateTimePicker; };
-template <> struct ControlClass<Kind::kHostSlot> { using Type = HostSlot; };
+template <>
+struct ControlClass<Kind::kLabel> {
+  using Type = Label;
+};
+template <>
+struct ControlClass<Kind::kTextBox> {
+  using Type = TextBox;
+};
+template <>
+struct ControlClass<Kind::kCheckBox> {
+  using Type = CheckBox;
+};
+template <>
+struct ControlClass<Kind::kOptionButton> {
+  using Type = OptionButton;
+};
+template <>
+struct ControlClass<Kind::kComboBox> {
+  using Type = ComboBox;
+};
+template <>
+struct ControlClass<Kind::kCommandButton> {
+  using Type = CommandButton;
+};
+template <>
+struct ControlClass<Kind::kFrame> {
+  using Type = Frame;
+};
+template <>
+struct ControlClass<Kind::kDateTimePicker> {
+  using Type = DateTimePicker;
+};
+template <>
+struct ControlClass<Kind::kHostSlot> {
+  using Type = HostSlot;
+};
 template <Kind kKind>
 using ControlOf = typename ControlClass<kKind>::Type;
 

@@ -10,27 +10,32 @@ namespace plovix {
 inline constexpr auto kAutoTaskTypeDesign = MakeDesign(
     "AutoTaskType",
     {
-        {"lblTitle", Kind::kLabel, "Automated Task Record Handling Configuration", "Lng=6;", "", Style::kHeading},
-        {"lblIntro", Kind::kLabel, "Please indicate the nature of data the automated task will process.", "Lng=7;"},
+        {"lblTitle", Kind::kLabel, "Automated Task Record Handling Configuration", "Lng=6;", "",
+         Style::kHeading},
+        {"lblIntro", Kind::kLabel, "Please indicate the nature of data the automated task will process.",
+         "Lng=7;"},
         {"optNoData", Kind::kOptionButton, "No Data", "Lng=8;"},
         {"lblNoData", Kind::kLabel,
-         "Ce type de tâche automatisée est habituellement préféré lorsqu'une ou plusieurs actions doivent être "
+         "Ce type de tâche automatisée est habituellement préféré lorsqu'une ou plusieurs actions doivent "
+         "être "
          "exécutées pour démarrer des processus qui n'ont pas besoin d'enregistrement courant, telle que "
          "l’exécution d'un programme externe.",
          "Lng=9;"},
         {"optSingleRecord", Kind::kOptionButton, "Single Record", "Lng=115;"},
         {"lblSingleRecord", Kind::kLabel,
-         "Ce type de tâche automatisée est habituellement préféré lorsqu'une ou plusieurs actions doivent être "
+         "Ce type de tâche automatisée est habituellement préféré lorsqu'une ou plusieurs actions doivent "
+         "être "
          "exécutées pour un enregistrement dans un écran ou un rapport.",
          "Lng=116"},
         {"optQueryResults", Kind::kOptionButton, "Query Results", "Lng=10;"},
         {"lblQueryResults", Kind::kLabel,
-         "Ce type de tâche requiert qu'une requête soit définie et exécutée avant que les actions de la tâche ne "
+         "Ce type de tâche requiert qu'une requête soit définie et exécutée avant que les actions de la "
+         "tâche ne "
          "soient traitées. Chaque action est exécutée pour chacun des enregistrements trouvés.",
          "Lng=11;"},
     },
-    {"lblTitle", "lblIntro", "optNoData", "lblNoData", "optSingleRecord", "lblSingleRecord", "optQueryResults",
-     "lblQueryResults"});
+    {"lblTitle", "lblIntro", "optNoData", "lblNoData", "optSingleRecord", "lblSingleRecord",
+     "optQueryResults", "lblQueryResults"});
 
 inline constexpr auto kDetailsDesign = MakeDesign(
     "Details",
@@ -41,7 +46,8 @@ inline constexpr auto kDetailsDesign = MakeDesign(
         {"cmdCategoryLangTag", Kind::kCommandButton, "..."},
         {"fraSettings", Kind::kFrame, "Settings", "lng=118;"},
         {"chkSkipRowSelection", Kind::kCheckBox, "Skip row selection", "Lng=121;", "fraSettings"},
-        {"chkAutoMan", Kind::kCheckBox, "This task can be used by the Automation Manager", "Lng=119;", "fraSettings"},
+        {"chkAutoMan", Kind::kCheckBox, "This task can be used by the Automation Manager", "Lng=119;",
+         "fraSettings"},
         {"chkPersonalTask", Kind::kCheckBox, "This is a personal task", "Lng=24;", "fraSettings"},
         {"txtName", Kind::kTextBox},
         {"txtDescription", Kind::kTextBox, "", "", "", Style::kMultiLine},

@@ -18,9 +18,13 @@ int WizardPage::MsgBox(int text_id, int buttons) {
   return application->MsgBox(GetString(text_id), buttons, application->Title(), "");
 }
 
-std::string WizardPage::IWizardPage_Title() { return GetString(kTitleText); }
+std::string WizardPage::IWizardPage_Title() {
+  return GetString(kTitleText);
+}
 
-std::string WizardPage::IWizardPage_Description() { return GetString(kDescriptionText); }
+std::string WizardPage::IWizardPage_Description() {
+  return GetString(kDescriptionText);
+}
 
 void WizardPage::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
   Wizard = std::move(host);
@@ -32,7 +36,9 @@ void WizardPage::TranslateCaptions() {
 }
 
 // Dropping two references cannot fail, so the handler of this procedure never speaks.
-void WizardPage::IWizardPage_Terminate() { Keep(nullptr, nullptr); }
+void WizardPage::IWizardPage_Terminate() {
+  Keep(nullptr, nullptr);
+}
 
 void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
   Procedure("IWizardPage_Initialize", [&](Statements& run) {

@@ -5,11 +5,14 @@
 namespace plovix {
 
 bool Statements::WantsRetry(const Failure& failure, int line) const {
-  switch (Services().Application()->ErrorReporter()->Report(failure.Number(), failure.Description(), kModule, page_,
-                                                            procedure_, line)) {
-    case ReportAction::kRetry: return true;
-    case ReportAction::kContinue: return false;
-    case ReportAction::kLeave: break;
+  switch (Services().Application()->ErrorReporter()->Report(failure.Number(), failure.Description(), kModule,
+                                                            page_, procedure_, line)) {
+    case ReportAction::kRetry:
+      return true;
+    case ReportAction::kContinue:
+      return false;
+    case ReportAction::kLeave:
+      break;
   }
   throw Left{};  // also for an answer outside the enumeration
 }

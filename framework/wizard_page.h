@@ -21,7 +21,8 @@ class IWizardPage {
   [[nodiscard]] virtual std::string IWizardPage_Description() = 0;
   // Keeps both references until Terminate, translates the captions, loads the values and pushes the
   // can-continue flag through `host`.
-  virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) = 0;
+  virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
+                                      std::shared_ptr<ValueStore> store) = 0;
   // Drops both references; saves nothing.
   virtual void IWizardPage_Terminate() = 0;
   // Writes the identifier of the page that follows, empty where this page ends the wizard. May leave

@@ -19,8 +19,9 @@ class ErrorReporter {
   virtual ~ErrorReporter() = default;
   // `line` is the source line of the failed statement; 0 when the failure came from a procedure without
   // a handler of its own. May show a dialog and run its event loop before it answers.
-  [[nodiscard]] virtual ReportAction Report(int number, const std::string& description, std::string_view project,
-                                            std::string_view page, std::string_view procedure, int line) = 0;
+  [[nodiscard]] virtual ReportAction Report(int number, const std::string& description,
+                                            std::string_view project, std::string_view page,
+                                            std::string_view procedure, int line) = 0;
 };
 
 }  // namespace plovix

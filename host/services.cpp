@@ -53,8 +53,12 @@ void InstallServices(ServicesProvider provider) {
   ++TheInstalled().generation;
 }
 
-HostServices& Services() { return Made(Current().host_services, &ServicesProvider::host_services); }
+HostServices& Services() {
+  return Made(Current().host_services, &ServicesProvider::host_services);
+}
 
-Utilities& ServicesUtilities() { return Made(Current().utilities, &ServicesProvider::utilities); }
+Utilities& ServicesUtilities() {
+  return Made(Current().utilities, &ServicesProvider::utilities);
+}
 
 }  // namespace plovix

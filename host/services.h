@@ -16,8 +16,8 @@ namespace plovix {
 class ObjectFactory {
  public:
   virtual ~ObjectFactory() = default;
-  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;    // empty
-  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;    // empty
+  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;  // empty
+  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;  // empty
 };
 
 class HostServices {

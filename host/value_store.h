@@ -27,11 +27,11 @@ class ValueStore : public HostObject {
 
 // Keys used by the pages.
 namespace store_key {
-inline const std::string kAutoTask = "AutoTask";                  // AutoTask: put there by the host
-inline const std::string kDataObject = "DataObject";              // DataObject, possibly nothing
-inline const std::string kDataObjects = "DataObjects";            // ObjectCollection
-inline const std::string kDesignerObjects = "DesignerObjects";    // ObjectCollection
-inline const std::string kImporting = "Importing";                // bool, absent counts as false
+inline const std::string kAutoTask = "AutoTask";                // AutoTask: put there by the host
+inline const std::string kDataObject = "DataObject";            // DataObject, possibly nothing
+inline const std::string kDataObjects = "DataObjects";          // ObjectCollection
+inline const std::string kDesignerObjects = "DesignerObjects";  // ObjectCollection
+inline const std::string kImporting = "Importing";              // bool, absent counts as false
 }  // namespace store_key
 
 }  // namespace plovix

@@ -6,10 +6,14 @@ namespace {
 // The designer library's code of a record mode; nothing for a mode it does not know.
 std::optional<std::int32_t> DesignerObjectType(std::int16_t mode) {
   switch (mode) {
-    case record_mode::kNoData: return record_mode_bit::kNoData;
-    case record_mode::kSingleRecord: return record_mode_bit::kSingleRecord;
-    case record_mode::kQueryResults: return record_mode_bit::kQueryResults;
-    default: return std::nullopt;
+    case record_mode::kNoData:
+      return record_mode_bit::kNoData;
+    case record_mode::kSingleRecord:
+      return record_mode_bit::kSingleRecord;
+    case record_mode::kQueryResults:
+      return record_mode_bit::kQueryResults;
+    default:
+      return std::nullopt;
   }
 }
 
@@ -21,7 +25,9 @@ std::shared_ptr<ActionListControl> Actions::List() const {
 
 Outcome Actions::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
-    run([&] { List()->OnContextRequest([this](std::shared_ptr<ValueStore>& context) { context = GetProperties(); }); });
+    run([&] {
+      List()->OnContextRequest([this](std::shared_ptr<ValueStore>& context) { context = GetProperties(); });
+    });
     TakeTask(run);
     const auto take = [&]<class T>(std::shared_ptr<T>& object, const std::string& key) {
       if (!run.If([&] { return Set(Store)->Exists(key); })) return;
@@ -61,7 +67,8 @@ std::shared_ptr<ValueStore> Actions::GetProperties() {
     run([&] { Set(context)->Add(store_key::kDataObject, DataObject); });
     if (!DataObjects) run([&] { DataObjects = Services().Application()->Loader()->LoadDataObjects(); });
     run([&] { Set(context)->Add(store_key::kDataObjects, DataObjects); });
-    if (!DesignerObjects) run([&] { DesignerObjects = Services().Application()->Loader()->LoadDesignerObjects(); });
+    if (!DesignerObjects)
+      run([&] { DesignerObjects = Services().Application()->Loader()->LoadDesignerObjects(); });
     run([&] { Set(context)->Add(store_key::kDesignerObjects, DesignerObjects); });
     run([&] { Controls().SetMousePointer(Pointer::kDefault); });
     answer = context;

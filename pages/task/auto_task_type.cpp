@@ -28,21 +28,27 @@ AutoTaskType::AutoTaskType() {
   choice(optQueryResults, lblQueryResults);
 }
 
-void AutoTaskType::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+void AutoTaskType::IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
+                                          std::shared_ptr<ValueStore> store) {
   Keep(std::move(host), std::move(store));
   TranslateCaptions();
   LoadChoice();
   Set(Wizard)->Refresh(true);
 }
 
-void AutoTaskType::IWizardPage_GetNextPage(std::string& next) { next = page_identifier::kDetails; }
+void AutoTaskType::IWizardPage_GetNextPage(std::string& next) {
+  next = page_identifier::kDetails;
+}
 
 bool AutoTaskType::IWizardPage_CanChangePage(ChangeDirection direction) {
   switch (direction) {
-    case ChangeDirection::kNext: return SaveValues();
+    case ChangeDirection::kNext:
+      return SaveValues();
     case ChangeDirection::kBack:
-    case ChangeDirection::kCancel: return true;
-    case ChangeDirection::kFinish: break;  // the first page can never finish the wizard
+    case ChangeDirection::kCancel:
+      return true;
+    case ChangeDirection::kFinish:
+      break;  // the first page can never finish the wizard
   }
   return false;
 }
@@ -55,10 +61,17 @@ void AutoTaskType::LoadChoice() {
     option.SetFocus();
   };
   switch (Set(Task)->RecordMode()) {
-    case record_mode::kNoData: show(optNoData); break;
-    case record_mode::kSingleRecord: show(optSingleRecord); break;
-    case record_mode::kQueryResults: show(optQueryResults); break;
-    default: break;
+    case record_mode::kNoData:
+      show(optNoData);
+      break;
+    case record_mode::kSingleRecord:
+      show(optSingleRecord);
+      break;
+    case record_mode::kQueryResults:
+      show(optQueryResults);
+      break;
+    default:
+      break;
   }
 }
 

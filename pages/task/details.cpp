@@ -16,8 +16,8 @@ const char* const kForceUserTaskFile = "forceusertask.txt";
 Details::Details() {
   txtName.On(Event::kLostFocus, [this] { txtName_LostFocus(); });
   cmdNameLangTag.On(Event::kClick, [this] { ChooseTag("cmdNameLangTag_Click", NameTag, txtName); });
-  cmdDescriptionLangTag.On(Event::kClick,
-                           [this] { ChooseTag("cmdDescriptionLangTag_Click", DescriptionTag, txtDescription); });
+  cmdDescriptionLangTag.On(
+      Event::kClick, [this] { ChooseTag("cmdDescriptionLangTag_Click", DescriptionTag, txtDescription); });
   cmdShortDescriptionLangTag.On(Event::kClick, [this] {
     ChooseTag("cmdShortDescriptionLangTag_Click", ShortDescriptionTag, txtShortDescription);
   });
@@ -75,7 +75,9 @@ bool Details::IsTaggedTask() {
       return;
     }
     std::string marker;
-    run([&] { marker = ServicesUtilities().BuildPath(Services().Application()->Path(), kForceUserTaskFile); });
+    run([&] {
+      marker = ServicesUtilities().BuildPath(Services().Application()->Path(), kForceUserTaskFile);
+    });
     if (run.If([&] { return ServicesUtilities().FileExists(marker); })) return;
     run([&] { answer = Services().Application()->LanguageTagMode(); });
   });
@@ -126,7 +128,8 @@ void Details::txtName_LostFocus() {
 
 void Details::UserControl_Show() {
   Procedure("UserControl_Show", [&](Statements& run) {
-    if (!run.If([&] { return Services().Application()->UserRights()->HasRight(kRightEditCategories); })) return;
+    if (!run.If([&] { return Services().Application()->UserRights()->HasRight(kRightEditCategories); }))
+      return;
     run([&] { Services().Application()->Translator()->SetLinkStyle(lblCategory, true); });
   });
 }

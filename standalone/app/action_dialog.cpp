@@ -20,18 +20,23 @@ namespace {
 constexpr int kCharactersWide = 48;
 constexpr int kLinesOfText = 6;
 
-QString WithoutMnemonic(QString caption) { return caption.remove(u'&'); }
+QString WithoutMnemonic(QString caption) {
+  return caption.remove(u'&');
+}
 
 }  // namespace
 
-QString ActionDialog::Field::Value() const { return line != nullptr ? line->text() : text->toPlainText(); }
+QString ActionDialog::Field::Value() const {
+  return line != nullptr ? line->text() : text->toPlainText();
+}
 
 QWidget* ActionDialog::Field::Editor() const {
   return line != nullptr ? static_cast<QWidget*>(line) : static_cast<QWidget*>(text);
 }
 
 ActionDialog::ActionDialog(const TextTable& texts, const std::string& title,
-                           const std::vector<const ActionKind*>& kinds, const ActionRecord& action, QWidget* parent)
+                           const std::vector<const ActionKind*>& kinds, const ActionRecord& action,
+                           QWidget* parent)
     : QDialog(parent), texts_(texts), initial_(action), action_(action) {
   setWindowTitle(ToQt(title));
   auto* layout = new QVBoxLayout(this);
@@ -61,9 +66,8 @@ void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) 
     choice->addItem(Text(kind->caption));
     if (kind->id == action_.kind) choice->setCurrentIndex(choice->count() - 1);
   }
-  connect(choice, &QComboBox::activated, this, [this, kinds](int index) {
-    ChooseKind(*kinds.at(static_cast<std::size_t>(index)));
-  });
+  connect(choice, &QComboBox::activated, this,
+          [this, kinds](int index) { ChooseKind(*kinds.at(static_cast<std::size_t>(index))); });
   form_->addRow(Text("action.edit.kind"), choice);
 }
 
@@ -177,6 +181,8 @@ void ActionDialog::reject() {
   QDialog::reject();
 }
 
-QString ActionDialog::Text(std::string_view key) const { return ToQt(texts_.Host(key)); }
+QString ActionDialog::Text(std::string_view key) const {
+  return ToQt(texts_.Host(key));
+}
 
 }  // namespace plovix::app

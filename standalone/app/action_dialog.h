@@ -32,7 +32,7 @@ class ActionDialog final : public QDialog {
  private:
   struct Field {
     const ActionField* info = nullptr;
-    QLineEdit* line = nullptr;        // one of the two
+    QLineEdit* line = nullptr;  // one of the two
     QPlainTextEdit* text = nullptr;
     QLabel* problem = nullptr;
     [[nodiscard]] QString Value() const;

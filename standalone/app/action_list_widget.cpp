@@ -45,7 +45,9 @@ ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts,
   SelectRow(0);
 }
 
-ActionListWidget::~ActionListWidget() { list_.OnChanged(nullptr); }
+ActionListWidget::~ActionListWidget() {
+  list_.OnChanged(nullptr);
+}
 
 QPushButton* ActionListWidget::AddButton(std::string_view caption, void (ActionListWidget::*action)()) {
   auto* button = new QPushButton(ToQt(texts_.Host(caption)));
@@ -62,12 +64,21 @@ bool ActionListWidget::eventFilter(QObject* watched, QEvent* event) {
   const bool alt = key->modifiers().testFlag(Qt::AltModifier);
   void (ActionListWidget::*action)() = nullptr;
   switch (key->key()) {
-    case Qt::Key_Up: action = alt ? &ActionListWidget::MoveUp : nullptr; break;
-    case Qt::Key_Down: action = alt ? &ActionListWidget::MoveDown : nullptr; break;
-    case Qt::Key_Delete: action = &ActionListWidget::Remove; break;
+    case Qt::Key_Up:
+      action = alt ? &ActionListWidget::MoveUp : nullptr;
+      break;
+    case Qt::Key_Down:
+      action = alt ? &ActionListWidget::MoveDown : nullptr;
+      break;
+    case Qt::Key_Delete:
+      action = &ActionListWidget::Remove;
+      break;
     case Qt::Key_Return:
-    case Qt::Key_Enter: action = rows_->currentRow() >= 0 ? &ActionListWidget::Edit : nullptr; break;
-    default: break;
+    case Qt::Key_Enter:
+      action = rows_->currentRow() >= 0 ? &ActionListWidget::Edit : nullptr;
+      break;
+    default:
+      break;
   }
   if (action == nullptr) return QWidget::eventFilter(watched, event);
   (this->*action)();

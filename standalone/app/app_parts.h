@@ -13,7 +13,8 @@ struct AppParts {
   const PageRegistry& registry;
   TaskStorage& storage;
 
-  [[nodiscard]] std::string Text(std::string_view key, const std::vector<std::string>& parameters = {}) const {
+  [[nodiscard]] std::string Text(std::string_view key,
+                                 const std::vector<std::string>& parameters = {}) const {
     return state.texts.Host(key, parameters);
   }
 };

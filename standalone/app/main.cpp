@@ -1,4 +1,6 @@
 // Starts the program.
 #include "program.h"
 
-int main(int argc, char** argv) { return plovix::app::RunProgram(argc, argv); }
+int main(int argc, char** argv) {
+  return plovix::app::RunProgram(argc, argv);
+}

@@ -32,7 +32,9 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-bool HasDisplay() { return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"); }
+bool HasDisplay() {
+  return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
+}
 
 TextTable ChosenLanguage(const ProgramOptions& options) {
   if (options.language) return LoadLanguage(*options.language);
@@ -68,7 +70,8 @@ int RunScriptFile(const ProgramOptions& options, const std::optional<std::string
 
 void SpeakLanguage(Application& application, const TextTable& texts, QTranslator& translator) {
   const QLocale locale(ToQt(texts.code));
-  if (texts.code != "ids") QLocale::setDefault(QLocale::system().language() == locale.language() ? QLocale::system() : locale);
+  if (texts.code != "ids")
+    QLocale::setDefault(QLocale::system().language() == locale.language() ? QLocale::system() : locale);
   application.setLayoutDirection(texts.right_to_left ? Qt::RightToLeft : Qt::LeftToRight);
   // Texts of the toolkit's own dialogs, where their translation is installed.
   if (translator.load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
@@ -132,7 +135,8 @@ int Run(int argc, char** argv, ProgramOptions options) {
     return 0;
   }
   if (!options.script && !HasDisplay()) {
-    std::cerr << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
+    std::cerr
+        << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
     options.script = "-";
     if (!options.database) options.database = DefaultDatabasePath();
   }

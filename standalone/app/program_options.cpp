@@ -5,7 +5,9 @@
 namespace plovix::app {
 namespace {
 
-[[noreturn]] void Refuse(const std::string& problem) { throw Failure(failure_number::kInvalidCall, problem); }
+[[noreturn]] void Refuse(const std::string& problem) {
+  throw Failure(failure_number::kInvalidCall, problem);
+}
 
 }  // namespace
 

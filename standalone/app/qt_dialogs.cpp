@@ -31,11 +31,16 @@ const Button kNoButton{message_box::kNo, "button.no", QMessageBox::NoRole};
 
 BoxKind KindOf(int buttons) {
   switch (buttons) {
-    case message_box::kOkWarning: return {QMessageBox::Warning, {kOkButton}};
-    case message_box::kOkCancelWarning: return {QMessageBox::Warning, {kOkButton, kCancelButton}};
-    case message_box::kOkCancelQuestion: return {QMessageBox::Question, {kOkButton, kCancelButton}};
-    case message_box::kYesNoQuestion: return {QMessageBox::Question, {kYesButton, kNoButton}};
-    default: return {QMessageBox::Information, {kOkButton}};
+    case message_box::kOkWarning:
+      return {QMessageBox::Warning, {kOkButton}};
+    case message_box::kOkCancelWarning:
+      return {QMessageBox::Warning, {kOkButton, kCancelButton}};
+    case message_box::kOkCancelQuestion:
+      return {QMessageBox::Question, {kOkButton, kCancelButton}};
+    case message_box::kYesNoQuestion:
+      return {QMessageBox::Question, {kYesButton, kNoButton}};
+    default:
+      return {QMessageBox::Information, {kOkButton}};
   }
 }
 
@@ -115,10 +120,12 @@ void Tell(const TextTable& texts, const std::string& title, const std::string& t
   box->exec();
 }
 
-std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title, QWidget* parent) {
+std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title,
+                                            QWidget* parent) {
   auto box = NewBox(QMessageBox::Question, title, texts.Host("wizard.discard"), parent);
-  AddButtons(*box, texts, {{message_box::kYes, "wizard.discardYes", QMessageBox::DestructiveRole},
-                           {message_box::kNo, "wizard.discardNo", QMessageBox::RejectRole}});
+  AddButtons(*box, texts,
+             {{message_box::kYes, "wizard.discardYes", QMessageBox::DestructiveRole},
+              {message_box::kNo, "wizard.discardNo", QMessageBox::RejectRole}});
   box->setDefaultButton(qobject_cast<QPushButton*>(box->escapeButton()));
   return box;
 }

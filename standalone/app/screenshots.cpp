@@ -46,7 +46,9 @@ class Session {
     state_.texts = LoadLanguage(language);
     state_.dialogs = &dialogs_;
     state_.title = state_.texts.Host("list.title");
-    state_.clock = [] { return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10}; };
+    state_.clock = [] {
+      return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10};
+    };
     RegisterPages(registry_);
     InstallHost(state_);
   }
@@ -95,7 +97,8 @@ class Session {
     for (const ActionKind& kind : ActionKinds()) {
       std::vector<const ActionKind*> kinds;
       for (const ActionKind& offered : ActionKinds()) kinds.push_back(&offered);
-      ActionDialog dialog(state_.texts, state_.texts.Host("action.edit.add"), kinds, NewAction(kind), nullptr);
+      ActionDialog dialog(state_.texts, state_.texts.Host("action.edit.add"), kinds, NewAction(kind),
+                          nullptr);
       dialog.accept();  // shows what is missing
       Save(dialog, "Action-" + std::string(kind.id));
     }

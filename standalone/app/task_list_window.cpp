@@ -89,7 +89,8 @@ void TaskListWindow::BuildTable() {
   table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table_->installEventFilter(this);
   connect(table_, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
-  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TaskListWindow::UpdateState);
+  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &TaskListWindow::UpdateState);
   hint_ = new QLabel;
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setTextFormat(Qt::PlainText);
@@ -111,7 +112,8 @@ void TaskListWindow::BuildButtons() {
   row->addWidget(count_);
 }
 
-QPushButton* TaskListWindow::AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)()) {
+QPushButton* TaskListWindow::AddButton(std::string_view caption, const char* name,
+                                       void (TaskListWindow::*action)()) {
   auto* button = new QPushButton(ToQt(parts_.Text(caption)));
   button->setObjectName(QString::fromLatin1(name));
   connect(button, &QPushButton::clicked, this, action);
@@ -178,8 +180,9 @@ void TaskListWindow::UpdateState() {
   hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
   static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
       ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : static_cast<QWidget*>(table_));
-  count_->setText(ToQt(visible == all ? parts_.Text("list.count", {std::to_string(all)})
-                                      : parts_.Text("list.countFiltered", {std::to_string(visible), std::to_string(all)})));
+  count_->setText(ToQt(
+      visible == all ? parts_.Text("list.count", {std::to_string(all)})
+                     : parts_.Text("list.countFiltered", {std::to_string(visible), std::to_string(all)})));
 }
 
 bool TaskListWindow::Guarded(const std::function<void()>& work) {
@@ -190,8 +193,8 @@ bool TaskListWindow::Guarded(const std::function<void()>& work) {
   } catch (...) {
     failure = CurrentFailure();
   }
-  parts_.state.dialogs->MessageBox(parts_.Text("list.failed", {failure->Description()}), message_box::kOkWarning,
-                                   parts_.state.title);
+  parts_.state.dialogs->MessageBox(parts_.Text("list.failed", {failure->Description()}),
+                                   message_box::kOkWarning, parts_.state.title);
   return false;
 }
 
@@ -201,13 +204,16 @@ std::optional<TaskRecord> TaskListWindow::Selected() {
   std::optional<TaskRecord> task;
   if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
   if (!task) {
-    parts_.state.dialogs->MessageBox(parts_.Text("list.gone"), message_box::kOkInformation, parts_.state.title);
+    parts_.state.dialogs->MessageBox(parts_.Text("list.gone"), message_box::kOkInformation,
+                                     parts_.state.title);
     Reload();
   }
   return task;
 }
 
-void TaskListWindow::New() { Open({}); }
+void TaskListWindow::New() {
+  Open({});
+}
 
 void TaskListWindow::Edit() {
   if (const auto task = Selected()) Open(*task);
@@ -226,7 +232,8 @@ void TaskListWindow::Delete() {
   const auto task = Selected();
   if (!task) return;
   const std::string question = parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)});
-  if (parts_.state.dialogs->MessageBox(question, message_box::kYesNoQuestion, parts_.state.title) != message_box::kYes) {
+  if (parts_.state.dialogs->MessageBox(question, message_box::kYesNoQuestion, parts_.state.title) !=
+      message_box::kYes) {
     return;
   }
   const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();

@@ -9,8 +9,9 @@
 namespace plovix::app {
 namespace {
 
-constexpr const char* kCaptions[] = {"list.column.name",     "list.column.shortDescription", "list.column.categories",
-                                     "list.column.records",  "list.column.schedule",         "list.column.owner",
+constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shortDescription",
+                                     "list.column.categories", "list.column.records",
+                                     "list.column.schedule",   "list.column.owner",
                                      "list.column.modified"};
 
 QDateTime ToQt(DateTime time) {
@@ -39,7 +40,9 @@ int TaskTableModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(tasks_.size());
 }
 
-int TaskTableModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : kColumnCount; }
+int TaskTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kColumnCount;
+}
 
 QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
@@ -60,15 +63,21 @@ QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, in
 
 std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
   switch (column) {
-    case kName: return TaskName(parts_, task);
+    case kName:
+      return TaskName(parts_, task);
     case kShortDescription:
-      return task.uses_language_tags ? parts_.state.TagText(task.short_description_tag) : task.short_description;
-    case kCategories: return Categories(task);
-    case kRecords: return Records(task);
-    case kOwner: return task.owner;
+      return task.uses_language_tags ? parts_.state.TagText(task.short_description_tag)
+                                     : task.short_description;
+    case kCategories:
+      return Categories(task);
+    case kRecords:
+      return Records(task);
+    case kOwner:
+      return task.owner;
     case kSchedule:
     case kModified:
-    case kColumnCount: break;
+    case kColumnCount:
+      break;
   }
   return {};
 }
@@ -88,10 +97,14 @@ std::string TaskTableModel::Records(const TaskRecord& task) const {
   constexpr int kSingleRecord = 115;
   constexpr int kQueryResults = 10;
   switch (task.record_mode) {
-    case record_mode::kNoData: return parts_.state.texts.Find(kNoData).value_or("");
-    case record_mode::kSingleRecord: return parts_.state.texts.Find(kSingleRecord).value_or("");
-    case record_mode::kQueryResults: return parts_.state.texts.Find(kQueryResults).value_or("");
-    default: return {};
+    case record_mode::kNoData:
+      return parts_.state.texts.Find(kNoData).value_or("");
+    case record_mode::kSingleRecord:
+      return parts_.state.texts.Find(kSingleRecord).value_or("");
+    case record_mode::kQueryResults:
+      return parts_.state.texts.Find(kQueryResults).value_or("");
+    default:
+      return {};
   }
 }
 

@@ -36,8 +36,8 @@ QFrame* NewRule() {
 
 }  // namespace
 
-WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries,
-                           QWidget* parent)
+WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
+                           const std::map<std::string, Value>& entries, QWidget* parent)
     : QDialog(parent),
       parts_(parts),
       wizard_({parts.state, parts.registry, parts.storage, MakeControl}, task, entries) {
@@ -52,7 +52,9 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task, const std::ma
   wizard_.SetView(this);
 }
 
-WizardWindow::~WizardWindow() { wizard_.SetView(nullptr); }
+WizardWindow::~WizardWindow() {
+  wizard_.SetView(nullptr);
+}
 
 void WizardWindow::BuildHeader() {
   title_ = new QLabel;
@@ -64,7 +66,8 @@ void WizardWindow::BuildHeader() {
   description_ = new QLabel;
   description_->setTextFormat(Qt::PlainText);
   description_->setWordWrap(true);
-  for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule()}) layout()->addWidget(widget);
+  for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule()})
+    layout()->addWidget(widget);
 }
 
 void WizardWindow::BuildButtons() {
@@ -90,7 +93,9 @@ QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name)
   return button;
 }
 
-bool WizardWindow::Start(const std::string& identifier) { return wizard_.Open(identifier); }
+bool WizardWindow::Start(const std::string& identifier) {
+  return wizard_.Open(identifier);
+}
 
 // The focus goes to the button first, so that a field left by Enter is left as it is by Tab. When the
 // page stays, the user goes on where they were, unless the page has sent them to a field.
@@ -99,7 +104,8 @@ void WizardWindow::Press(QPushButton* button, bool (VeloWiz::*verb)()) {
   const qt::FormWidget* page = page_;
   button->setFocus(Qt::OtherFocusReason);
   (wizard_.*verb)();
-  if (wizard_.IsOpen() && page == page_ && focusWidget() == button && former) former->setFocus(Qt::OtherFocusReason);
+  if (wizard_.IsOpen() && page == page_ && focusWidget() == button && former)
+    former->setFocus(Qt::OtherFocusReason);
 }
 
 void WizardWindow::keyPressEvent(QKeyEvent* event) {
@@ -127,10 +133,13 @@ void WizardWindow::PageShown() {
     page_->deleteLater();  // it may be the sender of the event that brought the new page
   }
   const TextTable& texts = parts_.state.texts;
-  page_ = new qt::FormWidget(wizard_.Controls(), wizard_.User(), [&texts](HostControl& control, QWidget* parent) {
-    auto* list = dynamic_cast<VeloActionList*>(&control);
-    return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
-  }, this);
+  page_ = new qt::FormWidget(
+      wizard_.Controls(), wizard_.User(),
+      [&texts](HostControl& control, QWidget* parent) {
+        auto* list = dynamic_cast<VeloActionList*>(&control);
+        return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
+      },
+      this);
   page_place_->addWidget(page_);
   page_->show();  // at once: keys may be waiting already
   title_->setText(ToQt(wizard_.Title()));

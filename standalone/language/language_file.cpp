@@ -15,7 +15,8 @@ namespace {
 int TextId(const std::string& key, const std::string& source) {
   int id = 0;
   const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), id);
-  if (error != std::errc{} || end != key.data() + key.size()) Refuse(source, "\"" + key + "\" is not a text number");
+  if (error != std::errc{} || end != key.data() + key.size())
+    Refuse(source, "\"" + key + "\" is not a text number");
   return id;
 }
 

@@ -29,7 +29,8 @@ TextTable LoadLanguage(const std::string& wanted) {
   if (found == EmbeddedLanguages().end()) {
     std::string known;
     for (const auto& [code, json] : EmbeddedLanguages()) known += (known.empty() ? "" : ", ") + code;
-    throw Failure(failure_number::kInvalidCall, "There is no language \"" + wanted + "\"; there are: " + known);
+    throw Failure(failure_number::kInvalidCall,
+                  "There is no language \"" + wanted + "\"; there are: " + known);
   }
   return ParseLanguage(found->second, "languages/" + wanted + ".json");
 }

@@ -29,20 +29,25 @@ constexpr std::array kWriteLogFields = {
 };
 
 constexpr std::array kKinds = {
-    ActionKind{"run-program", "action.runProgram", kEveryRecordMode, kAutomationManagerCapability, kRunProgramFields},
+    ActionKind{"run-program", "action.runProgram", kEveryRecordMode, kAutomationManagerCapability,
+               kRunProgramFields},
     ActionKind{"run-sql", "action.runSql", kEveryRecordMode, kAutomationManagerCapability, kRunSqlFields},
-    ActionKind{"write-log", "action.writeLog", kEveryRecordMode, kAutomationManagerCapability, kWriteLogFields},
+    ActionKind{"write-log", "action.writeLog", kEveryRecordMode, kAutomationManagerCapability,
+               kWriteLogFields},
 };
 
 bool IsTimeLimit(std::string_view text) {
   int seconds = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  return error == std::errc{} && end == text.data() + text.size() && seconds >= 1 && seconds <= kLongestTimeLimit;
+  return error == std::errc{} && end == text.data() + text.size() && seconds >= 1 &&
+         seconds <= kLongestTimeLimit;
 }
 
 }  // namespace
 
-std::span<const ActionKind> ActionKinds() { return kKinds; }
+std::span<const ActionKind> ActionKinds() {
+  return kKinds;
+}
 
 const ActionKind* FindActionKind(std::string_view id) {
   const auto* found = std::ranges::find(kKinds, id, &ActionKind::id);
@@ -60,7 +65,8 @@ std::optional<ActionProblem> CheckAction(const ActionRecord& action) {
   if (kind == nullptr) return std::nullopt;  // kept as it is
   for (const ActionField& field : kind->fields) {
     const auto found = action.settings.find(std::string(field.key));
-    const std::string_view value = found == action.settings.end() ? std::string_view{} : Trimmed(found->second);
+    const std::string_view value =
+        found == action.settings.end() ? std::string_view{} : Trimmed(found->second);
     if (field.required && value.empty()) return ActionProblem{field.key, "action.problem.missing"};
     if (field.type == FieldType::kSeconds && !IsTimeLimit(value)) {
       return ActionProblem{field.key, "action.problem.timeLimit"};

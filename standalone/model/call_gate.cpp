@@ -11,7 +11,9 @@ thread_local CallObserver* current_observer = nullptr;
 
 ObserveCalls::ObserveCalls(CallObserver& observer) : former_(std::exchange(current_observer, &observer)) {}
 
-ObserveCalls::~ObserveCalls() { current_observer = former_; }
+ObserveCalls::~ObserveCalls() {
+  current_observer = former_;
+}
 
 void Called(HostMember member) {
   if (current_observer != nullptr) current_observer->HostCalled(member.Name());

@@ -95,7 +95,8 @@ class LoaderObject final : public ObjectLoader {
   [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDataObjects() override {
     Called("ObjectLoader.LoadDataObjects");
     auto objects = std::make_shared<DataObjectsObject>();
-    for (const auto& record : state_.data_objects) objects->items.push_back(std::make_shared<DataObjectObject>(record));
+    for (const auto& record : state_.data_objects)
+      objects->items.push_back(std::make_shared<DataObjectObject>(record));
     return objects;
   }
   [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override {
@@ -245,7 +246,8 @@ void InstallHost(HostState& state) {
 }
 
 std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
-  return std::make_shared<TaskObject>(record, [&state](const std::string& tag) { return state.TagText(tag); });
+  return std::make_shared<TaskObject>(record,
+                                      [&state](const std::string& tag) { return state.TagText(tag); });
 }
 
 std::optional<int> TextNumber(std::string_view tag) {

@@ -47,12 +47,12 @@ struct HostState {
   std::map<int, bool> rights;  // a right not named here is held
   std::vector<DataObjectRecord> data_objects;
   std::string title = "Plovix";
-  std::string path;                             // the application's folder
-  std::string user_id, session_id;              // the current user's id, the session's own account id
+  std::string path;                 // the application's folder
+  std::string user_id, session_id;  // the current user's id, the session's own account id
   std::string decimal_separator = ".";
   bool language_tag_mode = false;
-  std::optional<bool> marker_file;              // overrides the marker file's presence
-  std::function<DateTime()> clock;              // local time; the machine's when empty
+  std::optional<bool> marker_file;  // overrides the marker file's presence
+  std::function<DateTime()> clock;  // local time; the machine's when empty
 
   [[nodiscard]] DateTime Now() const;
   // A tag without a text of its own is its own text.

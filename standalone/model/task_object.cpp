@@ -14,7 +14,8 @@ std::size_t ListPosition(std::int32_t index, std::size_t count) {
 
 class CategoryObject final : public Category {
  public:
-  CategoryObject(CategoryRecord record, TagTexts texts) : record_(std::move(record)), texts_(std::move(texts)) {}
+  CategoryObject(CategoryRecord record, TagTexts texts)
+      : record_(std::move(record)), texts_(std::move(texts)) {}
   [[nodiscard]] std::string Tag() override {
     Called("Category.Tag");
     return record_.tag;
@@ -82,7 +83,9 @@ std::shared_ptr<Category> CategoryListObject::Item(std::int32_t index) {
   return std::make_shared<CategoryObject>(records[ListPosition(index, records.size())], texts_);
 }
 
-TaskObject::TaskObject(const TaskRecord& record, TagTexts texts) : texts_(std::move(texts)) { Assign(record); }
+TaskObject::TaskObject(const TaskRecord& record, TagTexts texts) : texts_(std::move(texts)) {
+  Assign(record);
+}
 
 TaskRecord TaskObject::Record() const {
   TaskRecord record = fields_;

@@ -27,6 +27,8 @@ TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   return saved;
 }
 
-void MemoryStorage::Delete(std::int64_t id) { std::erase_if(tasks_, [id](const auto& task) { return task.id == id; }); }
+void MemoryStorage::Delete(std::int64_t id) {
+  std::erase_if(tasks_, [id](const auto& task) { return task.id == id; });
+}
 
 }  // namespace plovix

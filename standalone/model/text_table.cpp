@@ -57,6 +57,8 @@ std::string TextTable::Host(std::string_view key, const std::vector<std::string>
   return found == host_texts.end() ? BracketedText(key, parameters) : Filled(found->second, parameters);
 }
 
-void TextTable::Remove(int id) { removed_.insert(id); }
+void TextTable::Remove(int id) {
+  removed_.insert(id);
+}
 
 }  // namespace plovix

@@ -15,14 +15,15 @@ class TextTable {
   // A table in which every text is its number or key: "[27]", with parameters "[56:31]".
   [[nodiscard]] static TextTable Ids();
 
-  std::string code;            // "en"
-  std::string name;            // the language's name in itself
+  std::string code;  // "en"
+  std::string name;  // the language's name in itself
   bool right_to_left = false;
   std::map<int, std::string> page_texts;
   std::map<std::string, std::string, std::less<>> host_texts;
 
   // A page text with "{1}", "{2}" ... replaced by the parameters; nothing when the table lacks it.
-  [[nodiscard]] std::optional<std::string> Find(int id, const std::vector<std::string>& parameters = {}) const;
+  [[nodiscard]] std::optional<std::string> Find(int id,
+                                                const std::vector<std::string>& parameters = {}) const;
   // A text of the host's own; its key in brackets when the table lacks it.
   [[nodiscard]] std::string Host(std::string_view key, const std::vector<std::string>& parameters = {}) const;
   // Makes the table lack a page text from now on.

@@ -61,7 +61,9 @@ bool VeloActionList::MoveUp(std::size_t position) {
   return true;
 }
 
-bool VeloActionList::MoveDown(std::size_t position) { return position + 1 < rows_.size() && MoveUp(position + 1); }
+bool VeloActionList::MoveDown(std::size_t position) {
+  return position + 1 < rows_.size() && MoveUp(position + 1);
+}
 
 void VeloActionList::Edited() {
   touched_ = true;

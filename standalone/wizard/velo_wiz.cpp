@@ -138,7 +138,9 @@ void VeloWiz::EventEnds() {
   Changed();
 }
 
-void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) { Report(failure, procedure); }
+void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
+  Report(failure, procedure);
+}
 
 void VeloWiz::Refresh(bool can_continue) {
   current_.can_continue = can_continue;
