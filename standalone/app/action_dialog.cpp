@@ -121,6 +121,9 @@ void ActionDialog::AddField(const ActionField& info) {
   field.problem = new QLabel;
   field.problem->setTextFormat(Qt::PlainText);
   field.problem->setWordWrap(true);
+  QFont bold = field.problem->font();
+  bold.setBold(true);
+  field.problem->setFont(bold);
   field.problem->hide();
   column->addLayout(line);
   column->addWidget(field.problem);

@@ -26,6 +26,10 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
+// What is tried, in order. The last one always starts: a display that is named but cannot be reached is found
+// out by falling back.
+const char* const kPlatforms = "xcb;offscreen";
+const char* const kWaylandPlatforms = "wayland;xcb;offscreen";
 
 bool IsSet(const char* variable) {
   const char* value = std::getenv(variable);
@@ -49,10 +53,10 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
 }
 
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
-int RunScriptFile(const ProgramOptions& options, const std::optional<std::string>& database) {
+int RunScriptFile(const ProgramOptions& options) {
   std::unique_ptr<TaskStorage> storage;
-  if (database) {
-    storage = std::make_unique<SqliteStorage>(*database);
+  if (options.database) {
+    storage = std::make_unique<SqliteStorage>(*options.database);
   } else {
     storage = std::make_unique<MemoryStorage>();
   }
@@ -118,7 +122,16 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   return status;
 }
 
-int Run(int argc, char** argv, ProgramOptions options) {
+// What runs on a machine without a display: commands from standard input, on the user's own tasks.
+ProgramOptions WithoutDisplay(ProgramOptions options) {
+  std::cerr
+      << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
+  options.script = "-";
+  if (!options.database) options.database = DefaultDatabasePath();
+  return options;
+}
+
+int Run(int argc, char** argv, const ProgramOptions& options) {
   if (options.help) {
     std::cout << Usage();
     return 0;
@@ -134,18 +147,15 @@ int Run(int argc, char** argv, ProgramOptions options) {
               << *options.screenshots << '\n';
     return 0;
   }
-  if (!options.script && !HasDisplay()) {
-    std::cerr
-        << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
-    options.script = "-";
-    if (!options.database) options.database = DefaultDatabasePath();
+  if (!options.script && HasDisplay()) {
+    const bool chosen = IsSet("QT_QPA_PLATFORM");
+    if (!chosen) setenv("QT_QPA_PLATFORM", IsSet("WAYLAND_DISPLAY") ? kWaylandPlatforms : kPlatforms, 1);
+    Application application(argc, argv);
+    if (chosen || QGuiApplication::platformName() != "offscreen") return RunWindows(application, options);
+    return RunScriptFile(WithoutDisplay(options));
   }
-  if (options.script) {
-    const QCoreApplication application(argc, argv);  // the database driver needs one
-    return RunScriptFile(options, options.database);
-  }
-  Application application(argc, argv);
-  return RunWindows(application, options);
+  const QCoreApplication application(argc, argv);  // the database driver needs one
+  return RunScriptFile(options.script ? options : WithoutDisplay(options));
 }
 
 }  // namespace

@@ -39,7 +39,8 @@ class Answers {
   explicit Answers(std::vector<std::function<void(QWidget*)>> steps) : steps_(std::move(steps)) {
     QObject::connect(&timer_, &QTimer::timeout, [this] {
       QWidget* box = QApplication::activeModalWidget();
-      if (box == nullptr || !box->isActiveWindow() || box == last_ || dynamic_cast<WizardWindow*>(box) != nullptr || next_ >= steps_.size()) {
+      if (box == nullptr || !box->isActiveWindow() || box == last_ ||
+          dynamic_cast<WizardWindow*>(box) != nullptr || next_ >= steps_.size()) {
         return;
       }
       last_ = box;
@@ -79,7 +80,9 @@ class ProgramTest : public testing::Test {
     list_->show();
   }
   [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
-  [[nodiscard]] QPushButton* ListButton(const char* name) const { return list_->findChild<QPushButton*>(name); }
+  [[nodiscard]] QPushButton* ListButton(const char* name) const {
+    return list_->findChild<QPushButton*>(name);
+  }
   [[nodiscard]] WizardWindow* Wizard() const { return list_->OpenWizard(); }
   // A key to whatever has the focus in the wizard, as a person types it.
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
@@ -94,7 +97,8 @@ class ProgramTest : public testing::Test {
   [[nodiscard]] QStringList Names() const {
     QStringList names;
     const auto* table = list_->findChild<QTableView*>("tasks");
-    for (int row = 0; row < table->model()->rowCount(); ++row) names += table->model()->index(row, 0).data().toString();
+    for (int row = 0; row < table->model()->rowCount(); ++row)
+      names += table->model()->index(row, 0).data().toString();
     return names;
   }
   // What a second process prints for a script on the same file.
@@ -154,9 +158,10 @@ TEST_F(ProgramTest, ATaskIsCreatedByKeyboardAloneAndFoundByASecondProcess) {
   EXPECT_THAT(Names(), ElementsAre("Nightly \"import\""));
 
   const QByteArray seen = RunScriptProcess("task load 1\ntask\nsaved\n");
-  for (const char* part : {R"("RecordMode":0)", R"("Name":"Nightly \"import\"")", R"("ShortDescription":"short")",
-                           R"("Description":"Nightly \"import\"\nsecond line")", R"("Kind":"write-log")",
-                           R"("text":"done")", R"("file":"/tmp/plovix.log")", R"({"saved":[1]})"}) {
+  for (const char* part :
+       {R"("RecordMode":0)", R"("Name":"Nightly \"import\"")", R"("ShortDescription":"short")",
+        R"("Description":"Nightly \"import\"\nsecond line")", R"("Kind":"write-log")", R"("text":"done")",
+        R"("file":"/tmp/plovix.log")", R"({"saved":[1]})"}) {
     EXPECT_THAT(seen.toStdString(), HasSubstr(part));
   }
 }
@@ -170,16 +175,16 @@ TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask
   task.categories = {{"A", true}, {"B", false}};
   task.query = "SELECT 1";
   task.skip_row_selection = true;
-  task.actions = {{"run-sql", "x", 25, 8, {{"statement", "SELECT 1"}}}, {"unknown", "y", 16, 0, {{"k", "v"}}}};
+  task.actions = {{"run-sql", "x", 25, 8, {{"statement", "SELECT 1"}}},
+                  {"unknown", "y", 16, 0, {{"k", "v"}}}};
   const TaskRecord stored = storage_->Save(task, state_.Now());
   list_->Reload();
   OpenWizard("edit");
   Key(Qt::Key_Return);
   Type("New");
   {
-    const Answers answers({PressKey(Qt::Key_Escape), [](QWidget* box) {
-                             QTest::keyClick(box, Qt::Key_D, Qt::AltModifier);
-                           }});
+    const Answers answers(
+        {PressKey(Qt::Key_Escape), [](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
     Key(Qt::Key_Escape);  // asks; Esc in the question goes on editing
     ASSERT_NE(Wizard(), nullptr);
     Key(Qt::Key_Escape);
@@ -271,8 +276,11 @@ TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
 TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
   const std::vector<std::tuple<int, int, int, QMessageBox::Icon>> cases = {
       // value, answer to Enter, answer to Esc, icon
-      {48, 1, 1, QMessageBox::Warning},  {64, 1, 1, QMessageBox::Information}, {49, 1, 2, QMessageBox::Warning},
-      {33, 1, 2, QMessageBox::Question}, {36, 6, 7, QMessageBox::Question}};
+      {48, 1, 1, QMessageBox::Warning},
+      {64, 1, 1, QMessageBox::Information},
+      {49, 1, 2, QMessageBox::Warning},
+      {33, 1, 2, QMessageBox::Question},
+      {36, 6, 7, QMessageBox::Question}};
   for (const auto& [value, enter, escape, icon] : cases) {
     EXPECT_EQ(dialogs_.MakeMessageBox("<b>text", value, "title")->icon(), icon);
     const Answers answers({PressKey(Qt::Key_Return), PressKey(Qt::Key_Escape)});
@@ -285,13 +293,34 @@ TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
   EXPECT_EQ(dialogs_.Report(report), ReportAction::kLeave);
 }
 
+TEST(Program, ReadsCommandsWhereThereIsNoDisplayToReach) {
+  const QTemporaryDir home;
+  for (const char* display : {"", ":4077"}) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) environment.remove(name);
+    environment.insert("DISPLAY", display);
+    environment.insert("XDG_DATA_HOME", home.path());
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationDirPath() + "/plovix", QStringList());
+    process.write("saved\n");
+    process.closeWriteChannel();
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.readAllStandardOutput(), "{\"saved\":[]}\n") << display;
+    EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr("no display"));
+  }
+}
+
 TEST(Options, AreReadOrRefusedByName) {
   const ProgramOptions options = ParseOptions({"script", "-", "--database", "a b", "--language", "ids"});
   EXPECT_EQ(options.script, "-");
   EXPECT_EQ(options.database, "a b");
   EXPECT_EQ(options.language, "ids");
-  for (const std::vector<std::string>& wrong :
-       {std::vector<std::string>{"--nonsense"}, {"--database"}, {"script"}, {"--palette", "red"}, {"file.txt"}}) {
+  for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--nonsense"},
+                                                {"--database"},
+                                                {"script"},
+                                                {"--palette", "red"},
+                                                {"file.txt"}}) {
     EXPECT_THROW((void)ParseOptions(wrong), Failure) << wrong.front();
   }
 }
