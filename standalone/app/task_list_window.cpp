@@ -20,7 +20,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 150;
+constexpr int kCharactersWide = 180;
 constexpr int kWidestColumn = 40;  // characters
 constexpr int kLinesHigh = 30;
 

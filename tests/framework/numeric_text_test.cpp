@@ -5,8 +5,6 @@
 
 #include <limits>
 #include <sstream>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace plovix {
@@ -28,22 +26,17 @@ TEST(NumericText, Table) {
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"0", "0|.5|0.5|-0.5|0.05|5e-1|1e-400|-1e-2000000000|0e2000000000|0e-99999999999999999999"},
       {"1", "1|0.50000000000000001|0.95|.001e3|51e-2"},
-      {"7", "007"},
-      {"5", "+5|5."},
-      {"-5", "-5"},
-      {"12", "  12\t"},
-      {"3", "\r\n3|3.4999999999999999999|2.50000000000000000001"},
       {"2", "1.5|2.5|2.4999999999999999999999|25e-1|25E-1"},
-      {"-2", "-1.5|-2.5"},
+      {"3", "\r\n3|3.4999999999999999999|2.50000000000000000001"},
+      {"4", "35e-1|004|  4\t"},
+      {"5", "+5|5."},
+      {"-2", "-1.5|-2.5|-2"},
       {"-3", "-2.50000000000000000001"},
-      {"4", "35e-1"},
-      {"1000", "1e3|1e+3"},
-      {"10", "1e0000000000000000000001"},
-      {"2147483647", "2147483647|2147483647.4"},
+      {"1000", "1e3|1e+3|1e0000000000000000000003"},
       {"2147483646", "2147483646.5"},
+      {"2147483647", "2147483647|2147483647.4"},
       {"-2147483648", "-2147483648|-2147483648.5"},
-      {"overflow", "2147483647.5|2147483648|-2147483648.50001|-2147483649|9999999999|1e10"},
-      {"overflow", "1e308|-1e308|1.7976931348623157e308"},
+      {"overflow", "2147483647.5|2147483648|-2147483648.50001|-2147483649|1e10|1.7976931348623157e308"},
       {"not numeric", "1.7976931348623159e308|1e309|-1e309|1e2000000000|1e99999999999999999999"},
       {"not numeric", "|   |.|-|+.|e5|.e5|1e|1e+|1e1.5|--1|+-1|- 1|1-|1..2|1.000.000|1,000|1 000"},
       {"not numeric", "(5)|$5|5%|0x10|&H10|1d3|1f|inf|nan|infinity|one|\u0661|1\u00a0000|\u00a01"},
@@ -53,28 +46,19 @@ TEST(NumericText, Table) {
     for (std::string text; std::getline(each, text, '|');) EXPECT_EQ(Read(text), read) << '"' << text << '"';
   }
   EXPECT_EQ(Read(std::string_view("1\0", 2)), "not numeric");
-}
-
-TEST(NumericText, TheHostsSeparatorIsTheOnlyOne) {
+  // The host's separator is the only one.
   EXPECT_EQ(Read("1,5", ","), "2");
   EXPECT_EQ(Read("1.5", ","), "not numeric");  // never 15
   EXPECT_EQ(Read("1\u066b5", "\u066b"), "2");  // a separator of two bytes
   EXPECT_EQ(Read("1.5", ""), "not numeric");
-  EXPECT_EQ(Read("15", ""), "15");
 }
 
 TEST(NumericText, Value) {
-  const std::vector<std::pair<const char*, double>> rows = {
-      {"0.1", 0.1},
-      {"-2.5e-3", -0.0025},
-      {"123456789.125", 123456789.125},
-      {"5e-324", 5e-324},
-      {"2e-324", 0.0},
-      {"1e-400", 0.0},
-      {"1.7976931348623157e308", 1.7976931348623157e308}};
-  for (const auto& [text, value] : rows) EXPECT_EQ(NumericText::Parse(text)->Value(), value) << text;
-  EXPECT_TRUE(NumericText::Parse("0.3")->IsGreaterThan(0));
-  EXPECT_TRUE(NumericText::Parse("5e-324")->IsGreaterThan(0));
+  EXPECT_EQ(NumericText::Parse("-2.5e-3")->Value(), -0.0025);
+  EXPECT_EQ(NumericText::Parse("5e-324")->Value(), 5e-324);
+  EXPECT_EQ(NumericText::Parse("1.7976931348623157e308")->Value(), 1.7976931348623157e308);
+  EXPECT_EQ(NumericText::Parse("2e-324")->Value(), 0.0);
+  for (const char* text : {"0.3", "5e-324"}) EXPECT_TRUE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
   for (const char* text : {"0", "-1", "-0.3", "0e9", "1e-400"}) {
     EXPECT_FALSE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
   }
@@ -84,13 +68,10 @@ TEST(NumericText, Value) {
 TEST(NumericText, LongTexts) {
   const std::string zeros(1'000'000, '0');
   EXPECT_EQ(Read(zeros + "12"), "12");
-  EXPECT_EQ(Read("2.5" + zeros), "2");
   EXPECT_EQ(Read("2.5" + zeros + "1"), "3");
   EXPECT_EQ(Read("0." + zeros + "25e1000001"), "2");
   EXPECT_EQ(Read("25" + zeros + "e-1000001"), "2");
   EXPECT_EQ(Read("1" + zeros), "not numeric");
-  EXPECT_EQ(Read("1e" + zeros + "2"), "100");
-  EXPECT_EQ(Read(std::string(1'000'000, '9') + "e-999999"), "10");
   // Halfway between 1 and the next double: one digit far behind decides.
   const std::string half = "1.00000000000000011102230246251565404236316680908203125";
   EXPECT_EQ(NumericText::Parse(half + zeros)->Value(), 1.0);

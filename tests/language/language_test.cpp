@@ -22,7 +22,8 @@ using testing::IsEmpty;
 std::set<std::string> FoundInSources(const std::vector<std::string>& directories, const std::regex& pattern) {
   std::set<std::string> found;
   for (const std::string& directory : directories) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(PLOVIX_SOURCE_DIR "/" + directory)) {
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(PLOVIX_SOURCE_DIR "/" + directory)) {
       if (!entry.is_regular_file()) continue;
       std::ostringstream text;
       text << std::ifstream(entry.path()).rdbuf();
@@ -60,7 +61,8 @@ TEST(Languages, HoldEveryTextInUseAndNoOther) {
   const std::set<int> numbers = NumbersUsed();
   ASSERT_TRUE(numbers.contains(4) && numbers.contains(116) && numbers.contains(118) && numbers.contains(29));
   const auto keys = FoundInSources(
-      {"standalone"}, std::regex(R"re("((?:action|button|error|list|program|tag|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+      {"standalone"},
+      std::regex(R"re("((?:action|button|error|list|program|tag|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
   for (const auto& [code, json] : EmbeddedLanguages()) {
     const TextTable table = LoadLanguage(code);
     EXPECT_EQ(table.code, code);
@@ -126,7 +128,8 @@ TEST(Texts, FillParametersOnce) {
 
 TEST(Tags, AreReadWithoutRegardToCaseOrSemicolon) {
   const std::vector<std::pair<std::string, std::optional<int>>> cases = {
-      {"Lng=6;", 6}, {"lng=118;", 118}, {"Lng=116", 116}, {"", {}}, {"Lng=;", {}}, {"Lng=6x;", {}}, {"Tag=6;", {}}};
+      {"Lng=6;", 6}, {"lng=118;", 118}, {"Lng=116", 116}, {"", {}},
+      {"Lng=;", {}}, {"Lng=6x;", {}},   {"Tag=6;", {}}};
   for (const auto& [tag, number] : cases) EXPECT_EQ(TextNumber(tag), number) << tag;
 }
 

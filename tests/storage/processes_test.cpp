@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-#include <plovix/standalone/storage/connection.h>
-#include <plovix/standalone/storage/schema.h>
-
-#include <algorithm>
+// What several processes do to one file. The program's main is here: the tests start it once more as the
+// other process.
+#include <QCoreApplication>
+#include <QProcess>
+#include <iostream>
 #include <memory>
-#include <sstream>
 #include <thread>
 
 #include "storage_support.h"
@@ -12,102 +11,128 @@
 namespace plovix::test {
 namespace {
 
-struct Acknowledged {
-  std::int64_t version = 0;
-  std::string name;
+// This program once more: "save PATH PREFIX COUNT" or "lock PATH".
+class Process final : public QProcess {
+ public:
+  explicit Process(const QStringList& words) {
+    setProcessChannelMode(ForwardedErrorChannel);
+    start(QCoreApplication::applicationFilePath(), words);
+  }
+  // The next whole line; empty at the end.
+  [[nodiscard]] std::string Line() {
+    while (!canReadLine() && waitForReadyRead()) continue;
+    return canReadLine() ? readLine().toStdString() : std::string();
+  }
+  [[nodiscard]] bool Ends() { return waitForFinished() || state() == NotRunning; }
 };
 
-// What the killed programs were told to be stored is there, and nothing is there by half.
-void Check(const std::string& path, const std::map<std::int64_t, Acknowledged>& acknowledged) {
-  std::map<std::int64_t, TaskRecord> found;
-  for (TaskRecord& task : SqliteStorage(path).List()) {
-    EXPECT_TRUE(IsWhole(task)) << task.id << ' ' << task.name;
-    found.emplace(task.id, std::move(task));
+std::string Describe(const TaskRecord& task) {
+  return std::to_string(task.id) + ' ' + std::to_string(task.version) + ' ' + task.name + '\n';
+}
+
+// Saves `count` whole tasks, 0: for ever, every third one twice; describes each after it was saved.
+int SaveTasks(const std::string& path, const std::string& prefix, int count) {
+  SqliteStorage storage(path);
+  for (int i = 0; count == 0 || i < count; ++i) {
+    const std::string name = prefix + "-" + std::to_string(i);
+    const TaskRecord saved = storage.Save(WholeTask(name), kNow);
+    std::cout << Describe(saved) << std::flush;
+    if (i % 3 != 0) continue;
+    std::cout << Describe(storage.Save(WholeTask(name + "-changed", saved), kNow)) << std::flush;
   }
-  for (const auto& [id, told] : acknowledged) {
-    ASSERT_TRUE(found.contains(id)) << id;
-    // The last save may have arrived without being told any more.
-    EXPECT_GE(found[id].version, told.version) << id;
-    if (found[id].version == told.version) {
-      EXPECT_EQ(found[id].name, told.name);
-    }
-  }
-  EXPECT_EQ(OtherProgram(path).Run("PRAGMA integrity_check"), "ok");
-  EXPECT_FALSE(OtherProgram(path).Run("PRAGMA foreign_key_check").isValid());
+  return 0;
+}
+
+// Keeps everybody from writing until it is killed.
+int LockFile(const std::string& path) {
+  const Connection connection(path, kImpatient, Access::kReadWrite);
+  connection.Run("BEGIN IMMEDIATE");
+  std::cout << "locked" << std::endl;
+  return std::cin.get();
 }
 
 TEST(Processes, KilledWhileSavingLoseNothingAcknowledged) {
   constexpr int kRounds = 24;
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
-  std::map<std::int64_t, Acknowledged> acknowledged;
-  const auto note = [&acknowledged](const std::string& line) {
-    std::istringstream words(line);
-    std::int64_t id = 0;
-    Acknowledged told;
-    words >> id >> told.version >> told.name;
-    acknowledged[id] = told;
-  };
+  std::map<std::int64_t, std::string> acknowledged;  // the last line about each task
   for (int round = 0; round < kRounds; ++round) {
-    SavingProcess process(path, "round" + std::to_string(round), 0);
-    for (int line = 0; line <= round * 2; ++line) note(process.Line());
-    std::this_thread::sleep_for(std::chrono::microseconds(round * 37 % 500));
-    process.Kill();
-    for (std::string line = process.Line(); !line.empty(); line = process.Line()) note(line);
-    Check(path, acknowledged);
+    Process process({"save", QString::fromStdString(path), QStringLiteral("round%1").arg(round), "0"});
+    int lines = 0;
+    for (std::string line = process.Line(); !line.empty(); line = process.Line()) {
+      acknowledged[std::stoll(line)] = line;
+      if (++lines != round * 2 + 1) continue;
+      std::this_thread::sleep_for(std::chrono::microseconds(round * 37 % 500));
+      process.kill();
+    }
+    EXPECT_TRUE(process.Ends());
+    EXPECT_GT(lines, round * 2);
+    std::map<std::int64_t, TaskRecord> found;
+    for (const TaskRecord& task : SqliteStorage(path).List()) {
+      EXPECT_EQ(task, WholeTask(task.name, task)) << task.name;
+      found[task.id] = task;
+    }
+    for (const auto& [id, line] : acknowledged) {
+      // The last save may have arrived without being told any more.
+      if (found[id].version == 2 && line.starts_with(std::to_string(id) + " 1 ")) continue;
+      EXPECT_EQ(Describe(found[id]), line);
+    }
+    ExpectIntact(path);
   }
   EXPECT_GE(acknowledged.size(), static_cast<std::size_t>(kRounds * 8));
 }
 
 TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
-  constexpr int kSaves = 12;
+  constexpr std::size_t kSaves = 12;
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
-  std::vector<std::unique_ptr<SavingProcess>> processes;
+  std::vector<std::unique_ptr<Process>> processes;
   for (const char* prefix : {"a", "b", "c", "d"}) {
-    processes.push_back(std::make_unique<SavingProcess>(path, prefix, kSaves));
+    const QStringList words{"save", QString::fromStdString(path), prefix, QString::number(kSaves)};
+    processes.push_back(std::make_unique<Process>(words));
   }
+  SqliteStorage reader(path);
   for (const auto& process : processes) {
-    SqliteStorage reader(path);
     while (!process->Line().empty()) {
-      for (const TaskRecord& task : reader.List()) EXPECT_TRUE(IsWhole(task)) << task.name;
+      for (const TaskRecord& task : reader.List()) EXPECT_EQ(task, WholeTask(task.name, task));
     }
-    EXPECT_EQ(process->ExitCode(), 0);
+    EXPECT_TRUE(process->Ends());
+    EXPECT_EQ(process->exitCode(), 0);
   }
-  EXPECT_EQ(SqliteStorage(path).List().size(), processes.size() * kSaves);
-  Check(path, {});
+  EXPECT_EQ(reader.List().size(), processes.size() * kSaves);
+  ExpectIntact(path);
 }
 
-// Long enough for another process to start and come to where it must wait.
-constexpr std::chrono::milliseconds kStart{300};
-
-TEST(Processes, WaitForTheOneThatMakesTheTables) {
+TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
-  Connection connection(path, kImpatient, Access::kReadWrite);
-  std::vector<const char*> statements(MigrationSteps()[0].begin(), MigrationSteps()[0].end());
-  statements.push_back(
-      "WITH RECURSIVE N (I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N LIMIT 3000000) "
-      "SELECT count(*) FROM N");
-  const MigrationStep slow(statements);
-  SavingProcess process(path, "a", 1);
-  Migrate(connection, {&slow, 1});
-  EXPECT_EQ(process.ExitCode(), 0);
-}
-
-TEST(Processes, WaitForAReaderBeforeTheyBeginTheLog) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
-  SqliteStorage{path}.Save(WholeTask("a"), kNow);
-  OtherProgram other(path);
-  other.Run("PRAGMA journal_mode = DELETE");
-  other.Run("BEGIN");
-  other.Run("SELECT count(*) FROM VeloAutoTasks");
-  SavingProcess process(path, "b", 1);
-  std::this_thread::sleep_for(kStart);
-  other.Run("COMMIT");
-  EXPECT_EQ(process.ExitCode(), 0);
+  SqliteStorage storage(path, kImpatient);
+  const TaskRecord task = storage.Save(WholeTask("a"), kNow);
+  Process locker({"lock", QString::fromStdString(path)});
+  EXPECT_EQ(locker.Line(), "locked\n");
+  const std::function<void()> actions[] = {[&] { storage.Save(WholeTask("b", task), kNow); },
+                                           [&] { storage.Delete(task.id); }};
+  for (const auto& action : actions) {
+    const Failure failure = FailureOf(action);
+    EXPECT_EQ(failure.Number(), failure_number::kPermissionDenied);
+    EXPECT_NE(failure.Description().find(path + ": another program is using the file"), std::string::npos);
+  }
+  EXPECT_EQ(storage.List(), std::vector{task});
+  EXPECT_EQ(SqliteStorage(path, kImpatient).List(), std::vector{task});
+  locker.kill();
+  EXPECT_TRUE(locker.Ends());
+  EXPECT_EQ(storage.Save(task, kNow).version, 2);
 }
 
 }  // namespace
 }  // namespace plovix::test
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  const std::vector<std::string> words(argv, argv + argc);
+  using namespace plovix::test;
+  if (argc == 5 && words[1] == "save") return SaveTasks(words[2], words[3], std::stoi(words[4]));
+  if (argc == 3 && words[1] == "lock") return LockFile(words[2]);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,17 +1,16 @@
-// What the storage's tests share: a folder of their own, tasks to store, files as bytes, plain SQL on a
-// file, this program as another process, and a disk that fails.
+// What the storage's tests share: a folder of their own, tasks to store, and an expected failure.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <plovix/standalone/storage/connection.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
-#include <sys/types.h>
 
-#include <QSqlDatabase>
-#include <QString>
-#include <QVariant>
+#include <QTemporaryDir>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <map>
-#include <string>
-#include <vector>
+#include <sstream>
 
 namespace plovix::test {
 
@@ -21,66 +20,63 @@ inline constexpr std::chrono::milliseconds kImpatient{50};
 
 class TempFolder {
  public:
-  TempFolder();
-  ~TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  [[nodiscard]] std::string operator/(const std::string& name) const { return path_ / name; }
+  [[nodiscard]] std::string operator/(const std::string& name) const {
+    return folder_.filePath(QString::fromStdString(name)).toStdString();
+  }
   // The bytes of every file in it but the shared-memory files, by name.
-  [[nodiscard]] std::map<std::string, std::string> Bytes() const;
+  [[nodiscard]] std::map<std::string, std::string> Bytes() const {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path().toStdString())) {
+      const std::string name = entry.path().filename();
+      if (!entry.is_regular_file() || name.ends_with("-shm")) continue;
+      std::ostringstream bytes;
+      bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+      files[name] = bytes.str();
+    }
+    return files;
+  }
 
  private:
-  std::filesystem::path path_;
+  QTemporaryDir folder_;
 };
 
-void WriteFile(const std::string& path, const std::string& bytes);
+// What another program does to the file.
+inline void RunSql(const std::string& path, const std::string& sql) {
+  Connection(path, kImpatient, Access::kReadWrite).Run(sql);
+}
 
-// A connection of a program other than the storage.
-class OtherProgram {
- public:
-  explicit OtherProgram(const std::string& path);
-  ~OtherProgram();
-  OtherProgram(const OtherProgram&) = delete;
-  OtherProgram& operator=(const OtherProgram&) = delete;
-  // Runs the statement, which must succeed; gives back the first column of the first row.
-  QVariant Run(const QString& sql);
+inline void ExpectIntact(const std::string& path) {
+  const Connection connection(path, kImpatient, Access::kReadWrite);
+  EXPECT_EQ(connection.Value("PRAGMA integrity_check"), "ok");
+  EXPECT_FALSE(connection.Value("PRAGMA foreign_key_check").isValid());
+}
 
- private:
-  QSqlDatabase database_;
-};
+// A task whose every text and action follows from its name, so that half a task shows. It replaces the
+// stored task `former`.
+inline TaskRecord WholeTask(const std::string& name, const TaskRecord& former = {}) {
+  const std::size_t hash = std::hash<std::string>{}(name);
+  TaskRecord task;
+  task.id = former.id;
+  task.version = former.version;
+  task.modified = former.modified;
+  task.name = name;
+  for (std::size_t i = 0; i < hash % 400; ++i) task.description += name + "/";
+  task.categories = {{name, hash % 2 == 0}};
+  for (std::size_t i = 0; i < hash % 7; ++i) {
+    task.actions.push_back({"runProgram", name, 1, 2, {{"path", task.description}}});
+  }
+  return task;
+}
 
-// A task whose every text and action follows from its name, so that half a task shows.
-[[nodiscard]] TaskRecord WholeTask(const std::string& name);
-[[nodiscard]] bool IsWhole(const TaskRecord& task);
-
-// This program once more, saving whole tasks into `path`: `count` times, 0 for ever. It says
-// "ID VERSION NAME" on a line after each save.
-class SavingProcess {
- public:
-  SavingProcess(const std::string& path, const std::string& prefix, int count);
-  ~SavingProcess();
-  SavingProcess(const SavingProcess&) = delete;
-  SavingProcess& operator=(const SavingProcess&) = delete;
-  // The next whole line; empty at the end.
-  [[nodiscard]] std::string Line();
-  void Kill() const;
-  [[nodiscard]] int ExitCode();
-
- private:
-  pid_t pid_ = -1;
-  FILE* output_ = nullptr;
-};
-int RunSavingProcess(const std::string& path, const std::string& prefix, int count);
-
-// While it lives, the disk fails with `error` at this process's write or sync call number `first`, and
-// at all later ones when `for_ever`.
-class DiskFault {
- public:
-  DiskFault(int error, int first, bool for_ever);
-  ~DiskFault();
-  DiskFault(const DiskFault&) = delete;
-  DiskFault& operator=(const DiskFault&) = delete;
-  [[nodiscard]] bool Happened() const;
-};
+// Runs `action`, which must fail; gives back the failure.
+inline Failure FailureOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return failure;
+  }
+  ADD_FAILURE() << "nothing failed";
+  return {0, ""};
+}
 
 }  // namespace plovix::test

@@ -1,6 +1,9 @@
-// Failing host calls and the tasks to try them on: shared by the fault sweeps of the pages and the wizard.
+// Failing host calls, the tasks to try them on, and states as values that compare: for the fault sweeps of
+// the pages and the wizard and the contract of the pages.
 #pragma once
 
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,8 +14,8 @@ namespace plovix::testing_support {
 enum class Times { kOnce, kTwice, kForEver };
 inline constexpr int kRetriesWhileItLasts = 3;
 
-// Fails the n-th call (counted from 1): only that one, also the next call of the same member (which is
-// its repetition, when the statement is retried), or every call from it on.
+// Writes down the host's members that are called and fails the n-th call (counted from 1): only that one,
+// also the next call of the same member (its repetition, when retried), or every call from it on.
 class Injector final : public CallObserver {
  public:
   Injector() = default;  // fails nothing
@@ -38,10 +41,18 @@ class Injector final : public CallObserver {
   ObserveCalls observe_{*this};
 };
 
+// Gives every report this answer; a retry of what fails for ever is given up at last.
+inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
+  const bool ends = answer == 0 && times == Times::kForEver;
+  dialogs.on_report = [=, retries = 0](const FailureReport&) mutable {
+    return ends && ++retries > kRetriesWhileItLasts ? 2 : answer;
+  };
+}
+
 struct State {
   const char* name;
   std::int16_t mode;
-  int actions, categories;
+  std::size_t actions, categories;
   bool tags, application_tags, importing, automation, data_object, typed;
 };
 inline constexpr State kStates[] = {
@@ -55,20 +66,14 @@ inline constexpr State kStates[] = {
 };
 
 inline TaskRecord RecordOf(const State& state) {
-  TaskRecord task;
-  task.record_mode = state.mode;
+  TaskRecord task = state.mode == 0 ? TaskRecord{} : CompleteTask(state.mode);
   task.uses_language_tags = state.tags;
-  if (state.mode != 0) {
-    task.name = task.name_tag = "Name";
-    task.description = task.description_tag = "Description";
-  }
-  if (state.data_object) {
-    task.data_object_name = "Customer";
-    task.data_object_caption = "Customers";
-  }
+  task.name_tag = task.name;
+  task.description_tag = task.description;
+  if (!state.data_object) task.data_object_name = task.data_object_caption = "";
   task.allow_automation_manager = state.automation;
-  for (int i = 0; i < state.actions; ++i) task.actions.push_back(LogAction("line"));
-  for (int i = 0; i < state.categories; ++i) task.categories.push_back({"category", true});
+  task.actions.assign(state.actions, LogAction("line"));
+  task.categories.assign(state.categories, {"category", true});
   return task;
 }
 
@@ -80,6 +85,67 @@ inline Entries EntriesOf(const State& state) {
     entries[store_key::kDataObject] = ObjectRef(std::make_shared<DataObjectObject>(record));
   }
   return entries;
+}
+
+// Changes whatever a user can change on the page.
+inline void EnterSomething(Bench& bench) {
+  for (std::size_t i = 0; i < bench.Controls().Count(); ++i) {
+    Control& control = bench.Controls().At(i);
+    bench.user.Type(control, "3");
+    bench.user.Toggle(control);
+    bench.user.Choose(control);
+    bench.user.Pick(control, 0);
+    bench.user.Set(control, DateTime{std::chrono::hours{1}});
+    if (control.GetKind() == Kind::kHostSlot) bench.ActionRows().Append(LogAction("entered"));
+  }
+}
+
+struct Snapshot {
+  TaskRecord task;
+  Entries store;  // an object counts as there or not there: which one it is differs from run to run
+  std::map<std::string, std::string> page;
+  std::vector<ActionRecord> rows;
+  bool operator==(const Snapshot&) const = default;
+};
+
+inline std::string Shown(Control& control) {
+  std::ostringstream text;
+  text << control.Caption() << '|' << control.Enabled() << control.Visible() << control.HasFocus() << '|';
+  if (auto* box = dynamic_cast<TextBox*>(&control)) {
+    text << box->Text() << '|' << box->SelectionStart() << '+' << box->SelectionLength();
+  }
+  if (auto* check = dynamic_cast<CheckBox*>(&control)) text << check->Value();
+  if (auto* option = dynamic_cast<OptionButton*>(&control)) text << option->Selected();
+  if (auto* label = dynamic_cast<Label*>(&control)) text << label->Link();
+  if (auto* picker = dynamic_cast<DateTimePicker*>(&control))
+    text << picker->Value().time_since_epoch().count();
+  if (auto* combo = dynamic_cast<ComboBox*>(&control)) {
+    text << combo->Text() << '|' << combo->Index();
+    for (int i = 0; i < combo->Count(); ++i) text << '|' << combo->ItemText(i) << '/' << combo->ItemData(i);
+  }
+  return text.str();
+}
+
+inline Snapshot TaskAndStore(const Bench& bench) {
+  Snapshot all{bench.task->Record(), bench.store->values, {}, {}};
+  for (auto& [key, value] : all.store) {
+    if (const auto* object = std::get_if<ObjectRef>(&value)) value = *object != nullptr;
+  }
+  return all;
+}
+
+inline Snapshot Everything(const Bench& bench) {
+  Snapshot all = TaskAndStore(bench);
+  for (std::size_t i = 0; i < bench.Controls().Count(); ++i) {
+    Control& control = bench.Controls().At(i);
+    all.page[std::string(control.Name())] = Shown(control);
+    if (control.GetKind() == Kind::kHostSlot) all.rows = bench.ActionRows().Rows();
+  }
+  const auto& pushes = bench.host->pushes;
+  all.page["pushed"] = pushes.empty() ? "nothing" : std::to_string(pushes.back());
+  all.page["moves"] = std::to_string(bench.host->moves);
+  all.page["pointer"] = std::to_string(static_cast<int>(bench.Controls().MousePointer()));
+  return all;
 }
 
 }  // namespace plovix::testing_support

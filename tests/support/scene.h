@@ -62,17 +62,6 @@ class RecordingHost final : public WizardHost {
   int moves = 0;
 };
 
-// Writes down the members that the pages call.
-class CallLog final : public CallObserver {
- public:
-  void HostCalled(std::string_view member) override { members.emplace_back(member); }
-  [[nodiscard]] auto Count(std::string_view member) const { return std::ranges::count(members, member); }
-  std::vector<std::string> members;
-
- private:
-  ObserveCalls observe_{*this};
-};
-
 inline std::shared_ptr<HostControl> MakeHostControl(std::string_view registered_name) {
   if (registered_name != "VeloDesignerCtrl.VeloActionList") return nullptr;
   return std::make_shared<VeloActionList>();
@@ -137,8 +126,8 @@ class Bench final : public UserListener {
 
   void EventBegins() override {}
   void EventEnds() override {}
-  void EventFailed(const Failure& failure, std::string_view procedure) override {
-    escaped.emplace_back(failure, procedure);
+  void EventFailed(const Failure& failure, std::string_view /*procedure*/) override {
+    escaped.push_back(failure);
   }
 
   std::shared_ptr<TaskObject> task;
@@ -146,13 +135,24 @@ class Bench final : public UserListener {
   std::shared_ptr<RecordingHost> host = std::make_shared<RecordingHost>();
   std::shared_ptr<WizardPage> page;
   User user{*this};
-  std::vector<std::pair<Failure, std::string>> escaped;
+  std::vector<Failure> escaped;
 };
 
 inline ActionRecord LogAction(const std::string& text) {
   ActionRecord action = NewAction(*FindActionKind("write-log"));
   action.settings["text"] = text;
   return action;
+}
+
+inline TaskRecord CompleteTask(std::int16_t mode = 0) {
+  TaskRecord task;
+  task.record_mode = mode;
+  task.name = "Name";
+  task.description = "Description";
+  task.data_object_name = "Customer";
+  task.data_object_caption = "Customers";
+  task.actions = {LogAction("one")};
+  return task;
 }
 
 }  // namespace plovix::testing_support

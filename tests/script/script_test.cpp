@@ -1,0 +1,272 @@
+// Scripts that play the user, on texts that are their numbers: the words of the language, wrong lines,
+// the parts of the scene, and whole roads through the wizard's pages.
+#include <gtest/gtest.h>
+#include <plovix/host/services.h>
+#include <plovix/standalone/script/script_runner.h>
+#include <plovix/standalone/script/words.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <vector>
+
+namespace plovix {
+namespace {
+
+using Json = nlohmann::json;
+
+struct Ran {
+  int status;
+  std::vector<Json> printed;
+  std::string messages;
+};
+
+Ran Play(const std::string& script, TaskStorage& storage, bool interactive = false) {
+  std::istringstream in(script);
+  std::ostringstream out, err;
+  Ran ran{RunScript(in, out, err, {&storage, TextTable::Ids(), interactive, "test.txt"}), {}, {}};
+  std::istringstream lines(out.str());
+  for (std::string line; std::getline(lines, line);) ran.printed.push_back(Json::parse(line));
+  ran.messages = err.str();
+  return ran;
+}
+
+// Whether `given` is `wanted`; of an object only the wanted members count.
+bool Matches(const Json& wanted, const Json& given) {
+  if (wanted.is_array() && given.is_array()) return std::ranges::equal(wanted, given, Matches);
+  if (!wanted.is_object() || !given.is_object()) return wanted == given;
+  return std::ranges::all_of(wanted.items(), [&](const auto& item) {
+    return given.contains(item.key()) && Matches(item.value(), given[item.key()]);
+  });
+}
+
+struct Case {
+  const char* name;
+  std::string script;
+  std::vector<std::string> wanted;  // for each printed line, what must be in it
+};
+
+void Check(const std::vector<Case>& cases) {
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    MemoryStorage storage;
+    const Ran ran = Play(each.script, storage);
+    EXPECT_EQ(ran.status, 0) << ran.messages;
+    ASSERT_EQ(ran.printed.size(), each.wanted.size());
+    for (std::size_t i = 0; i < each.wanted.size(); ++i) {
+      EXPECT_TRUE(Matches(Json::parse(each.wanted[i]), ran.printed[i]))
+          << "wanted " << each.wanted[i] << "\ngiven  " << ran.printed[i].dump();
+    }
+  }
+}
+
+TEST(ScriptLanguage, SplitsLinesIntoWords) {
+  const std::vector<std::pair<std::string, script::Words>> cases = {
+      {" \t \r", {}},
+      {"# next", {}},
+      {"type txtName A\r", {"type", "txtName", "A"}},
+      {"a  b#c", {"a", "b"}},
+      {R"(a "" "x # y" "\"\\\n\t" # z)", {"a", "", "x # y", "\"\\\n\t"}},
+      {"\"é\" à", {"é", "à"}},
+  };
+  for (const auto& [line, words] : cases) EXPECT_EQ(script::SplitLine(line), words) << line;
+}
+
+TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"a \"b\\", "a double quote is not closed"},
+      {"a \"\\x\"", "unknown escape \\x"},
+      {"a \"b\"c", "double quotes must hold a whole word"},
+      {"task fly", "unknown command \"task fly\""},
+      {"type txtName", "wanted: type CONTROL TEXT"},
+      {"task set Nam x", "a task has no member \"Nam\""},
+      {"task set RecordMode 32768", "the number 32768 is out of range"},
+      {"task set BaseDate 2026-02-29T10:00:00", "\"2026-02-29T10:00:00\" is not a date and time such as "},
+      {"task load 7", "no task is stored under the id 7"},
+      {"task action A 16 8 write-log text=x", "the setting file of write-log is missing or unfit"},
+      {"fail AutoTask.Fly", "the host has no member \"AutoTask.Fly\""},
+      {"fail AutoTask.Name 0", "calls are counted from 1"},
+      {"open Plovix.Fly", "there is no page \"Plovix.Fly\""},
+      {"click lblTitle", "no page is open"},
+      {"open Plovix.Details\ntype txtNam x", "the page Plovix.Details has no control txtNam"},
+      {"open Plovix.Details\ntype cboDataObject x", "no type on cboDataObject, a ComboBox"},
+  };
+  MemoryStorage storage;
+  for (const auto& [lines, problem] : cases) {
+    const Ran ran = Play("show\n\n" + lines + "\nshow\n", storage);
+    EXPECT_EQ(ran.status, 2) << lines;
+    EXPECT_EQ(ran.printed.size(), 1U) << lines;
+    const std::string place = lines.find('\n') == std::string::npos ? "3" : "4";
+    EXPECT_TRUE(ran.messages.starts_with("test.txt:" + place + ": " + problem)) << ran.messages;
+  }
+  const Ran ran = Play("fly\nshow\nhelp\n", storage, true);
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_EQ(ran.printed.size(), 1U);
+  EXPECT_TRUE(
+      ran.messages.starts_with("plovix> test.txt:1: unknown command \"fly\"\nplovix> plovix> task new"));
+}
+
+TEST(ScriptLanguage, SetsAndPrintsEveryMember) {
+  Json wanted = Json::parse(R"({"RecordMode": -2, "ProcessingMode": 3, "BaseDate": "2026-01-05T08:00:00",
+      "Recurrence": null, "IsExisting": false,
+      "Actions": [{"Name": "First", "Kind": "", "RecordModes": 17, "Capabilities": 8, "Settings": {}},
+                  {"Name": "Second", "Kind": "write-log", "RecordModes": 16, "Capabilities": 8,
+                   "Settings": {"text": "a=b", "file": "f"}}],
+      "Categories": [{"Tag": "NameTag's", "Text": "LocalizedName's", "Public": true},
+                     {"Tag": "two", "Text": "two", "Public": false}]})");
+  std::string set;
+  for (const std::string member :
+       {"Name", "ShortDescription", "Description", "NameTag", "ShortDescriptionTag", "DescriptionTag",
+        "LocalizedName", "LocalizedShortDescription", "LocalizedDescription", "DataObjectName",
+        "DataObjectCaption", "Query", "Owner"}) {
+    set += "task set " + member + " " + member + "'s\n";
+    wanted[member] = member + "'s";
+  }
+  for (const std::string member : {"UsesLanguageTags", "AllowAutomationManager", "SkipRowSelection",
+                                   "ProcessAllRecords", "ProcessFailedRecords"}) {
+    set += "task set " + member + " on\n";
+    wanted[member] = true;
+  }
+  set +=
+      "task set RecordMode -2\ntask set ProcessingMode 3\ntask set BaseDate 2026-01-05T08:00:00\n"
+      "task set Recurrence nothing\ntask category NameTag's\ntask category two private\n"
+      "task action First 17 8\ntask action Second 16 8 write-log text=a=b file=f\n";
+  const std::string empty =
+      R"({"Name": "", "Actions": [], "Categories": [], "BaseDate": "1899-12-30T00:00:00"})";
+  Check({
+      {"before open", set + "task\ntask new\ntask", {wanted.dump(), empty}},
+      {"after open", "open\n" + set + "task\ntask new\ntask", {wanted.dump(), empty}},
+      {"the store",
+       "store set Importing on\nstore set N -5\nstore set T \"a b\"\nstore set O nothing\nstore\nopen\nstore",
+       {R"({"Importing": true, "N": -5, "T": "a b", "O": null})",
+        R"({"AutoTask": {"kind": "AutoTask", "number": 1}})"}},
+      {"no text", "task set Name \"\xFF\"\ntask", {"{\"Name\": \"\xEF\xBF\xBD\"}"}},
+  });
+}
+
+// A task that has a name, as far as Details.
+const std::string kNamed = "task set Name N\ntask set Description D\n";
+const std::string kOnDetails = kNamed + "open Plovix.Details\n";
+
+TEST(ScriptWizard, CreatesATask) {
+  Check({{"the whole road",
+          "host now 2026-02-27T10:15:00\nopen\nshow\nchoose optNoData\nnext\ntype txtName Nightly\n"
+          "leave txtName\ntype txtShortDescription S\nshow\nnext\nshow\nfinish\nmessages\nreports\nshow\n"
+          "saved\ntask\ntask new\nshow\ntask load 1\nopen\ncancel\nshow\nsaved\n",
+          {R"({"page": "Plovix.AutoTaskType", "title": "[4]", "description": "[5]", "canContinue": true,
+               "refreshes": 1, "next": "Plovix.Details", "focus": "optNoData", "pointer": 0,
+               "buttons": {"back": false, "next": true, "finish": false, "cancel": true},
+               "controls": {"lblSingleRecord": {"kind": "Label", "caption": "[116]", "link": false},
+               "optNoData": {"kind": "OptionButton", "selected": true}}})",
+           R"({"page": "Plovix.Details", "next": "Plovix.Actions", "focus": "txtShortDescription",
+               "controls": {"chkAutoMan": {"kind": "CheckBox", "value": 0}, "lblCategory": {"link": true},
+               "txtName": {"text": "Nightly", "selection": [0, 0]}, "txtDescription": {"text": "Nightly"},
+               "cboDataObject": {"text": "", "index": -1, "items": [], "itemData": []}}})",
+           R"({"page": "Plovix.Actions", "next": "",
+               "buttons": {"back": true, "next": false, "finish": true, "cancel": true},
+               "controls": {"VeloActionList": {"kind": "HostSlot", "items": []}}})",
+           R"({"messages": []})", R"({"reports": []})", R"({"page": null, "outcome": "finished"})",
+           R"({"saved": [1]})",
+           R"({"IsExisting": true, "Name": "Nightly", "ShortDescription": "S", "Description": "Nightly"})",
+           R"({"page": null})", R"({"page": null, "outcome": "cancelled"})", R"({"saved": [1]})"}}});
+  MemoryStorage storage;
+  EXPECT_EQ(Play("host now 2026-02-27T10:15:00\n" + kOnDetails + "next\nfinish\n", storage).status, 0);
+  EXPECT_EQ(storage.Load(1)->modified, DateTime{std::chrono::seconds{1'772'187'300}});
+  // A script that ends early saves nothing; nothing of a run stays installed.
+  EXPECT_EQ(Play(kOnDetails + "next\n", storage).status, 0);
+  EXPECT_EQ(storage.List().size(), 1U);
+  EXPECT_THROW(static_cast<void>(Services()), Failure);
+}
+
+std::string Says(const std::string& text, int buttons, int answer) {
+  return R"({"messages": [{"title": "Plovix", "text": ")" + text + R"(", "buttons": )" +
+         std::to_string(buttons) + R"(, "answer": )" + std::to_string(answer) + "}]}";
+}
+
+TEST(ScriptWizard, SpeaksOfThePages) {
+  const std::string with_action = "task action A 25 8\nopen\nchoose optQueryResults\n";
+  const std::string tags =
+      "task set UsesLanguageTags on\ntask set NameTag tag1\ntask set LocalizedName One\n"
+      "task set DescriptionTag d\n";
+  const std::string plain =
+      R"({"controls": {"cmdNameLangTag": {"visible": false}, "txtName": {"enabled": true}}})";
+  const std::string tagged =
+      R"({"controls": {"cmdNameLangTag": {"visible": true}, "txtName": {"enabled": false}}})";
+  Check({
+      {"OK empties the actions",
+       with_action + "next\nmessages\ntask\nshow",
+       {Says("[117]", 33, 1), R"({"RecordMode": 2, "Actions": []})", R"({"page": "Plovix.Details"})"}},
+      {"Cancel keeps them",
+       with_action + "answer cancel\nnext\nmessages\ntask\nshow",
+       {Says("[117]", 33, 2), R"({"RecordMode": 0, "Actions": [{"Name": "A"}]})",
+        R"({"page": "Plovix.AutoTaskType"})"}},
+      {"every way to leave it",
+       "open\nleave-page 0\nleave-page 1\nleave-page 2\nleave-page 3\nleave-page 4\nback\nfinish",
+       {R"({"direction": 0, "answer": true})", R"({"answer": true})", R"({"direction": 2, "answer": false})",
+        R"({"answer": true})", R"({"direction": 4, "answer": false})", R"({"refused": "back"})",
+        R"({"refused": "finish"})"}},
+      {"name missing, then data object",
+       "open Plovix.Details\ntype txtName \" \"\nnext\nmessages\nshow\ntype txtName A\nleave txtName\n"
+       "task set RecordMode 1\nnext\nmessages\nmessages",
+       {Says("[27]", 64, 1), R"({"page": "Plovix.Details"})", Says("[29]", 48, 1), R"({"messages": []})"}},
+      {"next follows the scene",
+       kOnDetails + "toggle chkAutoMan\nshow\ntask set RecordMode 2\nshow",
+       {R"({"next": "Plovix.RecurrenceTime"})", R"({"next": "Plovix.Records"})"}},
+      {"importing ends here",
+       "store set Importing on\n" + kOnDetails + "show\nnext\nfinish\nshow\nsaved",
+       {R"({"next": "", "buttons": {"next": false, "finish": true}})", R"({"refused": "next"})",
+        R"({"outcome": "finished"})", R"({"saved": [1]})"}},
+      {"tag mode", "host tagmode on\nopen Plovix.Details\nshow", {tagged}},
+      {"marker file", "host tagmode on\nhost marker on\nopen Plovix.Details\nshow", {plain}},
+      {"tags in use beat it", "host marker on\n" + tags + "open Plovix.Details\nshow", {tagged}},
+      {"the tag editor",
+       tags + "task set Name old\nopen Plovix.Details\ntype txtName x\ndialog edittag tag2\n"
+              "press cmdNameLangTag\nshow\npress cmdNameLangTag\nnext\ntask",
+       {R"({"refused": "type txtName"})", R"({"controls": {"txtName": {"text": "tag2"}}})",
+        R"({"NameTag": "tag2", "LocalizedName": "tag2", "Name": "old"})"}},
+      {"a missing text and right",
+       "host missing 20\nhost right 112 off\nopen Plovix.Details\nshow",
+       {R"({"controls": {"lblName": {"caption": "Name"}, "lblCategory": {"link": false}}})"}},
+      {"hidden, disabled, no wizard",
+       kOnDetails + "press cmdNameLangTag\ntoggle chkPersonalTask\ncancel\nnext",
+       {R"({"refused": "press cmdNameLangTag"})", R"({"refused": "toggle chkPersonalTask"})",
+        R"({"refused": "next"})"}},
+  });
+}
+
+TEST(ScriptWizard, ReportsPlannedFailures) {
+  const std::string fails = kOnDetails + "type txtName A\nfail AutoTask.SetName\n";
+  const auto reported = [](int answer) {
+    return R"({"reports": [{"number": 5, "description": "Planned failure of AutoTask.SetName",
+               "module": "Plovix", "page": "Details", "procedure": "SaveValues", "answer": )" +
+           std::to_string(answer) + "}]}";
+  };
+  Check({
+      {"retry",
+       fails + "report retry\nnext\nreports\nreports\ntask\nshow",
+       {reported(0), R"({"reports": []})", R"({"Name": "A"})", R"({"page": "Plovix.Actions"})"}},
+      {"continue",
+       fails + "report continue\nnext\nreports\ntask\nshow",
+       {reported(1), R"({"Name": "N", "Description": "D"})", R"({"page": "Plovix.Actions"})"}},
+      {"leave when nothing is said",
+       fails + "next\nreports\nshow",
+       {reported(2), R"({"page": "Plovix.Details"})"}},
+      {"any other number leaves",
+       fails + "report 7\nleave-page 0\nreports",
+       {R"({"answer": false})", reported(7)}},
+      {"the n-th call, once",
+       "fail AutoTask.SetName 2\n" + kOnDetails + "leave-page 0\nleave-page 0\nleave-page 0\nreports",
+       {R"({"answer": true})", R"({"answer": false})", R"({"answer": true})", reported(2)}},
+      {"an event without a handler",
+       "open\nfail WizardHost.MoveNext\ndblclick lblNoData\nreports\nshow",
+       {R"({"reports": [{"procedure": "lblNoData_DblClick", "line": 0}]})",
+        R"({"page": "Plovix.AutoTaskType"})"}},
+      {"looking does not count",
+       kNamed + "fail AutoTask.RecordMode\ntask\nshow\nopen\nreports",
+       {R"({"Name": "N"})", R"({"page": null})",
+        R"({"reports": [{"page": "AutoTaskType", "procedure": "IWizardPage_Initialize", "answer": 2}]})"}},
+  });
+}
+
+}  // namespace
+}  // namespace plovix

@@ -1,0 +1,386 @@
+// The Qt surface: what a user does to the widgets of each kind raises the events of that kind, once; what
+// a page does shows, and does not come back as the user's doing. And where widgets stand, where the focus
+// goes, who is told, and what is announced.
+#include <gtest/gtest.h>
+#include <plovix/designs/design.h>
+#include <plovix/surfaces/qt/form_widget.h>
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTest>
+#include <QTimeEdit>
+#include <QVBoxLayout>
+
+namespace plovix::qt {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kEveryKind = MakeDesign(
+    "EveryKind",
+    {
+        {"slot", Kind::kHostSlot, "Some.List"},
+        {"cmd", Kind::kCommandButton, "..."},
+        {"memo", Kind::kTextBox, "", "", "", Style::kMultiLine},
+        {"chkInside", Kind::kCheckBox, "R&D", "", "fra"},
+        {"fra", Kind::kFrame, "Settings"},
+        {"tim", Kind::kDateTimePicker, "", "", "", Style::kTime},
+        {"dtp", Kind::kDateTimePicker},
+        {"chk", Kind::kCheckBox, "Weekdays only"},
+        {"txtDay", Kind::kTextBox},
+        {"lst", Kind::kComboBox},
+        {"optB", Kind::kOptionButton, "the"},
+        {"optA", Kind::kOptionButton, "No data"},
+        {"cbo", Kind::kComboBox, "", "", "", Style::kEditable},
+        {"txt", Kind::kTextBox},
+        {"lblTitle", Kind::kLabel, "Every <b>kind</b> & more", "", "", Style::kHeading},
+        {"lblName", Kind::kLabel, "&Name"},
+        {"lblCategory", Kind::kLabel, "Category"},
+        {"lblHelp", Kind::kLabel, "For tasks without records."},
+        {"lblMonths", Kind::kLabel, "month(s)."},
+        {"lblLink", Kind::kLabel, "Edit the permissions"},
+    },
+    {"lblTitle", "lblName txt cmd", "lblCategory cbo", "optA", "lblHelp", "optB lst txtDay lblMonths", "chk",
+     "dtp tim", "fra", "chkInside", "memo", "lblLink", "slot"});
+
+struct EmbeddedControl final : HostControl {};
+
+// A page with a control of every kind, its widgets in a window, and a record of every event it raises.
+class PageTest : public testing::Test, private UserListener {
+ protected:
+  PageTest() {
+    for (std::size_t i = 0; i < form->Count(); ++i) {
+      Control& control = form->At(i);
+      for (std::size_t e = 0; e < kEventCount; ++e) {
+        const auto event = static_cast<Event>(e);
+        const std::string name = std::string(control.Name()) + "_" + std::string(EventName(event));
+        control.On(event, [this, name] { events.push_back(name); });
+      }
+    }
+    Get<HostSlot>("slot").Embed(std::make_shared<EmbeddedControl>());
+    for (const char* entry : {"first", "second", "third"}) Get<ComboBox>("lst").AddItem(entry);
+    Get<ComboBox>("cbo").AddItem("first");
+    Get<Label>("lblLink").SetLink(true);
+  }
+
+  // Draws the form and gives its window the activation.
+  void Open() {
+    page = new FormWidget(form, user, [](HostControl&, QWidget* parent) { return new QLineEdit(parent); });
+    (new QVBoxLayout(&window))->addWidget(page);
+    window.resize(700, 700);
+    Activate(window);
+    events.clear();
+    verbs = 0;
+  }
+
+  template <class Type>
+  [[nodiscard]] Type& Get(std::string_view name) const {
+    return dynamic_cast<Type&>(form->Get(name));
+  }
+  template <class Type = QWidget>
+  [[nodiscard]] Type* At(std::string_view name) const {
+    return dynamic_cast<Type*>(page->WidgetOf(name));
+  }
+  void Press(std::string_view name, Qt::Key key) const { QTest::keyClick(At(name), key); }
+  void Click(std::string_view name) const { QTest::mouseClick(At(name), Qt::LeftButton, {}, QPoint(8, 8)); }
+  void DoubleClick(std::string_view name) const {
+    Click(name);
+    QTest::mouseDClick(At(name), Qt::LeftButton, {}, QPoint(8, 8));
+    QTest::mouseRelease(At(name), Qt::LeftButton, {}, QPoint(8, 8));
+  }
+  [[nodiscard]] QRect Place(std::string_view name) const {
+    return {At(name)->mapTo(page, QPoint(0, 0)), At(name)->size()};
+  }
+  // What it is, what is done, and the events that it raises.
+  using Act = std::tuple<const char*, std::function<void()>, std::vector<std::string>>;
+  void Expect(const std::vector<Act>& acts) {
+    for (const auto& [what, act, raised] : acts) {
+      events.clear();
+      act();
+      if (!with_lost_focus)
+        std::erase_if(events, [](const auto& event) { return event.ends_with("_LostFocus"); });
+      EXPECT_EQ(events, raised) << what;
+    }
+  }
+  static void Activate(QWidget& widget) {
+    widget.show();
+    widget.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&widget));
+  }
+  [[nodiscard]] static std::string Focused() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget == nullptr ? "" : widget->objectName().toStdString();
+  }
+
+  std::shared_ptr<Form> form = std::make_shared<Form>(kEveryKind.View());
+  User user{*this};
+  std::vector<std::string> events;
+  int verbs = 0;                 // that came through the user's door
+  bool with_lost_focus = false;  // it has rules of its own, and a test of its own
+  QWidget window;
+  FormWidget* page = nullptr;  // the window's
+
+ private:
+  void EventFailed(const Failure& failure, std::string_view procedure) override {
+    ADD_FAILURE() << procedure << ": " << failure.Description();
+  }
+  void EventBegins() override { ++verbs; }
+  void EventEnds() override {}
+};
+
+constexpr DateTime kMorning = std::chrono::local_days{2026y / 1 / 31} + 8h + 30min + 15s;
+
+TEST_F(PageTest, UserInputRaisesTheEventsOfItsKindOnce) {
+  Open();
+  Get<DateTimePicker>("dtp").SetValue(kMorning);
+  Get<DateTimePicker>("tim").SetValue(kMorning);
+  auto* list = At<QComboBox>("lst");
+  Expect({
+      {"typing", [&] { QTest::keyClicks(At("txt"), "ab"); }, {"txt_Change", "txt_Change"}},
+      {"typing lines", [&] { QTest::keyClick(At("memo"), Qt::Key_Return); }, {"memo_Change"}},
+      {"check", [&] { Click("chk"); }, {"chk_Click"}},
+      {"check by key", [&] { Press("chk", Qt::Key_Space); }, {"chk_Click"}},
+      {"option", [&] { Click("optA"); }, {"optA_Click"}},
+      {"the same again", [&] { Click("optA"); }, {}},
+      {"arrow", [&] { Press("optA", Qt::Key_Down); }, {"optB_Click"}},
+      {"option twice", [&] { DoubleClick("optA"); }, {"optA_Click", "optA_DblClick"}},
+      {"button", [&] { Press("cmd", Qt::Key_Space); }, {"cmd_Click"}},
+      {"label twice", [&] { DoubleClick("lblHelp"); }, {"lblHelp_Click", "lblHelp_DblClick"}},
+      {"link by key", [&] { Press("lblLink", Qt::Key_Space); }, {"lblLink_Click"}},
+      {"next entry", [&] { Press("lst", Qt::Key_Down); }, {"lst_Click"}},
+      {"opening", [&] { list->showPopup(); }, {"lst_DropDown"}},
+      {"same entry", [&] { QTest::keyClick(list->view(), Qt::Key_Return); }, {"lst_Click"}},
+      {"typing an entry's text", [&] { QTest::keyClicks(At("cbo"), "first"); }, {}},
+      {"leaving it", [&] { Click("txt"); }, {}},
+      {"date", [&] { Press("dtp", Qt::Key_Down); }, {"dtp_Change"}},
+      {"time", [&] { Press("tim", Qt::Key_Up); }, {"tim_Change"}},
+  });
+  EXPECT_EQ(Get<TextBox>("txt").Text() + Get<TextBox>("memo").Text(), "ab\n");
+  EXPECT_TRUE(Get<OptionButton>("optA").Selected() && !Get<CheckBox>("chk").Checked());
+  EXPECT_EQ(Get<ComboBox>("cbo").Text(), "first");
+  EXPECT_EQ(Get<ComboBox>("cbo").Index(), -1);
+  // Each changed its own part and kept the other.
+  const auto moved = Get<DateTimePicker>("dtp").Value() - kMorning;
+  EXPECT_TRUE(moved != 0s && moved % 24h == 0s);
+  EXPECT_EQ(Get<DateTimePicker>("tim").Value() - kMorning, 1h);
+}
+
+TEST_F(PageTest, PageWritesShowAndDoNotComeBack) {
+  Open();
+  Expect({
+      {"text", [&] { Get<TextBox>("txt").SetText("one\ntwo"); }, {"txt_Change"}},
+      {"lines", [&] { Get<TextBox>("memo").SetText("one\r\ntwo"); }, {"memo_Change"}},
+      {"check", [&] { Get<CheckBox>("chk").SetValue(1); }, {"chk_Click"}},
+      {"option", [&] { Get<OptionButton>("optB").Select(); }, {"optB_Click"}},
+      {"sibling", [&] { Get<OptionButton>("optA").Select(); }, {"optA_Click"}},
+      {"entry", [&] { Get<ComboBox>("lst").Select(2); }, {"lst_Click"}},
+      {"longer list", [&] { Get<ComboBox>("lst").AddItem("new"); }, {}},
+      {"free text", [&] { Get<ComboBox>("cbo").SetText("other"); }, {}},
+      {"date", [&] { Get<DateTimePicker>("dtp").SetValue(kMorning); }, {"dtp_Change"}},
+      {"time", [&] { Get<DateTimePicker>("tim").SetValue(kMorning); }, {"tim_Change"}},
+      {"focus", [&] { Get<CheckBox>("chk").SetFocus(); }, {}},
+      {"hiding what has it", [&] { Get<CheckBox>("chk").SetVisible(false); }, {}},
+      {"frame", [&] { Get<Frame>("fra").SetEnabled(false); }, {}},
+  });
+  EXPECT_EQ(verbs, 0);
+  EXPECT_EQ(At<QLineEdit>("txt")->text(), "one\ntwo");
+  EXPECT_EQ(At<QPlainTextEdit>("memo")->toPlainText(), "one\ntwo");
+  EXPECT_TRUE(At<QCheckBox>("chk")->isChecked() && !At("chk")->isVisible());
+  EXPECT_TRUE(At<QRadioButton>("optA")->isChecked() && !At<QRadioButton>("optB")->isChecked());
+  EXPECT_EQ(At<QComboBox>("lst")->currentIndex(), 2);
+  EXPECT_EQ(At<QComboBox>("cbo")->currentText(), "other");
+  EXPECT_EQ(At<QDateEdit>("dtp")->date(), QDate(2026, 1, 31));
+  EXPECT_EQ(At<QTimeEdit>("tim")->time(), QTime(8, 30, 15));
+  EXPECT_FALSE(At("chkInside")->isEnabled());
+}
+
+TEST_F(PageTest, ARefusedUserSeesTheControlAsItIs) {
+  Open();
+  Get<CheckBox>("chk").SetEnabled(false);
+  Get<ComboBox>("lst").Select(1);
+  // A handler that fails the entry: the page takes it back.
+  Get<ComboBox>("lst").On(Event::kClick, [&] { Get<ComboBox>("lst").Select(1); });
+  Expect({{"disabled", [&] { Click("chk"); }, {}}, {"taken back", [&] { Press("lst", Qt::Key_Down); }, {}}});
+  EXPECT_FALSE(At<QCheckBox>("chk")->isChecked());
+  EXPECT_EQ(At<QComboBox>("lst")->currentIndex(), 1);
+}
+
+TEST_F(PageTest, TextIsNotRewrittenAndSelectionCountsCharacters) {
+  Open();
+  Get<TextBox>("txt").SetText("line\nbreak");
+  Get<TextBox>("memo").SetText("one\r\ntwo");
+  for (const char* name : {"txt", "memo", "chk"}) Click(name);
+  EXPECT_EQ(Get<TextBox>("txt").Text() + Get<TextBox>("memo").Text(), "line\nbreakone\r\ntwo");
+  for (const char* name : {"txt", "memo"}) {
+    Get<TextBox>(name).SetText("a\U0001F600b\u20AC");
+    Get<TextBox>(name).SelectText(1, 2);
+  }
+  auto* line = At<QLineEdit>("txt");
+  EXPECT_EQ(line->selectedText(), QString::fromUtf8("\U0001F600b"));
+  EXPECT_EQ(At<QPlainTextEdit>("memo")->textCursor().selectedText(), QString::fromUtf8("\U0001F600b"));
+  QTest::keyClicks(line, "xy");
+  EXPECT_EQ(Get<TextBox>("txt").Text(), "axy\u20AC");
+  EXPECT_EQ(line->cursorPosition(), 3);
+}
+
+// A user's act may take the page away while its widgets are still at work.
+TEST_F(PageTest, AnActMayReplaceThePage) {
+  const std::vector<std::tuple<const char*, Event, std::function<void()>>> cases{
+      {"lblHelp", Event::kDblClick, [&] { DoubleClick("lblHelp"); }},
+      {"optA", Event::kDblClick, [&] { DoubleClick("optA"); }},
+      {"txt", Event::kChange, [&] { Press("txt", Qt::Key_A); }},
+      {"lst", Event::kDropDown, [&] { At<QComboBox>("lst")->showPopup(); }},
+      {"txt", Event::kLostFocus, [&] { Press("txt", Qt::Key_Tab); }},
+  };
+  for (const auto& [name, event, act] : cases) {
+    page = new FormWidget(form, user, {}, &window);
+    page->resize(600, 600);
+    page->show();
+    Activate(window);
+    const QPointer<FormWidget> shown(page);
+    const std::weak_ptr<Form> dropped(form);
+    form->Get(name).On(event, [&] {
+      page->hide();
+      page->deleteLater();
+      form = std::make_shared<Form>(kEveryKind.View());
+    });
+    form->Get(name).SetFocus();
+    act();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(shown) << name;
+    EXPECT_TRUE(dropped.expired()) << name;
+  }
+}
+
+TEST_F(PageTest, TheWaitPointerEndsWithThePage) {
+  form->SetMousePointer(Pointer::kWait);
+  Open();
+  ASSERT_NE(QApplication::overrideCursor(), nullptr);
+  delete page;
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  form->Get("txt").SetCaption("nobody listens");
+}
+
+TEST_F(PageTest, TabFollowsTheReadingOrder) {
+  Get<OptionButton>("optB").Select();
+  Open();
+  page->FocusFirst();
+  std::vector<std::string> order{Focused()};
+  for (int i = 0; i < 12; ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    order.push_back(Focused());
+  }
+  // The group is one stop, at the selected button.
+  EXPECT_EQ(order, (std::vector<std::string>{"txt", "cmd", "cbo", "optB", "lst", "txtDay", "chk", "dtp",
+                                             "tim", "chkInside", "memo", "lblLink", "slot"}));
+}
+
+TEST_F(PageTest, ALeftFieldIsToldOnlyWhenTheUserWent) {
+  Open();
+  QWidget other;
+  QPushButton next;
+  window.layout()->addWidget(&next);
+  QObject::connect(&next, &QPushButton::clicked, &next, [this] { events.push_back("next"); });
+  Get<TextBox>("txt").SetFocus();
+  with_lost_focus = true;
+  Expect({
+      {"Tab", [&] { Press("txt", Qt::Key_Tab); }, {"txt_LostFocus"}},
+      {"mouse", [&] { Click("txt"); }, {"cmd_LostFocus"}},
+      {"finishing it", [&] { page->FinishField(); }, {"txt_LostFocus"}},
+      {"a label", [&] { Click("lblHelp"); }, {"lblHelp_Click"}},
+      {"another window", [&] { Activate(other); }, {}},
+      {"back again", [&] { Activate(window); }, {}},
+      {"the page moves it", [&] { Get<ComboBox>("lst").SetFocus(); }, {}},
+      {"a popup", [&] { At<QComboBox>("lst")->showPopup(); }, {"lst_DropDown"}},
+      {"its end", [&] { At<QComboBox>("lst")->hidePopup(); }, {}},
+      {"a button outside", [&] { QTest::mouseClick(&next, Qt::LeftButton); }, {"lst_LostFocus", "next"}},
+      {"back to the page", [&] { Click("memo"); }, {}},
+      {"the page goes away", [&] { page->hide(); }, {}},
+  });
+}
+
+TEST_F(PageTest, FirstFocusKeepsToThePageAndSelectsNothing) {
+  for (const char* name : {"txt", "cmd", "cbo"}) form->Get(name).SetEnabled(false);
+  Open();
+  page->FocusFirst();
+  EXPECT_EQ(Focused(), "optA");
+  Get<TextBox>("memo").SetFocus();
+  page->FocusFirst();
+  EXPECT_EQ(Focused(), "memo");
+  EXPECT_EQ(events, std::vector<std::string>{});
+}
+
+TEST_F(PageTest, EnterBelongsToWhatUsesIt) {
+  Open();
+  std::string takers;
+  for (const std::string name : {"txt", "memo", "cmd", "chk", "lst", "lblLink", "slot", "dtp"}) {
+    At(name)->setFocus();
+    if (page->FocusTakesEnter()) takers += name + " ";
+  }
+  EXPECT_EQ(takers, "memo cmd lblLink slot ");
+}
+
+// Its own name, or that of the label in front of it.
+QString Announced(QWidget* widget) {
+  QAccessibleInterface* access = QAccessible::queryAccessibleInterface(widget);
+  for (const auto& [label, relation] : access->relations(QAccessible::Label)) {
+    if (qobject_cast<QLabel*>(label->object()) != nullptr) return label->text(QAccessible::Name);
+  }
+  return access->text(QAccessible::Name);
+}
+
+TEST_F(PageTest, EverythingIsAnnounced) {
+  Get<ComboBox>("lst").Select(1);
+  Open();
+  QStringList names;
+  for (const char* name : {"txt", "cmd", "optA", "lst", "txtDay", "dtp", "chkInside", "lblLink", "fra"}) {
+    names += Announced(At(name));
+  }
+  EXPECT_EQ(names.join("|").toStdString(),
+            "Name|Name ...|No data|the … … month(s).|the … … month(s).|Every <b>kind</b> & more|R&D|"
+            "Edit the permissions|Settings");
+  for (QWidget* widget : page->findChildren<QWidget*>()) {
+    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget == At("slot")) continue;
+    EXPECT_FALSE(Announced(widget).isEmpty()) << widget->metaObject()->className();
+  }
+  EXPECT_EQ(At("optA")->accessibleDescription(), "For tasks without records.");
+  QAccessibleInterface* link = QAccessible::queryAccessibleInterface(At("lblLink"));
+  EXPECT_EQ(link->role(), QAccessible::Link);
+  link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(events, std::vector<std::string>{"lblLink_Click"});
+}
+
+TEST_F(PageTest, LinesBecomeRowsThatWrapAndScrollOnlyDown) {
+  Open();
+  EXPECT_EQ(Place("txt").left(), Place("cbo").left());
+  EXPECT_GT(Place("txt").left(), Place("lblCategory").right());
+  EXPECT_LT(Place("txtDay").width(), Place("txt").width() / 2);
+  EXPECT_EQ(At("chkInside")->parentWidget(), At("fra"));
+  window.setLayoutDirection(Qt::RightToLeft);
+  QTest::qWait(0);
+  EXPECT_GT(Place("lblName").left(), Place("txt").right());
+  window.setLayoutDirection(Qt::LeftToRight);
+  QTest::qWait(0);
+  page->setFixedWidth(Place("lblMonths").right());
+  page->setFixedHeight(page->minimumSizeHint().height());
+  QTest::qWait(0);
+  EXPECT_GT(Place("lblMonths").top(), Place("txtDay").bottom());
+  EXPECT_EQ(page->findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0);
+  EXPECT_FALSE(page->rect().contains(Place("memo")));
+  Get<TextBox>("memo").SetFocus();
+  EXPECT_TRUE(page->rect().contains(Place("memo")));
+}
+
+}  // namespace
+}  // namespace plovix::qt
