@@ -73,11 +73,29 @@ void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) 
 
 void ActionDialog::BuildButtons() {
   auto* buttons = new QDialogButtonBox;
-  buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole)->setDefault(true);
-  buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  layout()->addWidget(buttons);  // first: only a dialog's child can become its default button
+  ok_ = buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
+  cancel_ = buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  cancel_->setAutoDefault(false);  // Enter in a field means OK, wherever the focus has been
+  ok_->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &ActionDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &ActionDialog::reject);
-  layout()->addWidget(buttons);
+  ChainTabStops();
+}
+
+// Fields made anew would otherwise come behind the buttons.
+void ActionDialog::ChainTabStops() {
+  QWidget* last = name_;
+  const auto chain = [&last](QWidget* next) {
+    setTabOrder(last, next);
+    last = next;
+  };
+  for (const Field& field : fields_) {
+    chain(field.Editor());
+    if (field.browse != nullptr) chain(field.browse);
+  }
+  chain(ok_);
+  chain(cancel_);
 }
 
 // What was typed for the former kind is kept, in case the user comes back to it.
@@ -88,6 +106,7 @@ void ActionDialog::ChooseKind(const ActionKind& kind) {
   const auto draft = drafts_.find(std::string(kind.id));
   action_ = draft != drafts_.end() ? draft->second : NewAction(kind);
   BuildFields();
+  ChainTabStops();
 }
 
 void ActionDialog::BuildFields() {
@@ -117,7 +136,8 @@ void ActionDialog::AddField(const ActionField& info) {
     field.line = new QLineEdit(value);
   }
   line->addWidget(field.Editor());
-  if (info.type == FieldType::kFile || info.type == FieldType::kFolder) AddBrowseButton(field, line);
+  if (info.type == FieldType::kFile || info.type == FieldType::kFolder)
+    field.browse = AddBrowseButton(field, line);
   field.problem = new QLabel;
   field.problem->setTextFormat(Qt::PlainText);
   field.problem->setWordWrap(true);
@@ -134,13 +154,14 @@ void ActionDialog::AddField(const ActionField& info) {
   fields_.push_back(field);
 }
 
-void ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
+QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
   auto* browse = new QPushButton(Text("action.edit.browse"));
   browse->setAutoDefault(false);
   browse->setAccessibleName(
       ToQt(texts_.Host("action.edit.browseFor", {FromQt(WithoutMnemonic(Text(field.info->caption)))})));
   connect(browse, &QPushButton::clicked, this, [this, field] { Browse(field); });
   line->addWidget(browse);
+  return browse;
 }
 
 // A file may be one that does not exist yet: the path is only taken, nothing is opened.
@@ -177,10 +198,12 @@ void ActionDialog::ShowProblem(const ActionProblem& problem) {
     field.Editor()->setFocus();
     if (field.line != nullptr) field.line->selectAll();
   }
+  layout()->activate();
+  resize(size().expandedTo(QSize(width(), layout()->totalHeightForWidth(width()))));
 }
 
 void ActionDialog::reject() {
-  if (Action() != initial_ && !WantsToDiscard(texts_, FromQt(windowTitle()), this)) return;
+  if (Action() != initial_ && !IsSure(texts_, FromQt(windowTitle()), DiscardQuestion(texts_), this)) return;
   QDialog::reject();
 }
 

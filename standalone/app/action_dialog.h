@@ -14,6 +14,7 @@ class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace plovix::app {
 
@@ -34,6 +35,7 @@ class ActionDialog final : public QDialog {
     const ActionField* info = nullptr;
     QLineEdit* line = nullptr;  // one of the two
     QPlainTextEdit* text = nullptr;
+    QPushButton* browse = nullptr;  // for paths
     QLabel* problem = nullptr;
     [[nodiscard]] QString Value() const;
     [[nodiscard]] QWidget* Editor() const;
@@ -44,7 +46,8 @@ class ActionDialog final : public QDialog {
   void ChooseKind(const ActionKind& kind);
   void BuildFields();
   void AddField(const ActionField& info);
-  void AddBrowseButton(const Field& field, QLayout* line);
+  QPushButton* AddBrowseButton(const Field& field, QLayout* line);
+  void ChainTabStops();
   void Browse(const Field& field);
   void ShowProblem(const ActionProblem& problem);
   [[nodiscard]] QString Text(std::string_view key) const;
@@ -55,6 +58,7 @@ class ActionDialog final : public QDialog {
   QFormLayout* form_ = nullptr;
   QLineEdit* name_ = nullptr;
   QWidget* field_area_ = nullptr;
+  QPushButton *ok_ = nullptr, *cancel_ = nullptr;
   std::vector<Field> fields_;
 };
 

@@ -62,6 +62,7 @@ bool ActionListWidget::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto* key = static_cast<QKeyEvent*>(event);
   const bool alt = key->modifiers().testFlag(Qt::AltModifier);
+  if (key->modifiers().testFlag(Qt::ControlModifier)) return false;  // Ctrl+Enter is the window's
   void (ActionListWidget::*action)() = nullptr;
   switch (key->key()) {
     case Qt::Key_Up:
@@ -75,7 +76,7 @@ bool ActionListWidget::eventFilter(QObject* watched, QEvent* event) {
       break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      action = rows_->currentRow() >= 0 ? &ActionListWidget::Edit : nullptr;
+      action = rows_->currentRow() >= 0 ? &ActionListWidget::Edit : &ActionListWidget::Add;
       break;
     default:
       break;

@@ -2,6 +2,7 @@
 
 #include <plovix/host/host_application.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -56,7 +57,9 @@ void AddButtons(QMessageBox& box, const TextTable& texts, const std::vector<Butt
 
 int Ask(QMessageBox& box) {
   box.exec();
-  return box.clickedButton()->property("answer").toInt();
+  // No button when the program is being closed: that is no consent.
+  const QAbstractButton* clicked = box.clickedButton() != nullptr ? box.clickedButton() : box.escapeButton();
+  return clicked->property("answer").toInt();
 }
 
 std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
@@ -120,18 +123,23 @@ void Tell(const TextTable& texts, const std::string& title, const std::string& t
   box->exec();
 }
 
-std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title,
-                                            QWidget* parent) {
-  auto box = NewBox(QMessageBox::Question, title, texts.Host("wizard.discard"), parent);
+std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts, const std::string& title,
+                                                 const WarningQuestion& question, QWidget* parent) {
+  auto box = NewBox(QMessageBox::Question, title, question.text, parent);
   AddButtons(*box, texts,
-             {{message_box::kYes, "wizard.discardYes", QMessageBox::DestructiveRole},
-              {message_box::kNo, "wizard.discardNo", QMessageBox::RejectRole}});
+             {{message_box::kYes, question.yes, QMessageBox::DestructiveRole},
+              {message_box::kNo, question.no, QMessageBox::RejectRole}});
   box->setDefaultButton(qobject_cast<QPushButton*>(box->escapeButton()));
   return box;
 }
 
-bool WantsToDiscard(const TextTable& texts, const std::string& title, QWidget* parent) {
-  return Ask(*MakeDiscardBox(texts, title, parent)) == message_box::kYes;
+bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
+            QWidget* parent) {
+  return Ask(*MakeWarningQuestion(texts, title, question, parent)) == message_box::kYes;
+}
+
+WarningQuestion DiscardQuestion(const TextTable& texts) {
+  return {texts.Host("wizard.discard"), "wizard.discardYes", "wizard.discardNo"};
 }
 
 }  // namespace plovix::app

@@ -32,9 +32,19 @@ class QtDialogs final : public HostDialogs {
 // Tells something that only needs an OK.
 void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent);
 
-// The question before entered things are thrown away; Esc keeps them.
-[[nodiscard]] std::unique_ptr<QMessageBox> MakeDiscardBox(const TextTable& texts, const std::string& title,
-                                                          QWidget* parent);
-[[nodiscard]] bool WantsToDiscard(const TextTable& texts, const std::string& title, QWidget* parent);
+// A question whose Yes takes something away: Enter and Esc both mean No.
+struct WarningQuestion {
+  std::string text;
+  const char* yes;  // keys of host texts
+  const char* no;
+};
+[[nodiscard]] std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts,
+                                                               const std::string& title,
+                                                               const WarningQuestion& question,
+                                                               QWidget* parent);
+[[nodiscard]] bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
+                          QWidget* parent);
+// Asked before entered things are thrown away.
+[[nodiscard]] WarningQuestion DiscardQuestion(const TextTable& texts);
 
 }  // namespace plovix::app

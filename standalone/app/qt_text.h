@@ -1,7 +1,9 @@
-// Texts between the host (UTF-8) and Qt.
+// Small helpers of the windows: texts between the host (UTF-8) and Qt, sizes.
 #pragma once
 
+#include <QScreen>
 #include <QString>
+#include <QWidget>
 #include <string>
 #include <string_view>
 
@@ -12,6 +14,11 @@ namespace plovix::app {
 }
 [[nodiscard]] inline std::string FromQt(const QString& text) {
   return text.toStdString();
+}
+
+// The size wanted for a window, as far as its screen has room for it.
+[[nodiscard]] inline QSize OnScreen(QSize wanted, const QWidget& window) {
+  return wanted.boundedTo(window.screen()->availableSize());
 }
 
 }  // namespace plovix::app

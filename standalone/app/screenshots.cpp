@@ -108,7 +108,9 @@ class Session {
     Save(*dialogs_.MakeMessageBox(text(kNameMissingText), message_box::kOkInformation, state_.title),
          "MessageBoxInformation");
     Save(*dialogs_.MakeReportBox({6, "Overflow", "Plovix", "Details", "SaveValues", 170}), "ErrorReport");
-    Save(*MakeDiscardBox(state_.texts, state_.title, nullptr), "DiscardQuestion");
+    Save(
+        *MakeWarningQuestion(state_.texts, state_.title, plovix::app::DiscardQuestion(state_.texts), nullptr),
+        "DiscardQuestion");
   }
 
   QDir folder_;

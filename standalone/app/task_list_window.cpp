@@ -14,6 +14,7 @@
 #include <QStackedLayout>
 #include <QTableView>
 
+#include "qt_dialogs.h"
 #include "qt_text.h"
 #include "wizard_window.h"
 
@@ -34,12 +35,15 @@ TaskListWindow::TaskListWindow(AppParts parts)
   BuildTable();
   BuildButtons();
   const QFontMetrics metrics(qt::PageFont());
-  resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
+  resize(OnScreen({metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh}, *this));
   const auto shortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
   shortcut(QKeySequence::New, &TaskListWindow::New);
-  shortcut(QKeySequence::Find, [this] { filter_->setFocus(); });
+  shortcut(QKeySequence::Find, [this] {
+    filter_->setFocus();
+    filter_->selectAll();
+  });
   shortcut(QKeySequence::Refresh, [this] { Reload(); });
   Reload();
   table_->setFocus();
@@ -154,7 +158,7 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
 void TaskListWindow::FitColumns() {
   table_->resizeColumnsToContents();
   const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
-  for (int column = 0; column < TaskTableModel::kColumnCount; ++column) {
+  for (int column = 0; column + 1 < TaskTableModel::kColumnCount; ++column) {
     table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
   }
 }
@@ -162,6 +166,8 @@ void TaskListWindow::FitColumns() {
 void TaskListWindow::SelectTask(std::int64_t id) {
   const int row = model_->RowOf(id);
   if (row < 0) return;
+  // A task that has just been saved must be seen, also where the filter would hide it.
+  if (!shown_->mapFromSource(model_->index(row, 0)).isValid()) filter_->clear();
   const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
   table_->selectRow(index.row());
   table_->scrollTo(index);
@@ -231,11 +237,9 @@ void TaskListWindow::Duplicate() {
 void TaskListWindow::Delete() {
   const auto task = Selected();
   if (!task) return;
-  const std::string question = parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)});
-  if (parts_.state.dialogs->MessageBox(question, message_box::kYesNoQuestion, parts_.state.title) !=
-      message_box::kYes) {
-    return;
-  }
+  const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
+                                 "button.no"};
+  if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
   const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();
   if (!Guarded([&] { parts_.storage.Delete(task->id); })) return;
   Reload();

@@ -48,7 +48,7 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
   layout->addWidget(NewRule());
   BuildButtons();
   const QFontMetrics metrics(qt::PageFont());
-  resize(metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh);
+  resize(OnScreen({metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh}, *this));
   wizard_.SetView(this);
 }
 
@@ -114,15 +114,19 @@ void WizardWindow::keyPressEvent(QKeyEvent* event) {
     QDialog::keyPressEvent(event);
     return;
   }
-  if (auto* button = qobject_cast<QPushButton*>(focusWidget())) {
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (button != nullptr && !event->modifiers().testFlag(Qt::ControlModifier)) {
     button->click();
-  } else if (page_ == nullptr || !page_->FocusTakesEnter()) {
+  } else if (event->modifiers().testFlag(Qt::ControlModifier) || page_ == nullptr ||
+             !page_->FocusTakesEnter()) {
     (next_->isEnabled() ? next_ : finish_)->click();
   }
 }
 
 void WizardWindow::reject() {
-  if (wizard_.HasChanges() && !WantsToDiscard(parts_.state.texts, FromQt(windowTitle()), this)) return;
+  if (wizard_.HasChanges() &&
+      !IsSure(parts_.state.texts, FromQt(windowTitle()), DiscardQuestion(parts_.state.texts), this))
+    return;
   wizard_.Cancel();
 }
 

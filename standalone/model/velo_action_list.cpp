@@ -12,11 +12,13 @@ void VeloActionList::Load(const std::shared_ptr<ActionList>& actions) {
   const auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
   if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   rows_ = own->records;
+  loaded_ = true;
   if (changed_) changed_();
 }
 
 std::shared_ptr<ActionList> VeloActionList::Actions() {
   Called("VeloActionList.Actions");
+  if (!loaded_) throw Failure(failure_number::kObjectNotSet, "The actions of the task were not loaded");
   return std::make_shared<ActionListObject>(rows_);
 }
 

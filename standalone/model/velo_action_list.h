@@ -15,6 +15,7 @@ namespace plovix {
 class VeloActionList final : public ActionListControl {
  public:
   void Load(const std::shared_ptr<ActionList>& actions) override;
+  // Fails with 91 as long as no list was loaded: what could not be read must not be saved as empty.
   [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
   void OnContextRequest(ContextRequest handler) override;
   [[nodiscard]] bool Touched() const override { return touched_; }
@@ -39,6 +40,7 @@ class VeloActionList final : public ActionListControl {
   ContextRequest request_;
   std::vector<ActionRecord> rows_;
   std::function<void()> changed_;
+  bool loaded_ = false;
   bool touched_ = false;
 };
 

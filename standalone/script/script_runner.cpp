@@ -40,6 +40,10 @@ int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const Scri
     }
   }
   if (options.interactive) err << '\n' << std::flush;
+  if (in.bad()) {
+    err << options.source_name << ": the script cannot be read to its end\n" << std::flush;
+    return kWrongLine;
+  }
   return kDone;
 }
 

@@ -47,6 +47,7 @@ ScriptSession::~ScriptSession() {
 
 void ScriptSession::Print(const nlohmann::ordered_json& json) {
   out_ << json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n' << std::flush;
+  if (!out_) throw LineError("the output cannot be written");
 }
 
 TaskRecord ScriptSession::Task() const {

@@ -99,14 +99,6 @@ class FormWidget::Page final : private FormObserver {
     surface_.user.Enter(control);
   }
 
-  // Touches nothing of the page's own after the verbs: they may replace the page.
-  void Finish(Control& control) const {
-    const std::shared_ptr<Form> kept = surface_.form;
-    User& user = surface_.user;
-    user.Leave(control);
-    user.Enter(control);
-  }
-
  private:
   void PointerChanged() override { pointer_.Show(Controls().MousePointer() == Pointer::kWait); }
   void RedrawRequested() override {
@@ -154,11 +146,6 @@ void FormWidget::FocusFirst() {
   Control* target = page_->Controls().Focused();
   if (target == nullptr || !target->Usable()) target = page_->First();
   if (target != nullptr) page_->Focus(*target);
-}
-
-void FormWidget::FinishField() {
-  const Binding* binding = page_->Holding(focusWidget());
-  if (binding != nullptr && IsField(binding->Bound())) page_->Finish(binding->Bound());
 }
 
 bool FormWidget::FocusTakesEnter() const {

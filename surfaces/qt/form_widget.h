@@ -25,9 +25,6 @@ class FormWidget final : public QWidget {
   // Focuses what the page focused, else the first usable control in reading order; of option buttons the
   // selected one. An option that is not selected stays so.
   void FocusFirst();
-  // Tells the page that the field with the focus is done with, as leaving it would, but leaves the focus
-  // there. For a button that is pressed from the keyboard without the focus going to it.
-  void FinishField();
   // True when Enter means something to what has the focus and must not press the window's button.
   [[nodiscard]] bool FocusTakesEnter() const;
 

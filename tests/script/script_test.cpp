@@ -234,6 +234,14 @@ TEST(ScriptWizard, SpeaksOfThePages) {
   });
 }
 
+// What could not be loaded is not saved as if it were empty.
+TEST(ScriptWizard, KeepsStoredActionsThatItCouldNotLoad) {
+  Check({{"load fails",
+          "task action A 25 8\nopen Plovix.Actions\nfinish\ntask load 1\nfail VeloActionList.Load\n"
+          "open Plovix.Actions\nfinish\nshow\ncancel\ntask load 1\ntask\n",
+          {R"({"page":"Plovix.Actions"})", R"({"Actions":[{"Name":"A"}]})"}}});
+}
+
 TEST(ScriptWizard, ReportsPlannedFailures) {
   const std::string fails = kOnDetails + "type txtName A\nfail AutoTask.SetName\n";
   const auto reported = [](int answer) {
