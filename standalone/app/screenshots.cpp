@@ -17,6 +17,7 @@
 namespace plovix::app {
 namespace {
 
+constexpr int kListWidth = 180;  // characters: every column, whatever the size of the pictured screen
 constexpr int kActionsWillBeLostText = 117;
 constexpr int kNameMissingText = 27;
 
@@ -83,6 +84,7 @@ class Session {
     task.owner = "anna";
     storage_.Save(task, state_.Now());
     TaskListWindow list(parts_);
+    list.resize(list.fontMetrics().averageCharWidth() * kListWidth, list.height());
     Save(list, "TaskList");
   }
 
