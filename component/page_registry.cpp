@@ -2,6 +2,13 @@
 
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/pages/records/actions.h>
+#include <plovix/pages/records/records.h>
+#include <plovix/pages/recurrence/daily_recurrence.h>
+#include <plovix/pages/recurrence/monthly_recurrence.h>
+#include <plovix/pages/recurrence/recurrence_pattern.h>
+#include <plovix/pages/recurrence/recurrence_time.h>
+#include <plovix/pages/recurrence/weekly_recurrence.h>
+#include <plovix/pages/recurrence/yearly_recurrence.h>
 #include <plovix/pages/task/auto_task_type.h>
 #include <plovix/pages/task/details.h>
 
@@ -26,9 +33,17 @@ std::vector<std::string> PageRegistry::Identifiers() const {
 }
 
 void RegisterPages(PageRegistry& registry) {
-  registry.Register(page_identifier::kAutoTaskType, [] { return std::make_shared<AutoTaskType>(); });
-  registry.Register(page_identifier::kDetails, [] { return std::make_shared<Details>(); });
-  registry.Register(page_identifier::kActions, [] { return std::make_shared<Actions>(); });
+  using namespace page_identifier;
+  registry.Register(kAutoTaskType, [] { return std::make_shared<AutoTaskType>(); });
+  registry.Register(kDetails, [] { return std::make_shared<Details>(); });
+  registry.Register(kRecords, [] { return std::make_shared<Records>(); });
+  registry.Register(kRecurrenceTime, [] { return std::make_shared<RecurrenceTime>(); });
+  registry.Register(kRecurrencePattern, [] { return std::make_shared<RecurrencePattern>(); });
+  registry.Register(kDailyRecurrence, [] { return std::make_shared<DailyRecurrence>(); });
+  registry.Register(kWeeklyRecurrence, [] { return std::make_shared<WeeklyRecurrence>(); });
+  registry.Register(kMonthlyRecurrence, [] { return std::make_shared<MonthlyRecurrence>(); });
+  registry.Register(kYearlyRecurrence, [] { return std::make_shared<YearlyRecurrence>(); });
+  registry.Register(kActions, [] { return std::make_shared<Actions>(); });
 }
 
 }  // namespace plovix

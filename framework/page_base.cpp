@@ -13,9 +13,9 @@ std::string WizardPage::GetString(int id, const std::vector<std::string>& parame
   return Services().Application()->Language()->GetString(id, kModule, parameters);
 }
 
-int WizardPage::MsgBox(int text_id, int buttons) {
+int WizardPage::MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters) {
   const auto application = Services().Application();
-  return application->MsgBox(GetString(text_id), buttons, application->Title(), "");
+  return application->MsgBox(GetString(text_id, parameters), buttons, application->Title(), "");
 }
 
 std::string WizardPage::IWizardPage_Title() {
@@ -77,6 +77,11 @@ void CommonPage::TakeTask(Statements& run, std::source_location where) {
   const auto held = [&] { return Set(Store)->Exists(store_key::kAutoTask); };
   if (!run.If(held, where)) return;
   run([&] { Task = ObjectFrom<AutoTask>(Store->Item(store_key::kAutoTask)->Value()); }, where);
+}
+
+void CommonPage::Choose(Statements& run, OptionButton& option, std::source_location where) {
+  run([&] { option.SetFocus(); }, where);
+  run([&] { option.Select(); }, where);
 }
 
 }  // namespace plovix

@@ -44,8 +44,8 @@ class WizardPage : public IWizardPage {
 
   // Text `id` of the pages' module.
   [[nodiscard]] static std::string GetString(int id, const std::vector<std::string>& parameters = {});
-  // A box of the host's under the application's title; gives back the user's answer.
-  static int MsgBox(int text_id, int buttons);
+  // A box of the host's with a text of the pages under the application's title; gives back the user's answer.
+  static int MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters = {});
 
   std::shared_ptr<WizardHost> Wizard;
   std::shared_ptr<ValueStore> Store;
@@ -68,6 +68,9 @@ class CommonPage : public WizardPage {
  protected:
   // Takes the task out of the store where it holds one, as statements of the calling procedure.
   void TakeTask(Statements& run, std::source_location where = std::source_location::current());
+  // Gives the option the focus and selects it.
+  static void Choose(Statements& run, OptionButton& option,
+                     std::source_location where = std::source_location::current());
 
  private:
   // Page-specific preparation between translating and refreshing.

@@ -43,6 +43,9 @@ class Statements {
     return result;
   }
 
+  // Leaves the procedure, because one that it has called was left.
+  [[noreturn]] static void Leave() { throw Left{}; }
+
  private:
   template <class Body>
   friend Outcome RunProcedure(std::string_view page, std::string_view procedure, Body&& body);

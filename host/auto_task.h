@@ -8,6 +8,7 @@
 
 #include "action_list.h"
 #include "category_list.h"
+#include "recurrence.h"
 #include "value.h"
 
 namespace plovix {
@@ -18,6 +19,13 @@ inline constexpr std::int16_t kNoData = 0;
 inline constexpr std::int16_t kSingleRecord = 1;
 inline constexpr std::int16_t kQueryResults = 2;
 }  // namespace record_mode
+
+// AutoTask::ProcessingMode: which records a run processes. Other values may be stored; pages show no choice.
+namespace processing_mode {
+inline constexpr std::int32_t kOnce = 0;       // each record only once
+inline constexpr std::int32_t kModified = 1;   // records that have been modified
+inline constexpr std::int32_t kEveryTime = 2;  // each record on every run
+}  // namespace processing_mode
 
 // Texts are UTF-8. Nothing here trims or checks what it is given.
 class AutoTask : public HostObject {
@@ -57,6 +65,23 @@ class AutoTask : public HostObject {
 
   [[nodiscard]] virtual bool SkipRowSelection() = 0;
   [[nodiscard]] virtual std::string Owner() = 0;  // user id of a personal task's owner, else empty
+
+  // Which records a run processes.
+  [[nodiscard]] virtual std::int32_t ProcessingMode() = 0;  // one of processing_mode
+  virtual void SetProcessingMode(std::int32_t mode) = 0;
+  // All records: the history of processed ones is cleared.
+  [[nodiscard]] virtual bool ProcessAllRecords() = 0;
+  virtual void SetProcessAllRecords(bool all) = 0;
+  // Failed records again: their history is cleared.
+  [[nodiscard]] virtual bool ProcessFailedRecords() = 0;
+  virtual void SetProcessFailedRecords(bool failed) = 0;
+  // Only records updated at or after this moment; kZeroDate: no limit.
+  [[nodiscard]] virtual DateTime BaseDate() = 0;
+  virtual void SetBaseDate(DateTime date) = 0;
+
+  // When the task runs, by reference; nothing for a task without a schedule.
+  [[nodiscard]] virtual std::shared_ptr<plovix::Recurrence> Recurrence() = 0;
+  virtual void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) = 0;
 
   // The task's own lists, by reference; SetActions replaces the reference.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;

@@ -27,6 +27,7 @@ inline constexpr int kNo = 7;
 
 // Rights by number.
 inline constexpr int kRightEditCategories = 112;
+inline constexpr int kRightGoOnWithLanguageTags = 114;  // a pattern page leads on though the texts are tags
 
 class UserRights {
  public:
@@ -47,6 +48,8 @@ class HostApplication {
   [[nodiscard]] virtual std::string Path() = 0;   // the application's folder
   // Whether new tasks get language tags instead of literal texts.
   [[nodiscard]] virtual bool LanguageTagMode() = 0;
+  // What parts a number's whole digits from its fraction when a user types one: "." or ",".
+  [[nodiscard]] virtual std::string DecimalSeparator() = 0;
   // The host's clock: local date and time. Pages read no clock of their own.
   [[nodiscard]] virtual DateTime Now() = 0;
   // Shows a modal box and returns the answer, one of message_box. `buttons` is one of its five values.

@@ -8,6 +8,7 @@
 
 #include "action_list.h"
 #include "host_application.h"
+#include "recurrence.h"
 #include "value_store.h"
 
 namespace plovix {
@@ -18,6 +19,13 @@ class ObjectFactory {
   virtual ~ObjectFactory() = default;
   [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;  // empty
   [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;  // empty
+  // With the host's initial values; without a pattern.
+  [[nodiscard]] virtual std::shared_ptr<Recurrence> NewRecurrence() = 0;
+  // With nothing set: every number 0, every choice off.
+  [[nodiscard]] virtual std::shared_ptr<DailyPattern> NewDailyPattern() = 0;
+  [[nodiscard]] virtual std::shared_ptr<WeeklyPattern> NewWeeklyPattern() = 0;
+  [[nodiscard]] virtual std::shared_ptr<MonthlyPattern> NewMonthlyPattern() = 0;
+  [[nodiscard]] virtual std::shared_ptr<YearlyPattern> NewYearlyPattern() = 0;
 };
 
 class HostServices {

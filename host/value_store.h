@@ -27,11 +27,17 @@ class ValueStore : public HostObject {
 
 // Keys used by the pages.
 namespace store_key {
-inline const std::string kAutoTask = "AutoTask";                // AutoTask: put there by the host
-inline const std::string kDataObject = "DataObject";            // DataObject, possibly nothing
-inline const std::string kDataObjects = "DataObjects";          // ObjectCollection
-inline const std::string kDesignerObjects = "DesignerObjects";  // ObjectCollection
-inline const std::string kImporting = "Importing";              // bool, absent counts as false
+inline const std::string kAutoTask = "AutoTask";                    // AutoTask: put there by the host
+inline const std::string kDataObject = "DataObject";                // DataObject, possibly nothing
+inline const std::string kDataObjects = "DataObjects";              // ObjectCollection
+inline const std::string kDesignerObjects = "DesignerObjects";      // ObjectCollection
+inline const std::string kDailyRecurrence = "DailyRecurrence";      // DailyPattern: the daily page's entries
+inline const std::string kWeeklyRecurrence = "WeeklyRecurrence";    // WeeklyPattern
+inline const std::string kMonthlyRecurrence = "MonthlyRecurrence";  // MonthlyPattern
+inline const std::string kYearlyRecurrence = "YearlyRecurrence";    // YearlyPattern
+// bool, absent counts as true: whether tasks may be given to the automation manager
+inline const std::string kAllowAutomationManager = "AllowAutomationManager";
+inline const std::string kImporting = "Importing";  // bool, absent counts as false
 }  // namespace store_key
 
 }  // namespace plovix

@@ -48,13 +48,14 @@ void Details::Prepare() {
   InitControls();
 }
 
-// Category, data object and settings are shown as they are stored. SaveValues does not write them, so
-// all but the box that decides the next page stay locked.
+// Category, data object and the settings but one are shown as they are stored. SaveValues does not write
+// them, so they stay locked.
 Outcome Details::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     run([&] { Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {})); });
     run([&] { Importing = BooleanFrom(Set(Store)->GetValue(store_key::kImporting, false)); });
     TaggedTask = IsTaggedTask();
+    run([&] { chkAutoMan.SetEnabled(MayBeAutomatic()); });
     run([&] { chkAutoMan.SetValue(Set(Task)->AllowAutomationManager() ? 1 : 0); });
     run([&] { chkPersonalTask.SetValue(Set(Task)->Owner().empty() ? 0 : 1); });
     run([&] { chkSkipRowSelection.SetValue(Set(Task)->SkipRowSelection() ? 1 : 0); });
@@ -65,6 +66,12 @@ Outcome Details::RetrieveValues() {
     if (count == 1) run([&] { cboCategory.SetText(Set(categories->Item(1))->Text()); });
     if (count > 1) cboCategory.SetText("...");
   });
+}
+
+// A task on a single record runs where that record is; an imported one is settled where it came from.
+bool Details::MayBeAutomatic() const {
+  return Set(Task)->RecordMode() != record_mode::kSingleRecord && !Importing &&
+         BooleanFrom(Set(Store)->GetValue(store_key::kAllowAutomationManager, true));
 }
 
 bool Details::IsTaggedTask() {
@@ -165,6 +172,12 @@ Outcome Details::SaveValues() {
       run([&] { Set(Task)->SetName(txtName.Text()); });
       run([&] { Set(Task)->SetDescription(txtDescription.Text()); });
       run([&] { Set(Task)->SetShortDescription(txtShortDescription.Text()); });
+    }
+    run([&] { Set(Task)->SetAllowAutomationManager(chkAutoMan.Checked()); });
+    // What the automation manager does not run has no schedule.
+    if (run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
+      run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
+      run([&] { Set(Task)->SetRecurrence(nullptr); });
     }
   });
 }

@@ -23,6 +23,8 @@ class Details final : public PageWith<kDetailsDesign> {
   // Whether the texts are edited as language tags: a task that uses them keeps them; a new one follows
   // the application's mode unless the marker file in the application's folder forces literal texts.
   bool IsTaggedTask();
+  // Whether the user may give the task to the automation manager, or take it back.
+  [[nodiscard]] bool MayBeAutomatic() const;
   // Opens the tag editor on `tag` and shows the chosen tag's text in `box`.
   void ChooseTag(std::string_view procedure, std::string& tag, TextBox& box);
   void txtName_LostFocus();

@@ -4,6 +4,7 @@
 #include <plovix/component/page_registry.h>
 #include <plovix/standalone/model/host_state.h>
 #include <plovix/standalone/model/task_storage.h>
+#include <plovix/standalone/schedule/zone.h>
 
 namespace plovix::app {
 
@@ -12,6 +13,7 @@ struct AppParts {
   HostState& state;
   const PageRegistry& registry;
   TaskStorage& storage;
+  Zone zone = Zone::Local();  // in which tasks run
 
   [[nodiscard]] std::string Text(std::string_view key,
                                  const std::vector<std::string>& parameters = {}) const {

@@ -1,5 +1,6 @@
 #include "screenshots.h"
 
+#include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -27,12 +28,35 @@ ActionRecord SampleAction(std::string_view kind, const std::string& setting, con
   return action;
 }
 
+RecurrenceRecord Sample(const PatternRecord& pattern) {
+  RecurrenceRecord record;
+  record.recurrence_type = static_cast<std::int32_t>(pattern.index()) - 1;
+  record.pattern = pattern;
+  return record;
+}
+
+// A schedule of the kind that the page edits.
+RecurrenceRecord SampleFor(const std::string& identifier) {
+  using namespace page_identifier;
+  if (identifier == kDailyRecurrence) return Sample(DailyRecord{3, true});
+  if (identifier == kMonthlyRecurrence) return Sample(MonthlyRecord{1, {.day_of_month = 31}});
+  if (identifier == kYearlyRecurrence) return Sample(YearlyRecord{4, {true, 1, 4, 9}});
+  RecurrenceRecord weekly = Sample(WeeklyRecord{2, {false, true, false, false, false, true}});
+  if (identifier == kRecurrenceTime) {
+    weekly.time_kind = time_kind::kEveryNHours;
+    weekly.interval = 4;
+  }
+  return weekly;
+}
+
 TaskRecord SampleTask() {
   TaskRecord task;
   task.name = "Month-end reports";
   task.short_description = "Prints and archives the reports";
   task.description = "Runs the report program for the closed month,\nthen notes the result in the log.";
   task.categories = {{"Accounting", true}, {"Reports", true}};
+  task.allow_automation_manager = true;
+  task.recurrence = SampleFor({});
   task.actions = {SampleAction("run-program", "path", "/usr/local/bin/month-end"),
                   SampleAction("run-sql", "statement", "DELETE FROM Drafts WHERE Closed = 1"),
                   SampleAction("write-log", "text", "Month closed")};
@@ -82,6 +106,7 @@ class Session {
     task.short_description = "Removes what nobody needs";
     task.categories = {{"Maintenance", true}};
     task.owner = "anna";
+    task.recurrence = Sample(DailyRecord{});
     storage_.Save(task, state_.Now());
     TaskListWindow list(parts_);
     list.resize(list.fontMetrics().averageCharWidth() * kListWidth, list.height());
@@ -90,7 +115,14 @@ class Session {
 
   void SavePages() {
     for (const std::string& identifier : registry_.Identifiers()) {
-      WizardWindow window(parts_, SampleTask());
+      TaskRecord task = SampleTask();
+      task.recurrence = SampleFor(identifier);
+      if (identifier == page_identifier::kRecords) {
+        task.record_mode = record_mode::kQueryResults;
+        task.data_object_caption = "Invoices";
+        task.base_date = state_.Now();
+      }
+      WizardWindow window(parts_, task);
       if (window.Start(identifier)) Save(window, identifier.substr(identifier.find('.') + 1));
     }
   }
@@ -122,7 +154,7 @@ class Session {
   QtDialogs dialogs_{state_.texts};
   PageRegistry registry_;
   MemoryStorage storage_;
-  AppParts parts_{state_, registry_, storage_};
+  AppParts parts_{state_, registry_, storage_, Zone::Named("Europe/Paris").value_or(Zone::Local())};
 };
 
 }  // namespace

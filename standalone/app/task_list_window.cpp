@@ -22,7 +22,7 @@ namespace plovix::app {
 namespace {
 
 constexpr int kCharactersWide = 180;
-constexpr int kWidestColumn = 40;  // characters
+constexpr int kWidestColumn = 48;  // characters
 constexpr int kLinesHigh = 30;
 
 }  // namespace
@@ -226,10 +226,13 @@ void TaskListWindow::Edit() {
 }
 
 // The copy is stored at once; nothing has to be entered for it.
+// A copy does not run by itself until its user has opened it and said so; its schedule starts anew then.
 void TaskListWindow::Duplicate() {
   auto task = Selected();
   if (!task) return;
   task->id = task->version = 0;
+  task->allow_automation_manager = false;
+  task->schedule_start.reset();
   if (!task->uses_language_tags) task->name = parts_.Text("list.duplicateName", {task->name});
   if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);
 }

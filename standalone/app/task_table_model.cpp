@@ -1,9 +1,12 @@
 #include "task_table_model.h"
 
-#include <QDateTime>
+#include <plovix/standalone/schedule/sentence.h>
+#include <plovix/standalone/schedule/task_schedule.h>
+
 #include <QLocale>
 #include <algorithm>
 
+#include "date_text.h"
 #include "qt_text.h"
 
 namespace plovix::app {
@@ -13,15 +16,6 @@ constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shor
                                      "list.column.categories", "list.column.records",
                                      "list.column.schedule",   "list.column.owner",
                                      "list.column.modified"};
-
-QDateTime ToQt(DateTime time) {
-  const auto day = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day date(day);
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time - day);
-  return {QDate(static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-                static_cast<int>(static_cast<unsigned>(date.day()))),
-          QTime(0, 0).addSecs(static_cast<int>(seconds.count()))};
-}
 
 }  // namespace
 
@@ -48,17 +42,17 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const TaskRecord& task = Task(index.row());
   if (index.column() == kModified) {
-    if (role == kSortRole) return ToQt(task.modified);
-    if (role == Qt::DisplayRole) return QLocale().toString(ToQt(task.modified), QLocale::ShortFormat);
+    if (role == kSortRole) return WallTime(task.modified);
+    if (role == Qt::DisplayRole) return QLocale().toString(WallTime(task.modified), QLocale::ShortFormat);
   }
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != kSortRole) return {};
-  const QString text = app::ToQt(Text(task, static_cast<Column>(index.column()))).simplified();
+  const QString text = ToQt(Text(task, static_cast<Column>(index.column()))).simplified();
   return role == kSortRole ? text.toCaseFolded() : text;
 }
 
 QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return app::ToQt(parts_.Text(kCaptions[section]));
+  return ToQt(parts_.Text(kCaptions[section]));
 }
 
 std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
@@ -75,6 +69,7 @@ std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
     case kOwner:
       return task.owner;
     case kSchedule:
+      return Schedule(task);
     case kModified:
     case kColumnCount:
       break;
@@ -89,6 +84,11 @@ std::string TaskTableModel::Categories(const TaskRecord& task) const {
     text += parts_.state.TagText(category.tag);
   }
   return text;
+}
+
+std::string TaskTableModel::Schedule(const TaskRecord& task) const {
+  const auto [recurrence, start] = ScheduleOf(task, parts_.state.Now());
+  return ScheduleSentence(recurrence, start, parts_.state.texts, LocaleTime);
 }
 
 // The captions of the three choices on the task type page.

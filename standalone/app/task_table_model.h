@@ -28,6 +28,7 @@ class TaskTableModel final : public QAbstractTableModel {
  private:
   [[nodiscard]] std::string Text(const TaskRecord& task, Column column) const;
   [[nodiscard]] std::string Categories(const TaskRecord& task) const;
+  [[nodiscard]] std::string Schedule(const TaskRecord& task) const;
   [[nodiscard]] std::string Records(const TaskRecord& task) const;
 
   AppParts parts_;

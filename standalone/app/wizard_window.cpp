@@ -14,12 +14,14 @@
 #include "action_list_widget.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
+#include "summary_panel.h"
 
 namespace plovix::app {
 namespace {
 
 constexpr std::string_view kActionListName = "VeloDesignerCtrl.VeloActionList";
-constexpr int kCharactersWide = 84;
+constexpr int kCharactersWide = 140;
+constexpr int kSummaryWide = 40;  // of these
 constexpr int kLinesHigh = 34;
 
 std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
@@ -43,8 +45,9 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
       wizard_({parts.state, parts.registry, parts.storage, MakeControl}, task, entries) {
   auto* layout = new QVBoxLayout(this);
   BuildHeader();
-  page_place_ = new QVBoxLayout;
+  page_place_ = new QHBoxLayout;
   layout->addLayout(page_place_, 1);
+  BuildSummary();
   layout->addWidget(NewRule());
   BuildButtons();
   const QFontMetrics metrics(qt::PageFont());
@@ -70,6 +73,17 @@ void WizardWindow::BuildHeader() {
     layout()->addWidget(widget);
 }
 
+// To the right of the page; the last stop of the Tab key.
+void WizardWindow::BuildSummary() {
+  auto* rule = new QFrame;
+  rule->setFrameShape(QFrame::VLine);
+  rule->setFrameShadow(QFrame::Sunken);
+  summary_ = new SummaryPanel(parts_, this);
+  summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
+  page_place_->addWidget(rule);
+  page_place_->addWidget(summary_);
+}
+
 void WizardWindow::BuildButtons() {
   auto* row = new QHBoxLayout;
   row->addStretch();
@@ -83,6 +97,7 @@ void WizardWindow::BuildButtons() {
   connect(next_, &QPushButton::clicked, this, [this] { Press(next_, &VeloWiz::Next); });
   connect(finish_, &QPushButton::clicked, this, [this] { Press(finish_, &VeloWiz::Finish); });
   connect(cancel_, &QPushButton::clicked, this, &WizardWindow::reject);
+  setTabOrder(cancel_, summary_);
 }
 
 QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name) {
@@ -144,8 +159,9 @@ void WizardWindow::PageShown() {
         return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
       },
       this);
-  page_place_->addWidget(page_);
+  page_place_->insertWidget(0, page_, 1);
   page_->show();  // at once: keys may be waiting already
+  summary_->Show(wizard_.Task().Record());
   title_->setText(ToQt(wizard_.Title()));
   description_->setText(ToQt(wizard_.Description()));
   ButtonsChanged();

@@ -10,11 +10,13 @@
 
 #include "app_parts.h"
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
-class QVBoxLayout;
 
 namespace plovix::app {
+
+class SummaryPanel;
 
 class WizardWindow final : public QDialog, private WizardView {
  public:
@@ -39,6 +41,7 @@ class WizardWindow final : public QDialog, private WizardView {
   void Closed(WizardEnd end) override;
 
   void BuildHeader();
+  void BuildSummary();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name);
   void Press(QPushButton* button, bool (VeloWiz::*verb)());
@@ -48,7 +51,8 @@ class WizardWindow final : public QDialog, private WizardView {
   VeloWiz wizard_;
   qt::FormWidget* page_ = nullptr;
   QLabel *title_ = nullptr, *description_ = nullptr;
-  QVBoxLayout* page_place_ = nullptr;
+  QBoxLayout* page_place_ = nullptr;
+  SummaryPanel* summary_ = nullptr;
   QPushButton *back_ = nullptr, *next_ = nullptr, *finish_ = nullptr, *cancel_ = nullptr;
 };
 

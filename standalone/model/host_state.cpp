@@ -149,6 +149,10 @@ class ApplicationObject final : public HostApplication {
     Called("HostApplication.LanguageTagMode");
     return state_.language_tag_mode;
   }
+  [[nodiscard]] std::string DecimalSeparator() override {
+    Called("HostApplication.DecimalSeparator");
+    return state_.decimal_separator;
+  }
   [[nodiscard]] DateTime Now() override {
     Called("HostApplication.Now");
     return state_.Now();
@@ -177,6 +181,26 @@ class FactoryObject final : public ObjectFactory {
   [[nodiscard]] std::shared_ptr<ValueStore> NewValueStore() override {
     Called("ObjectFactory.NewValueStore");
     return std::make_shared<StoreObject>();
+  }
+  [[nodiscard]] std::shared_ptr<Recurrence> NewRecurrence() override {
+    Called("ObjectFactory.NewRecurrence");
+    return std::make_shared<RecurrenceObject>();
+  }
+  [[nodiscard]] std::shared_ptr<DailyPattern> NewDailyPattern() override {
+    Called("ObjectFactory.NewDailyPattern");
+    return std::make_shared<DailyPatternObject>();
+  }
+  [[nodiscard]] std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override {
+    Called("ObjectFactory.NewWeeklyPattern");
+    return std::make_shared<WeeklyPatternObject>();
+  }
+  [[nodiscard]] std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override {
+    Called("ObjectFactory.NewMonthlyPattern");
+    return std::make_shared<MonthlyPatternObject>();
+  }
+  [[nodiscard]] std::shared_ptr<YearlyPattern> NewYearlyPattern() override {
+    Called("ObjectFactory.NewYearlyPattern");
+    return std::make_shared<YearlyPatternObject>();
   }
 };
 

@@ -91,6 +91,7 @@ TaskRecord TaskObject::Record() const {
   TaskRecord record = fields_;
   record.actions = actions_->records;
   record.categories = categories_->records;
+  if (recurrence_) record.recurrence = recurrence_->Record();
   return record;
 }
 
@@ -98,8 +99,16 @@ void TaskObject::Assign(const TaskRecord& record) {
   fields_ = record;
   fields_.actions.clear();
   fields_.categories.clear();
+  fields_.recurrence.reset();
   actions_ = std::make_shared<ActionListObject>(record.actions);
   categories_ = std::make_shared<CategoryListObject>(record.categories, texts_);
+  if (!record.recurrence) {
+    recurrence_ = nullptr;
+  } else if (recurrence_) {
+    recurrence_->Assign(*record.recurrence);
+  } else {
+    recurrence_ = std::make_shared<RecurrenceObject>(*record.recurrence);
+  }
 }
 
 std::int16_t TaskObject::RecordMode() {
@@ -230,6 +239,58 @@ bool TaskObject::SkipRowSelection() {
 std::string TaskObject::Owner() {
   Called("AutoTask.Owner");
   return fields_.owner;
+}
+
+std::int32_t TaskObject::ProcessingMode() {
+  Called("AutoTask.ProcessingMode");
+  return fields_.processing_mode;
+}
+
+void TaskObject::SetProcessingMode(std::int32_t mode) {
+  Called("AutoTask.SetProcessingMode");
+  fields_.processing_mode = mode;
+}
+
+bool TaskObject::ProcessAllRecords() {
+  Called("AutoTask.ProcessAllRecords");
+  return fields_.process_all_records;
+}
+
+void TaskObject::SetProcessAllRecords(bool all) {
+  Called("AutoTask.SetProcessAllRecords");
+  fields_.process_all_records = all;
+}
+
+bool TaskObject::ProcessFailedRecords() {
+  Called("AutoTask.ProcessFailedRecords");
+  return fields_.process_failed_records;
+}
+
+void TaskObject::SetProcessFailedRecords(bool failed) {
+  Called("AutoTask.SetProcessFailedRecords");
+  fields_.process_failed_records = failed;
+}
+
+DateTime TaskObject::BaseDate() {
+  Called("AutoTask.BaseDate");
+  return fields_.base_date;
+}
+
+void TaskObject::SetBaseDate(DateTime date) {
+  Called("AutoTask.SetBaseDate");
+  fields_.base_date = date;
+}
+
+std::shared_ptr<plovix::Recurrence> TaskObject::Recurrence() {
+  Called("AutoTask.Recurrence");
+  return recurrence_;
+}
+
+void TaskObject::SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) {
+  Called("AutoTask.SetRecurrence");
+  auto own = std::dynamic_pointer_cast<RecurrenceObject>(recurrence);
+  if (recurrence && !own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  recurrence_ = std::move(own);
 }
 
 std::shared_ptr<ActionList> TaskObject::Actions() {

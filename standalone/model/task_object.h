@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "recurrence_object.h"
 #include "task_record.h"
 
 namespace plovix {
@@ -56,9 +57,9 @@ class CategoryListObject final : public CategoryList {
 class TaskObject final : public AutoTask {
  public:
   TaskObject(const TaskRecord& record, TagTexts texts);
-  // The task as values; its lists are taken from the objects that it holds now.
+  // The task as values; its lists and its recurrence are taken from the objects that it holds now.
   [[nodiscard]] TaskRecord Record() const;
-  // Replaces the values and makes new list objects.
+  // Replaces the values and makes new list objects; recurrence and pattern objects that fit are kept.
   void Assign(const TaskRecord& record);
 
   [[nodiscard]] std::int16_t RecordMode() override;
@@ -87,15 +88,27 @@ class TaskObject final : public AutoTask {
   void SetAllowAutomationManager(bool allow) override;
   [[nodiscard]] bool SkipRowSelection() override;
   [[nodiscard]] std::string Owner() override;
+  [[nodiscard]] std::int32_t ProcessingMode() override;
+  void SetProcessingMode(std::int32_t mode) override;
+  [[nodiscard]] bool ProcessAllRecords() override;
+  void SetProcessAllRecords(bool all) override;
+  [[nodiscard]] bool ProcessFailedRecords() override;
+  void SetProcessFailedRecords(bool failed) override;
+  [[nodiscard]] DateTime BaseDate() override;
+  void SetBaseDate(DateTime date) override;
+  [[nodiscard]] std::shared_ptr<plovix::Recurrence> Recurrence() override;
+  // Fails with 13 on a recurrence that this host did not make.
+  void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) override;
   [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
   // Fails with 13 on a list that this host did not make.
   void SetActions(std::shared_ptr<ActionList> actions) override;
   [[nodiscard]] std::shared_ptr<CategoryList> Categories() override;
 
  private:
-  TaskRecord fields_;  // without its lists
+  TaskRecord fields_;  // without its lists and its recurrence
   std::shared_ptr<ActionListObject> actions_;
   std::shared_ptr<CategoryListObject> categories_;
+  std::shared_ptr<RecurrenceObject> recurrence_;
   TagTexts texts_;
 };
 

@@ -1,12 +1,13 @@
 // A task as plain values: what is stored, listed, compared and copied.
 #pragma once
 
-#include <plovix/controls/kinds.h>
-
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "recurrence_record.h"
 
 namespace plovix {
 
@@ -25,9 +26,6 @@ struct ActionRecord {
   bool operator==(const ActionRecord&) const = default;
 };
 
-// "No limit": 1899-12-30 00:00:00.
-inline constexpr DateTime kZeroDate{std::chrono::local_days{std::chrono::year{1899} / 12 / 30}};
-
 struct TaskRecord {
   std::int64_t id = 0;       // 0: not stored yet
   std::int64_t version = 0;  // counts the saves; a save on an older version is refused
@@ -44,12 +42,24 @@ struct TaskRecord {
   std::int32_t processing_mode = 0;
   bool process_all_records = false;
   bool process_failed_records = false;
-  DateTime base_date = kZeroDate;
+  DateTime base_date = kZeroDate;  // kZeroDate: no limit
   std::string query;
   std::string owner;
+  std::optional<RecurrenceRecord> recurrence;  // nothing: no schedule
+  // The day that the schedule's intervals are counted from: set when the schedule is first saved, nothing
+  // before that and without a schedule.
+  std::optional<std::chrono::local_days> schedule_start;
   std::vector<ActionRecord> actions;
 
   bool operator==(const TaskRecord&) const = default;
 };
+
+// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
+// `now`, one that was dropped has no start.
+inline void StartSchedule(TaskRecord& task, DateTime now) {
+  if (!task.recurrence) task.schedule_start.reset();
+  if (task.recurrence && !task.schedule_start)
+    task.schedule_start = std::chrono::floor<std::chrono::days>(now);
+}
 
 }  // namespace plovix

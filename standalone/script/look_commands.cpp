@@ -1,6 +1,13 @@
 // The commands that look: each prints one JSON object on one line. And the help.
+#include <plovix/standalone/schedule/runs.h>
+#include <plovix/standalone/schedule/schedule.h>
+#include <plovix/standalone/schedule/sentence.h>
+#include <plovix/standalone/schedule/zone.h>
+
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
@@ -38,8 +45,36 @@ void Saved(ScriptSession& session, const Words& /*words*/) {
   session.Print({{"saved", ids}});
 }
 
-void RefuseRuns(ScriptSession& /*session*/, const Words& /*words*/) {
-  throw LineError("tasks have no schedule yet");
+// "+01:00"; a zone that is some seconds off, as before there were time zones, shows them: "+00:09:21".
+std::string OffsetText(std::chrono::seconds offset) {
+  const std::chrono::hh_mm_ss<std::chrono::seconds> time(offset);
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%c%02d:%02d:%02d", time.is_negative() ? '-' : '+',
+                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                static_cast<int>(time.seconds().count()));
+  std::string result = text.data();
+  if (time.seconds().count() == 0) result.resize(result.size() - 3);
+  return result;
+}
+
+void Runs(ScriptSession& session, const Words& words) {
+  constexpr int kMost = 10'000;
+  const int count = IntegerFrom<int>(words[0]);
+  if (count < 1 || count > kMost) throw LineError("the number of runs is from 1 to " + std::to_string(kMost));
+  const TaskRecord task = session.Task();
+  const TextTable& texts = session.State().texts;
+  const DateTime now = session.State().Now();
+  const auto start = task.schedule_start.value_or(std::chrono::floor<std::chrono::days>(now));
+  Json list = Json::array();
+  if (task.recurrence) {
+    const Schedule schedule(*task.recurrence, start);
+    for (const Run& run : NextRuns(schedule, Zone::Local(), now, static_cast<std::size_t>(count))) {
+      const auto note = RunNote(run, texts);
+      list.push_back({{"at", DateTimeText(run.moment.wall) + OffsetText(run.moment.offset)},
+                      {"note", note ? Json(*note) : Json()}});
+    }
+  }
+  session.Print({{"sentence", ScheduleSentence(task.recurrence, start, texts)}, {"runs", list}});
 }
 
 void Help(ScriptSession& session, const Words& words);
@@ -50,7 +85,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"reports", "", 0, 0, "the failures reported since last asked", Reports},
     {"task", "", 0, 0, "the task being edited", Task},
     {"store", "", 0, 0, "the shared store", Store},
-    {"runs", "N", 1, 1, "the next runs", RefuseRuns},
+    {"runs", "N", 1, 1, "the schedule in words and the next N runs", Runs},
     {"saved", "", 0, 0, "the ids of the stored tasks", Saved},
     {"help", "", 0, 0, "this list", Help},
 });

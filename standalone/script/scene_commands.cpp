@@ -23,7 +23,11 @@ void LoadTask(ScriptSession& session, const Words& words) {
 
 void SetTask(ScriptSession& session, const Words& words) {
   TaskRecord task = session.Task();
-  SetTaskMember(task, session.State(), words[0], words[1]);
+  if (words.size() == 3 && words[0] != "Recurrence.Pattern.Day") {
+    throw LineError(words[0] + " takes one value; put double quotes around a value with blanks");
+  }
+  const std::string member = words.size() == 3 ? words[0] + "." + words[1] : words[0];
+  SetTaskMember(task, session.State(), member, words.back());
   session.SetTask(task);
   session.SceneChanged();
 }
@@ -133,7 +137,7 @@ void RefuseStored(ScriptSession& /*session*/, const Words& /*words*/) {
 constexpr auto kCommands = std::to_array<Command>({
     {"task new", "", 0, 0, "begins a new task", NewTask},
     {"task load", "ID", 1, 1, "takes a stored task", LoadTask},
-    {"task set", "MEMBER VALUE", 2, 2, "sets a member of the task", SetTask},
+    {"task set", "MEMBER [INDEX] VALUE", 2, 3, "sets a member of the task", SetTask},
     {"task action", "NAME RECORDMODES CAPABILITIES [KIND [KEY=VALUE ...]]", 3, kAnyNumber,
      "appends an action", AddAction},
     {"task category", "TEXT [private]", 1, 2, "appends a category", AddCategory},

@@ -1,5 +1,6 @@
 #include "snapshots.h"
 
+#include <plovix/host/recurrence.h>
 #include <plovix/standalone/model/velo_action_list.h>
 
 #include <array>
@@ -87,6 +88,11 @@ constexpr auto kObjectKinds = std::to_array<ObjectKind>({
     KindOf<DataObjectsObject>("DataObjects"),
     KindOf<DesignerObjectsObject>("DesignerObjects"),
     KindOf<ActionList>("ActionList"),
+    KindOf<Recurrence>("Recurrence"),
+    KindOf<DailyPattern>("DailyPattern"),
+    KindOf<WeeklyPattern>("WeeklyPattern"),
+    KindOf<MonthlyPattern>("MonthlyPattern"),
+    KindOf<YearlyPattern>("YearlyPattern"),
     KindOf<CategoryList>("CategoryList"),
     KindOf<ValueStore>("ValueStore"),
     KindOf<HostObject>("Object"),

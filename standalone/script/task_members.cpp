@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <nlohmann/json.hpp>
-#include <type_traits>
 
-#include "words.h"
+#include "member_value.h"
+#include "recurrence_members.h"
 
 namespace plovix::script {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kNothing = "nothing";
+constexpr std::string_view kInRecurrence = "Recurrence.";
 
 struct Member {
   std::string_view name;
@@ -21,27 +23,9 @@ struct Member {
 // A member that is a field of the record: a text, a Boolean, a number or a moment.
 template <auto kField>
 constexpr Member Field(std::string_view name) {
-  return {name,
-          [](const TaskRecord& task, const HostState& /*state*/) -> Json {
-            if constexpr (std::is_same_v<decltype(task.*kField), const DateTime&>) {
-              return DateTimeText(task.*kField);
-            } else {
-              return task.*kField;
-            }
-          },
-          [](TaskRecord& task, HostState& /*state*/, const std::string& word) {
-            auto& field = task.*kField;
-            using Type = std::remove_reference_t<decltype(field)>;
-            if constexpr (std::is_same_v<Type, std::string>) {
-              field = word;
-            } else if constexpr (std::is_same_v<Type, bool>) {
-              field = SwitchFrom(word);
-            } else if constexpr (std::is_same_v<Type, DateTime>) {
-              field = DateTimeFrom(word);
-            } else {
-              field = IntegerFrom<Type>(word);
-            }
-          }};
+  return {
+      name, [](const TaskRecord& task, const HostState& /*state*/) { return MemberJson(task.*kField); },
+      [](TaskRecord& task, HostState& /*state*/, const std::string& word) { SetMember(task.*kField, word); }};
 }
 
 // A member that is the text of a tag in the current language; setting it gives the tag that text.
@@ -58,12 +42,22 @@ Json IsExisting(const TaskRecord& task, const HostState& /*state*/) {
   return task.id != 0;
 }
 
-Json NoRecurrence(const TaskRecord& /*task*/, const HostState& /*state*/) {
-  return nullptr;
+Json Recurrence(const TaskRecord& task, const HostState& /*state*/) {
+  return RecurrenceJson(task.recurrence);
 }
 
-void ClearRecurrence(TaskRecord& /*task*/, HostState& /*state*/, const std::string& word) {
-  if (word != "nothing") throw LineError("Recurrence can only be set to nothing");
+void ClearRecurrence(TaskRecord& task, HostState& /*state*/, const std::string& word) {
+  if (word != kNothing)
+    throw LineError("Recurrence takes nothing; name a member, such as Recurrence.TimeKind");
+  task.recurrence.reset();
+}
+
+Json ScheduleStart(const TaskRecord& task, const HostState& /*state*/) {
+  return task.schedule_start ? Json(DateText(*task.schedule_start)) : Json();
+}
+
+void SetScheduleStart(TaskRecord& task, HostState& /*state*/, const std::string& word) {
+  task.schedule_start = word == kNothing ? std::nullopt : std::optional(DateFrom(word));
 }
 
 Json Actions(const TaskRecord& task, const HostState& /*state*/) {
@@ -112,7 +106,8 @@ constexpr auto kMembers = std::to_array<Member>({
     Field<&TaskRecord::base_date>("BaseDate"),
     Field<&TaskRecord::query>("Query"),
     Field<&TaskRecord::owner>("Owner"),
-    {"Recurrence", NoRecurrence, ClearRecurrence},
+    {"Recurrence", Recurrence, ClearRecurrence},
+    {"ScheduleStart", ScheduleStart, SetScheduleStart},
     {"Actions", Actions, nullptr},
     {"Categories", Categories, nullptr},
 });
@@ -126,6 +121,10 @@ Json TaskJson(const TaskRecord& task, const HostState& state) {
 }
 
 void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member, const std::string& word) {
+  if (member.starts_with(kInRecurrence)) {
+    SetRecurrenceMember(task.recurrence, member.substr(kInRecurrence.size()), word);
+    return;
+  }
   const auto* found = std::ranges::find(kMembers, member, &Member::name);
   if (found == kMembers.end()) throw LineError("a task has no member \"" + member + "\"");
   if (found->set == nullptr) throw LineError(member + " cannot be set");

@@ -11,7 +11,8 @@ namespace plovix::script {
 // Every member of the task; a tag's text is the host's.
 [[nodiscard]] nlohmann::ordered_json TaskJson(const TaskRecord& task, const HostState& state);
 
-// Sets the named member from a script's word. A member that there is not, one that only tells, or a word
+// Sets the named member from a script's word; "Recurrence.TimeKind" and "Recurrence.Pattern.Day.2" reach
+// inside. A member that there is not, one that only tells, or a word
 // that it cannot hold is a LineError, and nothing has changed.
 void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member, const std::string& word);
 

@@ -39,4 +39,8 @@ template <class Integer>
 // The same form; years outside 0 to 9999 do not come back from it.
 [[nodiscard]] std::string DateTimeText(DateTime value);
 
+// "2026-01-05", or that day's midnight as a date and time; anything else is a LineError.
+[[nodiscard]] std::chrono::local_days DateFrom(const std::string& word);
+[[nodiscard]] std::string DateText(std::chrono::local_days day);
+
 }  // namespace plovix::script

@@ -44,7 +44,36 @@ constexpr std::array kTables{
          PRIMARY KEY (TaskId, Position)) WITHOUT ROWID)",
 };
 
-constexpr std::array<MigrationStep, 1> kSteps{kTables};
+// One row for each task that has a recurrence. The columns behind PatternKind hold what that pattern has,
+// and NULL otherwise.
+constexpr std::array kSchedules{
+    R"(CREATE TABLE VeloAutoTaskSchedules (
+         TaskId INTEGER PRIMARY KEY REFERENCES VeloAutoTasks (Id) ON DELETE CASCADE,
+         StartDate TEXT,
+         RecurrenceType INTEGER NOT NULL,
+         TimeKind INTEGER NOT NULL,
+         Interval INTEGER NOT NULL,
+         ExecutionTime TEXT NOT NULL,
+         PatternKind INTEGER,
+         EveryNDays INTEGER,
+         WeekdaysOnly INTEGER,
+         EveryNWeeks INTEGER,
+         Sunday INTEGER,
+         Monday INTEGER,
+         Tuesday INTEGER,
+         Wednesday INTEGER,
+         Thursday INTEGER,
+         Friday INTEGER,
+         Saturday INTEGER,
+         EveryNMonths INTEGER,
+         Month INTEGER,
+         UseRelativeDay INTEGER,
+         DayOfMonth INTEGER,
+         RelativeWeek INTEGER,
+         RelativeDayOfWeek INTEGER))",
+};
+
+constexpr std::array<MigrationStep, 2> kSteps{kTables, kSchedules};
 
 // To be asked in a transaction: while a new file gets its tables, answers from before and after do not fit.
 int VersionInTransaction(const Connection& connection, int latest) {

@@ -2,12 +2,14 @@
 
 #include <plovix/controls/failure.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
-#include <concepts>
 #include <cstdio>
 #include <optional>
+#include <type_traits>
+#include <variant>
 
 #include "category_column.h"
 
@@ -16,28 +18,7 @@ namespace {
 
 using std::chrono::local_days;
 
-constexpr std::array kColumns{
-    TaskColumn{"Modified", &TaskRecord::modified},
-    TaskColumn{"RecordMode", &TaskRecord::record_mode},
-    TaskColumn{"UsesLanguageTags", &TaskRecord::uses_language_tags},
-    TaskColumn{"Name", &TaskRecord::name},
-    TaskColumn{"ShortDescription", &TaskRecord::short_description},
-    TaskColumn{"Description", &TaskRecord::description},
-    TaskColumn{"NameTag", &TaskRecord::name_tag},
-    TaskColumn{"ShortDescriptionTag", &TaskRecord::short_description_tag},
-    TaskColumn{"DescriptionTag", &TaskRecord::description_tag},
-    TaskColumn{"Category", &TaskRecord::categories},
-    TaskColumn{"DataObjectName", &TaskRecord::data_object_name},
-    TaskColumn{"DataObjectCaption", &TaskRecord::data_object_caption},
-    TaskColumn{"AllowAutomationManager", &TaskRecord::allow_automation_manager},
-    TaskColumn{"SkipRowSelection", &TaskRecord::skip_row_selection},
-    TaskColumn{"ProcessingMode", &TaskRecord::processing_mode},
-    TaskColumn{"ProcessAllRecords", &TaskRecord::process_all_records},
-    TaskColumn{"ProcessFailedRecords", &TaskRecord::process_failed_records},
-    TaskColumn{"BaseDate", &TaskRecord::base_date},
-    TaskColumn{"Query", &TaskRecord::query},
-    TaskColumn{"Owner", &TaskRecord::owner},
-};
+constexpr std::string_view kDateForm = "0000-00-00", kMidnight = "T00:00:00";
 
 // "YYYY-MM-DDTHH:MM:SS"
 std::string IsoText(DateTime value) {
@@ -93,8 +74,10 @@ struct FromFile {
     return true;
   }
   bool operator()(bool& flag) const {
-    flag = value.toLongLong() != 0;
-    return true;
+    std::int64_t number = 0;
+    const bool fits = ReadInteger(number, value);
+    flag = number != 0;
+    return fits;
   }
   template <std::integral Number>
   bool operator()(Number& number) const {
@@ -111,19 +94,139 @@ struct FromFile {
   }
 };
 
-template <class Type>
-inline constexpr bool kIsInteger = false;
-template <std::integral Number>
-inline constexpr bool kIsInteger<Number TaskRecord::*> = true;
+// A column for the field that `kLocate` finds in a task; NULL where it finds none.
+template <auto kLocate>
+constexpr TaskColumn Column(std::string_view name) {
+  using Field = std::remove_pointer_t<decltype(kLocate(std::declval<TaskRecord&>()))>;
+  return {name, !std::integral<Field>,
+          [](const TaskRecord& task) {
+            const Field* field = kLocate(task);
+            return field == nullptr ? QVariant() : ToFile{}(*field);
+          },
+          [](TaskRecord& task, const QVariant& value) {
+            Field* field = kLocate(task);
+            if (field == nullptr || value.isNull()) return field == nullptr && value.isNull();
+            return FromFile{value}(*field);
+          }};
+}
+
+template <auto kField>
+constexpr auto kOwn = [](auto& task) { return &(task.*kField); };
+
+template <auto kField>
+constexpr auto kOfRecurrence =
+    [](auto& task) { return task.recurrence ? &((*task.recurrence).*kField) : nullptr; };
+
+template <class Pattern>
+constexpr auto kPattern =
+    [](auto& task) { return task.recurrence ? std::get_if<Pattern>(&task.recurrence->pattern) : nullptr; };
+
+template <class Pattern, auto kField>
+constexpr auto kOfPattern = [](auto& task) {
+  auto* pattern = kPattern<Pattern>(task);
+  return pattern != nullptr ? &(pattern->*kField) : nullptr;
+};
+
+template <std::size_t kIndex>
+constexpr auto kOfWeek = [](auto& task) {
+  auto* weekly = kPattern<WeeklyRecord>(task);
+  return weekly != nullptr ? &weekly->days[kIndex] : nullptr;
+};
+
+// Of the day that a monthly and a yearly pattern choose alike.
+template <auto kField>
+constexpr auto kOfDay = [](auto& task) {
+  auto* monthly = kPattern<MonthlyRecord>(task);
+  auto* yearly = kPattern<YearlyRecord>(task);
+  auto* day = monthly != nullptr ? &monthly->day : yearly != nullptr ? &yearly->day : nullptr;
+  return day != nullptr ? &(day->*kField) : nullptr;
+};
+
+QVariant StartDate(const TaskRecord& task) {
+  if (!task.schedule_start) return {};
+  return TextValue(IsoText(*task.schedule_start).substr(0, kDateForm.size()));
+}
+
+bool ReadStartDate(TaskRecord& task, const QVariant& value) {
+  if (value.isNull()) return true;
+  const auto midnight = ParseIso(TextOf(value) + std::string(kMidnight));
+  if (midnight) task.schedule_start = std::chrono::floor<std::chrono::days>(*midnight);
+  return midnight.has_value();
+}
+
+// The patterns by their numbers in the column PatternKind. A released number never changes.
+constexpr auto kPatternKinds =
+    std::to_array<PatternRecord>({DailyRecord{}, WeeklyRecord{}, MonthlyRecord{}, YearlyRecord{}});
+
+QVariant PatternKind(const TaskRecord& task) {
+  const auto* found =
+      std::ranges::find(kPatternKinds, task.recurrence->pattern.index(), &PatternRecord::index);
+  return found == kPatternKinds.end() ? QVariant() : static_cast<int>(found - kPatternKinds.begin());
+}
+
+bool ReadPatternKind(TaskRecord& task, const QVariant& value) {
+  std::size_t kind = 0;
+  if (!value.isNull() && (!ReadInteger(kind, value) || kind >= kPatternKinds.size())) return false;
+  task.recurrence->pattern = value.isNull() ? PatternRecord() : kPatternKinds.at(kind);
+  return true;
+}
+
+constexpr std::array kTaskColumns{
+    Column<kOwn<&TaskRecord::modified>>("Modified"),
+    Column<kOwn<&TaskRecord::record_mode>>("RecordMode"),
+    Column<kOwn<&TaskRecord::uses_language_tags>>("UsesLanguageTags"),
+    Column<kOwn<&TaskRecord::name>>("Name"),
+    Column<kOwn<&TaskRecord::short_description>>("ShortDescription"),
+    Column<kOwn<&TaskRecord::description>>("Description"),
+    Column<kOwn<&TaskRecord::name_tag>>("NameTag"),
+    Column<kOwn<&TaskRecord::short_description_tag>>("ShortDescriptionTag"),
+    Column<kOwn<&TaskRecord::description_tag>>("DescriptionTag"),
+    Column<kOwn<&TaskRecord::categories>>("Category"),
+    Column<kOwn<&TaskRecord::data_object_name>>("DataObjectName"),
+    Column<kOwn<&TaskRecord::data_object_caption>>("DataObjectCaption"),
+    Column<kOwn<&TaskRecord::allow_automation_manager>>("AllowAutomationManager"),
+    Column<kOwn<&TaskRecord::skip_row_selection>>("SkipRowSelection"),
+    Column<kOwn<&TaskRecord::processing_mode>>("ProcessingMode"),
+    Column<kOwn<&TaskRecord::process_all_records>>("ProcessAllRecords"),
+    Column<kOwn<&TaskRecord::process_failed_records>>("ProcessFailedRecords"),
+    Column<kOwn<&TaskRecord::base_date>>("BaseDate"),
+    Column<kOwn<&TaskRecord::query>>("Query"),
+    Column<kOwn<&TaskRecord::owner>>("Owner"),
+};
+
+constexpr std::array kScheduleColumns{
+    TaskColumn{"StartDate", true, StartDate, ReadStartDate},
+    Column<kOfRecurrence<&RecurrenceRecord::recurrence_type>>("RecurrenceType"),
+    Column<kOfRecurrence<&RecurrenceRecord::time_kind>>("TimeKind"),
+    Column<kOfRecurrence<&RecurrenceRecord::interval>>("Interval"),
+    Column<kOfRecurrence<&RecurrenceRecord::execution_time>>("ExecutionTime"),
+    TaskColumn{"PatternKind", false, PatternKind, ReadPatternKind},
+    Column<kOfPattern<DailyRecord, &DailyRecord::every_n_days>>("EveryNDays"),
+    Column<kOfPattern<DailyRecord, &DailyRecord::weekdays_only>>("WeekdaysOnly"),
+    Column<kOfPattern<WeeklyRecord, &WeeklyRecord::every_n_weeks>>("EveryNWeeks"),
+    Column<kOfWeek<0>>("Sunday"),
+    Column<kOfWeek<1>>("Monday"),
+    Column<kOfWeek<2>>("Tuesday"),
+    Column<kOfWeek<3>>("Wednesday"),
+    Column<kOfWeek<4>>("Thursday"),
+    Column<kOfWeek<5>>("Friday"),
+    Column<kOfWeek<6>>("Saturday"),
+    Column<kOfPattern<MonthlyRecord, &MonthlyRecord::every_n_months>>("EveryNMonths"),
+    Column<kOfPattern<YearlyRecord, &YearlyRecord::month>>("Month"),
+    Column<kOfDay<&DayChoice::use_relative_day>>("UseRelativeDay"),
+    Column<kOfDay<&DayChoice::day_of_month>>("DayOfMonth"),
+    Column<kOfDay<&DayChoice::relative_week>>("RelativeWeek"),
+    Column<kOfDay<&DayChoice::relative_day_of_week>>("RelativeDayOfWeek"),
+};
 
 }  // namespace
 
-bool TaskColumn::IsText() const {
-  return std::visit([]<class Field>(Field) { return !kIsInteger<Field>; }, field);
+std::span<const TaskColumn> TaskColumns() {
+  return kTaskColumns;
 }
 
-std::span<const TaskColumn> TaskColumns() {
-  return kColumns;
+std::span<const TaskColumn> ScheduleColumns() {
+  return kScheduleColumns;
 }
 
 QVariant TextValue(std::string_view text) {
@@ -136,14 +239,6 @@ std::string TextOf(const QVariant& value) {
 
 std::string TextColumn(std::string_view column) {
   return "CAST(" + std::string(column) + " AS BLOB)";
-}
-
-QVariant ColumnValue(const TaskRecord& task, const TaskColumn& column) {
-  return std::visit([&task](auto field) { return ToFile{}(task.*field); }, column.field);
-}
-
-bool ReadColumn(TaskRecord& task, const TaskColumn& column, const QVariant& value) {
-  return std::visit([&](auto field) { return FromFile{value}(task.*field); }, column.field);
 }
 
 }  // namespace plovix

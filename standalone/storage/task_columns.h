@@ -1,5 +1,5 @@
-// The columns of the table VeloAutoTasks that hold a task's own fields: one row here for each. Used by
-// the storage, which makes its statements from it.
+// The columns that hold a task's fields, one row here for each. Used by the storage, which makes its
+// statements from them.
 #pragma once
 
 #include <plovix/standalone/model/task_record.h>
@@ -12,24 +12,24 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
-#include <vector>
 
 namespace plovix {
 
-using TaskField = std::variant<std::string TaskRecord::*, bool TaskRecord::*, std::int16_t TaskRecord::*,
-                               std::int32_t TaskRecord::*, DateTime TaskRecord::*,
-                               std::vector<CategoryRecord> TaskRecord::*>;
-
 struct TaskColumn {
   std::string_view name;
-  TaskField field;
-  // Whether the column holds text; else it holds an integer.
-  [[nodiscard]] bool IsText() const;
+  bool is_text;  // else it holds an integer
+  // What is to be stored: not valid, NULL in the file, where the task has no such value. Fails with 6 on a
+  // date outside the years 0 to 9999.
+  QVariant (*value)(const TaskRecord& task);
+  // Takes what is stored; false when it does not fit.
+  bool (*read)(TaskRecord& task, const QVariant& value);
 };
 
-// All but Id and Version, which the storage gives itself.
+// Of VeloAutoTasks: all but Id and Version, which the storage gives itself.
 [[nodiscard]] std::span<const TaskColumn> TaskColumns();
+// Of VeloAutoTaskSchedules: all but TaskId. To be read in this order, into a task that has a recurrence:
+// the kind of the pattern decides which of the columns behind it hold a value, all others are NULL.
+[[nodiscard]] std::span<const TaskColumn> ScheduleColumns();
 
 // Texts travel as bytes, bound as CAST(? AS TEXT) and read as CAST(column AS BLOB): the file then holds
 // ordinary text, and bytes that are no UTF-8, NUL bytes and byte order marks come back as they went in.
@@ -48,10 +48,5 @@ template <std::integral Number>
   number = static_cast<Number>(stored);
   return true;
 }
-
-// Fails with 6 on a date outside the years 0 to 9999.
-[[nodiscard]] QVariant ColumnValue(const TaskRecord& task, const TaskColumn& column);
-// False when the stored value does not fit the field; the field is then as it was.
-[[nodiscard]] bool ReadColumn(TaskRecord& task, const TaskColumn& column, const QVariant& value);
 
 }  // namespace plovix

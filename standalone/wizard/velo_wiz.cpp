@@ -1,27 +1,11 @@
 #include "velo_wiz.h"
 
+#include <plovix/framework/raised.h>
 #include <plovix/standalone/model/call_gate.h>
 
 #include <utility>
 
 namespace plovix {
-namespace {
-
-// Raises a flag for a scope.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), former_(std::exchange(flag, true)) {}
-  ~Raised() { flag_ = former_; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  bool former_;
-};
-
-}  // namespace
-
 // What pages hold of the wizard: stays behind, shut, when the wizard is gone.
 class VeloWiz::Door final : public WizardHost {
  public:
@@ -231,7 +215,9 @@ bool VeloWiz::Save() {
     std::optional<Failure> failure;
     bool conflict = false;
     try {
-      saved_ = parts_.storage.Save(record, parts_.state.Now());
+      const DateTime now = parts_.state.Now();
+      StartSchedule(record, now);
+      saved_ = parts_.storage.Save(record, now);
       return true;
     } catch (const TaskConflict& refused) {
       failure = refused;

@@ -177,6 +177,7 @@ TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask
   task.categories = {{"A", true}, {"B", false}};
   task.query = "SELECT 1";
   task.skip_row_selection = true;
+  task.processing_mode = processing_mode::kEveryTime;  // what a task without a schedule is given
   task.actions = {{"run-sql", "x", 25, 8, {{"statement", "SELECT 1"}}},
                   {"unknown", "y", 16, 0, {{"k", "v"}}}};
   const TaskRecord stored = storage_->Save(task, state_.Now());
@@ -256,7 +257,9 @@ TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
 
 TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
   for (const std::string& identifier : registry_.Identifiers()) {
-    WizardWindow window({state_, registry_, *storage_}, {});
+    TaskRecord task;
+    task.recurrence = RecurrenceRecord{};
+    WizardWindow window({state_, registry_, *storage_}, task);
     ASSERT_TRUE(window.Start(identifier));
     window.show();
     std::set<QWidget*> reached;

@@ -37,9 +37,18 @@ std::set<std::string> FoundInSources(const std::vector<std::string>& directories
 }
 
 std::set<int> NumbersUsed() {
+  const std::vector<std::string> rooms = {"pages", "framework"};
   std::set<int> numbers;
-  for (const auto& number : FoundInSources({"pages", "framework"}, std::regex(R"(k\w+Text = (\d+);)"))) {
+  for (const auto& number : FoundInSources(rooms, std::regex(R"(k\w+Text = (\d+);)"))) {
     numbers.insert(std::stoi(number));
+  }
+  // From kFirstDayText to kLastDayText: a list of texts in a row.
+  for (const auto& list : FoundInSources(rooms, std::regex(R"(kFirst(\w+Text) = \d+;)"))) {
+    const auto end = [&](const std::string& name) {
+      const auto found = FoundInSources(rooms, std::regex(name + list + R"( = (\d+);)"));
+      return found.empty() ? 0 : std::stoi(*found.begin());
+    };
+    for (int number = end("kFirst"), last = end("kLast"); number < last; ++number) numbers.insert(number);
   }
   PageRegistry registry;
   RegisterPages(registry);
@@ -62,7 +71,8 @@ TEST(Languages, HoldEveryTextInUseAndNoOther) {
   ASSERT_TRUE(numbers.contains(4) && numbers.contains(116) && numbers.contains(118) && numbers.contains(29));
   const auto keys = FoundInSources(
       {"standalone"},
-      std::regex(R"re("((?:action|button|error|list|program|tag|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+      std::regex(
+          R"re("((?:action|button|error|list|program|schedule|summary|tag|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
   for (const auto& [code, json] : EmbeddedLanguages()) {
     const TextTable table = LoadLanguage(code);
     EXPECT_EQ(table.code, code);

@@ -83,6 +83,13 @@ TEST(LeavingAPage, Table) {
   const std::vector<Row> rows = {
       {page_identifier::kAutoTaskType, "1101", "1101", "1000"},
       {page_identifier::kDetails, "0101", "1111", "1010"},
+      {page_identifier::kRecords, "1111", "1111", "1110"},
+      {page_identifier::kRecurrenceTime, "1111", "1111", "1110"},
+      {page_identifier::kRecurrencePattern, "1111", "1111", "1110"},
+      {page_identifier::kDailyRecurrence, "0001", "1111", "1110"},
+      {page_identifier::kWeeklyRecurrence, "0001", "1111", "1110"},
+      {page_identifier::kMonthlyRecurrence, "0001", "1111", "1110"},
+      {page_identifier::kYearlyRecurrence, "0001", "1111", "1110"},
       {page_identifier::kActions, "1111", "1111", "1110"},
   };
   for (const Row& row : rows) {
@@ -124,6 +131,12 @@ TEST(Flow, Table) {
       {kDetails, 0, false, true, ""},
       {kDetails, 2, true, true, ""},
       {kDetails, 1, true, std::int32_t{-1}, ""},
+      {kRecords, 2, true, {}, "Plovix.RecurrenceTime"},
+      {kRecurrenceTime, 0, true, {}, "Plovix.RecurrencePattern"},
+      {kDailyRecurrence, 0, true, {}, "Plovix.Actions"},
+      {kWeeklyRecurrence, 1, true, {}, "Plovix.Actions"},
+      {kMonthlyRecurrence, 2, true, {}, "Plovix.Query"},
+      {kYearlyRecurrence, 2, true, {}, "Plovix.Query"},
       {kActions, 0, false, {}, ""},
       {kActions, 2, true, true, ""},
   };
@@ -135,6 +148,25 @@ TEST(Flow, Table) {
     if (row.importing != Value{}) entries[store_key::kImporting] = row.importing;
     EXPECT_EQ(Bench(scene, row.page, task, entries).Initialize().Next(), row.next)
         << row.page << " in mode " << row.mode;
+  }
+}
+
+// The pattern pages end the wizard for a user who may not go on with language tags, and ask each time.
+TEST(Flow, LanguageTagsAndTheRightToGoOn) {
+  using namespace page_identifier;
+  for (const std::string& page :
+       {kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence, kYearlyRecurrence}) {
+    for (const bool tags : {false, true}) {
+      Scene scene;
+      TaskRecord task = CompleteTask(2);
+      task.uses_language_tags = tags;
+      Bench bench(scene, page, task);
+      bench.Initialize();
+      for (const bool right : {true, false, true}) {
+        scene.state.rights[114] = right;
+        EXPECT_EQ(bench.Next(), tags && !right ? "" : "Plovix.Query");
+      }
+    }
   }
 }
 

@@ -59,6 +59,8 @@ class DetailsTest : public PagesTest {
  protected:
   DetailsTest() {
     task.owner = "u1";
+    task.recurrence.reset();
+    task.processing_mode = processing_mode::kEveryTime;  // what a task without a schedule is given
     task.skip_row_selection = true;
     scene.state.tag_texts["tx"] = "Another";
     for (const TextRow& shown : kShown) {

@@ -6,6 +6,7 @@
 #include <plovix/standalone/script/words.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <vector>
@@ -82,6 +83,22 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task set Nam x", "a task has no member \"Nam\""},
       {"task set RecordMode 32768", "the number 32768 is out of range"},
       {"task set BaseDate 2026-02-29T10:00:00", "\"2026-02-29T10:00:00\" is not a date and time such as "},
+      {"task set Name a b", "Name takes one value"},
+      {"task set Recurrence on", "Recurrence takes nothing; name a member"},
+      {"task set Recurrence.Fly 1", "a recurrence has no member \"Fly\""},
+      {"task set Recurrence.Interval 2147483648", "the number 2147483648 is out of range"},
+      {"task set Recurrence.Pattern Hourly", "a pattern is nothing, or a DailyPattern"},
+      {"task set Recurrence.Pattern.Fly 1", "no pattern has a member \"Fly\""},
+      {"task set Recurrence.Pattern.DayOfMonth 31", "DayOfMonth is a member of monthly and yearly patterns"},
+      {"task set Recurrence.Pattern.Day on", "the days of a week are Day.1, Sunday, to Day.7"},
+      {"task set Recurrence.Pattern.Day 0 on", "the days of a week are"},
+      {"task set Recurrence.Pattern.Day.8 on", "the days of a week are"},
+      {"task set Recurrence.Pattern.Day.7 yes", "\"yes\" is neither on nor off"},
+      {"task set Recurrence.Pattern.Month.1 1", "only Recurrence.Pattern.Day takes an index"},
+      {"task set ScheduleStart 2026-02-29", "\"2026-02-29\" is not a date such as"},
+      {"task set ScheduleStart 2026-02-28T00:00:01", "\"2026-02-28T00:00:01\" is not a date"},
+      {"runs 0", "the number of runs is from 1 to 10000"},
+      {"runs 10001", "the number of runs is from 1 to 10000"},
       {"task load 7", "no task is stored under the id 7"},
       {"task action A 16 8 write-log text=x", "the setting file of write-log is missing or unfit"},
       {"fail AutoTask.Fly", "the host has no member \"AutoTask.Fly\""},
@@ -142,6 +159,110 @@ TEST(ScriptLanguage, SetsAndPrintsEveryMember) {
         R"({"AutoTask": {"kind": "AutoTask", "number": 1}})"}},
       {"no text", "task set Name \"\xFF\"\ntask", {"{\"Name\": \"\xEF\xBF\xBD\"}"}},
   });
+}
+
+// Sets members of the recurrence, each "MEMBER=VALUE", and prints the task.
+std::string Recurs(std::initializer_list<std::string> settings) {
+  std::string script;
+  for (std::string setting : settings) {
+    setting[setting.find('=')] = ' ';
+    script.append("task set Recurrence.").append(setting).append("\n");
+  }
+  return script + "task\n";
+}
+
+std::string HasPattern(const std::string& json) {
+  return R"({"Recurrence": {"Pattern": )" + json + "}}";
+}
+
+TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
+  const std::string least = "-2147483648", most = "2147483647";
+  const auto in_month = [&](const std::string& first) {
+    return Recurs({"Pattern." + first + "=2", "Pattern.UseRelativeDay=on", "Pattern.DayOfMonth=31",
+                   "Pattern.RelativeWeek=" + least, "Pattern.RelativeDayOfWeek=" + most});
+  };
+  const auto has_month = [&](const std::string& kind_and_first) {
+    return HasPattern(R"({"kind": )" + kind_and_first + R"(: 2, "UseRelativeDay": true, "DayOfMonth": 31,
+                       "RelativeWeek": )" +
+                      least + R"(, "RelativeDayOfWeek": )" + most + "}");
+  };
+  const std::string own =
+      Recurs({"RecurrenceType=-1", "TimeKind=9", "Interval=7", "ExecutionTime=2026-01-05T08:00:01"});
+  const std::string has_own = R"({"Recurrence": {"RecurrenceType": -1, "TimeKind": 9, "Interval": 7,
+                                  "ExecutionTime": "2026-01-05T08:00:01", "Pattern": null}})";
+  Check({
+      {"its own members", own + "task set Recurrence nothing\ntask", {has_own, R"({"Recurrence": null})"}},
+      {"in the wizard", "open\n" + own, {has_own}},
+      {"the start",
+       "task set ScheduleStart 2026-01-05\ntask\ntask set ScheduleStart 2026-02-01T00:00:00\ntask\n"
+       "task set ScheduleStart nothing\ntask",
+       {R"({"ScheduleStart": "2026-01-05"})", R"({"ScheduleStart": "2026-02-01"})",
+        R"({"ScheduleStart": null})"}},
+      {"a member makes the class that has it",
+       Recurs({"Pattern.EveryNDays=3", "Pattern.WeekdaysOnly=on"}) +
+           Recurs({"Pattern.EveryNWeeks=2", "Pattern.Day.1=on", "Pattern.Day=7 on"}) +
+           in_month("EveryNMonths") + in_month("Month") + Recurs({"Pattern.WeekdaysOnly=off"}) +
+           Recurs({"Pattern.Day.2=on"}),
+       {HasPattern(R"({"kind": "DailyPattern", "EveryNDays": 3, "WeekdaysOnly": true})"),
+        HasPattern(R"({"kind": "WeeklyPattern", "EveryNWeeks": 2,
+                       "Day": [true, false, false, false, false, false, true]})"),
+        has_month(R"("MonthlyPattern", "EveryNMonths")"), has_month(R"("YearlyPattern", "Month")"),
+        HasPattern(R"({"kind": "DailyPattern"})"), HasPattern(R"({"kind": "WeeklyPattern"})")}},
+      {"the type decides, a pattern that fits stays",
+       Recurs({"RecurrenceType=2", "Pattern.DayOfMonth=9"}) +
+           Recurs({"RecurrenceType=3", "Pattern.DayOfMonth=8"}) +
+           Recurs({"Pattern=DailyPattern", "Pattern.RelativeWeek=4"}),
+       {HasPattern(R"({"kind": "MonthlyPattern", "DayOfMonth": 9})"),
+        HasPattern(R"({"kind": "MonthlyPattern", "DayOfMonth": 8})"),
+        HasPattern(R"({"kind": "YearlyPattern", "DayOfMonth": 0, "RelativeWeek": 4})")}},
+      {"the same class stays, another one is fresh",
+       Recurs({"Pattern.EveryNDays=3", "Pattern=DailyPattern"}) +
+           Recurs({"Pattern=nothing", "Pattern=DailyPattern"}),
+       {HasPattern(R"({"EveryNDays": 3})"), HasPattern(R"({"EveryNDays": 0})")}},
+  });
+}
+
+TEST(ScriptLanguage, PrintsTheNextRuns) {
+  const std::string daily = "task set Recurrence.Pattern.EveryNDays 1\n";
+  const std::string monthly = "task set Recurrence.Pattern MonthlyPattern\n";
+  const struct {
+    const char* zone;
+    std::vector<Case> cases;
+  } zones[] = {
+      {"Europe/Paris",
+       {{"a clock change",
+         "host now 2026-03-28T02:30:00\ntask set Recurrence.ExecutionTime 2026-01-01T02:30:00\n" + daily +
+             "runs 2",
+         {R"({"runs": [{"at": "2026-03-29T03:30:00+02:00", "note": "[schedule.note.time:02:30,03:30]"},
+              {"at": "2026-03-30T02:30:00+02:00", "note": null}]})"}},
+        {"a month without day 31",
+         "host now 2026-01-30T10:00:00\n" + monthly + "task set Recurrence.Pattern.DayOfMonth 31\nruns 2",
+         {R"({"runs": [{"at": "2026-01-31T08:00:00+01:00", "note": null},
+              {"at": "2026-02-28T08:00:00+01:00", "note": "[schedule.note.day:31]"}]})"}},
+        {"counted from the start",
+         "host now 2026-01-06T10:00:00\ntask set ScheduleStart 2026-01-05\n"
+         "task set Recurrence.Pattern.EveryNDays 3\nruns 1\ntask set ScheduleStart nothing\nruns 1",
+         {R"({"runs": [{"at": "2026-01-08T08:00:00+01:00"}]})",
+          R"({"runs": [{"at": "2026-01-09T08:00:00+01:00"}]})"}},
+        {"before there were zones",
+         "host now 1900-01-01T00:00:00\n" + daily + "runs 1",
+         {R"({"runs": [{"at": "1900-01-01T08:00:00+00:09:21"}]})"}},
+        {"no schedule, none yet",
+         "runs 3\ntask set Recurrence.TimeKind 1\nruns 3",
+         {R"({"sentence": "[schedule.none]", "runs": []})",
+          R"({"sentence": "[schedule.incomplete]", "runs": []})"}}}},
+      {"America/St_Johns",
+       {{"west of Greenwich",
+         "host now 2026-01-05T10:00:00\n" + daily + "runs 1",
+         {R"({"runs": [{"at": "2026-01-06T08:00:00-03:30", "note": null}]})"}}}},
+  };
+  const char* const former = std::getenv("TZ");
+  const std::string kept = former != nullptr ? former : "";
+  for (const auto& [zone, cases] : zones) {
+    setenv("TZ", zone, 1);
+    Check(cases);
+  }
+  former != nullptr ? setenv("TZ", kept.c_str(), 1) : unsetenv("TZ");
 }
 
 // A task that has a name, as far as Details.

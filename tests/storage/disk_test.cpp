@@ -84,5 +84,25 @@ TEST(FailingDisk, LeavesAllOrNothingOfEachSave) {
   EXPECT_EQ(failures, expected);
 }
 
+TEST(FailingDisk, LeavesAVersion1FileToBeOpenedAgain) {
+  bool happened = true;
+  for (int call = 1; happened; ++call) {
+    SCOPED_TRACE(call);
+    const TempFolder folder;
+    const std::string path = folder / "tasks.sqlite";
+    const TaskRecord task = MakeVersion1(path);
+    fault = {EIO, call, true};
+    try {
+      const SqliteStorage storage(path);
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.Number(), failure_number::kDeviceError);
+    }
+    happened = fault.calls >= call;
+    fault = {};
+    EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+    ExpectIntact(path);
+  }
+}
+
 }  // namespace
 }  // namespace plovix::test

@@ -43,7 +43,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
       {"another program's", 321, [](auto& path) { RunSql(path, "PRAGMA user_version = 1"); }},
       {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 0"); }},
       {"another program's", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA application_id = 7"); }},
-      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 2"); }},
+      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 3"); }},
       {"newer version", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA user_version = 99"); }},
       {"folder, not", 75, [](auto& path) { fs::create_directory(path); }},
       {"folder", 76, [](auto&) {}},
@@ -71,6 +71,20 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
     EXPECT_EQ(failure.Number(), test.number);
     EXPECT_TRUE(folder.Bytes() == before);
   }
+}
+
+TEST(Files, OfVersion1KeepTheirTasksAndTakeSchedules) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  TaskRecord task = MakeVersion1(path);
+  EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+  task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{2, {true}}};
+  task = SqliteStorage(path).Save(task, kNow);
+  EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+  ExpectIntact(path);
+  // The first release refuses it from now on.
+  Connection connection(path, kImpatient, Access::kReadOnly);
+  EXPECT_EQ(FailureOf([&] { (void)SchemaVersion(connection, 1); }).Number(), 321);
 }
 
 }  // namespace

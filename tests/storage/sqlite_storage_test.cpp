@@ -7,6 +7,29 @@ namespace {
 
 using namespace std::string_literals;
 
+constexpr std::chrono::local_days kFirstDay{std::chrono::year{0} / 1 / 1};
+constexpr DateTime kLastMoment =
+    std::chrono::local_days{std::chrono::year{9999} / 12 / 31} + std::chrono::seconds{86399};
+
+// With every pattern and without one, up to the limits, every number told from its neighbours.
+std::vector<RecurrenceRecord> Recurrences() {
+  constexpr std::int32_t kLeast = -2147483647 - 1, kMost = 2147483647;
+  const DayChoice low{false, kLeast, kLeast + 1, kLeast + 2}, high{true, kMost, kMost - 1, kMost - 2};
+  std::vector<RecurrenceRecord> recurrences{{}};
+  for (const PatternRecord& pattern :
+       std::initializer_list<PatternRecord>{{},
+                                            DailyRecord{kMost, true},
+                                            DailyRecord{kLeast, false},
+                                            WeeklyRecord{2, {true, false, true, false, true, false, true}},
+                                            WeeklyRecord{1, {false, true, true, false, false, true, true}},
+                                            WeeklyRecord{0, {false, false, false, true, true, true, true}},
+                                            MonthlyRecord{kMost - 3, high},
+                                            YearlyRecord{kLeast + 3, low}}) {
+    recurrences.push_back({kMost, kLeast, kMost - 1, kLastMoment, pattern});
+  }
+  return recurrences;
+}
+
 // Every text field holds `text`, every other field something that tells it from its neighbours.
 TaskRecord FullTask(const std::string& text) {
   TaskRecord task;
@@ -19,8 +42,7 @@ TaskRecord FullTask(const std::string& text) {
   }
   task.categories = {{text, false}, {"", true}, {text + "2", true}};
   task.processing_mode = -2147483647 - 1;
-  task.base_date =
-      DateTime{std::chrono::local_days{std::chrono::year{9999} / 12 / 31}} + std::chrono::seconds{86399};
+  task.base_date = kLastMoment;
   task.actions = {{text + "k", text, 2147483647, -1, {{text, text}, {"b", ""}}}, {"", "", 0, 0, {}}};
   return task;
 }
@@ -42,6 +64,11 @@ TEST(SqliteStorage, KeepsEveryFieldOverAReopening) {
     tasks.push_back(FullTask("flag"));
     tasks.back().*flag = true;
   }
+  for (const RecurrenceRecord& recurrence : Recurrences()) {
+    tasks.push_back(FullTask("schedule"));
+    tasks.back().recurrence = recurrence;
+    if (tasks.size() % 2 == 0) tasks.back().schedule_start = kFirstDay;
+  }
   for (TaskRecord& task : tasks) {
     const TaskRecord saved = SqliteStorage(path).Save(task, kNow);
     task.id = saved.id;
@@ -52,6 +79,55 @@ TEST(SqliteStorage, KeepsEveryFieldOverAReopening) {
   SqliteStorage storage(path);
   EXPECT_EQ(storage.List(), tasks);
   for (const TaskRecord& task : tasks) EXPECT_EQ(storage.Load(task.id), task);
+}
+
+TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  SqliteStorage storage(path);
+  const Connection other(path, kImpatient, Access::kReadOnly);
+  const auto rows = [&] { return other.Value("SELECT count(*) FROM VeloAutoTaskSchedules").toInt(); };
+  TaskRecord task = storage.Save(FullTask("a"), kNow);
+  for (const RecurrenceRecord& recurrence : Recurrences()) {
+    task.recurrence = recurrence;
+    task.schedule_start = kFirstDay;
+    task = storage.Save(task, kNow);
+    EXPECT_EQ(task.recurrence, recurrence);
+    EXPECT_EQ(storage.Load(task.id), task);
+    EXPECT_EQ(rows(), 1);
+  }
+  TaskRecord dropped = task;
+  dropped.recurrence.reset();
+  dropped = storage.Save(dropped, kNow);
+  EXPECT_EQ(storage.Load(task.id), dropped);
+  EXPECT_EQ(rows(), 0);
+  task.version = dropped.version;
+  storage.Save(task, kNow);
+  EXPECT_EQ(rows(), 1);
+  storage.Delete(task.id);
+  EXPECT_EQ(rows(), 0);
+}
+
+TEST(SqliteStorage, RefusesAScheduleThatItCannotRead) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"PatternKind", "4"},      {"PatternKind", "-1"},   {"PatternKind", "'x'"},
+      {"StartDate", "''"},       {"Interval", "1 << 31"}, {"StartDate", "'2026-02-29'"},
+      {"ExecutionTime", "'08'"}, {"Sunday", "NULL"},      {"EveryNDays", "1"},
+      {"Monday", "'x'"},
+  };
+  for (const auto& [column, value] : cases) {
+    const TempFolder folder;
+    const std::string path = folder / "tasks.sqlite";
+    TaskRecord task;
+    task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{}};
+    SqliteStorage storage(path);
+    storage.Save(task, kNow);
+    RunSql(path, std::string("UPDATE VeloAutoTaskSchedules SET ").append(column).append(" = ").append(value));
+    const Failure failure = FailureOf([&] { (void)storage.List(); });
+    EXPECT_EQ(failure.Number(), failure_number::kInvalidFormat) << column << value;
+    EXPECT_TRUE(failure.Description().ends_with(": task 1 holds an unreadable " + column))
+        << failure.Description();
+  }
 }
 
 TEST(SqliteStorage, RefusesToSaveOverAnothersChange) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <plovix/standalone/storage/connection.h>
+#include <plovix/standalone/storage/schema.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
 #include <QTemporaryDir>
@@ -51,8 +52,29 @@ inline void ExpectIntact(const std::string& path) {
   EXPECT_FALSE(connection.Value("PRAGMA foreign_key_check").isValid());
 }
 
-// A task whose every text and action follows from its name, so that half a task shows. It replaces the
-// stored task `former`.
+// Makes a task file as the first release made them; gives back the one task in it.
+inline TaskRecord MakeVersion1(const std::string& path) {
+  Connection connection(path, kImpatient, Access::kReadWrite);
+  Migrate(connection, MigrationSteps().first(1));
+  connection.PrepareForWriting();
+  connection.Run(
+      "INSERT INTO VeloAutoTasks VALUES (1, 4, '2031-02-03T04:05:06', -2, 0, 'old', '', '', '', '', '', '', "
+      "'', '', 1, 0, 0, 0, 0, '1899-12-30T00:00:00', 'q', '')");
+  connection.Run("INSERT INTO VeloAutoTaskActions VALUES (1, 1, 'run-sql', 'a', 1, 2, '{}')");
+  TaskRecord task;
+  task.id = 1;
+  task.version = 4;
+  task.modified = kNow;
+  task.record_mode = -2;
+  task.name = "old";
+  task.query = "q";
+  task.allow_automation_manager = true;
+  task.actions = {{"run-sql", "a", 1, 2, {}}};
+  return task;
+}
+
+// A task whose every text, action and day of its schedule follows from its name, so that half a task shows.
+// It replaces the stored task `former`.
 inline TaskRecord WholeTask(const std::string& name, const TaskRecord& former = {}) {
   const std::size_t hash = std::hash<std::string>{}(name);
   TaskRecord task;
@@ -64,6 +86,10 @@ inline TaskRecord WholeTask(const std::string& name, const TaskRecord& former = 
   task.categories = {{name, hash % 2 == 0}};
   for (std::size_t i = 0; i < hash % 7; ++i) {
     task.actions.push_back({"runProgram", name, 1, 2, {{"path", task.description}}});
+  }
+  if (hash % 3 != 0) {
+    task.recurrence = RecurrenceRecord{.pattern = DailyRecord{static_cast<std::int32_t>(hash % 1000), true}};
+    task.schedule_start = std::chrono::local_days{std::chrono::days{hash % 10'000}};
   }
   return task;
 }

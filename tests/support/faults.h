@@ -11,6 +11,8 @@
 
 namespace plovix::testing_support {
 
+inline constexpr std::chrono::local_days kSomeDay{std::chrono::year{2026} / 3 / 1};
+
 enum class Times { kOnce, kTwice, kForEver };
 inline constexpr int kRetriesWhileItLasts = 3;
 
@@ -49,20 +51,37 @@ inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
   };
 }
 
+// Every 15 minutes or hours unless the kind of time says otherwise.
+inline RecurrenceRecord Scheduled(const PatternRecord& pattern, std::int32_t time_kind = 0) {
+  RecurrenceRecord record;
+  record.recurrence_type = static_cast<std::int32_t>(pattern.index()) - 1;
+  record.time_kind = time_kind;
+  record.interval = 15;
+  record.pattern = pattern;
+  return record;
+}
+
 struct State {
   const char* name;
   std::int16_t mode;
   std::size_t actions, categories;
   bool tags, application_tags, importing, automation, data_object, typed;
+  std::optional<RecurrenceRecord> recurrence;
 };
-inline constexpr State kStates[] = {
-    {"a new task", 0, 0, 0, false, false, false, false, false, false},
-    {"a new task typed in", 0, 0, 0, false, false, false, false, false, true},
-    {"a task of single records", 1, 2, 1, false, false, false, true, true, true},
-    {"a task on query results", 2, 1, 2, false, false, false, false, true, true},
-    {"a task with tags", 2, 1, 1, true, true, false, false, false, false},
-    {"a new task with tags", 0, 0, 0, false, true, false, true, false, false},
-    {"an imported task", 1, 1, 0, false, false, true, true, true, true},
+// The schedules differ in kind, so that a pattern page meets none, its own and another one.
+inline const State kStates[] = {
+    {"a task without a schedule", 0, 0, 0, false, false, false, false, false, false, {}},
+    {"a new task", 0, 0, 0, false, false, false, false, false, false, RecurrenceRecord{}},
+    {"a new task typed in", 0, 0, 0, false, false, false, false, false, true,
+     Scheduled(DailyRecord{2, true}, 1)},
+    {"a task of single records", 1, 2, 1, false, false, false, true, true, true,
+     Scheduled(WeeklyRecord{0, {false, true, false, false, false, true, false}}, 2)},
+    {"a task on query results", 2, 1, 2, false, false, false, true, true, true,
+     Scheduled(MonthlyRecord{3, {true, 31, 4, 10}})},
+    {"a task with tags", 2, 1, 1, true, true, false, false, false, false,
+     Scheduled(YearlyRecord{2, {false, 28, 0, 0}})},
+    {"a new task with tags", 0, 0, 0, false, true, false, true, false, false, Scheduled(MonthlyRecord{})},
+    {"an imported task", 1, 1, 0, false, false, true, true, true, true, Scheduled(YearlyRecord{}, 2)},
 };
 
 inline TaskRecord RecordOf(const State& state) {
@@ -72,6 +91,11 @@ inline TaskRecord RecordOf(const State& state) {
   task.description_tag = task.description;
   if (!state.data_object) task.data_object_name = task.data_object_caption = "";
   task.allow_automation_manager = state.automation;
+  task.recurrence = state.recurrence;
+  task.processing_mode = state.mode;
+  task.process_failed_records = state.tags;
+  task.process_all_records = state.data_object;
+  if (state.typed) task.base_date = kSomeDay + std::chrono::hours{14};
   task.actions.assign(state.actions, LogAction("line"));
   task.categories.assign(state.categories, {"category", true});
   return task;
@@ -102,6 +126,7 @@ inline void EnterSomething(Bench& bench) {
 
 struct Snapshot {
   TaskRecord task;
+  std::vector<PatternRecord> patterns;  // those in the store
   Entries store;  // an object counts as there or not there: which one it is differs from run to run
   std::map<std::string, std::string> page;
   std::vector<ActionRecord> rows;
@@ -127,9 +152,14 @@ inline std::string Shown(Control& control) {
 }
 
 inline Snapshot TaskAndStore(const Bench& bench) {
-  Snapshot all{bench.task->Record(), bench.store->values, {}, {}};
+  Snapshot all{bench.task->Record(), {}, bench.store->values, {}, {}};
   for (auto& [key, value] : all.store) {
-    if (const auto* object = std::get_if<ObjectRef>(&value)) value = *object != nullptr;
+    const auto* object = std::get_if<ObjectRef>(&value);
+    if (object == nullptr) continue;
+    if (const auto pattern = PatternValues(dynamic_cast<PatternBase*>(object->get()))) {
+      all.patterns.push_back(*pattern);
+    }
+    value = *object != nullptr;
   }
   return all;
 }

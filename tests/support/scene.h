@@ -152,6 +152,7 @@ inline TaskRecord CompleteTask(std::int16_t mode = 0) {
   task.data_object_name = "Customer";
   task.data_object_caption = "Customers";
   task.actions = {LogAction("one")};
+  task.recurrence = RecurrenceRecord{};
   return task;
 }
 

@@ -258,6 +258,7 @@ std::pair<int, bool> WalkWithFault(const State& state, int n, Times times, int a
   TaskRecord expected = finished ? wizard.Task().Record() : stored;
   expected.version = stored.version + (finished ? 1 : 0);
   if (finished) expected.modified = scene.state.Now();
+  if (finished) StartSchedule(expected, scene.state.Now());
   EXPECT_EQ(scene.storage.List(), std::vector{expected});
   return {static_cast<int>(injector.calls.size()), finished};
 }

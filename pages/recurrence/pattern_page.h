@@ -1,0 +1,61 @@
+// Base of the four pattern pages: how a page takes its working pattern object and gives it back, and the
+// page that follows.
+#pragma once
+
+#include "numeric_page.h"
+
+namespace plovix {
+
+// What does not depend on the kind of pattern.
+class AnyPatternPage : public NumericPage {
+ public:
+  using NumericPage::NumericPage;
+  // Nothing follows for a user who may not go on with a task of language tags.
+  void IWizardPage_GetNextPage(std::string& next) final;
+
+ protected:
+  // The task's current pattern object; nothing when it has none.
+  [[nodiscard]] std::shared_ptr<PatternBase> CurrentPattern() const;
+  // Puts the working object into the store and, where the task has a recurrence, makes it the task's pattern.
+  void StorePattern(Statements& run, const std::string& key, const std::shared_ptr<PatternBase>& pattern,
+                    std::source_location where);
+  // Appends the texts `first` to `last` to the list.
+  static void AddTexts(Statements& run, ComboBox& list, int first, int last,
+                       std::source_location where = std::source_location::current());
+  // Selects the entry at a 0-based position; fails with 380 outside the list.
+  static void SelectEntry(ComboBox& list, std::int64_t position);
+};
+
+// PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: makes a fresh object.
+template <class PatternType, const std::string& kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
+class PatternPage : public AnyPatternPage {
+ public:
+  using AnyPatternPage::AnyPatternPage;
+
+ protected:
+  // Takes the task, then the working object: the store's; else the task's own when it is of this page's kind;
+  // else a new one. A pattern of another kind stays the task's until this page saves.
+  void TakePattern(Statements& run, std::source_location where = std::source_location::current()) {
+    TakeTask(run, where);
+    if (run.If([&] { return Set(Store)->Exists(kKey); }, where)) {
+      run([&] { Pattern = ObjectFrom<PatternType>(Set(Store)->Item(kKey)->Value()); }, where);
+      return;
+    }
+    run([&] { Pattern = std::dynamic_pointer_cast<PatternType>(CurrentPattern()); }, where);
+    if (!Pattern) run([&] { Pattern = ((*Services().Factory()).*kNew)(); }, where);
+  }
+  void StorePattern(Statements& run, std::source_location where = std::source_location::current()) {
+    AnyPatternPage::StorePattern(run, kKey, Pattern, where);
+  }
+  // Gives a number of the pattern that is not yet set the value 1, at once.
+  void SetUnsetToOne(Statements& run, std::int32_t (PatternType::*get)(),
+                     void (PatternType::*set)(std::int32_t),
+                     std::source_location where = std::source_location::current()) {
+    const auto unset = [&] { return ((*Set(Pattern)).*get)() == 0; };
+    if (run.If(unset, where)) run([&] { ((*Set(Pattern)).*set)(1); }, where);
+  }
+
+  std::shared_ptr<PatternType> Pattern;  // the working object
+};
+
+}  // namespace plovix

@@ -1,0 +1,102 @@
+#include "recurrence_time.h"
+
+#include <plovix/framework/page_identifiers.h>
+#include <plovix/framework/raised.h>
+#include <plovix/framework/text_rules.h>
+
+namespace plovix {
+namespace {
+
+constexpr int kMinutesNotNumericText = 88;
+constexpr int kMinutesNotPositiveText = 89;
+constexpr int kHoursNotNumericText = 90;
+constexpr int kHoursNotPositiveText = 91;
+
+}  // namespace
+
+RecurrenceTime::RecurrenceTime() {
+  optSpecificTime.On(Event::kClick, [this] {
+    RepairNonNumeric("optSpecificTime_Click", {&txtMinutes, &txtHours});
+  });
+  optEveryNMinute.On(Event::kClick, [this] { RepairNonNumeric("optEveryNMinute_Click", {&txtHours}); });
+  optEveryNHour.On(Event::kClick, [this] { RepairNonNumeric("optEveryNHour_Click", {&txtMinutes}); });
+  dtpTime.On(Event::kChange, [this] { EditChooses("dtpTime_Change", optSpecificTime); });
+  txtMinutes.On(Event::kChange, [this] { EditChooses("txtMinutes_Change", optEveryNMinute); });
+  txtHours.On(Event::kChange, [this] { EditChooses("txtHours_Change", optEveryNHour); });
+}
+
+void RecurrenceTime::IWizardPage_GetNextPage(std::string& next) {
+  next = page_identifier::kRecurrencePattern;
+}
+
+// Both fields show the one interval that there is, whichever unit is in force.
+Outcome RecurrenceTime::RetrieveValues() {
+  return Procedure("RetrieveValues", [&](Statements& run) {
+    TakeTask(run);
+    if (run.If([&] { return Set(Task)->Recurrence() == nullptr; })) {
+      run([&] { Set(Task)->SetRecurrence(Services().Factory()->NewRecurrence()); });
+    }
+    const Raised guard(updating);
+    std::optional<std::int32_t> kind;
+    run([&] { kind = Set(Set(Task)->Recurrence())->TimeKind(); });
+    if (kind == time_kind::kAtTime) Choose(run, optSpecificTime);
+    if (kind == time_kind::kEveryNMinutes) Choose(run, optEveryNMinute);
+    if (kind == time_kind::kEveryNHours) Choose(run, optEveryNHour);
+    run([&] { dtpTime.SetValue(Set(Set(Task)->Recurrence())->ExecutionTime()); });
+    std::int32_t interval = 0;
+    run([&] { interval = Set(Set(Task)->Recurrence())->Interval(); });
+    const std::string text = interval == 0 ? "1" : std::to_string(interval);
+    run([&] { txtMinutes.SetText(text); });
+    run([&] { txtHours.SetText(text); });
+  });
+}
+
+std::optional<bool> RecurrenceTime::ValidateMinutes() {
+  return ValidateNumber("ValidateMinutes", txtMinutes);
+}
+
+std::optional<bool> RecurrenceTime::ValidateHours() {
+  return ValidateNumber("ValidateHours", txtHours);
+}
+
+bool RecurrenceTime::Validate() {
+  bool answer = false;
+  Procedure("Validate", [&](Statements& run) {
+    if (optEveryNMinute.Selected()) {
+      answer = Accepts(run, txtMinutes, kMinutesNotNumericText, kMinutesNotPositiveText);
+    } else if (optEveryNHour.Selected()) {
+      answer = Accepts(run, txtHours, kHoursNotNumericText, kHoursNotPositiveText);
+    } else {
+      answer = true;
+    }
+  });
+  return answer;
+}
+
+Outcome RecurrenceTime::SaveValues() {
+  return Procedure("SaveValues", [&](Statements& run) {
+    Repair(run, ValidateMinutes(), txtMinutes);
+    Repair(run, ValidateHours(), txtHours);
+    std::shared_ptr<Recurrence> recurrence;
+    run([&] { recurrence = Set(Task)->Recurrence(); });
+    if (optSpecificTime.Selected()) {
+      run([&] { Set(recurrence)->SetTimeKind(time_kind::kAtTime); });
+    } else if (optEveryNMinute.Selected()) {
+      run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNMinutes); });
+      run([&] { Set(recurrence)->SetInterval(Integer(txtMinutes)); });
+    } else if (optEveryNHour.Selected()) {
+      run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNHours); });
+      run([&] { Set(recurrence)->SetInterval(Integer(txtHours)); });
+    }
+    run([&] { Set(recurrence)->SetExecutionTime(dtpTime.Value()); });
+  });
+}
+
+std::optional<bool> RecurrenceTime::CanContinue() {
+  if (optSpecificTime.Selected()) return true;
+  if (optEveryNMinute.Selected()) return !Trimmed(txtMinutes.Text()).empty();
+  if (optEveryNHour.Selected()) return !Trimmed(txtHours.Text()).empty();
+  return std::nullopt;
+}
+
+}  // namespace plovix

@@ -1,0 +1,122 @@
+#include "yearly_recurrence.h"
+
+#include <plovix/framework/raised.h>
+#include <plovix/framework/text_rules.h>
+
+#include <charconv>
+#include <chrono>
+
+#include "day_texts.h"
+
+namespace plovix {
+namespace {
+
+constexpr int kFirstMonthText = 99;  // January; twelve in a row: position plus one is Month
+constexpr int kLastMonthText = 110;
+constexpr int kNoSuchDateText = 112;
+
+// One or two digits, blanks around allowed; 0, which is no day, for any other text.
+unsigned DayNumber(std::string_view text) {
+  const std::string_view digits = Trimmed(text);
+  unsigned day = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), day);
+  const bool whole = error == std::errc{} && end == digits.data() + digits.size() && digits.size() <= 2;
+  return whole ? day : 0;
+}
+
+}  // namespace
+
+// There is nothing to do when optSpecificDay is chosen: the other line has no field to repair.
+YearlyRecurrence::YearlyRecurrence() {
+  optRelativeDay.On(Event::kClick, [this] { RepairNonNumeric("optRelativeDay_Click", {&txtSpecificDay}); });
+  cboSpecificDayMonth.On(Event::kClick, [this] { EditChooses("cboSpecificDayMonth_Click", optSpecificDay); });
+  txtSpecificDay.On(Event::kChange, [this] { EditChooses("txtSpecificDay_Change", optSpecificDay); });
+  cboRelativeDay.On(Event::kClick, [this] { EditChooses("cboRelativeDay_Click", optRelativeDay); });
+  cboDayOfWeek.On(Event::kClick, [this] { EditChooses("cboDayOfWeek_Click", optRelativeDay); });
+  cboRelativeDayMonth.On(Event::kClick, [this] { EditChooses("cboRelativeDayMonth_Click", optRelativeDay); });
+}
+
+void YearlyRecurrence::Prepare() {
+  InitControls();
+  RetrieveValues();
+}
+
+Outcome YearlyRecurrence::InitControls() {
+  return Procedure("InitControls", [&](Statements& run) {
+    AddTexts(run, cboRelativeDay, kFirstOrdinalText, kLastOrdinalText);
+    AddTexts(run, cboDayOfWeek, kFirstDayText, kLastDayText);
+    AddTexts(run, cboSpecificDayMonth, kFirstMonthText, kLastMonthText);
+    AddTexts(run, cboRelativeDayMonth, kFirstMonthText, kLastMonthText);
+  });
+}
+
+Outcome YearlyRecurrence::RetrieveValues() {
+  return Procedure("RetrieveValues", [&](Statements& run) {
+    TakePattern(run);
+    const Raised guard(updating);
+    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
+    Choose(run, relative ? optRelativeDay : optSpecificDay);
+    SetUnsetToOne(run, &YearlyPattern::DayOfMonth, &YearlyPattern::SetDayOfMonth);
+    SetUnsetToOne(run, &YearlyPattern::Month, &YearlyPattern::SetMonth);
+    SetUnsetToOne(run, &YearlyPattern::RelativeDayOfWeek, &YearlyPattern::SetRelativeDayOfWeek);
+    run([&] { txtSpecificDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    run([&] { SelectEntry(cboSpecificDayMonth, std::int64_t{Set(Pattern)->Month()} - 1); });
+    run([&] { SelectEntry(cboRelativeDayMonth, std::int64_t{Set(Pattern)->Month()} - 1); });
+    run([&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+    run([&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+  });
+}
+
+// The day is held against the month's length in this very year, so 29 February passes in leap years only.
+bool YearlyRecurrence::IsDateOfThisYear() const {
+  using namespace std::chrono;
+  const year_month_day today(floor<days>(Services().Application()->Now()));
+  const month chosen(static_cast<unsigned>(cboSpecificDayMonth.Index() + 1));
+  return year_month_day(today.year(), chosen, day(DayNumber(txtSpecificDay.Text()))).ok();
+}
+
+std::optional<bool> YearlyRecurrence::ValidateSpecificDay() {
+  std::optional<bool> answer;
+  Procedure("ValidateSpecificDay", [&](Statements& run) {
+    const bool fails = run.If([&] { return !Number(txtSpecificDay) || !IsDateOfThisYear(); });
+    answer = !fails;
+  });
+  return answer;
+}
+
+// The date is checked whatever is selected: a relative day is refused while the other line is bad.
+bool YearlyRecurrence::Validate() {
+  bool answer = false;
+  Procedure("Validate", [&](Statements& run) {
+    if (run.If([&] { return !Number(txtSpecificDay); })) {
+      Refuse(run, txtSpecificDay, kDayNotNumericText);
+      return;
+    }
+    if (run.If([&] { return !IsDateOfThisYear(); })) {
+      Refuse(run, txtSpecificDay, kNoSuchDateText);
+      return;
+    }
+    answer = true;
+  });
+  return answer;
+}
+
+Outcome YearlyRecurrence::SaveValues() {
+  return Procedure("SaveValues", [&](Statements& run) {
+    Repair(run, ValidateSpecificDay(), txtSpecificDay);
+    run([&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
+    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
+    const ComboBox& month = relative ? cboRelativeDayMonth : cboSpecificDayMonth;
+    run([&] { Set(Pattern)->SetMonth(month.Index() + 1); });
+    run([&] { Set(Pattern)->SetDayOfMonth(Integer(txtSpecificDay)); });
+    run([&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
+    run([&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    StorePattern(run);
+  });
+}
+
+std::optional<bool> YearlyRecurrence::CanContinue() {
+  return !optSpecificDay.Selected() || !Trimmed(txtSpecificDay.Text()).empty();
+}
+
+}  // namespace plovix

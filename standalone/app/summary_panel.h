@@ -1,0 +1,32 @@
+// The wizard window's view of the task so far: what it is, when it will run, and its next runs. The host's
+// own; pages know nothing of it.
+#pragma once
+
+#include <plovix/standalone/schedule/runs.h>
+
+#include <QTextBrowser>
+
+#include "app_parts.h"
+
+namespace plovix::app {
+
+// Text that is read, scrolled and copied, by keyboard and by assistive technology alike.
+class SummaryPanel final : public QTextBrowser {
+ public:
+  static constexpr int kRuns = 5;
+
+  SummaryPanel(AppParts parts, QWidget* parent);
+
+  // Shows the task as it is now; the runs are those from the host's now on.
+  void Show(const TaskRecord& task);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  [[nodiscard]] QString RunText(const Run& run) const;
+
+  AppParts parts_;
+};
+
+}  // namespace plovix::app

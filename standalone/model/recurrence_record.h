@@ -1,0 +1,64 @@
+// When a task runs, as plain values: what is stored, compared, copied, and expanded by the schedule engine.
+#pragma once
+
+#include <plovix/host/recurrence.h>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <variant>
+
+namespace plovix {
+
+// In every record 0 means "not yet set" where the field is an interval, a day, a month or a day of the week;
+// pages and engine then take 1. Numbers are stored as they were given, whatever they are.
+struct DailyRecord {
+  std::int32_t every_n_days = 0;
+  bool weekdays_only = false;
+  bool operator==(const DailyRecord&) const = default;
+};
+
+struct WeeklyRecord {
+  std::int32_t every_n_weeks = 0;
+  std::array<bool, 7> days{};  // Sunday first
+  bool operator==(const WeeklyRecord&) const = default;
+};
+
+// The day in a month that both the monthly and the yearly record choose, in one of two ways.
+struct DayChoice {
+  bool use_relative_day = false;
+  std::int32_t day_of_month = 0;          // 1 to 31; of the specific day
+  std::int32_t relative_week = 0;         // 0 to 4: first to fourth, last
+  std::int32_t relative_day_of_week = 0;  // 1 Sunday to 7 Saturday, 8 any day, 9 weekday, 10 weekend day
+  bool operator==(const DayChoice&) const = default;
+};
+
+struct MonthlyRecord {
+  std::int32_t every_n_months = 0;
+  DayChoice day;
+  bool operator==(const MonthlyRecord&) const = default;
+};
+
+struct YearlyRecord {
+  std::int32_t month = 0;  // 1 January to 12 December
+  DayChoice day;
+  bool operator==(const YearlyRecord&) const = default;
+};
+
+// monostate: no pattern yet.
+using PatternRecord = std::variant<std::monostate, DailyRecord, WeeklyRecord, MonthlyRecord, YearlyRecord>;
+
+struct RecurrenceRecord {
+  std::int32_t recurrence_type =
+      0;                       // recurrence_type; what the user chose, which `pattern` may not follow yet
+  std::int32_t time_kind = 0;  // time_kind
+  std::int32_t interval = 0;   // minutes or hours, as time_kind says
+  DateTime execution_time = kFirstExecutionTime;  // only its time of day counts
+  PatternRecord pattern;
+  bool operator==(const RecurrenceRecord&) const = default;
+
+  // What a new schedule offers: eight in the morning.
+  static constexpr DateTime kFirstExecutionTime = kZeroDate + std::chrono::hours{8};
+};
+
+}  // namespace plovix

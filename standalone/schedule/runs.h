@@ -1,0 +1,24 @@
+// The next runs of a schedule as instants, for the pages' preview and for the program that starts tasks.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "schedule.h"
+#include "zone.h"
+
+namespace plovix {
+
+struct Run {
+  Zone::Moment moment;
+  DateTime wanted;                // by the schedule; differs from moment.wall when shifted out of a gap
+  std::optional<int> moved_from;  // the day number that the month of `wanted` lacks
+};
+
+// The first `count` runs strictly after the instant of `now` (its first one when `now` is repeated),
+// ascending, each instant once. Fewer when the schedule ends.
+[[nodiscard]] std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, DateTime now,
+                                        std::size_t count);
+
+}  // namespace plovix

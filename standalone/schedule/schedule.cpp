@@ -1,0 +1,63 @@
+#include "schedule.h"
+
+#include <algorithm>
+
+#include "calendar_range.h"
+
+namespace plovix {
+namespace {
+
+using std::chrono::days;
+using std::chrono::floor;
+using std::chrono::local_days;
+using std::chrono::seconds;
+
+// The calendar repeats after 400 years.
+constexpr days kHorizon{146'097};
+
+}  // namespace
+
+Schedule::Schedule(const RecurrenceRecord& record, local_days start) {
+  if (start < kFirstDay || start > kLastDay) return;
+  times_ = TimeRule::From(record, start);
+  if (times_) days_ = DayRule{record.pattern, start};
+}
+
+// Leaps in turn to the next tick and to the next selected day, until a tick is on a selected day. With ticks
+// no longer than a day that is at most the second one.
+std::optional<DateTime> Schedule::Next(DateTime after) const {
+  if (!times_ || after >= kLastSecond) return std::nullopt;
+  DateTime tick = times_->AtOrAfter(after < kFirstSecond ? kFirstSecond : after + seconds{1});
+  const DateTime limit = tick + kHorizon;
+  while (tick <= limit) {
+    const std::optional<local_days> day = days_.AtOrAfter(floor<days>(tick));
+    if (!day) return std::nullopt;
+    if (tick < *day) tick = times_->AtOrAfter(*day);
+    if (tick < *day + days{1}) return tick;
+  }
+  return std::nullopt;
+}
+
+std::optional<DateTime> Schedule::Previous(DateTime before) const {
+  if (!times_ || before <= kFirstSecond) return std::nullopt;
+  std::optional<DateTime> tick = times_->AtOrBefore(std::min(before - seconds{1}, kLastSecond));
+  const DateTime limit = tick.value_or(kFirstSecond) - kHorizon;
+  while (tick && *tick >= limit) {
+    const std::optional<local_days> day = days_.AtOrBefore(floor<days>(*tick));
+    if (!day) return std::nullopt;
+    if (*tick >= *day + days{1}) tick = times_->AtOrBefore(*day + days{1} - seconds{1});
+    if (!tick || *tick >= *day) return tick;
+  }
+  return std::nullopt;
+}
+
+bool Schedule::IsRun(DateTime at) const {
+  if (!times_ || at < kFirstSecond || at > kLastSecond) return false;
+  return times_->AtOrAfter(at) == at && days_.Selects(floor<days>(at));
+}
+
+std::optional<int> Schedule::MovedFrom(local_days day) const {
+  return days_.MovedFrom(day);
+}
+
+}  // namespace plovix

@@ -1,0 +1,30 @@
+// When a schedule ticks, whatever the days its pattern selects. Used by Schedule.
+#pragma once
+
+#include <plovix/standalone/model/recurrence_record.h>
+
+#include <chrono>
+#include <optional>
+
+namespace plovix {
+
+// Ticks at one distance from an origin on, without end: a time of day ticks once a day.
+class TimeRule {
+ public:
+  // Nothing for an unknown kind of time and for a negative interval. `start`: the day whose midnight the
+  // intervals are counted from, inside kFirstDay to kLastDay.
+  [[nodiscard]] static std::optional<TimeRule> From(const RecurrenceRecord& record,
+                                                    std::chrono::local_days start);
+
+  // The nearest tick, `at` itself included. `at`: inside kFirstSecond to kLastSecond.
+  [[nodiscard]] DateTime AtOrAfter(DateTime at) const;
+  [[nodiscard]] std::optional<DateTime> AtOrBefore(DateTime at) const;  // nothing before the first tick
+
+ private:
+  TimeRule(DateTime first, std::chrono::seconds step) : first_(first), step_(step) {}
+
+  DateTime first_;
+  std::chrono::seconds step_;
+};
+
+}  // namespace plovix

@@ -1,0 +1,35 @@
+// A member's value, to JSON and from a script's word, by its type. Used by the tables of members.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <type_traits>
+
+#include "words.h"
+
+namespace plovix::script {
+
+template <class Type>
+[[nodiscard]] nlohmann::ordered_json MemberJson(const Type& value) {
+  if constexpr (std::is_same_v<Type, DateTime>) {
+    return DateTimeText(value);
+  } else {
+    return value;
+  }
+}
+
+// A word that the type cannot hold is a LineError; the value is then as it was.
+template <class Type>
+void SetMember(Type& value, const std::string& word) {
+  if constexpr (std::is_same_v<Type, std::string>) {
+    value = word;
+  } else if constexpr (std::is_same_v<Type, bool>) {
+    value = SwitchFrom(word);
+  } else if constexpr (std::is_same_v<Type, DateTime>) {
+    value = DateTimeFrom(word);
+  } else {
+    value = IntegerFrom<Type>(word);
+  }
+}
+
+}  // namespace plovix::script

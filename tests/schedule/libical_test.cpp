@@ -1,0 +1,94 @@
+// Comparison with another implementation of recurrence rules, for every rule that it can express.
+#include <gtest/gtest.h>
+#include <libical/ical.h>
+
+#include "schedule_support.h"
+
+namespace plovix::schedule_tests {
+namespace {
+
+using std::chrono::days;
+using std::chrono::local_days;
+using std::chrono::year_month_day;
+
+constexpr const char* kDayNames[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
+constexpr const char* kWeekdays = "MO,TU,WE,TH,FR";
+
+// A rule and the day from which libical counts its intervals; its runs before the schedule's start are
+// dropped.
+struct Rule {
+  std::string text;
+  local_days origin;
+};
+
+std::string DayPart(const DayChoice& day) {
+  const std::string last = ";BYSETPOS=-1";
+  if (!day.use_relative_day) {
+    if (day.day_of_month <= 28) return ";BYMONTHDAY=" + std::to_string(day.day_of_month);
+    std::string part = ";BYMONTHDAY=28";
+    for (int n = 29; n <= day.day_of_month; ++n) part += "," + std::to_string(n);
+    return part + last;
+  }
+  const std::string position = day.relative_week == 4 ? "-1" : std::to_string(day.relative_week + 1);
+  const int kind = day.relative_day_of_week;
+  if (kind < 8) return ";BYDAY=" + position + kDayNames[kind - 1];
+  if (kind == 8) return ";BYMONTHDAY=" + position;
+  return std::string(";BYDAY=") + (kind == 9 ? kWeekdays : "SA,SU") + ";BYSETPOS=" + position;
+}
+
+struct RuleOf {
+  local_days start;
+
+  Rule operator()(const std::monostate&) const { return {}; }
+  Rule operator()(const DailyRecord& r) const {
+    const std::string by_day = r.weekdays_only ? std::string(";BYDAY=") + kWeekdays : "";
+    return {"FREQ=DAILY;INTERVAL=" + std::to_string(r.every_n_days) + by_day, start};
+  }
+  Rule operator()(const WeeklyRecord& r) const {
+    std::string names;
+    for (std::size_t day = 0; day < 7; ++day)
+      if (r.days.at(day)) names += (names.empty() ? "" : ",") + std::string(kDayNames[day]);
+    return {"FREQ=WEEKLY;WKST=SU;INTERVAL=" + std::to_string(r.every_n_weeks) + ";BYDAY=" + names,
+            start - (std::chrono::weekday{start} - std::chrono::Sunday)};
+  }
+  Rule operator()(const MonthlyRecord& r) const {
+    const year_month_day date{start};
+    return {"FREQ=MONTHLY;INTERVAL=" + std::to_string(r.every_n_months) + DayPart(r.day),
+            local_days{date.year() / date.month() / 1}};
+  }
+  Rule operator()(const YearlyRecord& r) const {
+    return {"FREQ=YEARLY;BYMONTH=" + std::to_string(r.month) + DayPart(r.day),
+            local_days{year_month_day{start}.year() / 1 / 1}};
+  }
+};
+
+TEST(Schedule, RunsLikeRecurrenceRules) {
+  std::mt19937 random(2);
+  for (int number = 0; number < 1000; ++number) {
+    const PatternRecord pattern = AnyPattern(random);
+    const local_days start = Day("1995-01-01") + days{random() % 20'000};
+    const Rule rule = std::visit(RuleOf{start}, pattern);
+    const year_month_day origin{rule.origin};
+    icaltimetype first = icaltime_null_time();
+    first.year = int{origin.year()};
+    first.month = static_cast<int>(unsigned{origin.month()});
+    first.day = static_cast<int>(unsigned{origin.day()});
+    first.hour = 8;
+    icalrecur_iterator* iterator =
+        icalrecur_iterator_new(icalrecurrencetype_from_string(rule.text.c_str()), first);
+    std::vector<DateTime> expected;
+    while (expected.size() < 40) {
+      const icaltimetype next = icalrecur_iterator_next(iterator);
+      if (icaltime_is_null_time(next) != 0) break;  // never runs
+      const local_days day{std::chrono::year{next.year} / next.month / next.day};
+      if (day >= start) expected.emplace_back(day + std::chrono::hours{next.hour});
+    }
+    icalrecur_iterator_free(iterator);
+    const Schedule schedule(AtTime(pattern), start);
+    EXPECT_EQ(schedule.Next(DateTime::min()).has_value(), !expected.empty()) << rule.text;
+    EXPECT_EQ(WrongRun(schedule, expected), "") << rule.text << " from " << Text(DateTime{start});
+  }
+}
+
+}  // namespace
+}  // namespace plovix::schedule_tests

@@ -1,0 +1,207 @@
+// The runs of a schedule in wall times: tables of known runs, of records that never run, of the ends of all
+// ranges, and a comparison with a count day by day.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "schedule_support.h"
+
+namespace plovix::schedule_tests {
+namespace {
+
+using std::chrono::days;
+using std::chrono::local_days;
+using std::chrono::seconds;
+using std::chrono::weekday;
+using std::chrono::year_month_day;
+using time_kind::kEveryNHours;
+using time_kind::kEveryNMinutes;
+
+constexpr DateTime kEarliest = DateTime::min();
+const DailyRecord kDaily{1, false};
+
+TEST(Schedule, RunsAsTheRecordSays) {
+  const DailyRecord weekdays{1, true}, second_weekdays{2, true};
+  const WeeklyRecord weeks{2, {true, false, true, false, false, false, true}};  // Sunday, Tuesday, Saturday
+  const WeeklyRecord mondays{0, {false, true}};
+  const DayChoice unset{true, 0, 0, 0}, unused_week{false, 7, -1, 99}, unused_day{true, 99, 0, 2};
+  const struct {
+    const char* start;
+    RecurrenceRecord record;
+    std::string runs;  // the first ones; for a moved one the wanted day
+  } cases[] = {
+      {"2026-02-27", AtTime(DailyRecord{3}, "23:59:59"), "2026-02-27 23:59:59, 2026-03-02 23:59:59"},
+      {"2026-02-28", AtTime(DailyRecord{}), "2026-02-28 08:00, 2026-03-01 08:00"},
+      {"2026-03-06", AtTime(second_weekdays), "2026-03-06 08:00, 2026-03-10 08:00, 2026-03-12 08:00"},
+      {"2026-03-07", AtTime(weekdays), "2026-03-09 08:00, 2026-03-10 08:00, 2026-03-11 08:00"},
+      {"2026-03-04", AtTime(weeks), "2026-03-07 08:00, 2026-03-15 08:00, 2026-03-17 08:00, 2026-03-21 08:00"},
+      {"2026-01-31", AtTime(MonthlyRecord{1, OnDay(31)}), "2026-01-31 08:00, 2026-02-28 08:00 for 31"},
+      {"2026-11-16", AtTime(MonthlyRecord{3, OnDay(15)}), "2027-02-15 08:00, 2027-05-15 08:00"},
+      {"2026-01-01", AtTime(MonthlyRecord{1, OnThe(4, 10)}), "2026-01-31 08:00, 2026-02-28 08:00"},
+      {"2026-08-01", AtTime(MonthlyRecord{1, OnThe(3, 9)}), "2026-08-06 08:00, 2026-09-04 08:00"},
+      {"2026-08-01", AtTime(MonthlyRecord{2, OnThe(2, 10)}), "2026-08-08 08:00, 2026-10-10 08:00"},
+      {"2026-08-03", AtTime(MonthlyRecord{1, OnThe(1, 8)}), "2026-09-02 08:00"},
+      {"2026-08-01", AtTime(MonthlyRecord{0, unset}), "2026-08-02 08:00, 2026-09-06 08:00"},
+      {"2026-03-01", AtTime(MonthlyRecord{1, unused_week}), "2026-03-07 08:00"},
+      {"2026-03-01", AtTime(MonthlyRecord{1, unused_day}), "2026-03-02 08:00"},
+      {"2027-03-01", AtTime(YearlyRecord{2, OnDay(29)}), "2028-02-29 08:00, 2029-02-28 08:00 for 29"},
+      {"1899-03-01", AtTime(YearlyRecord{2, OnDay(29)}), "1900-02-28 08:00 for 29, 1901-02-28 08:00 for 29"},
+      {"2026-11-27", AtTime(YearlyRecord{11, OnThe(4, 6)}), "2026-11-27 08:00, 2027-11-26 08:00"},
+      {"2026-03-01", Every(13, kEveryNHours, kDaily), "2026-03-01 00:00, 2026-03-01 13:00, 2026-03-02 02:00"},
+      {"2026-03-01", Every(48, kEveryNHours, mondays),
+       "2026-03-09 00:00, 2026-03-23 00:00, 2026-04-06 00:00"},
+      {"2026-03-01", Every(0, kEveryNMinutes, YearlyRecord{}), "2027-01-01 00:00, 2027-01-01 00:01"},
+  };
+  for (const auto& c : cases) {
+    const Schedule schedule(c.record, Day(c.start));
+    std::vector<DateTime> runs;
+    std::string text;
+    for (DateTime at = kEarliest; text.size() < c.runs.size(); at = runs.back()) {
+      ASSERT_TRUE(schedule.Next(at)) << c.runs;
+      runs.push_back(*schedule.Next(at));
+      text += (text.empty() ? "" : ", ") + Text(runs.back());
+      if (const auto wanted = schedule.MovedFrom(std::chrono::floor<days>(runs.back())))
+        text += " for " + std::to_string(*wanted);
+    }
+    EXPECT_EQ(text, c.runs);
+    EXPECT_EQ(WrongRun(schedule, runs), "") << c.runs;
+    EXPECT_EQ(schedule.MovedFrom(Day("2026-04-29")), std::nullopt) << c.runs;
+  }
+}
+
+// Whether a record selects a day, found by looking at every day before it.
+struct CountedDay {
+  local_days start, day;
+
+  static bool InMonth(const DayChoice& choice, local_days day) {
+    const year_month_day date{day};
+    const int kind = choice.use_relative_day ? choice.relative_day_of_week : 8;
+    const int wanted = choice.use_relative_day ? choice.relative_week : choice.day_of_month - 1;
+    const bool last = choice.use_relative_day && wanted == 4;
+    local_days found{};
+    int count = 0;
+    for (local_days d{date.year() / date.month() / 1}; year_month_day{d}.month() == date.month();
+         d += days{1}) {
+      const int number = static_cast<int>(weekday{d}.c_encoding()) + 1;
+      const bool weekend = number == 1 || number == 7;
+      if (kind != 8 && kind != (weekend ? 10 : 9) && kind != number) continue;
+      if (last || count++ <= wanted) found = d;
+    }
+    return found == day;
+  }
+
+  bool operator()(const std::monostate&) const { return false; }
+  bool operator()(const DailyRecord& r) const {
+    const bool weekend = weekday{day}.iso_encoding() > 5;
+    return (day - start).count() % r.every_n_days == 0 && !(r.weekdays_only && weekend);
+  }
+  bool operator()(const WeeklyRecord& r) const {
+    int sundays = 0;
+    for (local_days d = start + days{1}; d <= day; d += days{1}) sundays += weekday{d} == std::chrono::Sunday;
+    return sundays % r.every_n_weeks == 0 && r.days.at(weekday{day}.c_encoding());
+  }
+  bool operator()(const MonthlyRecord& r) const {
+    const year_month_day from{start}, to{day};
+    const auto months = (to.year() / to.month() - from.year() / from.month()).count();
+    return months % r.every_n_months == 0 && InMonth(r.day, day);
+  }
+  bool operator()(const YearlyRecord& r) const {
+    return year_month_day{day}.month() == std::chrono::month(static_cast<unsigned>(r.month)) &&
+           InMonth(r.day, day);
+  }
+};
+
+TEST(Schedule, RunsLikeACountDayByDay) {
+  std::mt19937 random(1);
+  for (int rule = 0; rule < 300; ++rule) {
+    constexpr int kMinutes[] = {90, 300, 780, 1439, 1440, 1441, 1500, 2880, 2940, 4321, 10'080, 60'000};
+    const int interval = kMinutes[random() % std::size(kMinutes)];
+    const bool hours = interval % 60 == 0 && rule % 3 == 0;
+    const RecurrenceRecord record =
+        Every(hours ? interval / 60 : interval, hours ? kEveryNHours : kEveryNMinutes, AnyPattern(random));
+    const local_days start = Day("2023-01-01") + days{random() % 800};
+    std::vector<DateTime> expected;
+    DateTime tick = start;
+    for (local_days day = start; day < start + days{731}; day += days{1}) {
+      const bool selected = std::visit(CountedDay{start, day}, record.pattern);
+      for (; tick < day + days{1}; tick += std::chrono::minutes{interval})
+        if (selected) expected.push_back(tick);
+    }
+    EXPECT_EQ(WrongRun(Schedule(record, start), expected), "")
+        << "rule " << rule << ", pattern " << record.pattern.index() << ", start " << Text(DateTime{start});
+  }
+}
+
+TEST(Schedule, NeverRuns) {
+  const WeeklyRecord no_day{1, {}}, tuesdays{1, {false, false, true}}, negative_weeks{-1, {true}};
+  const RecurrenceRecord records[] = {AtTime({}),
+                                      AtTime(no_day),
+                                      AtTime(DailyRecord{14, true}),
+                                      Every(168, kEveryNHours, tuesdays),
+                                      Every(10'080, kEveryNMinutes, DailyRecord{1, true}),
+                                      AtTime(DailyRecord{-1}),
+                                      AtTime(negative_weeks),
+                                      AtTime(MonthlyRecord{-1, OnDay(1)}),
+                                      Every(-1, kEveryNMinutes, kDaily),
+                                      Every(-1, kEveryNHours, kDaily),
+                                      Every(1, 3, kDaily),
+                                      Every(1, -1, kDaily),
+                                      AtTime(MonthlyRecord{1, OnDay(32)}),
+                                      AtTime(YearlyRecord{1, OnDay(-1)}),
+                                      AtTime(YearlyRecord{13, OnDay(1)}),
+                                      AtTime(YearlyRecord{-1, OnDay(1)}),
+                                      AtTime(MonthlyRecord{1, OnThe(5, 1)}),
+                                      AtTime(MonthlyRecord{1, OnThe(-1, 1)}),
+                                      AtTime(YearlyRecord{1, OnThe(0, 11)}),
+                                      AtTime(YearlyRecord{1, OnThe(0, -1)})};
+  const local_days start = Day("2026-03-07");  // a Saturday
+  for (const RecurrenceRecord& record : records) {
+    const Schedule schedule(record, start);
+    EXPECT_FALSE(schedule.Next(kEarliest) || schedule.Previous(DateTime::max()) || schedule.IsRun(start) ||
+                 schedule.MovedFrom(Day("2026-04-30")))
+        << "record " << &record - records;
+  }
+}
+
+TEST(Schedule, HoldsAtTheEndsOfAllRanges) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+  const DateTime queries[] = {kEarliest,          kEarliest + seconds{1},      Time("-9999-01-01"),
+                              Time("2026-03-07"), Time("9999-12-31 23:59:59"), DateTime::max() - seconds{1},
+                              DateTime::max()};
+  int runs = 0;
+  const auto check = [&](const RecurrenceRecord& record) {
+    for (const local_days start : {local_days::min(), Day("-9999-01-01"), Day("2026-03-07"),
+                                   Day("9999-12-31"), local_days{days{kMost}}, local_days::max()}) {
+      const Schedule schedule(record, start);
+      for (const DateTime query : queries) {
+        const auto next = schedule.Next(query), previous = schedule.Previous(query);
+        EXPECT_TRUE(!next ||
+                    (*next > query && *next >= start && schedule.Previous(*next + seconds{1}) == next));
+        EXPECT_TRUE(!previous || (*previous < query && schedule.IsRun(*previous)));
+        runs += next.has_value();
+      }
+    }
+  };
+  for (const std::int32_t n : {kLeast, kLeast + 1, -1, 0, 1, 7, kMost - 1, kMost})
+    for (const PatternRecord& pattern : std::initializer_list<PatternRecord>{
+             DailyRecord{n}, DailyRecord{n, true}, WeeklyRecord{n, {true}}, MonthlyRecord{n, OnDay(31)},
+             MonthlyRecord{1, OnDay(n)}, MonthlyRecord{n, OnThe(4, 10)}, MonthlyRecord{1, OnThe(n, n)},
+             YearlyRecord{n, OnDay(n)}, YearlyRecord{12, OnThe(4, 9)}}) {
+      for (const std::int32_t kind : {0, 1, 2, n}) check(Every(n, kind, pattern));
+      check({n, 0, n, kEarliest, pattern});
+      check({n, 0, n, DateTime::max(), pattern});
+    }
+  EXPECT_GT(runs, 1000);
+  // Ticks that take 580 years to reach a Tuesday.
+  EXPECT_FALSE(
+      Schedule(Every(70'561, kEveryNMinutes, WeeklyRecord{1, {false, false, true}}), Day("2026-03-07"))
+          .Next(kEarliest));
+  const Schedule all(Every(1, 0, kDaily), Day("-9999-01-01"));
+  EXPECT_EQ(all.Next(kEarliest), Time("-9999-01-01"));
+  EXPECT_EQ(all.Previous(DateTime::max()), Time("9999-12-31"));
+  EXPECT_FALSE(Schedule(Every(1, 0, DailyRecord{kMost}), Day("-9999-01-01")).Next(Time("-9999-01-01")));
+}
+
+}  // namespace
+}  // namespace plovix::schedule_tests
