@@ -1,6 +1,9 @@
-// Comparison with another implementation of recurrence rules, for every rule that it can express.
+// Comparison with another implementation of recurrence rules, which knows the days; ticks are counted one by
+// one.
 #include <gtest/gtest.h>
 #include <libical/ical.h>
+
+#include <random>
 
 #include "schedule_support.h"
 
@@ -62,31 +65,57 @@ struct RuleOf {
   }
 };
 
-TEST(Schedule, RunsLikeRecurrenceRules) {
+PatternRecord AnyPattern(std::mt19937& random) {
+  const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>{low, high}(random); };
+  WeeklyRecord weekly{pick(1, 4), {}};
+  for (bool& runs : weekly.days) runs = pick(0, 2) == 0;
+  weekly.days.at(static_cast<std::size_t>(pick(0, 6))) = true;
+  const DayChoice day = pick(0, 1) == 0 ? OnDay(pick(1, 31)) : OnThe(pick(0, 4), pick(1, 10));
+  const PatternRecord patterns[] = {DailyRecord{pick(1, 15), pick(0, 2) == 0}, weekly,
+                                    MonthlyRecord{pick(1, 14), day}, YearlyRecord{pick(1, 12), day}};
+  return patterns[pick(0, 3)];
+}
+
+// The first days that a pattern selects, as libical knows them.
+std::vector<local_days> SelectedDays(const Rule& rule, local_days start) {
+  const year_month_day origin{rule.origin};
+  icaltimetype first = icaltime_null_date();
+  first.year = int{origin.year()};
+  first.month = static_cast<int>(unsigned{origin.month()});
+  first.day = static_cast<int>(unsigned{origin.day()});
+  icalrecur_iterator* iterator =
+      icalrecur_iterator_new(icalrecurrencetype_from_string(rule.text.c_str()), first);
+  std::vector<local_days> selected;
+  while (selected.size() < 40) {
+    const icaltimetype next = icalrecur_iterator_next(iterator);
+    if (icaltime_is_null_time(next) != 0) break;  // never again
+    const local_days day{std::chrono::year{next.year} / next.month / next.day};
+    if (day >= start) selected.push_back(day);
+  }
+  icalrecur_iterator_free(iterator);
+  return selected;
+}
+
+TEST(Schedule, RunsOnTheDaysOfRecurrenceRules) {
   std::mt19937 random(2);
   for (int number = 0; number < 1000; ++number) {
     const PatternRecord pattern = AnyPattern(random);
     const local_days start = Day("1995-01-01") + days{random() % 20'000};
     const Rule rule = std::visit(RuleOf{start}, pattern);
-    const year_month_day origin{rule.origin};
-    icaltimetype first = icaltime_null_time();
-    first.year = int{origin.year()};
-    first.month = static_cast<int>(unsigned{origin.month()});
-    first.day = static_cast<int>(unsigned{origin.day()});
-    first.hour = 8;
-    icalrecur_iterator* iterator =
-        icalrecur_iterator_new(icalrecurrencetype_from_string(rule.text.c_str()), first);
-    std::vector<DateTime> expected;
-    while (expected.size() < 40) {
-      const icaltimetype next = icalrecur_iterator_next(iterator);
-      if (icaltime_is_null_time(next) != 0) break;  // never runs
-      const local_days day{std::chrono::year{next.year} / next.month / next.day};
-      if (day >= start) expected.emplace_back(day + std::chrono::hours{next.hour});
+    constexpr int kIntervals[] = {90, 300, 780, 1439, 1440, 1441, 1500, 2880, 2940, 4321, 10'080, 60'000};
+    const std::chrono::minutes interval{kIntervals[random() % std::size(kIntervals)]};
+    std::vector<DateTime> at_time, ticks;
+    DateTime tick = start;
+    for (const local_days day : SelectedDays(rule, start)) {
+      at_time.emplace_back(day + std::chrono::hours{8});
+      while (tick < day) tick += interval;
+      for (; tick < day + days{1}; tick += interval) ticks.push_back(tick);
     }
-    icalrecur_iterator_free(iterator);
     const Schedule schedule(AtTime(pattern), start);
-    EXPECT_EQ(schedule.Next(DateTime::min()).has_value(), !expected.empty()) << rule.text;
-    EXPECT_EQ(WrongRun(schedule, expected), "") << rule.text << " from " << Text(DateTime{start});
+    const Schedule ticking(Every(static_cast<std::int32_t>(interval.count()), 1, pattern), start);
+    EXPECT_EQ(schedule.Next(DateTime::min()).has_value(), !at_time.empty()) << rule.text;
+    EXPECT_EQ(WrongRun(schedule, at_time), "") << rule.text << " from " << Text(DateTime{start});
+    EXPECT_EQ(WrongRun(ticking, ticks), "") << rule.text << " ticks " << interval.count() << " minutes";
   }
 }
 

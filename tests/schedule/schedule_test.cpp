@@ -1,5 +1,5 @@
-// The runs of a schedule in wall times: tables of known runs, of records that never run, of the ends of all
-// ranges, and a comparison with a count day by day.
+// The runs of a schedule in wall times: tables of known runs, of records that never run, and the ends of all
+// ranges.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -12,8 +12,6 @@ namespace {
 using std::chrono::days;
 using std::chrono::local_days;
 using std::chrono::seconds;
-using std::chrono::weekday;
-using std::chrono::year_month_day;
 using time_kind::kEveryNHours;
 using time_kind::kEveryNMinutes;
 
@@ -66,69 +64,6 @@ TEST(Schedule, RunsAsTheRecordSays) {
     EXPECT_EQ(text, c.runs);
     EXPECT_EQ(WrongRun(schedule, runs), "") << c.runs;
     EXPECT_EQ(schedule.MovedFrom(Day("2026-04-29")), std::nullopt) << c.runs;
-  }
-}
-
-// Whether a record selects a day, found by looking at every day before it.
-struct CountedDay {
-  local_days start, day;
-
-  static bool InMonth(const DayChoice& choice, local_days day) {
-    const year_month_day date{day};
-    const int kind = choice.use_relative_day ? choice.relative_day_of_week : 8;
-    const int wanted = choice.use_relative_day ? choice.relative_week : choice.day_of_month - 1;
-    const bool last = choice.use_relative_day && wanted == 4;
-    local_days found{};
-    int count = 0;
-    for (local_days d{date.year() / date.month() / 1}; year_month_day{d}.month() == date.month();
-         d += days{1}) {
-      const int number = static_cast<int>(weekday{d}.c_encoding()) + 1;
-      const bool weekend = number == 1 || number == 7;
-      if (kind != 8 && kind != (weekend ? 10 : 9) && kind != number) continue;
-      if (last || count++ <= wanted) found = d;
-    }
-    return found == day;
-  }
-
-  bool operator()(const std::monostate&) const { return false; }
-  bool operator()(const DailyRecord& r) const {
-    const bool weekend = weekday{day}.iso_encoding() > 5;
-    return (day - start).count() % r.every_n_days == 0 && !(r.weekdays_only && weekend);
-  }
-  bool operator()(const WeeklyRecord& r) const {
-    int sundays = 0;
-    for (local_days d = start + days{1}; d <= day; d += days{1}) sundays += weekday{d} == std::chrono::Sunday;
-    return sundays % r.every_n_weeks == 0 && r.days.at(weekday{day}.c_encoding());
-  }
-  bool operator()(const MonthlyRecord& r) const {
-    const year_month_day from{start}, to{day};
-    const auto months = (to.year() / to.month() - from.year() / from.month()).count();
-    return months % r.every_n_months == 0 && InMonth(r.day, day);
-  }
-  bool operator()(const YearlyRecord& r) const {
-    return year_month_day{day}.month() == std::chrono::month(static_cast<unsigned>(r.month)) &&
-           InMonth(r.day, day);
-  }
-};
-
-TEST(Schedule, RunsLikeACountDayByDay) {
-  std::mt19937 random(1);
-  for (int rule = 0; rule < 300; ++rule) {
-    constexpr int kMinutes[] = {90, 300, 780, 1439, 1440, 1441, 1500, 2880, 2940, 4321, 10'080, 60'000};
-    const int interval = kMinutes[random() % std::size(kMinutes)];
-    const bool hours = interval % 60 == 0 && rule % 3 == 0;
-    const RecurrenceRecord record =
-        Every(hours ? interval / 60 : interval, hours ? kEveryNHours : kEveryNMinutes, AnyPattern(random));
-    const local_days start = Day("2023-01-01") + days{random() % 800};
-    std::vector<DateTime> expected;
-    DateTime tick = start;
-    for (local_days day = start; day < start + days{731}; day += days{1}) {
-      const bool selected = std::visit(CountedDay{start, day}, record.pattern);
-      for (; tick < day + days{1}; tick += std::chrono::minutes{interval})
-        if (selected) expected.push_back(tick);
-    }
-    EXPECT_EQ(WrongRun(Schedule(record, start), expected), "")
-        << "rule " << rule << ", pattern " << record.pattern.index() << ", start " << Text(DateTime{start});
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <random>
 
 #include "schedule_support.h"
 

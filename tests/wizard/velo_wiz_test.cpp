@@ -239,6 +239,70 @@ TEST_F(VeloWizTest, AConflictAsksAndSavesAsNew) {
   }
 }
 
+// A scheduled task without data, from its type to the storage and back; going between the kinds of pattern
+// loses nothing of what was typed on any of them.
+TEST_F(VeloWizTest, ARoadThroughTheSchedule) {
+  wizard->Open(kType);
+  wizard->Next();
+  Type("txtName", "Report");
+  wizard->User().Leave(At("txtName"));
+  wizard->User().Toggle(At("chkAutoMan"));
+  wizard->Next();
+  EXPECT_EQ(Where(), "Plovix.RecurrenceTime BN-C");
+  Type("txtHours", "13");
+  wizard->Next();
+  // Each kind in turn, its page filled in and left by Back.
+  struct Kind {
+    std::string option, page, box, text;
+  };
+  const std::vector<Kind> kinds = {{"optDaily", "Plovix.DailyRecurrence", "txtDays", "5"},
+                                   {"optWeekly", "Plovix.WeeklyRecurrence", "txtWeeks", "3"},
+                                   {"optMonthly", "Plovix.MonthlyRecurrence", "txtDay", "31"},
+                                   {"optYearly", "Plovix.YearlyRecurrence", "txtSpecificDay", "24"}};
+  for (const bool again : {false, true}) {
+    for (const Kind& kind : kinds) {
+      wizard->User().Choose(At(kind.option));
+      wizard->Next();
+      ASSERT_EQ(wizard->Identifier(), kind.page);
+      if (again) {
+        EXPECT_EQ(dynamic_cast<TextBox&>(At(kind.box)).Text(), kind.text);
+      }
+      Type(kind.box, kind.text);
+      wizard->Back();
+    }
+  }
+  wizard->User().Choose(At("optWeekly"));
+  wizard->Next();
+  EXPECT_EQ(Where(), "Plovix.WeeklyRecurrence B--C") << "no day is checked";
+  wizard->User().Toggle(At("chkFriday"));
+  wizard->Next();
+  EXPECT_TRUE(wizard->Finish());
+  const TaskRecord saved = storage.List().at(0);
+  RecurrenceRecord expected = Scheduled(WeeklyRecord{3, {false, false, false, false, false, true}}, 2);
+  expected.interval = 13;
+  EXPECT_EQ(saved.recurrence, expected);
+  const auto today = std::chrono::floor<std::chrono::days>(scene.state.Now());
+  EXPECT_EQ(saved.schedule_start, today);
+
+  // Walked through again some days later it stays as it was, its start included.
+  scene.state.clock = [today] { return today + std::chrono::days{9} + std::chrono::hours{1}; };
+  Make(saved);
+  wizard->Open(kType);
+  for (int step = 0; step < 6 && !wizard->Finish(); ++step) wizard->Next();
+  TaskRecord again = storage.List().at(0);
+  EXPECT_EQ(std::exchange(again.version, saved.version), saved.version + 1);
+  again.modified = saved.modified;
+  EXPECT_EQ(again, saved);
+
+  // Taken from the automation manager it has no schedule any more, and no start.
+  Make(storage.List().at(0));
+  wizard->Open("Plovix.Details");
+  wizard->User().Toggle(At("chkAutoMan"));
+  wizard->Next();
+  EXPECT_TRUE(wizard->Finish());
+  EXPECT_FALSE(storage.List().at(0).recurrence || storage.List().at(0).schedule_start);
+}
+
 // From opening a stored task to Finish; gives the number of host calls and whether it came to the end.
 std::pair<int, bool> WalkWithFault(const State& state, int n, Times times, int answer) {
   Scene scene;
