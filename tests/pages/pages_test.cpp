@@ -186,6 +186,23 @@ TEST_F(DetailsTest, StoredCategoryDataObjectAndSettingsPassThrough) {
   }
 }
 
+TEST_F(DetailsTest, WhoMayBeGivenToTheAutomationManager) {
+  struct Row {
+    std::int16_t mode;
+    Entries entries;
+    bool enabled;
+  };
+  for (const Row& row : std::vector<Row>{{0, {}, true},
+                                         {2, {{"AllowAutomationManager", true}}, true},
+                                         {1, {}, false},
+                                         {0, {{"Importing", true}}, false},
+                                         {2, {{"AllowAutomationManager", false}}, false}}) {
+    task.record_mode = row.mode;
+    PagesTest::Open(page_identifier::kDetails, task, row.entries);
+    EXPECT_EQ((*bench)["chkAutoMan"].Enabled(), row.enabled) << row.mode;
+  }
+}
+
 constexpr std::array kOptions = {"optNoData", "optSingleRecord", "optQueryResults"};
 constexpr std::array kHelps = {"lblNoData", "lblSingleRecord", "lblQueryResults"};
 

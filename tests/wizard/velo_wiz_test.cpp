@@ -301,6 +301,7 @@ TEST_F(VeloWizTest, ARoadThroughTheSchedule) {
   wizard->Next();
   EXPECT_TRUE(wizard->Finish());
   EXPECT_FALSE(storage.List().at(0).recurrence || storage.List().at(0).schedule_start);
+  EXPECT_EQ(storage.List().at(0).processing_mode, processing_mode::kEveryTime);
 }
 
 // From opening a stored task to Finish; gives the number of host calls and whether it came to the end.
