@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <tuple>
 
 namespace plovix {
 
@@ -71,46 +72,10 @@ struct ControlName {
   char value[kSize]{};
 };
 
-// The class of a control of each kind.
+// The class of a control of each kind, in the order of the kinds.
+using ControlClasses = std::tuple<Label, TextBox, CheckBox, OptionButton, ComboBox, CommandButton, Frame,
+                                  DateTimePicker, HostSlot>;
 template <Kind kKind>
-struct ControlClass;
-template <>
-struct ControlClass<Kind::kLabel> {
-  using Type = Label;
-};
-template <>
-struct ControlClass<Kind::kTextBox> {
-  using Type = TextBox;
-};
-template <>
-struct ControlClass<Kind::kCheckBox> {
-  using Type = CheckBox;
-};
-template <>
-struct ControlClass<Kind::kOptionButton> {
-  using Type = OptionButton;
-};
-template <>
-struct ControlClass<Kind::kComboBox> {
-  using Type = ComboBox;
-};
-template <>
-struct ControlClass<Kind::kCommandButton> {
-  using Type = CommandButton;
-};
-template <>
-struct ControlClass<Kind::kFrame> {
-  using Type = Frame;
-};
-template <>
-struct ControlClass<Kind::kDateTimePicker> {
-  using Type = DateTimePicker;
-};
-template <>
-struct ControlClass<Kind::kHostSlot> {
-  using Type = HostSlot;
-};
-template <Kind kKind>
-using ControlOf = typename ControlClass<kKind>::Type;
+using ControlOf = std::tuple_element_t<static_cast<std::size_t>(kKind), ControlClasses>;
 
 }  // namespace plovix

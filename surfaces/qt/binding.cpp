@@ -42,8 +42,8 @@ void Binding::DrawAll() {
   widget_->setVisible(control_.Visible());
 }
 
-void Binding::TakeFocus() {
-  widget_->setFocus(Qt::OtherFocusReason);
+void Binding::TakeFocus(Qt::FocusReason reason) {
+  widget_->setFocus(reason);
   Reveal();
 }
 

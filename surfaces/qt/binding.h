@@ -53,8 +53,8 @@ class Binding : public QObject, private ControlObserver {
   [[nodiscard]] QWidget* Widget() const noexcept { return widget_; }
   // Shows the control as it is now.
   void DrawAll();
-  // Moves the focus here without telling the control.
-  virtual void TakeFocus();
+  // Moves the focus here without telling the control; arriving as by the Tab key selects a field's text.
+  virtual void TakeFocus(Qt::FocusReason reason = Qt::OtherFocusReason);
   // Scrolls the page to the widget; Qt does so by itself only for the Tab key.
   void Reveal();
   // Whether the Enter key means something to the widget while it has the focus.

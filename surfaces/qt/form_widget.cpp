@@ -92,7 +92,7 @@ class FormWidget::Page final : private FormObserver {
   void Focus(Control& control) {
     {
       const PageWrite write(surface_);
-      BindingOf(control).TakeFocus();
+      BindingOf(control).TakeFocus(Qt::TabFocusReason);
     }
     const auto* option = dynamic_cast<OptionButton*>(&control);
     if (control.HasFocus() || (option != nullptr && !option->Selected())) return;

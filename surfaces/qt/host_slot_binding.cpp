@@ -11,10 +11,10 @@ HostSlotBinding::HostSlotBinding(Surface& surface, HostSlot& slot, QWidget* pare
   Adopt(widget != nullptr ? widget : new QWidget(parent), false);
 }
 
-void HostSlotBinding::TakeFocus() {
+void HostSlotBinding::TakeFocus(Qt::FocusReason reason) {
   for (QWidget* stop : TabStops(Widget())) {
     if (!stop->isEnabled() || !stop->isVisibleTo(Widget())) continue;
-    stop->setFocus(Qt::OtherFocusReason);
+    stop->setFocus(reason);
     return;
   }
 }

@@ -9,7 +9,7 @@ class HostSlotBinding final : public BindingOf<HostSlot> {
  public:
   HostSlotBinding(Surface& surface, HostSlot& slot, QWidget* parent);
   // Goes to the first stop of the Tab key in the host's control.
-  void TakeFocus() override;
+  void TakeFocus(Qt::FocusReason reason) override;
   [[nodiscard]] bool TakesEnter() const override { return true; }
 
  private:

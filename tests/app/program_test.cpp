@@ -24,6 +24,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 #include <functional>
 
@@ -166,6 +167,67 @@ TEST_F(ProgramTest, ATaskIsCreatedByKeyboardAloneAndFoundByASecondProcess) {
         R"("file":"/tmp/plovix.log")", R"({"saved":[1]})"}) {
     EXPECT_THAT(seen.toStdString(), HasSubstr(part));
   }
+}
+
+// By keyboard: the time, a kind of pattern and another one, and back to the first, which is as it was left.
+// The panel and the list say what the user will get.
+TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
+  state_.clock = [] { return DateTime{std::chrono::local_days{std::chrono::year{2026} / 2 / 27}}; };
+  OpenWizard("new");
+  const auto summary = [this] {
+    return FromQt(Wizard()->findChild<QTextBrowser*>("summary")->toPlainText());
+  };
+  const auto focus = [this](const char* name) { Wizard()->Page()->WidgetOf(name)->setFocus(); };
+  Key(Qt::Key_Return);
+  Type("Report");
+  focus("chkAutoMan");
+  Key(Qt::Key_Space);
+  EXPECT_THAT(summary(), HasSubstr("Only when started by hand"));
+  Key(Qt::Key_Return);
+  EXPECT_THAT(summary(), testing::AllOf(HasSubstr("“Report”"), HasSubstr("No recurrence pattern yet")));
+  EXPECT_EQ(FocusName(), "optSpecificTime");
+  Key(Qt::Key_Tab);
+  EXPECT_EQ(FocusName(), "dtpTime");
+  Type("21");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(FocusName(), "optDaily");
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Down);
+  EXPECT_EQ(FocusName(), "optMonthly");
+  Key(Qt::Key_Return);
+  Key(Qt::Key_Tab);
+  Type("31");
+  EXPECT_EQ(FocusName(), "txtDay");
+  Key(Qt::Key_B, Qt::AltModifier);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return FocusName() == "optMonthly"; }));
+  EXPECT_THAT(summary(), HasSubstr("Every month on day 31 or the last day of a shorter month, at "));
+  EXPECT_THAT(summary(), HasSubstr("This month has no day 31; runs on its last day"));
+  Key(Qt::Key_Up);
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(Wizard()->findChild<QPushButton*>("next")->isEnabled()) << "no day of the week is checked";
+  EXPECT_THAT(summary(), HasSubstr("No recurrence pattern yet")) << "the weekly one is still to come";
+  Type("2");
+  focus("chkFriday");
+  Key(Qt::Key_Space);
+  Wizard()->findChild<QPushButton*>("back")->click();
+  EXPECT_THAT(summary(), HasSubstr("Every 2 weeks on Friday, at "));
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Wizard()->Page()->WidgetOf("txtDay")->property("text").toString(), "31");
+  {
+    const Answers answers({PressKey(Qt::Key_Return)});  // on with day 31
+    Key(Qt::Key_Return);
+  }
+  Wizard()->findChild<QPushButton*>("finish")->click();
+  EXPECT_EQ(Wizard(), nullptr);
+  const auto* table = list_->findChild<QTableView*>("tasks");
+  EXPECT_THAT(FromQt(table->model()->index(0, TaskTableModel::kSchedule).data().toString()),
+              HasSubstr("Every month on day 31"));
+  const QByteArray runs = RunScriptProcess("host now 2026-03-01T00:00:00\ntask load 1\nruns 1\n");
+  EXPECT_THAT(runs.toStdString(), HasSubstr(R"("at":"2026-03-31T21:00:00)"));
+  // A copy waits until somebody gives it to the automation manager.
+  ListButton("duplicate")->click();
+  EXPECT_FALSE(storage_->Load(2)->allow_automation_manager || storage_->Load(2)->schedule_start);
 }
 
 TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask) {

@@ -79,7 +79,8 @@ PatternRecord AnyPattern(std::mt19937& random) {
 // The first days that a pattern selects, as libical knows them.
 std::vector<local_days> SelectedDays(const Rule& rule, local_days start) {
   const year_month_day origin{rule.origin};
-  icaltimetype first = icaltime_null_date();
+  // A date with a time: of a date alone libical looks for ever for a rule that never runs.
+  icaltimetype first = icaltime_null_time();
   first.year = int{origin.year()};
   first.month = static_cast<int>(unsigned{origin.month()});
   first.day = static_cast<int>(unsigned{origin.day()});
