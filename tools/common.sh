@@ -11,6 +11,7 @@ me=${0##*/}
 packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libhowardhinnant-date-dev tzdata
                   libqt6widgets6 libqt6sql6-sqlite fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
+packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_checks=(clang-format clang-tidy-19 shellcheck python3)
 
 say() { printf '%s: %s\n' "$me" "$*" >&2; }
