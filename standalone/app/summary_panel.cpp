@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QScrollBar>
+#include <array>
+#include <utility>
 
 #include "date_text.h"
 #include "qt_text.h"
@@ -37,18 +39,25 @@ std::string_view RecordsKey(std::int16_t mode) {
   }
 }
 
-// The schedule that the task will have. While the page of another kind of pattern is still to come, the
-// pattern is an open question.
-std::optional<RecurrenceRecord> Draft(std::optional<RecurrenceRecord> recurrence) {
-  const bool settled =
-      recurrence && recurrence->recurrence_type == static_cast<std::int32_t>(recurrence->pattern.index()) - 1;
-  if (recurrence && !settled) recurrence->pattern = {};
+// The schedule that the task will have. Between choosing another kind of pattern and its page, the pattern is
+// what that page will show: the working one in the store, or none yet.
+std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std::string, Value>& store) {
+  auto recurrence = ScheduleOf(task);
+  if (!recurrence) return recurrence;
+  const std::array keys{&store_key::kDailyRecurrence, &store_key::kWeeklyRecurrence,
+                        &store_key::kMonthlyRecurrence, &store_key::kYearlyRecurrence};
+  const auto type = static_cast<std::size_t>(recurrence->recurrence_type);
+  if (type >= keys.size() || type + 1 == recurrence->pattern.index()) return recurrence;
+  const auto entry = store.find(*keys.at(type));
+  const auto* held = entry == store.end() ? nullptr : std::get_if<ObjectRef>(&entry->second);
+  auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->get());
+  recurrence->pattern = PatternValues(pattern).value_or(PatternRecord{});
   return recurrence;
 }
 
 }  // namespace
 
-SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(parts) {
+SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(std::move(parts)) {
   setObjectName("summary");
   setAccessibleName(ToQt(parts_.Text("summary.title")));
   setFont(qt::PageFont());
@@ -59,30 +68,36 @@ SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(paren
   viewport()->setAutoFillBackground(false);
 }
 
-void SummaryPanel::Show(const TaskRecord& task) {
-  const DateTime now = parts_.state.Now();
-  const TaskSchedule schedule = ScheduleOf(task, now);
-  const auto recurrence = Draft(schedule.recurrence);
+void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Value>& store) {
   const auto sentence = [this](std::string_view key, const std::vector<std::string>& parameters = {}) {
     return Paragraph(ToQt(parts_.Text(key, parameters)));
   };
   QString html = Heading(ToQt(parts_.Text("summary.title")));
-  html += sentence("summary.name", {TaskName(parts_, task)});
+  const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
+  html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {name});
   html += sentence(RecordsKey(task.record_mode));
   if (task.record_mode != record_mode::kNoData) {
-    const bool chosen = !task.data_object_caption.empty();
-    html += chosen ? sentence("summary.dataObject", {task.data_object_caption})
-                   : sentence("summary.noDataObject");
+    const std::string& caption = task.data_object_caption;
+    html += caption.empty() ? sentence("summary.noDataObject") : sentence("summary.dataObject", {caption});
   }
-  html += Heading(ToQt(parts_.Text("summary.schedule")));
-  html += Paragraph(ToQt(ScheduleSentence(recurrence, schedule.start, parts_.state.texts, LocaleTime)));
-  if (recurrence) {
-    const auto runs = NextRuns(Schedule(*recurrence, schedule.start), parts_.zone, now, kRuns);
-    if (!runs.empty()) html += Heading(ToQt(parts_.Text("summary.nextRuns")));
-    for (const Run& run : runs) html += RunText(run);
-  }
+  html += Heading(ToQt(parts_.Text("summary.schedule"))) + ScheduleText(Draft(task, store), task);
   setHtml(html);
   verticalScrollBar()->setValue(0);
+}
+
+QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurrence,
+                                   const TaskRecord& task) const {
+  const DateTime now = parts_.state.Now();
+  const auto start = ScheduleStart(task, now);
+  QString html = Paragraph(ToQt(ScheduleSentence(recurrence, start, parts_.state.texts, LocaleTime)));
+  if (!recurrence) return html;
+  const Schedule schedule(*recurrence, start);
+  const auto runs = NextRuns(schedule, parts_.zone, now, kRuns);
+  if (!runs.empty()) html += Heading(ToQt(parts_.Text("summary.nextRuns")));
+  for (const Run& run : runs) html += RunText(run);
+  // One that never ran says so in its sentence.
+  if (runs.empty() && schedule.Previous(now)) html += Paragraph(ToQt(parts_.Text("summary.noMoreRuns")));
+  return html;
 }
 
 QString SummaryPanel::RunText(const Run& run) const {

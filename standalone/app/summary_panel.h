@@ -17,13 +17,16 @@ class SummaryPanel final : public QTextBrowser {
 
   SummaryPanel(AppParts parts, QWidget* parent);
 
-  // Shows the task as it is now; the runs are those from the host's now on.
-  void Show(const TaskRecord& task);
+  // Shows the task as it is now, with its working patterns in the wizard's store; the runs are those from the
+  // host's now on.
+  void Show(const TaskRecord& task, const std::map<std::string, Value>& store);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  [[nodiscard]] QString ScheduleText(const std::optional<RecurrenceRecord>& recurrence,
+                                     const TaskRecord& task) const;
   [[nodiscard]] QString RunText(const Run& run) const;
 
   AppParts parts_;

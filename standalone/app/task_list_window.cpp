@@ -22,12 +22,12 @@ namespace plovix::app {
 namespace {
 
 constexpr int kCharactersWide = 180;
-constexpr int kWidestColumn = 48;  // characters
+constexpr int kWidestColumn = 40;  // characters
 constexpr int kLinesHigh = 30;
 
 }  // namespace
 
-TaskListWindow::TaskListWindow(AppParts parts)
+TaskListWindow::TaskListWindow(const AppParts& parts)
     : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
   setWindowTitle(ToQt(parts_.Text("list.title")));
   new QVBoxLayout(this);
@@ -226,12 +226,14 @@ void TaskListWindow::Edit() {
 }
 
 // The copy is stored at once; nothing has to be entered for it.
-// A copy does not run by itself until its user has opened it and said so; its schedule starts anew then.
+// A copy has no schedule: two tasks that do the same at the same time are nobody's wish.
 void TaskListWindow::Duplicate() {
   auto task = Selected();
   if (!task) return;
   task->id = task->version = 0;
   task->allow_automation_manager = false;
+  task->processing_mode = processing_mode::kEveryTime;
+  task->recurrence.reset();
   task->schedule_start.reset();
   if (!task->uses_language_tags) task->name = parts_.Text("list.duplicateName", {task->name});
   if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);

@@ -21,7 +21,7 @@ class WizardWindow;
 
 class TaskListWindow final : public QWidget {
  public:
-  explicit TaskListWindow(AppParts parts);
+  explicit TaskListWindow(const AppParts& parts);
 
   // Reads the tasks again; the selection stays on the task with that id, or on the one selected now.
   void Reload(std::optional<std::int64_t> select = std::nullopt);

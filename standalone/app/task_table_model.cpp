@@ -22,6 +22,12 @@ constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shor
 void TaskTableModel::SetTasks(std::vector<TaskRecord> tasks) {
   beginResetModel();
   tasks_ = std::move(tasks);
+  schedules_.clear();
+  const DateTime now = parts_.state.Now();
+  for (const TaskRecord& task : tasks_) {
+    schedules_.push_back(
+        ScheduleSentence(ScheduleOf(task), ScheduleStart(task, now), parts_.state.texts, LocaleTime));
+  }
   endResetModel();
 }
 
@@ -46,7 +52,7 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::DisplayRole) return QLocale().toString(WallTime(task.modified), QLocale::ShortFormat);
   }
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != kSortRole) return {};
-  const QString text = ToQt(Text(task, static_cast<Column>(index.column()))).simplified();
+  const QString text = ToQt(Text(index.row(), static_cast<Column>(index.column()))).simplified();
   return role == kSortRole ? text.toCaseFolded() : text;
 }
 
@@ -55,7 +61,8 @@ QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, in
   return ToQt(parts_.Text(kCaptions[section]));
 }
 
-std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
+std::string TaskTableModel::Text(int row, Column column) const {
+  const TaskRecord& task = Task(row);
   switch (column) {
     case kName:
       return TaskName(parts_, task);
@@ -69,7 +76,7 @@ std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
     case kOwner:
       return task.owner;
     case kSchedule:
-      return Schedule(task);
+      return schedules_.at(static_cast<std::size_t>(row));
     case kModified:
     case kColumnCount:
       break;
@@ -84,11 +91,6 @@ std::string TaskTableModel::Categories(const TaskRecord& task) const {
     text += parts_.state.TagText(category.tag);
   }
   return text;
-}
-
-std::string TaskTableModel::Schedule(const TaskRecord& task) const {
-  const auto [recurrence, start] = ScheduleOf(task, parts_.state.Now());
-  return ScheduleSentence(recurrence, start, parts_.state.texts, LocaleTime);
 }
 
 // The captions of the three choices on the task type page.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <utility>
 #include <vector>
 
 #include "app_parts.h"
@@ -13,7 +14,8 @@ class TaskTableModel final : public QAbstractTableModel {
   enum Column { kName, kShortDescription, kCategories, kRecords, kSchedule, kOwner, kModified, kColumnCount };
   static constexpr int kSortRole = Qt::UserRole;
 
-  explicit TaskTableModel(AppParts parts, QObject* parent) : QAbstractTableModel(parent), parts_(parts) {}
+  explicit TaskTableModel(AppParts parts, QObject* parent)
+      : QAbstractTableModel(parent), parts_(std::move(parts)) {}
 
   void SetTasks(std::vector<TaskRecord> tasks);
   [[nodiscard]] const TaskRecord& Task(int row) const { return tasks_.at(static_cast<std::size_t>(row)); }
@@ -26,13 +28,13 @@ class TaskTableModel final : public QAbstractTableModel {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  [[nodiscard]] std::string Text(const TaskRecord& task, Column column) const;
+  [[nodiscard]] std::string Text(int row, Column column) const;
   [[nodiscard]] std::string Categories(const TaskRecord& task) const;
-  [[nodiscard]] std::string Schedule(const TaskRecord& task) const;
   [[nodiscard]] std::string Records(const TaskRecord& task) const;
 
   AppParts parts_;
   std::vector<TaskRecord> tasks_;
+  std::vector<std::string> schedules_;  // of each task, in words: dear when a schedule can never run
 };
 
 }  // namespace plovix::app

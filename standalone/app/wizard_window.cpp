@@ -97,7 +97,6 @@ void WizardWindow::BuildButtons() {
   connect(next_, &QPushButton::clicked, this, [this] { Press(next_, &VeloWiz::Next); });
   connect(finish_, &QPushButton::clicked, this, [this] { Press(finish_, &VeloWiz::Finish); });
   connect(cancel_, &QPushButton::clicked, this, &WizardWindow::reject);
-  setTabOrder(cancel_, summary_);
 }
 
 QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name) {
@@ -161,7 +160,8 @@ void WizardWindow::PageShown() {
       this);
   page_place_->insertWidget(0, page_, 1);
   page_->show();  // at once: keys may be waiting already
-  summary_->Show(wizard_.Task().Record());
+  summary_->Show(wizard_.Task().Record(), wizard_.Store().values);
+  setTabOrder(cancel_, summary_);  // the new page's widgets are the last of the chain
   title_->setText(ToQt(wizard_.Title()));
   description_->setText(ToQt(wizard_.Description()));
   ButtonsChanged();

@@ -27,11 +27,10 @@ std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, DateTime n
   for (; wanted; wanted = schedule.Next(*wanted)) {
     Run run{zone.At(*wanted), *wanted, schedule.MovedFrom(std::chrono::floor<std::chrono::days>(*wanted))};
     if (run.moment.at <= after) continue;
-    const bool shifted = run.moment.shifted;
-    const std::chrono::sys_seconds at = run.moment.at;
+    // No later wall time has an earlier instant: for a shifted one that of the clock after the gap.
+    const std::chrono::sys_seconds earliest{wanted->time_since_epoch() - run.moment.offset};
     Insert(runs, std::move(run));
-    // Only after a shifted run can earlier ones follow.
-    if (!shifted && runs.size() >= count && at >= runs[count - 1].moment.at) break;
+    if (runs.size() >= count && earliest >= runs[count - 1].moment.at) break;
   }
   if (runs.size() > count) runs.resize(count, runs.front());
   return runs;

@@ -8,17 +8,15 @@
 
 namespace plovix {
 
-struct TaskSchedule {
-  // Nothing for a task without a schedule and for one that the automation manager may not run.
-  std::optional<RecurrenceRecord> recurrence;
-  // The day that intervals are counted from; for a schedule that was not stored yet the day of `now`.
-  std::chrono::local_days start;
-};
+// The day that the intervals of the task's schedule are counted from; for a schedule that was not stored yet
+// the day of `now`.
+[[nodiscard]] inline std::chrono::local_days ScheduleStart(const TaskRecord& task, DateTime now) {
+  return task.schedule_start.value_or(std::chrono::floor<std::chrono::days>(now));
+}
 
-[[nodiscard]] inline TaskSchedule ScheduleOf(const TaskRecord& task, DateTime now) {
-  const auto today = std::chrono::floor<std::chrono::days>(now);
-  return {task.allow_automation_manager ? task.recurrence : std::nullopt,
-          task.schedule_start.value_or(today)};
+// Nothing for a task without a schedule and for one that the automation manager may not run.
+[[nodiscard]] inline std::optional<RecurrenceRecord> ScheduleOf(const TaskRecord& task) {
+  return task.allow_automation_manager ? task.recurrence : std::nullopt;
 }
 
 }  // namespace plovix

@@ -2,6 +2,7 @@
 #include <plovix/standalone/schedule/runs.h>
 #include <plovix/standalone/schedule/schedule.h>
 #include <plovix/standalone/schedule/sentence.h>
+#include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/schedule/zone.h>
 
 #include <algorithm>
@@ -64,7 +65,7 @@ void Runs(ScriptSession& session, const Words& words) {
   const TaskRecord task = session.Task();
   const TextTable& texts = session.State().texts;
   const DateTime now = session.State().Now();
-  const auto start = task.schedule_start.value_or(std::chrono::floor<std::chrono::days>(now));
+  const auto start = ScheduleStart(task, now);
   Json list = Json::array();
   if (task.recurrence) {
     const Schedule schedule(*task.recurrence, start);

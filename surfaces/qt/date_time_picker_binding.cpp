@@ -1,6 +1,7 @@
 #include "date_time_picker_binding.h"
 
 #include <QDateEdit>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QTimeEdit>
 
@@ -13,7 +14,7 @@ using std::chrono::seconds;
 
 // The Tab key leaves it; the arrow keys go from day to month to year.
 template <class Edit>
-class OneStop final : public Edit {
+class OneStop : public Edit {
  public:
   using Edit::Edit;
 
@@ -23,12 +24,38 @@ class OneStop final : public Edit {
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 
+// Where the locale tells the halves of the day apart, the first letter of one chooses it. The toolkit wants
+// the whole word, and takes half of one back without saying so.
+class TimeField final : public OneStop<QTimeEdit> {
+ public:
+  using OneStop<QTimeEdit>::OneStop;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const QString typed = event->text();
+    if (currentSection() != AmPmSection || typed.isEmpty() || !typed.at(0).isLetter()) {
+      OneStop<QTimeEdit>::keyPressEvent(event);
+      return;
+    }
+    const bool before = locale().amText().startsWith(typed, Qt::CaseInsensitive);
+    const bool after = locale().pmText().startsWith(typed, Qt::CaseInsensitive);
+    if (before != after) {
+      setTime(time().addSecs((time().hour() < kNoon ? 0 : -kHalfDay) + (after ? kHalfDay : 0)));
+    }
+    setSelectedSection(AmPmSection);
+  }
+
+ private:
+  static constexpr int kNoon = 12;
+  static constexpr int kHalfDay = 12 * 60 * 60;  // seconds
+};
+
 bool ShowsTime(const DateTimePicker& picker) {
   return Has(picker.Info().style, Style::kTime);
 }
 
 QDateTimeEdit* MakeWidget(bool time, QWidget* parent) {
-  if (time) return new OneStop<QTimeEdit>(parent);
+  if (time) return new TimeField(parent);
   return new OneStop<QDateEdit>(parent);
 }
 

@@ -163,6 +163,18 @@ QString Sentence(const Line& line) {
   return HasLetters(sentence) ? sentence : QString();
 }
 
+// What stands on both sides of a field in a line of words: "every … minute(s).". Empty where there is
+// nothing.
+QString PhraseAround(const Line& line, std::size_t field) {
+  const auto words = [&line](std::size_t at) {
+    const bool text = at < line.controls.size() && !IsField(*line.controls[at]);
+    return text ? CaptionToRead(line.controls[at]->Caption()) : QString();
+  };
+  const QString phrase =
+      (words(field - 1) + ' ' + QChar(0x2026) + ' ' + words(field + 1)).trimmed();  // before the first: none
+  return HasLetters(phrase) ? phrase : QString();
+}
+
 }  // namespace
 
 void LayOut(const std::vector<Line>& lines, const Bindings& bindings, QWidget* page) {
@@ -199,7 +211,11 @@ void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
       Binding& binding = *bindings.at(&control);
       if (IsField(control)) {
         const Label* label = LabelBefore(line, i);
-        binding.SetAccessibleName(label != nullptr ? CaptionToRead(label->Caption()) : sentence);
+        const QString around = line.kind == LineKind::kFlow ? PhraseAround(line, i) : QString();
+        const QString before = label != nullptr ? CaptionToRead(label->Caption()) : sentence;
+        binding.SetAccessibleName(around.isEmpty() ? before : around);
+      } else if (control.GetKind() == Kind::kOptionButton && line.controls.size() > 1) {
+        binding.Widget()->setAccessibleDescription(sentence);  // "every" alone says little
       } else if (control.GetKind() == Kind::kCommandButton) {
         // "..." alone says nothing.
         const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;

@@ -225,9 +225,10 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
               HasSubstr("Every month on day 31"));
   const QByteArray runs = RunScriptProcess("host now 2026-03-01T00:00:00\ntask load 1\nruns 1\n");
   EXPECT_THAT(runs.toStdString(), HasSubstr(R"("at":"2026-03-31T21:00:00)"));
-  // A copy waits until somebody gives it to the automation manager.
   ListButton("duplicate")->click();
-  EXPECT_FALSE(storage_->Load(2)->allow_automation_manager || storage_->Load(2)->schedule_start);
+  const TaskRecord copy = storage_->Load(2).value();
+  EXPECT_FALSE(copy.allow_automation_manager || copy.recurrence || copy.schedule_start)
+      << "nothing runs twice";
 }
 
 TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask) {
@@ -325,7 +326,9 @@ TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
     ASSERT_TRUE(window.Start(identifier));
     window.show();
     std::set<QWidget*> reached;
+    QStringList order;
     for (QWidget* widget = window.focusWidget(); widget != nullptr && reached.insert(widget).second;) {
+      order += widget->objectName();
       QTest::keyClick(widget, Qt::Key_Tab);
       widget = window.focusWidget();
     }
@@ -336,6 +339,7 @@ TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
       EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
           << identifier << " " << FromQt(widget->objectName()) << widget->metaObject()->className();
     }
+    EXPECT_GT(order.indexOf("summary"), order.indexOf("cancel")) << "what is only read comes last";
     window.Wizard().Cancel();
   }
 }

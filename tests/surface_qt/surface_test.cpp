@@ -176,6 +176,32 @@ TEST_F(PageTest, UserInputRaisesTheEventsOfItsKindOnce) {
   EXPECT_EQ(Get<DateTimePicker>("tim").Value() - kMorning, 1h);
 }
 
+// As people type it: digits run on, one letter chooses the half of the day, the rest of the word is harmless.
+struct TypedTime {
+  const char *locale, *typed;
+  std::chrono::minutes time;
+};
+class TypedTimeTest : public PageTest, public testing::WithParamInterface<TypedTime> {};
+INSTANTIATE_TEST_SUITE_P(Locales, TypedTimeTest,
+                         testing::Values(TypedTime{"en_US", "930p", 21h + 30min},
+                                         TypedTime{"en_US", "930PM", 21h + 30min},
+                                         TypedTime{"en_US", "1215a", 15min},
+                                         TypedTime{"fr", "2130", 21h + 30min},
+                                         TypedTime{"de", "0005", 5min}));
+
+TEST_P(TypedTimeTest, IsTheTime) {
+  const QLocale former;
+  QLocale::setDefault(QLocale(GetParam().locale));
+  Open();
+  Get<DateTimePicker>("tim").SetValue(kMorning);
+  At("tim")->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(At("tim"), GetParam().typed);
+  QTest::keyClick(At("tim"), Qt::Key_Return);
+  const auto midnight = std::chrono::floor<std::chrono::days>(kMorning);
+  EXPECT_EQ(Get<DateTimePicker>("tim").Value() - midnight, GetParam().time + 15s) << GetParam().typed;
+  QLocale::setDefault(former);
+}
+
 TEST_F(PageTest, PageWritesShowAndDoNotComeBack) {
   Open();
   Expect({
@@ -347,13 +373,14 @@ TEST_F(PageTest, EverythingIsAnnounced) {
     names += Announced(At(name));
   }
   EXPECT_EQ(names.join("|").toStdString(),
-            "Name|Name ...|No data|the … … month(s).|the … … month(s).|Every <b>kind</b> & more|R&D|"
+            "Name|Name ...|No data|the …|… month(s).|Every <b>kind</b> & more|R&D|"
             "Edit the permissions|Settings");
   for (QWidget* widget : page->findChildren<QWidget*>()) {
     if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget == At("slot")) continue;
     EXPECT_FALSE(Announced(widget).isEmpty()) << widget->metaObject()->className();
   }
   EXPECT_EQ(At("optA")->accessibleDescription(), "For tasks without records.");
+  EXPECT_EQ(At("optB")->accessibleDescription(), "the … … month(s).");
   QAccessibleInterface* link = QAccessible::queryAccessibleInterface(At("lblLink"));
   EXPECT_EQ(link->role(), QAccessible::Link);
   link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
