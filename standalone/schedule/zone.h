@@ -3,8 +3,8 @@
 
 #include <plovix/controls/kinds.h>
 
+#include <QTimeZone>
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -31,12 +31,10 @@ class Zone {
   // No wall time up to this one has an instant after `at`: what the clock shows, or less shortly after a gap.
   [[nodiscard]] DateTime EarliestWallAfter(std::chrono::sys_seconds at) const;
 
-  class Source;  // gives the offsets; for the source file only
-
  private:
-  explicit Zone(std::shared_ptr<const Source> source);
+  explicit Zone(const QTimeZone& zone) : zone_(zone) {}
 
-  std::shared_ptr<const Source> source_;  // never empty
+  QTimeZone zone_;  // valid
 };
 
 }  // namespace plovix
