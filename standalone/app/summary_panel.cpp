@@ -55,6 +55,26 @@ std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std
   return recurrence;
 }
 
+// Whether the day that intervals are counted from decides on which days or at which times the task runs.
+bool StartMatters(const RecurrenceRecord& recurrence) {
+  constexpr std::int32_t kMinutesADay = 24 * 60;
+  constexpr std::int32_t kHoursADay = 24;
+  const auto divides = [&](std::int32_t day) {
+    return recurrence.interval == 0 || day % recurrence.interval == 0;
+  };
+  if (recurrence.time_kind == time_kind::kEveryNMinutes && !divides(kMinutesADay)) return true;
+  if (recurrence.time_kind == time_kind::kEveryNHours && !divides(kHoursADay)) return true;
+  const auto* daily = std::get_if<DailyRecord>(&recurrence.pattern);
+  const auto* weekly = std::get_if<WeeklyRecord>(&recurrence.pattern);
+  const auto* monthly = std::get_if<MonthlyRecord>(&recurrence.pattern);
+  return (daily != nullptr && daily->every_n_days > 1) || (weekly != nullptr && weekly->every_n_weeks > 1) ||
+         (monthly != nullptr && monthly->every_n_months > 1);
+}
+
+QString DateText(DateTime time) {
+  return QLocale().toString(WallTime(time).date(), QLocale::LongFormat);
+}
+
 }  // namespace
 
 SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(std::move(parts)) {
@@ -93,6 +113,8 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   if (!recurrence) return html;
   const Schedule schedule(*recurrence, start);
   const auto runs = NextRuns(schedule, parts_.zone, now, kRuns);
+  if (!runs.empty() && StartMatters(*recurrence))
+    html += Paragraph(ToQt(parts_.Text("summary.start", {FromQt(DateText(start))})));
   if (!runs.empty()) html += Heading(ToQt(parts_.Text("summary.nextRuns")));
   for (const Run& run : runs) html += RunText(run);
   // One that never ran says so in its sentence.
@@ -101,9 +123,9 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
 }
 
 QString SummaryPanel::RunText(const Run& run) const {
-  const QString date = QLocale().toString(WallTime(run.moment.wall).date(), QLocale::LongFormat);
-  QString html = Paragraph(
-      ToQt(parts_.Text("summary.run", {FromQt(date), LocaleTime(run.moment.wall), run.moment.abbreviation})));
+  QString html =
+      Paragraph(ToQt(parts_.Text("summary.run", {FromQt(DateText(run.moment.wall)),
+                                                 LocaleTime(run.moment.wall), run.moment.abbreviation})));
   if (const auto note = RunNote(run, parts_.state.texts, LocaleTime)) {
     html.chop(4);  // the end of the paragraph, which the note belongs to
     html += QStringLiteral("<br><i>") + ToQt(*note).toHtmlEscaped() + QStringLiteral("</i></p>");
