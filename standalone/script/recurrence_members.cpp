@@ -18,7 +18,7 @@ struct PatternMember {
   std::optional<Json> (*get)(const PatternRecord& pattern);
   // False when the pattern is of a class without the member. Only "Day" has an index.
   bool (*set)(PatternRecord& pattern, const std::string& index, const std::string& word);
-  // A pattern that has the member, empty when the recurrence's type does not decide which.
+  // A fresh pattern that has the member.
   PatternRecord (*make)(std::int32_t recurrence_type);
 };
 
@@ -28,9 +28,8 @@ PatternRecord Make(std::int32_t /*recurrence_type*/) {
 }
 
 PatternRecord MakeMonthlyOrYearly(std::int32_t recurrence_type) {
-  if (recurrence_type == recurrence_type::kMonthly) return MonthlyRecord{};
   if (recurrence_type == recurrence_type::kYearly) return YearlyRecord{};
-  return {};
+  return MonthlyRecord{};
 }
 
 // A member that is the field which `kLocate` finds in a pattern.
@@ -149,20 +148,17 @@ constexpr auto kRecurrenceMembers = std::to_array<RecurrenceMember>({
     {"Pattern", Pattern, SetPattern},
 });
 
-// `path` is a member of the pattern, "Day" with its index behind a point.
+// `path` is a member of the pattern, "Day" with its index: "Day.2" or "Day(2)".
 void SetPatternMember(RecurrenceRecord& recurrence, const std::string& path, const std::string& word) {
-  const std::size_t point = path.find('.');
-  const std::string name = path.substr(0, point);
-  const std::string index = point == std::string::npos ? "" : path.substr(point + 1);
+  const std::size_t mark = path.find_first_of(".(");
+  const std::string name = path.substr(0, mark);
+  std::string index = mark == std::string::npos ? "" : path.substr(mark + 1);
+  if (mark != std::string::npos && path[mark] == '(' && index.ends_with(')')) index.pop_back();
   const auto* member = std::ranges::find(kPatternMembers, name, &PatternMember::name);
   if (member == kPatternMembers.end()) throw LineError("no pattern has a member \"" + name + "\"");
   if (member->set(recurrence.pattern, index, word)) return;
   recurrence.pattern = member->make(recurrence.recurrence_type);
-  if (!member->set(recurrence.pattern, index, word)) {
-    throw LineError(name +
-                    " is a member of monthly and yearly patterns: first set Recurrence.Pattern to "
-                    "MonthlyPattern or YearlyPattern, or Recurrence.RecurrenceType to 2 or 3");
-  }
+  (void)member->set(recurrence.pattern, index, word);  // it has the member now
 }
 
 }  // namespace
