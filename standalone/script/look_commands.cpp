@@ -1,4 +1,5 @@
 // The commands that look: each prints one JSON object on one line. And the help.
+#include <plovix/standalone/model/iso_time.h>
 #include <plovix/standalone/schedule/runs.h>
 #include <plovix/standalone/schedule/schedule.h>
 #include <plovix/standalone/schedule/sentence.h>
@@ -71,7 +72,7 @@ void Runs(ScriptSession& session, const Words& words) {
     const Schedule schedule(*task.recurrence, start);
     for (const Run& run : NextRuns(schedule, Zone::Local(), now, static_cast<std::size_t>(count))) {
       const auto note = RunNote(run, texts);
-      list.push_back({{"at", DateTimeText(run.moment.wall) + OffsetText(run.moment.offset)},
+      list.push_back({{"at", IsoDateTime(run.moment.wall) + OffsetText(run.moment.offset)},
                       {"note", note ? Json(*note) : Json()}});
     }
   }

@@ -1,6 +1,8 @@
 // A member's value, to JSON and from a script's word, by its type. Used by the tables of members.
 #pragma once
 
+#include <plovix/standalone/model/iso_time.h>
+
 #include <nlohmann/json.hpp>
 #include <string>
 #include <type_traits>
@@ -12,7 +14,7 @@ namespace plovix::script {
 template <class Type>
 [[nodiscard]] nlohmann::ordered_json MemberJson(const Type& value) {
   if constexpr (std::is_same_v<Type, DateTime>) {
-    return DateTimeText(value);
+    return IsoDateTime(value);
   } else {
     return value;
   }

@@ -1,6 +1,7 @@
 #include "snapshots.h"
 
 #include <plovix/host/recurrence.h>
+#include <plovix/standalone/model/iso_time.h>
 #include <plovix/standalone/model/velo_action_list.h>
 
 #include <array>
@@ -43,7 +44,7 @@ void Describe(const ComboBox& box, Json& json) {
 }
 
 void Describe(const DateTimePicker& picker, Json& json) {
-  json["datetime"] = DateTimeText(picker.Value());
+  json["datetime"] = IsoDateTime(picker.Value());
 }
 
 void Describe(const HostSlot& slot, Json& json) {
@@ -104,7 +105,7 @@ Json ValueJson(const Value& value, ObjectNumbers& numbers) {
         if constexpr (std::is_same_v<T, std::monostate>) {
           return nullptr;
         } else if constexpr (std::is_same_v<T, DateTime>) {
-          return DateTimeText(held);
+          return IsoDateTime(held);
         } else if constexpr (std::is_same_v<T, ObjectRef>) {
           if (!held) return nullptr;
           const auto* kind =

@@ -1,5 +1,7 @@
 #include "task_members.h"
 
+#include <plovix/standalone/model/iso_time.h>
+
 #include <algorithm>
 #include <array>
 
@@ -53,7 +55,7 @@ void ClearRecurrence(TaskRecord& task, HostState& /*state*/, const std::string& 
 }
 
 Json ScheduleStart(const TaskRecord& task, const HostState& /*state*/) {
-  return task.schedule_start ? Json(DateText(*task.schedule_start)) : Json();
+  return task.schedule_start ? Json(IsoDate(*task.schedule_start)) : Json();
 }
 
 void SetScheduleStart(TaskRecord& task, HostState& /*state*/, const std::string& word) {

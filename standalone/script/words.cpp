@@ -1,10 +1,9 @@
 #include "words.h"
 
+#include <plovix/standalone/model/iso_time.h>
+
 #include <algorithm>
 #include <array>
-#include <cctype>
-#include <cstdio>
-#include <optional>
 #include <utility>
 
 namespace plovix::script {
@@ -41,25 +40,6 @@ std::string TakeBare(std::string_view& rest) {
   return word;
 }
 
-std::optional<DateTime> ParseDateTime(const std::string& word) {
-  constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:dd";
-  const auto fits = [](char form, char given) {
-    return form == 'd' ? std::isdigit(static_cast<unsigned char>(given)) != 0 : form == given;
-  };
-  const auto number = [&](std::size_t at, std::size_t size) {
-    return IntegerFrom<int>(word.substr(at, size));
-  };
-  if (word.size() == kForm.size() && std::ranges::equal(kForm, word, fits)) {
-    using namespace std::chrono;
-    const auto date = year{number(0, 4)} / number(5, 2) / number(8, 2);
-    const int hour = number(11, 2), minute = number(14, 2), second = number(17, 2);
-    if (date.ok() && hour < 24 && minute < 60 && second < 60) {
-      return local_days{date} + hours{hour} + minutes{minute} + seconds{second};
-    }
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 Words SplitLine(std::string_view line) {
@@ -86,34 +66,18 @@ bool SwitchFrom(const std::string& word) {
 }
 
 DateTime DateTimeFrom(const std::string& word) {
-  const auto value = ParseDateTime(word);
+  const auto value = ParseIsoDateTime(word);
   if (!value) throw LineError("\"" + word + "\" is not a date and time such as 2026-01-05T08:00:00");
   return *value;
 }
 
-std::string DateTimeText(DateTime value) {
-  using namespace std::chrono;
-  const auto day = floor<days>(value);
-  const year_month_day date{day};
-  const hh_mm_ss time{value - day};
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()));
-  return text.data();
-}
-
 std::chrono::local_days DateFrom(const std::string& word) {
   constexpr std::string_view kMidnight = "T00:00:00";
-  const auto value = ParseDateTime(word.ends_with(kMidnight) ? word : word + std::string(kMidnight));
+  const std::string_view day =
+      std::string_view(word).substr(0, word.size() - (word.ends_with(kMidnight) ? kMidnight.size() : 0));
+  const auto value = ParseIsoDate(day);
   if (!value) throw LineError("\"" + word + "\" is not a date such as 2026-01-05");
-  return std::chrono::floor<std::chrono::days>(*value);
-}
-
-std::string DateText(std::chrono::local_days day) {
-  const std::string text = DateTimeText(day);
-  return text.substr(0, text.find('T'));
+  return *value;
 }
 
 }  // namespace plovix::script

@@ -36,11 +36,7 @@ template <class Integer>
 
 // "2026-01-05T08:00:00", a moment that exists; anything else is a LineError.
 [[nodiscard]] DateTime DateTimeFrom(const std::string& word);
-// The same form; years outside 0 to 9999 do not come back from it.
-[[nodiscard]] std::string DateTimeText(DateTime value);
-
 // "2026-01-05", or that day's midnight as a date and time; anything else is a LineError.
 [[nodiscard]] std::chrono::local_days DateFrom(const std::string& word);
-[[nodiscard]] std::string DateText(std::chrono::local_days day);
 
 }  // namespace plovix::script

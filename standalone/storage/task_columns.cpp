@@ -1,13 +1,11 @@
 #include "task_columns.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/iso_time.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
-#include <cstdio>
-#include <optional>
 #include <type_traits>
 #include <variant>
 
@@ -18,50 +16,22 @@ namespace {
 
 using std::chrono::local_days;
 
-constexpr std::string_view kDateForm = "0000-00-00", kMidnight = "T00:00:00";
-
-// "YYYY-MM-DDTHH:MM:SS"
-std::string IsoText(DateTime value) {
-  const auto midnight = std::chrono::floor<std::chrono::days>(value);
+// Gives the value back; what cannot be read again is not stored.
+template <class Time>
+Time Storable(Time value) {
   constexpr local_days kFirst{std::chrono::year{0} / 1 / 1};
-  constexpr local_days kLast{std::chrono::year{9999} / 12 / 31};
-  if (midnight < kFirst || midnight > kLast) {
+  constexpr local_days kBehind{std::chrono::year{10000} / 1 / 1};
+  if (value < kFirst || value >= kBehind) {
     throw Failure(failure_number::kOverflow, "A date outside the years 0 to 9999 cannot be stored");
   }
-  const std::chrono::year_month_day date(midnight);
-  const std::chrono::hh_mm_ss time(value - midnight);
-  std::array<char, 32> text{};
-  const int length =
-      std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
-                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                    static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                    static_cast<int>(time.seconds().count()));
-  return {text.data(), static_cast<std::size_t>(length)};
-}
-
-std::optional<DateTime> ParseIso(std::string_view text) {
-  constexpr std::string_view kForm = "0000-00-00T00:00:00";
-  if (text.size() != kForm.size()) return std::nullopt;
-  for (std::size_t i = 0; i < kForm.size(); ++i) {
-    const bool fits = kForm[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == kForm[i];
-    if (!fits) return std::nullopt;
-  }
-  const auto number = [text](std::size_t start, std::size_t length) {
-    unsigned value = 0;
-    std::from_chars(text.data() + start, text.data() + start + length, value);
-    return value;
-  };
-  using namespace std::chrono;
-  const year_month_day date(year{static_cast<int>(number(0, 4))}, month{number(5, 2)}, day{number(8, 2)});
-  if (!date.ok() || number(11, 2) > 23 || number(14, 2) > 59 || number(17, 2) > 59) return std::nullopt;
-  return local_days{date} + hours{number(11, 2)} + minutes{number(14, 2)} + seconds{number(17, 2)};
+  return value;
 }
 
 // Values of a field's type, to and from the file.
 struct ToFile {
   QVariant operator()(const std::string& text) const { return TextValue(text); }
   QVariant operator()(std::integral auto number) const { return static_cast<int>(number); }
-  QVariant operator()(DateTime value) const { return TextValue(IsoText(value)); }
+  QVariant operator()(DateTime value) const { return TextValue(IsoDateTime(Storable(value))); }
   QVariant operator()(const std::vector<CategoryRecord>& categories) const {
     return TextValue(EncodeCategories(categories));
   }
@@ -84,7 +54,7 @@ struct FromFile {
     return ReadInteger(number, value);
   }
   bool operator()(DateTime& date) const {
-    const auto stored = ParseIso(TextOf(value));
+    const auto stored = ParseIsoDateTime(TextOf(value));
     if (stored) date = *stored;
     return stored.has_value();
   }
@@ -144,14 +114,13 @@ constexpr auto kOfDay = [](auto& task) {
 
 QVariant StartDate(const TaskRecord& task) {
   if (!task.schedule_start) return {};
-  return TextValue(IsoText(*task.schedule_start).substr(0, kDateForm.size()));
+  return TextValue(IsoDate(Storable(*task.schedule_start)));
 }
 
 bool ReadStartDate(TaskRecord& task, const QVariant& value) {
   if (value.isNull()) return true;
-  const auto midnight = ParseIso(TextOf(value) + std::string(kMidnight));
-  if (midnight) task.schedule_start = std::chrono::floor<std::chrono::days>(*midnight);
-  return midnight.has_value();
+  task.schedule_start = ParseIsoDate(TextOf(value));
+  return task.schedule_start.has_value();
 }
 
 // The patterns by their numbers in the column PatternKind. A released number never changes.

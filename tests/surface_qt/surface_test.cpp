@@ -181,6 +181,9 @@ struct TypedTime {
   const char *locale, *typed;
   std::chrono::minutes time;
 };
+void PrintTo(const TypedTime& time, std::ostream* out) {
+  *out << time.locale << " " << time.typed;
+}
 class TypedTimeTest : public PageTest, public testing::WithParamInterface<TypedTime> {};
 INSTANTIATE_TEST_SUITE_P(Locales, TypedTimeTest,
                          testing::Values(TypedTime{"en_US", "930p", 21h + 30min},
