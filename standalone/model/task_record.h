@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "permission_record.h"
 #include "recurrence_record.h"
 
 namespace plovix {
@@ -44,7 +45,11 @@ struct TaskRecord {
   bool process_failed_records = false;
   DateTime base_date = kZeroDate;  // kZeroDate: no limit
   std::string query;
-  std::string owner;
+  std::string owner;  // the id of a personal task's user, else empty
+  // Nothing: no permission set; everybody may do with the task what their rights allow.
+  std::optional<PermissionSet> permissions;
+  // What whoever saved the task last might do with tasks on its data object.
+  bool may_run = true, may_edit = true, may_delete = true;
   std::optional<RecurrenceRecord> recurrence;  // nothing: no schedule
   // The day that the schedule's intervals are counted from: set when the schedule is first saved, nothing
   // before that and without a schedule.

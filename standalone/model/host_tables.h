@@ -1,0 +1,33 @@
+// What the stand-alone host keeps beside the tasks: users with their rights, and the texts of language tags.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "account_record.h"
+
+namespace plovix {
+
+struct TagRecord {
+  std::string tag;                           // never empty
+  std::map<std::string, std::string> texts;  // by language code, such as "en"
+  bool operator==(const TagRecord&) const = default;
+};
+
+// Every member fails with a Failure whose description tells a person what happened.
+class HostTables {
+ public:
+  virtual ~HostTables() = default;
+  // By id; never without an administrator.
+  [[nodiscard]] virtual std::vector<UserRecord> Users() = 0;
+  // Replaces all users, all or nothing. Fails with 5 when no administrator would be left, or an id is empty
+  // or stands twice.
+  virtual void SaveUsers(const std::vector<UserRecord>& users) = 0;
+  // By tag.
+  [[nodiscard]] virtual std::vector<TagRecord> Tags() = 0;
+  // Stores a new tag, or replaces the texts of a stored one; all or nothing.
+  virtual void SaveTag(const TagRecord& tag) = 0;
+};
+
+}  // namespace plovix
