@@ -1,6 +1,7 @@
 #include "task_columns.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/iso_time.h>
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 #include <chrono>
 #include <type_traits>
 #include <variant>
-
-#include "category_column.h"
 
 namespace plovix {
 namespace {

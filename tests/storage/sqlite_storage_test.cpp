@@ -1,4 +1,4 @@
-#include <plovix/standalone/storage/category_column.h>
+#include <plovix/standalone/model/category_column.h>
 
 #include "storage_support.h"
 
