@@ -38,6 +38,10 @@ class Connection final {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  // Absolute and without links.
+  [[nodiscard]] const std::string& Path() const noexcept { return path_; }
+  [[nodiscard]] std::chrono::milliseconds Patience() const noexcept { return patience_; }
+
   // Takes the first statement of `sql`; there must be one.
   [[nodiscard]] Statement Prepare(std::string_view sql) const;
   void Run(std::string_view sql) const;

@@ -43,7 +43,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
       {"another program's", 321, [](auto& path) { RunSql(path, "PRAGMA user_version = 1"); }},
       {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 0"); }},
       {"another program's", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA application_id = 7"); }},
-      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 3"); }},
+      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 4"); }},
       {"newer version", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA user_version = 99"); }},
       {"folder, not", 75, [](auto& path) { fs::create_directory(path); }},
       {"folder", 76, [](auto&) {}},

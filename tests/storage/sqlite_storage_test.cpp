@@ -1,4 +1,4 @@
-#include <plovix/standalone/storage/category_column.h>
+#include <plovix/standalone/model/category_column.h>
 
 #include "storage_support.h"
 
@@ -86,7 +86,7 @@ TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
   const std::string path = folder / "tasks.sqlite";
   SqliteStorage storage(path);
   const Connection other(path, kImpatient, Access::kReadOnly);
-  const auto rows = [&] { return other.Value("SELECT count(*) FROM VeloAutoTaskSchedules").toInt(); };
+  const auto rows = [&] { return other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"); };
   TaskRecord task = storage.Save(FullTask("a"), kNow);
   for (const RecurrenceRecord& recurrence : Recurrences()) {
     task.recurrence = recurrence;
