@@ -42,6 +42,7 @@ void CheckTag(const TagRecord& tag) {
 
 std::vector<TagRecord> MemoryHostTables::Tags() {
   std::vector<TagRecord> tags;
+  tags.reserve(tags_.size());
   for (const auto& [tag, texts] : tags_) tags.push_back({tag, texts});
   return tags;
 }
