@@ -1,4 +1,5 @@
-// A forward pass over the rows of a query on the task file, or on what stands for one.
+// A pass over the rows that an SQL statement gives. Made by the storage; used by whoever counts or lists more
+// rows than should stand in memory at once.
 #pragma once
 
 #include <cstddef>
@@ -6,15 +7,16 @@
 
 namespace plovix {
 
-// Every member fails with a Failure whose description tells a person what happened.
+// Forward and for reading. Every member fails with a Failure whose description tells a person what happened.
 class RowCursor {
  public:
   virtual ~RowCursor() = default;
-  // Goes to the next row, at first to the first one; false behind the last row.
+  // Goes to the first or next row; false, from then on, when there is none left.
   [[nodiscard]] virtual bool Next() = 0;
+  // Columns are counted from 0 and must exist.
   [[nodiscard]] virtual std::size_t Columns() const = 0;
   [[nodiscard]] virtual std::string_view Name(std::size_t column) const = 0;
-  // Of the current row, good until Next; a column without a value is the empty text.
+  // A value of the present row: any bytes, a number as SQL writes it, nothing for NULL. Valid until Next.
   [[nodiscard]] virtual std::string_view Text(std::size_t column) const = 0;
 };
 
