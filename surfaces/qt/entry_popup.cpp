@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -20,7 +21,7 @@ constexpr int kRowsHigh = 12;    // in view at a time
 
 EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* owner,
                        std::function<void(int)> choose)
-    : QFrame(owner, Qt::Popup),
+    : QWidget(owner, Qt::Popup),
       box_(box),
       texts_(texts),
       owner_(owner),
@@ -30,7 +31,6 @@ EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* 
       note_(new QLabel),
       rows_(new QStringListModel(this)) {
   setAttribute(Qt::WA_DeleteOnClose);
-  setFrameShape(QFrame::StyledPanel);
   setFont(owner->font());
   setLayoutDirection(owner->layoutDirection());
   setAccessibleName(owner->accessibleName());
@@ -71,7 +71,8 @@ void EntryPopup::Open() {
   Place();
   search_->setFocus();
   show();
-  SetRow(matches_.row);  // scrolls, now that the list has its size
+  SetRow(matches_.row);  // once more: assistive technology reads only what is visible
+  list_->scrollTo(list_->currentIndex(), QListView::PositionAtCenter);
 }
 
 // Below the owner, above it where there is more room; as wide as its entries, as far as the screen goes.
@@ -79,9 +80,9 @@ void EntryPopup::Place() {
   const QRect screen = owner_->screen()->availableGeometry();
   const QRect at(owner_->mapToGlobal(QPoint(0, 0)), owner_->size());
   const int row = std::max(list_->sizeHintForRow(0), 1);
-  const int around = layout()->sizeHint().height() - list_->sizeHint().height() + 2 * frameWidth();
+  const int around = layout()->sizeHint().height() - list_->sizeHint().height();
   const int scroll_bar = list_->verticalScrollBar()->sizeHint().width();
-  const int margins = width() - contentsRect().width() + 2 * layout()->contentsMargins().left();
+  const int margins = 2 * layout()->contentsMargins().left();
   const int width = std::clamp(list_->sizeHintForColumn(0) + scroll_bar + margins, at.width(),
                                std::max(at.width(), screen.width() / 2));
   const int below = screen.bottom() - at.bottom();
@@ -117,7 +118,7 @@ bool EntryPopup::eventFilter(QObject* watched, QEvent* event) {
     event->accept();
     return true;
   }
-  if (event->type() != QEvent::KeyPress) return QFrame::eventFilter(watched, event);
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = static_cast<QKeyEvent&>(*event);
   return TakesKey(key.key(), key.modifiers().testFlag(Qt::AltModifier));
 }
@@ -178,6 +179,13 @@ void EntryPopup::SetRow(int row) {
   QAccessibleEvent event(list_, QAccessible::Focus);
   event.setChild(row);
   QAccessible::updateAccessibility(&event);
+}
+
+// Outlined as what can be typed in: dark windows swallow a frame's shades.
+void EntryPopup::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 // A press on the owner closes the popup and must not open it again.

@@ -2,11 +2,11 @@
 // nearest to what is selected. Used by the combo box binding; short lists have Qt's own popup.
 #pragma once
 
-#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QStringListModel>
+#include <QWidget>
 #include <functional>
 #include <optional>
 
@@ -17,7 +17,7 @@ namespace plovix::qt {
 
 // Holds a limited number of texts however long the list is. Its rows are a stretch of the matches, which
 // moves on when the arrow keys reach its end. Deletes itself when it closes.
-class EntryPopup final : public QFrame {
+class EntryPopup final : public QWidget {
  public:
   // `box` and `texts` outlive the popup; `owner`, the widget it opens at, owns it. `choose` is called with
   // the index of an entry, after the popup has closed; it may delete the owner.
@@ -31,6 +31,7 @@ class EntryPopup final : public QFrame {
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
   void BuildList();
   void Place();
