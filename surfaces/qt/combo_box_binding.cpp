@@ -40,8 +40,9 @@ void ComboBoxWidget::showPopup() {
     QComboBox::showPopup();
     return;
   }
-  popup_ = new EntryPopup(box_, texts_, this, [this](int index) { emit activated(index); });
-  popup_->Open();
+  auto* popup = new EntryPopup(box_, texts_, this, [this](int index) { emit activated(index); });
+  popup_ = popup;
+  popup->Open();
 }
 
 void ComboBoxWidget::hidePopup() {
