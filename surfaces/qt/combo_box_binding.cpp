@@ -36,6 +36,7 @@ void ComboBoxWidget::showPopup() {
   const auto tell = before_popup;
   tell();
   if (!self || !isEnabled() || !isVisible()) return;
+  draw_entries();
   if (count() <= kLongList) {
     QComboBox::showPopup();
     return;
@@ -61,11 +62,8 @@ ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* paren
   if (box.Editable()) MakeEditable();
   Adopt(widget_);
   FitWidth();
-  widget_->before_popup = [this] {
-    const QPointer<Binding> self(this);
-    AsUser([&model = Model()](User& user) { return user.DropDown(model); });
-    if (self) DrawItems();
-  };
+  widget_->before_popup = [this] { AsUser([&model = Model()](User& user) { return user.DropDown(model); }); };
+  widget_->draw_entries = [this] { DrawItems(); };
   connect(widget_, &QComboBox::activated, this, [this](int index) {
     AsUser([&model = Model(), index](User& user) { return user.Pick(model, index); });
   });

@@ -17,6 +17,7 @@ class ComboBoxWidget final : public QComboBox {
   // `box` and `texts` outlive the widget.
   ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent);
   std::function<void()> before_popup;
+  std::function<void()> draw_entries;  // those that came meanwhile
 
   [[nodiscard]] bool PopupIsOpen() const;
   // Takes over what has come or gone in the control's list.
