@@ -35,6 +35,7 @@ void TellProblem(QLabel& label, QWidget& editor, const QString& text) {
   QAccessibleEvent event(&label, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
   QWidget* window = label.window();
+  if (!window->isVisible()) return;  // it takes the size it needs when it is shown
   window->layout()->activate();
   window->resize(
       window->size().expandedTo({window->width(), window->layout()->totalHeightForWidth(window->width())}));

@@ -62,8 +62,7 @@ void PictureEditors(const TextTable& texts,
   PermissionDialog nobody(texts, "Month-end reports", {}, tables, nullptr);
   save(nobody, "PermissionsNobody");
 
-  TagDialog tags(texts, "task.monthend.name", {"text.reports"}, tables, LanguageCodes(), texts.code,
-                 nullptr);
+  TagDialog tags(texts, "task.monthend.name", {"text.reports"}, tables, LanguageCodes(), texts.code, nullptr);
   save(tags, "Tags");
   TagTextsDialog tag(
       texts, {}, tables, LanguageCodes(), texts.code, [](const std::string& /*name*/) { return false; },

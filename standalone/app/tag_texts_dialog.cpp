@@ -38,7 +38,7 @@ TagTextsDialog::TagTextsDialog(const TextTable& texts, const TagRecord& tag, Hos
     area->setWidget(new QWidget);
     auto* column = new QVBoxLayout(area->widget());
     for (const std::string& language : languages) BuildField(*column, language);
-    Rows()->addWidget(area);
+    Rows()->addWidget(area, 1);
   } else {
     for (const std::string& language : languages) BuildField(*Rows(), language);
   }
@@ -58,7 +58,7 @@ void TagTextsDialog::BuildName(QLayout& column) {
     column.addWidget(widget);
 }
 
-void TagTextsDialog::BuildField(QLayout& column, const std::string& language) {
+void TagTextsDialog::BuildField(QBoxLayout& column, const std::string& language) {
   const auto stored = initial_.texts.find(language);
   const Field field{language,
                     new QPlainTextEdit(stored == initial_.texts.end() ? QString() : ToQt(stored->second)),
@@ -72,8 +72,9 @@ void TagTextsDialog::BuildField(QLayout& column, const std::string& language) {
   label->setBuddy(field.text);
   connect(field.text, &QPlainTextEdit::textChanged, this,
           [field] { TellProblem(*field.problem, *field.text, {}); });
-  for (QWidget* widget : std::initializer_list<QWidget*>{label, field.text, field.problem})
-    column.addWidget(widget);
+  column.addWidget(label);
+  column.addWidget(field.text, 1);
+  column.addWidget(field.problem);
   fields_.push_back(field);
 }
 

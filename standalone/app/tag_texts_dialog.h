@@ -9,6 +9,7 @@
 
 #include "editor_dialog.h"
 
+class QBoxLayout;
 class QLineEdit;
 class QPlainTextEdit;
 
@@ -39,7 +40,7 @@ class TagTextsDialog final : public EditorDialog {
   };
 
   void BuildName(QLayout& column);
-  void BuildField(QLayout& column, const std::string& language);
+  void BuildField(QBoxLayout& column, const std::string& language);
   bool Check();
 
   TagRecord initial_;

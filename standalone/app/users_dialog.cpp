@@ -77,7 +77,6 @@ UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string
   for (const Line& line : lines_) list_->addItem(UserText(Texts(), line.user));
   const auto own = std::ranges::find(lines_, session_user_, [](const Line& line) { return line.user.id; });
   list_->setCurrentRow(own == lines_.end() ? 0 : static_cast<int>(own - lines_.begin()));
-  ShowUser();
 }
 
 QWidget* UsersDialog::BuildList() {
@@ -228,6 +227,7 @@ void UsersDialog::accept() {
     return;
   }
   std::vector<UserRecord> users;
+  users.reserve(lines_.size());
   for (const Line& line : lines_) users.push_back(line.user);
   if (!Changed() || Try("user.failed", *save_problem_, [&] { tables_.SaveUsers(users); })) QDialog::accept();
 }
