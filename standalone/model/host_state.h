@@ -10,15 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "data_source.h"
 #include "dialogs.h"
 #include "task_object.h"
 #include "text_table.h"
 
 namespace plovix {
-
-struct DataObjectRecord {
-  std::string name, caption, key;
-};
 
 class DataObjectObject final : public DataObject {
  public:
