@@ -1,9 +1,9 @@
 #include "category_column.h"
 
+#include <plovix/standalone/model/json_text.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
-
-#include "json_text.h"
 
 namespace plovix {
 namespace {
