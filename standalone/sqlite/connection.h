@@ -79,7 +79,7 @@ class Connection final {
   void Open() const;
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
-  void CheckMayRun(const Statement& statement) const;
+  [[noreturn]] void RefuseToWrite() const;
   [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
   void UseWriteAheadLog() const;
   void RollBack() noexcept;
