@@ -1,0 +1,301 @@
+#include "connection.h"
+
+#include <sqlite3.h>
+
+#include <limits>
+#include <thread>
+
+namespace plovix {
+namespace {
+
+constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code tells where it happened
+
+struct FileProblem {
+  int number;
+  std::string text;
+};
+
+FileProblem ProblemOf(int code, const std::string& what) {
+  if (code == SQLITE_READONLY_ROLLBACK) {
+    return {failure_number::kFileAccess,
+            "a change of the file was cut off; open it with the program that made it"};
+  }
+  switch (code & kPrimaryCode) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return {failure_number::kPermissionDenied, "another program is using the file; try again"};
+    case SQLITE_NOMEM:
+      return {failure_number::kOutOfMemory, "there is not enough memory"};
+    case SQLITE_READONLY:
+      return {failure_number::kPermissionDenied, "the file or its folder is write-protected"};
+    case SQLITE_INTERRUPT:
+      return {failure_number::kInterrupted, "reading was interrupted"};
+    case SQLITE_IOERR:
+      return {failure_number::kDeviceError, "the disk reports an error"};
+    case SQLITE_CORRUPT:
+      return {failure_number::kInvalidFormat, "the file is damaged; restore it from a copy"};
+    case SQLITE_FULL:
+      return {failure_number::kDiskFull, "the disk is full"};
+    case SQLITE_CANTOPEN:
+      return {failure_number::kFileAccess, "the file cannot be opened"};
+    case SQLITE_TOOBIG:
+      return {failure_number::kOverflow, "a text is longer than the file can take"};
+    case SQLITE_NOTADB:
+      return {failure_number::kInvalidFormat, "this is not a " + what};
+    default:
+      return {failure_number::kInvalidCall, "the file cannot be used"};
+  }
+}
+
+// The file says in its header that changes go through a log. Read through the database's own descriptor.
+bool KeepsLog(sqlite3* database) {
+  constexpr int kReadVersionAt = 19;
+  constexpr unsigned char kWithLog = 2;
+  sqlite3_file* file = nullptr;
+  unsigned char version = 0;
+  return sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file)) ==
+             SQLITE_OK &&
+         file != nullptr && file->pMethods != nullptr &&
+         file->pMethods->xRead(file, &version, 1, kReadVersionAt) == SQLITE_OK && version == kWithLog;
+}
+
+// The one way to tell SQLite that it needs no locks. Every byte that could mean something is escaped.
+std::string UnlockedName(const std::string& path) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-";
+  std::string name = "file://";
+  for (const char character : path) {
+    if (kPlain.find(character) != std::string_view::npos) {
+      name += character;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(character);
+    name += {'%', kDigits[byte >> 4U], kDigits[byte & 0x0FU]};
+  }
+  return name + "?immutable=1";
+}
+
+}  // namespace
+
+void Connection::Close::operator()(sqlite3* database) const noexcept {
+  sqlite3_close_v2(database);
+}
+
+Connection::Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
+                       std::string_view what)
+    : path_(RealPath(path, what)), what_(what), patience_(patience), access_(access) {
+  CheckPath(path_, access_, what_);
+  Open();
+  file_ = FileAt(path_);
+}
+
+Connection::~Connection() = default;
+
+Connection::Handle Connection::OpenAs(const std::string& name, int flags) const {
+  constexpr int kAlways = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE | SQLITE_OPEN_EXRESCODE;
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(name.c_str(), &opened, flags | kAlways, nullptr);
+  Handle handle(opened);
+  if (opened == nullptr) throw std::bad_alloc();
+  if (code != SQLITE_OK) Fail(opened);
+  sqlite3_busy_timeout(opened, static_cast<int>(patience_.count()));
+  // A file may come from anywhere: what its schema brings runs nothing that reaches outside it.
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  if (access_ == Access::kReadOnly) sqlite3_limit(opened, SQLITE_LIMIT_ATTACHED, 0);
+  return handle;
+}
+
+// A file whose changes go through a log would get its log and shared memory from a reader, too, which may
+// have no right to make them and leaves them behind. As long as nobody else has it open, it needs neither.
+void Connection::Open() const {
+  const bool reads = access_ == Access::kReadOnly;
+  const FileState state = StateOf(path_);
+  Handle handle = OpenAs(path_, reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  const bool unlocked = reads && !state.in_use && KeepsLog(handle.get());
+  if (unlocked) handle = OpenAs(UnlockedName(path_), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  {
+    const std::lock_guard lock(changing_handle_);
+    handle_.swap(handle);
+  }
+  unlocked_.reset();
+  (void)Integer("PRAGMA schema_version");  // reads the file for the first time
+  if (unlocked) unlocked_ = state;
+}
+
+void Connection::OpenAgainIfChanged() const {
+  if (!unlocked_ || StateOf(path_) == *unlocked_) return;
+  const bool is_running =
+      sqlite3_next_stmt(handle_.get(), nullptr) != nullptr || sqlite3_get_autocommit(handle_.get()) == 0;
+  if (is_running) CheckUnchanged();
+  Open();
+}
+
+void Connection::CheckUnchanged() const {
+  if (!unlocked_ || StateOf(path_) == *unlocked_) return;
+  Refuse(failure_number::kFileAccess, "another program changed the file while it was read; try again");
+}
+
+void Connection::CheckMayRun(const Statement& statement) const {
+  if (access_ == Access::kReadWrite || statement.IsReadOnly()) return;
+  Refuse(failure_number::kPermissionDenied, "the file is open for reading, and the statement writes");
+}
+
+void Connection::CheckInPlace() const {
+  if (FileAt(path_) == file_ && (log_ == FileId{} || FileAt(path_ + std::string(kLogSuffix)) == log_)) return;
+  Refuse(
+      failure_number::kFileAccess,
+      "the file or its log was deleted, moved or replaced while it was open, and the change is not stored; "
+      "put it back, or start the program again");
+}
+
+Statement Connection::Prepare(std::string_view sql) const {
+  const auto refuse = [this](const std::string& words) { throw SqlFailure(path_ + ": " + words, words, -1); };
+  if (sql.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    refuse("the SQL text is too long");
+  if (sql.empty()) refuse("the SQL text holds no statement");
+  if (sql.find('\0') != std::string_view::npos) refuse("the SQL text holds a zero byte");
+  OpenAgainIfChanged();
+  const char* const end = sql.data() + sql.size();
+  const char* tail = end;
+  sqlite3_stmt* prepared = nullptr;
+  const int code =
+      sqlite3_prepare_v2(handle_.get(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
+  Statement::Handle handle(prepared);
+  if (code != SQLITE_OK) Fail();
+  if (prepared == nullptr) refuse("the SQL text holds no statement");
+  return {*this, std::move(handle), HoldsMoreStatements(tail, end)};
+}
+
+// What does not prepare is no blank either.
+bool Connection::HoldsMoreStatements(const char* sql, const char* end) const {
+  while (sql != end) {
+    sqlite3_stmt* prepared = nullptr;
+    const char* tail = end;
+    const int code = sqlite3_prepare_v2(handle_.get(), sql, static_cast<int>(end - sql), &prepared, &tail);
+    sqlite3_finalize(prepared);
+    if (code != SQLITE_OK || prepared != nullptr) return true;
+    sql = tail;
+  }
+  return false;
+}
+
+void Connection::Run(std::string_view sql) const {
+  Prepare(sql).Run();
+}
+
+std::optional<std::int64_t> Connection::Integer(std::string_view sql) const {
+  Statement statement = Prepare(sql);
+  if (!statement.Step() || statement.Type(0) == ColumnType::kNull) return std::nullopt;
+  return statement.Integer(0);
+}
+
+std::optional<std::string> Connection::Text(std::string_view sql) const {
+  Statement statement = Prepare(sql);
+  if (!statement.Step() || statement.Type(0) == ColumnType::kNull) return std::nullopt;
+  return std::string(statement.Text(0));
+}
+
+std::int64_t Connection::LastInsertId() const noexcept {
+  return sqlite3_last_insert_rowid(handle_.get());
+}
+
+std::int64_t Connection::ChangedRows() const noexcept {
+  return sqlite3_changes64(handle_.get());
+}
+
+void Connection::Write(const std::function<void()>& body, const std::function<bool()>& arrived) {
+  CheckInPlace();
+  // Takes the write lock first: a transaction that reads and then writes cannot wait for it.
+  Run("BEGIN IMMEDIATE");
+  try {
+    body();
+  } catch (...) {
+    RollBack();
+    throw;
+  }
+  Commit(arrived);
+  CheckInPlace();
+}
+
+void Connection::Commit(const std::function<bool()>& arrived) {
+  try {
+    Run("COMMIT");
+  } catch (const Failure&) {
+    RollBack();
+    bool there = false;
+    try {
+      there = arrived();
+    } catch (const Failure& unreadable) {
+      Refuse(unreadable.Number(),
+             "the file fell away while the change was stored; whether it is stored is not "
+             "known until the file can be read again");
+    }
+    if (!there) throw;
+  }
+}
+
+void Connection::Read(const std::function<void()>& body) {
+  Run("BEGIN");
+  try {
+    body();
+  } catch (...) {
+    RollBack();
+    throw;
+  }
+  RollBack();
+}
+
+// SQLite has ended the transaction by itself after some failures, a full disk among them.
+void Connection::RollBack() noexcept {
+  if (sqlite3_get_autocommit(handle_.get()) != 0) return;
+  sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Connection::Interrupt() const noexcept {
+  const std::lock_guard lock(changing_handle_);
+  sqlite3_interrupt(handle_.get());
+}
+
+void Connection::PrepareForWriting() {
+  Run("PRAGMA foreign_keys = ON");
+  Run("PRAGMA synchronous = FULL");
+  UseWriteAheadLog();
+  (void)Integer("PRAGMA schema_version");  // opens the log
+  log_ = FileAt(path_ + std::string(kLogSuffix));
+}
+
+// Another program that opens the same new file holds this up without the usual waiting.
+void Connection::UseWriteAheadLog() const {
+  constexpr std::chrono::milliseconds kPause{10};
+  const auto deadline = std::chrono::steady_clock::now() + patience_;
+  while (sqlite3_exec(handle_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) != SQLITE_OK) {
+    const int code = sqlite3_errcode(handle_.get()) & kPrimaryCode;
+    if (code != SQLITE_BUSY || std::chrono::steady_clock::now() > deadline) Fail();
+    std::this_thread::sleep_for(kPause);
+  }
+  if (Text("PRAGMA journal_mode") == "wal") return;
+  Refuse(failure_number::kFileAccess, "this file system cannot keep a " + what_ + "; use a local disk");
+}
+
+void Connection::Refuse(int number, const std::string& problem) const {
+  throw Failure(number, path_ + ": " + problem);
+}
+
+void Connection::Fail() const {
+  Fail(handle_.get());
+}
+
+void Connection::Fail(sqlite3* database) const {
+  const int code = sqlite3_extended_errcode(database);
+  const std::string words = sqlite3_errmsg(database);
+  const std::string source = " (SQLite " + std::to_string(code) + ": " + words + ")";
+  if ((code & kPrimaryCode) == SQLITE_ERROR) {
+    throw SqlFailure(path_ + ": the SQL statement cannot be run" + source, words,
+                     sqlite3_error_offset(database));
+  }
+  const FileProblem problem = ProblemOf(code, what_);
+  Refuse(problem.number, problem.text + source);
+}
+
+}  // namespace plovix

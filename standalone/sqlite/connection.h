@@ -1,0 +1,97 @@
+// One connection to a database file: opening it with care, statements, transactions, and what went wrong in
+// words. Used by whatever keeps something in such a file, or reads one.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "file_state.h"
+#include "sql_failure.h"
+#include "statement.h"
+
+struct sqlite3;
+
+namespace plovix {
+
+// Every member fails with a Failure that names the file and says what a person can do about it; it is a
+// SqlFailure where the statement is at fault. A connection belongs to one thread at a time; Interrupt alone
+// may be called from any.
+//
+// A connection for reading needs no right to write the file or into its folder, runs no statement that
+// writes, and leaves nothing beside the file, except the shared memory of a log that another program has
+// left. While nobody else has the file open, it reads it without locks: what another program changes in
+// the middle of a pass makes that pass fail, and the next Prepare sees the change, or fails in its turn while
+// older statements exist. So do not keep statements for reading.
+class Connection final {
+ public:
+  // Opens the file; for writing, creates it empty where it is missing. `patience` is how long a statement
+  // waits for other programs; `what` is what failures call the file.
+  Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
+             std::string_view what = "database");
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Takes the first statement of `sql`; there must be one.
+  [[nodiscard]] Statement Prepare(std::string_view sql) const;
+  void Run(std::string_view sql) const;
+  // The first column of the statement's first row; nothing when there is no row, or NULL in it.
+  [[nodiscard]] std::optional<std::int64_t> Integer(std::string_view sql) const;
+  [[nodiscard]] std::optional<std::string> Text(std::string_view sql) const;
+  // Of the last statement that changed something.
+  [[nodiscard]] std::int64_t LastInsertId() const noexcept;
+  [[nodiscard]] std::int64_t ChangedRows() const noexcept;
+
+  // Runs `body` in one transaction, all or nothing. When committing fails, `arrived` is asked whether
+  // the change is in the file nevertheless: a commit may report a failure that came too late to stop it.
+  void Write(const std::function<void()>& body, const std::function<bool()>& arrived);
+  // Runs `body` on one state of the file, whatever other programs write meanwhile.
+  void Read(const std::function<void()>& body);
+
+  // Makes the statements that are running fail with 18, soon; without one, nothing happens.
+  void Interrupt() const noexcept;
+
+  // Settles what the file must be for writing: changes go through a log, each one to the disk.
+  void PrepareForWriting();
+  // Fails when the file or its log is no longer the one that is open: what is written would vanish.
+  void CheckInPlace() const;
+
+  [[noreturn]] void Refuse(int number, const std::string& problem) const;
+
+ private:
+  friend class Statement;
+  struct Close {
+    void operator()(sqlite3* database) const noexcept;
+  };
+  using Handle = std::unique_ptr<sqlite3, Close>;
+
+  [[nodiscard]] Handle OpenAs(const std::string& name, int flags) const;
+  void Open() const;
+  void OpenAgainIfChanged() const;
+  void CheckUnchanged() const;
+  void CheckMayRun(const Statement& statement) const;
+  [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
+  void UseWriteAheadLog() const;
+  void RollBack() noexcept;
+  void Commit(const std::function<bool()>& arrived);
+  // What the last call of the database ended with.
+  [[noreturn]] void Fail() const;
+  [[noreturn]] void Fail(sqlite3* database) const;
+
+  std::string path_, what_;
+  std::chrono::milliseconds patience_;
+  Access access_;
+  mutable std::mutex changing_handle_;
+  mutable Handle handle_;
+  mutable std::optional<FileState> unlocked_;  // the state of a file that is read without locks
+  FileId file_;
+  FileId log_;  // while there is none, nothing has been written to it
+};
+
+}  // namespace plovix

@@ -1,0 +1,46 @@
+// What stands at a database file's path: the checks before it is opened, and whether it has changed since.
+// Used by the connection. The file itself is never opened here: closing a descriptor of a file drops every
+// lock that this process holds on it, also those of another connection.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace plovix {
+
+enum class Access { kReadOnly, kReadWrite };
+
+// SQLite keeps the log of a file, and the memory in which programs share the log's index, beside it.
+inline constexpr std::string_view kLogSuffix = "-wal";
+inline constexpr std::string_view kSharedMemorySuffix = "-shm";
+
+// All zero where there is no file.
+struct FileId {
+  dev_t device = 0;
+  ino_t node = 0;
+  bool operator==(const FileId&) const = default;
+};
+[[nodiscard]] FileId FileAt(const std::string& path);
+
+// Differs when another program has changed the file, or may be about to.
+struct FileState {
+  FileId id;
+  std::int64_t size = 0;
+  std::int64_t modified = 0;  // nanoseconds of the system's clock
+  bool in_use = false;        // there are changes in a log or journal, or programs that share an index
+  bool operator==(const FileState&) const = default;
+};
+[[nodiscard]] FileState StateOf(const std::string& path);
+
+// Absolute, because ":memory:", "file:..." and the empty name mean something else to SQLite; without
+// links, because the log stands beside the file itself. Fails when the path can name no file; `what` says
+// what it should be, such as "task file".
+[[nodiscard]] std::string RealPath(const std::string& path, std::string_view what);
+
+// Fails in words where `path`, a RealPath, cannot be opened. For writing a file that is missing is fine.
+void CheckPath(const std::string& path, Access access, std::string_view what);
+
+}  // namespace plovix

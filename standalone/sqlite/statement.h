@@ -1,0 +1,66 @@
+// A prepared SQL statement: its parameters and its rows. Made by a Connection; used by whoever reads or
+// writes a database file.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+struct sqlite3_stmt;
+
+namespace plovix {
+
+class Connection;
+
+enum class ColumnType { kInteger, kReal, kText, kBlob, kNull };
+
+// Parameters and columns are counted from 0. It belongs to its connection's thread, must be gone before the
+// connection, and fails as the connection does.
+class Statement final {
+ public:
+  // Values stay bound until others take their places; a text, which may hold any bytes, is copied.
+  void BindInteger(int parameter, std::int64_t value);
+  void BindReal(int parameter, double value);
+  void BindText(int parameter, std::string_view value);
+  void BindNull(int parameter);
+
+  // Goes to the first or next row; false when there is none left, and the next call begins anew. Until then,
+  // or until Reset, the statement sees one state of the file and holds on to it.
+  [[nodiscard]] bool Step();
+  void Reset() noexcept;
+  // Runs it to its end. However that comes, the statement then holds on to nothing.
+  void Run();
+  void ForEachRow(const std::function<void(const Statement& row)>& row);
+
+  [[nodiscard]] int Columns() const noexcept;
+  [[nodiscard]] std::string_view Name(int column) const;
+  // The present row's values. Text is the value's bytes, those of a number as SQL writes it, empty for NULL;
+  // it is valid until the next Step or Reset.
+  [[nodiscard]] ColumnType Type(int column) const noexcept;
+  [[nodiscard]] std::int64_t Integer(int column) const noexcept;
+  [[nodiscard]] double Real(int column) const noexcept;
+  [[nodiscard]] std::string_view Text(int column) const;
+
+  // Whether running it leaves the file as it is.
+  [[nodiscard]] bool IsReadOnly() const noexcept;
+  // Whether the text that it was prepared from goes on with more than blanks and comments.
+  [[nodiscard]] bool HasTail() const noexcept { return has_tail_; }
+
+ private:
+  friend class Connection;
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const noexcept;
+  };
+  using Handle = std::unique_ptr<sqlite3_stmt, Finalize>;
+  Statement(const Connection& connection, Handle handle, bool has_tail)
+      : connection_(&connection), handle_(std::move(handle)), has_tail_(has_tail) {}
+  void Check(int code) const;
+
+  const Connection* connection_;
+  Handle handle_;
+  bool has_tail_;
+};
+
+}  // namespace plovix
