@@ -54,10 +54,6 @@ bool IsDateTime(std::string value) {
   return ParseIsoDateTime(value).has_value();
 }
 
-char Lower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 std::optional<std::string_view> CheckText(const Condition& condition) {
   if (!IsPattern(condition.comparison)) return std::nullopt;
   if (condition.value.empty()) return "query.problem.missing";
@@ -67,10 +63,6 @@ std::optional<std::string_view> CheckText(const Condition& condition) {
 }
 
 }  // namespace
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, Lower, Lower);
-}
 
 const FieldRecord* FindField(std::span<const FieldRecord> fields, std::string_view name) {
   const auto found =

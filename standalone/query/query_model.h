@@ -3,6 +3,7 @@
 #pragma once
 
 #include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/model/same_name.h>
 
 #include <optional>
 #include <span>
@@ -50,8 +51,6 @@ struct QueryModel {
   bool operator==(const QueryModel&) const = default;
 };
 
-// Names of data objects and fields are the same without regard to the case of A to Z, as in the database.
-[[nodiscard]] bool SameName(std::string_view a, std::string_view b);
 // nullptr when there is no field of that name.
 [[nodiscard]] const FieldRecord* FindField(std::span<const FieldRecord> fields, std::string_view name);
 
