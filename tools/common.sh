@@ -7,9 +7,9 @@
 root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 me=${0##*/}
 
-# libqt6sql6-sqlite is a plugin that nothing else asks for, and without a font every text is boxes.
+# Without a font every text is boxes.
 packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlite3-dev tzdata
-                  libqt6widgets6 libqt6sql6-sqlite fonts-dejavu-core)
+                  libqt6widgets6 fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_checks=(clang-format clang-tidy-19 shellcheck python3)

@@ -154,7 +154,6 @@ int Run(int argc, char** argv, const ProgramOptions& options) {
     if (chosen || QGuiApplication::platformName() != "offscreen") return RunWindows(application, options);
     return RunScriptFile(WithoutDisplay(options));
   }
-  const QCoreApplication application(argc, argv);  // the database driver needs one
   return RunScriptFile(options.script ? options : WithoutDisplay(options));
 }
 

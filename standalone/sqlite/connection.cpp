@@ -136,8 +136,7 @@ void Connection::CheckUnchanged() const {
   Refuse(failure_number::kFileAccess, "another program changed the file while it was read; try again");
 }
 
-void Connection::CheckMayRun(const Statement& statement) const {
-  if (access_ == Access::kReadWrite || statement.IsReadOnly()) return;
+void Connection::RefuseToWrite() const {
   Refuse(failure_number::kPermissionDenied, "the file is open for reading, and the statement writes");
 }
 

@@ -38,6 +38,10 @@ class Connection final {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  // Absolute and without links.
+  [[nodiscard]] const std::string& Path() const noexcept { return path_; }
+  [[nodiscard]] std::chrono::milliseconds Patience() const noexcept { return patience_; }
+
   // Takes the first statement of `sql`; there must be one.
   [[nodiscard]] Statement Prepare(std::string_view sql) const;
   void Run(std::string_view sql) const;
@@ -75,7 +79,7 @@ class Connection final {
   void Open() const;
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
-  void CheckMayRun(const Statement& statement) const;
+  [[noreturn]] void RefuseToWrite() const;
   [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
   void UseWriteAheadLog() const;
   void RollBack() noexcept;

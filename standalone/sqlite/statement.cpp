@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <new>
+#include <utility>
 
 #include "connection.h"
 
@@ -27,6 +28,12 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const noexcept {
   sqlite3_finalize(statement);
 }
 
+Statement::Statement(const Connection& connection, Handle handle, bool has_tail)
+    : connection_(&connection),
+      handle_(std::move(handle)),
+      has_tail_(has_tail),
+      may_run_(connection.access_ == Access::kReadWrite || IsReadOnly()) {}
+
 void Statement::Check(int code) const {
   if (code != SQLITE_OK) connection_->Fail();
 }
@@ -50,7 +57,7 @@ void Statement::BindNull(int parameter) {
 }
 
 bool Statement::Step() {
-  connection_->CheckMayRun(*this);
+  if (!may_run_) connection_->RefuseToWrite();
   const int code = sqlite3_step(handle_.get());
   if (code == SQLITE_ROW) return true;
   const Resetting resetting(*this);
@@ -108,7 +115,8 @@ double Statement::Real(int column) const noexcept {
 std::string_view Statement::Text(int column) const {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle_.get(), column));
   if (text != nullptr) return {text, static_cast<std::size_t>(sqlite3_column_bytes(handle_.get(), column))};
-  if (sqlite3_column_type(handle_.get(), column) != SQLITE_NULL) throw std::bad_alloc();
+  const ColumnType type = Type(column);  // an empty blob has no address either
+  if (type != ColumnType::kNull && type != ColumnType::kBlob) throw std::bad_alloc();
   return {};
 }
 

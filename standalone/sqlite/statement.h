@@ -6,7 +6,6 @@
 #include <functional>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 struct sqlite3_stmt;
 
@@ -54,13 +53,13 @@ class Statement final {
     void operator()(sqlite3_stmt* statement) const noexcept;
   };
   using Handle = std::unique_ptr<sqlite3_stmt, Finalize>;
-  Statement(const Connection& connection, Handle handle, bool has_tail)
-      : connection_(&connection), handle_(std::move(handle)), has_tail_(has_tail) {}
+  Statement(const Connection& connection, Handle handle, bool has_tail);
   void Check(int code) const;
 
   const Connection* connection_;
   Handle handle_;
   bool has_tail_;
+  bool may_run_;
 };
 
 }  // namespace plovix

@@ -73,14 +73,39 @@ constexpr std::array kSchedules{
          RelativeDayOfWeek INTEGER))",
 };
 
-constexpr std::array<MigrationStep, 2> kSteps{kTables, kSchedules};
+// Permissions is NULL for a task without a permission set. A tag that has no texts has one row with the
+// language '' and a NULL text. VeloUsers always holds an administrator.
+constexpr std::array kAccounts{
+    "ALTER TABLE VeloAutoTasks ADD COLUMN Permissions TEXT",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN MayRun INTEGER NOT NULL DEFAULT 1",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN MayEdit INTEGER NOT NULL DEFAULT 1",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN MayDelete INTEGER NOT NULL DEFAULT 1",
+    R"(CREATE TABLE VeloUsers (
+         Id TEXT NOT NULL PRIMARY KEY,
+         Name TEXT NOT NULL,
+         Administrator INTEGER NOT NULL,
+         GroupNames TEXT NOT NULL,
+         EditCategories INTEGER NOT NULL,
+         SeeAllCategories INTEGER NOT NULL,
+         GoOnWithTags INTEGER NOT NULL,
+         CreatePersonal INTEGER NOT NULL,
+         CreateShared INTEGER NOT NULL) WITHOUT ROWID)",
+    "INSERT INTO VeloUsers VALUES ('admin', '', 1, '[]', 1, 1, 1, 1, 1)",
+    R"(CREATE TABLE VeloLanguageTags (
+         Tag TEXT NOT NULL,
+         Language TEXT NOT NULL,
+         Text TEXT,
+         PRIMARY KEY (Tag, Language)) WITHOUT ROWID)",
+};
+
+constexpr std::array<MigrationStep, 3> kSteps{kTables, kSchedules, kAccounts};
 
 // To be asked in a transaction: while a new file gets its tables, answers from before and after do not fit.
 int VersionInTransaction(const Connection& connection, int latest) {
-  const int application = connection.Value("PRAGMA application_id").toInt();
-  const int version = connection.Value("PRAGMA user_version").toInt();
-  const bool empty = connection.Value("SELECT count(*) FROM sqlite_master").toInt() == 0;
-  const bool utf8 = connection.Value("PRAGMA encoding").toString() == QStringLiteral("UTF-8");
+  const std::int64_t application = connection.Integer("PRAGMA application_id").value_or(0);
+  const auto version = static_cast<int>(connection.Integer("PRAGMA user_version").value_or(0));
+  const bool empty = connection.Integer("SELECT count(*) FROM sqlite_master") == 0;
+  const bool utf8 = connection.Text("PRAGMA encoding") == "UTF-8";
   if (application == 0 && version == 0 && empty && utf8) return 0;
   if (application != kApplicationId || version < 1 || !utf8) {
     connection.Refuse(failure_number::kInvalidFormat,

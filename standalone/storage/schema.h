@@ -1,9 +1,9 @@
 // The tables of a task file, and how a file of any earlier version gets them. Used by the storage.
 #pragma once
 
-#include <span>
+#include <plovix/standalone/sqlite/connection.h>
 
-#include "connection.h"
+#include <span>
 
 namespace plovix {
 

@@ -1,8 +1,8 @@
 #include "settings_column.h"
 
-#include <nlohmann/json.hpp>
+#include <plovix/standalone/model/json_text.h>
 
-#include "json_text.h"
+#include <nlohmann/json.hpp>
 
 namespace plovix {
 

@@ -1,30 +1,26 @@
-// Tasks in a SQLite file. Used by the program; it needs a QCoreApplication, which finds the driver.
+// Tasks in a SQLite file. Used by the program.
 //
 // Every save is on the disk when it returns (write-ahead log, synchronous FULL). Several programs may
 // have the file open; a save that finds the task changed by another one is a TaskConflict. The file must
 // lie on a local disk.
 #pragma once
 
+#include <plovix/standalone/model/row_cursor.h>
 #include <plovix/standalone/model/task_storage.h>
 
 #include <chrono>
 #include <memory>
 #include <string>
 
-namespace plovix {
+#include "task_file.h"
 
-// tasks.sqlite in the folder "plovix" of the user's data folder.
-[[nodiscard]] std::string DefaultDatabasePath();
+namespace plovix {
 
 // To be used by the thread that made it.
 class SqliteStorage final : public TaskStorage {
  public:
-  // How long to wait for another program that is writing.
-  static constexpr std::chrono::milliseconds kPatience{3000};
-
-  // Opens or creates the file; the folder is created only for the default path. Fails, and changes
-  // nothing, when the file is not a task file or a newer program made it.
-  explicit SqliteStorage(const std::string& path, std::chrono::milliseconds patience = kPatience);
+  // Opens or creates the file, as OpenTaskFile does.
+  explicit SqliteStorage(const std::string& path, std::chrono::milliseconds patience = kTaskFilePatience);
   ~SqliteStorage() override;
   SqliteStorage(const SqliteStorage&) = delete;
   SqliteStorage& operator=(const SqliteStorage&) = delete;
@@ -33,6 +29,10 @@ class SqliteStorage final : public TaskStorage {
   [[nodiscard]] std::optional<TaskRecord> Load(std::int64_t id) override;
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id) override;
+
+  // The rows of a single SELECT on the tables of the file, everything that was saved before among them. They
+  // keep nobody from saving; what is saved during the pass is not in it.
+  [[nodiscard]] std::unique_ptr<RowCursor> OpenRows(const std::string& sql) const;
 
  private:
   class Tables;

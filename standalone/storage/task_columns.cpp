@@ -1,15 +1,15 @@
 #include "task_columns.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/iso_time.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <type_traits>
 #include <variant>
 
-#include "category_column.h"
+#include "permission_column.h"
 
 namespace plovix {
 namespace {
@@ -29,54 +29,61 @@ Time Storable(Time value) {
 
 // Values of a field's type, to and from the file.
 struct ToFile {
-  QVariant operator()(const std::string& text) const { return TextValue(text); }
-  QVariant operator()(std::integral auto number) const { return static_cast<int>(number); }
-  QVariant operator()(DateTime value) const { return TextValue(IsoDateTime(Storable(value))); }
-  QVariant operator()(const std::vector<CategoryRecord>& categories) const {
-    return TextValue(EncodeCategories(categories));
+  Statement& statement;
+  int parameter;
+  void operator()(const std::string& text) const { statement.BindText(parameter, text); }
+  void operator()(std::integral auto number) const { statement.BindInteger(parameter, number); }
+  void operator()(DateTime value) const { statement.BindText(parameter, IsoDateTime(Storable(value))); }
+  void operator()(const std::vector<CategoryRecord>& categories) const {
+    statement.BindText(parameter, EncodeCategories(categories));
   }
 };
 
 struct FromFile {
-  const QVariant& value;
+  const Statement& row;
+  int column;
   bool operator()(std::string& text) const {
-    text = TextOf(value);
+    text = row.Text(column);
     return true;
   }
   bool operator()(bool& flag) const {
     std::int64_t number = 0;
-    const bool fits = ReadInteger(number, value);
+    const bool fits = ReadInteger(number, row, column);
     flag = number != 0;
     return fits;
   }
   template <std::integral Number>
   bool operator()(Number& number) const {
-    return ReadInteger(number, value);
+    return ReadInteger(number, row, column);
   }
   bool operator()(DateTime& date) const {
-    const auto stored = ParseIsoDateTime(TextOf(value));
+    const auto stored = ParseIsoDateTime(row.Text(column));
     if (stored) date = *stored;
     return stored.has_value();
   }
   bool operator()(std::vector<CategoryRecord>& categories) const {
-    categories = DecodeCategories(TextOf(value));
+    categories = DecodeCategories(row.Text(column));
     return true;
   }
 };
 
+bool IsNull(const Statement& row, int column) {
+  return row.Type(column) == ColumnType::kNull;
+}
+
 // A column for the field that `kLocate` finds in a task; NULL where it finds none.
 template <auto kLocate>
 constexpr TaskColumn Column(std::string_view name) {
-  using Field = std::remove_pointer_t<decltype(kLocate(std::declval<TaskRecord&>()))>;
-  return {name, !std::integral<Field>,
-          [](const TaskRecord& task) {
-            const Field* field = kLocate(task);
-            return field == nullptr ? QVariant() : ToFile{}(*field);
+  return {name,
+          [](Statement& statement, int parameter, const TaskRecord& task) {
+            const auto* field = kLocate(task);
+            if (field == nullptr) return statement.BindNull(parameter);
+            ToFile{statement, parameter}(*field);
           },
-          [](TaskRecord& task, const QVariant& value) {
-            Field* field = kLocate(task);
-            if (field == nullptr || value.isNull()) return field == nullptr && value.isNull();
-            return FromFile{value}(*field);
+          [](TaskRecord& task, const Statement& row, int column) {
+            auto* field = kLocate(task);
+            if (field == nullptr || IsNull(row, column)) return field == nullptr && IsNull(row, column);
+            return FromFile{row, column}(*field);
           }};
 }
 
@@ -112,31 +119,44 @@ constexpr auto kOfDay = [](auto& task) {
   return day != nullptr ? &(day->*kField) : nullptr;
 };
 
-QVariant StartDate(const TaskRecord& task) {
-  if (!task.schedule_start) return {};
-  return TextValue(IsoDate(Storable(*task.schedule_start)));
+void BindStartDate(Statement& statement, int parameter, const TaskRecord& task) {
+  if (!task.schedule_start) return statement.BindNull(parameter);
+  statement.BindText(parameter, IsoDate(Storable(*task.schedule_start)));
 }
 
-bool ReadStartDate(TaskRecord& task, const QVariant& value) {
-  if (value.isNull()) return true;
-  task.schedule_start = ParseIsoDate(TextOf(value));
+bool ReadStartDate(TaskRecord& task, const Statement& row, int column) {
+  if (IsNull(row, column)) return true;
+  task.schedule_start = ParseIsoDate(row.Text(column));
   return task.schedule_start.has_value();
+}
+
+void BindPermissions(Statement& statement, int parameter, const TaskRecord& task) {
+  if (!task.permissions) return statement.BindNull(parameter);
+  statement.BindText(parameter, EncodePermissions(*task.permissions));
+}
+
+bool ReadPermissions(TaskRecord& task, const Statement& row, int column) {
+  if (IsNull(row, column)) return true;
+  task.permissions = DecodePermissions(row.Text(column));
+  return task.permissions.has_value();
 }
 
 // The patterns by their numbers in the column PatternKind. A released number never changes.
 constexpr auto kPatternKinds =
     std::to_array<PatternRecord>({DailyRecord{}, WeeklyRecord{}, MonthlyRecord{}, YearlyRecord{}});
 
-QVariant PatternKind(const TaskRecord& task) {
+void BindPatternKind(Statement& statement, int parameter, const TaskRecord& task) {
   const auto* found =
       std::ranges::find(kPatternKinds, task.recurrence->pattern.index(), &PatternRecord::index);
-  return found == kPatternKinds.end() ? QVariant() : static_cast<int>(found - kPatternKinds.begin());
+  if (found == kPatternKinds.end()) return statement.BindNull(parameter);
+  statement.BindInteger(parameter, found - kPatternKinds.begin());
 }
 
-bool ReadPatternKind(TaskRecord& task, const QVariant& value) {
+bool ReadPatternKind(TaskRecord& task, const Statement& row, int column) {
   std::size_t kind = 0;
-  if (!value.isNull() && (!ReadInteger(kind, value) || kind >= kPatternKinds.size())) return false;
-  task.recurrence->pattern = value.isNull() ? PatternRecord() : kPatternKinds.at(kind);
+  const bool is_null = IsNull(row, column);
+  if (!is_null && (!ReadInteger(kind, row, column) || kind >= kPatternKinds.size())) return false;
+  task.recurrence->pattern = is_null ? PatternRecord() : kPatternKinds.at(kind);
   return true;
 }
 
@@ -161,15 +181,19 @@ constexpr std::array kTaskColumns{
     Column<kOwn<&TaskRecord::base_date>>("BaseDate"),
     Column<kOwn<&TaskRecord::query>>("Query"),
     Column<kOwn<&TaskRecord::owner>>("Owner"),
+    TaskColumn{"Permissions", BindPermissions, ReadPermissions},
+    Column<kOwn<&TaskRecord::may_run>>("MayRun"),
+    Column<kOwn<&TaskRecord::may_edit>>("MayEdit"),
+    Column<kOwn<&TaskRecord::may_delete>>("MayDelete"),
 };
 
 constexpr std::array kScheduleColumns{
-    TaskColumn{"StartDate", true, StartDate, ReadStartDate},
+    TaskColumn{"StartDate", BindStartDate, ReadStartDate},
     Column<kOfRecurrence<&RecurrenceRecord::recurrence_type>>("RecurrenceType"),
     Column<kOfRecurrence<&RecurrenceRecord::time_kind>>("TimeKind"),
     Column<kOfRecurrence<&RecurrenceRecord::interval>>("Interval"),
     Column<kOfRecurrence<&RecurrenceRecord::execution_time>>("ExecutionTime"),
-    TaskColumn{"PatternKind", false, PatternKind, ReadPatternKind},
+    TaskColumn{"PatternKind", BindPatternKind, ReadPatternKind},
     Column<kOfPattern<DailyRecord, &DailyRecord::every_n_days>>("EveryNDays"),
     Column<kOfPattern<DailyRecord, &DailyRecord::weekdays_only>>("WeekdaysOnly"),
     Column<kOfPattern<WeeklyRecord, &WeeklyRecord::every_n_weeks>>("EveryNWeeks"),
@@ -196,18 +220,6 @@ std::span<const TaskColumn> TaskColumns() {
 
 std::span<const TaskColumn> ScheduleColumns() {
   return kScheduleColumns;
-}
-
-QVariant TextValue(std::string_view text) {
-  return QByteArray(text.empty() ? "" : text.data(), static_cast<qsizetype>(text.size()));
-}
-
-std::string TextOf(const QVariant& value) {
-  return value.toByteArray().toStdString();
-}
-
-std::string TextColumn(std::string_view column) {
-  return "CAST(" + std::string(column) + " AS BLOB)";
 }
 
 }  // namespace plovix

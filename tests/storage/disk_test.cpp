@@ -90,7 +90,7 @@ TEST(FailingDisk, LeavesAVersion1FileToBeOpenedAgain) {
     SCOPED_TRACE(call);
     const TempFolder folder;
     const std::string path = folder / "tasks.sqlite";
-    const TaskRecord task = MakeVersion1(path);
+    const TaskRecord task = MakeVersion(1, path);
     fault = {EIO, call, true};
     try {
       const SqliteStorage storage(path);

@@ -1,3 +1,4 @@
+#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <unistd.h>
 
 #include "storage_support.h"
@@ -43,7 +44,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
       {"another program's", 321, [](auto& path) { RunSql(path, "PRAGMA user_version = 1"); }},
       {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 0"); }},
       {"another program's", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA application_id = 7"); }},
-      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 3"); }},
+      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 4"); }},
       {"newer version", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA user_version = 99"); }},
       {"folder, not", 75, [](auto& path) { fs::create_directory(path); }},
       {"folder", 76, [](auto&) {}},
@@ -73,18 +74,23 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
   }
 }
 
-TEST(Files, OfVersion1KeepTheirTasksAndTakeSchedules) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
-  TaskRecord task = MakeVersion1(path);
-  EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
-  task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{2, {true}}};
-  task = SqliteStorage(path).Save(task, kNow);
-  EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
-  ExpectIntact(path);
-  // The first release refuses it from now on.
-  Connection connection(path, kImpatient, Access::kReadOnly);
-  EXPECT_EQ(FailureOf([&] { (void)SchemaVersion(connection, 1); }).Number(), 321);
+TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
+  for (std::size_t version = 1; version < MigrationSteps().size(); ++version) {
+    SCOPED_TRACE(version);
+    const TempFolder folder;
+    const std::string path = folder / "tasks.sqlite";
+    TaskRecord task = MakeVersion(version, path);
+    EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+    task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{2, {true}}};
+    task.permissions = {{"admin", false, true}};
+    task = SqliteStorage(path).Save(task, kNow);
+    EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+    EXPECT_EQ(SqliteHostTables(path).Users(), std::vector{FirstAdministrator()});
+    ExpectIntact(path);
+    // The release that made it refuses it from now on.
+    Connection connection(path, kImpatient, Access::kReadOnly);
+    EXPECT_EQ(FailureOf([&] { (void)SchemaVersion(connection, static_cast<int>(version)); }).Number(), 321);
+  }
 }
 
 }  // namespace

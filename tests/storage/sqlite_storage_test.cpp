@@ -1,4 +1,4 @@
-#include <plovix/standalone/storage/category_column.h>
+#include <plovix/standalone/model/category_column.h>
 
 #include "storage_support.h"
 
@@ -41,6 +41,7 @@ TaskRecord FullTask(const std::string& text) {
     *field = text + std::to_string(++number);
   }
   task.categories = {{text, false}, {"", true}, {text + "2", true}};
+  task.permissions = {{text, true, true, false, true, false}, {text, false, false, true, false, true}};
   task.processing_mode = -2147483647 - 1;
   task.base_date = kLastMoment;
   task.actions = {{text + "k", text, 2147483647, -1, {{text, text}, {"b", ""}}}, {"", "", 0, 0, {}}};
@@ -60,9 +61,11 @@ TEST(SqliteStorage, KeepsEveryFieldOverAReopening) {
   }
   for (bool TaskRecord::*const flag : {&TaskRecord::uses_language_tags, &TaskRecord::allow_automation_manager,
                                        &TaskRecord::skip_row_selection, &TaskRecord::process_all_records,
-                                       &TaskRecord::process_failed_records}) {
+                                       &TaskRecord::process_failed_records, &TaskRecord::may_run,
+                                       &TaskRecord::may_edit, &TaskRecord::may_delete}) {
     tasks.push_back(FullTask("flag"));
-    tasks.back().*flag = true;
+    tasks.back().*flag ^= true;
+    tasks.back().permissions = PermissionSet{};
   }
   for (const RecurrenceRecord& recurrence : Recurrences()) {
     tasks.push_back(FullTask("schedule"));
@@ -86,7 +89,7 @@ TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
   const std::string path = folder / "tasks.sqlite";
   SqliteStorage storage(path);
   const Connection other(path, kImpatient, Access::kReadOnly);
-  const auto rows = [&] { return other.Value("SELECT count(*) FROM VeloAutoTaskSchedules").toInt(); };
+  const auto rows = [&] { return other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"); };
   TaskRecord task = storage.Save(FullTask("a"), kNow);
   for (const RecurrenceRecord& recurrence : Recurrences()) {
     task.recurrence = recurrence;
@@ -108,12 +111,13 @@ TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
   EXPECT_EQ(rows(), 0);
 }
 
-TEST(SqliteStorage, RefusesAScheduleThatItCannotRead) {
+TEST(SqliteStorage, RefusesWhatItCannotRead) {
   const std::pair<std::string, std::string> cases[] = {
       {"PatternKind", "4"},      {"PatternKind", "-1"},   {"PatternKind", "'x'"},
       {"StartDate", "''"},       {"Interval", "1 << 31"}, {"StartDate", "'2026-02-29'"},
       {"ExecutionTime", "'08'"}, {"Sunday", "NULL"},      {"EveryNDays", "1"},
-      {"Monday", "'x'"},
+      {"Monday", "'x'"},         {"Permissions", "''"},   {"Permissions", R"('[{"subject":"a"}]')"},
+      {"MayRun", "'yes'"},
   };
   for (const auto& [column, value] : cases) {
     const TempFolder folder;
@@ -122,7 +126,9 @@ TEST(SqliteStorage, RefusesAScheduleThatItCannotRead) {
     task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{}};
     SqliteStorage storage(path);
     storage.Save(task, kNow);
-    RunSql(path, std::string("UPDATE VeloAutoTaskSchedules SET ").append(column).append(" = ").append(value));
+    const std::string table =
+        column == "Permissions" || column == "MayRun" ? "VeloAutoTasks" : "VeloAutoTaskSchedules";
+    RunSql(path, "UPDATE " + table + " SET " + column + " = " + value);
     const Failure failure = FailureOf([&] { (void)storage.List(); });
     EXPECT_EQ(failure.Number(), failure_number::kInvalidFormat) << column << value;
     EXPECT_TRUE(failure.Description().ends_with(": task 1 holds an unreadable " + column))
@@ -148,10 +154,36 @@ TEST(SqliteStorage, RefusesToSaveOverAnothersChange) {
   ExpectIntact(path);
 }
 
+TEST(SqliteStorage, WalksThroughRowsWithoutHoldingUpSaves) {
+  const TempFolder folder;
+  SqliteStorage storage(folder / "tasks.sqlite", kImpatient);
+  for (const char* name : {"a", "b", "c"}) storage.Save(WholeTask(name), kNow);
+  const auto rows =
+      storage.OpenRows("SELECT Name, CAST(Name || char(0) AS BLOB), Id, NULL AS N FROM VeloAutoTasks");
+  ASSERT_EQ(rows->Columns(), 4U);
+  EXPECT_EQ(rows->Name(3), "N");
+  std::string seen;
+  for (; rows->Next(); storage.Save(WholeTask("new"), kNow)) {
+    for (std::size_t column = 0; column < rows->Columns(); ++column) seen += rows->Text(column);
+  }
+  EXPECT_EQ(seen, "aa\0001bb\0002cc\0003"s);
+  EXPECT_FALSE(rows->Next());
+  EXPECT_EQ(storage.List().size(), 6U);
+  for (const char* sql : {"DELETE FROM VeloAutoTasks RETURNING Id", "BEGIN", "SELECT 1; SELECT 2"}) {
+    EXPECT_EQ(FailureOf([&] { (void)storage.OpenRows(sql); }).Number(), 5) << sql;
+  }
+}
+
 TEST(CategoryColumn, ReadsItsArraysAndTakesAnyOtherTextForOneCategory) {
   const std::pair<std::string, std::vector<CategoryRecord>> cases[] = {
       {"", {}},
       {R"([{"tag":"A","public":true},{"tag":"","public":false}])", {{"A", true}, {"", false}}},
+      {"[{\"tag\":\"\xC3\xA9\xF0\x9F\x98\x80\x7F\",\"public\":true}]",
+       {{"\xC3\xA9\xF0\x9F\x98\x80\x7F", true}}},
+      {R"([{"tag":"\"\\\n","public":false},{"tag":"B","public":true}])", {{"\"\\\n", false}, {"B", true}}},
+      {"[{\"tag\":\"\xF4\x8F\xBF\xBF"
+       "ff\",\"public\":true}]",
+       {{"\xFF", true}}},
   };
   for (const auto& [column, categories] : cases) {
     EXPECT_EQ(DecodeCategories(column), categories);
@@ -161,7 +193,8 @@ TEST(CategoryColumn, ReadsItsArraysAndTakesAnyOtherTextForOneCategory) {
   for (const std::string& name :
        {"Mail"s, "[1]"s, "42"s, R"({"tag":"A","public":true})"s, R"([{"tag":"A"}])"s,
         R"([{"tag":7,"public":true}])"s, R"([{"tag":"A","public":1}])"s, R"([{"tag":"A","public":true})"s,
-        "\xFF\0["s}) {
+        R"([{"tag":"A","public":true}]])"s, "[{\"tag\":\"\xC3\",\"public\":true}]"s,
+        "[{\"tag\":\"\t\",\"public\":true}]"s, "\xFF\0["s}) {
     EXPECT_EQ(DecodeCategories(name), (std::vector<CategoryRecord>{{name, true}})) << name;
   }
 }

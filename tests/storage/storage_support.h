@@ -2,7 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <plovix/standalone/storage/connection.h>
+#include <plovix/standalone/sqlite/connection.h>
 #include <plovix/standalone/storage/schema.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
@@ -48,14 +48,14 @@ inline void RunSql(const std::string& path, const std::string& sql) {
 
 inline void ExpectIntact(const std::string& path) {
   const Connection connection(path, kImpatient, Access::kReadWrite);
-  EXPECT_EQ(connection.Value("PRAGMA integrity_check"), "ok");
-  EXPECT_FALSE(connection.Value("PRAGMA foreign_key_check").isValid());
+  EXPECT_EQ(connection.Text("PRAGMA integrity_check"), "ok");
+  EXPECT_EQ(connection.Text("PRAGMA foreign_key_check"), std::nullopt);
 }
 
-// Makes a task file as the first release made them; gives back the one task in it.
-inline TaskRecord MakeVersion1(const std::string& path) {
+// Makes a task file of an earlier version; gives back the one task in it.
+inline TaskRecord MakeVersion(std::size_t version, const std::string& path) {
   Connection connection(path, kImpatient, Access::kReadWrite);
-  Migrate(connection, MigrationSteps().first(1));
+  Migrate(connection, MigrationSteps().first(version));
   connection.PrepareForWriting();
   connection.Run(
       "INSERT INTO VeloAutoTasks VALUES (1, 4, '2031-02-03T04:05:06', -2, 0, 'old', '', '', '', '', '', '', "

@@ -13,4 +13,7 @@ namespace plovix {
 // The text that ToJsonText made `json_text` from.
 [[nodiscard]] std::string FromJsonText(std::string_view json_text);
 
+// Whether `text` is its own JSON text, and JSON writes it between its quotes without an escape.
+[[nodiscard]] bool IsPlainJsonText(std::string_view text);
+
 }  // namespace plovix

@@ -75,4 +75,16 @@ std::string FromJsonText(std::string_view json_text) {
   }
 }
 
+bool IsPlainJsonText(std::string_view text) {
+  while (!text.empty()) {
+    const unsigned char first = Byte(text, 0);
+    const bool is_ascii = first < 0x80;
+    if (is_ascii && (first < ' ' || first == '"' || first == '\\')) return false;
+    const std::size_t length = is_ascii ? 1 : CharacterBytes(text);
+    if (length == 0 || text.starts_with(kEscape)) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 }  // namespace plovix

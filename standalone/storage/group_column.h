@@ -1,0 +1,16 @@
+// The text of a user's GroupNames column. Used by the host's tables.
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace plovix {
+
+// A JSON array of texts.
+[[nodiscard]] std::string EncodeGroups(const std::set<std::string>& groups);
+// Nothing for any other text: groups carry rights, so none is guessed.
+[[nodiscard]] std::optional<std::set<std::string>> DecodeGroups(std::string_view column);
+
+}  // namespace plovix

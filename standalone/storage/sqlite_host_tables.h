@@ -1,0 +1,32 @@
+// Users and language tags in the task file. Used by the program.
+//
+// On a connection of its own: so it needs no SqliteStorage beside it, neither one's statements can get into
+// the other's transaction, and each can be given up alone. Writers wait for each other like two programs.
+#pragma once
+
+#include <plovix/standalone/model/host_tables.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "task_file.h"
+
+namespace plovix {
+
+// To be used by the thread that made it.
+class SqliteHostTables final : public HostTables {
+ public:
+  // Opens or creates the file, as OpenTaskFile does.
+  explicit SqliteHostTables(const std::string& path, std::chrono::milliseconds patience = kTaskFilePatience);
+
+  [[nodiscard]] std::vector<UserRecord> Users() override;
+  void SaveUsers(const std::vector<UserRecord>& users) override;
+  [[nodiscard]] std::vector<TagRecord> Tags() override;
+  void SaveTag(const TagRecord& tag) override;
+
+ private:
+  std::unique_ptr<Connection> file_;
+};
+
+}  // namespace plovix
