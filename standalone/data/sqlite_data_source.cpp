@@ -1,7 +1,7 @@
 #include "sqlite_data_source.h"
 
-#include <plovix/standalone/model/same_name.h>
 #include <plovix/standalone/query/query_text.h>
+#include <plovix/standalone/query/same_name.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "primary_key.h"
 #include "time_limit.h"
 
 namespace plovix {
@@ -37,20 +38,16 @@ constexpr auto kTypes =
 constexpr auto kShadowEndings = std::to_array<std::string_view>(
     {"content", "segments", "segdir", "docsize", "stat", "data", "idx", "config", "node", "parent", "rowid"});
 
-// Names the primary key's columns of ordinary tables: asking a view or a virtual table fails when what it
-// stands on is missing. The database's own list of tables names the shadow tables, but takes time in the
-// square of their number.
+// One pass. The database's own list of tables and their columns name keys and shadow tables, too, but take
+// time in the square of the number of tables.
 constexpr std::string_view kCatalogue =
-    "SELECT m.name, m.type, m.rootpage, p.name FROM sqlite_master AS m "
-    "LEFT JOIN pragma_table_info(CASE WHEN m.type = 'table' AND m.rootpage > 0 THEN m.name END) AS p ON p.pk "
-    "> 0 "
-    "WHERE m.type IN ('table', 'view') AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
+    "SELECT name, type, rootpage, sql FROM sqlite_master "
+    "WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
 
 struct CatalogueEntry {
-  std::string name;
+  DataObjectRecord object;
   bool is_view = false;
   bool is_virtual = false;
-  std::vector<std::string> key;
 };
 
 struct Column {
@@ -60,11 +57,13 @@ struct Column {
 std::vector<CatalogueEntry> ReadCatalogue(const Connection& connection) {
   std::vector<CatalogueEntry> entries;
   connection.Prepare(kCatalogue).ForEachRow([&entries](const Statement& row) {
-    if (entries.empty() || entries.back().name != row.Text(0)) {
-      const bool is_view = row.Text(1) == "view";
-      entries.push_back({std::string(row.Text(0)), is_view, !is_view && row.Integer(2) == 0, {}});
-    }
-    if (row.Type(3) != ColumnType::kNull) entries.back().key.emplace_back(row.Text(3));
+    CatalogueEntry entry;
+    entry.object.name = row.Text(0);
+    entry.object.caption = CaptionOf(entry.object.name);
+    entry.is_view = row.Text(1) == "view";
+    entry.is_virtual = !entry.is_view && row.Integer(2) == 0;  // it has no page of its own
+    if (!entry.is_view && !entry.is_virtual) entry.object.key = SinglePrimaryKey(row.Text(3));
+    entries.push_back(std::move(entry));
   });
   return entries;
 }
@@ -82,12 +81,12 @@ void RemoveShadowTables(std::vector<CatalogueEntry>& entries) {
   for (const CatalogueEntry& entry : entries) {
     if (!entry.is_virtual) continue;
     for (const std::string_view ending : kShadowEndings) {
-      shadows.insert(Lower(entry.name) + "_" + std::string(ending));
+      shadows.insert(Lower(entry.object.name) + "_" + std::string(ending));
     }
   }
   if (shadows.empty()) return;
   std::erase_if(entries, [&shadows](const CatalogueEntry& entry) {
-    return !entry.is_view && !entry.is_virtual && shadows.contains(Lower(entry.name));
+    return !entry.is_view && !entry.is_virtual && shadows.contains(Lower(entry.object.name));
   });
 }
 
@@ -120,11 +119,8 @@ std::vector<DataObjectRecord> ReadObjects(const Connection& connection) {
   std::vector<DataObjectRecord> objects;
   objects.reserve(entries.size());
   for (CatalogueEntry& entry : entries) {
-    DataObjectRecord object{std::move(entry.name), {}, {}};
-    object.caption = CaptionOf(object.name);
-    if (entry.is_view) object.key = KeyOfView(connection, object.name);
-    if (entry.key.size() == 1) object.key = std::move(entry.key.front());
-    objects.push_back(std::move(object));
+    if (entry.is_view) entry.object.key = KeyOfView(connection, entry.object.name);
+    objects.push_back(std::move(entry.object));
   }
   std::ranges::sort(objects, {}, [](const DataObjectRecord& object) {
     return std::tuple(Lower(object.caption), std::string_view(object.name));

@@ -1,47 +1,44 @@
-// A catalogue of data objects that is given as values. Used by scripts and tests.
+// Data objects held in memory, for scripts and tests.
 #pragma once
 
-#include <utility>
+#include <algorithm>
 
 #include "data_source.h"
-#include "same_name.h"
 
 namespace plovix {
 
 class MemoryDataSource final : public DataSource {
  public:
   struct Entry {
-    DataObjectRecord object;
+    DataObjectRecord record;
     std::vector<FieldRecord> fields;
   };
-  MemoryDataSource() = default;
-  // Offered in this order.
-  explicit MemoryDataSource(std::vector<Entry> entries) : entries_(std::move(entries)) {}
 
   [[nodiscard]] std::vector<DataObjectRecord> List() override {
-    std::vector<DataObjectRecord> objects;
-    objects.reserve(entries_.size());
-    for (const Entry& entry : entries_) objects.push_back(entry.object);
-    return objects;
+    std::vector<DataObjectRecord> records;
+    for (const Entry& entry : entries) records.push_back(entry.record);
+    return records;
   }
   [[nodiscard]] std::optional<DataObjectRecord> Find(std::string_view name) override {
-    const Entry* entry = EntryOf(name);
-    return entry == nullptr ? std::nullopt : std::optional(entry->object);
+    const Entry* found = Lookup(name);
+    return found != nullptr ? std::optional(found->record) : std::nullopt;
   }
   [[nodiscard]] std::vector<FieldRecord> Fields(std::string_view name) override {
-    const Entry* entry = EntryOf(name);
-    return entry == nullptr ? std::vector<FieldRecord>() : entry->fields;
+    const Entry* found = Lookup(name);
+    return found != nullptr ? found->fields : std::vector<FieldRecord>();
   }
+
+  std::vector<Entry> entries;
 
  private:
-  [[nodiscard]] const Entry* EntryOf(std::string_view name) const {
-    for (const Entry& entry : entries_) {
-      if (SameName(entry.object.name, name)) return &entry;
-    }
-    return nullptr;
+  [[nodiscard]] const Entry* Lookup(std::string_view name) const {
+    const auto same = [&](const Entry& entry) {
+      return std::ranges::equal(entry.record.name, name, {}, LowerAscii, LowerAscii);
+    };
+    const auto found = std::ranges::find_if(entries, same);
+    return found == entries.end() ? nullptr : &*found;
   }
-
-  std::vector<Entry> entries_;
+  static char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 };
 
 }  // namespace plovix

@@ -3,13 +3,14 @@
 #pragma once
 
 #include <plovix/standalone/model/data_source.h>
-#include <plovix/standalone/model/same_name.h>
 
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "same_name.h"
 
 namespace plovix {
 

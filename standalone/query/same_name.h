@@ -1,4 +1,4 @@
-// How names of data objects and fields are compared. Used by the catalogues and the query model.
+// How names of data objects and fields are compared. Used by the catalogue of a file and the query model.
 #pragma once
 
 #include <algorithm>
