@@ -1,5 +1,6 @@
 #include "query_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <functional>
 
@@ -15,9 +16,18 @@ std::string Quoted(std::string_view text, char quote) {
   return quoted + quote;
 }
 
-// SQL text ends at a zero byte: a value with one is written by its bytes.
+// SQL text ends at a zero byte, and text editors change the ends of lines.
+bool IsSafeInText(std::string_view text) {
+  constexpr std::string_view kParagraphSeparator = "\xE2\x80\xA9";
+  return text.find(kParagraphSeparator) == std::string_view::npos &&
+         std::ranges::none_of(text, [](char character) {
+           return static_cast<unsigned char>(character) < 0x20U && character != '\t' && character != '\n';
+         });
+}
+
+// A value that is not safe is written by its bytes.
 std::string TextLiteral(std::string_view text) {
-  if (text.find('\0') == std::string_view::npos) return Quoted(text, '\'');
+  if (IsSafeInText(text)) return Quoted(text, '\'');
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string literal = "CAST(x'";
   for (const char character : text) {

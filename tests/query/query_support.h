@@ -50,7 +50,7 @@ inline std::string RandomValue(Dice& dice, FieldType type) {
     case FieldType::kBinary:
       break;
   }
-  const Strings parts = {"'",
+  const Strings parts = {"\r", "'",
                          "''",
                          "\"",
                          "%",
