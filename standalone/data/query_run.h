@@ -1,0 +1,47 @@
+// Runs a query on a user's SQLite file: how many records it finds, and the first of them. Nothing that would
+// change anything runs. Used by the query preview.
+#pragma once
+
+#include <plovix/standalone/query/query_text.h>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace plovix {
+
+struct QueryRows {
+  std::vector<std::string> columns;
+  // The first records. A value is cut after kLongestValue bytes; bytes without a text are written as x'...';
+  // nothing is NULL.
+  std::vector<std::vector<std::optional<std::string>>> rows;
+  std::int64_t count = 0;
+  bool complete = true;  // false: the time was over, and there may be more
+};
+
+// Why there is nothing to show.
+struct QueryProblem {
+  std::string_view text;  // key of a host text
+  std::string detail;     // its parameter: the database's own words, or what happened to the file
+};
+
+struct QueryLimits {
+  std::chrono::milliseconds time{2000};     // for counting
+  std::chrono::milliseconds patience{250};  // for another program that writes
+  std::size_t rows = 20;
+};
+inline constexpr std::size_t kLongestValue = 400;
+
+[[nodiscard]] std::variant<QueryRows, QueryProblem> RunQuery(const std::string& path, const BoundQuery& query,
+                                                             const QueryLimits& limits = {},
+                                                             const std::stop_token& unwanted = {});
+
+// What keeps the text from being run as a query, without running it.
+[[nodiscard]] std::optional<QueryProblem> CheckQuery(const std::string& path, std::string_view sql);
+
+}  // namespace plovix

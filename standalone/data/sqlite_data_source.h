@@ -1,0 +1,57 @@
+// The tables and views of a user's SQLite file as data objects. The file is only ever read.
+#pragma once
+
+#include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/sqlite/connection.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plovix {
+
+// The file is opened at the first call and kept open. A call that fails closes it, and the next one starts
+// from scratch: the program goes on when the file is back. Belongs to one thread.
+class SqliteDataSource final : public DataSource {
+ public:
+  static constexpr std::chrono::milliseconds kPatience{2000};
+  // `patience` is how long a call waits for another program that writes.
+  explicit SqliteDataSource(std::string path, std::chrono::milliseconds patience = kPatience)
+      : path_(std::move(path)), patience_(patience) {}
+
+  // Sorted by caption. Without the database's own tables and those in which virtual tables keep their
+  // content.
+  [[nodiscard]] std::vector<DataObjectRecord> List() override;
+  [[nodiscard]] std::optional<DataObjectRecord> Find(std::string_view name) override;
+  // Types follow from the declarations (FieldTypeOf). For a field without one, such as a computed one of a
+  // view, the first record decides, where it can be had at once: else it is text.
+  [[nodiscard]] std::vector<FieldRecord> Fields(std::string_view name) override;
+
+ private:
+  void Reading(const std::function<void(const Connection&)>& body);
+
+  std::string path_;
+  std::chrono::milliseconds patience_;
+  std::unique_ptr<Connection> connection_;
+  FileId file_;  // the open one
+};
+
+// The first row that fits decides; without regard to case:
+//   BOOL                                     yes or no
+//   DATETIME, TIMESTAMP                      date and time
+//   DATE                                     date
+//   INT                                      whole number
+//   CHAR, CLOB, TEXT                         text
+//   BLOB                                     binary
+//   REAL, FLOA, DOUB, NUMERIC, DECIMAL       number
+//   anything else                            text
+[[nodiscard]] FieldType FieldTypeOf(std::string_view declared);
+
+// The name with blanks for underscores and the first letter large, where it is one of the Latin alphabets of
+// Western Europe.
+[[nodiscard]] std::string CaptionOf(std::string_view name);
+
+}  // namespace plovix
