@@ -11,6 +11,7 @@
 
 #include "action_dialog.h"
 #include "editor_samples.h"
+#include "import_report_dialog.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "task_list_window.h"
@@ -62,6 +63,13 @@ TaskRecord SampleTask() {
                   SampleAction("run-sql", "statement", "DELETE FROM Drafts WHERE Closed = 1"),
                   SampleAction("write-log", "text", "Month closed")};
   return task;
+}
+
+ImportReport SampleReport() {
+  return {{"exchange.note.dataObject", {"invoices"}},
+          {"exchange.note.action", {"2", "send-mail"}},
+          {"exchange.note.user", {"anna"}},
+          {"exchange.note.tag", {"Accounting"}}};
 }
 
 // One language under one palette.
@@ -137,6 +145,9 @@ class Session {
       dialog.accept();  // shows what is missing
       Save(dialog, "Action-" + std::string(kind.id));
     }
+    Save(*std::make_unique<ImportReportDialog>(state_.texts, "Month-end reports.task.json", SampleReport(),
+                                               nullptr),
+         "ImportReport");
     const auto text = [this](int id) { return state_.texts.Find(id).value_or(""); };
     Save(*dialogs_.MakeMessageBox(text(kActionsWillBeLostText), message_box::kOkCancelQuestion, state_.title),
          "MessageBoxQuestion");

@@ -27,8 +27,11 @@ constexpr int kLinesHigh = 30;
 
 }  // namespace
 
-TaskListWindow::TaskListWindow(const AppParts& parts)
-    : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
+TaskListWindow::TaskListWindow(const AppParts& parts, ExchangeParts exchange)
+    : parts_(parts),
+      exchange_(std::move(exchange)),
+      model_(new TaskTableModel(parts, this)),
+      shown_(new QSortFilterProxyModel(this)) {
   setWindowTitle(ToQt(parts_.Text("list.title")));
   new QVBoxLayout(this);
   BuildFilter();
@@ -111,6 +114,8 @@ void TaskListWindow::BuildButtons() {
   edit_ = AddButton("list.edit", "edit", &TaskListWindow::Edit);
   duplicate_ = AddButton("list.duplicate", "duplicate", &TaskListWindow::Duplicate);
   delete_ = AddButton("list.delete", "delete", &TaskListWindow::Delete);
+  AddButton("list.import", "import", &TaskListWindow::Import);
+  export_ = AddButton("list.export", "export", &TaskListWindow::Export);
   row->addStretch();
   count_ = new QLabel;
   row->addWidget(count_);
@@ -180,7 +185,7 @@ int TaskListWindow::SelectedRow() const {
 
 void TaskListWindow::UpdateState() {
   const bool selected = SelectedRow() >= 0;
-  for (QPushButton* button : {edit_, duplicate_, delete_}) button->setEnabled(selected);
+  for (QPushButton* button : {edit_, duplicate_, delete_, export_}) button->setEnabled(selected);
   const int all = model_->rowCount();
   const int visible = shown_->rowCount();
   hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
@@ -218,11 +223,11 @@ std::optional<TaskRecord> TaskListWindow::Selected() {
 }
 
 void TaskListWindow::New() {
-  Open({});
+  Open({}, page_identifier::kAutoTaskType);
 }
 
 void TaskListWindow::Edit() {
-  if (const auto task = Selected()) Open(*task);
+  if (const auto task = Selected()) Open(*task, page_identifier::kAutoTaskType);
 }
 
 // The copy is stored at once; nothing has to be entered for it.
@@ -252,15 +257,26 @@ void TaskListWindow::Delete() {
   UpdateState();
 }
 
-void TaskListWindow::Open(const TaskRecord& task) {
-  auto* window = new WizardWindow(parts_, task, {}, this);
+// An imported task is settled where it came from: the wizard asks for its details alone.
+void TaskListWindow::Import() {
+  const auto task = ImportTask(parts_, exchange_, this);
+  if (task) Open(*task, page_identifier::kDetails, {{store_key::kImporting, true}});
+}
+
+void TaskListWindow::Export() {
+  if (const auto task = Selected()) ExportTask(parts_, exchange_, *task, this);
+}
+
+void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
+                          const std::map<std::string, Value>& entries) {
+  auto* window = new WizardWindow(parts_, task, entries, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, this, [this, window](int result) {
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
     table_->setFocus();
   });
-  if (!window->Start(page_identifier::kAutoTaskType)) {
+  if (!window->Start(page)) {
     delete window;
     return;
   }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "app_parts.h"
+#include "task_exchange.h"
 #include "task_table_model.h"
 
 class QLabel;
@@ -21,7 +22,7 @@ class WizardWindow;
 
 class TaskListWindow final : public QWidget {
  public:
-  explicit TaskListWindow(const AppParts& parts);
+  explicit TaskListWindow(const AppParts& parts, ExchangeParts exchange = {});
 
   // Reads the tasks again; the selection stays on the task with that id, or on the one selected now.
   void Reload(std::optional<std::int64_t> select = std::nullopt);
@@ -29,6 +30,8 @@ class TaskListWindow final : public QWidget {
   void Edit();
   void Duplicate();
   void Delete();
+  void Import();
+  void Export();
 
   // The wizard window opened last; nothing once it is closed.
   [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
@@ -41,7 +44,9 @@ class TaskListWindow final : public QWidget {
   void BuildTable();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  void Open(const TaskRecord& task);
+  // Opens the wizard on that page; `entries` go into its shared store.
+  void Open(const TaskRecord& task, const std::string& page,
+            const std::map<std::string, Value>& entries = {});
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
   // The selected task as it is stored now; nothing when there is no selection or it is gone.
@@ -52,12 +57,14 @@ class TaskListWindow final : public QWidget {
   void UpdateState();
 
   AppParts parts_;
+  ExchangeParts exchange_;
   TaskTableModel* model_;
   QSortFilterProxyModel* shown_;
   QLineEdit* filter_ = nullptr;
   QTableView* table_ = nullptr;
   QLabel *hint_ = nullptr, *count_ = nullptr;
-  QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr,
+              *export_ = nullptr;
   WizardWindow* wizard_ = nullptr;
 };
 

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -317,6 +318,92 @@ TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
   }
   QTest::keyClick(filter, Qt::Key_Escape);
   EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
+}
+
+TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
+  TaskRecord task;
+  task.name = task.description = "Month: 1/2";
+  task.actions = {{"fly", "x", 16, 8, {{"k", "\xFF"}}}};
+  task.allow_automation_manager = true;
+  task.recurrence = RecurrenceRecord{1, 0, 0, RecurrenceRecord::kFirstExecutionTime, DailyRecord{}};
+  task.schedule_start = std::chrono::local_days{std::chrono::year{2026} / 2 / 27};
+  task.name_tag = "T";
+  const TaskRecord stored = storage_->Save(task, state_.Now());
+  state_.tag_texts["T"] = "Text";
+  std::vector<TagRecord> taken;
+  const AppParts parts{state_, registry_, *storage_};
+  list_ = std::make_unique<TaskListWindow>(
+      parts, ExchangeParts{nullptr, nullptr, [&](const std::vector<TagRecord>& tags) { taken = tags; }});
+  list_->show();
+  const QString path = folder_.filePath("Month_ 1_2.task.json");
+  const auto choose = [&](QWidget* box) {
+    auto* dialog = qobject_cast<QFileDialog*>(box);
+    if (dialog->acceptMode() == QFileDialog::AcceptSave) {
+      EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), QFileInfo(path).fileName());
+    }
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+    static_cast<QDialog*>(dialog)->accept();
+  };
+  const auto press = [&](const char* button, std::vector<std::function<void(QWidget*)>> steps) {
+    const Answers answers(std::move(steps));
+    ListButton(button)->click();
+  };
+  const auto says = [](const std::string& text) {
+    return [text](QWidget* box) {
+      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr(text));
+      QTest::keyClick(box, Qt::Key_Return);
+    };
+  };
+  press("export", {choose});
+  state_.tag_texts.clear();
+  press("import", {choose, PressKey(Qt::Key_Escape)});
+  EXPECT_TRUE(Wizard() == nullptr && taken.empty()) << "cancelled";
+  press("import", {choose, [](QWidget* box) {
+                     EXPECT_THAT(FromQt(box->findChild<QPlainTextEdit*>("notes")->toPlainText()),
+                                 HasSubstr("Action 1 is of a kind that this program does not know (fly)"));
+                     QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+                   }});
+  ASSERT_NE(Wizard(), nullptr);
+  EXPECT_THAT(taken, ElementsAre(TagRecord{"T", {{"en", "Text"}}}));
+  EXPECT_FALSE(Wizard()->Page()->WidgetOf("chkAutoMan")->isEnabled());
+  Wizard()->findChild<QPushButton*>("finish")->click();
+  TaskRecord imported = storage_->Load(2).value();
+  imported.id = stored.id;
+  imported.modified = stored.modified;
+  EXPECT_EQ(imported, stored);
+
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  QByteArray text = file.readAll();
+  file.resize(0);
+  file.seek(0);
+  file.write(text.replace("\"everyNDays\": 0", "\"everyNDays\": []"));
+  file.close();
+  press("import",
+        {choose, says("task.recurrence.pattern.everyNDays: a whole number was expected, [] stands")});
+  const ExchangeParts exchange;
+  for (const QString& unreadable : {folder_.path(), folder_.filePath("none")})
+    EXPECT_THROW((void)LoadTaskFile(parts, exchange, unreadable), Failure);
+  EXPECT_THROW(SaveTaskFile(parts, exchange, task, folder_.filePath("no/where")), Failure);
+}
+
+TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"", "(without a name)"},
+      {" a\tb\n", "a b"},
+      {"../<x>|\"y\"?*\\", "__x___y____"},
+      {"...", "task"},
+      {"COM1", "_COM1"},
+      {"nul.txt", "_nul.txt"},
+      {"console", "console"},
+      {"\u202egnp", "_gnp"},
+      {std::string(59, 'x') + "\U0001F600", std::string(59, 'x')},
+      {"\U0001F600 é", "\U0001F600 é"}};
+  for (const auto& [name, wanted] : cases) {
+    TaskRecord task;
+    task.name = name;
+    EXPECT_EQ(FromQt(SuggestedFileName({state_, registry_, *storage_}, task)), wanted + ".task.json");
+  }
 }
 
 TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {

@@ -191,13 +191,13 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {damaged("9999-12-31", "2026-02-29"), "task.scheduleStart: null or a date such as"},
       {damaged("\"'2\"", "\"\""), "task.permissions[1].subject: a name is empty here."},
       {damaged("\"'2\"", "\"'\""), "task.permissions[1].subject: this is given twice."},
-      {"{\n \"ö\": \"\xFF\"}", "Line 2, column 8: this is not valid JSON."},
-      {std::string("{}\0", 3), "Line 1, column 3: this is not valid JSON."},
-      {"", "Line 1, column 1: this is not valid JSON."},
+      {"{\n \"ö\": \"\xFF\"}", "line 2, column 8: this is not valid JSON."},
+      {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
+      {"", "line 1, column 1: this is not valid JSON."},
       {"[1e999]", "is not valid JSON."},
       {"[1]", "format: \"plovix-task\" was expected here."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
-      {std::string(kLargestTaskFile + 1, ' '), "It is larger than 16 MB."},
+      {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
       {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},
   };
   for (const auto& [text, problem] : cases) {
