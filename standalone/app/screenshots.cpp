@@ -2,6 +2,7 @@
 
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/surfaces/qt/theme.h>
 
@@ -80,6 +81,10 @@ class Session {
     state_.texts = LoadLanguage(language);
     state_.dialogs = &dialogs_;
     state_.title = state_.texts.Host("list.title");
+    data_->entries = {{{"invoices", "Invoices", "id"}, {{"total", FieldType::kReal}}}};
+    state_.data = data_;
+    dialogs_.Use(tables_, {});
+    SetUser(state_, user_);
     state_.clock = [] {
       return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10};
     };
@@ -126,12 +131,13 @@ class Session {
     for (const std::string& identifier : registry_.Identifiers()) {
       TaskRecord task = SampleTask();
       task.recurrence = SampleFor(identifier);
+      task.record_mode = record_mode::kQueryResults;
+      task.data_object_name = "invoices";
+      task.query = "SELECT * FROM \"invoices\" WHERE \"total\" >= 100";
       if (identifier == page_identifier::kRecords) {
-        task.record_mode = record_mode::kQueryResults;
-        task.data_object_caption = "Invoices";
         task.base_date = state_.Now();
       }
-      WizardWindow window(parts_, task);
+      WizardWindow window(parts_, task, EntriesFor(user_));
       if (window.Start(identifier)) Save(window, identifier.substr(identifier.find('.') + 1));
     }
   }
@@ -164,10 +170,19 @@ class Session {
   std::string suffix_;
   int count_ = 0;
   HostState state_;
-  QtDialogs dialogs_{state_.texts};
+  QtDialogs dialogs_{state_};
   PageRegistry registry_;
   MemoryStorage storage_;
-  AppParts parts_{state_, registry_, storage_, Zone::Named("Europe/Paris").value_or(Zone::Local())};
+  MemoryHostTables tables_;
+  UserRecord user_ = FirstAdministrator();
+  std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
+  AppParts parts_{state_,
+                  registry_,
+                  storage_,
+                  tables_,
+                  user_,
+                  data_,
+                  Zone::Named("Europe/Paris").value_or(Zone::Local())};
 };
 
 }  // namespace

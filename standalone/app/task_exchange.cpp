@@ -1,6 +1,7 @@
 #include "task_exchange.h"
 
 #include <plovix/host/host_application.h>
+#include <plovix/standalone/model/host_user.h>
 
 #include <QFile>
 #include <QFileDialog>
@@ -27,21 +28,6 @@ bool IsDeviceName(const QString& name) {
   static const QRegularExpression device("^(con|prn|aux|nul|com\\d|lpt\\d)(\\..*)?$",
                                          QRegularExpression::CaseInsensitiveOption);
   return device.match(name).hasMatch();
-}
-
-std::vector<TagRecord> Tags(const AppParts& parts, const ExchangeParts& exchange) {
-  if (exchange.tables != nullptr) return exchange.tables->Tags();
-  std::vector<TagRecord> tags;
-  tags.reserve(parts.state.tag_texts.size());
-  for (const auto& [tag, text] : parts.state.tag_texts)
-    tags.push_back({tag, {{parts.state.texts.code, text}}});
-  return tags;
-}
-
-ImportTarget Target(const AppParts& parts, const ExchangeParts& exchange) {
-  ImportTarget target{exchange.data_source, {}, Tags(parts, exchange), parts.state.user_id};
-  if (exchange.tables != nullptr) target.users = exchange.tables->Users();
-  return target;
 }
 
 // The file's bytes, at most one more than a task file may have.
@@ -97,46 +83,48 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   return (IsDeviceName(name) ? "_" : "") + name + "." + kEnding;
 }
 
-void SaveTaskFile(const AppParts& parts, const ExchangeParts& exchange, const TaskRecord& task,
-                  const QString& path) {
-  const std::string text = WriteTaskFile(task, TagsUsed(task, Tags(parts, exchange)), parts.state.texts);
+void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path) {
+  const std::string text = WriteTaskFile(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
   QSaveFile file(path);
   const bool written = file.open(QIODevice::WriteOnly) &&
                        file.write(text.data(), static_cast<qint64>(text.size())) != -1 && file.commit();
   if (!written) FailAt(parts, "exchange.unwritable", path, FromQt(file.errorString()));
 }
 
-ImportedTask LoadTaskFile(const AppParts& parts, const ExchangeParts& exchange, const QString& path) {
+ImportedTask LoadTaskFile(const AppParts& parts, const QString& path) {
   const TaskFile file =
       ReadTaskFile(Bytes(parts, path), FromQt(QFileInfo(path).fileName()), parts.state.texts);
-  return ForImport(file, Target(parts, exchange));
+  return ForImport(file, {.data_source = parts.data.get(),
+                          .users = parts.tables.Users(),
+                          .tags = parts.tables.Tags(),
+                          .user_id = parts.user.id});
 }
 
-void ExportTask(const AppParts& parts, const ExchangeParts& exchange, const TaskRecord& task,
-                QWidget* parent) {
+void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
   QFileDialog dialog(parent, ToQt(parts.Text("exchange.exportTitle")), {}, NameFilters(parts));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(kEnding);
   dialog.selectFile(SuggestedFileName(parts, task));
   const QString path = Choose(dialog);
   if (path.isEmpty()) return;
-  Told(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, exchange, task, path); });
+  Told(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
 }
 
-std::optional<TaskRecord> ImportTask(const AppParts& parts, const ExchangeParts& exchange, QWidget* parent) {
+std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
   QFileDialog dialog(parent, ToQt(parts.Text("exchange.importTitle")), {}, NameFilters(parts));
   dialog.setFileMode(QFileDialog::ExistingFile);
   const QString path = Choose(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
-  if (!Told(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, exchange, path); }))
+  if (!Told(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))
     return std::nullopt;
   if (!imported.report.empty()) {
     ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
   const bool taken = Told(parts, "exchange.importFailed", [&] {
-    if (exchange.take_tags && !imported.new_tags.empty()) exchange.take_tags(imported.new_tags);
+    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag);
+    ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });
   return taken ? std::optional(imported.task) : std::nullopt;
 }

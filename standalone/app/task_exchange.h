@@ -4,7 +4,6 @@
 #include <plovix/standalone/exchange/import_task.h>
 
 #include <QString>
-#include <functional>
 #include <optional>
 
 #include "app_parts.h"
@@ -13,32 +12,19 @@ class QWidget;
 
 namespace plovix::app {
 
-// What an import asks beside the windows' own parts; all of it may be missing. Not owned, outlives the
-// windows.
-struct ExchangeParts {
-  DataSource* data_source = nullptr;  // nothing: data objects are not looked for
-  HostTables* tables = nullptr;       // nothing: permissions stay as they are; tags are those of the host
-  // Takes the tags that come with an imported task and do not exist yet, before the wizard opens. May fail.
-  std::function<void(const std::vector<TagRecord>&)> take_tags;
-};
-
 // A file name made of the task's name: short, with its ending, and such that every file system takes it.
 [[nodiscard]] QString SuggestedFileName(const AppParts& parts, const TaskRecord& task);
 
 // Writes the file all or nothing: a file that was there stays until the new one is complete. Fails with a
 // Failure for a person.
-void SaveTaskFile(const AppParts& parts, const ExchangeParts& exchange, const TaskRecord& task,
-                  const QString& path);
+void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path);
 // Fails with a Failure for a person.
-[[nodiscard]] ImportedTask LoadTaskFile(const AppParts& parts, const ExchangeParts& exchange,
-                                        const QString& path);
+[[nodiscard]] ImportedTask LoadTaskFile(const AppParts& parts, const QString& path);
 
 // Asks for the file. A failure is told.
-void ExportTask(const AppParts& parts, const ExchangeParts& exchange, const TaskRecord& task,
-                QWidget* parent);
-// Asks for the file, tells what is wrong with it, shows what cannot be taken over as it is, and hands over
+void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent);
+// Asks for the file, tells what is wrong with it, shows what cannot be taken over as it is, and stores
 // its tags. The task is to be edited in the wizard; nothing when the user cancelled or it could not be read.
-[[nodiscard]] std::optional<TaskRecord> ImportTask(const AppParts& parts, const ExchangeParts& exchange,
-                                                   QWidget* parent);
+[[nodiscard]] std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent);
 
 }  // namespace plovix::app

@@ -1,13 +1,14 @@
 // The program's main window: the stored tasks, a filter, and what can be done with a task.
 #pragma once
 
+#include <plovix/standalone/model/task_access.h>
+
 #include <QWidget>
 #include <functional>
 #include <map>
 #include <optional>
 
 #include "app_parts.h"
-#include "task_exchange.h"
 #include "task_table_model.h"
 
 class QLabel;
@@ -22,7 +23,7 @@ class WizardWindow;
 
 class TaskListWindow final : public QWidget {
  public:
-  explicit TaskListWindow(const AppParts& parts, ExchangeParts exchange = {});
+  explicit TaskListWindow(const AppParts& parts);
 
   // Reads the tasks again; the selection stays on the task with that id, or on the one selected now.
   void Reload(std::optional<std::int64_t> select = std::nullopt);
@@ -32,6 +33,7 @@ class TaskListWindow final : public QWidget {
   void Delete();
   void Import();
   void Export();
+  void EditUsers();
 
   // The wizard window opened last; nothing once it is closed.
   [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
@@ -44,27 +46,28 @@ class TaskListWindow final : public QWidget {
   void BuildTable();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  // Opens the wizard on that page; `entries` go into its shared store.
-  void Open(const TaskRecord& task, const std::string& page,
-            const std::map<std::string, Value>& entries = {});
+  // Whether the user may do that with the task; when not, the user is told so in the text.
+  bool MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text);
+  // Opens the wizard on that page; `entries` go into its shared store, beside those of the user.
+  void Open(const TaskRecord& task, const std::string& page, std::map<std::string, Value> entries = {});
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
   // The selected task as it is stored now; nothing when there is no selection or it is gone.
   std::optional<TaskRecord> Selected();
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
+  [[nodiscard]] bool MayCreate() const;
   void FitColumns();
   void SelectTask(std::int64_t id);
   void UpdateState();
 
   AppParts parts_;
-  ExchangeParts exchange_;
   TaskTableModel* model_;
   QSortFilterProxyModel* shown_;
   QLineEdit* filter_ = nullptr;
   QTableView* table_ = nullptr;
   QLabel *hint_ = nullptr, *count_ = nullptr;
-  QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr,
-              *export_ = nullptr;
+  QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
   WizardWindow* wizard_ = nullptr;
 };
 

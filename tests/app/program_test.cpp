@@ -4,9 +4,11 @@
 #include <plovix/standalone/app/program_options.h>
 #include <plovix/standalone/app/qt_dialogs.h>
 #include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/task_exchange.h>
 #include <plovix/standalone/app/task_list_window.h>
 #include <plovix/standalone/app/wizard_window.h>
 #include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
 #include <QAccessible>
@@ -69,6 +71,9 @@ class ProgramTest : public testing::Test {
     state_.texts = LoadLanguage("en");
     state_.dialogs = &dialogs_;
     state_.marker_file = false;
+    state_.data = data_;
+    dialogs_.Use(tables_, FromQt(Path()));
+    SetUser(state_, user_);
     RegisterPages(registry_);
     InstallHost(state_);
     Reopen();
@@ -78,9 +83,11 @@ class ProgramTest : public testing::Test {
   void Reopen() {
     list_.reset();
     storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
-    list_ = std::make_unique<TaskListWindow>(AppParts{state_, registry_, *storage_});
+    state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
+    list_ = std::make_unique<TaskListWindow>(Parts());
     list_->show();
   }
+  [[nodiscard]] AppParts Parts() { return {state_, registry_, *storage_, tables_, user_, data_}; }
   [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
   [[nodiscard]] QPushButton* ListButton(const char* name) const {
     return list_->findChild<QPushButton*>(name);
@@ -117,7 +124,10 @@ class ProgramTest : public testing::Test {
 
   QTemporaryDir folder_;
   HostState state_;
-  QtDialogs dialogs_{state_.texts};
+  QtDialogs dialogs_{state_};
+  MemoryHostTables tables_;
+  UserRecord user_ = FirstAdministrator();
+  std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
   PageRegistry registry_;
   std::unique_ptr<SqliteStorage> storage_;
   std::unique_ptr<TaskListWindow> list_;
@@ -328,13 +338,10 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   task.recurrence = RecurrenceRecord{1, 0, 0, RecurrenceRecord::kFirstExecutionTime, DailyRecord{}};
   task.schedule_start = std::chrono::local_days{std::chrono::year{2026} / 2 / 27};
   task.name_tag = "T";
+  task.categories = {{"C", false}};
   const TaskRecord stored = storage_->Save(task, state_.Now());
-  state_.tag_texts["T"] = "Text";
-  std::vector<TagRecord> taken;
-  const AppParts parts{state_, registry_, *storage_};
-  list_ = std::make_unique<TaskListWindow>(
-      parts, ExchangeParts{nullptr, nullptr, [&](const std::vector<TagRecord>& tags) { taken = tags; }});
-  list_->show();
+  tables_.SaveTag({"T", {{"en", "Text"}}});
+  list_->Reload();
   const QString path = folder_.filePath("Month_ 1_2.task.json");
   const auto choose = [&](QWidget* box) {
     auto* dialog = qobject_cast<QFileDialog*>(box);
@@ -355,16 +362,16 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
     };
   };
   press("export", {choose});
-  state_.tag_texts.clear();
+  tables_ = MemoryHostTables();
   press("import", {choose, PressKey(Qt::Key_Escape)});
-  EXPECT_TRUE(Wizard() == nullptr && taken.empty()) << "cancelled";
+  EXPECT_TRUE(Wizard() == nullptr && tables_.Tags().empty()) << "cancelled";
   press("import", {choose, [](QWidget* box) {
                      EXPECT_THAT(FromQt(box->findChild<QPlainTextEdit*>("notes")->toPlainText()),
                                  HasSubstr("Action 1 is of a kind that this program does not know (fly)"));
                      QTest::keyClick(box->focusWidget(), Qt::Key_Return);
                    }});
   ASSERT_NE(Wizard(), nullptr);
-  EXPECT_THAT(taken, ElementsAre(TagRecord{"T", {{"en", "Text"}}}));
+  EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"T", {{"en", "Text"}}}));
   EXPECT_FALSE(Wizard()->Page()->WidgetOf("chkAutoMan")->isEnabled());
   Wizard()->findChild<QPushButton*>("finish")->click();
   TaskRecord imported = storage_->Load(2).value();
@@ -381,10 +388,9 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   file.close();
   press("import",
         {choose, says("task.recurrence.pattern.everyNDays: a whole number was expected, [] stands")});
-  const ExchangeParts exchange;
   for (const QString& unreadable : {folder_.path(), folder_.filePath("none")})
-    EXPECT_THROW((void)LoadTaskFile(parts, exchange, unreadable), Failure);
-  EXPECT_THROW(SaveTaskFile(parts, exchange, task, folder_.filePath("no/where")), Failure);
+    EXPECT_THROW((void)LoadTaskFile(Parts(), unreadable), Failure);
+  EXPECT_THROW(SaveTaskFile(Parts(), task, folder_.filePath("no/where")), Failure);
 }
 
 TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
@@ -402,7 +408,7 @@ TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
   for (const auto& [name, wanted] : cases) {
     TaskRecord task;
     task.name = name;
-    EXPECT_EQ(FromQt(SuggestedFileName({state_, registry_, *storage_}, task)), wanted + ".task.json");
+    EXPECT_EQ(FromQt(SuggestedFileName(Parts(), task)), wanted + ".task.json");
   }
 }
 
@@ -410,7 +416,7 @@ TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
   for (const std::string& identifier : registry_.Identifiers()) {
     TaskRecord task;
     task.recurrence = RecurrenceRecord{};
-    WizardWindow window({state_, registry_, *storage_}, task);
+    WizardWindow window(Parts(), task);
     ASSERT_TRUE(window.Start(identifier));
     window.show();
     std::set<QWidget*> reached;
