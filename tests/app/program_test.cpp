@@ -336,24 +336,18 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   list_ = std::make_unique<TaskListWindow>(
       parts, ExchangeParts{nullptr, nullptr, [&](const std::vector<TagRecord>& tags) { taken = tags; }});
   list_->show();
-  const QString path = folder_.filePath("Month_ 1_2.task.json");
+  const std::string suggested = "Month_ 1_2.task.json";
+  const QString path = folder_.filePath(ToQt(suggested));
   const auto choose = [&](QWidget* box) {
     auto* dialog = qobject_cast<QFileDialog*>(box);
-    if (dialog->acceptMode() == QFileDialog::AcceptSave) {
-      EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), QFileInfo(path).fileName());
-    }
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+    auto* name = dialog->findChild<QLineEdit*>("fileNameEdit");
+    EXPECT_EQ(FromQt(name->text()), dialog->acceptMode() == QFileDialog::AcceptSave ? suggested : "");
+    name->setText(path);
     static_cast<QDialog*>(dialog)->accept();
   };
   const auto press = [&](const char* button, std::vector<std::function<void(QWidget*)>> steps) {
     const Answers answers(std::move(steps));
     ListButton(button)->click();
-  };
-  const auto says = [](const std::string& text) {
-    return [text](QWidget* box) {
-      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr(text));
-      QTest::keyClick(box, Qt::Key_Return);
-    };
   };
   press("export", {choose});
   state_.tag_texts.clear();
@@ -374,14 +368,13 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   EXPECT_EQ(imported, stored);
 
   QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-  QByteArray text = file.readAll();
-  file.resize(0);
-  file.seek(0);
-  file.write(text.replace("\"everyNDays\": 0", "\"everyNDays\": []"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("[1 2]") == 5);
   file.close();
-  press("import",
-        {choose, says("task.recurrence.pattern.everyNDays: a whole number was expected, [] stands")});
+  press("import", {choose, [](QWidget* box) {
+                     EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()),
+                                 HasSubstr("1_2.task.json”: line 1, column 4: this is not valid JSON."));
+                     QTest::keyClick(box, Qt::Key_Return);
+                   }});
   const ExchangeParts exchange;
   for (const QString& unreadable : {folder_.path(), folder_.filePath("none")})
     EXPECT_THROW((void)LoadTaskFile(parts, exchange, unreadable), Failure);
@@ -390,16 +383,9 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
 
 TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"", "(without a name)"},
-      {" a\tb\n", "a b"},
-      {"../<x>|\"y\"?*\\", "__x___y____"},
-      {"...", "task"},
-      {"COM1", "_COM1"},
-      {"nul.txt", "_nul.txt"},
-      {"console", "console"},
-      {"\u202egnp", "_gnp"},
-      {std::string(59, 'x') + "\U0001F600", std::string(59, 'x')},
-      {"\U0001F600 é", "\U0001F600 é"}};
+      {"", "(without a name)"}, {"../<x>|\"y\"?*\\", "__x___y____"},
+      {"...", "task"},          {"Nul.a\tb\n", "_Nul.a b"},
+      {"\u202egnp", "_gnp"},    {std::string(59, 'x') + "\U0001F600", std::string(59, 'x')}};
   for (const auto& [name, wanted] : cases) {
     TaskRecord task;
     task.name = name;
