@@ -34,6 +34,8 @@ class TaskListWindow final : public QWidget {
   void Import();
   void Export();
   void EditUsers();
+  // Opens the wizard on that page; `entries` go into its shared store, beside those of the user.
+  void Open(const TaskRecord& task, const std::string& page, std::map<std::string, Value> entries = {});
 
   // The wizard window opened last; nothing once it is closed.
   [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
@@ -48,8 +50,6 @@ class TaskListWindow final : public QWidget {
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
   // Whether the user may do that with the task; when not, the user is told so in the text.
   bool MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text);
-  // Opens the wizard on that page; `entries` go into its shared store, beside those of the user.
-  void Open(const TaskRecord& task, const std::string& page, std::map<std::string, Value> entries = {});
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
   // The selected task as it is stored now; nothing when there is no selection or it is gone.
