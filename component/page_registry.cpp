@@ -2,6 +2,7 @@
 
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/pages/records/actions.h>
+#include <plovix/pages/records/query.h>
 #include <plovix/pages/records/records.h>
 #include <plovix/pages/recurrence/daily_recurrence.h>
 #include <plovix/pages/recurrence/monthly_recurrence.h>
@@ -37,6 +38,7 @@ void RegisterPages(PageRegistry& registry) {
   registry.Register(kAutoTaskType, [] { return std::make_shared<AutoTaskType>(); });
   registry.Register(kDetails, [] { return std::make_shared<Details>(); });
   registry.Register(kRecords, [] { return std::make_shared<Records>(); });
+  registry.Register(kQuery, [] { return std::make_shared<Query>(); });
   registry.Register(kRecurrenceTime, [] { return std::make_shared<RecurrenceTime>(); });
   registry.Register(kRecurrencePattern, [] { return std::make_shared<RecurrencePattern>(); });
   registry.Register(kDailyRecurrence, [] { return std::make_shared<DailyRecurrence>(); });

@@ -57,6 +57,7 @@ enum class Style : unsigned {
   kTime = 8,       // a picker of a time of day; without it, of a date
   kHidden = 16,    // not visible until the page shows it
   kDisabled = 32,  // not enabled until the page enables it
+  kLink = 64,      // a label shown as a link
 };
 constexpr Style operator|(Style a, Style b) {
   return static_cast<Style>(static_cast<unsigned>(a) | static_cast<unsigned>(b));

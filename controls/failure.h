@@ -20,6 +20,8 @@ inline constexpr int kInvalidPropertyValue = 380;
 inline constexpr int kReadOnlyProperty = 383;
 inline constexpr int kCannotCreateObject = 429;
 inline constexpr int kKeyInUse = 457;
+inline constexpr int kNoCurrentRow = 3021;
+inline constexpr int kNoSuchColumn = 3265;
 }  // namespace failure_number
 
 class Failure : public std::exception {

@@ -103,6 +103,11 @@ void ComboBox::AddItem(std::string text, std::int32_t data) {
   Notify(Aspect::kItems);
 }
 
+void ComboBox::SetItemData(int index, std::int32_t data) {
+  (void)At(index);
+  items_[static_cast<std::size_t>(index)].data = data;
+}
+
 void ComboBox::Clear() {
   items_.clear();
   index_ = -1;

@@ -18,7 +18,7 @@ using DateTime = std::chrono::local_seconds;
 // Captioned text. A user's Click and DoubleClick raise Click and DblClick.
 class Label final : public Control {
  public:
-  using Control::Control;
+  Label(Form& form, const ControlInfo& info) : Control(form, info), link_(Has(info.style, Style::kLink)) {}
   // Shown as a link: coloured, underlined, with the hand pointer.
   [[nodiscard]] bool Link() const noexcept { return link_; }
   void SetLink(bool link);
@@ -27,7 +27,7 @@ class Label final : public Control {
   void DoubleClick(UserKey key);
 
  private:
-  bool link_ = false;
+  bool link_;
 };
 
 // A frame with a caption; raises nothing.
@@ -107,6 +107,8 @@ class ComboBox final : public Control {
   [[nodiscard]] const std::string& ItemText(int index) const;
   [[nodiscard]] std::int32_t ItemData(int index) const;
   void AddItem(std::string text, std::int32_t data = 0);
+  // Fails with 9 outside the list.
+  void SetItemData(int index, std::int32_t data);
   // Empties the list and selects nothing (silently).
   void Clear();
 

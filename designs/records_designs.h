@@ -1,4 +1,4 @@
-// Designs of the records settings page and the actions page.
+// Designs of the records settings page, the query page and the actions page.
 #pragma once
 
 #include "design.h"
@@ -33,6 +33,15 @@ inline constexpr auto kRecordsDesign = MakeDesign(
     },
     {"lblTitle", "lblIntro", "optOnce", "optModified", "optEveryTime", "chkProcessAll", "chkFailedRecords",
      "chkUseBaseDate", "lblDate dtpDate", "lblTime dtpTime"});
+
+inline constexpr auto kQueryDesign =
+    MakeDesign("Query",
+               {
+                   {"lblTitle", Kind::kLabel, "Query", "Lng=59;", "", Style::kHeading},
+                   {"txtQuery", Kind::kTextBox, "", "", "", Style::kMultiLine},
+                   {"cmdBuild", Kind::kCommandButton, "&Build", "Lng=60;"},
+               },
+               {"lblTitle", "txtQuery", "cmdBuild"});
 
 inline constexpr auto kActionsDesign =
     MakeDesign("Actions",

@@ -9,6 +9,7 @@
 #include "action_list.h"
 #include "category_list.h"
 #include "recurrence.h"
+#include "session.h"
 #include "value.h"
 
 namespace plovix {
@@ -30,6 +31,9 @@ inline constexpr std::int32_t kEveryTime = 2;  // each record on every run
 // Texts are UTF-8. Nothing here trims or checks what it is given.
 class AutoTask : public HostObject {
  public:
+  // Whether the task is stored already.
+  [[nodiscard]] virtual bool IsExisting() = 0;
+
   [[nodiscard]] virtual std::int16_t RecordMode() = 0;
   virtual void SetRecordMode(std::int16_t mode) = 0;
 
@@ -64,7 +68,21 @@ class AutoTask : public HostObject {
   virtual void SetAllowAutomationManager(bool allow) = 0;
 
   [[nodiscard]] virtual bool SkipRowSelection() = 0;
+  virtual void SetSkipRowSelection(bool skip) = 0;
+
+  // The query that selects the records, in the host's query language.
+  [[nodiscard]] virtual std::string Query() = 0;
+  virtual void SetQuery(const std::string& query) = 0;
+
   [[nodiscard]] virtual std::string Owner() = 0;  // user id of a personal task's owner, else empty
+  virtual void SetOwner(const std::string& user_id) = 0;
+  // By reference; nothing for a task without a set of its own.
+  [[nodiscard]] virtual std::shared_ptr<plovix::Permissions> Permissions() = 0;
+  virtual void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) = 0;
+  // What the session might do with tasks on the data object when the task was last edited.
+  virtual void SetMayRun(bool may) = 0;
+  virtual void SetMayEdit(bool may) = 0;
+  virtual void SetMayDelete(bool may) = 0;
 
   // Which records a run processes.
   [[nodiscard]] virtual std::int32_t ProcessingMode() = 0;  // one of processing_mode
@@ -83,10 +101,11 @@ class AutoTask : public HostObject {
   [[nodiscard]] virtual std::shared_ptr<plovix::Recurrence> Recurrence() = 0;
   virtual void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) = 0;
 
-  // The task's own lists, by reference; SetActions replaces the reference.
+  // The task's own lists, by reference; the categories may be nothing.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
   virtual void SetActions(std::shared_ptr<ActionList> actions) = 0;
   [[nodiscard]] virtual std::shared_ptr<CategoryList> Categories() = 0;
+  virtual void SetCategories(std::shared_ptr<CategoryList> categories) = 0;
 };
 
 }  // namespace plovix

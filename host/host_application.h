@@ -6,8 +6,10 @@
 #include <string>
 
 #include "data_object.h"
+#include "database.h"
 #include "error_reporter.h"
 #include "language_table.h"
+#include "session.h"
 #include "value.h"
 
 namespace plovix {
@@ -27,6 +29,7 @@ inline constexpr int kNo = 7;
 
 // Rights by number.
 inline constexpr int kRightEditCategories = 112;
+inline constexpr int kRightSeeAllCategories = 113;      // also those that are not public
 inline constexpr int kRightGoOnWithLanguageTags = 114;  // a pattern page leads on though the texts are tags
 
 class UserRights {
@@ -43,6 +46,9 @@ class HostApplication {
   [[nodiscard]] virtual std::shared_ptr<plovix::Translator> Translator() = 0;
   [[nodiscard]] virtual std::shared_ptr<plovix::ErrorReporter> ErrorReporter() = 0;
   [[nodiscard]] virtual std::shared_ptr<plovix::UserRights> UserRights() = 0;
+  [[nodiscard]] virtual std::shared_ptr<plovix::Session> Session() = 0;
+  [[nodiscard]] virtual std::shared_ptr<plovix::Database> Database() = 0;
+  [[nodiscard]] virtual std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() = 0;
   [[nodiscard]] virtual std::shared_ptr<ObjectLoader> Loader() = 0;
   [[nodiscard]] virtual std::string Title() = 0;  // title of message boxes
   [[nodiscard]] virtual std::string Path() = 0;   // the application's folder

@@ -26,6 +26,10 @@ class LanguageTable {
   [[nodiscard]] virtual std::string EditTag(const std::string& tag, const ObjectRef& choices) = 0;
   // The tag's text in the current language; `context` may be nothing.
   [[nodiscard]] virtual std::string TagText(const std::string& tag, const ObjectRef& context) = 0;
+  // Files `text` in the table and gives back the tag that carries it, `tag` itself or another one. An empty
+  // `language` is the current one.
+  [[nodiscard]] virtual std::string TagForText(const std::string& tag, const std::string& text,
+                                               const std::string& language) = 0;
 };
 
 class Translator {

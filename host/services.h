@@ -7,7 +7,9 @@
 #include <string>
 
 #include "action_list.h"
+#include "category_list.h"
 #include "host_application.h"
+#include "query_builder.h"
 #include "recurrence.h"
 #include "value_store.h"
 
@@ -17,8 +19,14 @@ namespace plovix {
 class ObjectFactory {
  public:
   virtual ~ObjectFactory() = default;
-  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;  // empty
-  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;  // empty
+  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;          // empty
+  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;          // empty
+  [[nodiscard]] virtual std::shared_ptr<CategoryList> NewCategoryList() = 0;      // empty
+  [[nodiscard]] virtual std::shared_ptr<Category> NewCategory() = 0;              // public, without a tag
+  [[nodiscard]] virtual std::shared_ptr<TextCollection> NewTextCollection() = 0;  // empty
+  [[nodiscard]] virtual std::shared_ptr<PermissionEditor> NewPermissionEditor() = 0;
+  [[nodiscard]] virtual std::shared_ptr<QueryDefinition> NewQueryDefinition() = 0;  // without a text
+  [[nodiscard]] virtual std::shared_ptr<QueryBuilder> NewQueryBuilder() = 0;
   // With the host's initial values; without a pattern.
   [[nodiscard]] virtual std::shared_ptr<Recurrence> NewRecurrence() = 0;
   // With nothing set: every number 0, every choice off.
@@ -40,6 +48,14 @@ class Utilities {
   virtual ~Utilities() = default;
   [[nodiscard]] virtual std::string BuildPath(const std::string& folder, const std::string& file) = 0;
   [[nodiscard]] virtual bool FileExists(const std::string& path) = 0;
+  // A truth value as a check box has it (0, 1), and back; anything but 0 is true.
+  [[nodiscard]] virtual int BoolToCheck(bool value) = 0;
+  [[nodiscard]] virtual bool CheckToBool(int value) = 0;
+  // The object that a handle stands for; fails with 91 when it is gone or there never was one.
+  [[nodiscard]] virtual ObjectRef ObjectFromHandle(std::int32_t handle) = 0;
+  // The text without differences of case, by Unicode's default folding: equal results for texts that
+  // differ in case alone, or in how their accents are encoded.
+  [[nodiscard]] virtual std::string FoldCase(const std::string& text) = 0;
 };
 
 // What the host installs. Each function is called at most once per thread and installation, on that

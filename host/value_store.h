@@ -29,7 +29,7 @@ class ValueStore : public HostObject {
 namespace store_key {
 inline const std::string kAutoTask = "AutoTask";                    // AutoTask: put there by the host
 inline const std::string kDataObject = "DataObject";                // DataObject, possibly nothing
-inline const std::string kDataObjects = "DataObjects";              // ObjectCollection
+inline const std::string kDataObjects = "DataObjects";              // DataObjectCollection, possibly nothing
 inline const std::string kDesignerObjects = "DesignerObjects";      // ObjectCollection
 inline const std::string kDailyRecurrence = "DailyRecurrence";      // DailyPattern: the daily page's entries
 inline const std::string kWeeklyRecurrence = "WeeklyRecurrence";    // WeeklyPattern
@@ -37,7 +37,11 @@ inline const std::string kMonthlyRecurrence = "MonthlyRecurrence";  // MonthlyPa
 inline const std::string kYearlyRecurrence = "YearlyRecurrence";    // YearlyPattern
 // bool, absent counts as true: whether tasks may be given to the automation manager
 inline const std::string kAllowAutomationManager = "AllowAutomationManager";
-inline const std::string kImporting = "Importing";  // bool, absent counts as false
+// bools, absent counts as false: the task is being imported; the user may create shared tasks, personal ones
+inline const std::string kImporting = "Importing";
+inline const std::string kCreateGroup = "CreateGroup";
+inline const std::string kCreatePersonal = "CreatePersonal";
+inline const std::string kPersonalTask = "PersonalTask";  // bool: what the user chose for a new task
 }  // namespace store_key
 
 }  // namespace plovix

@@ -9,7 +9,7 @@ me=${0##*/}
 
 # Without a font every text is boxes.
 packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlite3-dev tzdata
-                  libqt6widgets6 fonts-dejavu-core)
+                  libicu-dev libqt6widgets6 fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_checks=(clang-format clang-tidy-19 shellcheck python3)

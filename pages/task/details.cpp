@@ -1,6 +1,7 @@
 #include "details.h"
 
 #include <plovix/framework/page_identifiers.h>
+#include <plovix/framework/raised.h>
 #include <plovix/framework/text_rules.h>
 
 namespace plovix {
@@ -15,18 +16,24 @@ const char* const kForceUserTaskFile = "forceusertask.txt";
 
 Details::Details() {
   txtName.On(Event::kLostFocus, [this] { txtName_LostFocus(); });
-  cmdNameLangTag.On(Event::kClick, [this] { ChooseTag("cmdNameLangTag_Click", NameTag, txtName); });
-  cmdDescriptionLangTag.On(
-      Event::kClick, [this] { ChooseTag("cmdDescriptionLangTag_Click", DescriptionTag, txtDescription); });
-  cmdShortDescriptionLangTag.On(Event::kClick, [this] {
-    ChooseTag("cmdShortDescriptionLangTag_Click", ShortDescriptionTag, txtShortDescription);
+  cmdNameLangTag.On(Event::kClick, [this] { ChooseTag("cmdNameLangTag_Click", NameTag, nullptr, txtName); });
+  cmdDescriptionLangTag.On(Event::kClick, [this] {
+    ChooseTag("cmdDescriptionLangTag_Click", DescriptionTag, nullptr, txtDescription);
   });
+  cmdShortDescriptionLangTag.On(Event::kClick, [this] {
+    ChooseTag("cmdShortDescriptionLangTag_Click", ShortDescriptionTag, nullptr, txtShortDescription);
+  });
+  cmdCategoryLangTag.On(Event::kClick, [this] {
+    ChooseTag("cmdCategoryLangTag_Click", CategoryTag, CategoryTags, cboCategory);
+  });
+  lblCategory.On(Event::kClick, [this] { ShowCategoriesEditor(); });
+  cboCategory.On(Event::kDropDown, [this] { cboCategory_DropDown(); });
+  cboDataObject.On(Event::kDropDown, [this] { cboDataObject_DropDown(); });
+  cboDataObject.On(Event::kClick, [this] { cboDataObject_Click(); });
+  chkPersonalTask.On(Event::kClick, [this] { chkPersonalTask_Click(); });
+  chkAutoMan.On(Event::kClick, [this] { chkAutoMan_Click(); });
+  lblPermissions.On(Event::kClick, [this] { lblPermissions_Click(); });
   Controls().OnShow([this] { UserControl_Show(); });
-  for (Control* locked : std::initializer_list<Control*>{&cboCategory, &cboDataObject, &chkSkipRowSelection,
-                                                         &chkPersonalTask, &lblPermissions}) {
-    locked->SetEnabled(false);
-  }
-  cmdCategoryLangTag.SetVisible(false);
 }
 
 void Details::IWizardPage_GetNextPage(std::string& next) {
@@ -46,32 +53,24 @@ void Details::IWizardPage_GetNextPage(std::string& next) {
 void Details::Prepare() {
   RetrieveValues();
   InitControls();
+  if (!CategoriesLoaded) RetrieveCategories();
 }
 
-// Category, data object and the settings but one are shown as they are stored. SaveValues does not write
-// them, so they stay locked.
 Outcome Details::RetrieveValues() {
+  const Raised loading(Loading);
   return Procedure("RetrieveValues", [&](Statements& run) {
     run([&] { Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {})); });
+    run([&] {
+      DataObjects = ObjectFrom<DataObjectCollection>(Set(Store)->GetValue(store_key::kDataObjects, {}));
+    });
     run([&] { Importing = BooleanFrom(Set(Store)->GetValue(store_key::kImporting, false)); });
+    run([&] { CreateGroup = BooleanFrom(Set(Store)->GetValue(store_key::kCreateGroup, false)); });
+    run([&] { CreatePersonal = BooleanFrom(Set(Store)->GetValue(store_key::kCreatePersonal, false)); });
     TaggedTask = IsTaggedTask();
-    run([&] { chkAutoMan.SetEnabled(MayBeAutomatic()); });
-    run([&] { chkAutoMan.SetValue(Set(Task)->AllowAutomationManager() ? 1 : 0); });
-    run([&] { chkPersonalTask.SetValue(Set(Task)->Owner().empty() ? 0 : 1); });
-    run([&] { chkSkipRowSelection.SetValue(Set(Task)->SkipRowSelection() ? 1 : 0); });
-    std::shared_ptr<CategoryList> categories;
-    run([&] { categories = Set(Set(Task)->Categories()); });
-    std::int32_t count = 0;
-    if (categories) run([&] { count = categories->Count(); });
-    if (count == 1) run([&] { cboCategory.SetText(Set(categories->Item(1))->Text()); });
-    if (count > 1) cboCategory.SetText("...");
+    RetrieveSettings(run);
+    RetrieveOwnCategories(run);
+    ShowCategoryInfo();
   });
-}
-
-// A task on a single record runs where that record is; an imported one is settled where it came from.
-bool Details::MayBeAutomatic() const {
-  return Set(Task)->RecordMode() != record_mode::kSingleRecord && !Importing &&
-         BooleanFrom(Set(Store)->GetValue(store_key::kAllowAutomationManager, true));
 }
 
 bool Details::IsTaggedTask() {
@@ -82,23 +81,16 @@ bool Details::IsTaggedTask() {
       return;
     }
     std::string marker;
-    run([&] {
-      marker = ServicesUtilities().BuildPath(Services().Application()->Path(), kForceUserTaskFile);
-    });
+    run([&] { marker = ServicesUtilities().BuildPath(Application()->Path(), kForceUserTaskFile); });
     if (run.If([&] { return ServicesUtilities().FileExists(marker); })) return;
-    run([&] { answer = Services().Application()->LanguageTagMode(); });
+    run([&] { answer = Application()->LanguageTagMode(); });
   });
   return answer;
 }
 
 Outcome Details::InitControls() {
   return Procedure("InitControls", [&](Statements& run) {
-    std::string data_object;
-    run([&] { data_object = Set(Task)->DataObjectName(); });
-    if (!data_object.empty()) {
-      run([&] { cboDataObject.AddItem(Task->DataObjectCaption()); });
-      run([&] { cboDataObject.Select(0); });
-    }
+    InitDataObjects(run);
     for (TextBox* box : {&txtName, &txtDescription, &txtShortDescription}) box->SetEnabled(!TaggedTask);
     for (CommandButton* button : {&cmdNameLangTag, &cmdDescriptionLangTag, &cmdShortDescriptionLangTag}) {
       button->SetVisible(TaggedTask);
@@ -118,11 +110,13 @@ Outcome Details::InitControls() {
   });
 }
 
-void Details::ChooseTag(std::string_view procedure, std::string& tag, TextBox& box) {
+template <class Box>
+void Details::ChooseTag(std::string_view procedure, std::string& tag,
+                        const std::shared_ptr<TextCollection>& choices, Box& box) {
   Procedure(procedure, [&](Statements& run) {
     if (!TaggedTask) return;
-    run([&] { tag = Services().Application()->Language()->EditTag(tag, nullptr); });
-    run([&] { box.SetText(Services().Application()->Language()->TagText(tag, nullptr)); });
+    run([&] { tag = Application()->Language()->EditTag(tag, choices); });
+    run([&] { box.SetText(Application()->Language()->TagText(tag, nullptr)); });
   });
 }
 
@@ -135,9 +129,8 @@ void Details::txtName_LostFocus() {
 
 void Details::UserControl_Show() {
   Procedure("UserControl_Show", [&](Statements& run) {
-    if (!run.If([&] { return Services().Application()->UserRights()->HasRight(kRightEditCategories); }))
-      return;
-    run([&] { Services().Application()->Translator()->SetLinkStyle(lblCategory, true); });
+    if (!run.If([&] { return Application()->UserRights()->HasRight(kRightEditCategories); })) return;
+    run([&] { Application()->Translator()->SetLinkStyle(lblCategory, true); });
   });
 }
 
@@ -164,6 +157,10 @@ bool Details::Validate() {
 
 Outcome Details::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
+    if (!chkAutoMan.Checked())
+      run([&] { Set(Store)->SetItem(store_key::kPersonalTask, chkPersonalTask.Checked()); });
+    run([&] { Set(Store)->SetItem(store_key::kDataObject, ObjectRef(DataObject)); });
+    run([&] { Set(Store)->SetItem(store_key::kDataObjects, ObjectRef(DataObjects)); });
     if (TaggedTask) {
       run([&] { Set(Task)->SetNameTag(NameTag); });
       run([&] { Set(Task)->SetDescriptionTag(DescriptionTag); });
@@ -174,11 +171,21 @@ Outcome Details::SaveValues() {
       run([&] { Set(Task)->SetShortDescription(txtShortDescription.Text()); });
     }
     run([&] { Set(Task)->SetAllowAutomationManager(chkAutoMan.Checked()); });
+    run([&] {
+      Set(Task)->SetSkipRowSelection(ServicesUtilities().CheckToBool(chkSkipRowSelection.Value()));
+    });
     // What the automation manager does not run has no schedule.
     if (run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
       run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
       run([&] { Set(Task)->SetRecurrence(nullptr); });
     }
+    SaveDataObject(run);
+    const auto owner = GetOwner();
+    if (!owner) Statements::Leave();
+    run([&] { Set(Task)->SetOwner(*owner); });
+    if (!owner->empty()) run([&] { Set(Task)->SetPermissions(nullptr); });
+    if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
+    run([&] { Set(Task)->SetCategories(Categories); });
   });
 }
 

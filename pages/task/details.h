@@ -4,6 +4,8 @@
 #include <plovix/designs/task_designs.h>
 #include <plovix/framework/page_controls.h>
 
+#include <unordered_set>
+
 namespace plovix {
 
 class Details final : public PageWith<kDetailsDesign> {
@@ -23,18 +25,69 @@ class Details final : public PageWith<kDetailsDesign> {
   // Whether the texts are edited as language tags: a task that uses them keeps them; a new one follows
   // the application's mode unless the marker file in the application's folder forces literal texts.
   bool IsTaggedTask();
-  // Whether the user may give the task to the automation manager, or take it back.
-  [[nodiscard]] bool MayBeAutomatic() const;
-  // Opens the tag editor on `tag` and shows the chosen tag's text in `box`.
-  void ChooseTag(std::string_view procedure, std::string& tag, TextBox& box);
+  // Opens the tag editor on `tag`, with `choices` or nothing, and shows the chosen tag's text in `box`.
+  template <class Box>
+  void ChooseTag(std::string_view procedure, std::string& tag, const std::shared_ptr<TextCollection>& choices,
+                 Box& box);
   void txtName_LostFocus();
   void UserControl_Show();
 
+  // Categories (details_categories.cpp).
+  // Adds the categories of all stored tasks to the list of the box.
+  void RetrieveCategories();
+  void ListCategories(Statements& run, const std::string& column);
+  void ListCategory(Statements& run, CategoryList& list, std::int32_t index);
+  // Lets failures through.
+  [[nodiscard]] bool IsCategoryListed(const std::string& text) const;
+  void RetrieveOwnCategories(Statements& run);
+  Outcome ShowCategoryInfo();
+  // Takes what the box shows into the working list, unless that holds several categories.
+  Outcome ApplyCategories();
+  void ShowCategoriesEditor();
+  void cboCategory_DropDown();
+
+  // Settings and data object (details_data.cpp).
+  void RetrieveSettings(Statements& run);
+  // Whether the user may give the task to the automation manager, or take it back.
+  [[nodiscard]] bool MayBeAutomatic() const;
+  void InitDataObjects(Statements& run);
+  void RetrieveDataObjects();
+  void ListDataObjects(Statements& run, std::int16_t mode);
+  // Selects the entry of that text without regard to case; where there is none the selection stays.
+  void SelectDataObject(Statements& run, const std::string& text);
+  void SaveDataObject(Statements& run);
+  // The current user's id for a personal task, else empty; nothing when the procedure was left.
+  std::optional<std::string> GetOwner();
+  bool HasInvalidActions();
+  void ClearInvalidActions();
+  [[nodiscard]] bool IsInvalid(Action& action, std::int32_t mode_bit) const;
+  void cboDataObject_DropDown();
+  void cboDataObject_Click();
+  void chkPersonalTask_Click();
+  void chkAutoMan_Click();
+  void lblPermissions_Click();
+
+  bool Loading = false;           // while RetrieveValues runs
+  bool RevertingAutoMan = false;  // while chkAutoMan goes back after the user declined
   bool Importing = false;
+  bool CreateGroup = false;
+  bool CreatePersonal = false;
+  bool PersonalTaskEnabled = false;  // what chkPersonalTask is without the automation manager
   bool TaggedTask = false;
   std::string NameTag;
   std::string DescriptionTag;
   std::string ShortDescriptionTag;
+
+  std::shared_ptr<CategoryList> Categories;  // the working list; the task gets it in SaveValues
+  bool MultipleCategories = false;
+  std::string CategoryTag;
+  std::shared_ptr<TextCollection> CategoryTags;      // of the listed categories; nothing before there is one
+  std::unordered_set<std::string> ListedCategories;  // their texts, folded
+  bool CategoriesLoaded = false;
+
+  std::shared_ptr<plovix::DataObject> DataObject;
+  std::shared_ptr<DataObjectCollection> DataObjects;
+  bool DataObjectsLoaded = false;
 
   CommandButton& cmdShortDescriptionLangTag = control<"cmdShortDescriptionLangTag">();
   CommandButton& cmdDescriptionLangTag = control<"cmdDescriptionLangTag">();

@@ -61,8 +61,10 @@ int RunScriptFile(const ProgramOptions& options) {
     storage = std::make_unique<MemoryStorage>();
   }
   const bool from_input = *options.script == "-";
-  const ScriptOptions script{storage.get(), ChosenLanguage(options), from_input && isatty(STDIN_FILENO) == 1,
-                             *options.script};
+  const ScriptOptions script{.storage = storage.get(),
+                             .texts = ChosenLanguage(options),
+                             .interactive = from_input && isatty(STDIN_FILENO) == 1,
+                             .source_name = *options.script};
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
   std::ifstream file(*options.script);
   if (!file) {

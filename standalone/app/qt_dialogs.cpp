@@ -106,7 +106,8 @@ ReportAction QtDialogs::Report(const FailureReport& report) {
   return static_cast<ReportAction>(Ask(*MakeReportBox(report)));
 }
 
-std::optional<std::string> QtDialogs::EditTag(const std::string& tag) {
+std::optional<std::string> QtDialogs::EditTag(const std::string& tag,
+                                              const std::vector<std::string>& /*choices*/) {
   QInputDialog dialog(QApplication::activeWindow());
   dialog.setWindowTitle(ToQt(texts_.Host("tag.title")));
   dialog.setLabelText(ToQt(texts_.Host("tag.label")));
@@ -115,6 +116,20 @@ std::optional<std::string> QtDialogs::EditTag(const std::string& tag) {
   dialog.setCancelButtonText(ToQt(texts_.Host("button.cancel")));
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return FromQt(dialog.textValue());
+}
+
+std::optional<std::vector<CategoryRecord>> QtDialogs::EditCategories(
+    const std::vector<CategoryRecord>& /*categories*/, bool /*tagged*/,
+    const std::vector<std::string>& /*known*/) {
+  return std::nullopt;
+}
+std::optional<std::string> QtDialogs::BuildQuery(const std::string& /*text*/,
+                                                 const DataObjectRecord& /*object*/) {
+  return std::nullopt;
+}
+std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& /*permissions*/,
+                                                        const std::string& /*title*/) {
+  return std::nullopt;
 }
 
 void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent) {

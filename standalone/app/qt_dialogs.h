@@ -19,7 +19,14 @@ class QtDialogs final : public HostDialogs {
 
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override;
   ReportAction Report(const FailureReport& report) override;
-  std::optional<std::string> EditTag(const std::string& tag) override;
+  std::optional<std::string> EditTag(const std::string& tag,
+                                     const std::vector<std::string>& choices) override;
+  std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>& categories,
+                                                            bool tagged,
+                                                            const std::vector<std::string>& known) override;
+  std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) override;
+  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
+                                               const std::string& title) override;
 
   [[nodiscard]] std::unique_ptr<QMessageBox> MakeMessageBox(const std::string& prompt, int buttons,
                                                             const std::string& title) const;

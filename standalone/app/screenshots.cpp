@@ -10,6 +10,7 @@
 #include <QMessageBox>
 
 #include "action_dialog.h"
+#include "editor_samples.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "task_list_window.h"
@@ -145,6 +146,7 @@ class Session {
     Save(
         *MakeWarningQuestion(state_.texts, state_.title, plovix::app::DiscardQuestion(state_.texts), nullptr),
         "DiscardQuestion");
+    PictureEditors(state_.texts, [this](QWidget& editor, const std::string& name) { Save(editor, name); });
   }
 
   QDir folder_;

@@ -12,6 +12,7 @@
 #include <QPushButton>
 
 #include "action_list_widget.h"
+#include "host_surface_texts.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "summary_panel.h"
@@ -157,7 +158,7 @@ void WizardWindow::PageShown() {
         auto* list = dynamic_cast<VeloActionList*>(&control);
         return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
       },
-      this);
+      this, SurfaceTextsOf(texts));
   page_place_->insertWidget(0, page_, 1);
   page_->show();  // at once: keys may be waiting already
   summary_->Show(wizard_.Task().Record(), wizard_.Store().values);

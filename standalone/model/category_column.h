@@ -2,11 +2,11 @@
 // column of many tasks.
 #pragma once
 
-#include <plovix/standalone/model/task_record.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "task_record.h"
 
 namespace plovix {
 

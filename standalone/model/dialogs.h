@@ -5,6 +5,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "data_source.h"
+#include "task_record.h"
 
 namespace plovix {
 
@@ -21,8 +25,17 @@ class HostDialogs {
   // `buttons` is one of the five values of message_box; gives back one of its answers.
   virtual int MessageBox(const std::string& prompt, int buttons, const std::string& title) = 0;
   virtual ReportAction Report(const FailureReport& report) = 0;
-  // The tag chosen in the language-tag editor; nothing when the user cancelled.
-  virtual std::optional<std::string> EditTag(const std::string& tag) = 0;
+  // Here and below: what was chosen, edited or built; nothing when the user cancelled.
+  // `choices`: tags to offer first; may be empty.
+  virtual std::optional<std::string> EditTag(const std::string& tag,
+                                             const std::vector<std::string>& choices) = 0;
+  // `known`: the categories in use, as tags where the texts are tags, else as texts.
+  virtual std::optional<std::vector<CategoryRecord>> EditCategories(
+      const std::vector<CategoryRecord>& categories, bool tagged, const std::vector<std::string>& known) = 0;
+  virtual std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) = 0;
+  // `permissions`: nothing where the task has no set yet.
+  virtual std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
+                                                       const std::string& title) = 0;
 };
 
 }  // namespace plovix

@@ -1,11 +1,14 @@
 #include "host_state.h"
 
+#include <algorithm>
 #include <charconv>
 #include <ctime>
 #include <filesystem>
 
-#include "action_kinds.h"
 #include "call_gate.h"
+#include "category_object.h"
+#include "fold_case.h"
+#include "session_object.h"
 
 namespace plovix {
 namespace {
@@ -24,14 +27,22 @@ class LanguageObject final : public LanguageTable {
     return text ? *text : BracketedText(std::to_string(id), parameters);
   }
 
-  [[nodiscard]] std::string EditTag(const std::string& tag, const ObjectRef& /*choices*/) override {
+  [[nodiscard]] std::string EditTag(const std::string& tag, const ObjectRef& choices) override {
     Called("LanguageTable.EditTag");
-    return state_.dialogs->EditTag(tag).value_or(tag);
+    return state_.dialogs->EditTag(tag, TextsOf(choices.get())).value_or(tag);
   }
 
   [[nodiscard]] std::string TagText(const std::string& tag, const ObjectRef& /*context*/) override {
     Called("LanguageTable.TagText");
     return state_.TagText(tag);
+  }
+
+  // The texts of other languages are edited with their tag.
+  [[nodiscard]] std::string TagForText(const std::string& tag, const std::string& text,
+                                       const std::string& language) override {
+    Called("LanguageTable.TagForText");
+    if (!language.empty()) throw Failure(failure_number::kInvalidCall, "Only the current language is filed");
+    return state_.TagForText(tag, text);
   }
 
  private:
@@ -89,27 +100,6 @@ class RightsObject final : public UserRights {
   HostState& state_;
 };
 
-class LoaderObject final : public ObjectLoader {
- public:
-  explicit LoaderObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDataObjects() override {
-    Called("ObjectLoader.LoadDataObjects");
-    auto objects = std::make_shared<DataObjectsObject>();
-    for (const auto& record : state_.data_objects)
-      objects->items.push_back(std::make_shared<DataObjectObject>(record));
-    return objects;
-  }
-  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override {
-    Called("ObjectLoader.LoadDesignerObjects");
-    auto objects = std::make_shared<DesignerObjectsObject>();
-    for (const ActionKind& kind : ActionKinds()) objects->kinds.emplace_back(kind.id);
-    return objects;
-  }
-
- private:
-  HostState& state_;
-};
-
 class ApplicationObject final : public HostApplication {
  public:
   explicit ApplicationObject(HostState& state)
@@ -118,6 +108,9 @@ class ApplicationObject final : public HostApplication {
         translator_(std::make_shared<TranslatorObject>(state)),
         reporter_(std::make_shared<ReporterObject>(state)),
         rights_(std::make_shared<RightsObject>(state)),
+        session_(std::make_shared<SessionObject>(state)),
+        database_(std::make_shared<DatabaseObject>(state)),
+        catalog_(std::make_shared<CatalogObject>(state)),
         loader_(std::make_shared<LoaderObject>(state)) {}
 
   [[nodiscard]] std::shared_ptr<LanguageTable> Language() override {
@@ -132,6 +125,18 @@ class ApplicationObject final : public HostApplication {
   [[nodiscard]] std::shared_ptr<plovix::UserRights> UserRights() override {
     Called("HostApplication.UserRights");
     return rights_;
+  }
+  [[nodiscard]] std::shared_ptr<plovix::Session> Session() override {
+    Called("HostApplication.Session");
+    return session_;
+  }
+  [[nodiscard]] std::shared_ptr<plovix::Database> Database() override {
+    Called("HostApplication.Database");
+    return database_;
+  }
+  [[nodiscard]] std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
+    Called("HostApplication.DataObjectCatalog");
+    return catalog_;
   }
   [[nodiscard]] std::shared_ptr<ObjectLoader> Loader() override {
     Called("HostApplication.Loader");
@@ -169,11 +174,15 @@ class ApplicationObject final : public HostApplication {
   std::shared_ptr<plovix::Translator> translator_;
   std::shared_ptr<plovix::ErrorReporter> reporter_;
   std::shared_ptr<plovix::UserRights> rights_;
+  std::shared_ptr<plovix::Session> session_;
+  std::shared_ptr<plovix::Database> database_;
+  std::shared_ptr<plovix::DataObjectCatalog> catalog_;
   std::shared_ptr<ObjectLoader> loader_;
 };
 
 class FactoryObject final : public ObjectFactory {
  public:
+  explicit FactoryObject(HostState& state) : state_(state) {}
   [[nodiscard]] std::shared_ptr<ActionList> NewActionList() override {
     Called("ObjectFactory.NewActionList");
     return std::make_shared<ActionListObject>();
@@ -202,11 +211,40 @@ class FactoryObject final : public ObjectFactory {
     Called("ObjectFactory.NewYearlyPattern");
     return std::make_shared<YearlyPatternObject>();
   }
+  [[nodiscard]] std::shared_ptr<CategoryList> NewCategoryList() override {
+    Called("ObjectFactory.NewCategoryList");
+    return std::make_shared<CategoryListObject>(state_);
+  }
+  [[nodiscard]] std::shared_ptr<Category> NewCategory() override {
+    Called("ObjectFactory.NewCategory");
+    return std::make_shared<CategoryObject>(state_);
+  }
+  [[nodiscard]] std::shared_ptr<TextCollection> NewTextCollection() override {
+    Called("ObjectFactory.NewTextCollection");
+    return std::make_shared<TextCollectionObject>();
+  }
+  [[nodiscard]] std::shared_ptr<PermissionEditor> NewPermissionEditor() override {
+    Called("ObjectFactory.NewPermissionEditor");
+    return std::make_shared<PermissionEditor>();
+  }
+  [[nodiscard]] std::shared_ptr<QueryDefinition> NewQueryDefinition() override {
+    Called("ObjectFactory.NewQueryDefinition");
+    return std::make_shared<QueryDefinitionObject>();
+  }
+  [[nodiscard]] std::shared_ptr<QueryBuilder> NewQueryBuilder() override {
+    Called("ObjectFactory.NewQueryBuilder");
+    return std::make_shared<QueryBuilderObject>(state_);
+  }
+
+ private:
+  HostState& state_;
 };
 
 class ServicesObject final : public HostServices {
  public:
-  explicit ServicesObject(HostState& state) : application_(std::make_shared<ApplicationObject>(state)) {}
+  explicit ServicesObject(HostState& state)
+      : application_(std::make_shared<ApplicationObject>(state)),
+        factory_(std::make_shared<FactoryObject>(state)) {}
   // The application is also asked for when a failure is reported, so only its members are gated.
   [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
   [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
@@ -216,7 +254,7 @@ class ServicesObject final : public HostServices {
 
  private:
   std::shared_ptr<HostApplication> application_;
-  std::shared_ptr<ObjectFactory> factory_ = std::make_shared<FactoryObject>();
+  std::shared_ptr<ObjectFactory> factory_;
 };
 
 class UtilitiesObject final : public Utilities {
@@ -232,22 +270,28 @@ class UtilitiesObject final : public Utilities {
     std::error_code unreadable;  // a file that cannot be looked at is not there
     return std::filesystem::is_regular_file(path, unreadable);
   }
+  [[nodiscard]] int BoolToCheck(bool value) override {
+    Called("Utilities.BoolToCheck");
+    return value ? 1 : 0;
+  }
+  [[nodiscard]] bool CheckToBool(int value) override {
+    Called("Utilities.CheckToBool");
+    return value != 0;
+  }
+  [[nodiscard]] ObjectRef ObjectFromHandle(std::int32_t handle) override {
+    Called("Utilities.ObjectFromHandle");
+    return Set(state_.handles->Find(handle));
+  }
+  [[nodiscard]] std::string FoldCase(const std::string& text) override {
+    Called("Utilities.FoldCase");
+    return plovix::FoldCase(text);
+  }
 
  private:
   HostState& state_;
 };
 
 }  // namespace
-
-std::string DataObjectObject::Name() {
-  Called("DataObject.Name");
-  return record_.name;
-}
-
-std::string DataObjectObject::Key() {
-  Called("DataObject.Key");
-  return record_.key;
-}
 
 DateTime HostState::Now() const {
   if (clock) return clock();
@@ -264,14 +308,30 @@ std::string HostState::TagText(const std::string& tag) const {
   return found == tag_texts.end() ? tag : found->second;
 }
 
+std::string HostState::TagForText(const std::string& tag, const std::string& text) {
+  if (TagText(tag) == text) return tag;
+  const auto carries = [&](const auto& filed) { return filed.second == text; };
+  const auto found = std::ranges::find_if(tag_texts, carries);
+  if (found != tag_texts.end()) return found->first;
+  std::string filed = text;
+  for (int count = 2; tag_texts.contains(filed); ++count) filed = text + " (" + std::to_string(count) + ")";
+  if (filed == text) return filed;
+  tag_texts[filed] = text;
+  if (tag_filed) tag_filed(filed, text);
+  return filed;
+}
+
+std::shared_ptr<DataObjectObject> HostState::MakeDataObject(DataObjectRecord record) const {
+  return std::make_shared<DataObjectObject>(handles, std::move(record));
+}
+
 void InstallHost(HostState& state) {
   InstallServices({[&state] { return std::make_shared<ServicesObject>(state); },
                    [&state] { return std::make_shared<UtilitiesObject>(state); }});
 }
 
 std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
-  return std::make_shared<TaskObject>(record,
-                                      [&state](const std::string& tag) { return state.TagText(tag); });
+  return std::make_shared<TaskObject>(state, record);
 }
 
 std::optional<int> TextNumber(std::string_view tag) {

@@ -10,42 +10,30 @@
 #include <string>
 #include <vector>
 
+#include "data_objects.h"
 #include "dialogs.h"
+#include "memory_data_source.h"
+#include "row_cursor.h"
 #include "task_object.h"
 #include "text_table.h"
 
 namespace plovix {
 
-struct DataObjectRecord {
-  std::string name, caption, key;
-};
-
-class DataObjectObject final : public DataObject {
- public:
-  explicit DataObjectObject(DataObjectRecord record) : record_(std::move(record)) {}
-  [[nodiscard]] const DataObjectRecord& Record() const noexcept { return record_; }
-  [[nodiscard]] std::string Name() override;
-  [[nodiscard]] std::string Key() override;
-
- private:
-  DataObjectRecord record_;
-};
-
-// A loaded collection: data objects, or the identifiers of the action kinds.
-struct DataObjectsObject final : ObjectCollection {
-  std::vector<std::shared_ptr<DataObjectObject>> items;
-};
-struct DesignerObjectsObject final : ObjectCollection {
-  std::vector<std::string> kinds;
-};
-
 // Plain state; whoever owns it may change it between calls. It must outlive the installation.
 struct HostState {
   HostDialogs* dialogs = nullptr;  // not owned, never nothing once installed
   TextTable texts;
-  std::map<std::string, std::string> tag_texts;
-  std::map<int, bool> rights;  // a right not named here is held
-  std::vector<DataObjectRecord> data_objects;
+  std::map<std::string, std::string> tag_texts;                             // in the current language
+  std::map<int, bool> rights;                                               // a right not named here is held
+  std::shared_ptr<DataSource> data = std::make_shared<MemoryDataSource>();  // never nothing
+  std::shared_ptr<HandleTable> handles = std::make_shared<HandleTable>();
+  // Opens a query on the stored tasks; there are none when empty.
+  std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows;
+  // Whether the session may do with the data object, or in general with nullptr, what the key says;
+  // everything when empty.
+  std::function<bool(std::string_view key, const DataObjectRecord* object)> has_permission;
+  // Told of a tag that was filed for a typed text.
+  std::function<void(const std::string& tag, const std::string& text)> tag_filed;
   std::string title = "Plovix";
   std::string path;                 // the application's folder
   std::string user_id, session_id;  // the current user's id, the session's own account id
@@ -57,6 +45,10 @@ struct HostState {
   [[nodiscard]] DateTime Now() const;
   // A tag without a text of its own is its own text.
   [[nodiscard]] std::string TagText(const std::string& tag) const;
+  // The tag under which a text that was typed for `tag` is filed: one that carries it already, else the text
+  // itself, else a new one.
+  [[nodiscard]] std::string TagForText(const std::string& tag, const std::string& text);
+  [[nodiscard]] std::shared_ptr<DataObjectObject> MakeDataObject(DataObjectRecord record) const;
 };
 
 // Installs services objects on `state`, for every thread.

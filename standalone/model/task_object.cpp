@@ -1,38 +1,19 @@
 #include "task_object.h"
 
 #include "call_gate.h"
+#include "host_state.h"
+#include "list_position.h"
 
 namespace plovix {
 namespace {
 
-std::size_t ListPosition(std::int32_t index, std::size_t count) {
-  if (index < 1 || static_cast<std::size_t>(index) > count) {
-    throw Failure(failure_number::kSubscriptOutOfRange, "Subscript out of range");
-  }
-  return static_cast<std::size_t>(index) - 1;
+// The object as the host made it; nothing for nothing. Fails with 13 on any other object.
+template <class Own, class Object>
+std::shared_ptr<Own> OwnOrNothing(const std::shared_ptr<Object>& object) {
+  auto own = std::dynamic_pointer_cast<Own>(object);
+  if (object && !own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  return own;
 }
-
-class CategoryObject final : public Category {
- public:
-  CategoryObject(CategoryRecord record, TagTexts texts)
-      : record_(std::move(record)), texts_(std::move(texts)) {}
-  [[nodiscard]] std::string Tag() override {
-    Called("Category.Tag");
-    return record_.tag;
-  }
-  [[nodiscard]] std::string Text() override {
-    Called("Category.Text");
-    return texts_(record_.tag);
-  }
-  [[nodiscard]] bool Public() override {
-    Called("Category.Public");
-    return record_.is_public;
-  }
-
- private:
-  CategoryRecord record_;
-  TagTexts texts_;
-};
 
 class EntryObject final : public StoreEntry {
  public:
@@ -73,24 +54,15 @@ void ActionListObject::Remove(std::int32_t index) {
   records.erase(records.begin() + static_cast<std::ptrdiff_t>(ListPosition(index, records.size())));
 }
 
-std::int32_t CategoryListObject::Count() {
-  Called("CategoryList.Count");
-  return static_cast<std::int32_t>(records.size());
-}
-
-std::shared_ptr<Category> CategoryListObject::Item(std::int32_t index) {
-  Called("CategoryList.Item");
-  return std::make_shared<CategoryObject>(records[ListPosition(index, records.size())], texts_);
-}
-
-TaskObject::TaskObject(const TaskRecord& record, TagTexts texts) : texts_(std::move(texts)) {
+TaskObject::TaskObject(HostState& state, const TaskRecord& record) : state_(state) {
   Assign(record);
 }
 
 TaskRecord TaskObject::Record() const {
   TaskRecord record = fields_;
   record.actions = actions_->records;
-  record.categories = categories_->records;
+  if (categories_) record.categories = categories_->Records();
+  if (permissions_) record.permissions = permissions_->set;
   if (recurrence_) record.recurrence = recurrence_->Record();
   return record;
 }
@@ -100,8 +72,10 @@ void TaskObject::Assign(const TaskRecord& record) {
   fields_.actions.clear();
   fields_.categories.clear();
   fields_.recurrence.reset();
+  fields_.permissions.reset();
   actions_ = std::make_shared<ActionListObject>(record.actions);
-  categories_ = std::make_shared<CategoryListObject>(record.categories, texts_);
+  categories_ = std::make_shared<CategoryListObject>(state_, record.categories);
+  permissions_ = record.permissions ? std::make_shared<PermissionsObject>(*record.permissions) : nullptr;
   if (!record.recurrence) {
     recurrence_ = nullptr;
   } else if (recurrence_) {
@@ -109,6 +83,11 @@ void TaskObject::Assign(const TaskRecord& record) {
   } else {
     recurrence_ = std::make_shared<RecurrenceObject>(*record.recurrence);
   }
+}
+
+bool TaskObject::IsExisting() {
+  Called("AutoTask.IsExisting");
+  return fields_.id != 0;
 }
 
 std::int16_t TaskObject::RecordMode() {
@@ -208,17 +187,17 @@ void TaskObject::SetDataObjectCaption(const std::string& caption) {
 
 std::string TaskObject::LocalizedName() {
   Called("AutoTask.LocalizedName");
-  return texts_(fields_.name_tag);
+  return state_.TagText(fields_.name_tag);
 }
 
 std::string TaskObject::LocalizedShortDescription() {
   Called("AutoTask.LocalizedShortDescription");
-  return texts_(fields_.short_description_tag);
+  return state_.TagText(fields_.short_description_tag);
 }
 
 std::string TaskObject::LocalizedDescription() {
   Called("AutoTask.LocalizedDescription");
-  return texts_(fields_.description_tag);
+  return state_.TagText(fields_.description_tag);
 }
 
 bool TaskObject::AllowAutomationManager() {
@@ -236,9 +215,54 @@ bool TaskObject::SkipRowSelection() {
   return fields_.skip_row_selection;
 }
 
+void TaskObject::SetSkipRowSelection(bool skip) {
+  Called("AutoTask.SetSkipRowSelection");
+  fields_.skip_row_selection = skip;
+}
+
+std::string TaskObject::Query() {
+  Called("AutoTask.Query");
+  return fields_.query;
+}
+
+void TaskObject::SetQuery(const std::string& query) {
+  Called("AutoTask.SetQuery");
+  fields_.query = query;
+}
+
 std::string TaskObject::Owner() {
   Called("AutoTask.Owner");
   return fields_.owner;
+}
+
+void TaskObject::SetOwner(const std::string& user_id) {
+  Called("AutoTask.SetOwner");
+  fields_.owner = user_id;
+}
+
+std::shared_ptr<plovix::Permissions> TaskObject::Permissions() {
+  Called("AutoTask.Permissions");
+  return permissions_;
+}
+
+void TaskObject::SetPermissions(std::shared_ptr<plovix::Permissions> permissions) {
+  Called("AutoTask.SetPermissions");
+  permissions_ = OwnOrNothing<PermissionsObject>(permissions);
+}
+
+void TaskObject::SetMayRun(bool may) {
+  Called("AutoTask.SetMayRun");
+  fields_.may_run = may;
+}
+
+void TaskObject::SetMayEdit(bool may) {
+  Called("AutoTask.SetMayEdit");
+  fields_.may_edit = may;
+}
+
+void TaskObject::SetMayDelete(bool may) {
+  Called("AutoTask.SetMayDelete");
+  fields_.may_delete = may;
 }
 
 std::int32_t TaskObject::ProcessingMode() {
@@ -288,9 +312,7 @@ std::shared_ptr<plovix::Recurrence> TaskObject::Recurrence() {
 
 void TaskObject::SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) {
   Called("AutoTask.SetRecurrence");
-  auto own = std::dynamic_pointer_cast<RecurrenceObject>(recurrence);
-  if (recurrence && !own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  recurrence_ = std::move(own);
+  recurrence_ = OwnOrNothing<RecurrenceObject>(recurrence);
 }
 
 std::shared_ptr<ActionList> TaskObject::Actions() {
@@ -300,14 +322,18 @@ std::shared_ptr<ActionList> TaskObject::Actions() {
 
 void TaskObject::SetActions(std::shared_ptr<ActionList> actions) {
   Called("AutoTask.SetActions");
-  auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
-  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  actions_ = std::move(own);
+  if (!actions) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  actions_ = OwnOrNothing<ActionListObject>(actions);
 }
 
 std::shared_ptr<CategoryList> TaskObject::Categories() {
   Called("AutoTask.Categories");
   return categories_;
+}
+
+void TaskObject::SetCategories(std::shared_ptr<CategoryList> categories) {
+  Called("AutoTask.SetCategories");
+  categories_ = OwnOrNothing<CategoryListObject>(categories);
 }
 
 void StoreObject::Add(const std::string& key, Value value) {

@@ -4,19 +4,19 @@
 #include <plovix/host/auto_task.h>
 #include <plovix/host/value_store.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "category_object.h"
 #include "recurrence_object.h"
+#include "session_object.h"
 #include "task_record.h"
 
 namespace plovix {
 
-// The text of a language tag in the current language.
-using TagTexts = std::function<std::string(const std::string& tag)>;
+struct HostState;
 
 class ActionObject final : public Action {
  public:
@@ -37,31 +37,18 @@ class ActionListObject final : public ActionList {
   void Remove(std::int32_t index) override;
 
   std::vector<ActionRecord> records;  // the host's own view, not gated
-
- private:
-};
-
-class CategoryListObject final : public CategoryList {
- public:
-  CategoryListObject(std::vector<CategoryRecord> initial, TagTexts texts)
-      : records(std::move(initial)), texts_(std::move(texts)) {}
-  [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<Category> Item(std::int32_t index) override;
-
-  std::vector<CategoryRecord> records;
-
- private:
-  TagTexts texts_;
 };
 
 class TaskObject final : public AutoTask {
  public:
-  TaskObject(const TaskRecord& record, TagTexts texts);
+  // The texts of tags are those of `state`, which outlives the object.
+  TaskObject(HostState& state, const TaskRecord& record);
   // The task as values; its lists and its recurrence are taken from the objects that it holds now.
   [[nodiscard]] TaskRecord Record() const;
   // Replaces the values and makes new list objects; recurrence and pattern objects that fit are kept.
   void Assign(const TaskRecord& record);
 
+  [[nodiscard]] bool IsExisting() override;
   [[nodiscard]] std::int16_t RecordMode() override;
   void SetRecordMode(std::int16_t mode) override;
   [[nodiscard]] bool UsesLanguageTags() override;
@@ -87,7 +74,17 @@ class TaskObject final : public AutoTask {
   [[nodiscard]] bool AllowAutomationManager() override;
   void SetAllowAutomationManager(bool allow) override;
   [[nodiscard]] bool SkipRowSelection() override;
+  void SetSkipRowSelection(bool skip) override;
+  [[nodiscard]] std::string Query() override;
+  void SetQuery(const std::string& query) override;
   [[nodiscard]] std::string Owner() override;
+  void SetOwner(const std::string& user_id) override;
+  // Here and below: setting fails with 13 on an object that this host did not make.
+  [[nodiscard]] std::shared_ptr<plovix::Permissions> Permissions() override;
+  void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) override;
+  void SetMayRun(bool may) override;
+  void SetMayEdit(bool may) override;
+  void SetMayDelete(bool may) override;
   [[nodiscard]] std::int32_t ProcessingMode() override;
   void SetProcessingMode(std::int32_t mode) override;
   [[nodiscard]] bool ProcessAllRecords() override;
@@ -97,19 +94,19 @@ class TaskObject final : public AutoTask {
   [[nodiscard]] DateTime BaseDate() override;
   void SetBaseDate(DateTime date) override;
   [[nodiscard]] std::shared_ptr<plovix::Recurrence> Recurrence() override;
-  // Fails with 13 on a recurrence that this host did not make.
   void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) override;
   [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
-  // Fails with 13 on a list that this host did not make.
   void SetActions(std::shared_ptr<ActionList> actions) override;
   [[nodiscard]] std::shared_ptr<CategoryList> Categories() override;
+  void SetCategories(std::shared_ptr<CategoryList> categories) override;
 
  private:
-  TaskRecord fields_;  // without its lists and its recurrence
+  HostState& state_;
+  TaskRecord fields_;  // without what the objects below hold
   std::shared_ptr<ActionListObject> actions_;
   std::shared_ptr<CategoryListObject> categories_;
   std::shared_ptr<RecurrenceObject> recurrence_;
-  TagTexts texts_;
+  std::shared_ptr<PermissionsObject> permissions_;
 };
 
 class StoreObject final : public ValueStore {

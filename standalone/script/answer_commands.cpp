@@ -6,6 +6,8 @@
 namespace plovix::script {
 namespace {
 
+constexpr std::string_view kCancelled = "cancel";
+
 // The queues take all the words or none.
 template <void (ScriptDialogs::*kQueue)(const std::string&)>
 void QueueAll(ScriptSession& session, const Words& words) {
@@ -18,8 +20,25 @@ void ChooseTag(ScriptSession& session, const Words& words) {
   session.Dialogs().QueueTag(words[0]);
 }
 
-void RefuseDialog(ScriptSession& /*session*/, const Words& /*words*/) {
-  throw LineError("no page opens this dialog yet");
+// The categories as the user leaves them; without any, those that the editor was given.
+void EditCategories(ScriptSession& session, const Words& words) {
+  const bool changed = words[0] == "changed";
+  if (!changed && (words[0] != "unchanged" || words.size() > 1))
+    throw LineError("the editor's answer is changed [TEXT ...] or unchanged");
+  std::vector<CategoryRecord> categories;
+  for (std::size_t i = 1; i < words.size(); ++i) categories.push_back({words[i], true});
+  session.Dialogs().QueueCategories(changed ? std::optional(categories) : std::nullopt);
+}
+
+void BuildQuery(ScriptSession& session, const Words& words) {
+  session.Dialogs().QueueQuery(words[0] == kCancelled ? std::nullopt : std::optional(words[0]));
+}
+
+// A set in which the named user may do everything, and nobody else anything.
+void EditPermissions(ScriptSession& session, const Words& words) {
+  std::optional<PermissionSet> set;
+  if (words[0] != kCancelled) set = {{words[0], false, true, true, true, true}};
+  session.Dialogs().QueuePermissions(std::move(set));
 }
 
 void PlanFailure(ScriptSession& session, const Words& words) {
@@ -32,9 +51,10 @@ constexpr auto kCommands = std::to_array<Command>({
     {"report", "retry|continue|leave|NUMBER ...", 1, kAnyNumber, "answers for the next failure reports",
      QueueAll<&ScriptDialogs::QueueReportAnswer>},
     {"dialog edittag", "TAG", 1, 1, "the tag that the tag editor gives back next", ChooseTag},
-    {"dialog categories", "changed|unchanged", 1, 1, "what the category editor gives back", RefuseDialog},
-    {"dialog builder", "TEXT|cancel", 1, 1, "what the query builder gives back", RefuseDialog},
-    {"dialog permissions", "NAME|cancel", 1, 1, "what the permission editor gives back", RefuseDialog},
+    {"dialog categories", "changed [TEXT ...]|unchanged", 1, kAnyNumber,
+     "what the category editor gives back", EditCategories},
+    {"dialog builder", "TEXT|cancel", 1, 1, "what the query builder gives back", BuildQuery},
+    {"dialog permissions", "NAME|cancel", 1, 1, "what the permission editor gives back", EditPermissions},
     {"fail", "MEMBER [N]", 1, 2, "makes the N-th next call of that host member fail", PlanFailure},
 });
 

@@ -122,7 +122,9 @@ void SetSeparator(ScriptSession& session, const Words& words) {
 }
 
 void AddDataObject(ScriptSession& session, const Words& words) {
-  session.State().data_objects.push_back({words[0], words[1], words[2]});
+  MemoryDataSource* named = session.NamedData();
+  if (named == nullptr) throw LineError("the data objects are those of the data file");
+  named->entries.push_back({{words[0], words[1], words[2]}, {{words[2], FieldType::kText}}});
   session.SceneChanged();
 }
 
@@ -130,8 +132,8 @@ void RemoveText(ScriptSession& session, const Words& words) {
   session.State().texts.Remove(IntegerFrom<int>(words[0]));
 }
 
-void RefuseStored(ScriptSession& /*session*/, const Words& /*words*/) {
-  throw LineError("no page reads the categories of stored tasks yet");
+void AddStored(ScriptSession& session, const Words& words) {
+  session.AddStoredCategory(words[0]);
 }
 
 constexpr auto kCommands = std::to_array<Command>({
@@ -149,7 +151,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"host tagmode", "on|off", 1, 1, "language-tag mode", SetTagMode},
     {"host marker", "on|off", 1, 1, "the marker file's presence", SetMarker},
     {"host separator", ".|,", 1, 1, "the decimal separator", SetSeparator},
-    {"host stored", "CATEGORY-COLUMN", 1, 1, "one more stored task row with that column", RefuseStored},
+    {"host stored", "CATEGORY-COLUMN", 1, 1, "one more stored task row with that column", AddStored},
     {"host dataobject", "NAME CAPTION KEY", 3, 3, "adds a data object to the catalogue", AddDataObject},
     {"host missing", "ID", 1, 1, "the language table lacks that text", RemoveText},
 });

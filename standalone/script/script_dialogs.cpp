@@ -94,9 +94,26 @@ ReportAction ScriptDialogs::Report(const FailureReport& report) {
   return answer;
 }
 
-std::optional<std::string> ScriptDialogs::EditTag(const std::string& /*tag*/) {
-  if (tags_.empty()) return std::nullopt;
-  return Taken(tags_, {});
+std::optional<std::string> ScriptDialogs::EditTag(const std::string& /*tag*/,
+                                                  const std::vector<std::string>& /*choices*/) {
+  return Taken(tags_, std::nullopt);
+}
+
+std::optional<std::vector<CategoryRecord>> ScriptDialogs::EditCategories(
+    const std::vector<CategoryRecord>& categories, bool /*tagged*/,
+    const std::vector<std::string>& /*known*/) {
+  const auto answer = Taken(categories_, std::nullopt);
+  return answer && answer->empty() ? categories : answer;
+}
+
+std::optional<std::string> ScriptDialogs::BuildQuery(const std::string& /*text*/,
+                                                     const DataObjectRecord& /*object*/) {
+  return Taken(queries_, std::nullopt);
+}
+
+std::optional<PermissionSet> ScriptDialogs::EditPermissions(
+    const std::optional<PermissionSet>& /*permissions*/, const std::string& /*title*/) {
+  return Taken(permissions_, std::nullopt);
 }
 
 }  // namespace plovix::script

@@ -17,6 +17,12 @@ class ScriptDialogs final : public HostDialogs {
   void QueueAnswer(const std::string& word);        // ok, cancel, yes, no
   void QueueReportAnswer(const std::string& word);  // retry, continue, leave or a number
   void QueueTag(const std::string& tag) { tags_.push_back(tag); }
+  // Nothing: the user cancels, or changes nothing.
+  void QueueCategories(std::optional<std::vector<CategoryRecord>> categories) {
+    categories_.push_back(std::move(categories));
+  }
+  void QueueQuery(std::optional<std::string> text) { queries_.push_back(std::move(text)); }
+  void QueuePermissions(std::optional<PermissionSet> set) { permissions_.push_back(std::move(set)); }
 
   // What was shown since last asked, oldest first.
   [[nodiscard]] nlohmann::ordered_json TakeMessages();
@@ -27,8 +33,16 @@ class ScriptDialogs final : public HostDialogs {
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override;
   // With no answer left: leave.
   ReportAction Report(const FailureReport& report) override;
-  // With no tag left the editor is cancelled.
-  std::optional<std::string> EditTag(const std::string& tag) override;
+  // With none left, these are cancelled.
+  std::optional<std::string> EditTag(const std::string& tag,
+                                     const std::vector<std::string>& choices) override;
+  // A queued answer without categories leaves those that were given.
+  std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>& categories,
+                                                            bool tagged,
+                                                            const std::vector<std::string>& known) override;
+  std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) override;
+  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
+                                               const std::string& title) override;
 
  private:
   struct Message {
@@ -41,7 +55,9 @@ class ScriptDialogs final : public HostDialogs {
   };
   std::deque<bool> consents_;
   std::deque<ReportAction> report_answers_;
-  std::deque<std::string> tags_;
+  std::deque<std::optional<std::string>> tags_, queries_;
+  std::deque<std::optional<std::vector<CategoryRecord>>> categories_;
+  std::deque<std::optional<PermissionSet>> permissions_;
   std::vector<Message> messages_;
   std::vector<Reported> reports_;
 };

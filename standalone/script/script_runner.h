@@ -2,19 +2,26 @@
 // "script" command and, on a machine without a display, in place of the window.
 #pragma once
 
+#include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/model/row_cursor.h>
 #include <plovix/standalone/model/task_storage.h>
 #include <plovix/standalone/model/text_table.h>
 
+#include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 namespace plovix {
 
 struct ScriptOptions {
-  TaskStorage* storage;           // not owned, outlives the run
-  TextTable texts;                // TextTable::Ids() shows every text as its number
-  bool interactive = false;       // prompts, and goes on after a wrong line
-  std::string source_name = "-";  // FILE in "FILE:LINE: what is wrong"
+  TaskStorage* storage;  // not owned, outlives the run
+  TextTable texts;       // TextTable::Ids() shows every text as its number
+  // Opens a query on the file behind `storage`; empty where there is none.
+  std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows = {};
+  std::shared_ptr<DataSource> data = {};  // nothing: the data objects that the script names
+  bool interactive = false;               // prompts, and goes on after a wrong line
+  std::string source_name = "-";          // FILE in "FILE:LINE: what is wrong"
 };
 
 // Runs the commands of `in` to its end. `out` gets JSON Lines and nothing else, flushed line by line;

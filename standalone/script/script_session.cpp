@@ -1,5 +1,7 @@
 #include "script_session.h"
 
+#include <plovix/standalone/model/category_column.h>
+#include <plovix/standalone/model/category_rows.h>
 #include <plovix/standalone/model/velo_action_list.h>
 
 #include <algorithm>
@@ -22,6 +24,8 @@ HostState StateOf(ScriptDialogs& dialogs, const TextTable& texts) {
   state.texts = texts;
   state.path = "plovix";  // a name only: whether the marker file is there is for the script to say
   state.marker_file = false;
+  state.user_id = "user";
+  state.session_id = "session";
   return state;
 }
 
@@ -36,9 +40,13 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
     : out_(out),
       err_(err),
       storage_(*options.storage),
+      open_rows_(options.open_rows),
       state_(StateOf(dialogs_, options.texts)),
       installation_(state_) {
   RegisterPages(registry_);
+  if (!options.data) named_data_ = std::make_shared<MemoryDataSource>();
+  state_.data = options.data ? options.data : named_data_;
+  state_.open_rows = [this](const std::string& query) { return OpenRows(query); };
 }
 
 ScriptSession::~ScriptSession() {
@@ -65,6 +73,15 @@ void ScriptSession::SetTask(const TaskRecord& task) {
 void ScriptSession::BeginTask(const TaskRecord& task) {
   if (!IsOpen()) wizard_.reset();
   SetTask(task);
+}
+
+// Tasks that no file holds are asked for the one column that pages read.
+std::unique_ptr<RowCursor> ScriptSession::OpenRows(const std::string& query) {
+  if (open_rows_) return CategoryRows(stored_categories_, open_rows_(query));
+  std::vector<std::string> columns;
+  for (const TaskRecord& task : storage_.List()) columns.push_back(EncodeCategories(task.categories));
+  columns.insert(columns.end(), stored_categories_.begin(), stored_categories_.end());
+  return CategoryRows(std::move(columns));
 }
 
 nlohmann::ordered_json ScriptSession::Store() {

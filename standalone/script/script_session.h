@@ -53,6 +53,11 @@ class ScriptSession {
   // The wizard from the first "open" on, open or not; nothing before.
   [[nodiscard]] const VeloWiz* LastWizard() const noexcept { return wizard_.get(); }
 
+  // Where the script's own data objects go; nullptr where there is a data file instead.
+  [[nodiscard]] MemoryDataSource* NamedData() noexcept { return named_data_.get(); }
+  // One more stored task's category column, behind those of the storage.
+  void AddStoredCategory(const std::string& column) { stored_categories_.push_back(column); }
+
   // To be called after the scene has changed: an open wizard asks its page anew. Planned failures do not
   // count these calls.
   void SceneChanged();
@@ -66,11 +71,16 @@ class ScriptSession {
     Installation& operator=(const Installation&) = delete;
   };
 
+  [[nodiscard]] std::unique_ptr<RowCursor> OpenRows(const std::string& query);
+
   std::ostream& out_;
   std::ostream& err_;
   TaskStorage& storage_;
+  std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows_;
   ScriptDialogs dialogs_;
   HostState state_;
+  std::shared_ptr<MemoryDataSource> named_data_;
+  std::vector<std::string> stored_categories_;
   Installation installation_;
   PageRegistry registry_;
   FaultInjector faults_;

@@ -96,6 +96,7 @@ constexpr auto kObjectKinds = std::to_array<ObjectKind>({
     KindOf<YearlyPattern>("YearlyPattern"),
     KindOf<CategoryList>("CategoryList"),
     KindOf<ValueStore>("ValueStore"),
+    KindOf<Permissions>("Permissions"),
     KindOf<HostObject>("Object"),
 });
 

@@ -11,6 +11,8 @@
 #include <memory>
 #include <vector>
 
+#include "surface_texts.h"
+
 class QEvent;
 class QFocusEvent;
 class QWidget;
@@ -27,6 +29,7 @@ struct Surface {
   std::shared_ptr<Form> form;
   User& user;
   SlotFactory make_slot;
+  SurfaceTexts texts = {};
   std::function<void()> captions_changed = {};
   std::vector<OptionButtonBinding*> options = {};  // in reading order
   int page_writes = 0;                             // depth; what widgets signal meanwhile is no user's doing

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QLineEdit>
 #include <algorithm>
+#include <utility>
 
 #include "texts.h"
 
@@ -10,26 +11,59 @@ namespace plovix::qt {
 namespace {
 
 constexpr int kWidestContents = 24;  // characters; longer entries show in the opened list
+constexpr int kLongList = 500;  // entries; Qt's popup takes 4 to 5 microseconds for each, whatever is in view
 
 }  // namespace
 
+ComboBoxWidget::ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent)
+    : QComboBox(parent), box_(box), texts_(texts), entries_(new EntryModel(box, this)) {
+  setModel(entries_);
+}
+
+void ComboBoxWidget::UpdateEntries() {
+  entries_->Update();
+  if (popup_) popup_->EntriesChanged();
+}
+
+bool ComboBoxWidget::PopupIsOpen() const {
+  return popup_ ? popup_->isVisible() : view()->isVisible();
+}
+
 // Whoever is told may replace the page.
 void ComboBoxWidget::showPopup() {
+  if (popup_ && popup_->isVisible()) return;
   const QPointer<ComboBoxWidget> self(this);
   const auto tell = before_popup;
   tell();
-  if (self && isEnabled() && isVisible()) QComboBox::showPopup();
+  if (!self || !isEnabled() || !isVisible()) return;
+  draw_entries();
+  if (count() <= kLongList) {
+    QComboBox::showPopup();
+    return;
+  }
+  auto* popup = new EntryPopup(box_, texts_, this, [this](int index) { emit activated(index); });
+  popup_ = popup;
+  popup->Open();
+}
+
+void ComboBoxWidget::hidePopup() {
+  if (popup_) popup_->close();
+  QComboBox::hidePopup();
 }
 
 ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* parent)
-    : BindingOf(surface, box), widget_(new ComboBoxWidget(parent)), name_(new QLabel(parent)) {
+    : BindingOf(surface, box),
+      widget_(new ComboBoxWidget(box, surface.texts, parent)),
+      name_(new QLabel(parent)) {
   name_->hide();
   widget_->setFocusPolicy(Qt::StrongFocus);
   widget_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   widget_->setInsertPolicy(QComboBox::NoInsert);
   if (box.Editable()) MakeEditable();
   Adopt(widget_);
+  FitWidth();
   widget_->before_popup = [this] { AsUser([&model = Model()](User& user) { return user.DropDown(model); }); };
+  widget_->draw_entries = [this] { DrawItems(); };
   connect(widget_, &QComboBox::activated, this, [this](int index) {
     AsUser([&model = Model(), index](User& user) { return user.Pick(model, index); });
   });
@@ -48,7 +82,7 @@ void ComboBoxBinding::MakeEditable() {
 }
 
 bool ComboBoxBinding::TakesEnter() const {
-  return widget_->view()->isVisible();
+  return widget_->PopupIsOpen();
 }
 
 // Assistive technology reads the current entry as the box's own name, so that a label has to carry the
@@ -63,8 +97,39 @@ void ComboBoxBinding::SetAccessibleName(const QString& name) {
   name_->setBuddy(named ? nullptr : widget_);
 }
 
+// Entries that a page adds one by one are drawn together, unless one of them is selected at once.
 void ComboBoxBinding::Draw() {
-  DrawItems();
+  const int drawn = widget_->count();
+  if (Model().Count() < drawn || Model().Index() >= drawn) {
+    DrawItems();
+    return;
+  }
+  if (Model().Count() > drawn) DrawItemsSoon();
+  DrawText();
+}
+
+void ComboBoxBinding::DrawItemsSoon() {
+  if (std::exchange(waiting_, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        waiting_ = false;
+        DrawItems();
+      },
+      Qt::QueuedConnection);
+}
+
+// Qt selects the first entry of a list that was empty; the text puts that right.
+void ComboBoxBinding::DrawItems() {
+  const PageWrite write(Shared());
+  if (Model().Count() != widget_->count()) {
+    widget_->UpdateEntries();
+    FitWidth();
+  }
+  DrawText();
+}
+
+void ComboBoxBinding::DrawText() {
   const QString text = Text(Model().Text());
   // What is being typed stays although no entry is selected.
   const bool typed = Model().Index() < 0 && Model().Editable() && widget_->currentText() == text;
@@ -72,18 +137,13 @@ void ComboBoxBinding::Draw() {
   if (Model().Editable() && widget_->currentText() != text) widget_->setEditText(text);
 }
 
-// A list only grows, or is emptied.
-void ComboBoxBinding::DrawItems() {
-  if (Model().Count() < widget_->count() || Model().Count() == 0) {
-    widget_->clear();
-    longest_ = 0;
+void ComboBoxBinding::FitWidth() {
+  if (Model().Count() < measured_) longest_ = measured_ = 0;
+  for (; measured_ < Model().Count() && longest_ < kWidestContents; ++measured_) {
+    const auto length = static_cast<int>(Text(Model().ItemText(measured_)).size());
+    longest_ = std::min(std::max(longest_, length), kWidestContents);
   }
-  for (int index = widget_->count(); index < Model().Count(); ++index) {
-    const QString text = Text(Model().ItemText(index));
-    longest_ = std::max(longest_, static_cast<int>(text.size()));
-    widget_->addItem(text);
-  }
-  widget_->setMinimumContentsLength(std::min(longest_, kWidestContents));
+  widget_->setMinimumContentsLength(longest_);
 }
 
 }  // namespace plovix::qt

@@ -3,17 +3,34 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QPointer>
 
 #include "binding.h"
+#include "entry_model.h"
+#include "entry_popup.h"
 
 namespace plovix::qt {
 
+// Opens Qt's own popup on a short list and an EntryPopup on a long one.
 class ComboBoxWidget final : public QComboBox {
  public:
-  using QComboBox::QComboBox;
+  // `box` and `texts` outlive the widget.
+  ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent);
   std::function<void()> before_popup;
+  std::function<void()> draw_entries;  // those that came meanwhile
+
+  [[nodiscard]] bool PopupIsOpen() const;
+  // Takes over what has come or gone in the control's list.
+  void UpdateEntries();
 
   void showPopup() override;
+  void hidePopup() override;
+
+ private:
+  const ComboBox& box_;
+  const SurfaceTexts& texts_;
+  EntryModel* entries_;
+  QPointer<EntryPopup> popup_;  // while it is open
 };
 
 class ComboBoxBinding final : public BindingOf<ComboBox> {
@@ -25,11 +42,16 @@ class ComboBoxBinding final : public BindingOf<ComboBox> {
  private:
   void Draw() override;
   void DrawItems();
+  void DrawItemsSoon();
+  void DrawText();
+  void FitWidth();
   void MakeEditable();
 
   ComboBoxWidget* widget_;
-  QLabel* name_;     // names the box where no label of the page does
-  int longest_ = 0;  // entry, in characters
+  QLabel* name_;          // names the box where no label of the page does
+  int longest_ = 0;       // entry, in characters; counted up to what makes a difference
+  int measured_ = 0;      // entries of these
+  bool waiting_ = false;  // for the event loop, with entries to draw
 };
 
 }  // namespace plovix::qt

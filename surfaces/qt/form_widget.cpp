@@ -111,7 +111,8 @@ class FormWidget::Page final : private FormObserver {
   WaitPointer pointer_;
 };
 
-FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent)
+FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent,
+                       SurfaceTexts texts)
     : QWidget(parent) {
   setFont(PageFont());
   auto* scroll = new QScrollArea(this);
@@ -123,7 +124,8 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   layout->addWidget(scroll);
   auto* content = new QWidget;
   scroll->setWidget(content);
-  page_ = std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot)}, content);
+  page_ =
+      std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot), std::move(texts)}, content);
 }
 
 // Embedded widgets draw what only the form holds, so they go before it.

@@ -16,7 +16,8 @@ class FormWidget final : public QWidget {
   // `form` keeps the page alive; `user` outlives the widget. The widget draws the form as it is now and
   // follows it until it is destroyed, after which it is not heard of again. A verb of the user's may
   // replace the page from within: the owner then takes the widget away with deleteLater().
-  FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent = nullptr);
+  FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent = nullptr,
+             SurfaceTexts texts = {});
   ~FormWidget() override;
 
   // Caption of the label that names the page; empty without one.

@@ -238,10 +238,9 @@ TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask
   task.name = "Old";
   task.short_description = "s";
   task.description = "d";
-  task.owner = "anna";
+  task.owner = state_.user_id = "anna";
   task.categories = {{"A", true}, {"B", false}};
   task.query = "SELECT 1";
-  task.skip_row_selection = true;
   task.processing_mode = processing_mode::kEveryTime;  // what a task without a schedule is given
   task.actions = {{"run-sql", "x", 25, 8, {{"statement", "SELECT 1"}}},
                   {"unknown", "y", 16, 0, {{"k", "v"}}}};

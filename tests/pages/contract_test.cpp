@@ -11,6 +11,7 @@ using namespace testing_support;
 
 class EveryPage : public testing::TestWithParam<std::string> {
  protected:
+  EveryPage() { Furnish(scene); }
   Scene scene;
 };
 INSTANTIATE_TEST_SUITE_P(Pages, EveryPage, testing::ValuesIn(Scene().registry.Identifiers()),
@@ -90,12 +91,14 @@ TEST(LeavingAPage, Table) {
       {page_identifier::kWeeklyRecurrence, "0001", "1111", "1110"},
       {page_identifier::kMonthlyRecurrence, "0001", "1111", "1110"},
       {page_identifier::kYearlyRecurrence, "0001", "1111", "1110"},
+      {page_identifier::kQuery, "1111", "1111", "1110"},
       {page_identifier::kActions, "1111", "1111", "1110"},
   };
   for (const Row& row : rows) {
     std::string incomplete, complete, writes;
     for (std::int32_t code = 0; code < 4; ++code) {
       Scene scene;
+      Furnish(scene);
       const auto direction = static_cast<ChangeDirection>(code);
       incomplete += Bench(scene, row.page).Initialize().Leave(direction) ? '1' : '0';
       complete += Bench(scene, row.page, CompleteTask(2)).Initialize().Leave(direction) ? '1' : '0';
@@ -137,11 +140,13 @@ TEST(Flow, Table) {
       {kWeeklyRecurrence, 1, true, {}, "Plovix.Actions"},
       {kMonthlyRecurrence, 2, true, {}, "Plovix.Query"},
       {kYearlyRecurrence, 2, true, {}, "Plovix.Query"},
+      {kQuery, 2, true, {}, "Plovix.Actions"},
       {kActions, 0, false, {}, ""},
       {kActions, 2, true, true, ""},
   };
   for (const Row& row : rows) {
     Scene scene;
+    Furnish(scene);
     TaskRecord task = CompleteTask(row.mode);
     task.allow_automation_manager = row.automation;
     Entries entries;

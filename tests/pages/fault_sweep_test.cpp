@@ -64,6 +64,13 @@ std::vector<Operation> OperationsOf(const Form& form) {
   return operations;
 }
 
+// Whether `all` holds the calls of `part` in their order.
+bool IsPartOf(const Texts& part, const Texts& all) {
+  auto next = part.begin();
+  for (const std::string& call : all) next += next != part.end() && call == *next ? 1 : 0;
+  return next == part.end();
+}
+
 struct Run {
   Texts calls, delivered, boxes;
   std::vector<FailureReport> reports;
@@ -84,8 +91,8 @@ class Sweep {
         context_ = identifier_ + ", " + operation.name + ", " + state.name;
         const Run plain = Do(state, operation, 0, Times::kOnce, 2);
         const bool clean = plain.reports.empty() && plain.escapes.empty();
-        // A page of the schedule does not come before there is one.
-        if (!clean && !state.recurrence) continue;
+        // A page of the schedule does not come before there is one, nor a query before a data object.
+        if (!clean && !(state.recurrence && state.data_object)) continue;
         Expect(clean, "fails without a fault");
         Fail(state, operation, plain);
       }
@@ -105,7 +112,8 @@ class Sweep {
   Run Do(const State& state, const Operation& operation, int n, Times times, int answer) {
     Scene scene;
     scene.state.language_tag_mode = state.application_tags;
-    Bench bench(scene, identifier_, RecordOf(state), EntriesOf(state));
+    Furnish(scene);
+    Bench bench(scene, identifier_, RecordOf(state), EntriesOf(scene, state));
     if (operation.name != kInitialize) bench.Initialize();
     if (operation.name != kInitialize && state.typed) EnterSomething(bench);
     Run run;
@@ -176,7 +184,10 @@ class Sweep {
     if (run.reports.size() > 1 || decides) return;
     const auto next =
         std::find_if(places.begin() + n, places.end(), [&](const auto& p) { return p != place; });
-    const auto end = std::find_if(next, places.end(), [&](const auto& p) { return p.first != place.first; });
+    // Saving calls other procedures and goes on behind them.
+    const bool saving = place.first == "SaveValues";
+    const auto end =
+        std::find_if(next, places.end(), [&](const auto& p) { return !saving && p.first != place.first; });
     // A statement behind an "if" may hang on what the skipped one was to give; of those there is none in
     // saving.
     if (next == end || sources_.Line(page_, next->first, next->second).find(" if (") != std::string::npos)
@@ -185,12 +196,9 @@ class Sweep {
                      plain.calls.begin() + (end - places.begin()));
     const Texts made(run.calls.begin() + n, run.calls.end());
     const bool went_on = !made.empty() && std::ranges::count(rest, made[0]) > 0;
-    // In a loop the same line comes again.
-    const Texts all(plain.calls.begin() + n, plain.calls.begin() + (end - places.begin()));
-    const bool only_one = made.size() >= rest.size() && made.size() <= all.size() &&
-                          std::equal(made.rbegin(), made.rend(), all.rbegin());
-    Expect(place.first == "SaveValues" ? only_one : went_on,
-           place.first + " did not go on with what follows");
+    // What the skipped one was to write may decide whether more or less follows.
+    const bool only_one = IsPartOf(rest, made) || IsPartOf(made, rest);
+    Expect(saving ? only_one : went_on, place.first + " did not go on with what follows");
   }
 
   // In a procedure that was left no later line runs: while every call fails, such a line would report.
@@ -217,6 +225,7 @@ class Sweep {
     for (int n = 1; n <= calls; ++n) {
       for (const Times times : {Times::kOnce, Times::kTwice, Times::kForEver}) {
         for (const int answer : {0, 1, 2, 7}) {
+          if (times == Times::kTwice && answer != 0) continue;  // only a repetition fails again
           context_ = identifier_ + ", " + operation.name + ", " + state.name + ", call " + std::to_string(n) +
                      " (" + plain.calls[static_cast<std::size_t>(n) - 1] + ") fails " +
                      std::to_string(static_cast<int>(times)) + ", answer " + std::to_string(answer);

@@ -1,9 +1,6 @@
-// What each page does of its own: the task type's choice, the details' texts and tags, and the context that
-// the actions page hands to the action list.
+// What each page does of its own: the task type's choice, the query and its builder, and the context that the
+// actions page hands to the action list.
 #include <plovix/framework/page_identifiers.h>
-
-#include <filesystem>
-#include <fstream>
 
 #include "tests/support/faults.h"
 
@@ -11,20 +8,6 @@ namespace plovix {
 namespace {
 
 using namespace testing_support;
-using Texts = std::vector<std::string>;
-
-// What the page shows three times: a text, its tag and the button that edits it.
-struct TextRow {
-  std::string field, literal, tag, tagged;
-  std::string TaskRecord::*text;
-  std::string TaskRecord::*text_tag;
-};
-const TextRow kShown[] = {
-    {"Name", "Name", "tn", "Tagged name", &TaskRecord::name, &TaskRecord::name_tag},
-    {"Description", "Long", "td", "Tagged long", &TaskRecord::description, &TaskRecord::description_tag},
-    {"ShortDescription", "Short", "ts", "Tagged short", &TaskRecord::short_description,
-     &TaskRecord::short_description_tag},
-};
 
 // Keeps the context that the page gives out: an action list that asks on demand.
 class AskingList final : public ActionListControl {
@@ -54,154 +37,6 @@ class PagesTest : public testing::Test {
 };
 
 class ActionsTest : public PagesTest {};
-
-class DetailsTest : public PagesTest {
- protected:
-  DetailsTest() {
-    task.owner = "u1";
-    task.recurrence.reset();
-    task.processing_mode = processing_mode::kEveryTime;  // what a task without a schedule is given
-    task.skip_row_selection = true;
-    scene.state.tag_texts["tx"] = "Another";
-    for (const TextRow& shown : kShown) {
-      task.*shown.text = shown.literal;
-      task.*shown.text_tag = shown.tag;
-      scene.state.tag_texts[shown.tag] = shown.tagged;
-    }
-  }
-  void Open() { PagesTest::Open(page_identifier::kDetails, task); }
-  TaskRecord task = CompleteTask();
-};
-
-TEST_F(DetailsTest, ValidationAndSaving) {
-  struct Row {
-    const char *name, *description;
-    std::int16_t mode;
-    const char* data_object;
-    Texts boxes;
-  };
-  const std::vector<Row> rows = {
-      {"N", "D", 0, "", {}},          {" N ", "\tD\n", 0, "", {}},
-      {"", "D", 0, "", {"[27]/64"}},  {" \t\r\n", "D", 0, "", {"[27]/64"}},
-      {"", "", 2, "", {"[27]/64"}},  // the first that fails ends it
-      {"N", "", 0, "", {"[28]/64"}},  {"N", "  ", 2, "", {"[28]/64"}},
-      {"N", "D", 1, "", {"[29]/48"}}, {"N", "D", 2, "", {"[29]/48"}},
-      {"N", "D", 3, "", {"[29]/48"}}, {"N", "D", 2, "Customer", {}},
-  };
-  for (const Row& row : rows) {
-    task.record_mode = row.mode;
-    task.data_object_name = row.data_object;
-    for (const ChangeDirection direction : {ChangeDirection::kNext, ChangeDirection::kFinish}) {
-      Open();
-      bench->user.Type((*bench)["txtName"], row.name);
-      bench->user.Type((*bench)["txtDescription"], row.description);
-      scene.dialogs.boxes.clear();
-      EXPECT_EQ(bench->Leave(direction), row.boxes.empty()) << row.name << "/" << row.description;
-      EXPECT_EQ(scene.dialogs.boxes, row.boxes);
-      TaskRecord expected = task;  // as typed, blanks and all; nothing on refusal
-      if (row.boxes.empty()) {
-        expected.name = row.name;
-        expected.description = row.description;
-      }
-      EXPECT_EQ(bench->task->Record(), expected);
-    }
-  }
-}
-
-TEST_F(DetailsTest, WhenTextsAreTags) {
-  const auto folder = std::filesystem::path(testing::TempDir()) / "plovix-marker";
-  scene.state.path = folder.string();
-  scene.state.marker_file.reset();
-  const std::vector<std::array<bool, 4>> rows = {{false, false, false, false}, {false, true, false, true},
-                                                 {false, true, true, false},   {true, false, false, true},
-                                                 {true, true, true, true},     {false, false, true, false}};
-  for (const auto& [of_task, application, marker, tagged] : rows) {
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    if (marker) std::ofstream(folder / "forceusertask.txt").flush();
-    task.uses_language_tags = of_task;
-    scene.state.language_tag_mode = application;
-    Open();
-    for (const TextRow& shown : kShown) {
-      EXPECT_EQ((*bench)["txt" + shown.field].Enabled(), !tagged) << shown.field;
-      EXPECT_EQ((*bench)["cmd" + shown.field + "LangTag"].Visible(), tagged);
-      EXPECT_EQ(bench->Text("txt" + shown.field), tagged ? shown.tagged : shown.literal);
-    }
-    scene.state.language_tag_mode = !application;  // the decision stands for the life of the page
-    EXPECT_EQ(bench->user.Press((*bench)["cmdNameLangTag"]), tagged);
-  }
-  std::filesystem::remove_all(folder);
-}
-
-TEST_F(DetailsTest, EditingTags) {
-  task.uses_language_tags = true;
-  for (const TextRow& shown : kShown) {
-    Open();
-    Control& button = (*bench)["cmd" + shown.field + "LangTag"];
-    scene.dialogs.edited_tags.clear();
-    scene.dialogs.chosen_tag = "tx";
-    bench->user.Press(button);
-    EXPECT_EQ(bench->Text("txt" + shown.field), "Another");
-    EXPECT_EQ(bench->task->Record(), task) << "nothing is written before the page is left";
-    scene.state.tag_texts["tx"] = "Refreshed";
-    scene.dialogs.chosen_tag.reset();  // cancelled: the same tag, its text read again
-    bench->user.Press(button);
-    EXPECT_EQ(bench->Text("txt" + shown.field), "Refreshed");
-    EXPECT_EQ(scene.dialogs.edited_tags, (Texts{shown.tag, "tx"}));
-    scene.state.tag_texts["tx"] = "Another";
-    EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
-    TaskRecord expected = task;
-    expected.*shown.text_tag = "tx";
-    EXPECT_EQ(bench->task->Record(), expected) << "the literal texts are not touched";
-  }
-}
-
-TEST_F(DetailsTest, LeavingTheNameFillsAnEmptyDescription) {
-  const std::map<std::string, std::string> rows = {{"", "New"}, {" ", " "}, {"Mine", "Mine"}};
-  for (const auto& [description, after] : rows) {
-    task.description = description;
-    Open();
-    bench->user.Type((*bench)["txtName"], "New");
-    bench->user.Leave((*bench)["txtName"]);
-    EXPECT_EQ(bench->Text("txtDescription"), after);
-  }
-}
-
-TEST_F(DetailsTest, StoredCategoryDataObjectAndSettingsPassThrough) {
-  using Categories = std::vector<CategoryRecord>;
-  const std::vector<std::pair<Categories, const char*>> rows = {
-      {{}, ""}, {{{"tx", true}}, "Another"}, {{{"tx", true}, {"b", false}}, "..."}};
-  for (const auto& [categories, shown] : rows) {
-    task.categories = categories;
-    Open();
-    EXPECT_EQ(bench->Get<ComboBox>("cboCategory").Text(), shown);
-    scene.state.rights[112] = categories.empty();  // the label is a link for those who may edit
-    bench->user.Show(bench->Controls());
-    EXPECT_EQ(bench->Get<Label>("lblCategory").Link(), categories.empty());
-    EXPECT_EQ(bench->Get<ComboBox>("cboDataObject").Text(), "Customers");
-    EXPECT_TRUE(bench->Get<CheckBox>("chkPersonalTask").Checked());
-    EXPECT_TRUE(bench->Get<CheckBox>("chkSkipRowSelection").Checked());
-    EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
-    EXPECT_EQ(bench->task->Record(), task);
-  }
-}
-
-TEST_F(DetailsTest, WhoMayBeGivenToTheAutomationManager) {
-  struct Row {
-    std::int16_t mode;
-    Entries entries;
-    bool enabled;
-  };
-  for (const Row& row : std::vector<Row>{{0, {}, true},
-                                         {2, {{"AllowAutomationManager", true}}, true},
-                                         {1, {}, false},
-                                         {0, {{"Importing", true}}, false},
-                                         {2, {{"AllowAutomationManager", false}}, false}}) {
-    task.record_mode = row.mode;
-    PagesTest::Open(page_identifier::kDetails, task, row.entries);
-    EXPECT_EQ((*bench)["chkAutoMan"].Enabled(), row.enabled) << row.mode;
-  }
-}
 
 constexpr std::array kOptions = {"optNoData", "optSingleRecord", "optQueryResults"};
 constexpr std::array kHelps = {"lblNoData", "lblSingleRecord", "lblQueryResults"};
@@ -286,6 +121,36 @@ TEST_F(AutoTaskTypeTest, SavingTheChoice) {
   }
 }
 
+class QueryTest : public PagesTest {};
+
+TEST_F(QueryTest, TakesAnyTextAndTheBuildersAnswer) {
+  Furnish(scene);
+  TaskRecord task = CompleteTask(2);
+  task.query = "stored";
+  Open(page_identifier::kQuery, task);
+  EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
+  EXPECT_EQ(bench->Text("txtQuery"), "stored");
+  bench->user.Type((*bench)["txtQuery"], " typed\n");
+  for (const std::optional<std::string>& answer :
+       {std::optional<std::string>(), std::optional<std::string>("built")}) {
+    scene.dialogs.chosen_query = answer;
+    bench->user.Press((*bench)["cmdBuild"]);
+    EXPECT_EQ(bench->Text("txtQuery"), answer.value_or(" typed\n"));
+    EXPECT_EQ(scene.dialogs.built_queries.back(), "Customer: typed\n");
+    EXPECT_EQ(bench->task->Record().query, "stored");
+  }
+  bench->user.Type((*bench)["txtQuery"], "");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+  EXPECT_EQ(bench->task->Record().query, "");
+  // Without a data object there is nothing to build on.
+  task.data_object_name = "";
+  Open(page_identifier::kQuery, task);
+  bench->user.Press((*bench)["cmdBuild"]);
+  EXPECT_EQ(bench->Text("txtQuery"), "stored");
+  EXPECT_EQ(scene.dialogs.reports.size(), 1U);
+  EXPECT_EQ(scene.dialogs.built_queries.size(), 2U);
+}
+
 auto Loads(const Injector& injector) {
   return std::ranges::count_if(injector.calls,
                                [](const auto& call) { return call.starts_with("ObjectLoader."); });
@@ -309,10 +174,9 @@ TEST_F(ActionsTest, ContextByRecordMode) {
 }
 
 TEST_F(ActionsTest, TheStoresObjectsAreUsedAndNeverReplaced) {
-  Entries entries = {
-      {"DataObject", ObjectRef(std::make_shared<DataObjectObject>(DataObjectRecord{"C", "Cs", "CId"}))},
-      {"DataObjects", ObjectRef(std::make_shared<DataObjectsObject>())},
-      {"DesignerObjects", ObjectRef(std::make_shared<DesignerObjectsObject>())}};
+  Entries entries = {{"DataObject", ObjectRef(scene.state.MakeDataObject({"C", "Cs", "CId"}))},
+                     {"DataObjects", ObjectRef(std::make_shared<DataObjectsObject>())},
+                     {"DesignerObjects", ObjectRef(std::make_shared<DesignerObjectsObject>())}};
   const Injector calls;
   Open(page_identifier::kActions, CompleteTask(2), entries);
   auto values = list->Ask()->values;

@@ -25,7 +25,9 @@ struct Ran {
 Ran Play(const std::string& script, TaskStorage& storage, bool interactive = false) {
   std::istringstream in(script);
   std::ostringstream out, err;
-  Ran ran{RunScript(in, out, err, {&storage, TextTable::Ids(), interactive, "test.txt"}), {}, {}};
+  const ScriptOptions options{
+      .storage = &storage, .texts = TextTable::Ids(), .interactive = interactive, .source_name = "test.txt"};
+  Ran ran{RunScript(in, out, err, options), {}, {}};
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) ran.printed.push_back(Json::parse(line));
   ran.messages = err.str();

@@ -13,6 +13,8 @@ namespace plovix::testing_support {
 
 inline constexpr std::chrono::local_days kSomeDay{std::chrono::year{2026} / 3 / 1};
 
+inline const DataObjectRecord kCustomer{"Customer", "Customers", "CustomerId"};
+
 enum class Times { kOnce, kTwice, kForEver };
 inline constexpr int kRetriesWhileItLasts = 3;
 
@@ -101,12 +103,19 @@ inline TaskRecord RecordOf(const State& state) {
   return task;
 }
 
-inline Entries EntriesOf(const State& state) {
+// What the host offers: data objects, one of them without a key, and categories of stored tasks.
+inline void Furnish(Scene& scene) {
+  scene.data->entries = {{kCustomer, {}}, {{"Log", "Log", ""}, {}}, {{"Order", "Orders", "Id"}, {}}};
+  scene.stored_categories = {R"([{"tag":"hidden","public":false},{"tag":"one","public":true}])", "", "ONE"};
+}
+
+inline Entries EntriesOf(const Scene& scene, const State& state) {
   Entries entries;
+  if (state.automation) entries[store_key::kCreateGroup] = true;
+  if (state.typed) entries[store_key::kCreatePersonal] = true;
   if (state.importing) entries[store_key::kImporting] = true;
   if (state.data_object) {
-    const DataObjectRecord record{"Customer", "Customers", "CustomerId"};
-    entries[store_key::kDataObject] = ObjectRef(std::make_shared<DataObjectObject>(record));
+    entries[store_key::kDataObject] = ObjectRef(scene.state.MakeDataObject(kCustomer));
   }
   return entries;
 }

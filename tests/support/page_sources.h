@@ -2,10 +2,13 @@
 // held against it.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace plovix::testing_support {
@@ -22,20 +25,34 @@ class PageSources {
   }
 
   // The line of the page's procedure; empty when it lies elsewhere. A procedure is a function of that
-  // name, the page's own or a base's, or one that is called with the name as its first argument.
+  // name, the page's own or a base's, one that is called with the name as its first argument, or a helper
+  // that takes over the procedure's statements.
   [[nodiscard]] std::string Line(const std::string& page, const std::string& procedure, int line) const {
     for (const Function& f : functions_) {
       const std::size_t offset = static_cast<std::size_t>(line - f.first);
       if (line < f.first || offset >= f.lines.size()) continue;
       if (f.class_name != page && !f.class_name.ends_with("Page")) continue;
-      if (f.name == procedure || text_.find(f.name + "(\"" + procedure + "\"") != std::string::npos) {
-        return f.lines[offset];
-      }
+      if (Serves(f.name, procedure)) return f.lines[offset];
     }
     return {};
   }
 
  private:
+  [[nodiscard]] bool Serves(const std::string& name, const std::string& procedure) const {
+    const auto [known, unknown] = serves_.try_emplace({name, procedure}, false);
+    if (unknown) known->second = FindsOut(name, procedure);
+    return known->second;
+  }
+  [[nodiscard]] bool FindsOut(const std::string& name, const std::string& procedure) const {
+    if (name == procedure || text_.find(name + "(\"" + procedure + "\"") != std::string::npos) return true;
+    return std::ranges::any_of(functions_, [&](const Function& caller) {
+      const auto hands_on = [&](const std::string& line) {
+        return line.find(name + "(run") != std::string::npos;
+      };
+      return std::ranges::any_of(caller.lines, hands_on) && Serves(caller.name, procedure);
+    });
+  }
+
   struct Function {
     std::string class_name, name;
     int first;
@@ -59,6 +76,7 @@ class PageSources {
   }
 
   std::vector<Function> functions_;
+  mutable std::map<std::pair<std::string, std::string>, bool> serves_;
   std::string text_;
 };
 

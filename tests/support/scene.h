@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <plovix/standalone/model/call_gate.h>
+#include <plovix/standalone/model/category_rows.h>
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
@@ -22,8 +23,8 @@ namespace plovix::testing_support {
 class ScriptedDialogs final : public HostDialogs {
  public:
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override {
-    EXPECT_EQ(title, "Plovix");
-    boxes.push_back(prompt + "/" + std::to_string(buttons));
+    boxes.push_back(prompt + "/" + std::to_string(buttons) + (title.empty() ? " untitled" : ""));
+    EXPECT_TRUE(title.empty() || title == "Plovix") << title;
     if (answers.empty()) return buttons == message_box::kYesNoQuestion ? message_box::kYes : message_box::kOk;
     const int answer = answers.front();
     answers.pop_front();
@@ -34,9 +35,28 @@ class ScriptedDialogs final : public HostDialogs {
     reports.push_back(report);
     return static_cast<ReportAction>(on_report ? on_report(report) : 2);
   }
-  std::optional<std::string> EditTag(const std::string& tag) override {
+  std::optional<std::string> EditTag(const std::string& tag,
+                                     const std::vector<std::string>& choices) override {
     edited_tags.push_back(tag);
+    for (const std::string& choice : choices) edited_tags.back() += "," + choice;
     return chosen_tag;
+  }
+  std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>& categories,
+                                                            bool tagged,
+                                                            const std::vector<std::string>& known) override {
+    edited_categories.push_back(tagged ? "tagged" : "literal");
+    for (const auto& category : categories) edited_categories.back() += "," + category.tag;
+    for (const auto& text : known) edited_categories.back() += "|" + text;
+    return chosen_categories;
+  }
+  std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) override {
+    built_queries.push_back(object.name + ":" + text);
+    return chosen_query;
+  }
+  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
+                                               const std::string& title) override {
+    edited_permissions.push_back(title + (permissions ? "" : " none"));
+    return chosen_permissions;
   }
 
   std::vector<std::string> boxes;  // "PROMPT/BUTTONS"
@@ -45,6 +65,12 @@ class ScriptedDialogs final : public HostDialogs {
   std::function<int(const FailureReport&)> on_report;
   std::vector<std::string> edited_tags;
   std::optional<std::string> chosen_tag;
+  std::vector<std::string> edited_categories;  // "literal,OWN,...|KNOWN|..."
+  std::optional<std::vector<CategoryRecord>> chosen_categories;
+  std::vector<std::string> built_queries;  // "OBJECT:TEXT"
+  std::optional<std::string> chosen_query;
+  std::vector<std::string> edited_permissions;  // "TITLE" or "TITLE none"
+  std::optional<PermissionSet> chosen_permissions;
 };
 
 // The wizard as a bare page sees it.
@@ -75,6 +101,13 @@ struct Scene {
     state.marker_file = false;
     state.path = "/nowhere";
     state.clock = [] { return DateTime{std::chrono::seconds{1'800'000'000}}; };
+    state.user_id = "ann";
+    state.session_id = "session";
+    state.data = data;
+    state.open_rows = [this](const std::string& query) {
+      EXPECT_EQ(query, "SELECT Category FROM VeloAutoTasks");
+      return CategoryRows(stored_categories);
+    };
     RegisterPages(registry);
     InstallHost(state);
   }
@@ -85,6 +118,8 @@ struct Scene {
 
   ScriptedDialogs dialogs;
   HostState state;
+  std::shared_ptr<MemoryDataSource> data = std::make_shared<MemoryDataSource>();
+  std::vector<std::string> stored_categories;  // the columns of the stored tasks
   PageRegistry registry;
   MemoryStorage storage;
 };

@@ -307,9 +307,10 @@ TEST_F(VeloWizTest, ARoadThroughTheSchedule) {
 // From opening a stored task to Finish; gives the number of host calls and whether it came to the end.
 std::pair<int, bool> WalkWithFault(const State& state, int n, Times times, int answer) {
   Scene scene;
+  Furnish(scene);
   const TaskRecord stored = scene.storage.Save(RecordOf(state), {});
   AnswerReports(scene.dialogs, times, answer);
-  VeloWiz wizard(scene.Parts(), stored, EntriesOf(state));
+  VeloWiz wizard(scene.Parts(), stored, EntriesOf(scene, state));
   const Injector injector(n, times);
   wizard.Open(kType);
   for (int step = 0; step < 12 && wizard.IsOpen(); ++step) {

@@ -1,0 +1,51 @@
+// The host session: who is working, and what they may do.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "data_object.h"
+#include "value.h"
+
+namespace plovix {
+
+class SessionUser {
+ public:
+  virtual ~SessionUser() = default;
+  [[nodiscard]] virtual std::string UserId() = 0;
+};
+
+// A task's permission set; pages only hand it on.
+class Permissions : public HostObject {};
+
+// The host's editor of permission sets; opened through the session.
+class PermissionEditor : public HostObject {};
+
+// What Session::HasPermission is asked for.
+namespace permission_key {
+inline constexpr std::string_view kView = "view";
+inline constexpr std::string_view kRun = "run";
+inline constexpr std::string_view kEdit = "edit";
+inline constexpr std::string_view kDelete = "delete";
+}  // namespace permission_key
+
+class Session {
+ public:
+  virtual ~Session() = default;
+  [[nodiscard]] virtual std::shared_ptr<SessionUser> CurrentUser() = 0;  // never nothing
+  // The session's own account. It is the current user's id where nobody sits in front of the session, as
+  // where the automation manager runs.
+  [[nodiscard]] virtual std::string AccountId() = 0;
+  // Whether the session may do with the data object what `key` (one of permission_key) says; in general
+  // when `object` is nothing.
+  [[nodiscard]] virtual bool HasPermission(std::string_view key,
+                                           const std::shared_ptr<DataObject>& object) = 0;
+  // Opens `editor` on `permissions` (may be nothing) and gives back the set as edited; `permissions` itself
+  // when the user cancelled. `user`: whose own permissions are edited; nothing: those of everybody.
+  [[nodiscard]] virtual std::shared_ptr<Permissions> EditPermissions(
+      const std::shared_ptr<PermissionEditor>& editor, const std::shared_ptr<Permissions>& permissions,
+      const std::shared_ptr<SessionUser>& user, const std::string& title) = 0;
+};
+
+}  // namespace plovix

@@ -1,0 +1,121 @@
+#include "editor_dialog.h"
+
+#include <plovix/controls/failure.h>
+
+#include <QAccessible>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "qt_dialogs.h"
+#include "qt_text.h"
+
+namespace plovix::app {
+
+QLabel* NewProblemLabel() {
+  auto* label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  QFont bold = label->font();
+  bold.setBold(true);
+  label->setFont(bold);
+  label->hide();
+  return label;
+}
+
+void TellProblem(QLabel& label, QWidget& editor, const QString& text) {
+  label.setText(text);
+  label.setVisible(!text.isEmpty());
+  editor.setAccessibleDescription(text);
+  if (text.isEmpty()) return;
+  QAccessibleEvent event(&label, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
+  QWidget* window = label.window();
+  if (!window->isVisible()) return;  // it takes the size it needs when it is shown
+  window->layout()->activate();
+  window->resize(
+      window->size().expandedTo({window->width(), window->layout()->totalHeightForWidth(window->width())}));
+}
+
+EditorDialog::EditorDialog(const TextTable& texts, const std::string& title, QWidget* parent)
+    : QDialog(parent), texts_(texts), rows_(new QVBoxLayout(this)) {
+  setWindowTitle(ToQt(title));
+}
+
+QString EditorDialog::Text(std::string_view key, const std::vector<std::string>& parameters) const {
+  return ToQt(texts_.Host(key, parameters));
+}
+
+QString EditorDialog::Caption(std::string_view key) const {
+  return Text(key).remove(u'&');
+}
+
+QLabel* EditorDialog::NewNote(std::string_view key) const {
+  auto* note = new QLabel(Text(key));
+  note->setTextFormat(Qt::PlainText);
+  note->setWordWrap(true);
+  return note;
+}
+
+QPushButton* EditorDialog::NewButton(std::string_view key, std::function<void()> action) {
+  auto* button = new QPushButton(Text(key));
+  button->setObjectName(ToQt(key));
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, std::move(action));
+  return button;
+}
+
+void EditorDialog::AddOkAndCancel() {
+  auto* buttons = new QDialogButtonBox;
+  rows_->addWidget(buttons);  // first: only a dialog's child can become its default button
+  auto* ok = buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
+  auto* cancel = buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  cancel->setAutoDefault(false);
+  ok->setDefault(true);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void EditorDialog::OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action) {
+  auto* shortcut = new QShortcut(keys, &widget);
+  shortcut->setContext(Qt::WidgetShortcut);
+  connect(shortcut, &QShortcut::activated, this, std::move(action));
+}
+
+bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<void()>& work) {
+  TellProblem(place, *this, {});
+  try {
+    work();
+    return true;
+  } catch (...) {
+    TellProblem(place, *this, Text(key, {CurrentFailure().Description()}));
+    return false;
+  }
+}
+
+void EditorDialog::reject() {
+  if (Changed() && !IsSure(texts_, FromQt(windowTitle()), DiscardQuestion(texts_), this)) return;
+  QDialog::reject();
+}
+
+void PrepareTable(QTableWidget& table, const QStringList& columns) {
+  table.setColumnCount(static_cast<int>(columns.size()));
+  table.setHorizontalHeaderLabels(columns);
+  table.setSelectionMode(QAbstractItemView::SingleSelection);
+  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table.setTabKeyNavigation(false);
+  table.setAlternatingRowColors(true);
+  table.setShowGrid(false);
+  table.verticalHeader()->hide();
+  table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() * 3 / 2);
+  table.horizontalHeader()->setHighlightSections(false);
+  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  table.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,59 @@
+// What the editors of categories, permissions, language tags and users share: OK and Cancel, the question
+// before changes are dropped, and problems told where they are.
+#pragma once
+
+#include <plovix/standalone/model/text_table.h>
+
+#include <QDialog>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QLabel;
+class QPushButton;
+class QTableWidget;
+class QVBoxLayout;
+
+namespace plovix::app {
+
+// A hidden label for a problem; it belongs to the layout that it is put into.
+[[nodiscard]] QLabel* NewProblemLabel();
+// Says `text` in the label and to whoever cannot see it; the window grows to show it. No text: no problem.
+void TellProblem(QLabel& label, QWidget& editor, const QString& text);
+
+class EditorDialog : public QDialog {
+ public:
+  // Whether Cancel would throw away something that was entered.
+  [[nodiscard]] virtual bool Changed() const = 0;
+
+  void reject() override;  // asks when something was changed
+
+ protected:
+  // `texts` outlives the dialog.
+  EditorDialog(const TextTable& texts, const std::string& title, QWidget* parent);
+
+  [[nodiscard]] const TextTable& Texts() const { return texts_; }
+  [[nodiscard]] QString Text(std::string_view key, const std::vector<std::string>& parameters = {}) const;
+  [[nodiscard]] QString Caption(std::string_view key) const;  // the text without its mnemonic
+  [[nodiscard]] QVBoxLayout* Rows() const { return rows_; }
+  [[nodiscard]] QLabel* NewNote(std::string_view key) const;
+  // Never the default button: Enter means OK, wherever the focus has been.
+  [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
+  // Below everything that is in Rows() by then.
+  void AddOkAndCancel();
+  // Keys of a table or list that hold while it has the focus.
+  void OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action);
+  // Does the work; a failure is told at `place` in the words of `key` with the failure's own. Gives back
+  // whether it succeeded.
+  bool Try(std::string_view key, QLabel& place, const std::function<void()>& work);
+
+ private:
+  const TextTable& texts_;
+  QVBoxLayout* rows_;
+};
+
+// A table that is edited as a whole: Tab leaves it, the first column takes the room that is left.
+void PrepareTable(QTableWidget& table, const QStringList& columns);
+
+}  // namespace plovix::app

@@ -1,0 +1,79 @@
+#include "editor_samples.h"
+
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_tables.h>
+
+#include "category_dialog.h"
+#include "permission_dialog.h"
+#include "tag_dialog.h"
+#include "tag_texts_dialog.h"
+#include "users_dialog.h"
+
+namespace plovix::app {
+namespace {
+
+// Keeps nothing: a picture changes nothing.
+class SampleTables final : public HostTables {
+ public:
+  std::vector<UserRecord> Users() override {
+    return {{.id = "anna", .name = "Anna Berg", .administrator = true, .groups = {"Accounting"}},
+            {.id = "ben",
+             .name = "Ben Roux",
+             .groups = {"Accounting", "Sales"},
+             .edit_categories = true,
+             .create_personal = true},
+            {.id = "night", .name = "", .groups = {}}};
+  }
+  void SaveUsers(const std::vector<UserRecord>& /*users*/) override {}
+  std::vector<TagRecord> Tags() override {
+    return {{"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}},
+            {"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}},
+            {"task.cleanup.name", {{"en", "Nightly clean-up"}}},
+            {"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}}};
+  }
+  void SaveTag(const TagRecord& /*tag*/) override {}
+};
+
+std::vector<std::string> LanguageCodes() {
+  std::vector<std::string> codes;
+  for (const auto& [code, json] : EmbeddedLanguages()) codes.push_back(code);
+  return codes;
+}
+
+}  // namespace
+
+void PictureEditors(const TextTable& texts,
+                    const std::function<void(QWidget& editor, const std::string& name)>& save) {
+  SampleTables tables;
+  const std::vector<CategoryRecord> categories = {
+      {"Accounting", true}, {"Reports", true}, {"Drafts", false}, {"reports", true}};
+  CategorySource source;
+  source.known = {"Maintenance", "Sales"};
+  source.text_of = [](const std::string& tag) { return tag; };
+  CategoryDialog categories_editor(texts, categories, source, nullptr);
+  categories_editor.accept();  // shows what is wrong: a text stands twice
+  save(categories_editor, "Categories");
+
+  const PermissionSet permissions = {{.subject = "ben", .view = true, .run = true, .edit = true},
+                                     {.subject = "Sales", .is_group = true, .view = true, .run = true},
+                                     {.subject = "carla", .view = true}};
+  PermissionDialog permissions_editor(texts, "Month-end reports", permissions, tables, nullptr);
+  save(permissions_editor, "Permissions");
+  PermissionDialog nobody(texts, "Month-end reports", {}, tables, nullptr);
+  save(nobody, "PermissionsNobody");
+
+  TagDialog tags(texts, "task.monthend.name", {"text.reports"}, tables, LanguageCodes(), texts.code, nullptr);
+  save(tags, "Tags");
+  TagTextsDialog tag(
+      texts, {}, tables, LanguageCodes(), texts.code, [](const std::string& /*name*/) { return false; },
+      nullptr);
+  tag.accept();  // shows what is missing
+  save(tag, "TagTexts");
+
+  UsersDialog users(texts, tables, "ben", nullptr);
+  save(users, "Users");
+  UsersDialog administrator(texts, tables, "anna", nullptr);
+  save(administrator, "UsersAdministrator");
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,16 @@
+// The editors of categories, permissions, language tags and users with sample content, for the pictures.
+#pragma once
+
+#include <plovix/standalone/model/text_table.h>
+
+#include <QWidget>
+#include <functional>
+#include <string>
+
+namespace plovix::app {
+
+// Calls `save` with each editor in turn, in the states that pictures show; nothing stays open.
+void PictureEditors(const TextTable& texts,
+                    const std::function<void(QWidget& editor, const std::string& name)>& save);
+
+}  // namespace plovix::app

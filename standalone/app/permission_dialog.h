@@ -1,0 +1,53 @@
+// The editor of a permission set: which users and groups may view, run, edit and delete a task.
+#pragma once
+
+#include <plovix/standalone/model/host_tables.h>
+#include <plovix/standalone/model/permission_record.h>
+
+#include "editor_dialog.h"
+
+class QTableWidgetItem;
+
+namespace plovix::app {
+
+class AddField;
+
+class PermissionDialog final : public EditorDialog {
+ public:
+  // Offers the users of `tables` and their groups; fails as Users() does. Subjects of the set that are
+  // neither are shown as such and stay until they are removed.
+  PermissionDialog(const TextTable& texts, const std::string& title, const PermissionSet& permissions,
+                   HostTables& tables, QWidget* parent);
+
+  [[nodiscard]] const PermissionSet& Permissions() const { return permissions_; }
+  [[nodiscard]] bool Changed() const override;
+
+  void accept() override;  // first adds what is typed for adding
+
+ private:
+  struct Subject {
+    std::string id;
+    bool is_group = false;
+    QString text;
+  };
+
+  void ReadSubjects(HostTables& tables);
+  void BuildTable();
+  [[nodiscard]] QString TextOf(const PermissionRecord& line) const;
+  void AppendRow(const PermissionRecord& line);
+  void ShowChecks(int row);
+  void Toggled(const QTableWidgetItem& item);
+  QString Add(const QString& text);
+  void Remove();
+  // What is left to add, and what the set means as a whole.
+  void Update();
+
+  PermissionSet initial_, permissions_;  // a row of the table for each line
+  std::vector<Subject> subjects_;
+  QTableWidget* table_;
+  AddField* add_;
+  QPushButton* remove_;
+  QLabel* meaning_;
+};
+
+}  // namespace plovix::app

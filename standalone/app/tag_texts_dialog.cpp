@@ -1,0 +1,116 @@
+#include "tag_texts_dialog.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "qt_text.h"
+#include "tag_table_model.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kCharactersWide = 56;
+constexpr int kLinesOfText = 3;
+constexpr std::size_t kFieldsWithoutScrolling = 4;
+
+}  // namespace
+
+TagTextsDialog::TagTextsDialog(const TextTable& texts, const TagRecord& tag, HostTables& tables,
+                               const std::vector<std::string>& languages, const std::string& current,
+                               IsTaken is_taken, QWidget* parent)
+    : EditorDialog(texts, tag.tag.empty() ? texts.Host("tag.newTitle") : texts.Host("tag.editTitle"), parent),
+      initial_(tag),
+      tables_(tables),
+      current_(current),
+      is_taken_(std::move(is_taken)),
+      name_(new QLineEdit(ToQt(tag.tag))),
+      name_problem_(NewProblemLabel()),
+      problem_(NewProblemLabel()) {
+  BuildName(*Rows());
+  if (languages.size() > kFieldsWithoutScrolling) {
+    auto* area = new QScrollArea;
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(new QWidget);
+    auto* column = new QVBoxLayout(area->widget());
+    for (const std::string& language : languages) BuildField(*column, language);
+    Rows()->addWidget(area, 1);
+  } else {
+    for (const std::string& language : languages) BuildField(*Rows(), language);
+  }
+  Rows()->addWidget(problem_);
+  AddOkAndCancel();
+  if (!initial_.tag.empty() && !fields_.empty()) fields_.front().text->setFocus();
+}
+
+void TagTextsDialog::BuildName(QLayout& column) {
+  name_->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
+  name_->setAccessibleName(Caption("tag.name"));
+  name_->setReadOnly(!initial_.tag.empty());
+  auto* label = new QLabel(Text("tag.name"));
+  label->setBuddy(name_);
+  connect(name_, &QLineEdit::textChanged, this, [this] { TellProblem(*name_problem_, *name_, {}); });
+  for (QWidget* widget : std::initializer_list<QWidget*>{label, name_, name_problem_})
+    column.addWidget(widget);
+}
+
+void TagTextsDialog::BuildField(QBoxLayout& column, const std::string& language) {
+  const auto stored = initial_.texts.find(language);
+  const Field field{language,
+                    new QPlainTextEdit(stored == initial_.texts.end() ? QString() : ToQt(stored->second)),
+                    NewProblemLabel()};
+  field.text->setTabChangesFocus(true);
+  field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
+  field.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
+  field.text->setAccessibleName(LanguageName(language));
+  auto* label = new QLabel(
+      Text(language == current_ ? "tag.needed" : "tag.column.text", {FromQt(LanguageName(language))}));
+  label->setBuddy(field.text);
+  connect(field.text, &QPlainTextEdit::textChanged, this,
+          [field] { TellProblem(*field.problem, *field.text, {}); });
+  column.addWidget(label);
+  column.addWidget(field.text, 1);
+  column.addWidget(field.problem);
+  fields_.push_back(field);
+}
+
+TagRecord TagTextsDialog::Tag() const {
+  TagRecord tag = initial_;
+  tag.tag = FromQt(name_->isReadOnly() ? name_->text() : name_->text().trimmed());
+  for (const Field& field : fields_) {
+    const QString text = field.text->toPlainText();
+    if (text.trimmed().isEmpty()) {
+      tag.texts.erase(field.language);
+    } else {
+      tag.texts[field.language] = FromQt(text);
+    }
+  }
+  return tag;
+}
+
+bool TagTextsDialog::Check() {
+  const TagRecord tag = Tag();
+  if (initial_.tag.empty() && (tag.tag.empty() || is_taken_(tag.tag))) {
+    TellProblem(*name_problem_, *name_, Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
+    name_->setFocus();
+    name_->selectAll();
+    return false;
+  }
+  for (const Field& field : fields_) {
+    if (field.language != current_ || tag.texts.contains(current_)) continue;
+    TellProblem(*field.problem, *field.text, Text("tag.problem.text"));
+    field.text->setFocus();
+    return false;
+  }
+  return true;
+}
+
+void TagTextsDialog::accept() {
+  if (Check() && Try("tag.failed", *problem_, [this] { tables_.SaveTag(Tag()); })) QDialog::accept();
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,59 @@
+// The editor of the users and their rights.
+#pragma once
+
+#include <plovix/standalone/model/host_tables.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "editor_dialog.h"
+
+class QCheckBox;
+class QLineEdit;
+class QListWidget;
+
+namespace plovix::app {
+
+class UsersDialog final : public EditorDialog {
+ public:
+  // `session_user` is the id of who works with the program. Fails as Users() does. `tables` outlives the
+  // dialog.
+  UsersDialog(const TextTable& texts, HostTables& tables, std::string session_user, QWidget* parent);
+
+  [[nodiscard]] bool Changed() const override { return lines_ != initial_; }
+
+  void accept() override;  // stores the users all at once; stays open when that fails
+
+ private:
+  struct Line {
+    UserRecord user;
+    bool stored = false;  // its id is named by tasks and permissions
+    bool operator==(const Line&) const = default;
+  };
+
+  [[nodiscard]] QWidget* BuildList();
+  [[nodiscard]] QWidget* BuildFields();
+  [[nodiscard]] QLayout* BuildRights();
+  void Add();
+  void Remove();
+  void ShowUser();
+  void ShowRights();
+  void Edited();
+  void AdministratorClicked(bool checked);
+  [[nodiscard]] Line& Current();
+  [[nodiscard]] bool IsLastAdministrator() const;
+  // Why the id of a row cannot stay; nothing when it can.
+  [[nodiscard]] QString IdProblem(int row) const;
+
+  HostTables& tables_;
+  std::string session_user_;
+  std::vector<Line> initial_, lines_;  // a row of the list for each
+  QListWidget* list_;
+  QLineEdit *id_, *name_, *groups_;
+  QCheckBox* administrator_;
+  std::array<QCheckBox*, 5> rights_{};
+  QLabel *remove_problem_, *id_problem_, *id_note_, *administrator_problem_, *save_problem_;
+};
+
+}  // namespace plovix::app

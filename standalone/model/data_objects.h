@@ -1,0 +1,111 @@
+// The stand-alone host's objects behind data objects, their catalogue, handles and the query builder.
+#pragma once
+
+#include <plovix/host/query_builder.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "data_source.h"
+
+namespace plovix {
+
+class DataObjectObject;
+struct HostState;
+
+// Numbers for objects that are asked for one, in that order; knows those that live.
+class HandleTable {
+ public:
+  [[nodiscard]] std::int32_t Add(const std::weak_ptr<DataObjectObject>& object);
+  void Remove(std::int32_t handle) { objects_.erase(handle); }
+  // Nothing when there is none.
+  [[nodiscard]] std::shared_ptr<DataObjectObject> Find(std::int32_t handle) const;
+
+ private:
+  std::map<std::int32_t, std::weak_ptr<DataObjectObject>> objects_;
+  std::int32_t last_ = 0;
+};
+
+class FieldSourceObject final : public FieldSource {
+ public:
+  explicit FieldSourceObject(DataObjectRecord object) : object_(std::move(object)) {}
+  [[nodiscard]] const DataObjectRecord& Object() const noexcept { return object_; }
+
+ private:
+  DataObjectRecord object_;
+};
+
+class DataObjectObject final : public DataObject, public std::enable_shared_from_this<DataObjectObject> {
+ public:
+  DataObjectObject(std::shared_ptr<HandleTable> handles, DataObjectRecord record)
+      : handles_(std::move(handles)), record_(std::move(record)) {}
+  ~DataObjectObject() override;
+  DataObjectObject(const DataObjectObject&) = delete;
+  DataObjectObject& operator=(const DataObjectObject&) = delete;
+
+  [[nodiscard]] const DataObjectRecord& Record() const noexcept { return record_; }
+  [[nodiscard]] std::string Name() override;
+  [[nodiscard]] std::string Caption() override;
+  [[nodiscard]] std::string Key() override;
+  [[nodiscard]] std::int32_t Handle() override;
+  [[nodiscard]] std::shared_ptr<FieldSource> Fields() override;
+
+ private:
+  std::shared_ptr<HandleTable> handles_;
+  DataObjectRecord record_;
+  std::int32_t handle_ = 0;  // 0: not asked for yet
+};
+
+struct DataObjectsObject final : DataObjectCollection {
+  [[nodiscard]] std::int32_t Count() override;
+  [[nodiscard]] std::shared_ptr<DataObject> Item(std::int32_t index) override;
+
+  std::vector<std::shared_ptr<DataObjectObject>> items;
+};
+// The identifiers of the action kinds.
+struct DesignerObjectsObject final : ObjectCollection {
+  std::vector<std::string> kinds;
+};
+
+class CatalogObject final : public DataObjectCatalog {
+ public:
+  explicit CatalogObject(HostState& state) : state_(state) {}
+  [[nodiscard]] std::shared_ptr<DataObject> Find(const std::string& name) override;
+
+ private:
+  HostState& state_;
+};
+
+class LoaderObject final : public ObjectLoader {
+ public:
+  explicit LoaderObject(HostState& state) : state_(state) {}
+  [[nodiscard]] std::shared_ptr<DataObjectCollection> LoadDataObjects() override;
+  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override;
+
+ private:
+  HostState& state_;
+};
+
+class QueryDefinitionObject final : public QueryDefinition {
+ public:
+  [[nodiscard]] std::string Text() override;
+  void SetText(const std::string& new_text) override;
+
+  std::string text;  // the host's own view, not gated
+};
+
+class QueryBuilderObject final : public QueryBuilder {
+ public:
+  explicit QueryBuilderObject(HostState& state) : state_(state) {}
+  // Fails with 13 on a definition or a source that this host did not make.
+  [[nodiscard]] bool Show(const std::shared_ptr<QueryDefinition>& definition,
+                          const std::shared_ptr<FieldSource>& source) override;
+
+ private:
+  HostState& state_;
+};
+
+}  // namespace plovix

@@ -1,0 +1,328 @@
+// The editors of categories, permissions, language tags and users, driven by keyboard, and the rule of what a
+// user may do with a task.
+#include <gmock/gmock.h>
+#include <plovix/controls/failure.h>
+#include <plovix/host/host_application.h>
+#include <plovix/standalone/app/category_dialog.h>
+#include <plovix/standalone/app/permission_dialog.h>
+#include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/tag_dialog.h>
+#include <plovix/standalone/app/users_dialog.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/task_access.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+
+namespace plovix::app {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class FakeTables final : public HostTables {
+ public:
+  std::vector<UserRecord> Users() override { return users; }
+  void SaveUsers(const std::vector<UserRecord>& changed) override {
+    if (fail) throw Failure(failure_number::kInvalidCall, "The disk is full.");
+    users = changed;
+  }
+  std::vector<TagRecord> Tags() override { return tags; }
+  void SaveTag(const TagRecord& tag) override {
+    if (fail) throw Failure(failure_number::kInvalidCall, "The disk is full.");
+    tags.push_back(tag);
+  }
+  std::vector<UserRecord> users{
+      {.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
+      {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}};
+  std::vector<TagRecord> tags;
+  bool fail = false;
+};
+
+class EditorTest : public testing::Test {
+ protected:
+  void Show(QDialog& dialog) {
+    dialog_ = &dialog;
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  }
+  // Keys to whatever has the focus, as a person types them.
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(dialog_->focusWidget(), key, modifiers);
+  }
+  void Type(const char* text) { QTest::keyClicks(dialog_->focusWidget(), text); }
+  template <class Widget>
+  [[nodiscard]] Widget* Find() {
+    return dialog_->findChild<Widget*>();
+  }
+  // What the dialog's visible labels say.
+  [[nodiscard]] std::string Told() {
+    QString told;
+    for (const QLabel* label : dialog_->findChildren<QLabel*>()) {
+      if (label->isVisible()) told += label->text() + u'\n';
+    }
+    return FromQt(told);
+  }
+  // Alt with the letter; a button is pressed a moment later.
+  void Mnemonic(Qt::Key key) {
+    Key(key, Qt::AltModifier);
+    const auto buttons = dialog_->findChildren<QAbstractButton*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return std::ranges::none_of(buttons, &QAbstractButton::isDown); }));
+  }
+  // Answers the next dialog that `dialog_` opens.
+  void Answer(std::function<void(QWidget* box)> answer) {
+    auto* timer = new QTimer(dialog_);
+    QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
+      QWidget* box = QApplication::activeModalWidget();
+      if (box == nullptr || !box->isActiveWindow()) return;
+      timer->stop();
+      answer(box);
+    });
+    timer->start(1);
+  }
+  void ExpectEveryElementNamed() {
+    for (QWidget* widget : dialog_->findChildren<QWidget*>()) {
+      if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus)) continue;
+      EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
+          << widget->metaObject()->className();
+    }
+  }
+
+  TextTable texts_ = LoadLanguage("en");
+  FakeTables tables_;
+  QDialog* dialog_ = nullptr;
+};
+
+TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
+  CategorySource source;
+  source.known = {"Stock"};
+  source.text_of = [](const std::string& tag) { return tag; };
+  source.tag_for_text = [](const std::string& old_tag, const std::string& text) {
+    return old_tag + ">" + text;
+  };
+  CategoryDialog dialog(texts_, {{"Sales", true}, {"Old", false}, {"Post", true}}, source, nullptr);
+  Show(dialog);
+  ExpectEveryElementNamed();
+  EXPECT_FALSE(dialog.Changed());
+  Key(Qt::Key_Space);
+  Key(Qt::Key_Down, Qt::AltModifier);
+  Key(Qt::Key_Up);
+  Key(Qt::Key_F2);
+  Type("sales");
+  Key(Qt::Key_Return);
+  QTest::qWait(0);
+  EXPECT_THAT(Told(), HasSubstr("\"sales\" is in the list already"));
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(dialog.isVisible()) << "two categories of one name";
+  Find<QTableWidget>()->setCurrentCell(0, 0);
+  Key(Qt::Key_F2);
+  Type("Invoices");
+  Key(Qt::Key_Return);
+  QTest::qWait(0);
+  EXPECT_TRUE(dialog.isVisible()) << "Enter in a cell only ends the cell";
+  Find<QTableWidget>()->setCurrentCell(2, 0);
+  Key(Qt::Key_Delete);
+  Mnemonic(Qt::Key_N);
+  Type("INVOICES");
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("\"INVOICES\" is in the list already"));
+  Type("Stock");
+  Key(Qt::Key_Return);
+  Type("last");
+  QTest::keyClick(&dialog, Qt::Key_Return);  // what is typed is not lost
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_THAT(dialog.Categories(),
+              ElementsAre(CategoryRecord{"Old>Invoices", false}, CategoryRecord{"Sales", false},
+                          CategoryRecord{">Stock", true}, CategoryRecord{">last", true}));
+}
+
+TEST_F(EditorTest, CategoriesInTagsComeFromTheTagEditor) {
+  std::vector<std::optional<std::string>> chosen = {std::nullopt, "t.b", "t.A2", "t.c"};
+  std::vector<std::string> opened;
+  CategorySource source;
+  source.tagged = true;
+  source.text_of = [](const std::string& tag) { return tag == "t.A2" ? std::string("T.A") : tag; };
+  source.edit_tag = [&](const std::string& tag, const std::vector<std::string>& /*known*/) {
+    if (opened.size() == chosen.size()) throw Failure(failure_number::kInvalidCall, "No tags today.");
+    opened.push_back(tag);
+    return chosen.at(opened.size() - 1);
+  };
+  CategoryDialog dialog(texts_, {{"t.a", true}}, source, nullptr);
+  Show(dialog);
+  Mnemonic(Qt::Key_A);
+  EXPECT_FALSE(dialog.Changed()) << "the tag editor was cancelled";
+  Mnemonic(Qt::Key_A);
+  Mnemonic(Qt::Key_A);
+  EXPECT_THAT(Told(), HasSubstr("\"T.A\" is in the list already"));
+  Key(Qt::Key_F2);
+  Mnemonic(Qt::Key_A);
+  EXPECT_THAT(Told(), HasSubstr("No tags today."));
+  Key(Qt::Key_Return);
+  EXPECT_THAT(opened, ElementsAre("", "", "", "t.b"));
+  EXPECT_THAT(dialog.Categories(), ElementsAre(CategoryRecord{"t.a", true}, CategoryRecord{"t.c", true}));
+}
+
+TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
+  PermissionDialog dialog(
+      texts_, "Backup", {{.subject = "gone", .is_group = true, .view = true, .run = true}}, tables_, nullptr);
+  Show(dialog);
+  ExpectEveryElementNamed();
+  EXPECT_THAT(FromQt(Find<QTableWidget>()->item(0, 0)->text()), HasSubstr("Group gone (nobody"));
+  Key(Qt::Key_Space);
+  EXPECT_THAT(dialog.Permissions(), ElementsAre(PermissionRecord{.subject = "gone", .is_group = true}));
+  EXPECT_THAT(Told(), HasSubstr("Nobody but administrators"));
+  Key(Qt::Key_Delete);
+  EXPECT_TRUE(dialog.Permissions().empty());
+  Mnemonic(Qt::Key_U);
+  Type("carla");
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("no user or group \"carla\""));
+  Find<QLineEdit>()->clear();
+  Type("group stock");
+  Key(Qt::Key_Return);
+  Type("ben");
+  Key(Qt::Key_Return);
+  Find<QTableWidget>()->setFocus();
+  Key(Qt::Key_Space);
+  for (const int steps : {3, 0}) {  // delete, checked and unchecked
+    for (int i = 0; i < steps; ++i) Key(Qt::Key_Right);
+    Key(Qt::Key_Space);
+    EXPECT_EQ(dialog.Permissions().at(1),
+              (PermissionRecord{.subject = "ben", .view = true, .erase = steps != 0}));
+  }
+  Answer([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+  Key(Qt::Key_Escape);
+  EXPECT_TRUE(dialog.isVisible()) << "Esc asks first, Esc in the question goes on";
+  Key(Qt::Key_Return);
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.Permissions().at(0),
+            (PermissionRecord{.subject = "Stock", .is_group = true, .view = true}));
+}
+
+TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
+  for (int i = 0; i < 3000; ++i) tables_.tags.push_back({"t" + std::to_string(i), {{"en", "x"}}});
+  tables_.tags.at(1234).texts["fr"] = "Été (1)";
+  TagDialog dialog(texts_, "t7", {"t9"}, tables_, {"en", "fr"}, "en", nullptr);
+  Show(dialog);
+  ExpectEveryElementNamed();
+  Key(Qt::Key_Return);
+  EXPECT_EQ(dialog.Tag(), "t7");
+  Show(dialog);
+  Find<QLineEdit>()->setFocus();
+  Type("nowhere");
+  EXPECT_THAT(Told(), HasSubstr("No tag matches"));
+  Key(Qt::Key_Escape);
+  QTest::keyClicks(dialog.focusWidget(), QStringLiteral("été (").toUpper());
+  EXPECT_THAT(FromQt(Find<QPlainTextEdit>()->toPlainText()), HasSubstr("Français: Été (1)"));
+  Key(Qt::Key_Return);
+  EXPECT_EQ(dialog.Tag(), "t1234");
+  Show(dialog);
+  tables_.fail = true;
+  Answer([this](QWidget* box) {
+    const auto type = [box](const char* text) {
+      QTest::keyClicks(box->focusWidget(), text);
+      QTest::keyClick(box, Qt::Key_Return);
+    };
+    const auto told = [&] { return FromQt(box->focusWidget()->accessibleDescription()); };
+    type("");
+    EXPECT_THAT(told(), HasSubstr("enter a name"));
+    type("T9");
+    EXPECT_THAT(told(), HasSubstr("of this name already"));
+    type("made");
+    EXPECT_THAT(told(), HasSubstr("enter the text in this language"));
+    type("Made");
+    EXPECT_THAT(FromQt(box->accessibleDescription()), HasSubstr("The disk is full."));
+    tables_.fail = false;
+    type("");
+  });
+  Mnemonic(Qt::Key_N);
+  EXPECT_EQ(tables_.tags.back(), (TagRecord{"made", {{"en", "Made"}}}));
+  Key(Qt::Key_Return);
+  EXPECT_EQ(dialog.Tag(), "made");
+}
+
+TEST_F(EditorTest, UsersKeepAnAdministratorAndAreSavedTogether) {
+  UsersDialog dialog(texts_, tables_, "anna", nullptr);
+  Show(dialog);
+  ExpectEveryElementNamed();
+  Key(Qt::Key_Delete);
+  EXPECT_THAT(Told(), HasSubstr("cannot remove yourself"));
+  Mnemonic(Qt::Key_D);
+  EXPECT_THAT(Told(), HasSubstr("There must be an administrator"));
+  EXPECT_FALSE(dialog.Changed());
+  Mnemonic(Qt::Key_A);
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("Please enter an id."));
+  Type("ben");
+  EXPECT_THAT(Told(), HasSubstr("Another user has this id"));
+  Type("no");
+  Mnemonic(Qt::Key_G);
+  Type(" Stock,, New group ,");
+  Mnemonic(Qt::Key_P);
+  Mnemonic(Qt::Key_D);
+  EXPECT_FALSE(Find<QGroupBox>()->findChild<QCheckBox*>()->isEnabled());
+  EXPECT_TRUE(Find<QGroupBox>()->findChild<QCheckBox*>()->isChecked()) << "an administrator has every right";
+  Find<QListWidget>()->setCurrentRow(1);
+  Find<QListWidget>()->setFocus();
+  Key(Qt::Key_Delete);
+  Find<QListWidget>()->setCurrentRow(0);
+  Mnemonic(Qt::Key_D);  // another one is administrator now
+  tables_.fail = true;
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("The disk is full."));
+  tables_.fail = false;
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_THAT(tables_.users, ElementsAre(UserRecord{.id = "anna", .name = "Anna", .groups = {"Sales"}},
+                                         UserRecord{.id = "benno",
+                                                    .name = "",
+                                                    .administrator = true,
+                                                    .groups = {"New group", "Stock"},
+                                                    .create_personal = true}));
+}
+
+TEST(TaskAccess, FollowsOwnerPermissionsAndRights) {
+  const UserRecord root{.id = "root", .name = "", .administrator = true, .groups = {}};
+  const UserRecord anna{.id = "anna", .name = "", .groups = {"Sales"}, .create_shared = true};
+  const UserRecord sales{.id = "Sales", .name = "", .groups = {"Stock"}, .see_all_categories = true};
+  TaskRecord shared, personal, granted, closed;
+  personal.owner = "anna";
+  personal.permissions = PermissionSet{{.subject = "Sales", .view = true}};
+  granted.permissions = PermissionSet{{.subject = "anna", .run = true},
+                                      {.subject = "Sales", .is_group = true, .view = true},
+                                      {.subject = "Stock", .is_group = true, .edit = true, .erase = true}};
+  closed.permissions = PermissionSet{};
+  const std::vector<std::tuple<const UserRecord*, const TaskRecord*, std::string>> cases = {
+      {&root, &personal, "vred"}, {&root, &closed, "vred"}, {&anna, &personal, "vred"},
+      {&sales, &personal, ""},    {&anna, &shared, "vred"}, {&sales, &shared, "vr"},
+      {&anna, &granted, "vr"},    {&sales, &granted, "ed"}, {&anna, &closed, ""},
+      {&sales, &closed, ""}};
+  for (const auto& [user, task, expected] : cases) {
+    std::string allowed;
+    for (const auto& [right, letter] :
+         {std::pair{TaskRight::kView, 'v'}, std::pair{TaskRight::kRun, 'r'}, std::pair{TaskRight::kEdit, 'e'},
+          std::pair{TaskRight::kDelete, 'd'}}) {
+      if (May(*user, *task, right)) allowed += letter;
+    }
+    EXPECT_EQ(allowed, expected) << user->id << ": " << expected;
+  }
+  EXPECT_TRUE(HasRight(root, 1) && HasRight(root, kRightEditCategories));
+  EXPECT_TRUE(HasRight(sales, kRightSeeAllCategories));
+  EXPECT_FALSE(HasRight(sales, kRightEditCategories) || HasRight(sales, kRightGoOnWithLanguageTags) ||
+               HasRight(sales, 1));
+}
+
+}  // namespace
+}  // namespace plovix::app

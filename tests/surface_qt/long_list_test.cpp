@@ -1,0 +1,164 @@
+// Combo boxes with very many entries: which of them a search shows, what keys and the mouse do in the popup
+// and on the closed box, and how often a list that is being filled is drawn.
+#include <gtest/gtest.h>
+#include <plovix/designs/design.h>
+#include <plovix/surfaces/qt/entry_popup.h>
+#include <plovix/surfaces/qt/form_widget.h>
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QSignalSpy>
+#include <QTest>
+#include <map>
+
+namespace plovix::qt {
+namespace {
+
+constexpr int kMany = 1000;
+constexpr auto kTwoLists = MakeDesign("TwoLists",
+                                      {{"lblList", Kind::kLabel, "List"},
+                                       {"lst", Kind::kComboBox},
+                                       {"cbo", Kind::kComboBox, "", "", "", Style::kEditable}},
+                                      {"lblList lst", "cbo"});
+
+// A key by its sign, so that a case is a word.
+Qt::Key KeyOf(char sign) {
+  const std::map<char, Qt::Key> keys{{'d', Qt::Key_Down}, {'u', Qt::Key_Up},     {'p', Qt::Key_PageUp},
+                                     {'h', Qt::Key_Home}, {'e', Qt::Key_End},    {'t', Qt::Key_Tab},
+                                     {'4', Qt::Key_F4},   {'.', Qt::Key_Return}, {'x', Qt::Key_Escape}};
+  return keys.at(sign);
+}
+
+class LongListTest : public testing::Test, private UserListener {
+ protected:
+  static void Fill(ComboBox& list) {
+    for (int i = 0; i < kMany - 2; ++i) list.AddItem("entry " + std::to_string(i));
+    for (const char* text : {"Ärger & 😀", "Beta"}) list.AddItem(text);
+  }
+  void Open() {
+    for (ComboBox* list : {&lst, &cbo}) {
+      list->On(Event::kClick, [this] { events += "Click "; });
+      list->On(Event::kDropDown, [this] { events += "DropDown "; });
+    }
+    page.show();
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    page.WidgetOf("lst")->setFocus();
+  }
+  [[nodiscard]] QComboBox& Box(const char* name = "lst") const {
+    return dynamic_cast<QComboBox&>(*page.WidgetOf(name));
+  }
+  [[nodiscard]] static QWidget* Popup() {
+    return dynamic_cast<EntryPopup*>(QApplication::activePopupWidget());
+  }
+  [[nodiscard]] static QString Note() { return Popup()->findChild<QLabel*>()->text(); }
+
+  std::shared_ptr<Form> form = std::make_shared<Form>(kTwoLists.View());
+  ComboBox& lst = dynamic_cast<ComboBox&>(form->Get("lst"));
+  ComboBox& cbo = dynamic_cast<ComboBox&>(form->Get("cbo"));
+  std::string events;
+  User user{*this};
+  FormWidget page{form, user, {}, nullptr, {.more = [](auto& count) { return "and " + count; }}};
+
+ private:
+  void EventFailed(const Failure& /*failure*/, std::string_view procedure) override {
+    ADD_FAILURE() << procedure;
+  }
+  void EventBegins() override {}
+  void EventEnds() override {}
+};
+
+TEST_F(LongListTest, ASearchShowsTheBestMatchAmongItsNeighbours) {
+  for (const char* text : {"a river", "Riverside", "RIVER", "die Öse", "öse", "x"}) lst.AddItem(text);
+  lst.Select(4);
+  using Shown = std::tuple<std::vector<int>, int, int>;  // entries, the row in question, hidden ones
+  const std::vector<std::tuple<const char*, std::optional<int>, Shown>> cases{
+      {"river", {}, {{1, 2}, 1, 1}}, {"rivers", {}, {{1}, 0, 0}},  {"ÖSE", {}, {{3, 4}, 1, 0}},
+      {"river", 0, {{0, 1}, 0, 1}},  {"river", 9, {{1, 2}, 1, 1}}, {"y", {}, {{}, -1, 0}},
+      {"y", 0, {{}, -1, 0}},         {"", {}, {{3, 4}, 1, 4}}};
+  for (const auto& [typed, around, shown] : cases) {
+    const Matches found = FindMatches(lst, QString::fromUtf8(typed), around, 2);
+    EXPECT_EQ(Shown(found.entries, found.row, found.hidden), shown) << typed;
+  }
+}
+
+TEST_F(LongListTest, KeysChooseOrCloseWithoutChoosing) {
+  Fill(lst);
+  Open();
+  constexpr int kNone = -1;
+  const std::vector<std::tuple<const char*, std::string, int>> cases{{"", ".", 500},
+                                                                     {"", "d.", 501},
+                                                                     {"", "u.", 499},
+                                                                     {"", "h.", 0},
+                                                                     {"", "e.", 999},
+                                                                     {"ÄRGER", ".", 998},
+                                                                     {"Y 99", ".", 99},
+                                                                     {"Y 99", "e.", 997},
+                                                                     {"no", ".x", kNone},
+                                                                     {"", "dx", kNone},
+                                                                     {"", "t", kNone},
+                                                                     {"", "4", kNone},
+                                                                     {"", std::string(150, 'd') + '.', 650},
+                                                                     {"", std::string(60, 'p') + '.', 0}};
+  for (const auto& [typed, keys, chosen] : cases) {
+    lst.Select(500);
+    events.clear();
+    QTest::keyClick(&Box(), Qt::Key_Down, Qt::AltModifier);
+    ASSERT_NE(Popup(), nullptr);
+    auto* field = Popup()->findChild<QLineEdit*>();
+    field->setText(QString::fromUtf8(typed));
+    for (const char key : keys) QTest::keyClick(field, KeyOf(key));
+    EXPECT_EQ(Popup(), nullptr) << typed << keys;
+    EXPECT_EQ(events, chosen == kNone ? "DropDown " : "DropDown Click ") << typed << keys;
+    EXPECT_EQ(lst.Index(), chosen == kNone ? 500 : chosen) << typed << keys;
+  }
+  QTest::keyClick(&Box(), Qt::Key_B);  // on the closed box
+  EXPECT_EQ(lst.Text(), "Beta");
+}
+
+TEST_F(LongListTest, TheMouseOpensChoosesAndCloses) {
+  Fill(cbo);
+  cbo.SetText("typed");
+  Open();
+  QComboBox& box = Box("cbo");
+  QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(box.width() - 5, 8));
+  ASSERT_NE(Popup(), nullptr);
+  QTest::mousePress(Popup(), Qt::LeftButton, {}, Popup()->mapFromGlobal(box.mapToGlobal(QPoint(8, 8))));
+  EXPECT_EQ(Popup(), nullptr);
+  EXPECT_EQ(events + cbo.Text(), "DropDown typed");
+  box.showPopup();
+  auto* list = Popup()->findChild<QListView*>();
+  EXPECT_FALSE(list->currentIndex().isValid());
+  const QPoint third = list->visualRect(list->model()->index(2, 0)).center();
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, third);
+  EXPECT_EQ(events + box.currentText().toStdString(), "DropDown DropDown Click entry 2");
+}
+
+TEST_F(LongListTest, AListThatIsBeingFilledIsDrawnOnce) {
+  Open();
+  const QSignalSpy drawn(Box().model(), &QAbstractItemModel::rowsInserted);
+  Fill(lst);
+  EXPECT_EQ(drawn.count(), 0);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(std::tuple(drawn.count(), Box().count(), Box().currentIndex()), std::tuple(1, kMany, -1));
+  lst.AddItem("last");
+  lst.Select(kMany);  // shows at once
+  EXPECT_EQ(Box().currentText(), "last");
+  lst.Clear();
+  EXPECT_EQ(Box().currentText(), "");
+  lst.On(Event::kDropDown, [&] { Fill(lst); });
+  Box().showPopup();
+  ASSERT_NE(Popup(), nullptr);
+  EXPECT_EQ(drawn.count(), 3);
+  EXPECT_EQ(Note(), "and 800");
+  QAccessibleInterface* list = QAccessible::queryAccessibleInterface(Popup()->findChild<QListView*>());
+  EXPECT_EQ(std::pair(list->role(), list->childCount()), std::pair(QAccessible::List, 200));
+  EXPECT_EQ(list->text(QAccessible::Name) + list->child(1)->text(QAccessible::Name), "Listentry 1");
+  Popup()->findChild<QLineEdit*>()->setText("nowhere");
+  EXPECT_EQ(Note(), "No entry contains this text");
+  lst.SetEnabled(false);
+  EXPECT_EQ(Popup(), nullptr);
+}
+
+}  // namespace
+}  // namespace plovix::qt
