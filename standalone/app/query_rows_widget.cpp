@@ -27,7 +27,6 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
       matching_(new QRadioButton(ToQt(texts.Host("query.matching")))),
       join_(NewJoinChoice(texts, Join::kAll)),
       area_(new QScrollArea),
-      column_(nullptr),
       add_condition_(new QPushButton(ToQt(texts.Host("query.add")))),
       add_group_(new QPushButton(ToQt(texts.Host("query.addGroup")))) {
   auto* rows = new QVBoxLayout(this);
@@ -67,7 +66,7 @@ void QueryRowsWidget::BuildButtons() {
   for (QPushButton* button : {add_condition_, add_group_}) {
     button->setAutoDefault(false);
     line->addWidget(button);
-    connect(button, &QPushButton::clicked, this, [this, button] { NewCondition(button == add_group_); });
+    connect(button, &QPushButton::clicked, this, [this, button] { GoToNewGroup(button == add_group_); });
   }
   line->addStretch();
   static_cast<QVBoxLayout*>(layout())->addLayout(line);
@@ -75,16 +74,18 @@ void QueryRowsWidget::BuildButtons() {
 
 // The conditions stay for whoever comes back to them.
 void QueryRowsWidget::Choose(bool all_records) {
-  if (!all_records && groups_.empty()) return NewCondition(false);
+  if (!all_records && groups_.empty()) NewGroup(false);
   Edited();
 }
 
-void QueryRowsWidget::NewCondition(bool boxed) {
-  const Condition condition = QueryConditionRow::NewCondition(fields_);
-  QueryGroupWidget* group = AddGroup({Join::kAny, {condition}}, boxed);
+QueryGroupWidget* QueryRowsWidget::NewGroup(bool boxed) {
+  return AddGroup({Join::kAny, {QueryConditionRow::NewCondition(fields_)}}, boxed);
+}
+
+void QueryRowsWidget::GoToNewGroup(bool boxed) {
+  QueryGroupWidget* group = NewGroup(boxed);
   Edited();
-  QWidget* first = group->Rows().front()->TabStops().front();
-  first->setFocus();
+  group->Rows().front()->TabStops().front()->setFocus();
   layout()->activate();
   area_->widget()->layout()->activate();
   area_->ensureWidgetVisible(group);

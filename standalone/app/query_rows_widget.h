@@ -40,7 +40,8 @@ class QueryRowsWidget final : public QWidget {
   void Choose(bool all_records);
   QueryGroupWidget* AddGroup(const Group& group, bool boxed);
   void RemoveGroup(QueryGroupWidget* group);
-  void NewCondition(bool boxed);
+  QueryGroupWidget* NewGroup(bool boxed);  // with a condition to fill in
+  void GoToNewGroup(bool boxed);
   void Clear();
   void Edited();
   void UpdateState();
@@ -52,7 +53,7 @@ class QueryRowsWidget final : public QWidget {
   QRadioButton *all_, *matching_;
   QComboBox* join_;
   QScrollArea* area_;
-  QVBoxLayout* column_;
+  QVBoxLayout* column_ = nullptr;
   QPushButton *add_condition_, *add_group_;
   std::vector<QueryGroupWidget*> groups_;
   bool in_use_ = true;
