@@ -128,7 +128,7 @@ void ActionDialog::AddField(const ActionField& info) {
   const QString value = ToQt(action_.settings[std::string(info.key)]);
   auto* column = new QVBoxLayout;
   auto* line = new QHBoxLayout;
-  if (info.type == SettingType::kMultiLine) {
+  if (info.type == ActionFieldType::kMultiLine) {
     field.text = new QPlainTextEdit(value);
     field.text->setTabChangesFocus(true);
     field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
@@ -136,7 +136,7 @@ void ActionDialog::AddField(const ActionField& info) {
     field.line = new QLineEdit(value);
   }
   line->addWidget(field.Editor());
-  if (info.type == SettingType::kFile || info.type == SettingType::kFolder)
+  if (info.type == ActionFieldType::kFile || info.type == ActionFieldType::kFolder)
     field.browse = AddBrowseButton(field, line);
   field.problem = new QLabel;
   field.problem->setTextFormat(Qt::PlainText);
@@ -168,7 +168,8 @@ QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
 void ActionDialog::Browse(const Field& field) {
   const QString caption = WithoutMnemonic(Text(field.info->caption));
   QFileDialog dialog(this, caption, field.line->text());
-  dialog.setFileMode(field.info->type == SettingType::kFolder ? QFileDialog::Directory : QFileDialog::AnyFile);
+  dialog.setFileMode(field.info->type == ActionFieldType::kFolder ? QFileDialog::Directory
+                                                                  : QFileDialog::AnyFile);
   dialog.setLabelText(QFileDialog::Accept, Text("button.ok"));
   if (dialog.exec() == QDialog::Accepted) field.line->setText(dialog.selectedFiles().constFirst());
 }

@@ -3,6 +3,7 @@
 
 #include <plovix/component/page_registry.h>
 #include <plovix/standalone/model/host_state.h>
+#include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/model/task_storage.h>
 #include <plovix/standalone/schedule/zone.h>
 
@@ -13,7 +14,10 @@ struct AppParts {
   HostState& state;
   const PageRegistry& registry;
   TaskStorage& storage;
-  Zone zone = Zone::Local();  // in which tasks run
+  HostTables& tables;
+  UserRecord& user;                  // who works with the program
+  std::shared_ptr<DataSource> data;  // as it is, without stand-ins; never nothing
+  Zone zone = Zone::Local();         // in which tasks run
 
   [[nodiscard]] std::string Text(std::string_view key,
                                  const std::vector<std::string>& parameters = {}) const {

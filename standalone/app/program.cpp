@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -15,6 +16,7 @@
 #include <iostream>
 
 #include "application.h"
+#include "program_host.h"
 #include "program_options.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
@@ -54,17 +56,19 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
 
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
 int RunScriptFile(const ProgramOptions& options) {
-  std::unique_ptr<TaskStorage> storage;
-  if (options.database) {
-    storage = std::make_unique<SqliteStorage>(*options.database);
-  } else {
-    storage = std::make_unique<MemoryStorage>();
-  }
+  MemoryStorage memory;
+  std::unique_ptr<SqliteStorage> file_storage;
   const bool from_input = *options.script == "-";
-  const ScriptOptions script{.storage = storage.get(),
-                             .texts = ChosenLanguage(options),
-                             .interactive = from_input && isatty(STDIN_FILENO) == 1,
-                             .source_name = *options.script};
+  ScriptOptions script{.storage = &memory,
+                       .texts = ChosenLanguage(options),
+                       .interactive = from_input && isatty(STDIN_FILENO) == 1,
+                       .source_name = *options.script};
+  if (options.database) {
+    file_storage = std::make_unique<SqliteStorage>(*options.database);
+    script.storage = file_storage.get();
+    script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
+  }
+  if (options.data) script.data = std::make_shared<SqliteDataSource>(*options.data);
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
   std::ifstream file(*options.script);
   if (!file) {
@@ -86,42 +90,32 @@ void SpeakLanguage(Application& application, const TextTable& texts, QTranslator
 }
 
 int RunWindows(Application& application, const ProgramOptions& options) {
-  HostState state;
-  state.texts = ChosenLanguage(options);
+  const TextTable texts = ChosenLanguage(options);
   QTranslator translator;
-  SpeakLanguage(application, state.texts, translator);
+  SpeakLanguage(application, texts, translator);
   qt::ApplyPalette(application, ChosenPalette(options));
-  QtDialogs dialogs(state.texts);
-  state.dialogs = &dialogs;
-  state.title = state.texts.Host("list.title");
-  state.path = FromQt(QCoreApplication::applicationDirPath());
-  state.decimal_separator = FromQt(QLocale().decimalPoint());
+  std::unique_ptr<ProgramHost> host;
+  std::string problem;
+  try {
+    host = std::make_unique<ProgramHost>(options, texts);
+  } catch (const Failure& failure) {
+    problem = failure.Description();
+  }
+  if (!host) {
+    const std::string text = texts.Host("program.startFailed", {problem});
+    std::cerr << "plovix: " << text << '\n';
+    Tell(texts, texts.Host("list.title"), text, nullptr);
+    return kFailed;
+  }
+  HostDialogs& dialogs = *host->Parts().state.dialogs;
   application.OnFailure([&dialogs](const Failure& failure, QObject* receiver) {
     const std::string where = FromQt(receiver->objectName());
     [[maybe_unused]] const auto answer = dialogs.Report(
         {failure.Number(), failure.Description(), "Plovix", receiver->metaObject()->className(), where, 0});
   });
-  std::unique_ptr<SqliteStorage> storage;
-  std::string problem;
-  try {
-    storage = std::make_unique<SqliteStorage>(options.database.value_or(DefaultDatabasePath()));
-  } catch (const Failure& failure) {
-    problem = failure.Description();
-  }
-  if (!storage) {
-    const std::string text = state.texts.Host("program.databaseFailed", {problem});
-    std::cerr << "plovix: " << text << '\n';
-    dialogs.MessageBox(text, message_box::kOkWarning, state.title);
-    return kFailed;
-  }
-  PageRegistry registry;
-  RegisterPages(registry);
-  InstallHost(state);
-  TaskListWindow window({state, registry, *storage});
+  TaskListWindow window(host->Parts());
   window.show();
-  const int status = QApplication::exec();
-  InstallServices({});
-  return status;
+  return QApplication::exec();
 }
 
 // What runs on a machine without a display: commands from standard input, on the user's own tasks.

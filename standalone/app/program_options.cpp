@@ -22,6 +22,10 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
   for (; word != words.end(); ++word) {
     if (*word == "--database") {
       options.database = value();
+    } else if (*word == "--data") {
+      options.data = value();
+    } else if (*word == "--user") {
+      options.user = value();
     } else if (*word == "--language") {
       options.language = value();
     } else if (*word == "--palette") {
@@ -43,9 +47,11 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
 }
 
 std::string Usage() {
-  return "plovix [--database FILE] [--language CODE|FILE.json] [--palette light|dark]\n"
-         "    opens the list of automated tasks\n"
-         "plovix script FILE|- [--database FILE] [--language CODE|FILE.json|ids]\n"
+  return "plovix [--database FILE] [--data FILE.sqlite] [--user ID] [--language CODE|FILE.json]\n"
+         "       [--palette light|dark]\n"
+         "    opens the list of automated tasks; without --data on sample data, without --user as\n"
+         "    the first administrator\n"
+         "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--language CODE|FILE.json|ids]\n"
          "    runs a script of the wizard; prints JSON Lines\n"
          "plovix --screenshots DIR\n"
          "    saves a picture of every page, window and dialog in every language, light and dark\n"

@@ -1,15 +1,19 @@
 #include "qt_dialogs.h"
 
 #include <plovix/host/host_application.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <vector>
 
+#include "category_dialog.h"
+#include "permission_dialog.h"
 #include "qt_text.h"
+#include "tag_dialog.h"
 
 namespace plovix::app {
 namespace {
@@ -107,29 +111,42 @@ ReportAction QtDialogs::Report(const FailureReport& report) {
 }
 
 std::optional<std::string> QtDialogs::EditTag(const std::string& tag,
-                                              const std::vector<std::string>& /*choices*/) {
-  QInputDialog dialog(QApplication::activeWindow());
-  dialog.setWindowTitle(ToQt(texts_.Host("tag.title")));
-  dialog.setLabelText(ToQt(texts_.Host("tag.label")));
-  dialog.setTextValue(ToQt(tag));
-  dialog.setOkButtonText(ToQt(texts_.Host("button.ok")));
-  dialog.setCancelButtonText(ToQt(texts_.Host("button.cancel")));
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  return FromQt(dialog.textValue());
+                                              const std::vector<std::string>& choices) {
+  std::vector<std::string> languages;
+  for (const auto& [code, json] : EmbeddedLanguages()) languages.emplace_back(code);
+  TagDialog dialog(texts_, tag, choices, *tables_, languages, texts_.code, QApplication::activeWindow());
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  ReadTags(state_, *tables_, texts_.code);  // what was edited is stored, whatever was chosen
+  return accepted ? std::optional(dialog.Tag()) : std::nullopt;
 }
 
 std::optional<std::vector<CategoryRecord>> QtDialogs::EditCategories(
-    const std::vector<CategoryRecord>& /*categories*/, bool /*tagged*/,
-    const std::vector<std::string>& /*known*/) {
-  return std::nullopt;
+    const std::vector<CategoryRecord>& categories, bool tagged, const std::vector<std::string>& known) {
+  const CategorySource source{
+      .tagged = tagged,
+      .known = known,
+      .text_of = [this](const std::string& tag) { return state_.TagText(tag); },
+      .tag_for_text = [this](const std::string& tag,
+                             const std::string& text) { return state_.TagForText(tag, text); },
+      .edit_tag = [this](const std::string& tag,
+                         const std::vector<std::string>& choices) { return EditTag(tag, choices); }};
+  CategoryDialog dialog(texts_, categories, source, QApplication::activeWindow());
+  if (dialog.exec() != QDialog::Accepted || dialog.Categories() == categories) return std::nullopt;
+  return dialog.Categories();
 }
+
 std::optional<std::string> QtDialogs::BuildQuery(const std::string& /*text*/,
                                                  const DataObjectRecord& /*object*/) {
   return std::nullopt;
 }
-std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& /*permissions*/,
-                                                        const std::string& /*title*/) {
-  return std::nullopt;
+// A task without a set keeps none as long as nobody is named: an empty set would shut everybody out.
+std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
+                                                        const std::string& title) {
+  PermissionDialog dialog(texts_, title, permissions.value_or(PermissionSet()), *tables_,
+                          QApplication::activeWindow());
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  if (!permissions && dialog.Permissions().empty()) return std::nullopt;
+  return dialog.Permissions();
 }
 
 void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent) {

@@ -1,7 +1,8 @@
 // The stand-alone host's dialogs as windows. Each box can also be made without being shown, for pictures.
 #pragma once
 
-#include <plovix/standalone/model/dialogs.h>
+#include <plovix/standalone/model/host_state.h>
+#include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/model/text_table.h>
 
 #include <memory>
@@ -14,8 +15,14 @@ namespace plovix::app {
 
 class QtDialogs final : public HostDialogs {
  public:
-  // `texts` outlives the dialogs.
-  explicit QtDialogs(const TextTable& texts) : texts_(texts) {}
+  // `state`, whose texts are shown, outlives the dialogs.
+  explicit QtDialogs(HostState& state) : state_(state), texts_(state.texts) {}
+  // To be called before a dialog on stored tables or on data is opened. `tables` outlives the dialogs; `data`
+  // is the data file.
+  void Use(HostTables& tables, std::string data) {
+    tables_ = &tables;
+    data_ = std::move(data);
+  }
 
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override;
   ReportAction Report(const FailureReport& report) override;
@@ -33,7 +40,10 @@ class QtDialogs final : public HostDialogs {
   [[nodiscard]] std::unique_ptr<QMessageBox> MakeReportBox(const FailureReport& report) const;
 
  private:
+  HostState& state_;
   const TextTable& texts_;
+  HostTables* tables_ = nullptr;
+  std::string data_;
 };
 
 // Tells something that only needs an OK.

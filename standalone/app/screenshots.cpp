@@ -2,6 +2,7 @@
 
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/surfaces/qt/theme.h>
 
@@ -11,6 +12,7 @@
 
 #include "action_dialog.h"
 #include "editor_samples.h"
+#include "import_report_dialog.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "task_list_window.h"
@@ -64,6 +66,13 @@ TaskRecord SampleTask() {
   return task;
 }
 
+ImportReport SampleReport() {
+  return {{"exchange.note.dataObject", {"invoices"}},
+          {"exchange.note.action", {"2", "send-mail"}},
+          {"exchange.note.user", {"anna"}},
+          {"exchange.note.tag", {"Accounting"}}};
+}
+
 // One language under one palette.
 class Session {
  public:
@@ -72,6 +81,10 @@ class Session {
     state_.texts = LoadLanguage(language);
     state_.dialogs = &dialogs_;
     state_.title = state_.texts.Host("list.title");
+    data_->entries = {{{"invoices", "Invoices", "id"}, {{"total", FieldType::kReal}}}};
+    state_.data = data_;
+    dialogs_.Use(tables_, {});
+    SetUser(state_, user_);
     state_.clock = [] {
       return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10};
     };
@@ -118,12 +131,13 @@ class Session {
     for (const std::string& identifier : registry_.Identifiers()) {
       TaskRecord task = SampleTask();
       task.recurrence = SampleFor(identifier);
+      task.record_mode = record_mode::kQueryResults;
+      task.data_object_name = "invoices";
+      task.query = "SELECT * FROM \"invoices\" WHERE \"total\" >= 100";
       if (identifier == page_identifier::kRecords) {
-        task.record_mode = record_mode::kQueryResults;
-        task.data_object_caption = "Invoices";
         task.base_date = state_.Now();
       }
-      WizardWindow window(parts_, task);
+      WizardWindow window(parts_, task, EntriesFor(user_));
       if (window.Start(identifier)) Save(window, identifier.substr(identifier.find('.') + 1));
     }
   }
@@ -137,6 +151,9 @@ class Session {
       dialog.accept();  // shows what is missing
       Save(dialog, "Action-" + std::string(kind.id));
     }
+    Save(*std::make_unique<ImportReportDialog>(state_.texts, "Month-end reports.task.json", SampleReport(),
+                                               nullptr),
+         "ImportReport");
     const auto text = [this](int id) { return state_.texts.Find(id).value_or(""); };
     Save(*dialogs_.MakeMessageBox(text(kActionsWillBeLostText), message_box::kOkCancelQuestion, state_.title),
          "MessageBoxQuestion");
@@ -153,10 +170,19 @@ class Session {
   std::string suffix_;
   int count_ = 0;
   HostState state_;
-  QtDialogs dialogs_{state_.texts};
+  QtDialogs dialogs_{state_};
   PageRegistry registry_;
   MemoryStorage storage_;
-  AppParts parts_{state_, registry_, storage_, Zone::Named("Europe/Paris").value_or(Zone::Local())};
+  MemoryHostTables tables_;
+  UserRecord user_ = FirstAdministrator();
+  std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
+  AppParts parts_{state_,
+                  registry_,
+                  storage_,
+                  tables_,
+                  user_,
+                  data_,
+                  Zone::Named("Europe/Paris").value_or(Zone::Local())};
 };
 
 }  // namespace

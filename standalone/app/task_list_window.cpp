@@ -1,6 +1,7 @@
 #include "task_list_window.h"
 
 #include <plovix/framework/page_identifiers.h>
+#include <plovix/standalone/model/host_user.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QBoxLayout>
@@ -16,6 +17,8 @@
 
 #include "qt_dialogs.h"
 #include "qt_text.h"
+#include "task_exchange.h"
+#include "users_dialog.h"
 #include "wizard_window.h"
 
 namespace plovix::app {
@@ -111,6 +114,9 @@ void TaskListWindow::BuildButtons() {
   edit_ = AddButton("list.edit", "edit", &TaskListWindow::Edit);
   duplicate_ = AddButton("list.duplicate", "duplicate", &TaskListWindow::Duplicate);
   delete_ = AddButton("list.delete", "delete", &TaskListWindow::Delete);
+  import_ = AddButton("list.import", "import", &TaskListWindow::Import);
+  export_ = AddButton("list.export", "export", &TaskListWindow::Export);
+  users_ = AddButton("list.users", "users", &TaskListWindow::EditUsers);
   row->addStretch();
   count_ = new QLabel;
   row->addWidget(count_);
@@ -147,7 +153,11 @@ bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
 void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   const int row = SelectedRow();
   if (!select && row >= 0) select = model_->Task(row).id;
-  Guarded([this] { model_->SetTasks(parts_.storage.List()); });
+  Guarded([this] {
+    auto tasks = parts_.storage.List();
+    std::erase_if(tasks, [this](const auto& task) { return !May(parts_.user, task, TaskRight::kView); });
+    model_->SetTasks(std::move(tasks));
+  });
   if (select) SelectTask(*select);
   if (SelectedRow() < 0) table_->selectRow(0);
   FitColumns();
@@ -180,7 +190,15 @@ int TaskListWindow::SelectedRow() const {
 
 void TaskListWindow::UpdateState() {
   const bool selected = SelectedRow() >= 0;
-  for (QPushButton* button : {edit_, duplicate_, delete_}) button->setEnabled(selected);
+  const auto may = [&](TaskRight right) {
+    return selected && May(parts_.user, model_->Task(SelectedRow()), right);
+  };
+  edit_->setEnabled(may(TaskRight::kEdit));
+  delete_->setEnabled(may(TaskRight::kDelete));
+  duplicate_->setEnabled(selected && MayCreate());
+  export_->setEnabled(selected);
+  for (QPushButton* button : {new_, import_}) button->setEnabled(MayCreate());
+  users_->setEnabled(parts_.user.administrator);
   const int all = model_->rowCount();
   const int visible = shown_->rowCount();
   hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
@@ -217,19 +235,37 @@ std::optional<TaskRecord> TaskListWindow::Selected() {
   return task;
 }
 
+bool TaskListWindow::MayCreate() const {
+  return parts_.user.administrator || parts_.user.create_personal || parts_.user.create_shared;
+}
+
+bool TaskListWindow::MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text) {
+  if (May(parts_.user, task, right)) return true;
+  parts_.state.dialogs->MessageBox(parts_.Text(text, {TaskName(parts_, task)}), message_box::kOkInformation,
+                                   parts_.state.title);
+  return false;
+}
+
 void TaskListWindow::New() {
-  Open({});
+  if (MayCreate()) Open({}, page_identifier::kAutoTaskType);
 }
 
 void TaskListWindow::Edit() {
-  if (const auto task = Selected()) Open(*task);
+  const auto task = Selected();
+  if (task && MayOrTell(*task, TaskRight::kEdit, "list.mayNotEdit"))
+    Open(*task, page_identifier::kAutoTaskType);
 }
 
 // The copy is stored at once; nothing has to be entered for it.
 // A copy has no schedule: two tasks that do the same at the same time are nobody's wish.
 void TaskListWindow::Duplicate() {
   auto task = Selected();
-  if (!task) return;
+  if (!task || !MayCreate()) return;
+  const bool may_share = parts_.user.administrator || parts_.user.create_shared;
+  if (task->owner.empty() && !may_share) {
+    task->owner = parts_.user.id;
+    task->permissions.reset();
+  }
   task->id = task->version = 0;
   task->allow_automation_manager = false;
   task->processing_mode = processing_mode::kEveryTime;
@@ -241,7 +277,7 @@ void TaskListWindow::Duplicate() {
 
 void TaskListWindow::Delete() {
   const auto task = Selected();
-  if (!task) return;
+  if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
   const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
                                  "button.no"};
   if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
@@ -252,15 +288,41 @@ void TaskListWindow::Delete() {
   UpdateState();
 }
 
-void TaskListWindow::Open(const TaskRecord& task) {
-  auto* window = new WizardWindow(parts_, task, {}, this);
+// An imported task is settled where it came from: the wizard asks for its details alone.
+void TaskListWindow::Import() {
+  if (!MayCreate()) return;
+  const auto task = ImportTask(parts_, this);
+  if (task) Open(*task, page_identifier::kDetails, {{store_key::kImporting, true}});
+}
+
+void TaskListWindow::Export() {
+  if (const auto task = Selected()) ExportTask(parts_, *task, this);
+}
+
+// What was changed holds at once for whoever works with the program.
+void TaskListWindow::EditUsers() {
+  Guarded([this] {
+    UsersDialog dialog(parts_.state.texts, parts_.tables, parts_.user.id, this);
+    if (dialog.exec() != QDialog::Accepted) return;
+    const auto users = parts_.tables.Users();
+    const auto found = std::ranges::find(users, parts_.user.id, &UserRecord::id);
+    if (found != users.end()) parts_.user = *found;
+    SetUser(parts_.state, parts_.user);
+  });
+  Reload();
+}
+
+void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
+                          std::map<std::string, Value> entries) {
+  entries.merge(EntriesFor(parts_.user));
+  auto* window = new WizardWindow(parts_, task, entries, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, this, [this, window](int result) {
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
     table_->setFocus();
   });
-  if (!window->Start(page_identifier::kAutoTaskType)) {
+  if (!window->Start(page)) {
     delete window;
     return;
   }

@@ -1,6 +1,8 @@
 // The program's main window: the stored tasks, a filter, and what can be done with a task.
 #pragma once
 
+#include <plovix/standalone/model/task_access.h>
+
 #include <QWidget>
 #include <functional>
 #include <map>
@@ -29,6 +31,11 @@ class TaskListWindow final : public QWidget {
   void Edit();
   void Duplicate();
   void Delete();
+  void Import();
+  void Export();
+  void EditUsers();
+  // Opens the wizard on that page; `entries` go into its shared store, beside those of the user.
+  void Open(const TaskRecord& task, const std::string& page, std::map<std::string, Value> entries = {});
 
   // The wizard window opened last; nothing once it is closed.
   [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
@@ -41,12 +48,14 @@ class TaskListWindow final : public QWidget {
   void BuildTable();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  void Open(const TaskRecord& task);
+  // Whether the user may do that with the task; when not, the user is told so in the text.
+  bool MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text);
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
   // The selected task as it is stored now; nothing when there is no selection or it is gone.
   std::optional<TaskRecord> Selected();
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
+  [[nodiscard]] bool MayCreate() const;
   void FitColumns();
   void SelectTask(std::int64_t id);
   void UpdateState();
@@ -58,6 +67,7 @@ class TaskListWindow final : public QWidget {
   QTableView* table_ = nullptr;
   QLabel *hint_ = nullptr, *count_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
   WizardWindow* wizard_ = nullptr;
 };
 

@@ -15,17 +15,17 @@ constexpr std::int32_t kEveryRecordMode =
 constexpr int kLongestTimeLimit = 86400;  // seconds; a day
 
 constexpr std::array kRunProgramFields = {
-    ActionField{"path", "action.runProgram.path", SettingType::kFile, true},
-    ActionField{"arguments", "action.runProgram.arguments", SettingType::kText, false},
-    ActionField{"folder", "action.runProgram.folder", SettingType::kFolder, false},
-    ActionField{"timeLimit", "action.runProgram.timeLimit", SettingType::kSeconds, true, "60"},
+    ActionField{"path", "action.runProgram.path", ActionFieldType::kFile, true},
+    ActionField{"arguments", "action.runProgram.arguments", ActionFieldType::kText, false},
+    ActionField{"folder", "action.runProgram.folder", ActionFieldType::kFolder, false},
+    ActionField{"timeLimit", "action.runProgram.timeLimit", ActionFieldType::kSeconds, true, "60"},
 };
 constexpr std::array kRunSqlFields = {
-    ActionField{"statement", "action.runSql.statement", SettingType::kMultiLine, true},
+    ActionField{"statement", "action.runSql.statement", ActionFieldType::kMultiLine, true},
 };
 constexpr std::array kWriteLogFields = {
-    ActionField{"text", "action.writeLog.text", SettingType::kText, true},
-    ActionField{"file", "action.writeLog.file", SettingType::kFile, true},
+    ActionField{"text", "action.writeLog.text", ActionFieldType::kText, true},
+    ActionField{"file", "action.writeLog.file", ActionFieldType::kFile, true},
 };
 
 constexpr std::array kKinds = {
@@ -68,7 +68,7 @@ std::optional<ActionProblem> CheckAction(const ActionRecord& action) {
     const std::string_view value =
         found == action.settings.end() ? std::string_view{} : Trimmed(found->second);
     if (field.required && value.empty()) return ActionProblem{field.key, "action.problem.missing"};
-    if (field.type == SettingType::kSeconds && !IsTimeLimit(value)) {
+    if (field.type == ActionFieldType::kSeconds && !IsTimeLimit(value)) {
       return ActionProblem{field.key, "action.problem.timeLimit"};
     }
   }

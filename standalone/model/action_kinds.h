@@ -12,12 +12,12 @@
 
 namespace plovix {
 
-enum class SettingType { kText, kMultiLine, kFile, kFolder, kSeconds };
+enum class ActionFieldType { kText, kMultiLine, kFile, kFolder, kSeconds };
 
 struct ActionField {
   std::string_view key;      // under which the value stands in ActionRecord::settings
   std::string_view caption;  // key of a host text
-  SettingType type;
+  ActionFieldType type;
   bool required;
   std::string_view initial = {};
 };

@@ -1,11 +1,11 @@
 #include "category_column.h"
 
+#include <plovix/standalone/model/json_text.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
-
-#include "json_text.h"
 
 namespace plovix {
 namespace {

@@ -1,5 +1,5 @@
-// The members of a task's recurrence and of its pattern by their documented names: one table each for
-// setting and for printing. Used by the task's members.
+// The members of a task's recurrence and of its pattern by their documented names, for setting and for
+// printing. Used by the task's members.
 #pragma once
 
 #include <plovix/standalone/model/recurrence_record.h>

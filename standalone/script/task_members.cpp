@@ -1,9 +1,11 @@
 #include "task_members.h"
 
 #include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/model/task_fields.h>
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "member_value.h"
 #include "recurrence_members.h"
@@ -22,14 +24,6 @@ struct Member {
   void (*set)(TaskRecord& task, HostState& state, const std::string& word);  // nullptr: the member only tells
 };
 
-// A member that is a field of the record: a text, a Boolean, a number or a moment.
-template <auto kField>
-constexpr Member Field(std::string_view name) {
-  return {
-      name, [](const TaskRecord& task, const HostState& /*state*/) { return MemberJson(task.*kField); },
-      [](TaskRecord& task, HostState& /*state*/, const std::string& word) { SetMember(task.*kField, word); }};
-}
-
 // A member that is the text of a tag in the current language; setting it gives the tag that text.
 template <std::string TaskRecord::*kTag>
 constexpr Member TagText(std::string_view name) {
@@ -40,8 +34,33 @@ constexpr Member TagText(std::string_view name) {
           }};
 }
 
-Json IsExisting(const TaskRecord& task, const HostState& /*state*/) {
-  return task.id != 0;
+constexpr std::array kIsExisting{
+    Member{"IsExisting",
+           [](const TaskRecord& task, const HostState& /*state*/) -> Json { return task.id != 0; }, nullptr}};
+
+// "anna", or "anna: view, run" where some of the rights are missing.
+std::string PermissionText(const PermissionRecord& line) {
+  const std::array<std::pair<const char*, bool>, 4> rights{
+      {{"view", line.view}, {"run", line.run}, {"edit", line.edit}, {"delete", line.erase}}};
+  if (std::ranges::all_of(rights, &std::pair<const char*, bool>::second)) return line.subject;
+  std::string text;
+  for (const auto& [name, granted] : rights) {
+    if (granted) text.append(text.empty() ? "" : ", ").append(name);
+  }
+  return line.subject + ": " + (text.empty() ? "none" : text);
+}
+
+Json Permissions(const TaskRecord& task, const HostState& /*state*/) {
+  if (!task.permissions) return nullptr;
+  std::string text;
+  for (const PermissionRecord& line : *task.permissions)
+    text.append(text.empty() ? "" : "; ").append(PermissionText(line));
+  return text;
+}
+
+void SetPermissions(TaskRecord& task, HostState& /*state*/, const std::string& word) {
+  task.permissions.reset();
+  if (word != kNothing) task.permissions = {{word, false, true, true, true, true}};
 }
 
 Json Recurrence(const TaskRecord& task, const HostState& /*state*/) {
@@ -65,13 +84,12 @@ void SetScheduleStart(TaskRecord& task, HostState& /*state*/, const std::string&
 Json Actions(const TaskRecord& task, const HostState& /*state*/) {
   Json list = Json::array();
   for (const ActionRecord& action : task.actions) {
-    Json settings = Json::object();
-    for (const auto& [key, value] : action.settings) settings[key] = value;
-    list.push_back({{"Name", action.name},
-                    {"Kind", action.kind},
-                    {"RecordModes", action.record_modes},
-                    {"Capabilities", action.capabilities},
-                    {"Settings", settings}});
+    Json json = Json::object();
+    ForEachField(kActionFields,
+                 [&](std::string_view name, auto field) { json[std::string(name)] = action.*field; });
+    json["Settings"] = Json::object();
+    for (const auto& [key, value] : action.settings) json["Settings"][key] = value;
+    list.push_back(json);
   }
   return list;
 }
@@ -85,40 +103,44 @@ Json Categories(const TaskRecord& task, const HostState& state) {
   return list;
 }
 
-constexpr auto kMembers = std::to_array<Member>({
-    {"IsExisting", IsExisting, nullptr},
-    Field<&TaskRecord::record_mode>("RecordMode"),
-    Field<&TaskRecord::uses_language_tags>("UsesLanguageTags"),
-    Field<&TaskRecord::name>("Name"),
-    Field<&TaskRecord::short_description>("ShortDescription"),
-    Field<&TaskRecord::description>("Description"),
-    Field<&TaskRecord::name_tag>("NameTag"),
-    Field<&TaskRecord::short_description_tag>("ShortDescriptionTag"),
-    Field<&TaskRecord::description_tag>("DescriptionTag"),
+constexpr auto kTagTexts = std::to_array<Member>({
     TagText<&TaskRecord::name_tag>("LocalizedName"),
     TagText<&TaskRecord::short_description_tag>("LocalizedShortDescription"),
     TagText<&TaskRecord::description_tag>("LocalizedDescription"),
-    Field<&TaskRecord::data_object_name>("DataObjectName"),
-    Field<&TaskRecord::data_object_caption>("DataObjectCaption"),
-    Field<&TaskRecord::allow_automation_manager>("AllowAutomationManager"),
-    Field<&TaskRecord::skip_row_selection>("SkipRowSelection"),
-    Field<&TaskRecord::processing_mode>("ProcessingMode"),
-    Field<&TaskRecord::process_all_records>("ProcessAllRecords"),
-    Field<&TaskRecord::process_failed_records>("ProcessFailedRecords"),
-    Field<&TaskRecord::base_date>("BaseDate"),
-    Field<&TaskRecord::query>("Query"),
-    Field<&TaskRecord::owner>("Owner"),
+});
+constexpr auto kParts = std::to_array<Member>({
+    {"Permissions", Permissions, SetPermissions},
     {"Recurrence", Recurrence, ClearRecurrence},
     {"ScheduleStart", ScheduleStart, SetScheduleStart},
     {"Actions", Actions, nullptr},
     {"Categories", Categories, nullptr},
 });
 
+const Member* FindMember(const std::string& name) {
+  for (const std::span<const Member> members :
+       {std::span<const Member>(kTagTexts), {kParts}, {kIsExisting}}) {
+    const auto found = std::ranges::find(members, name, &Member::name);
+    if (found != members.end()) return &*found;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 Json TaskJson(const TaskRecord& task, const HostState& state) {
   Json json = Json::object();
-  for (const Member& member : kMembers) json[std::string(member.name)] = member.get(task, state);
+  const auto add_members = [&](std::span<const Member> members) {
+    for (const Member& member : members) json[std::string(member.name)] = member.get(task, state);
+  };
+  const auto add_field = [&](std::string_view name, auto field) {
+    json[std::string(name)] = MemberJson(task.*field);
+  };
+  add_members(kIsExisting);
+  ForEachField(kTaskTextFields, add_field);
+  add_members(kTagTexts);
+  ForEachField(kTaskSettingFields, add_field);
+  ForEachField(kTaskPlaceFields, add_field);
+  add_members(kParts);
   return json;
 }
 
@@ -127,8 +149,9 @@ void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member
     SetRecurrenceMember(task.recurrence, member.substr(kInRecurrence.size()), word);
     return;
   }
-  const auto* found = std::ranges::find(kMembers, member, &Member::name);
-  if (found == kMembers.end()) throw LineError("a task has no member \"" + member + "\"");
+  if (VisitField(kTaskFields, member, [&](auto field) { SetMember(task.*field, word); })) return;
+  const Member* found = FindMember(member);
+  if (found == nullptr) throw LineError("a task has no member \"" + member + "\"");
   if (found->set == nullptr) throw LineError(member + " cannot be set");
   found->set(task, state, word);
 }

@@ -1,4 +1,4 @@
-// The members of a task by their documented names: one table for "task set" and "task".
+// The members of a task by their documented names, for "task set" and "task".
 #pragma once
 
 #include <plovix/standalone/model/host_state.h>

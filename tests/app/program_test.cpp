@@ -4,15 +4,18 @@
 #include <plovix/standalone/app/program_options.h>
 #include <plovix/standalone/app/qt_dialogs.h>
 #include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/task_exchange.h>
 #include <plovix/standalone/app/task_list_window.h>
 #include <plovix/standalone/app/wizard_window.h>
 #include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -28,99 +31,13 @@
 #include <QTimer>
 #include <functional>
 
+#include "tests/app/program_support.h"
+
 namespace plovix::app {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-// Answers the modal dialogs that a test expects, in order.
-class Answers {
- public:
-  explicit Answers(std::vector<std::function<void(QWidget*)>> steps) : steps_(std::move(steps)) {
-    QObject::connect(&timer_, &QTimer::timeout, [this] {
-      QWidget* box = QApplication::activeModalWidget();
-      if (box == nullptr || !box->isActiveWindow() || box == last_ ||
-          dynamic_cast<WizardWindow*>(box) != nullptr || next_ >= steps_.size()) {
-        return;
-      }
-      last_ = box;
-      steps_[next_++](box);
-    });
-    timer_.start(5);
-  }
-  ~Answers() { EXPECT_EQ(next_, steps_.size()) << "a dialog did not appear"; }
-
- private:
-  std::vector<std::function<void(QWidget*)>> steps_;
-  std::size_t next_ = 0;
-  QPointer<QWidget> last_;  // forgets a closed box: the next one may stand at the same address
-  QTimer timer_;
-};
-
-std::function<void(QWidget*)> PressKey(Qt::Key key) {
-  return [key](QWidget* box) { QTest::keyClick(box, key); };
-}
-
-class ProgramTest : public testing::Test {
- protected:
-  ProgramTest() {
-    state_.texts = LoadLanguage("en");
-    state_.dialogs = &dialogs_;
-    state_.marker_file = false;
-    RegisterPages(registry_);
-    InstallHost(state_);
-    Reopen();
-  }
-  ~ProgramTest() override { InstallServices({}); }
-
-  void Reopen() {
-    list_.reset();
-    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
-    list_ = std::make_unique<TaskListWindow>(AppParts{state_, registry_, *storage_});
-    list_->show();
-  }
-  [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
-  [[nodiscard]] QPushButton* ListButton(const char* name) const {
-    return list_->findChild<QPushButton*>(name);
-  }
-  [[nodiscard]] WizardWindow* Wizard() const { return list_->OpenWizard(); }
-  // A key to whatever has the focus in the wizard, as a person types it.
-  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
-    QTest::keyClick(Wizard()->focusWidget(), key, modifiers);
-  }
-  void Type(const QString& text) const { QTest::keyClicks(Wizard()->focusWidget(), text); }
-  [[nodiscard]] QString FocusName() const { return Wizard()->focusWidget()->objectName(); }
-  void OpenWizard(const char* button) const {
-    ListButton(button)->click();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(Wizard()));
-  }
-  [[nodiscard]] QStringList Names() const {
-    QStringList names;
-    const auto* table = list_->findChild<QTableView*>("tasks");
-    for (int row = 0; row < table->model()->rowCount(); ++row)
-      names += table->model()->index(row, 0).data().toString();
-    return names;
-  }
-  // What a second process prints for a script on the same file.
-  [[nodiscard]] QByteArray RunScriptProcess(const QByteArray& script) const {
-    QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + "/plovix",
-                  {"script", "-", "--database", Path(), "--language", "en"});
-    process.write(script);
-    process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
-    return process.readAllStandardOutput();
-  }
-
-  QTemporaryDir folder_;
-  HostState state_;
-  QtDialogs dialogs_{state_.texts};
-  PageRegistry registry_;
-  std::unique_ptr<SqliteStorage> storage_;
-  std::unique_ptr<TaskListWindow> list_;
-};
 
 TEST_F(ProgramTest, ATaskIsCreatedByKeyboardAloneAndFoundByASecondProcess) {
   EXPECT_FALSE(ListButton("edit")->isEnabled());
@@ -319,11 +236,79 @@ TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
   EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
 }
 
+TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
+  TaskRecord task;
+  task.name = task.description = "Month: 1/2";
+  task.actions = {{"fly", "x", 16, 8, {{"k", "\xFF"}}}};
+  task.allow_automation_manager = true;
+  task.recurrence = RecurrenceRecord{1, 0, 0, RecurrenceRecord::kFirstExecutionTime, DailyRecord{}};
+  task.schedule_start = std::chrono::local_days{std::chrono::year{2026} / 2 / 27};
+  task.name_tag = "T";
+  task.categories = {{"C", false}};
+  const TaskRecord stored = storage_->Save(task, state_.Now());
+  tables_.SaveTag({"T", {{"en", "Text"}}});
+  list_->Reload();
+  const std::string suggested = "Month_ 1_2.task.json";
+  const QString path = folder_.filePath(ToQt(suggested));
+  const auto choose = [&](QWidget* box) {
+    auto* dialog = qobject_cast<QFileDialog*>(box);
+    auto* name = dialog->findChild<QLineEdit*>("fileNameEdit");
+    EXPECT_EQ(FromQt(name->text()), dialog->acceptMode() == QFileDialog::AcceptSave ? suggested : "");
+    name->setText(path);
+    static_cast<QDialog*>(dialog)->accept();
+  };
+  const auto press = [&](const char* button, std::vector<std::function<void(QWidget*)>> steps) {
+    const Answers answers(std::move(steps));
+    ListButton(button)->click();
+  };
+  press("export", {choose});
+  tables_ = MemoryHostTables();
+  press("import", {choose, PressKey(Qt::Key_Escape)});
+  EXPECT_TRUE(Wizard() == nullptr && tables_.Tags().empty()) << "cancelled";
+  press("import", {choose, [](QWidget* box) {
+                     EXPECT_THAT(FromQt(box->findChild<QPlainTextEdit*>("notes")->toPlainText()),
+                                 HasSubstr("Action 1 is of a kind that this program does not know (fly)"));
+                     QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+                   }});
+  ASSERT_NE(Wizard(), nullptr);
+  EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"T", {{"en", "Text"}}}));
+  EXPECT_FALSE(Wizard()->Page()->WidgetOf("chkAutoMan")->isEnabled());
+  Wizard()->findChild<QPushButton*>("finish")->click();
+  TaskRecord imported = storage_->Load(2).value();
+  imported.id = stored.id;
+  imported.modified = stored.modified;
+  EXPECT_EQ(imported, stored);
+
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("[1 2]") == 5);
+  file.close();
+  press("import", {choose, [](QWidget* box) {
+                     EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()),
+                                 HasSubstr("1_2.task.json”: line 1, column 4: this is not valid JSON."));
+                     QTest::keyClick(box, Qt::Key_Return);
+                   }});
+  for (const QString& unreadable : {folder_.path(), folder_.filePath("none")})
+    EXPECT_THROW((void)LoadTaskFile(Parts(), unreadable), Failure);
+  EXPECT_THROW(SaveTaskFile(Parts(), task, folder_.filePath("no/where")), Failure);
+}
+
+TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"", "(without a name)"}, {"../<x>|\"y\"?*\\", "__x___y____"},
+      {"...", "task"},          {"Nul.a\tb\n", "_Nul.a b"},
+      {"\u202egnp", "_gnp"},    {std::string(59, 'x') + "\U0001F600", std::string(59, 'x')}};
+  for (const auto& [name, wanted] : cases) {
+    TaskRecord task;
+    task.name = name;
+    EXPECT_EQ(FromQt(SuggestedFileName(Parts(), task)), wanted + ".task.json");
+  }
+}
+
 TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
   for (const std::string& identifier : registry_.Identifiers()) {
     TaskRecord task;
     task.recurrence = RecurrenceRecord{};
-    WizardWindow window({state_, registry_, *storage_}, task);
+    WizardWindow window(Parts(), task);
     ASSERT_TRUE(window.Start(identifier));
     window.show();
     std::set<QWidget*> reached;

@@ -140,9 +140,10 @@ TEST(ScriptLanguage, SetsAndPrintsEveryMember) {
     set += "task set " + member + " " + member + "'s\n";
     wanted[member] = member + "'s";
   }
-  for (const std::string member : {"UsesLanguageTags", "AllowAutomationManager", "SkipRowSelection",
-                                   "ProcessAllRecords", "ProcessFailedRecords"}) {
-    set += "task set " + member + " on\n";
+  for (const std::string member :
+       {"UsesLanguageTags", "AllowAutomationManager", "SkipRowSelection", "ProcessAllRecords",
+        "ProcessFailedRecords", "MayRun", "MayEdit", "MayDelete"}) {
+    set += "task set " + member + " off\ntask set " + member + " on\n";
     wanted[member] = true;
   }
   set +=
@@ -158,6 +159,10 @@ TEST(ScriptLanguage, SetsAndPrintsEveryMember) {
        "store set Importing on\nstore set N -5\nstore set T \"a b\"\nstore set O nothing\nstore\nopen\nstore",
        {R"({"Importing": true, "N": -5, "T": "a b", "O": null})",
         R"({"AutoTask": {"kind": "AutoTask", "number": 1}})"}},
+      {"permissions",
+       "task set Permissions anna\ntask\nopen\ntask set MayRun off\ntask\ntask set Permissions nothing\ntask",
+       {R"({"Permissions": "anna", "MayRun": true})", R"({"Permissions": "anna", "MayRun": false})",
+        R"({"Permissions": null})"}},
       {"no text", "task set Name \"\xFF\"\ntask", {"{\"Name\": \"\xEF\xBF\xBD\"}"}},
   });
 }
@@ -221,6 +226,17 @@ TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
            Recurs({"Pattern=nothing", "Pattern=DailyPattern"}),
        {HasPattern(R"({"EveryNDays": 3})"), HasPattern(R"({"EveryNDays": 0})")}},
   });
+}
+
+TEST(ScriptLanguage, PrintsPermissionsInWords) {
+  MemoryStorage storage;
+  TaskRecord task;
+  task.permissions = {{"anna", false, true, true, true, true},
+                      {"clerks", true, true, true, false, false},
+                      {"guests", true, false, false, false, false}};
+  storage.Save(task, {});
+  EXPECT_EQ(Play("task load 1\ntask", storage).printed.at(0)["Permissions"],
+            "anna; clerks: view, run; guests: none");
 }
 
 TEST(ScriptLanguage, PrintsTheNextRuns) {

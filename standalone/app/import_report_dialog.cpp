@@ -1,0 +1,61 @@
+#include "import_report_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qt_text.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kCharactersWide = 72;
+constexpr int kLinesHigh = 10;
+
+QLabel* NewLabel(const std::string& text) {
+  auto* label = new QLabel(ToQt(text));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  return label;
+}
+
+// One paragraph for each note; any number of them stays inside the window.
+QPlainTextEdit* NewList(const TextTable& texts, const ImportReport& report) {
+  QStringList notes;
+  for (const ImportNote& note : report) notes += "\u2022 " + ToQt(texts.Host(note.text, note.parameters));
+  auto* list = new QPlainTextEdit(notes.join('\n'));
+  list->setObjectName("notes");
+  list->setReadOnly(true);
+  list->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  list->setTabChangesFocus(true);
+  list->setAccessibleName(ToQt(texts.Host("exchange.report.list")));
+  list->setMinimumSize(list->fontMetrics().averageCharWidth() * kCharactersWide,
+                       list->fontMetrics().lineSpacing() * kLinesHigh);
+  return list;
+}
+
+}  // namespace
+
+ImportReportDialog::ImportReportDialog(const TextTable& texts, const std::string& file_name,
+                                       const ImportReport& report, QWidget* parent)
+    : QDialog(parent) {
+  setWindowTitle(ToQt(texts.Host("exchange.importTitle")));
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(NewLabel(texts.Host("exchange.report.intro", {file_name})));
+  auto* list = NewList(texts, report);
+  layout->addWidget(list, 1);
+  layout->addWidget(NewLabel(texts.Host("exchange.report.hint")));
+  auto* buttons = new QDialogButtonBox;
+  layout->addWidget(buttons);
+  auto* go = buttons->addButton(ToQt(texts.Host("exchange.report.go")), QDialogButtonBox::AcceptRole);
+  auto* cancel = buttons->addButton(ToQt(texts.Host("button.cancel")), QDialogButtonBox::RejectRole);
+  cancel->setAutoDefault(false);
+  go->setDefault(true);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  list->setFocus();  // read first; Enter goes on from there
+}
+
+}  // namespace plovix::app

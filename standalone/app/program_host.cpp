@@ -1,0 +1,82 @@
+#include "program_host.h"
+
+#include <plovix/standalone/data/sample_database.h>
+#include <plovix/standalone/data/sqlite_data_source.h>
+#include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/model/stand_in_data_source.h>
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+
+#include "qt_text.h"
+
+namespace plovix::app {
+
+ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialogs_(state_) {
+  state_.texts = std::move(texts);
+  state_.dialogs = &dialogs_;
+  state_.title = state_.texts.Host("list.title");
+  state_.path = FromQt(QCoreApplication::applicationDirPath());
+  state_.decimal_separator = FromQt(QLocale().decimalPoint());
+  const std::string path = options.database.value_or(DefaultDatabasePath());
+  storage_ = std::make_unique<SqliteStorage>(path);
+  tables_ = std::make_unique<SqliteHostTables>(path);
+  user_ = FindUser(*tables_, options.user, state_.texts);
+  SetUser(state_, user_);
+  ReadTags(state_, *tables_, state_.texts.code);
+  state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
+  state_.tag_filed = [this](const std::string& tag, const std::string& text) {
+    tables_->SaveTag({tag, {{state_.texts.code, text}}});
+  };
+  OpenData(options.data.value_or(DefaultDataPath()), !options.data);
+  RegisterPages(registry_);
+  InstallHost(state_);
+}
+
+ProgramHost::~ProgramHost() {
+  InstallServices({});
+}
+
+AppParts ProgramHost::Parts() {
+  return {.state = state_,
+          .registry = registry_,
+          .storage = *storage_,
+          .tables = *tables_,
+          .user = user_,
+          .data = data_};
+}
+
+void ProgramHost::OpenData(const std::string& path, bool make_sample) {
+  const auto tell = [this](const char* text, const std::string& parameter) {
+    dialogs_.MessageBox(state_.texts.Host(text, {parameter}), message_box::kOkWarning, state_.title);
+  };
+  std::string problem;
+  std::error_code error;
+  try {
+    if (make_sample && !std::filesystem::exists(path, error))
+      CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
+  } catch (const Failure& failure) {
+    problem = failure.Description();
+  }
+  if (!problem.empty()) tell("data.noSample", problem);
+  data_ = std::make_shared<SqliteDataSource>(path);
+  state_.data = std::make_shared<StandInDataSource>(
+      data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
+                                     [tell](const std::string& name) { tell("data.missing", name); }});
+  dialogs_.Use(*tables_, path);
+}
+
+UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id, const TextTable& texts) {
+  const std::vector<UserRecord> users = tables.Users();
+  const auto wanted = [&](const UserRecord& user) { return id ? user.id == *id : user.administrator; };
+  const auto found = std::ranges::find_if(users, wanted);
+  if (found != users.end()) return *found;
+  std::string ids;
+  for (const UserRecord& user : users) ids += (ids.empty() ? "" : ", ") + user.id;
+  throw Failure(failure_number::kInvalidCall, texts.Host("program.noSuchUser", {id.value_or(""), ids}));
+}
+
+}  // namespace plovix::app

@@ -1,0 +1,46 @@
+// What the windows work on: the task file with its users and tags, the data file, the current user, and the
+// host made of them. Owned by the program's main function.
+#pragma once
+
+#include <plovix/standalone/model/host_tables.h>
+#include <plovix/standalone/storage/sqlite_host_tables.h>
+#include <plovix/standalone/storage/sqlite_storage.h>
+
+#include <memory>
+#include <string>
+
+#include "app_parts.h"
+#include "program_options.h"
+#include "qt_dialogs.h"
+
+namespace plovix::app {
+
+class ProgramHost final {
+ public:
+  // Opens the task file and finds the user in it; makes the sample data where no data file is named and there
+  // is none yet. Fails in words when there can be no tasks, or no such user; data that cannot be had are
+  // told.
+  ProgramHost(const ProgramOptions& options, TextTable texts);
+  ~ProgramHost();
+  ProgramHost(const ProgramHost&) = delete;
+  ProgramHost& operator=(const ProgramHost&) = delete;
+
+  [[nodiscard]] AppParts Parts();
+
+ private:
+  void OpenData(const std::string& path, bool make_sample);
+
+  HostState state_;
+  QtDialogs dialogs_;
+  std::unique_ptr<SqliteStorage> storage_;
+  std::unique_ptr<SqliteHostTables> tables_;
+  UserRecord user_;
+  std::shared_ptr<DataSource> data_;
+  PageRegistry registry_;
+};
+
+// The user of that id; without one the first administrator. Fails in words with the ids that there are.
+[[nodiscard]] UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id,
+                                  const TextTable& texts);
+
+}  // namespace plovix::app

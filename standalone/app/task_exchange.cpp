@@ -1,0 +1,132 @@
+#include "task_exchange.h"
+
+#include <plovix/host/host_application.h>
+#include <plovix/standalone/model/host_user.h>
+
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+#include "import_report_dialog.h"
+#include "qt_text.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kLongestName = 60;  // UTF-16 units: with the ending under 255 bytes, the most for a file's name
+constexpr const char* kEnding = "task.json";
+
+[[noreturn]] void FailAt(const AppParts& parts, std::string_view text, const QString& path,
+                         const std::string& cause) {
+  throw Failure(failure_number::kInvalidCall, parts.Text(text, {FromQt(path), cause}));
+}
+
+// Names that some systems keep for devices, whatever their ending.
+bool IsDeviceName(const QString& name) {
+  static const QRegularExpression device("^(con|prn|aux|nul|com\\d|lpt\\d)(\\..*)?$",
+                                         QRegularExpression::CaseInsensitiveOption);
+  return device.match(name).hasMatch();
+}
+
+// The file's bytes, at most one more than a task file may have.
+std::string Bytes(const AppParts& parts, const QString& path) {
+  if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+    FailAt(parts, "exchange.unreadable", path, parts.Text("exchange.notAFile"));
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) FailAt(parts, "exchange.unreadable", path, FromQt(file.errorString()));
+  const QByteArray bytes = file.read(kLargestTaskFile + 1);
+  if (file.error() != QFileDevice::NoError)
+    FailAt(parts, "exchange.unreadable", path, FromQt(file.errorString()));
+  return bytes.toStdString();
+}
+
+QString NameFilters(const AppParts& parts) {
+  return ToQt(parts.Text("exchange.taskFiles")) + " (*." + kEnding + ");;" +
+         ToQt(parts.Text("exchange.allFiles")) + " (*)";
+}
+
+// The path chosen; empty when the user cancelled.
+QString Choose(QFileDialog& dialog) {
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
+}
+
+// Runs `work`; tells its failure in the sentence `text` and gives back false.
+bool Told(const AppParts& parts, std::string_view text, const std::function<void()>& work) {
+  std::optional<Failure> failure;
+  try {
+    work();
+    return true;
+  } catch (...) {
+    failure = CurrentFailure();
+  }
+  parts.state.dialogs->MessageBox(parts.Text(text, {failure->Description()}), message_box::kOkWarning,
+                                  parts.state.title);
+  return false;
+}
+
+}  // namespace
+
+QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
+  QString name = ToQt(TaskName(parts, task)).simplified();
+  for (QChar& character : name) {
+    // Surrogates are halves of characters that every file system takes.
+    const bool printable = character.isPrint() || character.isSurrogate();
+    if (!printable || QString("<>:\"/\\|?*").contains(character)) character = '_';
+  }
+  name.truncate(kLongestName);
+  if (!name.isEmpty() && name.back().isHighSurrogate()) name.chop(1);
+  static const QRegularExpression edges("^[. ]+|[. ]+$");
+  name.remove(edges);
+  if (name.isEmpty()) name = ToQt(parts.Text("exchange.fileName"));
+  return (IsDeviceName(name) ? "_" : "") + name + "." + kEnding;
+}
+
+void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path) {
+  const std::string text = WriteTaskFile(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
+  QSaveFile file(path);
+  const bool written = file.open(QIODevice::WriteOnly) &&
+                       file.write(text.data(), static_cast<qint64>(text.size())) != -1 && file.commit();
+  if (!written) FailAt(parts, "exchange.unwritable", path, FromQt(file.errorString()));
+}
+
+ImportedTask LoadTaskFile(const AppParts& parts, const QString& path) {
+  const TaskFile file =
+      ReadTaskFile(Bytes(parts, path), FromQt(QFileInfo(path).fileName()), parts.state.texts);
+  return ForImport(file, {.data_source = parts.data.get(),
+                          .users = parts.tables.Users(),
+                          .tags = parts.tables.Tags(),
+                          .user_id = parts.user.id});
+}
+
+void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
+  QFileDialog dialog(parent, ToQt(parts.Text("exchange.exportTitle")), {}, NameFilters(parts));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(kEnding);
+  dialog.selectFile(SuggestedFileName(parts, task));
+  const QString path = Choose(dialog);
+  if (path.isEmpty()) return;
+  Told(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
+}
+
+std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
+  QFileDialog dialog(parent, ToQt(parts.Text("exchange.importTitle")), {}, NameFilters(parts));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  const QString path = Choose(dialog);
+  if (path.isEmpty()) return std::nullopt;
+  ImportedTask imported;
+  if (!Told(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))
+    return std::nullopt;
+  if (!imported.report.empty()) {
+    ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);
+    if (report.exec() != QDialog::Accepted) return std::nullopt;
+  }
+  const bool taken = Told(parts, "exchange.importFailed", [&] {
+    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag);
+    ReadTags(parts.state, parts.tables, parts.state.texts.code);
+  });
+  return taken ? std::optional(imported.task) : std::nullopt;
+}
+
+}  // namespace plovix::app

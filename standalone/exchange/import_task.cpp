@@ -1,0 +1,100 @@
+#include "import_task.h"
+
+#include <plovix/controls/failure.h>
+#include <plovix/host/auto_task.h>
+#include <plovix/standalone/model/action_kinds.h>
+
+#include <algorithm>
+
+namespace plovix {
+namespace {
+
+void CheckActions(const TaskRecord& task, ImportReport& report) {
+  for (std::size_t i = 0; i < task.actions.size(); ++i) {
+    const ActionRecord& action = task.actions[i];
+    if (FindActionKind(action.kind) == nullptr)
+      report.push_back({"exchange.note.action", {std::to_string(i + 1), action.kind}});
+  }
+}
+
+void CheckDataObject(const std::string& name, DataSource* source, ImportReport& report) {
+  if (name.empty() || source == nullptr) return;
+  try {
+    if (!source->Find(name)) report.push_back({"exchange.note.dataObject", {name}});
+  } catch (const Failure& failure) {
+    report.push_back({"exchange.note.dataObjectUnknown", {name, failure.Description()}});
+  }
+}
+
+bool Exists(const PermissionRecord& line, const std::vector<UserRecord>& users) {
+  return std::ranges::any_of(users, [&](const UserRecord& user) {
+    return line.is_group ? user.groups.contains(line.subject) : user.id == line.subject;
+  });
+}
+
+void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, ImportReport& report) {
+  if (!task.permissions || users.empty()) return;
+  PermissionSet kept;
+  for (const PermissionRecord& line : *task.permissions) {
+    if (Exists(line, users)) {
+      kept.push_back(line);
+    } else {
+      report.push_back({line.is_group ? "exchange.note.group" : "exchange.note.user", {line.subject}});
+    }
+  }
+  // Nobody named is not everybody: the empty set stays one.
+  if (kept.empty() && !task.permissions->empty()) report.push_back({"exchange.note.nobody", {}});
+  task.permissions = kept;
+}
+
+// Where users are not known, everybody may; else whoever is none of them may not.
+bool MayCreate(const ImportTarget& target, bool UserRecord::*right) {
+  const auto user = std::ranges::find(target.users, target.user_id, &UserRecord::id);
+  return user == target.users.end() ? target.users.empty() : user->administrator || (*user).*right;
+}
+
+void ChooseOwner(TaskRecord& task, bool was_personal, const ImportTarget& target, ImportReport& report) {
+  const bool may_own = !target.user_id.empty() && MayCreate(target, &UserRecord::create_personal);
+  const bool may_share = MayCreate(target, &UserRecord::create_shared);
+  const bool personal = may_own && (was_personal || !may_share);
+  if (personal) task.owner = target.user_id;
+  if (personal && was_personal) report.push_back({"exchange.note.yours", {}});
+  if (personal && !was_personal) report.push_back({"exchange.note.becomesPersonal", {}});
+  if (!personal && was_personal) report.push_back({"exchange.note.becomesShared", {}});
+}
+
+void CheckSchedule(TaskRecord& task, bool automation_manager, ImportReport& report) {
+  if (!task.allow_automation_manager || automation_manager) return;
+  task.allow_automation_manager = false;
+  task.processing_mode = processing_mode::kEveryTime;
+  task.recurrence.reset();
+  task.schedule_start.reset();
+  report.push_back({"exchange.note.automationManager", {}});
+}
+
+void CheckTags(const std::vector<TagRecord>& tags, const std::vector<TagRecord>& here,
+               ImportedTask& imported) {
+  for (const TagRecord& tag : TagsUsed(imported.task, tags)) {
+    const auto found = std::ranges::find(here, tag.tag, &TagRecord::tag);
+    if (found == here.end()) {
+      imported.new_tags.push_back(tag);
+    } else if (*found != tag) {
+      imported.report.push_back({"exchange.note.tag", {tag.tag}});
+    }
+  }
+}
+
+}  // namespace
+
+ImportedTask ForImport(const TaskFile& file, const ImportTarget& target) {
+  ImportedTask imported{file.task, {}, {}};
+  CheckDataObject(imported.task.data_object_name, target.data_source, imported.report);
+  CheckActions(imported.task, imported.report);
+  CheckSchedule(imported.task, target.automation_manager, imported.report);
+  ChooseOwner(imported.task, file.is_personal, target, imported.report);
+  CheckPermissions(imported.task, target.users, imported.report);
+  CheckTags(file.tags, target.tags, imported);
+  return imported;
+}
+
+}  // namespace plovix

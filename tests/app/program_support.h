@@ -1,0 +1,121 @@
+// The program's windows on a task file of the test's own, and what stands in for the person in front of them.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <plovix/standalone/app/qt_dialogs.h>
+#include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/task_list_window.h>
+#include <plovix/standalone/app/wizard_window.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/storage/sqlite_storage.h>
+
+#include <QApplication>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+namespace plovix::app {
+
+// Answers the modal dialogs that a test expects, in order.
+class Answers {
+ public:
+  explicit Answers(std::vector<std::function<void(QWidget*)>> steps) : steps_(std::move(steps)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      QWidget* box = QApplication::activeModalWidget();
+      if (box == nullptr || !box->isActiveWindow() || box == last_ ||
+          dynamic_cast<WizardWindow*>(box) != nullptr || next_ >= steps_.size()) {
+        return;
+      }
+      last_ = box;
+      steps_[next_++](box);
+    });
+    timer_.start(5);
+  }
+  ~Answers() { EXPECT_EQ(next_, steps_.size()) << "a dialog did not appear"; }
+
+ private:
+  std::vector<std::function<void(QWidget*)>> steps_;
+  std::size_t next_ = 0;
+  QPointer<QWidget> last_;  // forgets a closed box: the next one may stand at the same address
+  QTimer timer_;
+};
+
+inline std::function<void(QWidget*)> PressKey(Qt::Key key) {
+  return [key](QWidget* box) { QTest::keyClick(box, key); };
+}
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() {
+    state_.texts = LoadLanguage("en");
+    state_.dialogs = &dialogs_;
+    state_.marker_file = false;
+    state_.data = data_;
+    dialogs_.Use(tables_, FromQt(Path()));
+    SetUser(state_, user_);
+    RegisterPages(registry_);
+    InstallHost(state_);
+    Reopen();
+  }
+  ~ProgramTest() override { InstallServices({}); }
+
+  void Reopen() {
+    list_.reset();
+    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
+    state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
+    list_ = std::make_unique<TaskListWindow>(Parts());
+    list_->show();
+  }
+  [[nodiscard]] AppParts Parts() { return {state_, registry_, *storage_, tables_, user_, data_}; }
+  [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
+  [[nodiscard]] QPushButton* ListButton(const char* name) const {
+    return list_->findChild<QPushButton*>(name);
+  }
+  [[nodiscard]] WizardWindow* Wizard() const { return list_->OpenWizard(); }
+  // A key to whatever has the focus in the wizard, as a person types it.
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+    QTest::keyClick(Wizard()->focusWidget(), key, modifiers);
+  }
+  void Type(const QString& text) const { QTest::keyClicks(Wizard()->focusWidget(), text); }
+  [[nodiscard]] QString FocusName() const { return Wizard()->focusWidget()->objectName(); }
+  void OpenWizard(const char* button) const {
+    ListButton(button)->click();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(Wizard()));
+  }
+  [[nodiscard]] QStringList Names() const {
+    QStringList names;
+    const auto* table = list_->findChild<QTableView*>("tasks");
+    for (int row = 0; row < table->model()->rowCount(); ++row)
+      names += table->model()->index(row, 0).data().toString();
+    return names;
+  }
+  // What a second process prints for a script on the same file.
+  [[nodiscard]] QByteArray RunScriptProcess(const QByteArray& script) const {
+    QProcess process;
+    process.start(QCoreApplication::applicationDirPath() + "/plovix",
+                  {"script", "-", "--database", Path(), "--language", "en"});
+    process.write(script);
+    process.closeWriteChannel();
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+    return process.readAllStandardOutput();
+  }
+
+  QTemporaryDir folder_;
+  HostState state_;
+  QtDialogs dialogs_{state_};
+  MemoryHostTables tables_;
+  UserRecord user_ = FirstAdministrator();
+  std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
+  PageRegistry registry_;
+  std::unique_ptr<SqliteStorage> storage_;
+  std::unique_ptr<TaskListWindow> list_;
+};
+
+}  // namespace plovix::app

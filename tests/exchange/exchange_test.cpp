@@ -1,0 +1,263 @@
+// The task file: what is written comes back, whatever is damaged is refused with its place; and what becomes
+// of a task in another installation.
+#include <gmock/gmock.h>
+#include <plovix/controls/failure.h>
+#include <plovix/standalone/exchange/import_task.h>
+#include <plovix/standalone/exchange/strict_json.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/model/task_fields.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+namespace plovix {
+namespace {
+
+using Json = nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// A task in which no plain field is at its initial value.
+TaskRecord FullTask(const PatternRecord& pattern, const std::string& odd = "ö\u202e\U0001F600\"\\\n") {
+  TaskRecord task;
+  ForEachField(std::tuple_cat(kTaskTextFields, kTaskSettingFields), [&](std::string_view name, auto field) {
+    auto& value = task.*field;
+    if constexpr (std::is_same_v<decltype(value), std::string&>)
+      value = std::string(name) + odd;
+    else if constexpr (std::is_same_v<decltype(value), DateTime&>)
+      value += std::chrono::seconds{1};
+    else
+      value = std::numeric_limits<std::remove_reference_t<decltype(value)>>::max();
+  });
+  task.categories = {{"NameTag" + odd, false}, {odd, true}};
+  task.permissions = {{odd, true, true, false, true, false}, {odd + "2", true, false, true, false, true}};
+  task.recurrence = RecurrenceRecord{-3, 2, 7, RecurrenceRecord::kFirstExecutionTime, pattern};
+  task.schedule_start = std::chrono::local_days{std::chrono::year{9999} / 12 / 31};
+  task.actions = {{"write-log", odd, 16, 8, {{"text", odd}, {odd, ""}, {"", odd}}}, {}};
+  return task;
+}
+
+const std::vector<PatternRecord> kPatterns = {{},
+                                              DailyRecord{3, true},
+                                              WeeklyRecord{2, {true, false, true}},
+                                              MonthlyRecord{1, {true, 31, -4, 9}},
+                                              YearlyRecord{12, {false, 29, 1, 2}}};
+
+std::vector<TagRecord> Tags(const std::string& odd) {
+  return {{"NameTag" + odd, {{"en", odd}, {"fr", ""}}}, {odd + "2", {}}};
+}
+
+TaskFile Read(const std::string& text) {
+  return ReadTaskFile(text, "f.json", TextTable::Ids());
+}
+std::string Write(const TaskFile& file) {
+  TaskRecord task = file.task;
+  if (file.is_personal) task.owner = "somebody";
+  return WriteTaskFile(task, file.tags, TextTable::Ids());
+}
+
+TEST(TaskFiles, BringBackWhatWasWritten) {
+  const std::vector<std::string> odd_texts = {"ö\u202e\U0001F600\"\\\n",
+                                              {"\xFF\0\xC3\xED\xA0\x80", 6},
+                                              "\uFEFF\U0010FFFF\x34\x31",
+                                              std::string(10'000, 'x')};
+  for (const std::string& odd : odd_texts) {
+    for (const PatternRecord& pattern : kPatterns) {
+      for (const bool is_personal : {false, true}) {
+        const TaskFile file{FullTask(pattern, odd), is_personal, Tags(odd)};
+        EXPECT_EQ(Read(Write(file)), file) << odd.substr(0, 20) << pattern.index();
+      }
+    }
+  }
+  const TaskFile empty{};
+  EXPECT_EQ(Read(Write(empty)), empty);
+  TaskRecord local = FullTask({});
+  local.id = local.version = 7;
+  local.owner = "somebody";
+  local.may_run = local.may_edit = local.may_delete = false;
+  EXPECT_EQ(WriteTaskFile(local, {}, TextTable::Ids()), Write({FullTask({}), true, {}})) << "stays behind";
+  local.base_date = std::chrono::local_days{std::chrono::year{10000} / 1 / 1};
+  EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
+  EXPECT_THROW((void)Write({{}, false, {{std::string(kLargestTaskFile / 6, '\1'), {}}}}), Failure);
+}
+
+TEST(TaskFiles, AreReadAsTheDocumentedExample) {
+  std::ostringstream text;
+  text << std::ifstream(PLOVIX_SOURCE_DIR "/docs/task-file.md").rdbuf();
+  const std::size_t start = text.str().find("    {\n");
+  const TaskFile file = Read(text.str().substr(start, text.str().find("## The members") - start));
+  EXPECT_EQ(file.task.actions.at(0).settings.at("timeLimit"), "60");
+  EXPECT_THAT(TagsUsed(file.task, file.tags), ElementsAre(file.tags.at(0)));
+}
+
+// Either the file is refused, and then at `place`, below it, or in the list or object around it; or nothing
+// of it is lost.
+bool RefusedOrKept(const std::string& text, const std::string& place, const std::string& around) {
+  try {
+    const TaskFile file = Read(text);
+    EXPECT_EQ(Json::parse(Write(file)), Json::parse(text));
+    return false;
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Number(), failure_number::kInvalidCall);
+    const std::string& told = failure.Description();
+    EXPECT_THAT(told, testing::AnyOf(HasSubstr(":" + place), HasSubstr(":" + around + "]"),
+                                     HasSubstr(":" + around + ",")));
+    return true;
+  }
+}
+
+// Damages a file member by member.
+struct Damager {
+  Json file;
+
+  // `mark` is taken out of the text: what is marked so stands twice under one name.
+  void Check(const std::string& place, const std::string& around, bool must_refuse, const std::string& mark) {
+    std::string text = file.dump();
+    if (const auto found = text.find(mark); found != std::string::npos) text.erase(found, mark.size());
+    EXPECT_TRUE(RefusedOrKept(text, place, around) || !must_refuse) << place;
+  }
+
+  // Everything below `here`, a list or an object.
+  void Damage(Json& here, const std::string& around) {
+    static const Json kValues = Json::parse(R"([null, true, "x", 1.5, -1, 99999999999, 18446744073709551615,
+                                                [], {}])");
+    const std::string mark = "<again>";
+    const Json kept = here;
+    std::size_t index = 0;
+    for (const auto& [key, value] : kept.items()) {
+      const std::string place = kept.is_object() ? MemberPlace(around, key) : ItemPlace(around, index);
+      Json& child = kept.is_object() ? here[key] : here[index];
+      for (const Json& wrong : kValues) {
+        child = wrong;
+        Check(place, around, wrong.type_name() != std::string(value.type_name()) && !wrong.is_null(), mark);
+      }
+      child = value;
+      if (value.is_structured()) Damage(child, place);
+      if (kept.is_object()) here[key + mark] = value;
+      Check(place, around, kept.is_object(), mark);
+      here = kept;
+      kept.is_object() ? void(here.erase(key)) : here.erase(index);
+      Check(place, around, false, mark);
+      here = kept;
+      ++index;
+    }
+    if (kept.is_object()) here["further"] = 1;
+    Check(MemberPlace(around, "further"), around, kept.is_object(), mark);
+    here = kept;
+  }
+};
+
+TEST(TaskFiles, AreRefusedWhereverTheyAreDamaged) {
+  std::string text;
+  for (const PatternRecord& pattern : kPatterns) {
+    Damager damager{Json::parse(Write({FullTask(pattern, "'"), true, Tags("'")}))};
+    text = damager.file.dump();
+    damager.Damage(damager.file, "");
+  }
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    (void)RefusedOrKept(std::string(text).erase(i, 1), "", "");
+    EXPECT_TRUE(RefusedOrKept(text.substr(0, i), "", "")) << i;
+  }
+}
+
+TEST(TaskFiles, SayWhatIsWrong) {
+  const auto damaged = [](const std::string& from, const std::string& to) {
+    std::string text = Write({FullTask(DailyRecord{3, true}, "'"), false, {}});
+    EXPECT_THAT(text, HasSubstr(from));
+    return text.replace(text.find(from), from.size(), to);
+  };
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {damaged("\"everyNDays\": 3", "\"everyNDays\": \"x\""),
+       "task.recurrence.pattern.everyNDays: a whole number was expected, \"x\" stands there."},
+      {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
+       "task.recordMode: a number from -32768 to 32767 was expected, 32768 stands there."},
+      {damaged("\"version\": 1", "\"version\": 2"), "the file is of version 2, this program reads version 1"},
+      {damaged("\"version\": 1", "\"version\": 0"), "there is no version 0"},
+      {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
+      {damaged("9999-12-31", "2026-02-29"), "task.scheduleStart: null or a date such as"},
+      {damaged("\"'2\"", "\"\""), "task.permissions[1].subject: a name is empty here."},
+      {damaged("\"'2\"", "\"'\""), "task.permissions[1].subject: this is given twice."},
+      {"{\n \"ö\": \"\xFF\"}", "line 2, column 8: this is not valid JSON."},
+      {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
+      {"[1e999]", "is not valid JSON."},
+      {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
+      {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
+      {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},
+  };
+  for (const auto& [text, problem] : cases) {
+    try {
+      (void)ReadTaskFile(text, "f.json", LoadLanguage("en"));
+      ADD_FAILURE() << problem;
+    } catch (const Failure& failure) {
+      EXPECT_THAT(failure.Description(), testing::AllOf(HasSubstr("f.json"), HasSubstr(problem)));
+      EXPECT_LT(failure.Description().size(), 500U);
+    }
+  }
+}
+
+class OneObject final : public DataSource {
+ public:
+  std::vector<DataObjectRecord> List() override { return {}; }
+  std::optional<DataObjectRecord> Find(std::string_view name) override {
+    if (name == "broken") throw Failure(5, "no disk");
+    return name == "orders" ? std::optional(DataObjectRecord{"orders", "Orders", ""}) : std::nullopt;
+  }
+  std::vector<FieldRecord> Fields(std::string_view /*name*/) override { return {}; }
+};
+
+TEST(Import, TellsWhatCannotBeTakenOver) {
+  OneObject source;
+  ImportTarget target{&source, {}, {{"known", {{"en", "Here"}}}, {"same", {}}}, "anna", true};
+  for (const char* id : {"anna", "guest", "owner"}) target.users.emplace_back().id = id;
+  target.users[0].groups = {"clerks"};
+  target.users[0].create_shared = target.users[0].create_personal = target.users[2].create_personal = true;
+  using File = TaskFile&;
+  using Place = ImportTarget&;
+  // What is told, then the owner, the permissions left, "scheduled", the new tags.
+  const std::vector<std::pair<std::function<void(File, Place)>, std::string>> cases = {
+      {[](File, Place) {}, " -1"},
+      {[](File f, Place) { f.task.data_object_name = "no"; }, "[exchange.note.dataObject:no] -1"},
+      {[](File f, Place) { f.task.data_object_name = "broken"; },
+       "[exchange.note.dataObjectUnknown:broken,no disk] -1"},
+      {[](File f, Place) { f.task.actions = FullTask({}).actions; }, "[exchange.note.action:2,] -1"},
+      {[](File f, Place) { f.is_personal = true; }, "[exchange.note.yours] anna -1"},
+      {[](File f, Place p) { f.is_personal = true, p.user_id = "guest"; },
+       "[exchange.note.becomesShared] -1"},
+      {[](File, Place p) { p.user_id = "owner"; }, "[exchange.note.becomesPersonal] owner -1"},
+      {[](File f, Place) {
+         f.task.permissions = {{"anna"}, {"anna", true}, {"clerks", true}, {"bob"}};
+       },
+       "[exchange.note.group:anna][exchange.note.user:bob] 2"},
+      {[](File f, Place) { f.task.permissions = {{"bob"}}; },
+       "[exchange.note.user:bob][exchange.note.nobody] 0"},
+      {[](File f, Place p) { f.task.permissions = {{"bob"}}, p.users.clear(); }, " 1"},
+      {[](File f, Place) { f.task.allow_automation_manager = true, f.task.recurrence.emplace(); },
+       " -1 scheduled"},
+      {[](File f, Place p) {
+         f.task.allow_automation_manager = true, f.task.recurrence.emplace(), p.automation_manager = false;
+       },
+       "[exchange.note.automationManager] -1"},
+      {[](File f, Place) {
+         f.task.name_tag = "known", f.task.description_tag = "same", f.task.categories = {{"new"}};
+         f.tags = {{"known", {{"en", "There"}}}, {"new", {}}, {"same", {}}, {"unused", {}}};
+       },
+       "[exchange.note.tag:known] -1 new"}};
+  for (const auto& [change, wanted] : cases) {
+    TaskFile file;
+    file.task.data_object_name = "orders";
+    ImportTarget place = target;
+    change(file, place);
+    const auto [task, new_tags, report] = ForImport(file, place);
+    std::string told;
+    for (const ImportNote& note : report) told += BracketedText(note.text, note.parameters);
+    if (!task.owner.empty()) told += " " + task.owner;
+    told += " " + std::to_string(task.permissions ? static_cast<int>(task.permissions->size()) : -1);
+    if (task.allow_automation_manager && task.recurrence) told += " scheduled";
+    for (const TagRecord& tag : new_tags) told += " " + tag.tag;
+    EXPECT_EQ(told, wanted);
+  }
+}
+
+}  // namespace
+}  // namespace plovix
