@@ -1,5 +1,6 @@
 #include "sqlite_data_source.h"
 
+#include <plovix/standalone/model/fold_case.h>
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/query/same_name.h>
 
@@ -116,15 +117,18 @@ std::string KeyOfView(const Connection& connection, std::string_view name) {
 std::vector<DataObjectRecord> ReadObjects(const Connection& connection) {
   std::vector<CatalogueEntry> entries = ReadCatalogue(connection);
   RemoveShadowTables(entries);
-  std::vector<DataObjectRecord> objects;
-  objects.reserve(entries.size());
+  std::vector<std::pair<std::string, DataObjectRecord>> sorted;  // by caption, whatever its case
+  sorted.reserve(entries.size());
   for (CatalogueEntry& entry : entries) {
     if (entry.is_view) entry.object.key = KeyOfView(connection, entry.object.name);
-    objects.push_back(std::move(entry.object));
+    sorted.emplace_back(FoldCase(entry.object.caption), std::move(entry.object));
   }
-  std::ranges::sort(objects, {}, [](const DataObjectRecord& object) {
-    return std::tuple(Lower(object.caption), std::string_view(object.name));
+  std::ranges::sort(sorted, {}, [](const auto& item) {
+    return std::tuple<std::string_view, std::string_view>(item.first, item.second.name);
   });
+  std::vector<DataObjectRecord> objects;
+  objects.reserve(sorted.size());
+  for (auto& [key, object] : sorted) objects.push_back(std::move(object));
   return objects;
 }
 

@@ -1,0 +1,46 @@
+// A group of conditions of the query builder: in a box of its own, or a single condition without one. Used by
+// the builder's list of groups.
+#pragma once
+
+#include <QFrame>
+#include <functional>
+#include <vector>
+
+#include "query_condition_row.h"
+
+class QVBoxLayout;
+
+namespace plovix::app {
+
+// A choice of "all" and "any".
+[[nodiscard]] QComboBox* NewJoinChoice(const TextTable& texts, Join join);
+[[nodiscard]] Join ChosenJoin(const QComboBox& choice);
+
+class QueryGroupWidget final : public QFrame {
+ public:
+  // `texts` and `fields` outlive it; `group` holds a condition.
+  QueryGroupWidget(const TextTable& texts, QueryFields& fields, const Group& group, bool boxed);
+
+  [[nodiscard]] Group Value() const;
+  [[nodiscard]] const std::vector<QueryConditionRow*>& Rows() const { return rows_; }
+  // Counted from 1.
+  void SetNumber(int number);
+  [[nodiscard]] std::vector<QWidget*> TabStops() const;
+
+  // Set by whoever owns the group. `removed`: it has no condition any more, or its user does not want it.
+  std::function<void()> changed, removed;
+
+ private:
+  void BuildHeader(Join join);
+  QueryConditionRow* AddRow(const Condition& condition);
+  void RemoveRow(QueryConditionRow* row);
+
+  const TextTable& texts_;
+  QueryFields& fields_;
+  QVBoxLayout* column_;
+  QComboBox* join_ = nullptr;  // with a box, as the buttons
+  QPushButton *add_ = nullptr, *remove_ = nullptr;
+  std::vector<QueryConditionRow*> rows_;
+};
+
+}  // namespace plovix::app

@@ -1,0 +1,111 @@
+#include "query_preview_panel.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QMetaObject>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "qt_text.h"
+
+namespace plovix::app {
+namespace {
+
+constexpr int kWidestColumn = 30;  // characters
+constexpr int kLinesHigh = 7;
+
+}  // namespace
+
+QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
+    : texts_(texts),
+      count_(new QLabel),
+      table_(new QTableWidget),
+      preview_(std::move(path), [this](std::function<void()> arrived) {
+        QMetaObject::invokeMethod(this, std::move(arrived), Qt::QueuedConnection);
+      }) {
+  count_->setTextFormat(Qt::PlainText);
+  count_->setWordWrap(true);
+  count_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  table_->setAccessibleName(ToQt(texts_.Host("query.preview.name")));
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
+  table_->setAlternatingRowColors(true);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
+  table_->horizontalHeader()->setHighlightSections(false);
+  table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
+  table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  table_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins({});
+  rows->addWidget(count_);
+  rows->addWidget(table_, 1);
+}
+
+QWidget* QueryPreviewPanel::TabStop() const {
+  return table_;
+}
+
+void QueryPreviewPanel::ShowCounting() {
+  preview_.Cancel();
+  count_->setText(ToQt(texts_.Host("query.preview.counting")));
+  table_->setEnabled(false);
+}
+
+void QueryPreviewPanel::Ask(const std::string& sql) {
+  ShowCounting();
+  preview_.Ask({sql, {}}, [this](const QueryPreview::Result& result) { Show(result); });
+}
+
+void QueryPreviewPanel::ShowInstead(std::string_view text) {
+  preview_.Cancel();
+  count_->setText(ToQt(texts_.Host(text)));
+  ShowRows({});
+}
+
+void QueryPreviewPanel::Show(const QueryPreview::Result& result) {
+  if (const auto* problem = std::get_if<QueryProblem>(&result)) {
+    count_->setText(ToQt(texts_.Host(problem->text, {problem->detail})));
+    ShowRows({});
+    return;
+  }
+  const auto& found = std::get<QueryRows>(result);
+  count_->setText(CountText(found));
+  ShowRows(found);
+}
+
+QString QueryPreviewPanel::CountText(const QueryRows& found) const {
+  const std::string count = FromQt(QLocale().toString(static_cast<qlonglong>(found.count)));
+  if (!found.complete) return ToQt(texts_.Host("query.preview.more", {count}));
+  if (found.count == 0) return ToQt(texts_.Host("query.preview.none"));
+  if (found.count == 1) return ToQt(texts_.Host("query.preview.one"));
+  return ToQt(texts_.Host("query.preview.count", {count}));
+}
+
+void QueryPreviewPanel::ShowRows(const QueryRows& found) {
+  table_->clear();
+  table_->setEnabled(true);
+  table_->setRowCount(static_cast<int>(found.rows.size()));
+  table_->setColumnCount(static_cast<int>(found.columns.size()));
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    auto* header = new QTableWidgetItem(ToQt(found.columns[static_cast<std::size_t>(column)]));
+    header->setToolTip(header->text());
+    table_->setHorizontalHeaderItem(column, header);
+    for (int row = 0; row < table_->rowCount(); ++row) {
+      const auto& value = found.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+      auto* cell = new QTableWidgetItem(value ? ToQt(*value) : ToQt(texts_.Host("query.preview.empty")));
+      cell->setToolTip(cell->text());
+      if (!value) cell->setForeground(palette().brush(QPalette::PlaceholderText));
+      table_->setItem(row, column, cell);
+    }
+  }
+  table_->resizeColumnsToContents();
+  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
+  for (int column = 0; column < table_->columnCount(); ++column) {
+    table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
+  }
+}
+
+}  // namespace plovix::app

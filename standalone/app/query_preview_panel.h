@@ -1,0 +1,40 @@
+// How many records a query finds, and the first of them. Used by the query builder dialog.
+#pragma once
+
+#include <plovix/standalone/data/query_preview.h>
+#include <plovix/standalone/model/text_table.h>
+
+#include <QWidget>
+#include <string>
+#include <vector>
+
+class QLabel;
+class QTableWidget;
+
+namespace plovix::app {
+
+class QueryPreviewPanel final : public QWidget {
+ public:
+  // `texts` outlives it. `path` is the data's file.
+  QueryPreviewPanel(const TextTable& texts, std::string path);
+
+  // Says that what is shown is out of date.
+  void ShowCounting();
+  // Runs an SQL text in the background and shows what it finds.
+  void Ask(const std::string& sql);
+  // Shows no records but a host text.
+  void ShowInstead(std::string_view text);
+  [[nodiscard]] QWidget* TabStop() const;
+
+ private:
+  void Show(const QueryPreview::Result& result);
+  void ShowRows(const QueryRows& found);
+  [[nodiscard]] QString CountText(const QueryRows& found) const;
+
+  const TextTable& texts_;
+  QLabel* count_;
+  QTableWidget* table_;
+  QueryPreview preview_;
+};
+
+}  // namespace plovix::app

@@ -1,0 +1,199 @@
+// The query builder, driven by keyboard and mouse.
+#include <gmock/gmock.h>
+#include <plovix/standalone/app/qt_text.h>
+#include <plovix/standalone/app/query_builder_dialog.h>
+#include <plovix/standalone/data/sqlite_data_source.h>
+#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/query/query_text.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+namespace plovix::app {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+class QueryBuilderTest : public testing::Test {
+ protected:
+  QueryBuilderTest() {
+    QLocale::setDefault(QLocale::French);
+    const Connection connection(path_, std::chrono::milliseconds{50}, Access::kReadWrite);
+    connection.Run("CREATE TABLE \"a & b\" (\"50% \"\"o\"\" & é\" TEXT, total REAL, n INT, paid BOOL)");
+    connection.Run("INSERT INTO \"a & b\" VALUES ('x', 0.5, 1, 1), ('y', 2, 2, 0), (NULL, 3, 3, 0)");
+  }
+  ~QueryBuilderTest() override { QLocale::setDefault(QLocale::C); }
+
+  void Open(const std::string& text) {
+    dialog_ =
+        std::make_unique<QueryBuilderDialog>(texts_, source_, *source_.Find("a & b"), text, path_, nullptr);
+    dialog_->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
+  }
+  [[nodiscard]] QPlainTextEdit* Text() const { return dialog_->findChild<QPlainTextEdit*>(); }
+  // By accessible name, or caption without its mnemonic, of what can be seen.
+  template <typename Widget>
+  [[nodiscard]] Widget* Find(const char* name) const {
+    for (Widget* widget : dialog_->findChildren<Widget*>()) {
+      QString known = widget->accessibleName();
+      if (known.isEmpty()) known = widget->property("text").toString().remove(u'&');
+      if (widget->isVisible() && known == QString::fromUtf8(name)) return widget;
+    }
+    return nullptr;
+  }
+  template <typename Widget>
+  [[nodiscard]] Widget* Get(const char* name) const {
+    Widget* found = Find<Widget>(name);
+    if (found == nullptr) throw Failure(failure_number::kInvalidCall, name);
+    return found;
+  }
+  void Pick(const char* name, const char* entry) const {
+    Get<QComboBox>(name)->setCurrentText(QString::fromUtf8(entry));
+  }
+  [[nodiscard]] bool Tells(const char* part) const {
+    const auto labels = dialog_->findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [part](const QLabel* label) {
+      return label->isVisible() && label->text().contains(QString::fromUtf8(part));
+    });
+  }
+  void TypeText(const QString& text) const {
+    Text()->setFocus();
+    Text()->selectAll();
+    QTest::keyClicks(Text(), text);
+  }
+  // Presses OK or Cancel and answers the question that comes with a key; gives back the question.
+  QString Answer(Qt::Key button, Qt::Key answer) const {
+    QString question;
+    QTimer::singleShot(50, [&question, answer] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      question = box->text();
+      QTest::keyClick(box, answer, Qt::AltModifier);
+    });
+    QTest::keyClick(dialog_.get(), button);
+    QTest::qWait(100);
+    return question;
+  }
+
+  QTemporaryDir folder_;
+  std::string path_ = FromQt(folder_.filePath(QStringLiteral("d.sqlite")));
+  SqliteDataSource source_{path_};
+  TextTable texts_ = LoadLanguage("en");
+  std::unique_ptr<QueryBuilderDialog> dialog_;
+};
+
+constexpr auto kAll = R"(SELECT * FROM "a & b")";
+
+TEST_F(QueryBuilderTest, RowsAreBuiltByKeyboardAndWrittenAsText) {
+  Open(" ");
+  EXPECT_EQ(dialog_->Query(), kAll);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("3 records match"); }));
+  EXPECT_TRUE(Get<QRadioButton>("All records")->hasFocus());
+  QTest::keyClick(dialog_->focusWidget(), Qt::Key_Down);
+  EXPECT_TRUE(Get<QRadioButton>("Records that match")->hasFocus());
+  for (int i = 0; i < 2; ++i) QTest::keyClick(dialog_->focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(Get<QComboBox>("Field of condition 1")->hasFocus());
+  QTest::keyClick(dialog_->focusWidget(), Qt::Key_Down);
+  QTest::keyClick(dialog_->focusWidget(), Qt::Key_Tab);
+  QTest::keyClick(dialog_->focusWidget(), Qt::Key_Tab);
+  QTest::keyClicks(dialog_->focusWidget(), "0,");
+  QTest::keyClick(dialog_.get(), Qt::Key_Return);  // "0." is a number, and Enter means OK
+  EXPECT_EQ(dialog_->result(), QDialog::Accepted);
+  EXPECT_EQ(dialog_->Query(), std::string(kAll) + R"( WHERE "total" = 0.)");
+  Open(dialog_->Query());
+  QTest::keyClicks(Get<QLineEdit>("Value of condition 1"), "5");
+  Get<QPushButton>("Add group")->click();
+  Pick("Field of condition 2", "50% \"o\" & é");
+  Pick("Comparison of condition 2", "contains");
+  QTest::keyClicks(Get<QLineEdit>("Value of condition 2"), "5%'");
+  Get<QPushButton>("Add a condition to group 2")->click();
+  Pick("Field of condition 3", "paid");
+  Pick("How the conditions are joined", "any of these conditions");
+  EXPECT_EQ(dialog_->Query(),
+            std::string(kAll) + R"( WHERE "total" = 0.5 OR ("50% ""o"" & é" LIKE '%5\%''%' ESCAPE '\' OR )" +
+                R"("paid" = 1))");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("1 record matches"); }));
+  Get<QPushButton>("Remove condition 1")->click();
+  Get<QPushButton>("Remove group 1")->click();
+  EXPECT_EQ(dialog_->Query(), kAll);
+}
+
+TEST_F(QueryBuilderTest, TheTextAndTheRowsKeepInStep) {
+  Open(std::string(kAll) + "  where n = 1 -- as typed");
+  EXPECT_EQ(Text()->toPlainText(), QString(kAll) + "  where n = 1 -- as typed");
+  TypeText("select * from [A & b] where n>=2 or paid=0");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Find<QComboBox>("Value of condition 2") != nullptr; }));
+  EXPECT_EQ(Get<QLineEdit>("Value of condition 1")->text(), "2");
+  EXPECT_EQ(Get<QComboBox>("How the conditions are joined")->currentIndex(), 1);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("2 records match"); }));
+  EXPECT_EQ(dialog_->Query(), "select * from [A & b] where n>=2 or paid=0");
+  TypeText("select n from [a & b] order by n");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("chooses columns") && Tells("used as it stands"); }));
+  EXPECT_FALSE(Get<QLineEdit>("Value of condition 1")->isEnabled());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("3 records match"); }));
+  EXPECT_EQ(Get<QTableWidget>("The first records that the query finds")->columnCount(), 1);
+  TypeText(" ");
+  QTest::keyClick(dialog_.get(), Qt::Key_Return, Qt::ControlModifier);
+  dialog_->accept();
+  EXPECT_TRUE(dialog_->isVisible());
+  EXPECT_TRUE(Tells("no query yet"));
+  Get<QRadioButton>("All records")->click();
+  EXPECT_EQ(dialog_->Query(), kAll);
+  EXPECT_EQ(Text()->toPlainText(), kAll);
+  dialog_->accept();
+  EXPECT_FALSE(dialog_->isVisible());
+}
+
+TEST_F(QueryBuilderTest, NothingWrongPassesUnseenAndNothingTypedIsLost) {
+  Open(std::string(kAll) + " WHERE n = 1");
+  auto* value = Get<QLineEdit>("Value of condition 1");
+  value->selectAll();
+  QTest::keyClicks(value, "1,5");
+  QTest::keyClick(dialog_.get(), Qt::Key_Return);
+  EXPECT_TRUE(dialog_->isVisible());
+  EXPECT_TRUE(Tells("whole number"));
+  EXPECT_THAT(FromQt(value->accessibleDescription()), HasSubstr("whole number"));
+  EXPECT_TRUE(value->hasFocus());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("still lacks its value"); }));
+  EXPECT_THAT(FromQt(Answer(Qt::Key_Escape, Qt::Key_K)), HasSubstr("Discard"));
+  EXPECT_TRUE(dialog_->isVisible());
+  TypeText("select * from nosuch");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("no such table: nosuch"); }));
+  dialog_->findChild<QTableWidget*>()->setFocus();
+  EXPECT_THAT(FromQt(Answer(Qt::Key_Return, Qt::Key_E)), HasSubstr("no such table"));
+  EXPECT_TRUE(dialog_->isVisible());
+  EXPECT_THAT(FromQt(Answer(Qt::Key_Return, Qt::Key_K)), HasSubstr("nevertheless"));
+  EXPECT_EQ(dialog_->result(), QDialog::Accepted);
+  EXPECT_EQ(dialog_->Query(), "select * from nosuch");
+}
+
+TEST_F(QueryBuilderTest, ValuesThatAnEditorWouldChangeGoThroughUnharmed) {
+  const std::string odd =
+      "a\xC2\xA0"
+      "b\r\n\xE2\x80\xA9'&%_\\\xD7\xA9\xF0\x9F\x98\x80" +
+      std::string(1, '\0') + std::string(40'000, 'x');
+  const std::vector<FieldRecord> fields = source_.Fields("a & b");
+  const QueryModel model{"a & b", Join::kAll, {{Join::kAll, {{fields[0].name, Comparison::kEquals, odd}}}}};
+  const std::string text = QueryText(model, fields);
+  Open(text);
+  EXPECT_EQ(dialog_->Query(), text);
+  Pick("Comparison of condition 1", "is not");
+  Pick("Comparison of condition 1", "is");
+  EXPECT_EQ(dialog_->Query(), text);
+  Text()->moveCursor(QTextCursor::End);
+  QTest::keyClicks(Text(), ";");
+  EXPECT_EQ(dialog_->Query(), text + ";");
+}
+
+}  // namespace
+}  // namespace plovix::app
