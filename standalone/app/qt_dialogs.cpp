@@ -13,6 +13,7 @@
 #include "category_dialog.h"
 #include "permission_dialog.h"
 #include "qt_text.h"
+#include "query_builder_dialog.h"
 #include "tag_dialog.h"
 
 namespace plovix::app {
@@ -135,10 +136,12 @@ std::optional<std::vector<CategoryRecord>> QtDialogs::EditCategories(
   return dialog.Categories();
 }
 
-std::optional<std::string> QtDialogs::BuildQuery(const std::string& /*text*/,
-                                                 const DataObjectRecord& /*object*/) {
-  return std::nullopt;
+std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const DataObjectRecord& object) {
+  QueryBuilderDialog dialog(texts_, *state_.data, object, text, data_, QApplication::activeWindow());
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.Query();
 }
+
 // A task without a set keeps none as long as nobody is named: an empty set would shut everybody out.
 std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
                                                         const std::string& title) {
