@@ -72,7 +72,7 @@ TEST(Languages, HoldEveryTextInUseAndNoOther) {
   const auto keys = FoundInSources(
       {"standalone"},
       std::regex(
-          R"re("((?:action|button|category|data|error|exchange|list|permission|program|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+          R"re("((?:action|button|category|data|error|exchange|list|permission|program|query|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
   for (const auto& [code, json] : EmbeddedLanguages()) {
     const TextTable table = LoadLanguage(code);
     EXPECT_EQ(table.code, code);

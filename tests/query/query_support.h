@@ -50,25 +50,8 @@ inline std::string RandomValue(Dice& dice, FieldType type) {
     case FieldType::kBinary:
       break;
   }
-  const Strings parts = {"\r", "'",
-                         "''",
-                         "\"",
-                         "%",
-                         "_",
-                         "\\",
-                         ";",
-                         "--",
-                         "/*",
-                         "a",
-                         "OR",
-                         " ",
-                         "é",
-                         "1",
-                         "?",
-                         "]",
-                         "x",
-                         "\n",
-                         std::string(1, '\0')};
+  const Strings parts = {"\r", "'",  "''", "\"", "%", "_", "\\", ";", "--", "/*",
+                         "a",  "OR", " ",  "é",  "1", "?", "]",  "x", "\n", std::string(1, '\0')};
   std::string text;
   for (std::size_t count = Roll(dice, 6); count > 0; --count) text += AnyOf(dice, parts);
   return text;
