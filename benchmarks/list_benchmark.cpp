@@ -24,9 +24,9 @@ namespace {
 constexpr int kRepetitions = 5;
 constexpr double kLargestRatio = 2.5;
 
-double BestMilliseconds(const std::function<void()>& act) {
+double BestMilliseconds(const std::function<void()>& act, int repetitions = kRepetitions) {
   double best = 1e9;
-  for (int i = 0; i < kRepetitions; ++i) {
+  for (int i = 0; i < repetitions; ++i) {
     const auto start = std::chrono::steady_clock::now();
     act();
     const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
