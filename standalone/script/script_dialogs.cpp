@@ -16,9 +16,9 @@ using Json = nlohmann::ordered_json;
 template <class T>
 T Taken(std::deque<T>& queue, std::type_identity_t<T> otherwise) {
   if (queue.empty()) return otherwise;
-  T first = std::move(queue.front());
+  otherwise = std::move(queue.front());
   queue.pop_front();
-  return first;
+  return otherwise;
 }
 
 int BoxAnswer(int buttons, bool consent) {
