@@ -1,7 +1,8 @@
 // How the details page fills its two lists, against the bare read of what it needs, in the same run: the
 // categories of a million stored tasks against the database's own loop over the column, and the data objects
 // of a file with 100,000 tables against the loop over its catalogue. Each act is timed several times and the
-// best time counts. Exit status 1: an act takes longer than its limit.
+// best time counts. With "--all" also what takes minutes: a million different categories, and the tables.
+// Exit status 1: an act takes longer than its limit.
 #include <malloc.h>
 #include <plovix/component/page_registry.h>
 #include <plovix/controls/user.h>
@@ -185,7 +186,7 @@ bool DataObjects(HostState& state, const PageRegistry& registry, const std::stri
   return Report("100,000 tables", scan, page, shown.List("cboDataObject").Count(), MemoryInUse() - before);
 }
 
-bool Measure() {
+bool Measure(bool all) {
   NoDialogs dialogs;
   HostState state;
   state.dialogs = &dialogs;
@@ -199,11 +200,13 @@ bool Measure() {
       ("list-benchmark-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
   std::filesystem::create_directory(folder);
   bool within = true;
-  for (const int distinct : {200, 10'000, 1'000'000}) {
+  for (const int distinct : {200, 10'000})
+    within = Categories(state, registry, folder, distinct) && within;
+  if (all) {
     // Where every category is another one, filing the texts is the work; it has no limit.
-    within = Categories(state, registry, folder, distinct) || distinct > 10'000 ? within : false;
+    static_cast<void>(Categories(state, registry, folder, 1'000'000));
+    within = DataObjects(state, registry, folder) && within;
   }
-  within = DataObjects(state, registry, folder) && within;
   std::filesystem::remove_all(folder);
   InstallServices({});
   return within;
@@ -212,6 +215,6 @@ bool Measure() {
 }  // namespace
 }  // namespace plovix
 
-int main() {
-  return plovix::Measure() ? 0 : 1;
+int main(int argc, char** argv) {
+  return plovix::Measure(argc == 2 && std::string_view(argv[1]) == "--all") ? 0 : 1;
 }

@@ -150,7 +150,7 @@ void QueryBuilderDialog::ShowPreview() {
   } else if (rows_count_ && !rows_->IsInOrder()) {
     preview_->ShowInstead("query.preview.incomplete");
   } else {
-    preview_->Ask(query_);
+    preview_->Ask(rows_count_ ? BindQuery(rows_->Model(), rows_->Fields()) : BoundQuery{query_, {}});
   }
 }
 

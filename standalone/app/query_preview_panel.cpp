@@ -54,9 +54,9 @@ void QueryPreviewPanel::ShowCounting() {
   table_->setEnabled(false);
 }
 
-void QueryPreviewPanel::Ask(const std::string& sql) {
+void QueryPreviewPanel::Ask(BoundQuery query) {
   ShowCounting();
-  preview_.Ask({sql, {}}, [this](const QueryPreview::Result& result) { Show(result); });
+  preview_.Ask(std::move(query), [this](const QueryPreview::Result& result) { Show(result); });
 }
 
 void QueryPreviewPanel::ShowInstead(std::string_view text) {

@@ -20,8 +20,8 @@ class QueryPreviewPanel final : public QWidget {
 
   // Says that what is shown is out of date.
   void ShowCounting();
-  // Runs an SQL text in the background and shows what it finds.
-  void Ask(const std::string& sql);
+  // Runs a query in the background and shows what it finds.
+  void Ask(BoundQuery query);
   // Shows no records but a host text.
   void ShowInstead(std::string_view text);
   [[nodiscard]] QWidget* TabStop() const;

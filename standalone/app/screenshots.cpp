@@ -1,20 +1,25 @@
 #include "screenshots.h"
 
 #include <plovix/framework/page_identifiers.h>
+#include <plovix/standalone/data/sample_database.h>
+#include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLocale>
 #include <QMessageBox>
+#include <QTemporaryDir>
 
 #include "action_dialog.h"
 #include "editor_samples.h"
 #include "import_report_dialog.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
+#include "query_builder_dialog.h"
 #include "task_list_window.h"
 #include "wizard_window.h"
 
@@ -22,6 +27,7 @@ namespace plovix::app {
 namespace {
 
 constexpr int kListWidth = 180;  // characters: every column, whatever the size of the pictured screen
+constexpr int kPreviewMilliseconds = 800;
 constexpr int kActionsWillBeLostText = 117;
 constexpr int kNameMissingText = 27;
 
@@ -133,6 +139,7 @@ class Session {
       task.recurrence = SampleFor(identifier);
       task.record_mode = record_mode::kQueryResults;
       task.data_object_name = "invoices";
+      task.data_object_caption = "Invoices";
       task.query = "SELECT * FROM \"invoices\" WHERE \"total\" >= 100";
       if (identifier == page_identifier::kRecords) {
         task.base_date = state_.Now();
@@ -142,7 +149,27 @@ class Session {
     }
   }
 
+  // On a small database of its own; the pictures wait for what the query finds.
+  void SaveQueryBuilder() {
+    const QTemporaryDir folder;
+    const std::string path = FromQt(folder.filePath("sample.sqlite"));
+    CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
+    SqliteDataSource source(path);
+    const std::pair<const char*, const char*> queries[] = {
+        {"QueryBuilder",
+         "SELECT * FROM orders WHERE (status = 'open' OR status = 'shipped') AND ordered_at >= '2026-01-01'"},
+        {"QueryBuilderText", "SELECT count(*) FROM orders GROUP BY status"}};
+    for (const auto& [name, query] : queries) {
+      QueryBuilderDialog dialog(state_.texts, source, source.Find("orders").value(), query, path, nullptr);
+      dialog.show();
+      QElapsedTimer waited;
+      for (waited.start(); waited.elapsed() < kPreviewMilliseconds;) QCoreApplication::processEvents();
+      Save(dialog, name);
+    }
+  }
+
   void SaveDialogs() {
+    SaveQueryBuilder();
     for (const ActionKind& kind : ActionKinds()) {
       std::vector<const ActionKind*> kinds;
       for (const ActionKind& offered : ActionKinds()) kinds.push_back(&offered);
