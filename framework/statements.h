@@ -31,7 +31,9 @@ class Statements {
       } catch (...) {
         failure = CurrentFailure();
       }
-      if (!WantsRetry(*failure, static_cast<int>(where.line()))) return;
+      if (WantsRetry(*failure, static_cast<int>(where.line()))) continue;
+      ++skipped_;
+      return;
     }
   }
 
@@ -42,6 +44,9 @@ class Statements {
     (*this)([&] { result = condition(); }, where);
     return result;
   }
+
+  // How many statements were skipped so far, by the reporter's answer.
+  [[nodiscard]] int Skipped() const noexcept { return skipped_; }
 
   // Leaves the procedure, because one that it has called was left.
   [[noreturn]] static void Leave() { throw Left{}; }
@@ -57,6 +62,7 @@ class Statements {
 
   std::string_view page_;
   std::string_view procedure_;
+  int skipped_ = 0;
 };
 
 // Runs `body`, called with a Statements, as the named procedure of a page.

@@ -20,7 +20,8 @@ std::string TextOf(const Value& value) {
 
 }  // namespace
 
-// A column text that has been met brings nothing new: hundreds of thousands of tasks may share it.
+// A column text that has been met brings nothing new, unless something was skipped at it: hundreds of
+// thousands of tasks may share it.
 void Details::RetrieveCategories() {
   Procedure("RetrieveCategories", [&](Statements& run) {
     std::shared_ptr<Recordset> rows;
@@ -35,7 +36,9 @@ void Details::RetrieveCategories() {
     while (run.If([&] { return !Set(rows)->Eof(); })) {
       std::string column;
       run([&] { column = TextOf(Set(rows->Fields(kCategoryColumn))->Value()); });
-      if (!column.empty() && met.insert(column).second) ListCategories(run, column);
+      const int skipped = run.Skipped();
+      if (!column.empty() && !met.contains(column)) ListCategories(run, column);
+      if (run.Skipped() == skipped) met.insert(column);
       run([&] { rows->MoveNext(); });
     }
     CategoriesLoaded = true;
@@ -57,13 +60,12 @@ void Details::ListCategory(Statements& run, CategoryList& list, std::int32_t ind
   const bool is_public = run.If([&] { return Set(category)->Public(); });
   if (!is_public && !run.If([&] { return Application()->UserRights()->HasRight(kRightSeeAllCategories); }))
     return;
-  std::string text;
-  run([&] { text = Set(category)->Text(); });
-  if (run.If([&] { return IsCategoryListed(text); })) return;
+  if (run.If([&] { return IsCategoryListed(Set(category)->Text()); })) return;
   const int entry = cboCategory.Count();
+  std::string text;
   run([&] {
-    ListedCategories.insert(ServicesUtilities().FoldCase(text));
-    cboCategory.AddItem(text);
+    text = Set(category)->Text();
+    if (ListedCategories.insert(ServicesUtilities().FoldCase(text)).second) cboCategory.AddItem(text);
   });
   if (cboCategory.Count() == entry) return;
   if (TaggedTask) {
@@ -123,9 +125,9 @@ Outcome Details::ApplyCategories() {
       run([&] { Set(category)->SetTag(CategoryTag); });
       return;
     }
-    std::string tag;
-    run([&] { tag = Application()->Language()->TagForText(Set(category)->Tag(), cboCategory.Text(), ""); });
-    run([&] { Set(category)->SetTag(tag); });
+    run([&] {
+      Set(category)->SetTag(Application()->Language()->TagForText(category->Tag(), cboCategory.Text(), ""));
+    });
   });
 }
 

@@ -278,14 +278,13 @@ void Details::lblPermissions_Click() {
     const WaitPointer waiting(Controls());
     std::shared_ptr<PermissionEditor> editor;
     run([&] { editor = Services().Factory()->NewPermissionEditor(); });
-    std::shared_ptr<Permissions> permissions;
-    run([&] { permissions = Set(Task)->Permissions(); });
-    std::string title;
-    run([&] { title = GetString(kPermissionsTitleText); });
+    std::optional<std::shared_ptr<Permissions>> edited;
     run([&] {
-      permissions = Set(Application()->Session())->EditPermissions(editor, permissions, nullptr, title);
+      edited = Set(Application()->Session())
+                   ->EditPermissions(Set(editor), Set(Task)->Permissions(), nullptr,
+                                     GetString(kPermissionsTitleText));
     });
-    run([&] { Set(Task)->SetPermissions(permissions); });
+    if (edited) run([&] { Set(Task)->SetPermissions(*edited); });
   });
 }
 

@@ -457,5 +457,37 @@ TEST_F(DetailsTest, SettingsPermissionsAndFlags) {
   }
 }
 
+// Continuing after a failure loses neither a category nor a permission set.
+TEST_F(DetailsTest, WhatASkippedStatementWasToGiveStaysAsItWas) {
+  task.permissions = PermissionSet{{"bob", false, true}};
+  scene.stored_categories = {"twice", "twice"};
+  for (const char* member : {"LanguageTable.TagForText", "Category.Tag", "AutoTask.Permissions",
+                             "ObjectFactory.NewPermissionEditor", "CategoryList.Load", "Category.Text"}) {
+    scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+    struct FailOnce final : CallObserver {
+      explicit FailOnce(std::string_view wanted) : member(wanted) {}
+      void HostCalled(std::string_view called) override {
+        if (called != member || failed) return;
+        failed = true;
+        throw Failure(failure_number::kInvalidCall, "fails once");
+      }
+      std::string_view member;
+      bool failed = false;
+    };
+    const bool at_start =
+        std::string_view(member) == "CategoryList.Load" || std::string_view(member) == "Category.Text";
+    if (!at_start) Open(kBothRights);
+    FailOnce injected(member);
+    const ObserveCalls observe(injected);
+    if (at_start) Open(kBothRights);
+    bench->user.Click((*bench)["lblPermissions"]);
+    const TaskRecord saved = Left();
+    EXPECT_TRUE(injected.failed) << member;
+    EXPECT_EQ(saved.categories, task.categories) << member;
+    EXPECT_EQ(saved.permissions, task.permissions) << member;
+    EXPECT_EQ(Items(Category()), Texts{"twice"}) << member;
+  }
+}
+
 }  // namespace
 }  // namespace plovix
