@@ -7,6 +7,12 @@
 #include <plovix/standalone/model/task_storage.h>
 #include <plovix/standalone/schedule/zone.h>
 
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace plovix::app {
 
 // References to what main() owns; it outlives every window.
@@ -24,6 +30,10 @@ struct AppParts {
     return state.texts.Host(key, parameters);
   }
 };
+
+// Runs `work`; a failure is told in the sentence `text`, whose parameter it is. Gives back whether it
+// succeeded.
+bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work);
 
 // The name a task goes by: its text in the current language, or a stand-in when it has none.
 [[nodiscard]] inline std::string TaskName(const AppParts& parts, const TaskRecord& task) {

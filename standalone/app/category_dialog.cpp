@@ -55,8 +55,7 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
   table_->setCurrentCell(0, kText);
   if (initial_.empty() && add_ != nullptr) add_->setFocus();
   UpdateButtons();
-  resize(OnScreen(
-      {fontMetrics().averageCharWidth() * kCharactersWide, fontMetrics().lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
 void CategoryDialog::BuildTable() {
@@ -195,7 +194,7 @@ QString CategoryDialog::ProblemOf(const QString& text, int row) const {
   if (text.isEmpty()) return Text("category.problem.empty");
   const std::vector<Line> lines = Lines();
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (static_cast<int>(i) == row || lines[i].text.toCaseFolded() != text.toCaseFolded()) continue;
+    if (static_cast<int>(i) == row || Folded(lines[i].text) != Folded(text)) continue;
     return Text("category.problem.twice", {FromQt(text)});
   }
   return {};

@@ -10,6 +10,7 @@
 #include <QShortcut>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "qt_dialogs.h"
 #include "qt_text.h"
@@ -88,13 +89,15 @@ void EditorDialog::OnKey(QWidget& widget, const QKeySequence& keys, std::functio
 
 bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<void()>& work) {
   TellProblem(place, *this, {});
+  std::optional<Failure> failure;
   try {
     work();
     return true;
   } catch (...) {
-    TellProblem(place, *this, Text(key, {CurrentFailure().Description()}));
-    return false;
+    failure = CurrentFailure();
   }
+  TellProblem(place, *this, Text(key, {failure->Description()}));
+  return false;
 }
 
 void EditorDialog::reject() {
@@ -102,10 +105,7 @@ void EditorDialog::reject() {
   QDialog::reject();
 }
 
-void PrepareTable(QTableWidget& table, const QStringList& columns) {
-  table.setColumnCount(static_cast<int>(columns.size()));
-  table.setHorizontalHeaderLabels(columns);
-  table.setSelectionMode(QAbstractItemView::SingleSelection);
+void PrepareTable(QTableView& table) {
   table.setEditTriggers(QAbstractItemView::NoEditTriggers);
   table.setTabKeyNavigation(false);
   table.setAlternatingRowColors(true);
@@ -113,6 +113,13 @@ void PrepareTable(QTableWidget& table, const QStringList& columns) {
   table.verticalHeader()->hide();
   table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() * 3 / 2);
   table.horizontalHeader()->setHighlightSections(false);
+}
+
+void PrepareTable(QTableWidget& table, const QStringList& columns) {
+  table.setColumnCount(static_cast<int>(columns.size()));
+  table.setHorizontalHeaderLabels(columns);
+  PrepareTable(table);
+  table.setSelectionMode(QAbstractItemView::SingleSelection);
   table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   table.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);

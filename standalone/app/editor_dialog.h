@@ -12,6 +12,7 @@
 
 class QLabel;
 class QPushButton;
+class QTableView;
 class QTableWidget;
 class QVBoxLayout;
 
@@ -53,6 +54,8 @@ class EditorDialog : public QDialog {
   QVBoxLayout* rows_;
 };
 
+// What all tables of the program have in common: Tab leaves them, and cells are not typed in.
+void PrepareTable(QTableView& table);
 // A table that is edited as a whole: Tab leaves it, the first column takes the room that is left.
 void PrepareTable(QTableWidget& table, const QStringList& columns);
 

@@ -12,39 +12,26 @@
 namespace plovix::app {
 namespace {
 
-// Keeps nothing: a picture changes nothing.
-class SampleTables final : public HostTables {
- public:
-  std::vector<UserRecord> Users() override {
-    return {{.id = "anna", .name = "Anna Berg", .administrator = true, .groups = {"Accounting"}},
-            {.id = "ben",
-             .name = "Ben Roux",
-             .groups = {"Accounting", "Sales"},
-             .edit_categories = true,
-             .create_personal = true},
-            {.id = "night", .name = "", .groups = {}}};
-  }
-  void SaveUsers(const std::vector<UserRecord>& /*users*/) override {}
-  std::vector<TagRecord> Tags() override {
-    return {{"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}},
-            {"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}},
-            {"task.cleanup.name", {{"en", "Nightly clean-up"}}},
-            {"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}}};
-  }
-  void SaveTag(const TagRecord& /*tag*/) override {}
-};
-
-std::vector<std::string> LanguageCodes() {
-  std::vector<std::string> codes;
-  for (const auto& [code, json] : EmbeddedLanguages()) codes.push_back(code);
-  return codes;
+void FillTables(MemoryHostTables& tables) {
+  tables.SaveUsers({{.id = "anna", .name = "Anna Berg", .administrator = true, .groups = {"Accounting"}},
+                    {.id = "ben",
+                     .name = "Ben Roux",
+                     .groups = {"Accounting", "Sales"},
+                     .edit_categories = true,
+                     .create_personal = true},
+                    {.id = "night", .name = "", .groups = {}}});
+  tables.SaveTag({"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}});
+  tables.SaveTag({"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}});
+  tables.SaveTag({"task.cleanup.name", {{"en", "Nightly clean-up"}}});
+  tables.SaveTag({"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}});
 }
 
 }  // namespace
 
 void PictureEditors(const TextTable& texts,
                     const std::function<void(QWidget& editor, const std::string& name)>& save) {
-  SampleTables tables;
+  MemoryHostTables tables;
+  FillTables(tables);
   const std::vector<CategoryRecord> categories = {
       {"Accounting", true}, {"Reports", true}, {"Drafts", false}, {"reports", true}};
   CategorySource source;

@@ -1,5 +1,4 @@
-// A combo box for names of any length: what does not fit is elided and told as a tool tip. Used by the query
-// builder for fields.
+// A combo box for names of any length: what does not fit is elided. Used by the query builder for fields.
 #pragma once
 
 #include <QComboBox>

@@ -46,8 +46,7 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
   table_->setCurrentCell(0, kView);
   if (permissions_.empty()) add_->setFocus();
   Update();
-  resize(OnScreen(
-      {fontMetrics().averageCharWidth() * kCharactersWide, fontMetrics().lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
 void PermissionDialog::ReadSubjects(HostTables& tables) {
@@ -117,9 +116,9 @@ void PermissionDialog::Toggled(const QTableWidgetItem& item) {
 }
 
 QString PermissionDialog::Add(const QString& text) {
-  const auto found = std::ranges::find_if(subjects_, [&](const Subject& subject) {
-    return subject.text.compare(text, Qt::CaseInsensitive) == 0 ||
-           ToQt(subject.id).compare(text, Qt::CaseInsensitive) == 0;
+  const std::string wanted = Folded(text);
+  const auto found = std::ranges::find_if(subjects_, [&wanted](const Subject& subject) {
+    return Folded(subject.text) == wanted || FoldCase(subject.id) == wanted;
   });
   if (found == subjects_.end()) {
     return text.isEmpty() ? Text("permission.problem.missing")

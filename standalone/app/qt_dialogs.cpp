@@ -113,9 +113,8 @@ ReportAction QtDialogs::Report(const FailureReport& report) {
 
 std::optional<std::string> QtDialogs::EditTag(const std::string& tag,
                                               const std::vector<std::string>& choices) {
-  std::vector<std::string> languages;
-  for (const auto& [code, json] : EmbeddedLanguages()) languages.emplace_back(code);
-  TagDialog dialog(texts_, tag, choices, *tables_, languages, texts_.code, QApplication::activeWindow());
+  TagDialog dialog(texts_, tag, choices, *tables_, LanguageCodes(), texts_.code,
+                   QApplication::activeWindow());
   const bool accepted = dialog.exec() == QDialog::Accepted;
   ReadTags(state_, *tables_, texts_.code);  // what was edited is stored, whatever was chosen
   return accepted ? std::optional(dialog.Tag()) : std::nullopt;

@@ -1,6 +1,9 @@
-// Small helpers of the windows: texts between the host (UTF-8) and Qt, sizes.
+// Small helpers of the windows: texts between the host (UTF-8) and Qt, comparison, sizes.
 #pragma once
 
+#include <plovix/standalone/model/fold_case.h>
+
+#include <QFontMetrics>
 #include <QScreen>
 #include <QString>
 #include <QWidget>
@@ -16,9 +19,16 @@ namespace plovix::app {
   return text.toStdString();
 }
 
-// The size wanted for a window, as far as its screen has room for it.
-[[nodiscard]] inline QSize OnScreen(QSize wanted, const QWidget& window) {
-  return wanted.boundedTo(window.screen()->availableSize());
+// A text without its differences of case: how names that people give are compared.
+[[nodiscard]] inline std::string Folded(const QString& text) {
+  return FoldCase(FromQt(text));
+}
+
+// Gives a window room for so much text in a font, as far as its screen goes.
+inline void ResizeToText(QWidget& window, const QFont& font, int characters, int lines) {
+  const QFontMetrics metrics(font);
+  const QSize wanted(metrics.averageCharWidth() * characters, metrics.lineSpacing() * lines);
+  window.resize(wanted.boundedTo(window.screen()->availableSize()));
 }
 
 }  // namespace plovix::app

@@ -64,8 +64,7 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
   ShowPreview();
   (rows_count_ ? static_cast<QWidget*>(rows_) : text_)->setFocus();
   rows_->changed = [this] { RowsChanged(); };
-  resize(OnScreen(
-      {fontMetrics().averageCharWidth() * kCharactersWide, fontMetrics().lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
 void QueryBuilderDialog::BuildText() {

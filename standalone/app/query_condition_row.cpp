@@ -106,11 +106,8 @@ QueryConditionRow::QueryConditionRow(const TextTable& texts, QueryFields& fields
       remove_(new QPushButton(Text("query.remove"))),
       problem_(NewProblemLabel()) {
   BuildLine();
-  const auto found = std::ranges::find_if(fields_.records, [&condition](const FieldRecord& field) {
-    return SameName(field.name, condition.field);
-  });
-  if (found != fields_.records.end())
-    field_->setCurrentIndex(static_cast<int>(found - fields_.records.begin()));
+  const FieldRecord* field = FindField(fields_.records, condition.field);
+  if (field != nullptr) field_->setCurrentIndex(static_cast<int>(field - fields_.records.data()));
   FillComparisons();
   comparison_->setCurrentIndex(comparison_->findData(static_cast<int>(condition.comparison)));
   ShowValue(condition.value);

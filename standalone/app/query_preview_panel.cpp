@@ -7,6 +7,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "editor_dialog.h"
 #include "qt_text.h"
 
 namespace plovix::app {
@@ -28,13 +29,9 @@ QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
   count_->setWordWrap(true);
   count_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   table_->setAccessibleName(ToQt(texts_.Host("query.preview.name")));
-  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table_->setTabKeyNavigation(false);
-  table_->setAlternatingRowColors(true);
+  PrepareTable(*table_);
+  table_->setShowGrid(true);
   table_->setWordWrap(false);
-  table_->verticalHeader()->hide();
-  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  table_->horizontalHeader()->setHighlightSections(false);
   table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);

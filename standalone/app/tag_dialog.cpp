@@ -54,8 +54,7 @@ TagDialog::TagDialog(const TextTable& texts, const std::string& tag, const std::
   Select(tag);
   ShowSelected();
   search_->setFocus();
-  resize(OnScreen(
-      {fontMetrics().averageCharWidth() * kCharactersWide, fontMetrics().lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
 void TagDialog::BuildSearch(bool with_choices) {
@@ -92,14 +91,8 @@ void TagDialog::BuildTable() {
   table_->setModel(shown_);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
-  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table_->setTabKeyNavigation(false);
-  table_->setAlternatingRowColors(true);
-  table_->setShowGrid(false);
+  PrepareTable(*table_);
   table_->setWordWrap(false);
-  table_->verticalHeader()->hide();
-  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  table_->horizontalHeader()->setHighlightSections(false);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->horizontalHeader()->setStretchLastSection(true);
   table_->setColumnWidth(TagTableModel::kTag, fontMetrics().averageCharWidth() * kTagWide);

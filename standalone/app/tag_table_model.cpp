@@ -22,7 +22,8 @@ TagTableModel::TagTableModel(std::string language, QStringList headers, QObject*
 TagTableModel::Row TagTableModel::MakeRow(TagRecord tag) {
   QString search = ToQt(tag.tag);
   for (const auto& [code, text] : tag.texts) search += u'\n' + ToQt(text);
-  return {std::move(tag), std::move(search)};
+  std::string folded = FoldCase(tag.tag);
+  return {std::move(tag), std::move(folded), std::move(search)};
 }
 
 void TagTableModel::SetTags(std::vector<TagRecord> tags, const std::set<std::string>& suggested) {
@@ -35,7 +36,7 @@ void TagTableModel::SetTags(std::vector<TagRecord> tags, const std::set<std::str
     rows_.push_back(MakeRow(std::move(tag)));
   }
   for (const std::string& tag : missing) rows_.push_back(MakeRow({tag, {}}));
-  std::ranges::stable_sort(rows_, {}, [](const Row& row) { return ToQt(row.tag.tag).toCaseFolded(); });
+  std::ranges::stable_sort(rows_, {}, &Row::folded);
   const auto rest =
       std::ranges::stable_partition(rows_, [&](const Row& row) { return suggested.contains(row.tag.tag); });
   suggested_ = rows_.size() - rest.size();
@@ -67,8 +68,8 @@ int TagTableModel::RowOf(const std::string& tag) const {
 }
 
 bool TagTableModel::HasName(const std::string& name) const {
-  return std::ranges::any_of(rows_, [&](const Row& row) {
-    return !row.tag.texts.empty() && ToQt(row.tag.tag).compare(ToQt(name), Qt::CaseInsensitive) == 0;
+  return std::ranges::any_of(rows_, [folded = FoldCase(name)](const Row& row) {
+    return !row.tag.texts.empty() && row.folded == folded;
   });
 }
 

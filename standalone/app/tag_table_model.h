@@ -42,6 +42,7 @@ class TagTableModel final : public QAbstractTableModel {
  private:
   struct Row {
     TagRecord tag;
+    std::string folded;  // the tag by FoldCase
     QString search;
   };
   [[nodiscard]] static Row MakeRow(TagRecord tag);

@@ -52,20 +52,6 @@ QString Choose(QFileDialog& dialog) {
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
-// Runs `work`; tells its failure in the sentence `text` and gives back false.
-bool Told(const AppParts& parts, std::string_view text, const std::function<void()>& work) {
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  parts.state.dialogs->MessageBox(parts.Text(text, {failure->Description()}), message_box::kOkWarning,
-                                  parts.state.title);
-  return false;
-}
-
 }  // namespace
 
 QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
@@ -107,7 +93,7 @@ void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) 
   dialog.selectFile(SuggestedFileName(parts, task));
   const QString path = Choose(dialog);
   if (path.isEmpty()) return;
-  Told(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
+  DoOrTell(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
 }
 
 std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
@@ -116,13 +102,13 @@ std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
   const QString path = Choose(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
-  if (!Told(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))
+  if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))
     return std::nullopt;
   if (!imported.report.empty()) {
     ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
-  const bool taken = Told(parts, "exchange.importFailed", [&] {
+  const bool taken = DoOrTell(parts, "exchange.importFailed", [&] {
     for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag);
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });

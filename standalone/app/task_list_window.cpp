@@ -15,6 +15,7 @@
 #include <QStackedLayout>
 #include <QTableView>
 
+#include "editor_dialog.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "task_exchange.h"
@@ -37,8 +38,7 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   BuildFilter();
   BuildTable();
   BuildButtons();
-  const QFontMetrics metrics(qt::PageFont());
-  resize(OnScreen({metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
   const auto shortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
@@ -83,14 +83,8 @@ void TaskListWindow::BuildTable() {
   table_->setModel(shown_);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);
-  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table_->setTabKeyNavigation(false);
-  table_->setAlternatingRowColors(true);
-  table_->setShowGrid(false);
+  PrepareTable(*table_);
   table_->setWordWrap(false);
-  table_->verticalHeader()->hide();
-  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  table_->horizontalHeader()->setHighlightSections(false);
   table_->horizontalHeader()->setStretchLastSection(true);
   table_->setSortingEnabled(true);
   table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
@@ -210,16 +204,7 @@ void TaskListWindow::UpdateState() {
 }
 
 bool TaskListWindow::Guarded(const std::function<void()>& work) {
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  parts_.state.dialogs->MessageBox(parts_.Text("list.failed", {failure->Description()}),
-                                   message_box::kOkWarning, parts_.state.title);
-  return false;
+  return DoOrTell(parts_, "list.failed", work);
 }
 
 std::optional<TaskRecord> TaskListWindow::Selected() {

@@ -51,8 +51,7 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
   BuildSummary();
   layout->addWidget(NewRule());
   BuildButtons();
-  const QFontMetrics metrics(qt::PageFont());
-  resize(OnScreen({metrics.averageCharWidth() * kCharactersWide, metrics.lineSpacing() * kLinesHigh}, *this));
+  ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
   wizard_.SetView(this);
 }
 

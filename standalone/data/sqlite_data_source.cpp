@@ -1,8 +1,8 @@
 #include "sqlite_data_source.h"
 
 #include <plovix/standalone/model/fold_case.h>
+#include <plovix/standalone/model/same_name.h>
 #include <plovix/standalone/query/query_text.h>
-#include <plovix/standalone/query/same_name.h>
 
 #include <algorithm>
 #include <array>
@@ -71,9 +71,7 @@ std::vector<CatalogueEntry> ReadCatalogue(const Connection& connection) {
 
 std::string Lower(std::string_view name) {
   std::string lower(name);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  std::ranges::transform(name, lower.begin(), LowerAscii);
   return lower;
 }
 
@@ -202,9 +200,8 @@ std::vector<FieldRecord> SqliteDataSource::Fields(std::string_view name) {
 }
 
 FieldType FieldTypeOf(std::string_view declared) {
-  const std::string type = Lower(declared);
   for (const auto& [part, field_type] : kTypes) {
-    if (type.find(Lower(part)) != std::string::npos) return field_type;
+    if (!std::ranges::search(declared, part, {}, LowerAscii, LowerAscii).empty()) return field_type;
   }
   return FieldType::kText;
 }

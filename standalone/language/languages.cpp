@@ -22,6 +22,12 @@ std::string ReadFile(const std::string& path) {
 
 }  // namespace
 
+std::vector<std::string> LanguageCodes() {
+  std::vector<std::string> codes;
+  for (const auto& [code, json] : EmbeddedLanguages()) codes.push_back(code);
+  return codes;
+}
+
 TextTable LoadLanguage(const std::string& wanted) {
   if (wanted == "ids") return TextTable::Ids();
   if (wanted.ends_with(".json")) return ParseLanguage(ReadFile(wanted), wanted);

@@ -12,6 +12,7 @@ namespace plovix {
 
 // Language files by code ("en"), as text.
 [[nodiscard]] const std::map<std::string, std::string_view>& EmbeddedLanguages();
+[[nodiscard]] std::vector<std::string> LanguageCodes();
 
 // The table for what a user asked for: "ids", the path of a language file (it ends in ".json"), or a code.
 // Fails with a message that lists the known codes.

@@ -17,7 +17,8 @@ struct HostState;
 class CategoryObject final : public Category {
  public:
   // `state` outlives the object.
-  CategoryObject(HostState& state, CategoryRecord initial = {}) : record(std::move(initial)), state_(state) {}
+  explicit CategoryObject(HostState& state, CategoryRecord initial = {})
+      : record(std::move(initial)), state_(state) {}
   [[nodiscard]] std::string Tag() override;
   void SetTag(const std::string& tag) override;
   [[nodiscard]] std::string Text() override;

@@ -6,12 +6,10 @@
 
 #include <algorithm>
 
+#include "same_name.h"
+
 namespace plovix {
 namespace {
-
-constexpr char LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool IsUtf8(std::string_view text) {
   UErrorCode error = U_ZERO_ERROR;

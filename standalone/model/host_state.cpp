@@ -8,6 +8,7 @@
 #include "call_gate.h"
 #include "category_object.h"
 #include "fold_case.h"
+#include "same_name.h"
 #include "session_object.h"
 
 namespace plovix {
@@ -336,11 +337,7 @@ std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record)
 
 std::optional<int> TextNumber(std::string_view tag) {
   constexpr std::string_view kPrefix = "lng=";
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  if (tag.size() < kPrefix.size()) return std::nullopt;
-  for (std::size_t i = 0; i < kPrefix.size(); ++i) {
-    if (lower(tag[i]) != kPrefix[i]) return std::nullopt;
-  }
+  if (!SameName(tag.substr(0, kPrefix.size()), kPrefix)) return std::nullopt;
   tag.remove_prefix(kPrefix.size());
   if (tag.ends_with(';')) tag.remove_suffix(1);
   int number = 0;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "data_source.h"
+#include "same_name.h"
 
 namespace plovix {
 
@@ -16,6 +17,7 @@ class MemoryDataSource final : public DataSource {
 
   [[nodiscard]] std::vector<DataObjectRecord> List() override {
     std::vector<DataObjectRecord> records;
+    records.reserve(entries.size());
     for (const Entry& entry : entries) records.push_back(entry.record);
     return records;
   }
@@ -32,13 +34,10 @@ class MemoryDataSource final : public DataSource {
 
  private:
   [[nodiscard]] const Entry* Lookup(std::string_view name) const {
-    const auto same = [&](const Entry& entry) {
-      return std::ranges::equal(entry.record.name, name, {}, LowerAscii, LowerAscii);
-    };
-    const auto found = std::ranges::find_if(entries, same);
+    const auto found = std::ranges::find_if(
+        entries, [name](const Entry& entry) { return SameName(entry.record.name, name); });
     return found == entries.end() ? nullptr : &*found;
   }
-  static char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 };
 
 }  // namespace plovix

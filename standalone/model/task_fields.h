@@ -56,7 +56,8 @@ inline constexpr std::tuple kRecurrenceFields{
     NamedField{"ExecutionTime", &RecurrenceRecord::execution_time},
 };
 
-// The classes of patterns by name; no pattern is none of them.
+// The classes of patterns by name; no pattern is none of them. A class is stored as its place here, so places
+// never change.
 inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view, PatternRecord>>({
     {"DailyPattern", DailyRecord{}},
     {"WeeklyPattern", WeeklyRecord{}},

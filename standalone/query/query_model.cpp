@@ -1,6 +1,7 @@
 #include "query_model.h"
 
 #include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/model/same_name.h>
 
 #include <algorithm>
 #include <array>

@@ -10,8 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "same_name.h"
-
 namespace plovix {
 
 enum class Join { kAll, kAny };

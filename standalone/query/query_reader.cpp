@@ -1,5 +1,7 @@
 #include "query_reader.h"
 
+#include <plovix/standalone/model/same_name.h>
+
 #include <algorithm>
 #include <array>
 

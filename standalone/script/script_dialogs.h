@@ -16,7 +16,7 @@ class ScriptDialogs final : public HostDialogs {
   // Each queues one answer; a word that is none is a LineError.
   void QueueAnswer(const std::string& word);        // ok, cancel, yes, no
   void QueueReportAnswer(const std::string& word);  // retry, continue, leave or a number
-  void QueueTag(const std::string& tag) { tags_.push_back(tag); }
+  void QueueTag(const std::string& tag) { tags_.emplace_back(tag); }
   // Nothing: the user cancels, or changes nothing.
   void QueueCategories(std::optional<std::vector<CategoryRecord>> categories) {
     categories_.push_back(std::move(categories));

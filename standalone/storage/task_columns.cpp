@@ -3,11 +3,14 @@
 #include <plovix/controls/failure.h>
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/model/task_fields.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <variant>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 #include "permission_column.h"
 
@@ -71,7 +74,7 @@ bool IsNull(const Statement& row, int column) {
   return row.Type(column) == ColumnType::kNull;
 }
 
-// A column for the field that `kLocate` finds in a task; NULL where it finds none.
+// A column for the value that `kLocate` finds in a task; NULL where it finds none.
 template <auto kLocate>
 constexpr TaskColumn Column(std::string_view name) {
   return {name,
@@ -87,37 +90,48 @@ constexpr TaskColumn Column(std::string_view name) {
           }};
 }
 
-template <auto kField>
-constexpr auto kOwn = [](auto& task) { return &(task.*kField); };
-
-template <auto kField>
-constexpr auto kOfRecurrence =
-    [](auto& task) { return task.recurrence ? &((*task.recurrence).*kField) : nullptr; };
-
-template <class Pattern>
-constexpr auto kPattern =
-    [](auto& task) { return task.recurrence ? std::get_if<Pattern>(&task.recurrence->pattern) : nullptr; };
-
-template <class Pattern, auto kField>
-constexpr auto kOfPattern = [](auto& task) {
-  auto* pattern = kPattern<Pattern>(task);
-  return pattern != nullptr ? &(pattern->*kField) : nullptr;
+// Where the fields of the three tables stand in a task.
+constexpr auto kInTask = [](auto& task, auto field) { return &(task.*field); };
+constexpr auto kInRecurrence = [](auto& task, auto field) {
+  return task.recurrence ? &((*task.recurrence).*field) : nullptr;
+};
+constexpr auto kInPattern = [](auto& task, auto field) {
+  return task.recurrence ? FieldIn(task.recurrence->pattern, field) : nullptr;
 };
 
-template <std::size_t kIndex>
+// The columns of one field: one under its name, or one for each day of a week.
+template <auto kIn, auto kField>
+constexpr auto ColumnsOf(std::string_view name) {
+  return std::array{Column<[](auto& task) { return kIn(task, kField); }>(name)};
+}
+
+template <std::size_t kDay>
 constexpr auto kOfWeek = [](auto& task) {
-  auto* weekly = kPattern<WeeklyRecord>(task);
-  return weekly != nullptr ? &weekly->days[kIndex] : nullptr;
+  auto* days = kInPattern(task, &WeeklyRecord::days);
+  return days != nullptr ? &(*days)[kDay] : nullptr;
 };
 
-// Of the day that a monthly and a yearly pattern choose alike.
-template <auto kField>
-constexpr auto kOfDay = [](auto& task) {
-  auto* monthly = kPattern<MonthlyRecord>(task);
-  auto* yearly = kPattern<YearlyRecord>(task);
-  auto* day = monthly != nullptr ? &monthly->day : yearly != nullptr ? &yearly->day : nullptr;
-  return day != nullptr ? &(day->*kField) : nullptr;
-};
+template <>
+constexpr auto ColumnsOf<kInPattern, &WeeklyRecord::days>(std::string_view /*name*/) {
+  return std::array{Column<kOfWeek<0>>("Sunday"),   Column<kOfWeek<1>>("Monday"),
+                    Column<kOfWeek<2>>("Tuesday"),  Column<kOfWeek<3>>("Wednesday"),
+                    Column<kOfWeek<4>>("Thursday"), Column<kOfWeek<5>>("Friday"),
+                    Column<kOfWeek<6>>("Saturday")};
+}
+
+// The columns of all fields of a table.
+template <const auto& kFields, auto kIn>
+constexpr auto Columns() {
+  return []<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
+    return std::tuple_cat(ColumnsOf<kIn, std::get<kIndex>(kFields).field>(std::get<kIndex>(kFields).name)...);
+  }
+  (std::make_index_sequence<std::tuple_size_v<std::remove_cvref_t<decltype(kFields)>>>());
+}
+
+template <class... Parts>
+constexpr auto Together(const Parts&... parts) {
+  return std::apply([](auto... column) { return std::array{column...}; }, std::tuple_cat(parts...));
+}
 
 void BindStartDate(Statement& statement, int parameter, const TaskRecord& task) {
   if (!task.schedule_start) return statement.BindNull(parameter);
@@ -141,76 +155,32 @@ bool ReadPermissions(TaskRecord& task, const Statement& row, int column) {
   return task.permissions.has_value();
 }
 
-// The patterns by their numbers in the column PatternKind. A released number never changes.
-constexpr auto kPatternKinds =
-    std::to_array<PatternRecord>({DailyRecord{}, WeeklyRecord{}, MonthlyRecord{}, YearlyRecord{}});
-
+// The column PatternKind holds a pattern's place in kPatternClasses, NULL for no pattern.
 void BindPatternKind(Statement& statement, int parameter, const TaskRecord& task) {
-  const auto* found =
-      std::ranges::find(kPatternKinds, task.recurrence->pattern.index(), &PatternRecord::index);
-  if (found == kPatternKinds.end()) return statement.BindNull(parameter);
-  statement.BindInteger(parameter, found - kPatternKinds.begin());
+  const auto* found = std::ranges::find(kPatternClasses, task.recurrence->pattern.index(),
+                                        [](const auto& each) { return each.second.index(); });
+  if (found == kPatternClasses.end()) return statement.BindNull(parameter);
+  statement.BindInteger(parameter, found - kPatternClasses.begin());
 }
 
 bool ReadPatternKind(TaskRecord& task, const Statement& row, int column) {
   std::size_t kind = 0;
   const bool is_null = IsNull(row, column);
-  if (!is_null && (!ReadInteger(kind, row, column) || kind >= kPatternKinds.size())) return false;
-  task.recurrence->pattern = is_null ? PatternRecord() : kPatternKinds.at(kind);
+  if (!is_null && (!ReadInteger(kind, row, column) || kind >= kPatternClasses.size())) return false;
+  task.recurrence->pattern = is_null ? PatternRecord() : kPatternClasses.at(kind).second;
   return true;
 }
 
-constexpr std::array kTaskColumns{
-    Column<kOwn<&TaskRecord::modified>>("Modified"),
-    Column<kOwn<&TaskRecord::record_mode>>("RecordMode"),
-    Column<kOwn<&TaskRecord::uses_language_tags>>("UsesLanguageTags"),
-    Column<kOwn<&TaskRecord::name>>("Name"),
-    Column<kOwn<&TaskRecord::short_description>>("ShortDescription"),
-    Column<kOwn<&TaskRecord::description>>("Description"),
-    Column<kOwn<&TaskRecord::name_tag>>("NameTag"),
-    Column<kOwn<&TaskRecord::short_description_tag>>("ShortDescriptionTag"),
-    Column<kOwn<&TaskRecord::description_tag>>("DescriptionTag"),
-    Column<kOwn<&TaskRecord::categories>>("Category"),
-    Column<kOwn<&TaskRecord::data_object_name>>("DataObjectName"),
-    Column<kOwn<&TaskRecord::data_object_caption>>("DataObjectCaption"),
-    Column<kOwn<&TaskRecord::allow_automation_manager>>("AllowAutomationManager"),
-    Column<kOwn<&TaskRecord::skip_row_selection>>("SkipRowSelection"),
-    Column<kOwn<&TaskRecord::processing_mode>>("ProcessingMode"),
-    Column<kOwn<&TaskRecord::process_all_records>>("ProcessAllRecords"),
-    Column<kOwn<&TaskRecord::process_failed_records>>("ProcessFailedRecords"),
-    Column<kOwn<&TaskRecord::base_date>>("BaseDate"),
-    Column<kOwn<&TaskRecord::query>>("Query"),
-    Column<kOwn<&TaskRecord::owner>>("Owner"),
-    TaskColumn{"Permissions", BindPermissions, ReadPermissions},
-    Column<kOwn<&TaskRecord::may_run>>("MayRun"),
-    Column<kOwn<&TaskRecord::may_edit>>("MayEdit"),
-    Column<kOwn<&TaskRecord::may_delete>>("MayDelete"),
-};
+constexpr auto kTaskColumns =
+    Together(Columns<kTaskFields, kInTask>(), ColumnsOf<kInTask, &TaskRecord::modified>("Modified"),
+             ColumnsOf<kInTask, &TaskRecord::categories>("Category"),
+             std::array{TaskColumn{"Permissions", BindPermissions, ReadPermissions}});
 
-constexpr std::array kScheduleColumns{
-    TaskColumn{"StartDate", BindStartDate, ReadStartDate},
-    Column<kOfRecurrence<&RecurrenceRecord::recurrence_type>>("RecurrenceType"),
-    Column<kOfRecurrence<&RecurrenceRecord::time_kind>>("TimeKind"),
-    Column<kOfRecurrence<&RecurrenceRecord::interval>>("Interval"),
-    Column<kOfRecurrence<&RecurrenceRecord::execution_time>>("ExecutionTime"),
-    TaskColumn{"PatternKind", BindPatternKind, ReadPatternKind},
-    Column<kOfPattern<DailyRecord, &DailyRecord::every_n_days>>("EveryNDays"),
-    Column<kOfPattern<DailyRecord, &DailyRecord::weekdays_only>>("WeekdaysOnly"),
-    Column<kOfPattern<WeeklyRecord, &WeeklyRecord::every_n_weeks>>("EveryNWeeks"),
-    Column<kOfWeek<0>>("Sunday"),
-    Column<kOfWeek<1>>("Monday"),
-    Column<kOfWeek<2>>("Tuesday"),
-    Column<kOfWeek<3>>("Wednesday"),
-    Column<kOfWeek<4>>("Thursday"),
-    Column<kOfWeek<5>>("Friday"),
-    Column<kOfWeek<6>>("Saturday"),
-    Column<kOfPattern<MonthlyRecord, &MonthlyRecord::every_n_months>>("EveryNMonths"),
-    Column<kOfPattern<YearlyRecord, &YearlyRecord::month>>("Month"),
-    Column<kOfDay<&DayChoice::use_relative_day>>("UseRelativeDay"),
-    Column<kOfDay<&DayChoice::day_of_month>>("DayOfMonth"),
-    Column<kOfDay<&DayChoice::relative_week>>("RelativeWeek"),
-    Column<kOfDay<&DayChoice::relative_day_of_week>>("RelativeDayOfWeek"),
-};
+constexpr auto kScheduleColumns =
+    Together(std::array{TaskColumn{"StartDate", BindStartDate, ReadStartDate}},
+             Columns<kRecurrenceFields, kInRecurrence>(),
+             std::array{TaskColumn{"PatternKind", BindPatternKind, ReadPatternKind}},
+             Columns<kPatternFields, kInPattern>());
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// The columns that hold a task's fields, one row here for each. Used by the storage, which makes its
-// statements from them.
+// The columns that hold a task's fields, most of them under the fields' documented names. Used by the
+// storage, which makes its statements from them.
 #pragma once
 
 #include <plovix/standalone/model/task_record.h>

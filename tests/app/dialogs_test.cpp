@@ -32,23 +32,30 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+// On a disk that may be full.
 class FakeTables final : public HostTables {
  public:
-  std::vector<UserRecord> Users() override { return users; }
-  void SaveUsers(const std::vector<UserRecord>& changed) override {
-    if (fail) throw Failure(failure_number::kInvalidCall, "The disk is full.");
-    users = changed;
+  FakeTables() {
+    kept_.SaveUsers({{.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
+                     {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}});
   }
-  std::vector<TagRecord> Tags() override { return tags; }
+  std::vector<UserRecord> Users() override { return kept_.Users(); }
+  void SaveUsers(const std::vector<UserRecord>& users) override {
+    NeedRoom();
+    kept_.SaveUsers(users);
+  }
+  std::vector<TagRecord> Tags() override { return kept_.Tags(); }
   void SaveTag(const TagRecord& tag) override {
-    if (fail) throw Failure(failure_number::kInvalidCall, "The disk is full.");
-    tags.push_back(tag);
+    NeedRoom();
+    kept_.SaveTag(tag);
   }
-  std::vector<UserRecord> users{
-      {.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
-      {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}};
-  std::vector<TagRecord> tags;
-  bool fail = false;
+  bool full = false;
+
+ private:
+  void NeedRoom() const {
+    if (full) throw Failure(failure_number::kInvalidCall, "The disk is full.");
+  }
+  MemoryHostTables kept_;
 };
 
 class EditorTest : public testing::Test {
@@ -212,8 +219,8 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
 }
 
 TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
-  for (int i = 0; i < 3000; ++i) tables_.tags.push_back({"t" + std::to_string(i), {{"en", "x"}}});
-  tables_.tags.at(1234).texts["fr"] = "Été (1)";
+  for (int i = 0; i < 3000; ++i) tables_.SaveTag({"t" + std::to_string(i), {{"en", "x"}}});
+  tables_.SaveTag({"t1234", {{"en", "x"}, {"fr", "Été (1)"}}});
   TagDialog dialog(texts_, "t7", {"t9"}, tables_, {"en", "fr"}, "en", nullptr);
   Show(dialog);
   ExpectEveryElementNamed();
@@ -229,7 +236,7 @@ TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
   Key(Qt::Key_Return);
   EXPECT_EQ(dialog.Tag(), "t1234");
   Show(dialog);
-  tables_.fail = true;
+  tables_.full = true;
   Answer([this](QWidget* box) {
     const auto type = [box](const char* text) {
       QTest::keyClicks(box->focusWidget(), text);
@@ -244,11 +251,11 @@ TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
     EXPECT_THAT(told(), HasSubstr("enter the text in this language"));
     type("Made");
     EXPECT_THAT(FromQt(box->accessibleDescription()), HasSubstr("The disk is full."));
-    tables_.fail = false;
+    tables_.full = false;
     type("");
   });
   Mnemonic(Qt::Key_N);
-  EXPECT_EQ(tables_.tags.back(), (TagRecord{"made", {{"en", "Made"}}}));
+  EXPECT_EQ(tables_.Tags().front(), (TagRecord{"made", {{"en", "Made"}}}));
   Key(Qt::Key_Return);
   EXPECT_EQ(dialog.Tag(), "made");
 }
@@ -279,18 +286,18 @@ TEST_F(EditorTest, UsersKeepAnAdministratorAndAreSavedTogether) {
   Key(Qt::Key_Delete);
   Find<QListWidget>()->setCurrentRow(0);
   Mnemonic(Qt::Key_D);  // another one is administrator now
-  tables_.fail = true;
+  tables_.full = true;
   Key(Qt::Key_Return);
   EXPECT_THAT(Told(), HasSubstr("The disk is full."));
-  tables_.fail = false;
+  tables_.full = false;
   Key(Qt::Key_Return);
   EXPECT_FALSE(dialog.isVisible());
-  EXPECT_THAT(tables_.users, ElementsAre(UserRecord{.id = "anna", .name = "Anna", .groups = {"Sales"}},
-                                         UserRecord{.id = "benno",
-                                                    .name = "",
-                                                    .administrator = true,
-                                                    .groups = {"New group", "Stock"},
-                                                    .create_personal = true}));
+  EXPECT_THAT(tables_.Users(), ElementsAre(UserRecord{.id = "anna", .name = "Anna", .groups = {"Sales"}},
+                                           UserRecord{.id = "benno",
+                                                      .name = "",
+                                                      .administrator = true,
+                                                      .groups = {"New group", "Stock"},
+                                                      .create_personal = true}));
 }
 
 TEST(TaskAccess, FollowsOwnerPermissionsAndRights) {
