@@ -200,8 +200,7 @@ bool Measure(bool all) {
       ("list-benchmark-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
   std::filesystem::create_directory(folder);
   bool within = true;
-  for (const int distinct : {200, 10'000})
-    within = Categories(state, registry, folder, distinct) && within;
+  for (const int distinct : {200, 10'000}) within = Categories(state, registry, folder, distinct) && within;
   if (all) {
     // Where every category is another one, filing the texts is the work; it has no limit.
     static_cast<void>(Categories(state, registry, folder, 1'000'000));
