@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
@@ -79,6 +80,21 @@ void EditorDialog::AddOkAndCancel() {
   ok->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void EditorDialog::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (enter && button != nullptr) {
+    button->click();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
+}
+
+void EditorDialog::done(int result) {
+  QDialog::done(result);
+  if (parentWidget() != nullptr) parentWidget()->activateWindow();
 }
 
 void EditorDialog::OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action) {

@@ -29,8 +29,13 @@ class EditorDialog : public QDialog {
   [[nodiscard]] virtual bool Changed() const = 0;
 
   void reject() override;  // asks when something was changed
+  // The window behind gets the focus back, also where a question was closed together with the dialog.
+  void done(int result) override;
 
  protected:
+  // Enter presses the button that has the focus, and OK from anywhere else.
+  void keyPressEvent(QKeyEvent* event) override;
+
   // `texts` outlives the dialog.
   EditorDialog(const TextTable& texts, const std::string& title, QWidget* parent);
 
@@ -39,7 +44,7 @@ class EditorDialog : public QDialog {
   [[nodiscard]] QString Caption(std::string_view key) const;  // the text without its mnemonic
   [[nodiscard]] QVBoxLayout* Rows() const { return rows_; }
   [[nodiscard]] QLabel* NewNote(std::string_view key) const;
-  // Never the default button: Enter means OK, wherever the focus has been.
+  // Never the default button: Enter in a field means OK.
   [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
   // Below everything that is in Rows() by then.
   void AddOkAndCancel();

@@ -23,10 +23,12 @@ constexpr int kLinesHigh = 22;
 }  // namespace
 
 PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& title,
-                                   const PermissionSet& permissions, HostTables& tables, QWidget* parent)
+                                   const std::optional<PermissionSet>& permissions, HostTables& tables,
+                                   QWidget* parent)
     : EditorDialog(texts, title, parent),
-      initial_(permissions),
-      permissions_(permissions),
+      has_set_(permissions.has_value()),
+      initial_(permissions.value_or(PermissionSet())),
+      permissions_(initial_),
       table_(new QTableWidget),
       add_(new AddField(Text("permission.addLabel"), Text("permission.add"),
                         [this](const QString& text) { return Add(text); })),
@@ -154,7 +156,10 @@ void PermissionDialog::Update() {
   const bool anybody = std::ranges::any_of(permissions_, [](const PermissionRecord& line) {
     return std::ranges::any_of(kRights, [&](auto right) { return line.*right; });
   });
-  meaning_->setText(Text(anybody ? "permission.others" : "permission.nobody"));
+  const bool unrestricted = !has_set_ && permissions_.empty();
+  meaning_->setText(Text(anybody        ? "permission.others"
+                         : unrestricted ? "permission.none"
+                                        : "permission.nobody"));
   if (permissions_.empty() && remove_->hasFocus()) table_->setFocus();
   remove_->setEnabled(!permissions_.empty());
 }

@@ -4,6 +4,8 @@
 #include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/model/permission_record.h>
 
+#include <optional>
+
 #include "editor_dialog.h"
 
 class QTableWidgetItem;
@@ -15,9 +17,10 @@ class AddField;
 class PermissionDialog final : public EditorDialog {
  public:
   // Offers the users of `tables` and their groups; fails as Users() does. Subjects of the set that are
-  // neither are shown as such and stay until they are removed.
-  PermissionDialog(const TextTable& texts, const std::string& title, const PermissionSet& permissions,
-                   HostTables& tables, QWidget* parent);
+  // neither are shown as such and stay until they are removed. Nothing instead of a set: as long as nobody is
+  // named, everybody may do what their rights allow.
+  PermissionDialog(const TextTable& texts, const std::string& title,
+                   const std::optional<PermissionSet>& permissions, HostTables& tables, QWidget* parent);
 
   [[nodiscard]] const PermissionSet& Permissions() const { return permissions_; }
   [[nodiscard]] bool Changed() const override;
@@ -42,6 +45,7 @@ class PermissionDialog final : public EditorDialog {
   // What is left to add, and what the set means as a whole.
   void Update();
 
+  bool has_set_;
   PermissionSet initial_, permissions_;  // a row of the table for each line
   std::vector<Subject> subjects_;
   QTableWidget* table_;

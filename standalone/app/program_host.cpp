@@ -56,8 +56,10 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
   std::string problem;
   std::error_code error;
   try {
-    if (make_sample && !std::filesystem::exists(path, error))
+    if (make_sample && !std::filesystem::exists(path, error)) {
+      std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
       CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
+    }
   } catch (const Failure& failure) {
     problem = failure.Description();
   }

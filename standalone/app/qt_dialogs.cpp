@@ -144,8 +144,7 @@ std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const 
 // A task without a set keeps none as long as nobody is named: an empty set would shut everybody out.
 std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
                                                         const std::string& title) {
-  PermissionDialog dialog(texts_, title, permissions.value_or(PermissionSet()), *tables_,
-                          QApplication::activeWindow());
+  PermissionDialog dialog(texts_, title, permissions, *tables_, QApplication::activeWindow());
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   if (!permissions && dialog.Permissions().empty()) return std::nullopt;
   return dialog.Permissions();

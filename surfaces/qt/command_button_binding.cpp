@@ -42,6 +42,7 @@ bool CommandButtonBinding::OnEvent(QEvent& event) {
   if (event.type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<QKeyEvent&>(event);
   if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  if (key.modifiers().testFlag(Qt::ControlModifier)) return false;  // the window's
   if (!key.isAutoRepeat()) widget_->click();
   return true;
 }

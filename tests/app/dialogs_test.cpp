@@ -182,8 +182,8 @@ TEST_F(EditorTest, CategoriesInTagsComeFromTheTagEditor) {
 }
 
 TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
-  PermissionDialog dialog(
-      texts_, "Backup", {{.subject = "gone", .is_group = true, .view = true, .run = true}}, tables_, nullptr);
+  const PermissionSet set = {{.subject = "gone", .is_group = true, .view = true, .run = true}};
+  PermissionDialog dialog(texts_, "Backup", set, tables_, nullptr);
   Show(dialog);
   ExpectEveryElementNamed();
   EXPECT_THAT(FromQt(Find<QTableWidget>()->item(0, 0)->text()), HasSubstr("Group gone (nobody"));
@@ -212,6 +212,14 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
   Answer([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
   Key(Qt::Key_Escape);
   EXPECT_TRUE(dialog.isVisible()) << "Esc asks first, Esc in the question goes on";
+  Answer([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+  for (auto* button : dialog.findChildren<QPushButton*>())
+    if (FromQt(button->text()).ends_with("Cancel")) button->setFocus();
+  QWidget* cancel = dialog.focusWidget();
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(dialog.isVisible()) << "Enter on Cancel is Cancel";
+  EXPECT_TRUE(qobject_cast<QPushButton*>(cancel) != nullptr);
+  Find<QTableWidget>()->setFocus();
   Key(Qt::Key_Return);
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(dialog.Permissions().at(0),
