@@ -176,15 +176,24 @@ void SqliteDataSource::Reading(const std::function<void(const Connection&)>& bod
   }
 }
 
+// Another program may change the file while it is read: the state before that is the one that was read.
+const std::vector<DataObjectRecord>& SqliteDataSource::Listed() {
+  const FileState state = StateOf(path_);
+  if (!listed_ || state.in_use || *listed_ != state) {
+    listed_.reset();
+    Reading([this](const Connection& connection) { objects_ = ReadObjects(connection); });
+    listed_ = state;
+  }
+  return objects_;
+}
+
 std::vector<DataObjectRecord> SqliteDataSource::List() {
-  std::vector<DataObjectRecord> objects;
-  Reading([&objects](const Connection& connection) { objects = ReadObjects(connection); });
-  return objects;
+  return Listed();
 }
 
 std::optional<DataObjectRecord> SqliteDataSource::Find(std::string_view name) {
-  for (DataObjectRecord& object : List()) {
-    if (SameName(object.name, name)) return std::move(object);
+  for (const DataObjectRecord& object : Listed()) {
+    if (SameName(object.name, name)) return object;
   }
   return std::nullopt;
 }

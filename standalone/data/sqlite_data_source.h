@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,11 +33,15 @@ class SqliteDataSource final : public DataSource {
 
  private:
   void Reading(const std::function<void(const Connection&)>& body);
+  // Read anew when the file has changed, and while another program may be changing it.
+  [[nodiscard]] const std::vector<DataObjectRecord>& Listed();
 
   std::string path_;
   std::chrono::milliseconds patience_;
   std::unique_ptr<Connection> connection_;
   FileId file_;  // the open one
+  std::vector<DataObjectRecord> objects_;
+  std::optional<FileState> listed_;  // the state of the file that they were read from
 };
 
 // The first row that fits decides; without regard to case:

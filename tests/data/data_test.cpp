@@ -116,6 +116,8 @@ TEST_F(DataTest, AFileThatCannotBeReadIsNamedAndReadOnceItIsBack) {
   {
     const Connection other(path_, 50ms, Access::kReadWrite);
     other.Run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(FailureOfList(), "") << "nothing has changed since it was read";
+    other.Run("CREATE TABLE c (x)");
     EXPECT_THAT(FailureOfList(), HasSubstr("another program"));
   }
   fs::rename(path_, path_ + ".away");
