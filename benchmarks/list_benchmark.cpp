@@ -4,7 +4,7 @@
 // best time counts. With "--all" also what takes minutes: a million different categories, and the tables.
 // Exit status 1: an act takes longer than its limit.
 #include <malloc.h>
-#include <plovix/component/page_registry.h>
+#include <plovix/component/entry_points.h>
 #include <plovix/controls/user.h>
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/data/sqlite_data_source.h>

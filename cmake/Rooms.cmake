@@ -4,9 +4,9 @@
 #
 #   plovix_room(pages/task SOURCES a.cpp b.cpp LINKS framework designs)
 #
-# makes the target plovix_pages_task.
+# makes the target plovix_pages_task. What a room uses without showing it to its own users stands in HIDES.
 function(plovix_room room)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;HIDES;LIBRARIES" ${ARGN})
   string(REPLACE "/" "_" id ${room})
   set(target plovix_${id})
   set(publish ${CMAKE_BINARY_DIR}/rooms/${id})
@@ -27,6 +27,10 @@ function(plovix_room room)
   foreach(link IN LISTS ARG_LINKS)
     string(REPLACE "/" "_" link_id ${link})
     target_link_libraries(${target} ${scope} plovix_${link_id})
+  endforeach()
+  foreach(hidden IN LISTS ARG_HIDES)
+    string(REPLACE "/" "_" hidden_id ${hidden})
+    target_link_libraries(${target} PRIVATE plovix_${hidden_id})
   endforeach()
   target_link_libraries(${target} ${scope} ${ARG_LIBRARIES})
 

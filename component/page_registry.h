@@ -1,31 +1,67 @@
-// Pages by identifier: what a wizard creates its pages from.
+/// @file
+/// Pages by identifier: what a wizard framework creates its pages from. A host owns one; libraries enter
+/// their pages into it, this one through plovix_register().
 #pragma once
 
-#include <plovix/framework/page_base.h>
+#include <plovix/framework/wizard_page.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace plovix {
 
-class PageRegistry {
+/// Makes the pages of one identifier. Implemented by the library that holds the page, whose code stays in use
+/// as long as a factory or one of its pages lives.
+class PageFactory {
  public:
-  using Factory = std::function<std::shared_ptr<WizardPage>()>;
-
-  // Fails with 457 when the identifier is taken.
-  void Register(const std::string& identifier, Factory factory);
-  // A fresh page object; nothing for an unknown identifier.
-  [[nodiscard]] std::shared_ptr<WizardPage> Create(const std::string& identifier) const;
-  [[nodiscard]] std::vector<std::string> Identifiers() const;  // sorted
-
- private:
-  std::map<std::string, Factory> factories_;
+  virtual ~PageFactory() = default;
+  /// "Plovix.Details"; lives as long as the factory.
+  [[nodiscard]] virtual const std::string& Identifier() const noexcept = 0;
+  /// A fresh page, not yet initialized; never nothing. The caller owns it.
+  [[nodiscard]] virtual std::shared_ptr<WizardPage> CreatePage() = 0;
 };
 
-// Registers every page of the component: "Plovix." and the page's name.
-void RegisterPages(PageRegistry& registry);
+/// The factories, by identifier. Identifiers are case-sensitive. Not guarded against use by several threads.
+class PageRegistry {
+ public:
+  /// Fails with 457 when the identifier is taken, with 5 when there is no factory.
+  void Add(std::shared_ptr<PageFactory> factory) {
+    if (!factory) throw Failure(failure_number::kInvalidCall, "No page factory was given");
+    const std::string& identifier = factory->Identifier();
+    if (factories_.contains(identifier)) {
+      throw Failure(failure_number::kKeyInUse, "A page is already registered as " + identifier);
+    }
+    factories_.emplace(identifier, std::move(factory));
+  }
+  /// Does nothing for an unknown identifier. Pages that were made already live on.
+  void Remove(std::string_view identifier) {
+    const auto found = factories_.find(identifier);
+    if (found != factories_.end()) factories_.erase(found);
+  }
+  /// Nothing for an unknown identifier.
+  [[nodiscard]] std::shared_ptr<PageFactory> Find(std::string_view identifier) const {
+    const auto found = factories_.find(identifier);
+    return found == factories_.end() ? nullptr : found->second;
+  }
+  /// A fresh page; nothing for an unknown identifier.
+  [[nodiscard]] std::shared_ptr<WizardPage> Create(std::string_view identifier) const {
+    const auto factory = Find(identifier);
+    return factory ? factory->CreatePage() : nullptr;
+  }
+  /// Sorted.
+  [[nodiscard]] std::vector<std::string> Identifiers() const {
+    std::vector<std::string> identifiers;
+    identifiers.reserve(factories_.size());
+    for (const auto& [identifier, factory] : factories_) identifiers.push_back(identifier);
+    return identifiers;
+  }
+
+ private:
+  std::map<std::string, std::shared_ptr<PageFactory>, std::less<>> factories_;
+};
 
 }  // namespace plovix

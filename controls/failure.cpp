@@ -7,6 +7,11 @@
 
 namespace plovix {
 
+// Not inline, so that one library alone holds what a failure under way needs.
+const char* Failure::what() const noexcept {
+  return description_.c_str();
+}
+
 Failure CurrentFailure() {
   try {
     throw;

@@ -31,7 +31,7 @@ class Failure : public std::exception {
 
   [[nodiscard]] int Number() const noexcept { return number_; }
   [[nodiscard]] const std::string& Description() const noexcept { return description_; }
-  [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
+  [[nodiscard]] const char* what() const noexcept override;
 
  private:
   int number_;

@@ -9,34 +9,34 @@ constexpr int kTranslateFlag = 1;
 
 }  // namespace
 
-std::string WizardPage::GetString(int id, const std::vector<std::string>& parameters) {
+std::string PageBase::GetString(int id, const std::vector<std::string>& parameters) {
   return Services().Application()->Language()->GetString(id, kModule, parameters);
 }
 
-int WizardPage::MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters) {
+int PageBase::MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters) {
   const auto application = Services().Application();
   return application->MsgBox(GetString(text_id, parameters), buttons, application->Title(), "");
 }
 
-std::string WizardPage::IWizardPage_Title() {
+std::string PageBase::IWizardPage_Title() {
   return GetString(kTitleText);
 }
 
-std::string WizardPage::IWizardPage_Description() {
+std::string PageBase::IWizardPage_Description() {
   return GetString(kDescriptionText);
 }
 
-void WizardPage::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+void PageBase::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
   Wizard = std::move(host);
   Store = std::move(store);
 }
 
-void WizardPage::TranslateCaptions() {
+void PageBase::TranslateCaptions() {
   Services().Application()->Translator()->TranslateControls(Controls(), kModule, kTranslateFlag);
 }
 
 // Dropping two references cannot fail, so the handler of this procedure never speaks.
-void WizardPage::IWizardPage_Terminate() {
+void PageBase::IWizardPage_Terminate() {
   Keep(nullptr, nullptr);
 }
 

@@ -1,4 +1,4 @@
-// The bases of the pages: WizardPage owns the controls and answers what is the same everywhere;
+// The bases of the pages: PageBase owns the controls and answers what is the same everywhere;
 // CommonPage adds the common lifecycle, the way a page is left and the pushed can-continue flag.
 #pragma once
 
@@ -16,12 +16,10 @@
 
 namespace plovix {
 
-// A page with the controls it owns; what registries make and surfaces' hosts keep.
-class WizardPage : public IWizardPage {
+class PageBase : public WizardPage {
  public:
-  explicit WizardPage(const DesignView& design) : form_(design) {}
-  [[nodiscard]] Form& Controls() noexcept { return form_; }
-  [[nodiscard]] std::string_view PageName() const noexcept { return form_.Design().page; }
+  explicit PageBase(const DesignView& design) : form_(design) {}
+  [[nodiscard]] Form& Controls() noexcept final { return form_; }
 
   std::string IWizardPage_Title() final;
   std::string IWizardPage_Description() final;
@@ -57,9 +55,9 @@ class WizardPage : public IWizardPage {
 };
 
 // The lifecycle that every page but the first follows; a page overrides the private procedures.
-class CommonPage : public WizardPage {
+class CommonPage : public PageBase {
  public:
-  using WizardPage::WizardPage;
+  using PageBase::PageBase;
   void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) final;
   bool IWizardPage_CanChangePage(ChangeDirection direction) final;
 

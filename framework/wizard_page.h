@@ -2,6 +2,7 @@
 // user-interface thread.
 #pragma once
 
+#include <plovix/controls/form.h>
 #include <plovix/host/value_store.h>
 #include <plovix/host/wizard_host.h>
 
@@ -40,6 +41,15 @@ class IWizardPage {
 
   // Declared last, so that it takes no slot before the operations.
   virtual ~IWizardPage() = default;
+};
+
+// A page with the controls it owns: what factories make and hosts keep.
+class WizardPage : public IWizardPage {
+ public:
+  // The page's controls, for a surface to draw; they live as long as the page.
+  [[nodiscard]] virtual Form& Controls() noexcept = 0;
+  // "Details"
+  [[nodiscard]] std::string_view PageName() noexcept { return Controls().Design().page; }
 };
 
 }  // namespace plovix

@@ -20,6 +20,7 @@ class ActionListControl : public HostControl {
   virtual void Load(const std::shared_ptr<ActionList>& actions) = 0;
   // The actions as edited: a list of their own, never nothing.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
+  // Replaces an earlier handler. It may be called while the page that gave it is the current one.
   virtual void OnContextRequest(ContextRequest handler) = 0;
 };
 

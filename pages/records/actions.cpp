@@ -1,5 +1,7 @@
 #include "actions.h"
 
+#include <plovix/framework/in_use.h>
+
 namespace plovix {
 namespace {
 
@@ -26,7 +28,10 @@ std::shared_ptr<ActionListControl> Actions::List() const {
 Outcome Actions::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     run([&] {
-      List()->OnContextRequest([this](std::shared_ptr<ValueStore>& context) { context = GetProperties(); });
+      const auto fill = [this, in_use = InUse()](std::shared_ptr<ValueStore>& context) {
+        context = GetProperties();
+      };
+      List()->OnContextRequest(fill);
     });
     TakeTask(run);
     const auto take = [&]<class T>(std::shared_ptr<T>& object, const std::string& key) {

@@ -6,7 +6,7 @@
 
 namespace plovix {
 
-class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, WizardPage> {
+class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, PageBase> {
  public:
   AutoTaskType();
 

@@ -1,5 +1,6 @@
 #include "program_host.h"
 
+#include <plovix/component/entry_points.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/model/host_user.h>

@@ -1,5 +1,6 @@
 #include "screenshots.h"
 
+#include <plovix/component/entry_points.h>
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>

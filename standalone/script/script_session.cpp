@@ -1,5 +1,6 @@
 #include "script_session.h"
 
+#include <plovix/component/entry_points.h>
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/category_rows.h>
 #include <plovix/standalone/model/velo_action_list.h>

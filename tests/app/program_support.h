@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <plovix/component/entry_points.h>
 #include <plovix/standalone/app/qt_dialogs.h>
 #include <plovix/standalone/app/qt_text.h>
 #include <plovix/standalone/app/task_list_window.h>

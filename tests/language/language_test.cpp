@@ -1,6 +1,6 @@
 // The language tables against what the pages and the program ask for.
 #include <gmock/gmock.h>
-#include <plovix/component/page_registry.h>
+#include <plovix/component/entry_points.h>
 #include <plovix/controls/failure.h>
 #include <plovix/standalone/language/language_file.h>
 #include <plovix/standalone/language/languages.h>

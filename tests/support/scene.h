@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <plovix/component/entry_points.h>
 #include <plovix/standalone/model/call_gate.h>
 #include <plovix/standalone/model/category_rows.h>
 #include <plovix/standalone/model/velo_action_list.h>

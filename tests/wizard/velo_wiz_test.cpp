@@ -50,11 +50,25 @@ class ScriptedPage final : public PageWith<kScripted, CommonPage> {
   TextBox& txtNext = control<"txtNext">();
 };
 
+class ScriptedFactory final : public PageFactory {
+ public:
+  ScriptedFactory(std::string identifier, Script& script)
+      : identifier_(std::move(identifier)), script_(script) {}
+  [[nodiscard]] const std::string& Identifier() const noexcept override { return identifier_; }
+  [[nodiscard]] std::shared_ptr<WizardPage> CreatePage() override {
+    return std::make_shared<ScriptedPage>(script_);
+  }
+
+ private:
+  std::string identifier_;
+  Script& script_;
+};
+
 class VeloWizTest : public testing::Test {
  protected:
   VeloWizTest() {
     for (const char* name : {"A", "B"}) {
-      scene.registry.Register(name, [this] { return std::make_shared<ScriptedPage>(script); });
+      scene.registry.Add(std::make_shared<ScriptedFactory>(name, script));
     }
     Make({});
   }
