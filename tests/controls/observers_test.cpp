@@ -9,17 +9,15 @@ namespace plovix {
 namespace {
 
 constexpr auto kWatched = MakeDesign("Watched",
-                                     {
-                                         {"lbl", Kind::kLabel},
-                                         {"txt", Kind::kTextBox},
-                                         {"chk", Kind::kCheckBox},
-                                         {"optA", Kind::kOptionButton},
-                                         {"optB", Kind::kOptionButton},
-                                         {"cbo", Kind::kComboBox},
-                                         {"cboEdit", Kind::kComboBox, "", "", "", Style::kEditable},
-                                         {"dtp", Kind::kDateTimePicker},
-                                         {"slot", Kind::kHostSlot, "Registered"},
-                                     },
+                                     {{"lbl", Kind::kLabel},
+                                      {"txt", Kind::kTextBox},
+                                      {"chk", Kind::kCheckBox},
+                                      {"optA", Kind::kOptionButton},
+                                      {"optB", Kind::kOptionButton},
+                                      {"cbo", Kind::kComboBox},
+                                      {"cboEdit", Kind::kComboBox, "", "", "", Style::kEditable},
+                                      {"dtp", Kind::kDateTimePicker},
+                                      {"slot", Kind::kHostSlot, "Registered"}},
                                      {"lbl txt chk optA optB cbo cboEdit dtp slot"});
 
 class ObserversTest : public testing::Test, protected UserListener, FormObserver {
