@@ -1,13 +1,16 @@
 // A page of controls as Qt widgets. Used by the window of the stand-alone program and by tests.
 #pragma once
 
+#include <plovix/controls/user.h>
+
 #include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>
 #include <string_view>
 
-#include "binding.h"
+#include "slot_factory.h"
+#include "surface_texts.h"
 
 namespace plovix::qt {
 
