@@ -13,6 +13,7 @@ packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlit
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_checks=(clang-format clang-tidy-19 shellcheck python3)
+packages_fuzzers=(clang-19 libclang-rt-19-dev)
 
 say() { printf '%s: %s\n' "$me" "$*" >&2; }
 
