@@ -137,10 +137,13 @@ struct Operation {
   bool is_opening = false;  // in steps: it may be refused behind some that arrived
 };
 
+// With everything in its log, as after a crash.
 void Fill(const std::string& path) {
-  SqliteStorage storage(path);
+  const TempFolder folder;
+  SqliteStorage storage(folder / "tasks");
   for (const char* name : {"before", "other"}) storage.Save(WholeTask(name), kNow);
-  SqliteHostTables(path).SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}});
+  SqliteHostTables(folder / "tasks").SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}});
+  CopyWithLog(folder / "tasks", path);
 }
 
 template <class Object, class Use>
@@ -254,11 +257,8 @@ TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
     bool waits_for_disk = false;
     const TempFolder prepared;
     operation.prepare(prepared / "file");
-    const auto put = [&](const std::string& path) {
-      if (fs::exists(prepared / "file")) fs::copy_file(prepared / "file", path);
-    };
-    put(prepared / "a");
-    put(prepared / "b");
+    CopyWithLog(prepared / "file", prepared / "a");
+    CopyWithLog(prepared / "file", prepared / "b");
     before = ContentsOf(prepared / "a");
     operation.open(prepared / "b")();
     after = ContentsOf(prepared / "b");
@@ -268,7 +268,7 @@ TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
         SCOPED_TRACE(testing::Message() << operation.name << ": " << each.name << " at call " << call);
         const TempFolder folder;
         const std::string path = folder / "tasks.sqlite";
-        put(path);
+        CopyWithLog(prepared / "file", path);
         fault = each;
         fault.first = call;
         calls_made = 0;

@@ -24,9 +24,7 @@ void SaveAndLeaveLog(const std::string& path, const std::string& sql) {
   SqliteStorage storage(folder / "original");
   storage.Save(WholeTask("a"), kNow);
   RunSql(folder / "original", sql);
-  for (const std::string& suffix : {""s, std::string(kLogSuffix)}) {
-    fs::copy_file(folder / ("original" + suffix), path + suffix);
-  }
+  CopyWithLog(folder / "original", path);
 }
 
 TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
