@@ -14,6 +14,7 @@ packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_package=(dpkg-dev desktop-file-utils pkg-config python3)
 packages_checks=(clang-format clang-tidy-19 doxygen shellcheck python3)
+packages_fuzzers=(clang-19 libclang-rt-19-dev)
 
 say() { printf '%s: %s\n' "$me" "$*" >&2; }
 

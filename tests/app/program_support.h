@@ -66,9 +66,9 @@ class ProgramTest : public testing::Test {
   }
   ~ProgramTest() override { InstallServices({}); }
 
-  void Reopen() {
+  void Reopen(std::chrono::milliseconds patience = kTaskFilePatience) {
     list_.reset();
-    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
+    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()), patience);
     state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
     list_ = std::make_unique<TaskListWindow>(Parts());
     list_->show();

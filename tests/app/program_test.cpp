@@ -10,6 +10,7 @@
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <sys/resource.h>
 
 #include <QAccessible>
 #include <QApplication>
@@ -29,6 +30,7 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
+#include <csignal>
 #include <functional>
 
 #include "tests/app/program_support.h"
@@ -36,6 +38,7 @@
 namespace plovix::app {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -188,23 +191,51 @@ TEST_F(ProgramTest, EditingShowsEveryFieldAsItWasLeftAndCancelKeepsTheStoredTask
   EXPECT_EQ(saved, expected);
 }
 
+// The file is moved away, locked by another program, and not allowed to grow; afterwards Finish works again.
 TEST_F(ProgramTest, AFailedSaveSaysWhyAndKeepsTheWizardOpen) {
-  OpenWizard("new");
-  Key(Qt::Key_Return);
-  Type("Kept");
-  Key(Qt::Key_Return);
-  QFile::remove(Path());
-  {
-    const Answers answers({[](QWidget* box) {
-      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr("could not be saved"));
-      QTest::keyClick(box, Qt::Key_Return);
-    }});
+  Reopen(std::chrono::milliseconds{1});
+  std::optional<Connection> other;
+  const auto limit = [](rlim_t bytes) {
+    const rlimit file_size{bytes, RLIM_INFINITY};
+    signal(SIGXFSZ, SIG_IGN);
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &file_size), 0);
+  };
+  const auto lock = [&] {
+    other.emplace(FromQt(Path()), kTaskFilePatience, Access::kReadWrite);
+    other->Run("BEGIN IMMEDIATE");
+  };
+  const struct {
+    const char* words;
+    std::function<void()> spoil, mend;
+  } cases[] = {
+      {"moved", [&] { QFile::rename(Path(), Path() + "2"); }, [&] { QFile::rename(Path() + "2", Path()); }},
+      {"another program is using the file", lock, [&] { other.reset(); }},
+      {"the disk is full", [&] { limit(0); }, [&] { limit(RLIM_INFINITY); }}};
+  QStringList names;
+  for (const auto& [words, spoil, mend] : cases) {
+    OpenWizard("new");
+    Key(Qt::Key_Return);
+    Type(words);
+    Key(Qt::Key_Return);
+    spoil();
+    {
+      const Answers answers({[words = words](QWidget* box) {
+        EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()),
+                    AllOf(HasSubstr("could not be saved"), HasSubstr(words)));
+        QTest::keyClick(box, Qt::Key_Return);
+      }});
+      Wizard()->findChild<QPushButton*>("finish")->click();
+    }
+    mend();
+    ASSERT_NE(Wizard(), nullptr);
+    EXPECT_EQ(Wizard()->Wizard().Task().Record().name, words);
+    EXPECT_EQ(Names(), names);
     Wizard()->findChild<QPushButton*>("finish")->click();
+    ASSERT_EQ(Wizard(), nullptr);
+    names.prepend(words);
+    names.sort();
+    EXPECT_EQ(Names(), names);
   }
-  ASSERT_NE(Wizard(), nullptr);
-  EXPECT_EQ(Wizard()->Wizard().Task().Record().name, "Kept");
-  const Answers answers({[](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
-  Wizard()->reject();
 }
 
 TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {

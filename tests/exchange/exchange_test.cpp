@@ -77,8 +77,12 @@ TEST(TaskFiles, BringBackWhatWasWritten) {
   local.owner = "somebody";
   local.may_run = local.may_edit = local.may_delete = false;
   EXPECT_EQ(WriteTaskFile(local, {}, TextTable::Ids()), Write({FullTask({}), true, {}})) << "stays behind";
-  local.base_date = std::chrono::local_days{std::chrono::year{10000} / 1 / 1};
-  EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
+  // 65,536 years on, what holds a year shows the same one again.
+  for (const DateTime far : {DateTime(std::chrono::local_days{std::chrono::year{10000} / 1 / 1}),
+                             kZeroDate + std::chrono::days{23'936'533}}) {
+    local.base_date = far;
+    EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
+  }
   EXPECT_THROW((void)Write({{}, false, {{std::string(kLargestTaskFile / 6, '\1'), {}}}}), Failure);
 }
 
@@ -181,6 +185,7 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {"{\n \"ö\": \"\xFF\"}", "line 2, column 8: this is not valid JSON."},
       {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
       {"[1e999]", "is not valid JSON."},
+      {R"({"": 1, "": 2})", ": \"\": this is given twice."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
       {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
       {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},

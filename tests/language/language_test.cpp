@@ -114,7 +114,13 @@ TEST(Languages, SayWhatIsWrongWithAFile) {
       {R"({"language":"x"})", "name"},
       {R"({"language":"x","name":"X","direction":"up","pages":{},"host":{}})", "direction"},
       {R"({"language":"x","name":"X","direction":"rtl","pages":{"a4":"t"},"host":{}})", "a4"},
-      {R"({"language":"x","name":"X","direction":"rtl","pages":{"4":4},"host":{}})", "string"}};
+      {R"({"language":"x","name":"X","direction":"rtl","pages":{"4":4},"host":{}})", "\"4\" must be a text"},
+      {R"({"language":"x","name":"X","direction":"rtl","pages":{"04":"t"},"host":{}})", "04"},
+      {R"({"language":"x","name":"X","direction":"rtl","pages":["t"],"host":{}})",
+       "\"pages\" must be an object"},
+      {R"({"language":"x","name":"X","direction":"rtl","pages":{},"host":"t"})",
+       "\"host\" must be an object"},
+      {"7", "\"language\" is missing"}};
   for (const auto& [json, problem] : cases) {
     try {
       (void)ParseLanguage(json, "mine.json");

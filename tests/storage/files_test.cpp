@@ -1,6 +1,10 @@
 #include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <iostream>
+#include <random>
+
 #include "storage_support.h"
 
 namespace plovix::test {
@@ -20,9 +24,7 @@ void SaveAndLeaveLog(const std::string& path, const std::string& sql) {
   SqliteStorage storage(folder / "original");
   storage.Save(WholeTask("a"), kNow);
   RunSql(folder / "original", sql);
-  for (const std::string& suffix : {""s, std::string(kLogSuffix)}) {
-    fs::copy_file(folder / ("original" + suffix), path + suffix);
-  }
+  CopyWithLog(folder / "original", path);
 }
 
 TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
@@ -64,6 +66,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
     const uid_t user = geteuid();
     EXPECT_EQ(seteuid(test.number == 70 && user == 0 ? kNobody : user), 0);
     const Failure failure = FailureOf([&] { const SqliteStorage storage(path); });
+    EXPECT_EQ(FailureOf([&] { SqliteHostTables{path}; }).Description(), failure.Description());
     EXPECT_EQ(seteuid(user), 0);
     fs::permissions(folder / ".", fs::perms::all);
     if (fs::exists(path)) fs::permissions(path, fs::perms::all);
@@ -91,6 +94,95 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
     Connection connection(path, kImpatient, Access::kReadOnly);
     EXPECT_EQ(FailureOf([&] { (void)SchemaVersion(connection, static_cast<int>(version)); }).Number(), 321);
   }
+}
+
+// The names of all that a file holds, through both connections; the file takes one task more.
+std::string NamesIn(const std::string& path) {
+  std::string names;
+  SqliteStorage storage(path);
+  SqliteHostTables tables(path);
+  for (const TagRecord& tag : tables.Tags()) names += tag.tag + tag.texts.at("en") + " ";
+  for (const UserRecord& user : tables.Users()) names += user.id + " ";
+  for (const TaskRecord& task : storage.List()) {
+    names += task.name + task.actions.at(0).name + std::to_string(task.recurrence->interval) + " ";
+  }
+  TaskRecord more;
+  more.recurrence.emplace();
+  EXPECT_GT(storage.Save(more, kNow).id, 0);
+  EXPECT_EQ(storage.List().back().name, "");
+  return names;
+}
+
+// Every page is overwritten or cut off, and every byte of the header changed.
+TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
+  constexpr std::size_t kPage = 4096, kHeader = 100;
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  for (int i = 0; i < 50; ++i) {  // rows that fit into their pages
+    TaskRecord task;
+    task.name = "task " + std::to_string(i);
+    task.recurrence.emplace().interval = i;
+    task.actions = {{"run-sql", "action" + std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};
+    SqliteStorage(path).Save(task, kNow);
+    SqliteHostTables(path).SaveTag({"tag" + std::to_string(i), {{"en", std::string(200, 'y')}}});
+  }
+  const std::string bytes = folder.Bytes().at("tasks.sqlite"), whole = NamesIn(path);
+  std::string noise(kPage, 0);
+  std::ranges::generate(noise, std::minstd_rand(1));
+  std::vector<std::string> damaged;
+  for (std::size_t page = 0; page < bytes.size(); page += kPage) {
+    for (const std::string& over : {std::string(kPage, 0), std::string(kPage, '\xFF'), noise}) {
+      damaged.push_back(std::string(bytes).replace(page, kPage, over));
+    }
+    if (page > 0) damaged.push_back(bytes.substr(0, page));
+  }
+  for (std::size_t at = 0; at < kHeader; ++at) {
+    for (const char flips : {'\1', '\x80', '\xFF'}) {
+      damaged.push_back(bytes);
+      damaged.back()[at] ^= flips;
+    }
+  }
+  int refused = 0;
+  for (std::size_t i = 0; i < damaged.size(); ++i) {
+    SCOPED_TRACE(i);
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << damaged[i];
+    try {
+      EXPECT_EQ(NamesIn(path), whole);
+    } catch (const Failure& failure) {
+      ++refused;
+      EXPECT_TRUE(failure.Number() == failure_number::kInvalidFormat ||
+                  failure.Number() == failure_number::kPermissionDenied)
+          << failure.Description();
+      EXPECT_TRUE(failure.Description().starts_with(path)) << failure.Description();
+      EXPECT_TRUE(folder.Bytes().at("tasks.sqlite") == damaged[i]) << failure.Description();
+    }
+  }
+  std::cout << damaged.size() << " damaged files: " << refused
+            << " refused in words, the others read whole\n";
+}
+
+// As after a crash of the system; what a crash of the program leaves is whole.
+TEST(Files, WithADamagedLogHoldAnEarlierState) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite", copy = folder / "copy", suffix(kLogSuffix);
+  SqliteStorage storage(path);
+  std::vector<std::vector<TaskRecord>> states{{}};
+  for (const char* name : {"a", "b", "c", "d"}) {
+    storage.Save(WholeTask(name), kNow);
+    states.push_back(storage.List());
+  }
+  const std::string log = folder.Bytes().at("tasks.sqlite" + suffix);
+  auto reached = states.end() - 1;
+  for (std::size_t at = log.size(); at > 333; at -= 333) {
+    for (const std::string& damaged : {log.substr(0, at - 1), std::string(log).replace(at - 1, 1, "")}) {
+      fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
+      std::ofstream(copy + suffix, std::ios::binary | std::ios::trunc) << damaged;
+      const auto found = std::ranges::find(states, SqliteStorage(copy).List());
+      EXPECT_LE(found, reached) << at;
+      reached = found;
+    }
+  }
+  EXPECT_EQ(reached, states.begin());
 }
 
 }  // namespace

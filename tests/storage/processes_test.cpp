@@ -1,9 +1,12 @@
 // What several processes do to one file. The program's main is here: the tests start it once more as the
 // other process.
+#include <plovix/standalone/storage/sqlite_host_tables.h>
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <iostream>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "storage_support.h"
@@ -30,11 +33,18 @@ std::string Describe(const TaskRecord& task) {
   return std::to_string(task.id) + ' ' + std::to_string(task.version) + ' ' + task.name + '\n';
 }
 
-// Saves `count` whole tasks, 0: for ever, every third one twice; describes each after it was saved.
+TagRecord WholeTag(const std::string& name) {
+  return {name, {{"en", name}, {"fr", name}}};
+}
+
+// Saves `count` whole tasks, 0: for ever, every third one twice, and a tag for each; describes each task
+// after it was saved.
 int SaveTasks(const std::string& path, const std::string& prefix, int count) {
   SqliteStorage storage(path);
+  SqliteHostTables tables(path);
   for (int i = 0; count == 0 || i < count; ++i) {
     const std::string name = prefix + "-" + std::to_string(i);
+    tables.SaveTag(WholeTag(name));
     const TaskRecord saved = storage.Save(WholeTask(name), kNow);
     std::cout << Describe(saved) << std::flush;
     if (i % 3 != 0) continue;
@@ -68,11 +78,17 @@ TEST(Processes, KilledWhileSavingLoseNothingAcknowledged) {
     EXPECT_TRUE(process.Ends());
     EXPECT_GT(lines, round * 2);
     std::map<std::int64_t, TaskRecord> found;
+    std::set<std::string> tags;
     for (const TaskRecord& task : SqliteStorage(path).List()) {
       EXPECT_EQ(task, WholeTask(task.name, task)) << task.name;
       found[task.id] = task;
     }
+    for (const TagRecord& tag : SqliteHostTables(path).Tags()) {
+      EXPECT_EQ(tag, WholeTag(tag.tag));
+      tags.insert(tag.tag);
+    }
     for (const auto& [id, line] : acknowledged) {
+      EXPECT_TRUE(tags.contains(found[id].name.substr(0, found[id].name.find("-changed"))));
       // The last save may have arrived without being told any more.
       if (found[id].version == 2 && line.starts_with(std::to_string(id) + " 1 ")) continue;
       EXPECT_EQ(Describe(found[id]), line);
@@ -100,6 +116,7 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
     EXPECT_EQ(process->exitCode(), 0);
   }
   EXPECT_EQ(reader.List().size(), processes.size() * kSaves);
+  EXPECT_EQ(SqliteHostTables(path).Tags().size(), processes.size() * kSaves);
   ExpectIntact(path);
 }
 
@@ -107,20 +124,30 @@ TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
   SqliteStorage storage(path, kImpatient);
+  SqliteHostTables tables(path, kImpatient);
   const TaskRecord task = storage.Save(WholeTask("a"), kNow);
-  Process locker({"lock", QString::fromStdString(path)});
-  EXPECT_EQ(locker.Line(), "locked\n");
-  const std::function<void()> actions[] = {[&] { storage.Save(WholeTask("b", task), kNow); },
-                                           [&] { storage.Delete(task.id); }};
-  for (const auto& action : actions) {
+  const std::string old = folder / "old.sqlite";
+  const TaskRecord old_task = MakeVersion(1, old);
+  Process locker({"lock", QString::fromStdString(path)}), old_locker({"lock", QString::fromStdString(old)});
+  EXPECT_EQ(locker.Line() + old_locker.Line(), "locked\nlocked\n");
+  const std::pair<std::string, std::function<void()>> actions[] = {
+      {path, [&] { storage.Save(WholeTask("b", task), kNow); }},
+      {path, [&] { storage.Delete(task.id); }},
+      {path, [&] { tables.SaveTag(WholeTag("b")); }},
+      {path, [&] { tables.SaveUsers({FirstAdministrator()}); }},
+      {old, [&] { SqliteStorage(old, kImpatient); }}};
+  for (const auto& [file, action] : actions) {
     const Failure failure = FailureOf(action);
     EXPECT_EQ(failure.Number(), failure_number::kPermissionDenied);
-    EXPECT_NE(failure.Description().find(path + ": another program is using the file"), std::string::npos);
+    EXPECT_NE(failure.Description().find(file + ": another program is using the file"), std::string::npos);
   }
   EXPECT_EQ(storage.List(), std::vector{task});
   EXPECT_EQ(SqliteStorage(path, kImpatient).List(), std::vector{task});
-  locker.kill();
-  EXPECT_TRUE(locker.Ends());
+  for (Process* each : {&locker, &old_locker}) {
+    each->kill();
+    EXPECT_TRUE(each->Ends());
+  }
+  EXPECT_EQ(SqliteStorage(old).List(), std::vector{old_task});
   EXPECT_EQ(storage.Save(task, kNow).version, 2);
 }
 

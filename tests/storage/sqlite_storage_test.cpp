@@ -194,7 +194,7 @@ TEST(CategoryColumn, ReadsItsArraysAndTakesAnyOtherTextForOneCategory) {
        {"Mail"s, "[1]"s, "42"s, R"({"tag":"A","public":true})"s, R"([{"tag":"A"}])"s,
         R"([{"tag":7,"public":true}])"s, R"([{"tag":"A","public":1}])"s, R"([{"tag":"A","public":true})"s,
         R"([{"tag":"A","public":true}]])"s, "[{\"tag\":\"\xC3\",\"public\":true}]"s,
-        "[{\"tag\":\"\t\",\"public\":true}]"s, "\xFF\0["s}) {
+        "[{\"tag\":\"\t\",\"public\":true}]"s, "\xFF\0["s, "[]\0"s}) {
     EXPECT_EQ(DecodeCategories(name), (std::vector<CategoryRecord>{{name, true}})) << name;
   }
 }

@@ -41,6 +41,13 @@ class TempFolder {
   QTemporaryDir folder_;
 };
 
+// What there is of them; as they stand, while programs have them open.
+inline void CopyWithLog(const std::string& from, const std::string& to) {
+  for (const std::string& suffix : {std::string(), std::string(kLogSuffix)}) {
+    if (std::filesystem::exists(from + suffix)) std::filesystem::copy_file(from + suffix, to + suffix);
+  }
+}
+
 // What another program does to the file.
 inline void RunSql(const std::string& path, const std::string& sql) {
   Connection(path, kImpatient, Access::kReadWrite).Run(sql);
