@@ -1,5 +1,5 @@
 /// @file
-/// How a host draws a control of its own that stands in a page.
+/// How a host draws its own control that stands in a page.
 #pragma once
 
 #include <plovix/controls/kinds.h>
@@ -10,8 +10,8 @@ class QWidget;
 
 namespace plovix::qt {
 
-/// Makes the widget for what the host put into a HostSlot, and gives back a widget owned by `parent`; nullptr
-/// for a control that it does not know, which leaves the place empty. The control outlives the widget.
-using SlotFactory = std::function<QWidget*(HostControl&, QWidget* parent)>;
+/// Draws the host's own control that stands in a slot; gives back a widget owned by `parent`, or nothing for
+/// an empty place.
+using SlotFactory = std::function<QWidget*(HostControl& control, QWidget* parent)>;
 
 }  // namespace plovix::qt
