@@ -89,6 +89,7 @@ done
 check_prefix "with Qt" "$outside/release" "Core;Qt"
 [[ -z $(find "$outside/standard" -name '*qt*') ]] || fail "the package without Qt has files of it"
 check_prefix "without Qt" "$outside/standard" Core
+"$root/tools/build_docs.sh" "$outside/release/include" || exit
 check_pkg_config "$outside/standard" || fail "the pkg-config files do not serve"
 check_missing_component "$outside/standard"
 check_debian_packages || fail "the Debian packages are not as they should be"

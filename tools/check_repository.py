@@ -4,7 +4,8 @@
     tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
 
 - a language table is JSON, and no number is given twice;
-- the component includes the standard library and its own rooms, nothing else that is installed;
+- the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
+  installed;
 - no source reaches another room by a path of its own instead of through the room's target.
 It also prints how much of the code is test code.
 """
@@ -16,7 +17,7 @@ from pathlib import Path
 COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/")
 NOT_PRODUCT = ("tests/", "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
-STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
+STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
 
 
 def each_once(pairs):
