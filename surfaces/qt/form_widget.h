@@ -11,6 +11,7 @@
 
 namespace plovix::qt {
 
+// Assistive technology takes it for a group under the page's heading, which it reads when the focus enters.
 class FormWidget final : public QWidget {
  public:
   // `form` keeps the page alive; `user` outlives the widget. The widget draws the form as it is now and
