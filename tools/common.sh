@@ -12,6 +12,8 @@ packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlit
                   libicu-dev libqt6widgets6 fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
+# Without the library's introspection data and the bindings, no script reaches the accessibility bus.
+packages_accessibility=(xvfb dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi python3-xlib)
 packages_checks=(clang-format clang-tidy-19 shellcheck python3)
 
 say() { printf '%s: %s\n' "$me" "$*" >&2; }
