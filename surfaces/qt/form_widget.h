@@ -16,6 +16,7 @@ namespace plovix::qt {
 
 /// One for each page that is shown; a Next or a Back takes it away and makes the next one. It knows nothing
 /// of pages and of the wizard's buttons.
+/// Assistive technology takes it for a group under the page's heading, which it reads when the focus enters.
 class FormWidget final : public QWidget {
  public:
   /// `form` keeps the page alive; `user` outlives the widget. The widget draws the form as it is now and

@@ -372,22 +372,28 @@ TEST_F(PageTest, EverythingIsAnnounced) {
   Get<ComboBox>("lst").Select(1);
   Open();
   QStringList names;
-  for (const char* name : {"txt", "cmd", "optA", "lst", "txtDay", "dtp", "chkInside", "lblLink", "fra"}) {
+  for (const char* name :
+       {"txt", "cmd", "optA", "optB", "lst", "txtDay", "dtp", "chkInside", "lblLink", "fra"}) {
     names += Announced(At(name));
   }
   EXPECT_EQ(names.join("|").toStdString(),
-            "Name|Name ...|No data|the …|… month(s).|Every <b>kind</b> & more|R&D|"
+            "Name|Name ...|No data|the … … month(s).|the …|… month(s).|Every <b>kind</b> & more|R&D|"
             "Edit the permissions|Settings");
   for (QWidget* widget : page->findChildren<QWidget*>()) {
     if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget == At("slot")) continue;
     EXPECT_FALSE(Announced(widget).isEmpty()) << widget->metaObject()->className();
   }
   EXPECT_EQ(At("optA")->accessibleDescription(), "For tasks without records.");
-  EXPECT_EQ(At("optB")->accessibleDescription(), "the … … month(s).");
-  QAccessibleInterface* link = QAccessible::queryAccessibleInterface(At("lblLink"));
-  EXPECT_EQ(link->role(), QAccessible::Link);
-  link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_EQ(events, std::vector<std::string>{"lblLink_Click"});
+  const auto access = [this](const char* name) { return QAccessible::queryAccessibleInterface(At(name)); };
+  EXPECT_EQ(access("lblLink")->role(), QAccessible::Link);
+  EXPECT_EQ(access("optB")->role(), QAccessible::RadioButton);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(page)->role(), QAccessible::Grouping);
+  access("lblLink")->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  access("optB")->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(events, std::vector<std::string>{}) << "who asks does not wait";
+  QTest::qWait(0);
+  EXPECT_EQ(events, (std::vector<std::string>{"lblLink_Click", "optB_Click"}));
+  EXPECT_TRUE(access("optB")->state().checked);
 }
 
 TEST_F(PageTest, LinesBecomeRowsThatWrapAndScrollOnlyDown) {
