@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 
 #include "text_rules.h"
@@ -77,7 +76,7 @@ std::optional<double> Decimal::ToDouble() const {
   end = std::to_chars(end, text.end(), exponent_).ptr;
   double value = 0;
   const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error == std::errc{} && std::isfinite(value)) return value;
+  if (error == std::errc{}) return value;
   return exponent_ > 0 ? std::nullopt : std::optional(0.0);
 }
 

@@ -21,7 +21,7 @@ class Statements {
 
   template <class Statement>
   void operator()(Statement&& statement, std::source_location where = std::source_location::current()) {
-    while (true) {
+    for (;;) {
       std::optional<Failure> failure;
       try {
         statement();

@@ -1,5 +1,6 @@
 // What pages build on: the binary shape of their contract, the statement runner, the provider of the
 // services objects, and the rules of values.
+#include <plovix/framework/in_use.h>
 #include <plovix/framework/statements.h>
 #include <plovix/framework/text_rules.h>
 
@@ -129,6 +130,8 @@ TEST_F(StatementsTest, ALeftProcedureIsNoFailureOfItsCaller) {
   EXPECT_EQ(trace, "left on");
   ASSERT_EQ(reports.size(), 1U);
   EXPECT_EQ(reports[0].procedure, "Inner");
+  EXPECT_EQ(RunProcedure("Page", "Proc", [](Statements& run) { run([] { Statements::Leave(); }); }),
+            Outcome::kLeft);
   // What is thrown outside a statement passes.
   EXPECT_THROW(RunProcedure("Page", "Proc", [](Statements&) { Fail(); }), Failure);
   EXPECT_EQ(reports.size(), 1U);
@@ -139,6 +142,7 @@ TEST_F(StatementsTest, ForeignExceptionsGetTheCustomaryNumbers) {
       {[] { throw std::bad_alloc(); }, 7},
       {[] { (void)std::vector<int>{}.at(1); }, 9},
       {[] { (void)std::get<int>(std::variant<int, char>('x')); }, 13},
+      {[] { throw std::bad_cast(); }, 13},
       {[] { throw std::logic_error("odd"); }, 51},
       {[] { throw 42; }, 51},
       {[] { Set(std::shared_ptr<int>()); }, 91},
@@ -150,6 +154,23 @@ TEST_F(StatementsTest, ForeignExceptionsGetTheCustomaryNumbers) {
     EXPECT_EQ(reports[0].number, number);
     EXPECT_FALSE(reports[0].description.empty());
   }
+}
+
+TEST(InUse, CountsEveryTokenUntilTheLastReferenceIsGone) {
+  const int others = InUse::Count();
+  std::weak_ptr<int> watcher;
+  {
+    const InUse token;
+    InUse copy = token;
+    copy = token;
+    const auto object = MakeInUse<int>(7);
+    EXPECT_EQ(*object, 7);
+    EXPECT_GT(InUse::Count(), others + 2);
+    watcher = object;
+  }
+  EXPECT_GT(InUse::Count(), others) << "a weak reference still needs the code";
+  watcher.reset();
+  EXPECT_EQ(InUse::Count(), others);
 }
 
 TEST(Services, MadeOncePerThreadAndInstallation) {

@@ -77,26 +77,26 @@ TEST_P(EveryPage, TerminateDropsTheReferences) {
 TEST(LeavingAPage, Table) {
   struct Row {
     std::string page;
-    const char* incomplete;  // answers for directions 0 to 3 on a new task
+    const char* incomplete;  // answers for directions 0 to 3, and an unknown one, on a new task
     const char* complete;    // and on a complete one
     const char* writes;      // in which directions the complete task is written after the user's entries
   };
   const std::vector<Row> rows = {
-      {page_identifier::kAutoTaskType, "1101", "1101", "1000"},
-      {page_identifier::kDetails, "0101", "1111", "1010"},
-      {page_identifier::kRecords, "1111", "1111", "1110"},
-      {page_identifier::kRecurrenceTime, "1111", "1111", "1110"},
-      {page_identifier::kRecurrencePattern, "1111", "1111", "1110"},
-      {page_identifier::kDailyRecurrence, "0001", "1111", "1110"},
-      {page_identifier::kWeeklyRecurrence, "0001", "1111", "1110"},
-      {page_identifier::kMonthlyRecurrence, "0001", "1111", "1110"},
-      {page_identifier::kYearlyRecurrence, "0001", "1111", "1110"},
-      {page_identifier::kQuery, "1111", "1111", "1110"},
-      {page_identifier::kActions, "1111", "1111", "1110"},
+      {page_identifier::kAutoTaskType, "11010", "11010", "10000"},
+      {page_identifier::kDetails, "01010", "11111", "10101"},
+      {page_identifier::kRecords, "11111", "11111", "11101"},
+      {page_identifier::kRecurrenceTime, "11111", "11111", "11101"},
+      {page_identifier::kRecurrencePattern, "11111", "11111", "11101"},
+      {page_identifier::kDailyRecurrence, "00010", "11111", "11101"},
+      {page_identifier::kWeeklyRecurrence, "00010", "11111", "11101"},
+      {page_identifier::kMonthlyRecurrence, "00010", "11111", "11101"},
+      {page_identifier::kYearlyRecurrence, "00010", "11111", "11101"},
+      {page_identifier::kQuery, "11111", "11111", "11101"},
+      {page_identifier::kActions, "11111", "11111", "11101"},
   };
   for (const Row& row : rows) {
     std::string incomplete, complete, writes;
-    for (std::int32_t code = 0; code < 4; ++code) {
+    for (std::int32_t code = 0; code <= 4; ++code) {
       Scene scene;
       Furnish(scene);
       const auto direction = static_cast<ChangeDirection>(code);

@@ -120,7 +120,12 @@ TEST_F(DetailsTest, WhenTextsAreTags) {
       EXPECT_EQ(bench->Text("txt" + shown.field), tagged ? shown.tagged : shown.literal);
     }
     scene.state.language_tag_mode = !application;  // the decision stands for the life of the page
-    EXPECT_EQ(bench->user.Press((*bench)["cmdNameLangTag"]), tagged);
+    Control& button = (*bench)["cmdNameLangTag"];
+    EXPECT_EQ(bench->user.Press(button), tagged);
+    button.SetVisible(true);  // shown all the same it does nothing
+    scene.dialogs.edited_tags.clear();
+    bench->user.Press(button);
+    EXPECT_EQ(scene.dialogs.edited_tags.size(), tagged ? 1U : 0U);
   }
   std::filesystem::remove_all(folder);
 }
@@ -210,9 +215,11 @@ TEST_F(DetailsTest, CategoriesOfTheStoredTasksAreListedOnce) {
   Open();
   bench->user.Press((*bench)["cmdCategoryLangTag"]);
   EXPECT_EQ(scene.dialogs.edited_tags, Texts{"own"});
+  task.uses_language_tags = false;
+  Open();
   scene.stored_categories = {"late"};
   bench->user.DropDown(Category());
-  EXPECT_EQ(Items(Category()), (task.uses_language_tags ? Texts{} : Texts{"late"}));
+  EXPECT_EQ(Items(Category()), Texts{"late"});
 }
 
 TEST_F(DetailsTest, OneCategoryIsEditedInPlaceSeveralInTheEditor) {
@@ -273,12 +280,15 @@ TEST_F(DetailsTest, WhoOwnsTheTask) {
     Entries entries;
     bool checked, switchable;
   };
-  const Entries kept = {{"CreateGroup", true}, {"CreatePersonal", true}, {"PersonalTask", true}};
+  Entries kept = kBothRights, given_up = kBothRights;
+  kept["PersonalTask"] = true;
+  given_up["PersonalTask"] = false;
   for (const Row& row : std::vector<Row>{{7, "bob", {}, true, false},
                                          {7, "", {{"CreatePersonal", true}}, false, false},
                                          {0, "bob", {}, false, false},
                                          {0, "", kBothRights, false, true},
                                          {0, "", kept, true, true},
+                                         {0, "", given_up, false, true},
                                          {0, "", {{"CreatePersonal", true}}, true, false},
                                          {0, "", {{"CreateGroup", true}}, false, false}}) {
     task.id = row.id;
@@ -341,6 +351,18 @@ TEST_F(DetailsTest, ActionsThatDoNotFit) {
     EXPECT_EQ(Check("chkPersonalTask").Enabled(), undone ? was_enabled : row.automatic);
     EXPECT_EQ(bench->task->Record().actions, row.left);
   }
+  // Which records an action must be made for follows from the task; an unknown mode asks for nothing.
+  task.allow_automation_manager = false;
+  for (const auto& [mode, bit] : std::map<std::int16_t, std::int32_t>{{0, 16}, {1, 1}, {2, 8}, {3, 0}}) {
+    task.record_mode = mode;
+    task.actions = {action(bit, 8), action(~bit, 8)};
+    Open();
+    Check("chkAutoMan").SetEnabled(true);  // also where the user has no choice
+    scene.dialogs.answers = {1};
+    bench->user.Toggle((*bench)["chkAutoMan"]);
+    if (bit != 0) task.actions.pop_back();
+    EXPECT_EQ(bench->task->Record().actions, task.actions) << mode;
+  }
 }
 
 TEST_F(DetailsTest, TheListOfDataObjects) {
@@ -377,6 +399,16 @@ TEST_F(DetailsTest, TheListOfDataObjects) {
     EXPECT_EQ(Items(Object()), row.after) << row.name;
     EXPECT_EQ(Object().Index(), row.selected) << row.name;
     EXPECT_EQ(bench->Controls().MousePointer(), Pointer::kDefault);
+  }
+  // The records went while the page was open.
+  for (const auto& [right, items] : std::map<std::string, Texts>{
+           {"CreateGroup", {"Orders", "[31]"}}, {"CreatePersonal", {"Orders", "[31]"}}, {"", {"Orders"}}}) {
+    task.record_mode = 2;
+    task.data_object_name = "Order";
+    Open({{right, true}});
+    bench->task->SetRecordMode(0);
+    bench->user.DropDown(Object());
+    EXPECT_EQ(Items(Object()), items) << right;
   }
 }
 
@@ -424,6 +456,15 @@ TEST_F(DetailsTest, AnotherDataObjectTakesTheActionsAlong) {
   bench->user.Pick(Object(), 2);
   EXPECT_EQ(Object().Index(), 0);
   EXPECT_EQ(scene.dialogs.boxes, Texts(3, "[113]/36"));
+  // The list that the store holds is not loaded again.
+  (void)Left();
+  const Value held = bench->store->values.at("DataObjects");
+  Object().Select(-1);  // no choice, no question
+  EXPECT_EQ(scene.dialogs.boxes.size(), 3U);
+  scene.data->entries.clear();
+  Open({{"CreateGroup", true}, {"DataObjects", held}});
+  bench->user.DropDown(Object());
+  EXPECT_EQ(Object().Count(), 3);
 }
 
 TEST_F(DetailsTest, SettingsPermissionsAndFlags) {

@@ -1,6 +1,7 @@
 // What the recurrence pages do of their own: the rule of the numeric fields on each page, the deliberate
 // asymmetries, the pattern objects' way between pages, store and task.
 #include <plovix/framework/page_identifiers.h>
+#include <plovix/pages/recurrence/recurrence_pattern.h>
 
 #include "tests/support/faults.h"
 
@@ -106,6 +107,14 @@ TEST_F(SchedulePages, NumbersAreRoundedInTheHostsNotation) {
   EXPECT_FALSE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(scene.dialogs.reports.back().number, failure_number::kOverflow);
   EXPECT_EQ(bench->store->values.size(), 1U);
+  // A silent test that was skipped lets through what is no number; it is not stored.
+  Open(kDailyRecurrence, Scheduled(DailyRecord{4}));
+  Type("txtDays", "abc");
+  scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  const Injector injector(1, Times::kOnce);
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
+  EXPECT_EQ(scene.dialogs.reports.back().number, failure_number::kTypeMismatch);
+  EXPECT_EQ(StoredPattern<DailyRecord>().every_n_days, 4);
 }
 
 // What allows going on: only emptiness counts, and on the weekly page a checked day.
@@ -149,14 +158,21 @@ TEST_F(SchedulePages, CanContinue) {
   EXPECT_TRUE(bench->host->pushes.empty());
   EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(Stored(), unknown) << "an unknown kind is kept";
+  // Nobody is left to be told.
+  const std::size_t pushes = Open(kDailyRecurrence).host->pushes.size();
+  bench->page->IWizardPage_Terminate();
+  scene.dialogs.reports.clear();
+  Type("txtDays", "2");
+  EXPECT_TRUE(bench->host->pushes.size() == pushes && scene.dialogs.reports.empty());
 }
 
 TEST_F(SchedulePages, FreshPatternsGetTheirDefaultsAtOnce) {
   Open(kDailyRecurrence);
   EXPECT_EQ(bench->Text("txtDays"), "1");
   EXPECT_TRUE(std::holds_alternative<std::monostate>(Stored().pattern)) << "the task's own waits for saving";
-  Open(kDailyRecurrence, Scheduled(DailyRecord{}));
+  Open(kDailyRecurrence, Scheduled(DailyRecord{0, true}));
   EXPECT_EQ(StoredPattern<DailyRecord>().every_n_days, 1);
+  EXPECT_TRUE(bench->Get<CheckBox>("chkWeekdays").Checked());
   Open(kWeeklyRecurrence, Scheduled(WeeklyRecord{}));
   EXPECT_EQ(StoredPattern<WeeklyRecord>(), (WeeklyRecord{1, {}}));
   Open(kMonthlyRecurrence, Scheduled(MonthlyRecord{}));
@@ -251,6 +267,10 @@ TEST_F(SchedulePages, TheMonthlyChecksAreAsymmetric) {
   EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(StoredPattern<MonthlyRecord>().every_n_months, 1);
   EXPECT_EQ(bench->Text("txtSpecificDayMonth"), "1");
+  Type("txtDay", "9");
+  Type("txtSpecificDayMonth", "4");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kFinish));
+  EXPECT_EQ(StoredPattern<MonthlyRecord>(), (MonthlyRecord{4, {false, 9, 0, 1}}));
   // With the relative day the idle interval comes first, and the idle day is not checked.
   Open(kMonthlyRecurrence);
   for (const char* box : {"txtDay", "txtSpecificDayMonth", "txtRelativeDayMonth"}) Type(box, "-1");
@@ -384,12 +404,18 @@ TEST_F(SchedulePages, TheChoiceOfAPattern) {
     EXPECT_EQ(Selected(), "opt" + kind + "|");
     EXPECT_TRUE((*bench)["opt" + kind].HasFocus());
     EXPECT_EQ(bench->Next(), "Plovix." + kind + "Recurrence");
-    Open(kRecurrencePattern, Scheduled({}));  // type -1
-    EXPECT_EQ(Selected(), "");
+    for (const std::int32_t unknown : {4, -1}) {
+      record.recurrence_type = unknown;
+      Open(kRecurrencePattern, record);
+      EXPECT_EQ(Selected(), "");
+    }
     EXPECT_EQ(bench->Next("Given.Page"), "Given.Page");
     EXPECT_EQ(bench->Next(""), "Plovix.DailyRecurrence");
     EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
     EXPECT_EQ(Stored().recurrence_type, -1) << "no choice writes nothing";
+    bench->user.Click((*bench)["lbl" + kind]);
+    EXPECT_TRUE(Selected() == "opt" + kind + "|" && (*bench)["opt" + kind].HasFocus());
+    bench->user.Choose((*bench)[type == 0 ? "optYearly" : "optDaily"]);
     bench->user.DoubleClick((*bench)["lbl" + kind]);
     EXPECT_EQ(Selected(), "opt" + kind + "|");
     bench->user.DoubleClick((*bench)["opt" + kind]);
@@ -399,6 +425,13 @@ TEST_F(SchedulePages, TheChoiceOfAPattern) {
     bench->page->IWizardPage_Terminate();
     bench->user.DoubleClick((*bench)["lbl" + kind]);  // without a host nothing moves
     EXPECT_EQ(bench->host->moves, 2);
+    auto& page = dynamic_cast<RecurrencePattern&>(*bench->page);
+    EXPECT_EQ(page.GetStore(), nullptr);
+    page.SetStore(bench->store);
+    page.SetWizard(bench->host);
+    EXPECT_EQ(page.GetStore(), bench->store);
+    bench->user.DoubleClick((*bench)["opt" + kind]);
+    EXPECT_EQ(bench->host->moves, 3);
   }
 }
 

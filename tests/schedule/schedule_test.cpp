@@ -30,6 +30,7 @@ TEST(Schedule, RunsAsTheRecordSays) {
   } cases[] = {
       {"2026-02-27", AtTime(DailyRecord{3}, "23:59:59"), "2026-02-27 23:59:59, 2026-03-02 23:59:59"},
       {"2026-02-28", AtTime(DailyRecord{}), "2026-02-28 08:00, 2026-03-01 08:00"},
+      {"2026-02-28", {0, 0, 0, Time("2026-03-05 08:00"), kDaily}, "2026-02-28 08:00, 2026-03-01 08:00"},
       {"2026-03-06", AtTime(second_weekdays), "2026-03-06 08:00, 2026-03-10 08:00, 2026-03-12 08:00"},
       {"2026-03-07", AtTime(weekdays), "2026-03-09 08:00, 2026-03-10 08:00, 2026-03-11 08:00"},
       {"2026-03-04", AtTime(weeks), "2026-03-07 08:00, 2026-03-15 08:00, 2026-03-17 08:00, 2026-03-21 08:00"},
@@ -64,6 +65,15 @@ TEST(Schedule, RunsAsTheRecordSays) {
     EXPECT_EQ(text, c.runs);
     EXPECT_EQ(WrongRun(schedule, runs), "") << c.runs;
     EXPECT_EQ(schedule.MovedFrom(Day("2026-04-29")), std::nullopt) << c.runs;
+  }
+}
+
+TEST(Schedule, SelectsNoDayBeforeTheStart) {
+  const local_days start = Day("2026-03-07");
+  for (const PatternRecord& pattern : {PatternRecord{kDaily}, PatternRecord{YearlyRecord{3, OnDay(7)}}}) {
+    const DayRule rule(pattern, start);
+    EXPECT_EQ(rule.AtOrAfter(start - days{800}), start);
+    EXPECT_EQ(rule.AtOrBefore(start - days{1}), std::nullopt);
   }
 }
 

@@ -96,6 +96,7 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
 TEST(ScheduleSentence, SaysOddTimesAndWhyNothingRuns) {
   const std::vector<std::pair<std::optional<RecurrenceRecord>, std::string>> cases = {
       {At(DailyRecord{}, 23h + 59min + 5s), "[schedule.daily.day.at:23:59:05]"},
+      {At(DailyRecord{}, 10h + 9min + 10s), "[schedule.daily.day.at:10:09:10]"},
       {At(DailyRecord{}, -1s - 24h), "[schedule.daily.day.at:23:59:59]"},
       {RecurrenceRecord{.execution_time = DateTime::min(), .pattern = DailyRecord{}},
        "[schedule.daily.day.at:08:29:52]"},
@@ -113,6 +114,9 @@ TEST(ScheduleSentence, SaysOddTimesAndWhyNothingRuns) {
   for (const auto& [record, key] : cases) {
     EXPECT_EQ(ScheduleSentence(record, kStart, TextTable::Ids()), key);
   }
+  constexpr local_days kLast{9999y / 12 / 31};  // with a single run
+  EXPECT_EQ(ScheduleSentence(At(DailyRecord{}, 0h), kLast, TextTable::Ids()),
+            "[schedule.daily.day.at:00:00]");
 }
 
 // The pages' texts name the same days and months.

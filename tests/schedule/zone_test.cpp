@@ -110,8 +110,11 @@ TEST(Zone, AgreesWithTheSystemsClock) {
       if (moment.at == at) {
         ASSERT_EQ(moment.abbreviation, shown.tm_zone) << trace;
         ASSERT_EQ(moment.offset.count(), shown.tm_gmtoff) << trace;
-      } else {  // a repeated time
+      } else {  // a repeated time, of which the clock showed the first
+        const std::time_t first = moment.at.time_since_epoch().count();
         ASSERT_TRUE(moment.at < at && moment.offset.count() > shown.tm_gmtoff) << trace;
+        localtime_r(&first, &shown);
+        ASSERT_EQ(moment.offset.count(), shown.tm_gmtoff) << trace;
       }
     }
   }
