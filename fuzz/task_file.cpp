@@ -11,57 +11,39 @@
 namespace plovix::fuzz {
 namespace {
 
+// Makes a task with one of each kind of its parts.
 class Maker : public FuzzedDataProvider {
  public:
   using FuzzedDataProvider::FuzzedDataProvider;
   [[nodiscard]] TaskFile File() {
     TaskFile file;
-    TaskRecord& task = file.task;
-    FillAll(kTaskTextFields, task);
-    FillAll(kTaskSettingFields, task);
-    Fill(file.is_personal);
-    while (ConsumeBool()) FillAll(kCategoryFields, task.categories.emplace_back());
-    if (ConsumeBool()) task.permissions.emplace();
-    for (char subject = 'a'; task.permissions && ConsumeBool(); ++subject) {
-      FillAll(kPermissionFields, task.permissions->emplace_back());
-      task.permissions->back().subject += subject;  // not empty, and nobody twice
-    }
-    if (ConsumeBool()) FillAll(kRecurrenceFields, task.recurrence.emplace());
-    if (task.recurrence && ConsumeBool()) {
-      task.recurrence->pattern = PickValueInArray(kPatternClasses).second;
-      ForEachField(kPatternFields, [&](std::string_view, auto field) {
-        if (auto* value = FieldIn(task.recurrence->pattern, field)) Fill(*value);
-      });
-    }
-    if (ConsumeBool()) task.schedule_start = Day();
-    while (ConsumeBool()) {
-      FillAll(kActionFields, task.actions.emplace_back());
-      task.actions.back().settings = Texts();
-    }
-    for (char tag = 'a'; ConsumeBool(); ++tag) {
-      file.tags.push_back({tag + ConsumeRandomLengthString(8), Texts()});
-      file.tags.back().texts.erase("");
-    }
+    FillAll(std::tuple_cat(kTaskTextFields, kTaskSettingFields), file.task);
+    FillAll(kCategoryFields, file.task.categories.emplace_back());
+    FillAll(kPermissionFields, file.task.permissions.emplace().emplace_back());
+    file.task.permissions->back().subject += 's';  // which is not empty
+    FillAll(kRecurrenceFields, file.task.recurrence.emplace());
+    PatternRecord& pattern = file.task.recurrence->pattern = PickValueInArray(kPatternClasses).second;
+    ForEachField(kPatternFields, [&](std::string_view, auto field) {
+      if (auto* value = FieldIn(pattern, field)) Fill(*value);
+    });
+    file.task.schedule_start = Day();
+    FillAll(kActionFields, file.task.actions.emplace_back());
+    file.task.actions[0].settings = {{Text(), Text()}, {Text(), Text()}};
+    file.tags = {{'t' + Text(), {{'l' + Text(), Text()}}}};
     return file;
   }
 
  private:
-  [[nodiscard]] std::chrono::local_days Day() {
-    using namespace std::chrono;
-    constexpr local_days kFirst{year{0} / 1 / 1}, kLast{year{9999} / 12 / 31};
-    return kFirst + days{ConsumeIntegralInRange<long>(0, (kLast - kFirst).count())};
+  [[nodiscard]] std::string Text() { return ConsumeRandomLengthString(40); }
+  [[nodiscard]] std::chrono::local_days Day() {  // in the years that can be written
+    return std::chrono::local_days{std::chrono::days{ConsumeIntegralInRange(-719'528, 2'932'896)}};
   }
-  [[nodiscard]] std::map<std::string, std::string> Texts() {
-    std::map<std::string, std::string> texts;
-    while (ConsumeBool()) Fill(texts[ConsumeRandomLengthString(8)]);
-    return texts;
-  }
-  void Fill(std::string& text) { text = ConsumeRandomLengthString(40); }
+  void Fill(std::string& text) { text = Text(); }
   void Fill(std::integral auto& number) { number = ConsumeIntegral<std::decay_t<decltype(number)>>(); }
   void Fill(bool& value) { value = ConsumeBool(); }
   void Fill(DateTime& moment) { moment = Day() + std::chrono::seconds{ConsumeIntegralInRange(0, 86399)}; }
   void Fill(std::array<bool, 7>& days) {
-    for (bool& day : days) Fill(day);
+    std::ranges::generate(days, [this] { return ConsumeBool(); });
   }
   template <class Table, class Record>
   void FillAll(const Table& fields, Record& record) {
@@ -69,12 +51,13 @@ class Maker : public FuzzedDataProvider {
   }
 };
 
-std::string Write(TaskFile file) {
-  if (file.is_personal) file.task.owner = "somebody";
-  return WriteTaskFile(file.task, file.tags, TextTable::Ids());
+std::string Write(const TaskFile& file) {
+  TaskRecord task = file.task;
+  if (file.is_personal) task.owner = "somebody";
+  return WriteTaskFile(task, file.tags, TextTable::Ids());
 }
 
-std::optional<TaskFile> Read(const std::string& text) {
+std::optional<TaskFile> Read(std::string_view text) {
   try {
     return ReadTaskFile(text, "f", TextTable::Ids());
   } catch (const Failure& failure) {

@@ -2,7 +2,6 @@
 // of the C library's: the dynamic linker takes the program's own definitions first.
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
@@ -13,8 +12,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
-#include <iomanip>
-#include <iostream>
+#include <cstdio>
 #include <optional>
 #include <set>
 
@@ -106,27 +104,16 @@ namespace {
 namespace fs = std::filesystem;
 constexpr std::chrono::milliseconds kHasty{1};
 
-// All that a task file holds.
-struct Contents {
+// With the version that the file has before it is opened.
+std::pair<int, Contents> StateOf(const std::string& path) {
   int version = 0;
-  std::vector<TaskRecord> tasks;
-  std::vector<UserRecord> users;
-  std::vector<TagRecord> tags;
-  bool operator==(const Contents&) const = default;
-};
-
-Contents ContentsOf(const std::string& path) {
-  Contents contents;
   if (fs::exists(path)) {
     Connection connection(path, kImpatient, Access::kReadWrite);
-    contents.version = SchemaVersion(connection, static_cast<int>(MigrationSteps().size()));
+    version = SchemaVersion(connection, static_cast<int>(MigrationSteps().size()));
   }
-  contents.tasks = SqliteStorage(path).List();
-  SqliteHostTables tables(path);
-  contents.users = tables.Users();
-  contents.tags = tables.Tags();
+  Contents contents = ContentsOf(path);
   ExpectIntact(path);
-  return contents;
+  return {version, std::move(contents)};
 }
 
 // Something that a program does: what is there before, the objects by which it does it, and the deed.
@@ -247,113 +234,100 @@ End DoAndDie(const Operation& operation, const std::string& path) {
   return WIFSIGNALED(status) ? End::kKilled : End::kDone;
 }
 
+struct Count {
+  int faults = 0, old_states = 0, new_states = 0, mixtures = 0;
+};
+
 // Every single call of every kind fails, once and from then on, and at every single one the process is
 // killed.
-TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
-  std::cout << "operation                     faults  old  new  mixture\n";
-  for (const Operation& operation : Operations()) {
-    Contents before, after;
-    int faults = 0, old_states = 0, new_states = 0;
-    bool waits_for_disk = false;
-    const TempFolder prepared;
-    operation.prepare(prepared / "file");
-    CopyWithLog(prepared / "file", prepared / "a");
-    CopyWithLog(prepared / "file", prepared / "b");
-    before = ContentsOf(prepared / "a");
-    operation.open(prepared / "b")();
-    after = ContentsOf(prepared / "b");
-    for (const Fault& each : Faults()) {
-      bool happened = true;
-      for (int call = 1; happened; ++call) {
-        SCOPED_TRACE(testing::Message() << operation.name << ": " << each.name << " at call " << call);
-        const TempFolder folder;
-        const std::string path = folder / "tasks.sqlite";
-        CopyWithLog(prepared / "file", path);
-        fault = each;
-        fault.first = call;
-        calls_made = 0;
-        const End end = each.error == kKilled ? DoAndDie(operation, path) : Do(operation, path);
-        happened = each.error == kKilled ? end == End::kKilled : calls_made >= call;
-        if (!happened) continue;
-        const Contents found = ContentsOf(path);
-        ++faults;
-        waits_for_disk |= each.calls == kSync && end == End::kRefused;
-        old_states += found == before ? 1 : 0;
-        new_states += found == after && found != before ? 1 : 0;
-        EXPECT_TRUE(end != End::kDone || found == after);
-        EXPECT_TRUE(end != End::kRefused || operation.is_opening || found == before);
-      }
+Count Sweep(const Operation& operation) {
+  const TempFolder prepared;
+  const std::string file = prepared / "file", changed = prepared / "changed";
+  operation.prepare(file);
+  CopyWithLog(file, changed);
+  operation.open(changed)();
+  const auto after = StateOf(changed);
+  CopyWithLog(file, prepared / "unchanged");
+  const auto before = StateOf(prepared / "unchanged");
+  Count count;
+  bool waits_for_disk = false;
+  for (const Fault& each : Faults()) {
+    bool happened = true;
+    for (int call = 1; happened; ++call) {
+      SCOPED_TRACE(testing::Message() << operation.name << ": " << each.name << " at call " << call);
+      const TempFolder folder;
+      const std::string path = folder / "tasks.sqlite";
+      CopyWithLog(file, path);
+      fault = each;
+      fault.first = call;
+      calls_made = 0;
+      const End end = each.error == kKilled ? DoAndDie(operation, path) : Do(operation, path);
+      happened = each.error == kKilled ? end == End::kKilled : calls_made >= call;
+      if (!happened) continue;
+      const auto found = StateOf(path);
+      ++(found == before ? count.old_states : found == after ? count.new_states : count.mixtures);
+      ++count.faults;
+      waits_for_disk |= each.calls == kSync && end == End::kRefused;
+      EXPECT_TRUE(end != End::kDone || found == after);
+      EXPECT_TRUE(end != End::kRefused || operation.is_opening || found == before);
     }
-    EXPECT_EQ(old_states + new_states, faults) << operation.name;
-    EXPECT_TRUE(waits_for_disk || before == after) << operation.name;
-    std::cout << std::left << std::setw(28) << operation.name << std::right << std::setw(8) << faults
-              << std::setw(5) << old_states << std::setw(5) << new_states << std::setw(9)
-              << faults - old_states - new_states << '\n';
+  }
+  EXPECT_EQ(count.mixtures, 0) << operation.name;
+  EXPECT_TRUE(waits_for_disk || before == after) << operation.name;
+  return count;
+}
+
+TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
+  std::printf("%-28s%8s%11s%11s%9s\n", "operation", "faults", "old state", "new state", "mixture");
+  for (const Operation& operation : Operations()) {
+    const auto [faults, old_states, new_states, mixtures] = Sweep(operation);
+    std::printf("%-28s%8d%11d%11d%9d\n", operation.name, faults, old_states, new_states, mixtures);
     RecordProperty(operation.name, faults);
   }
 }
 
-// No file may get longer, or a small disk of its own where the process may mount one: then `room` is freed.
-class NarrowPlace {
- public:
-  NarrowPlace(const TempFolder& folder, bool is_disk) : folder_(folder / "."), limits_(!is_disk) {
-    if (limits_) {
-      signal(SIGXFSZ, SIG_IGN);
-      Limit(kRoom);
-      return;
-    }
-    mounted_ = unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount("none", folder_.c_str(), "tmpfs", 0, "size=300k") == 0;
-  }
-  ~NarrowPlace() { mounted_ ? void(umount2(folder_.c_str(), MNT_DETACH)) : Limit(RLIM_INFINITY); }
-  [[nodiscard]] bool IsNarrow() const { return limits_ || mounted_; }
-  void Widen() const {
-    mounted_ ? void(mount("none", folder_.c_str(), "tmpfs", MS_REMOUNT, "size=9m")) : Limit(RLIM_INFINITY);
-  }
+// No file of this process gets longer.
+bool Limit(rlim_t bytes) {
+  const rlimit limit{bytes, RLIM_INFINITY};
+  signal(SIGXFSZ, SIG_IGN);
+  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
 
- private:
-  static constexpr rlim_t kRoom = 400'000;
-  static void Limit(rlim_t bytes) {
-    const rlimit limit{bytes, RLIM_INFINITY};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  std::string folder_;
-  bool limits_, mounted_ = false;
-};
+// A small disk over the folder, or another size for it; false where this process may not mount any.
+bool Mount(const std::string& folder, const char* size, unsigned long flags = 0) {
+  return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("none", folder.c_str(), "tmpfs", flags, size) == 0;
+}
 
 TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
   constexpr uid_t kNobody = 65534;
   const uid_t user = geteuid();
   for (const auto& [as, is_disk] : {std::pair(user, false), {kNobody, false}, {user, true}}) {
-    if (user != 0 && as != user) continue;
     SCOPED_TRACE(testing::Message() << as << (is_disk ? " on a small disk" : " below a limit"));
     const TempFolder folder;
-    const NarrowPlace place(folder, is_disk);
-    if (!place.IsNarrow()) continue;
+    if ((user != 0 && as != user) || !(is_disk ? Mount(folder / ".", "size=300k") : Limit(400'000))) continue;
     fs::permissions(folder / ".", fs::perms::all);
     EXPECT_EQ(seteuid(as), 0);
     const std::string path = folder / "tasks.sqlite";
     std::vector<TaskRecord> stored;
-    {
-      SqliteStorage storage(path);
-      const auto fill = [&] {
-        while (stored.size() < 9999)
-          stored.push_back(storage.Save(WholeTask(std::to_string(stored.size())), kNow));
-      };
-      for (const std::function<void()>& deed :
-           {std::function<void()>(fill), {[&] { fill(); }}, {[&] {
-              SqliteHostTables(path).SaveTag({"tag", {{"en", std::string(99'999, 'x')}}});
-            }}}) {
-        EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
-        EXPECT_EQ(storage.List(), stored);
-      }
-      place.Widen();
-      stored.push_back(storage.Save(WholeTask("room"), kNow));
+    std::optional<SqliteStorage> storage(path);
+    const std::function<void()> fill = [&] {
+      while (stored.size() < 9999)
+        stored.push_back(storage->Save(WholeTask(std::to_string(stored.size())), kNow));
+    };
+    const TagRecord tag{"tag", {{"en", std::string(99'999, 'x')}}};
+    for (const auto& deed : {fill, fill, {[&] { SqliteHostTables(path).SaveTag(tag); }}}) {
+      EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
+      EXPECT_EQ(storage->List(), stored);
     }
+    EXPECT_TRUE(is_disk ? Mount(folder / ".", "size=9m", MS_REMOUNT) : Limit(RLIM_INFINITY));
+    stored.push_back(storage->Save(WholeTask("room"), kNow));
+    storage.reset();
     EXPECT_EQ(SqliteStorage(path).List(), stored);
     EXPECT_GT(stored.size(), 9U);
     ExpectIntact(path);
     EXPECT_EQ(seteuid(user), 0);
+    if (is_disk) umount2((folder / ".").c_str(), MNT_DETACH);
   }
 }
 

@@ -1,5 +1,3 @@
-#include <plovix/standalone/storage/sqlite_host_tables.h>
-
 #include <memory>
 
 #include "storage_support.h"
