@@ -271,6 +271,10 @@ TEST_F(DetailsTest, TheCategoryOfATaggedTask) {
   EXPECT_EQ(scene.dialogs.edited_tags, Texts{"own,hidden,one"});
   EXPECT_EQ(Category().Text(), "Another");
   EXPECT_EQ(Left().categories, (std::vector<CategoryRecord>{{"tx", false}}));
+  scene.dialogs.chosen_categories.emplace();  // the editor empties the list: the tag does not come back
+  bench->user.Click((*bench)["lblCategory"]);
+  EXPECT_EQ(Category().Text(), "");
+  EXPECT_EQ(Left().categories, (std::vector<CategoryRecord>{{"", true}}));
 }
 
 TEST_F(DetailsTest, WhoOwnsTheTask) {

@@ -235,24 +235,6 @@ TEST_F(VeloWizTest, AFailedSaveKeepsEverythingOpen) {
   EXPECT_EQ(storage.List().at(0).actions, std::vector{LogAction("x")});
 }
 
-TEST_F(VeloWizTest, AConflictAsksAndSavesAsNew) {
-  for (const bool deleted : {false, true}) {
-    const TaskRecord opened = storage.Save({}, {});
-    Make(opened);
-    wizard->Open("Plovix.Actions");
-    deleted ? storage.Delete(opened.id) : static_cast<void>(storage.Save(opened, {}));
-    const auto before = storage.List();
-    scene.dialogs.boxes.clear();
-    scene.dialogs.answers = {message_box::kNo, message_box::kYes};
-    EXPECT_TRUE(wizard->Finish() && wizard->IsOpen());
-    EXPECT_EQ(storage.List(), before);
-    EXPECT_TRUE(wizard->Finish());
-    EXPECT_EQ(scene.dialogs.boxes, Texts(2, "[wizard.saveConflict]/36"));
-    EXPECT_EQ(storage.List().size(), before.size() + 1);
-    EXPECT_GT(wizard->Saved().id, opened.id);
-  }
-}
-
 // A scheduled task without data, from its type to the storage and back; going between the kinds of pattern
 // loses nothing of what was typed on any of them.
 TEST_F(VeloWizTest, ARoadThroughTheSchedule) {
@@ -297,16 +279,6 @@ TEST_F(VeloWizTest, ARoadThroughTheSchedule) {
   EXPECT_EQ(saved.recurrence, expected);
   const auto today = std::chrono::floor<std::chrono::days>(scene.state.Now());
   EXPECT_EQ(saved.schedule_start, today);
-
-  // Walked through again some days later it stays as it was, its start included.
-  scene.state.clock = [today] { return today + std::chrono::days{9} + std::chrono::hours{1}; };
-  Make(saved);
-  wizard->Open(kType);
-  for (int step = 0; step < 6 && !wizard->Finish(); ++step) wizard->Next();
-  TaskRecord again = storage.List().at(0);
-  EXPECT_EQ(std::exchange(again.version, saved.version), saved.version + 1);
-  again.modified = saved.modified;
-  EXPECT_EQ(again, saved);
 
   // Taken from the automation manager it has no schedule any more, and no start.
   Make(storage.List().at(0));
