@@ -35,7 +35,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREE = ROOT / "build/debug"
 ACCEPTED = ROOT / "tools/mutants_accepted.txt"
 DIRECTORIES = ("framework", "pages/recurrence", "standalone/schedule")
-USERS_OF_A_HEADER = 4  # how many sources that include a changed header are compiled again
+SOME_USERS = 4  # how many sources that include a changed header are compiled again at first
 WORKERS = os.cpu_count() or 1
 
 SWEEP = "*FaultSweep*"
@@ -223,11 +223,11 @@ class Bench:
         self.local = threading.local()
 
     def sources(self, name):
-        """What is compiled again when the file changes: itself, or sources that include it, of its room first."""
+        """What is compiled again when the file changes: itself, or the sources that include it, of its room first."""
         if name.endswith(".cpp"):
             return [name]
         room = os.path.dirname(name)
-        return sorted(set(self.users[name]), key=lambda user: (os.path.dirname(user) != room, user))[:USERS_OF_A_HEADER]
+        return sorted(set(self.users[name]), key=lambda user: (os.path.dirname(user) != room, user))
 
     def copy(self):
         """This worker's copy of the sources, with the directories that publish the rooms."""
@@ -241,14 +241,14 @@ class Bench:
                     new.symlink_to(self.local.copy / link.resolve().relative_to(ROOT))
         return self.local.copy
 
-    def objects(self, mutant):
-        """Compiles what the mutant changes; nothing when that fails."""
+    def objects(self, mutant, sources):
+        """Compiles the sources with what the mutant changes; nothing when that fails."""
         copy = self.copy()
         compiled = []
         original = (copy / mutant.file).read_text()
         (copy / mutant.file).write_text(mutant.text)
         try:
-            for number, source in enumerate(self.sources(mutant.file)):
+            for number, source in enumerate(sources):
                 words = [w.replace(str(ROOT), str(copy)) for w in self.compile[source]]
                 compiled.append(str(copy / f"mutant{number}.o"))
                 command = [*words, "-O0", "-Werror=return-type", *self.preheader(mutant, source, words, copy), "-o",
@@ -313,7 +313,14 @@ class Bench:
             self.cpu[name, test_filter] = int(10 * seconds) + 3
 
     def verdict(self, mutant):
-        objects = self.objects(mutant)
+        sources = self.sources(mutant.file)
+        verdict, killer = self.attempt(mutant, sources[:SOME_USERS])
+        if verdict == "survived" and len(sources) > SOME_USERS:
+            verdict, killer = self.attempt(mutant, sources)
+        return verdict, killer
+
+    def attempt(self, mutant, sources):
+        objects = self.objects(mutant, sources)
         if objects is None:
             return "not compiled", ""
         programs = {}
@@ -329,26 +336,38 @@ class Bench:
 
 # ---- The list, the report
 
-def accepted():
-    """(file, line before, line after) of the listed survivors, with their reasons."""
-    listed = {}
-    for block in re.split(r"\n\s*\n", ACCEPTED.read_text()):
-        lines = [line for line in block.splitlines() if line and not line.startswith("#")]
-        if lines:
-            file, before, after, reason = lines
-            kind = reason.split(":")[0]
-            if kind not in ("equivalent", "tolerated") or before[:2] != "- " or after[:2] != "+ ":
-                sys.exit(f"{ACCEPTED.name}: not understood: {lines}")
-            listed[file, before[2:], after[2:]] = reason
-    return listed
+class Accepted:
+    """The list of known survivors. A block: the file; lines before and after, any number of them, in which "..."
+    stands for any text; the reason, which begins with "equivalent:" or "tolerated:"."""
+
+    def __init__(self, every):
+        self.entries = []
+        for block in re.split(r"\n\s*\n", ACCEPTED.read_text()):
+            lines = [line.strip() for line in block.splitlines() if not line.startswith("#")]
+            changes = [line for line in lines[1:] if line[:2] in ("- ", "+ ")]
+            reason = " ".join(lines[1 + len(changes):])
+            if lines and not reason.startswith(("equivalent: ", "tolerated: ")):
+                sys.exit(f"{ACCEPTED.name}: a block without a reason: {lines}")
+            for before, after in zip(changes[::2], changes[1::2], strict=True):
+                self.entries.append((lines[0], *(re.escape(c[2:]).replace(r"\.\.\.", ".*") for c in (before, after)), reason))
+        gone = [entry for entry in self.entries if not any(self.fits(entry, mutant) for mutant in every)]
+        if gone:
+            sys.exit("\n".join(f"{ACCEPTED.name}: no longer a mutant: {entry}" for entry in gone))
+
+    @staticmethod
+    def fits(entry, mutant):
+        file, before, after, _ = entry
+        return mutant.file == file and bool(re.fullmatch(before, mutant.before) and re.fullmatch(after, mutant.after))
+
+    def reason(self, mutant):
+        return next((entry[3] for entry in self.entries if self.fits(entry, mutant)), "")
 
 
 def report(results, listed):
     counts = collections.defaultdict(collections.Counter)
     wrong = []
     for mutant, verdict, killer in sorted(results, key=lambda r: (r[0].file, r[0].line)):
-        key = (mutant.file, mutant.before, mutant.after)
-        reason = listed.get(key, "")
+        reason = listed.reason(mutant)
         if reason.startswith("equivalent") and verdict == "survived":
             verdict = "equivalent"
         elif reason.startswith("equivalent") and verdict == "killed":
@@ -378,10 +397,7 @@ def main():
     parser.add_argument("ids", nargs="*")
     options = parser.parse_args()
     every = list(mutants())
-    listed = accepted()
-    gone = set(listed) - {(m.file, m.before, m.after) for m in every}
-    if gone:
-        sys.exit("\n".join(f"{ACCEPTED.name}: no longer a mutant: {entry}" for entry in sorted(gone)))
+    listed = Accepted(every)
     chosen = [m for m in every if re.search(options.files, m.file) and (not options.ids or m.id in options.ids)]
     if options.sample:
         chosen = sorted(chosen, key=lambda m: hashlib.sha1(f"{options.seed}|{m.id}".encode()).digest())[:options.sample]
