@@ -78,6 +78,8 @@ plovix_library(Core OUTPUT plovix EXPORTS door.map.in PACKAGE runtime SET Core
 # By its plain name: only a static link needs more of ICU than the library.
 plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in PACKAGE runtime SET Core
                ROOMS standalone/model standalone/wizard standalone/language LINKS Controls LIBRARIES icuuc)
+# For test programs: static alone.
+plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)
 if(PLOVIX_QT)
   plovix_library(Qt OUTPUT plovix-qt EXPORTS namespace.map.in PACKAGE runtime-qt SET Qt
@@ -103,6 +105,7 @@ foreach(room controls host standalone/model standalone/wizard standalone/languag
   plovix_headers(${room})
 endforeach()
 plovix_headers(framework wizard_page.h page_identifiers.h)
+plovix_headers(conformance conformance.h host_under_test.h)
 plovix_headers(component entry_points.h page_library.h page_registry.h)
 if(PLOVIX_QT)
   plovix_headers(surfaces/qt form_widget.h slot_factory.h surface_texts.h theme.h)

@@ -14,7 +14,7 @@ import re
 import sys
 from pathlib import Path
 
-COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/")
+COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
 NOT_PRODUCT = ("tests/", "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
 STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')

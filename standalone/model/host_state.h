@@ -59,6 +59,8 @@ struct HostState {
   [[nodiscard]] std::shared_ptr<DataObjectObject> MakeDataObject(DataObjectRecord record) const;
 };
 
+/// Makes services objects on `state`.
+[[nodiscard]] ServicesProvider ProviderOf(HostState& state);
 /// Installs services objects on `state`, for every thread; the state itself belongs to one thread.
 /// InstallServices({}) takes them away.
 void InstallHost(HostState& state);
