@@ -66,12 +66,13 @@ struct HostUnderTest {
   std::function<void(ReportAction answer)> answer_reports;
   /// From now on every message box is answered so.
   std::function<void(int answer)> answer_boxes;
-  /// From now on the editor of tags, of queries, of categories (by their texts) or of permission sets is
+  /// @{ From now on the editor of tags, of queries, of categories (by their texts) or of permission sets is
   /// confirmed with this; nothing, or false: cancelled.
   std::function<void(const std::optional<std::string>& tag)> answer_tag_editor;
   std::function<void(const std::optional<std::string>& query)> answer_query_builder;
   std::function<void(const std::optional<std::vector<std::string>>& texts)> answer_category_editor;
   std::function<void(bool confirmed)> answer_permission_editor;
+  /// @}
   /// Makes the action-list control ask for its context, as it does when a user adds an action.
   std::function<void(ActionListControl& control)> ask_context;
 };
