@@ -147,9 +147,8 @@ std::function<void()> Open(const std::string& path) {
 }
 
 std::vector<Operation> Operations() {
-  const auto change = [](SqliteStorage& storage) {
-    storage.Save(WholeTask("after", *storage.Load(1)), kNow);
-  };
+  const auto change = [](auto& s) { s.Save(WholeTask("after", *s.Load(1)), kNow); };
+  const auto tag = [](auto& tables) { tables.SaveTag({"tag", {{"en", "after"}}}); };
   const auto users = [](SqliteHostTables& tables) {
     tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}});
   };
@@ -165,9 +164,7 @@ std::vector<Operation> Operations() {
           {"change a task", Fill, With<SqliteStorage>(change)},
           {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1); })},
           {"save the users", Fill, With<SqliteHostTables>(users)},
-          {"save a tag", Fill, With<SqliteHostTables>([](auto& t) {
-             t.SaveTag({"tag", {{"en", "after"}}});
-           })},
+          {"save a tag", Fill, With<SqliteHostTables>(tag)},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
           {"read tags", Fill, With<SqliteHostTables>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
 }
@@ -234,13 +231,9 @@ End DoAndDie(const Operation& operation, const std::string& path) {
   return WIFSIGNALED(status) ? End::kKilled : End::kDone;
 }
 
-struct Count {
-  int faults = 0, old_states = 0, new_states = 0, mixtures = 0;
-};
-
 // Every single call of every kind fails, once and from then on, and at every single one the process is
 // killed.
-Count Sweep(const Operation& operation) {
+int Sweep(const Operation& operation) {
   const TempFolder prepared;
   const std::string file = prepared / "file", changed = prepared / "changed";
   operation.prepare(file);
@@ -249,7 +242,7 @@ Count Sweep(const Operation& operation) {
   const auto after = StateOf(changed);
   CopyWithLog(file, prepared / "unchanged");
   const auto before = StateOf(prepared / "unchanged");
-  Count count;
+  int faults = 0;
   bool waits_for_disk = false;
   for (const Fault& each : Faults()) {
     bool happened = true;
@@ -265,24 +258,22 @@ Count Sweep(const Operation& operation) {
       happened = each.error == kKilled ? end == End::kKilled : calls_made >= call;
       if (!happened) continue;
       const auto found = StateOf(path);
-      ++(found == before ? count.old_states : found == after ? count.new_states : count.mixtures);
-      ++count.faults;
+      ++faults;
+      EXPECT_TRUE(found == before || found == after);
       waits_for_disk |= each.calls == kSync && end == End::kRefused;
       EXPECT_TRUE(end != End::kDone || found == after);
       EXPECT_TRUE(end != End::kRefused || operation.is_opening || found == before);
     }
   }
-  EXPECT_EQ(count.mixtures, 0) << operation.name;
   EXPECT_TRUE(waits_for_disk || before == after) << operation.name;
-  return count;
+  return faults;
 }
 
 TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
-  std::printf("%-28s%8s%11s%11s%9s\n", "operation", "faults", "old state", "new state", "mixture");
   for (const Operation& operation : Operations()) {
-    const auto [faults, old_states, new_states, mixtures] = Sweep(operation);
-    std::printf("%-28s%8d%11d%11d%9d\n", operation.name, faults, old_states, new_states, mixtures);
-    RecordProperty(operation.name, faults);
+    const int faults = Sweep(operation);
+    std::printf("%-28s%6d faults\n", operation.name, faults);
+    EXPECT_GT(faults, 9) << operation.name;
   }
 }
 
@@ -300,14 +291,10 @@ bool Mount(const std::string& folder, const char* size, unsigned long flags = 0)
 }
 
 TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
-  constexpr uid_t kNobody = 65534;
-  const uid_t user = geteuid();
-  for (const auto& [as, is_disk] : {std::pair(user, false), {kNobody, false}, {user, true}}) {
-    SCOPED_TRACE(testing::Message() << as << (is_disk ? " on a small disk" : " below a limit"));
+  for (const bool is_disk : {false, true}) {
+    SCOPED_TRACE(is_disk ? "on a small disk" : "below a limit");
     const TempFolder folder;
-    if ((user != 0 && as != user) || !(is_disk ? Mount(folder / ".", "size=300k") : Limit(400'000))) continue;
-    fs::permissions(folder / ".", fs::perms::all);
-    EXPECT_EQ(seteuid(as), 0);
+    if (!(is_disk ? Mount(folder / ".", "size=300k") : Limit(400'000))) continue;
     const std::string path = folder / "tasks.sqlite";
     std::vector<TaskRecord> stored;
     std::optional<SqliteStorage> storage(path);
@@ -326,7 +313,6 @@ TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
     EXPECT_EQ(SqliteStorage(path).List(), stored);
     EXPECT_GT(stored.size(), 9U);
     ExpectIntact(path);
-    EXPECT_EQ(seteuid(user), 0);
     if (is_disk) umount2((folder / ".").c_str(), MNT_DETACH);
   }
 }
