@@ -206,13 +206,26 @@ Defects ListDefects() {
   };
 }
 
-struct OddUtilities final : Utilities {
+struct OddUtilities : Utilities {
   std::string BuildPath(const std::string& folder, const std::string& file) override { return folder + file; }
   bool FileExists(const std::string&) override { return true; }
   int BoolToCheck(bool value) override { return value ? -1 : 0; }
   bool CheckToBool(int value) override { return value == -1; }
   ObjectRef ObjectFromHandle(std::int32_t) override { return nullptr; }
   std::string FoldCase(const std::string& text) override { return text; }
+};
+
+// Gives nothing for an object that is gone, where it should fail.
+struct ForgivingUtilities final : OddUtilities {
+  explicit ForgivingUtilities(HostState& state) : real(ProviderOf(state).utilities()) {}
+  ObjectRef ObjectFromHandle(std::int32_t handle) override {
+    try {
+      return real->ObjectFromHandle(handle);
+    } catch (const Failure&) {
+      return nullptr;
+    }
+  }
+  std::shared_ptr<Utilities> real;
 };
 
 Defects ApplicationDefects() {
@@ -228,6 +241,9 @@ Defects ApplicationDefects() {
   const auto odd_utilities = [](Rig& rig) {
     rig.host.services.utilities = [] { return std::make_shared<OddUtilities>(); };
   };
+  const auto forgiving = [](Rig& rig) {
+    rig.host.services.utilities = [&rig] { return std::make_shared<ForgivingUtilities>(rig.state); };
+  };
   const auto text = [](int id, const char* other) {
     return [=](Rig& rig) { rig.state.texts.page_texts[id] = other; };
   };
@@ -239,6 +255,7 @@ Defects ApplicationDefects() {
       {{"Report does not"}, [](Rig& rig) { rig.host.answer_reports = [](ReportAction) {}; }},
       {{"HasRight is not"}, On("UserRights.", [](Rig& rig) { rig.state.rights.clear(); })},
       {{"BoolToCheck", "FoldCase", "BuildPath", "FileExists", "ObjectFromHandle", "A handle"}, odd_utilities},
+      {{"A handle does not stand for its object while it lives"}, forgiving},
       {{"A text of the pages is"}, [](Rig& rig) { rig.state.texts.page_texts.clear(); }},
       {{"Parameters are not"}, text(56, "The last day?")},
       {{"A missing text is not", "loses its caption"}, text(987654, "")},
@@ -304,6 +321,7 @@ Defects WizardDefects() {
       {{"do not share one store"}, Wizard("own store")},
       {{"A page object is shown twice"}, Wizard("same page")},
       {{"is not ended once"}, Wizard("no end")},
+      {{"or is kept"}, Wizard("keeps pages")},
       {{"GetNextPage is called with a text"}, Wizard("text in next")},
       {{"Next does not follow Refresh"}, Wizard("ignores Refresh")},
       {{"Refresh does not ask", "before the user's last choice"}, Wizard("asks once")},
@@ -322,6 +340,8 @@ Defects WalkDefects() {
       {{"Details does not show again", "txtName lost  Größe 1 "}, TrimName},
       {{"WeeklyRecurrence does not show again", "txtWeeks lost 3"},
        On<WeeklyPatternObject>("WeeklyPattern.EveryN", forget)},
+      {{"DailyRecurrence cannot be filled in", "what follows is \"Plovix.Query\""},
+       On("DailyPattern.SetEveryN", [](Rig& rig) { rig.task->SetRecordMode(record_mode::kQueryResults); })},
       {{"Details cannot be filled in", "cboDataObject does not take Customers"},
        [](Rig& rig) { rig.denied.insert("view"); }},
       {{"Details cannot be filled in", "failure 51 in RetrieveValues"}, FailOn("CategoryList.Clone")},

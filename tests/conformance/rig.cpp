@@ -71,6 +71,7 @@ conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const st
   }
   opened->wizard.emplace(WizardParts{state, opened->registry, scene.storage, make_control}, TaskRecord{});
   opened->wizard->Open(first);
+  if (wizard_fault == "keeps pages") kept.push_back(opened);
   const auto press = [this, opened](ChangeDirection button) {
     VeloWiz& wizard = *opened->wizard;
     if (wizard_fault == "lets through" && scene.dialogs.reports.size() > 0)

@@ -143,6 +143,7 @@ struct Rig final : CallObserver {
   std::string wizard_fault;
   std::function<std::shared_ptr<HostControl>(std::string_view name)> make_control = MakeHostControl;
   conformance::HostUnderTest host;
+  std::vector<std::shared_ptr<void>> kept;  // wizards that are never closed
   std::function<void(std::string_view member)> on_call;
   bool busy = false;
   ObserveCalls observe{*this};
