@@ -15,7 +15,8 @@ import sys
 from pathlib import Path
 
 COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
-NOT_PRODUCT = ("tests/", "benchmarks/", "examples/")
+TEST_CODE = ("tests/", "fuzz/")
+NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
 STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
 
@@ -50,7 +51,7 @@ def main(names):
     for problem in problems:
         print(problem, file=sys.stderr)
     lines = {name: text.count("\n") for name, text in texts.items() if name.endswith((".h", ".cpp"))}
-    tests = sum(count for name, count in lines.items() if name.startswith("tests/"))
+    tests = sum(count for name, count in lines.items() if name.startswith(TEST_CODE))
     product = sum(count for name, count in lines.items() if not name.startswith(NOT_PRODUCT))
     share = 100 * tests / product if product else 0
     print(f"{product} lines of product code, {tests} of test code: {share:.0f} %")
