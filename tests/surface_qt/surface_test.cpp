@@ -44,17 +44,15 @@ class Widgets final : private Shown, public QtHand {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, SurfaceContract, Widgets);
 
-struct EmbeddedControl final : HostControl {};
-
 // The page in a window, with a control of the host's own.
 class PageTest : public EveryKindTest {
  protected:
-  PageTest() { Get<HostSlot>("slot").Embed(std::make_shared<EmbeddedControl>()); }
+  PageTest() { Get<HostSlot>("slot").Embed(std::make_shared<HostControl>()); }
 
   // Draws the form and gives its window the activation.
   void Open() {
     page = new FormWidget(form, user, [](HostControl&, QWidget* parent) { return new QLineEdit(parent); });
-    (new QVBoxLayout(&window))->addWidget(page);
+    layout->addWidget(page);
     window.resize(700, 700);
     Activate(window);
     events.clear();
@@ -93,6 +91,7 @@ class PageTest : public EveryKindTest {
 
   bool with_lost_focus = false;  // it has rules of its own, and a test of its own
   QWidget window;
+  QVBoxLayout* layout = new QVBoxLayout(&window);
   FormWidget* page = nullptr;  // the window's
 };
 
@@ -123,40 +122,25 @@ TEST_F(PageTest, KeysDoWhatTheMouseDoes) {
 }
 
 // As people type it: digits run on, one letter chooses the half of the day, the rest of the word is harmless.
-struct TypedTime {
-  const char *locale, *typed;
-  std::chrono::minutes time;
-};
-void PrintTo(const TypedTime& time, std::ostream* out) {
-  *out << time.locale << " " << time.typed;
-}
-class TypedTimeTest : public PageTest, public testing::WithParamInterface<TypedTime> {};
-INSTANTIATE_TEST_SUITE_P(Locales, TypedTimeTest,
-                         testing::Values(TypedTime{"en_US", "930p", 21h + 30min},
-                                         TypedTime{"en_US", "930PM", 21h + 30min},
-                                         TypedTime{"en_US", "1215a", 15min},
-                                         TypedTime{"fr", "2130", 21h + 30min},
-                                         TypedTime{"de", "0005", 5min}));
-
-TEST_P(TypedTimeTest, IsTheTime) {
+TEST_F(PageTest, ATimeIsTypedAsTheLocaleHasIt) {
   const QLocale former;
-  QLocale::setDefault(QLocale(GetParam().locale));
-  Open();
-  Get<DateTimePicker>("tim").SetValue(kMorning);
-  At("tim")->setFocus(Qt::TabFocusReason);
-  QTest::keyClicks(At("tim"), GetParam().typed);
-  QTest::keyClick(At("tim"), Qt::Key_Return);
-  const auto midnight = std::chrono::floor<std::chrono::days>(kMorning);
-  EXPECT_EQ(Get<DateTimePicker>("tim").Value() - midnight, GetParam().time + 15s) << GetParam().typed;
+  const std::tuple<const char*, const char*, std::chrono::minutes> cases[] = {{"en_US", "930p", 21h + 30min},
+                                                                              {"en_US", "930PM", 21h + 30min},
+                                                                              {"en_US", "1215a", 15min},
+                                                                              {"fr", "2130", 21h + 30min},
+                                                                              {"de", "0005", 5min}};
+  for (const auto& [locale, typed, time] : cases) {
+    QLocale::setDefault(QLocale(locale));
+    delete page;
+    Open();
+    Get<DateTimePicker>("tim").SetValue(kMorning);
+    At("tim")->setFocus(Qt::TabFocusReason);
+    QTest::keyClicks(At("tim"), typed);
+    QTest::keyClick(At("tim"), Qt::Key_Return);
+    const auto midnight = std::chrono::floor<std::chrono::days>(kMorning);
+    EXPECT_EQ(Get<DateTimePicker>("tim").Value() - midnight, time + 15s) << locale << typed;
+  }
   QLocale::setDefault(former);
-}
-
-TEST_F(PageTest, AnEntryThatIsTakenBackShowsTheFormerOne) {
-  Open();
-  Get<ComboBox>("lst").Select(1);
-  Get<ComboBox>("lst").On(Event::kClick, [&] { Get<ComboBox>("lst").Select(1); });
-  Press("lst", Qt::Key_Down);
-  EXPECT_EQ(At<QComboBox>("lst")->currentIndex(), 1);
 }
 
 TEST_F(PageTest, TextIsNotRewrittenAndSelectionCountsCharacters) {
@@ -294,16 +278,11 @@ TEST_F(PageTest, EverythingIsAnnounced) {
   Open();
   QStringList names;
   for (const char* name :
-       {"txt", "cmd", "optA", "optB", "lst", "txtDay", "dtp", "chkInside", "lblLink", "fra"}) {
+       {"txt", "cmd", "optA", "optB", "lst", "txtDay", "dtp", "chkInside", "lblLink", "fra"})
     names += Announced(At(name));
-  }
   EXPECT_EQ(names.join("|").toStdString(),
             "Name|Name ...|No data|the … … month(s).|the …|… month(s).|Every <b>kind</b> & more|R&D|"
             "Edit the permissions|Settings");
-  for (QWidget* widget : page->findChildren<QWidget*>()) {
-    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget == At("slot")) continue;
-    EXPECT_FALSE(Announced(widget).isEmpty()) << widget->metaObject()->className();
-  }
   EXPECT_EQ(At("optA")->accessibleDescription(), "For tasks without records.");
   const auto access = [this](const char* name) { return QAccessible::queryAccessibleInterface(At(name)); };
   EXPECT_EQ(access("lblLink")->role(), QAccessible::Link);
