@@ -1,6 +1,5 @@
-// docs/page-flow.md, page-calls.md and page-texts.md against what the pages really do: their contents are
-// found out by running every page. With PLOVIX_UPDATE_DOCS set the files are written anew before they are
-// compared.
+// Writes docs/page-flow.md, page-calls.md and page-texts.md from what the pages really do, by running every page.
+// The tests start it to compare; with PLOVIX_UPDATE_DOCS set it writes the files first.
 #include <plovix/framework/page_identifiers.h>
 
 #include <cstdlib>
@@ -220,7 +219,7 @@ TEST(PageFacts, Flow) {
   for (const auto& [road, when] : ArrowsOf(roads)) walked += "| " + road + " | " + when + " |\n";
   ExpectDocument("/docs/page-flow.md", R"(# The flow of the pages
 
-Written by `tests/pages/page_facts_test.cpp`, which asks every page for the page that follows, in all combinations of what
+Written by `tools/page_facts.cpp`, which asks every page for the page that follows, in all combinations of what
 can decide it: the record mode of the task, the check box that gives it to the automation manager ("scheduled"), whether
 it is being imported, whether its texts are language tags, whether the user has right 114, and the kind of its
 recurrence. A condition that is not named does not matter.
@@ -302,7 +301,7 @@ TEST(PageFacts, Calls) {
   }
   ExpectDocument("/docs/page-calls.md", R"(# What the pages call
 
-Written by `tests/pages/page_facts_test.cpp`, which plays a user on every page and writes down the calls. Beside these,
+Written by `tools/page_facts.cpp`, which plays a user on every page and writes down the calls. Beside these,
 every page asks `HostServices::Application` and, when something fails, `HostApplication::ErrorReporter`. Some interfaces have a
 longer name in the headers: `DatabaseConnection`, `DataObjectCollection`, `SessionUser`, `ActionListControl` (here
 `VeloActionList`); what the monthly and the yearly pattern share is `DayInMonthPattern`.
@@ -329,7 +328,7 @@ TEST(PageFacts, Texts) {
     rows += "| " + std::to_string(number) + " | " + text + " | " + Joined(places[number], ", ") + " |\n";
   ExpectDocument("/docs/page-texts.md", R"(# The texts of the pages
 
-Written by `tests/pages/page_facts_test.cpp` from the designs of the pages and `languages/en.json`. Numbers count within
+Written by `tools/page_facts.cpp` from the designs of the pages and `languages/en.json`. Numbers count within
 the module "Plovix". A text without a control is a title, a message, or an entry of a list. `{1}` stands for the first
 parameter.
 
