@@ -208,26 +208,30 @@ class Bench:
 
     def __init__(self, scratch):
         self.scratch = pathlib.Path(scratch)
-        self.compile = {}
+        self.compile, self.object = {}, {}
         for entry in json.loads((TREE / "compile_commands.json").read_text()):
             words = [w for w in shlex.split(entry["command"]) if not w.startswith(("-W", "-g")) and not w.endswith("ccache")]
-            self.compile[os.path.relpath(entry["file"], ROOT)] = words[:words.index("-o")]
+            file, out = os.path.relpath(entry["file"], ROOT), words.index("-o")
+            self.compile[file], self.object[file] = words[:out], words[out + 1]
         self.link, self.users, self.cpu = {}, collections.defaultdict(list), {}
         dependencies = subprocess.run(["ninja", "-C", TREE, "-t", "deps"], capture_output=True, text=True, check=True).stdout
         for block in dependencies.split("\n\n"):
             files = {os.path.relpath(os.path.realpath(TREE / line.strip()), ROOT) for line in block.splitlines()[1:]}
             for source in files & set(self.compile):
-                if not source.startswith(("tests/", "benchmarks/", "build/")):
-                    for file in files - {source}:
-                        self.users[file].append(source)
+                for file in files - {source}:
+                    self.users[file].append(source)
         self.local = threading.local()
 
     def sources(self, name):
-        """What is compiled again when the file changes: itself, or the sources that include it, of its room first."""
+        """What is compiled again when the file changes: itself, or those that include it, of its room first. The
+        second list is all of them, for what the first does not kill: the tests of the programs are among them."""
         if name.endswith(".cpp"):
-            return [name]
+            return [name], [name]
         room = os.path.dirname(name)
-        return sorted(set(self.users[name]), key=lambda user: (os.path.dirname(user) != room, user))
+        tests = tuple(f"tests/{program}/" for program, _ in stages(name))
+        users = sorted(set(self.users[name]), key=lambda user: (os.path.dirname(user) != room, user))
+        product = [user for user in users if not user.startswith(("tests/", "benchmarks/", "examples/", "build/"))]
+        return product[:SOME_USERS], product + [user for user in users if user.startswith(tests)]
 
     def copy(self):
         """This worker's copy of the sources, with the directories that publish the rooms."""
@@ -242,17 +246,18 @@ class Bench:
         return self.local.copy
 
     def objects(self, mutant, sources):
-        """Compiles the sources with what the mutant changes; nothing when that fails."""
+        """Compiles the sources with what the mutant changes: the objects by those that they stand for; nothing
+        when that fails."""
         copy = self.copy()
-        compiled = []
+        compiled = {}
         original = (copy / mutant.file).read_text()
         (copy / mutant.file).write_text(mutant.text)
         try:
             for number, source in enumerate(sources):
                 words = [w.replace(str(ROOT), str(copy)) for w in self.compile[source]]
-                compiled.append(str(copy / f"mutant{number}.o"))
+                out = compiled[self.object[source]] = str(copy / f"mutant{number}.o")
                 command = [*words, "-O0", "-Werror=return-type", *self.preheader(mutant, source, words, copy), "-o",
-                           compiled[-1], "-c", str(copy / source)]
+                           out, "-c", str(copy / source)]
                 if subprocess.run(command, cwd=TREE, capture_output=True).returncode:
                     return None
         finally:
@@ -272,11 +277,12 @@ class Bench:
         return ["-iquote", str(copy / source).rsplit("/", 1)[0], "-include", str(self.local.header)]
 
     def program(self, name, objects):
-        """Links a test program of this worker with the objects before everything else."""
+        """Links a test program of this worker: an object in the place of its own, or before the archive that has it."""
         out = str(self.copy() / f"test_{name}")
-        words = list(self.link[name])
+        words = [objects.get(word, word) for word in self.link[name]]
         words[words.index("-o") + 1] = out
-        done = subprocess.run([words[0], *objects, *words[1:], "-fuse-ld=gold", "-s"], cwd=TREE, capture_output=True)
+        first = [new for old, new in objects.items() if old not in self.link[name]]
+        done = subprocess.run([words[0], *first, *words[1:], "-fuse-ld=gold", "-s"], cwd=TREE, capture_output=True)
         return out if done.returncode == 0 else None
 
     def passes(self, program, name, test_filter):
@@ -307,16 +313,16 @@ class Bench:
         for name, command in commands.items():
             self.link[name] = shlex.split(command.strip().splitlines()[-1].removeprefix(": && ").removesuffix(" && :"))
         for name, test_filter in needed:
-            good, seconds = self.passes(self.program(name, []), name, test_filter)
+            good, seconds = self.passes(self.program(name, {}), name, test_filter)
             if not good:
                 sys.exit(f"mutate.py: test_{name} --gtest_filter={test_filter} fails on the unchanged sources")
             self.cpu[name, test_filter] = int(10 * seconds) + 3
 
     def verdict(self, mutant):
-        sources = self.sources(mutant.file)
-        verdict, killer = self.attempt(mutant, sources[:SOME_USERS])
-        if verdict == "survived" and len(sources) > SOME_USERS:
-            verdict, killer = self.attempt(mutant, sources)
+        some, every = self.sources(mutant.file)
+        verdict, killer = self.attempt(mutant, some)
+        if verdict == "survived" and every != some:
+            verdict, killer = self.attempt(mutant, every)
         return verdict, killer
 
     def attempt(self, mutant, sources):

@@ -16,15 +16,16 @@ Rig::Rig() {
   services->real = real.host_services();
   services->factory = factory;
   host.services = {[this] { return services; }, real.utilities};
-  host.make_task = [this] { return task = MakeTask(state, {}); };
+  host.make_task = [this] { return task = MakeTask(state, new_task); };
   host.make_store = [this] { return store = std::make_shared<StoreObject>(); };
   host.make_control = [this](std::string_view name) { return make_control(name); };
-  host.make_actions = [](const std::vector<std::int32_t>& record_modes) {
+  host.make_actions = [this](const std::vector<std::int32_t>& record_modes) {
     auto actions = std::make_shared<ActionListObject>();
     for (const std::int32_t modes : record_modes) {
       actions->records.push_back(LogAction("line"));
       actions->records.back().record_modes = modes;
     }
+    change_actions(actions->records);
     return actions;
   };
   host.make_permissions = [] { return std::make_shared<PermissionsObject>(PermissionSet{}); };

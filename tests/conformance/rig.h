@@ -142,6 +142,8 @@ struct Rig final : CallObserver {
   ReportAction report = ReportAction::kLeave;
   std::string wizard_fault;
   std::function<std::shared_ptr<HostControl>(std::string_view name)> make_control = MakeHostControl;
+  TaskRecord new_task;
+  std::function<void(std::vector<ActionRecord>&)> change_actions = [](auto&) {};
   conformance::HostUnderTest host;
   std::vector<std::shared_ptr<void>> kept;  // wizards that are never closed
   std::function<void(std::string_view member)> on_call;

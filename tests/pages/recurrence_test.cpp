@@ -169,6 +169,7 @@ TEST_F(SchedulePages, CanContinue) {
 TEST_F(SchedulePages, FreshPatternsGetTheirDefaultsAtOnce) {
   Open(kDailyRecurrence);
   EXPECT_EQ(bench->Text("txtDays"), "1");
+  EXPECT_FALSE(bench->Get<CheckBox>("chkWeekdays").Checked());
   EXPECT_TRUE(std::holds_alternative<std::monostate>(Stored().pattern)) << "the task's own waits for saving";
   Open(kDailyRecurrence, Scheduled(DailyRecord{0, true}));
   EXPECT_EQ(StoredPattern<DailyRecord>().every_n_days, 1);
@@ -191,9 +192,10 @@ TEST_F(SchedulePages, TheWorkingPattern) {
   Open(kDailyRecurrence, Scheduled(WeeklyRecord{4, {true}}));
   EXPECT_EQ(bench->Text("txtDays"), "1");
   Type("txtDays", "6");
+  bench->user.Toggle((*bench)["chkWeekdays"]);
   EXPECT_EQ(StoredPattern<WeeklyRecord>().every_n_weeks, 4);
   EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
-  EXPECT_EQ(StoredPattern<DailyRecord>().every_n_days, 6);
+  EXPECT_EQ(StoredPattern<DailyRecord>(), (DailyRecord{6, true}));
   EXPECT_EQ(Stored().recurrence_type, recurrence_type::kWeekly);
   const Value kept = bench->store->values.at("DailyRecurrence");
   EXPECT_EQ(ObjectFrom<PatternBase>(kept), bench->task->Recurrence()->Pattern()) << "the very object";
@@ -306,6 +308,8 @@ TEST_F(SchedulePages, YearlyDatesAreThoseOfTheHostsYear) {
     Type("txtSpecificDay", day);
     EXPECT_EQ(bench->Leave(ChangeDirection::kNext), accepted) << year << " " << month << " " << day;
     EXPECT_EQ(scene.dialogs.boxes, accepted ? Texts{} : Texts{"[112]/64"});
+    const YearlyRecord typed{month, {false, accepted ? std::stoi(day) : 0, 0, 1}};
+    EXPECT_EQ(accepted, Stored().pattern == PatternRecord{typed});
   }
 }
 
@@ -325,6 +329,7 @@ TEST_F(SchedulePages, BothListsOfMonthsShareOneMonth) {
                                            : Scheduled(MonthlyRecord{1, outside}));
       ASSERT_EQ(scene.dialogs.reports.size(), 1U);
       EXPECT_EQ(scene.dialogs.reports[0].procedure, "RetrieveValues");
+      EXPECT_EQ(scene.dialogs.reports[0].number, failure_number::kInvalidPropertyValue);
       EXPECT_FALSE(bench->Get<OptionButton>("optRelativeDay").Selected()) << "loading chooses nothing";
     }
   }
@@ -354,6 +359,11 @@ TEST_F(SchedulePages, EditingChoosesTheLine) {
     for (const std::string text : {"abc", "-5"}) {
       SCOPED_TRACE(row.page + " " + row.edited + " " + text);
       Open(row.page);
+      const auto choose_others = [&] {
+        for (OptionButton* option : bench->Controls().OptionButtons())
+          if (option->Name() != row.option) bench->user.Choose(*option);
+      };
+      choose_others();
       if (!row.repaired.empty()) Type(row.repaired, text);
       Type(row.edited, "2");
       bench->user.Pick((*bench)[row.edited], 1);
@@ -361,6 +371,9 @@ TEST_F(SchedulePages, EditingChoosesTheLine) {
       EXPECT_EQ(Selected(), row.option + "|");
       if (row.repaired.empty()) continue;
       EXPECT_EQ(bench->Text(row.repaired), text == "abc" ? "1" : text);
+      choose_others();
+      ChooseUnrepaired(row.option);
+      EXPECT_EQ(scene.dialogs.reports.back().procedure, row.option + "_Click");
     }
   }
 }

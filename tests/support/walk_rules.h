@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plovix/framework/numeric_text.h>
+#include <plovix/standalone/model/task_fields.h>
 
 #include <limits>
 
@@ -9,6 +10,26 @@
 #include "hand.h"
 
 namespace plovix::testing_support {
+
+// What of a stored task is not as it has to be; nothing when all is.
+inline std::string Differences(const std::optional<TaskRecord>& stored, const TaskRecord& wanted) {
+  if (stored == wanted) return "";
+  if (!stored) return "the task is gone";
+  std::string names = "not the same:";
+  const auto note = [&](std::string_view name, bool same) { names += same ? "" : " " + std::string(name); };
+  const auto compare = [&](const auto& fields, const auto& one, const auto& other) {
+    ForEachField(fields, [&](auto name, auto field) { note(name, one.*field == other.*field); });
+  };
+  compare(kTaskFields, *stored, wanted);
+  note("Actions", stored->actions == wanted.actions);
+  note("Categories", stored->categories == wanted.categories);
+  note("Permissions", stored->permissions == wanted.permissions);
+  note("schedule start", stored->schedule_start == wanted.schedule_start);
+  const RecurrenceRecord none;
+  compare(kRecurrenceFields, stored->recurrence.value_or(none), wanted.recurrence.value_or(none));
+  note("Pattern", stored->recurrence.value_or(none).pattern == wanted.recurrence.value_or(none).pattern);
+  return names;
+}
 
 inline bool IsOn(const Form& form, std::string_view name) {
   return ValueOf(form.Get(name)) == "1";

@@ -199,6 +199,7 @@ class Walker {
     if (OneIn(3)) task.name = AnyText();
     if (OneIn(4)) task.record_mode = 7;
     task.query = AnyText();
+    if (OneIn(4)) task.actions.push_back({"unknown", "y", record_mode_bit::kNoData, 0, {{"k", "v"}}});
     // The wizard makes no task with actions on records of nothing.
     if (task.data_object_name.empty() && task.record_mode != record_mode::kNoData) task.actions.clear();
     task.allow_automation_manager = !OneIn(4);
@@ -285,15 +286,13 @@ class Walker {
   }
 
   void EditActions(VeloActionList& list) {
+    Note("edits the actions");
     const auto kinds = list.OfferedKinds();
     ASSERT_FALSE(kinds.empty()) << "the page gave no context";
-    const std::size_t rows = list.Rows().size();
-    const int what = rows == 0 ? 0 : Below(rows > 5 ? 2 : 3);
-    Note("edits the actions");
-    const auto row = static_cast<std::size_t>(Below(std::max<std::size_t>(rows, 1)));
-    if (what == 1) list.Remove(row);
-    if (what == 2) list.MoveUp(row);
-    if (what != 1) list.Append(NewAction(*AnyOf(kinds)));
+    const auto any_row = [&] { return static_cast<std::size_t>(Below(list.Rows().size())); };
+    const bool removes = list.Rows().size() > 5 || (!list.Rows().empty() && OneIn(3));
+    removes ? list.Remove(any_row()) : list.Append(NewAction(*AnyOf(kinds)));
+    if (!list.Rows().empty()) list.MoveUp(any_row());
   }
 
   // Whether the page was left.
@@ -375,7 +374,7 @@ class Walker {
     expected.modified = now_;
     const auto old = std::ranges::find(stored_, saved.id, &TaskRecord::id);
     old != stored_.end() ? static_cast<void>(*old = expected) : stored_.push_back(expected);
-    EXPECT_EQ(storage_.Load(saved.id), expected);
+    EXPECT_EQ(Differences(storage_.Load(saved.id), expected), "");
     if (!walking_through_ && OneIn(2)) WalkThrough(expected);
   }
 
@@ -394,7 +393,11 @@ class Walker {
     ++counts_["walked through"];
     ++task.version;
     task.modified = now_;
-    EXPECT_EQ(storage_.Load(task.id), task);
+    // Where a number beyond 32 bits was passed over, there may be none yet; the page then stores 1.
+    const bool timed = task.recurrence && task.recurrence->time_kind != time_kind::kAtTime;
+    if (timed && !entries_.contains(store_key::kImporting) && task.recurrence->interval == 0)
+      task.recurrence->interval = 1;
+    EXPECT_EQ(Differences(storage_.Load(task.id), task), "");
   }
 
   std::string NextPage() {
@@ -416,7 +419,7 @@ class Walker {
   }
 
   void Check() {
-    EXPECT_EQ(storage_.List(), stored_) << "nothing but Finish changes the storage";
+    EXPECT_TRUE(storage_.List() == stored_) << "nothing but Finish changes the storage";
     if (!Wizard().IsOpen()) return;
     const bool on = MayContinue();
     const bool last = NextPage().empty();
