@@ -11,6 +11,9 @@
 namespace plovix {
 namespace {
 
+static_assert(kInterfaceVersion == PLOVIX_INTERFACE_VERSION,
+              "the library's file name carries another number");
+
 class Factory final : public PageFactory {
  public:
   explicit Factory(const PageMaker& maker) : maker_(maker) {}

@@ -29,7 +29,7 @@ enum class EntryResult : std::int32_t {
 
 /// The reason in English, for a log or a developer: UTF-8, ended by a zero; empty after kDone.
 struct EntryError {
-  char text[256];
+  char text[256];  ///< cut off where it is longer
 };
 
 }  // namespace plovix
@@ -44,19 +44,24 @@ PLOVIX_ENTRY_POINT std::uint32_t plovix_interface_version() noexcept;
 /// Enters the eleven pages into `registry`, all of them or none.
 /// @param interface_version  kInterfaceVersion as the caller was compiled with
 /// @param registry           the caller's; holds the library in use until plovix_unregister()
-/// @param error              where to write the reason; may be null
+/// @param error              receives the reason; may be null
 PLOVIX_ENTRY_POINT plovix::EntryResult plovix_register(std::uint32_t interface_version,
                                                        plovix::PageRegistry* registry,
                                                        plovix::EntryError* error) noexcept;
 
 /// Takes the pages of this library out of `registry` again. Pages that were made already live on.
+/// @param interface_version  kInterfaceVersion as the caller was compiled with
+/// @param registry           the one that was given to plovix_register()
+/// @param error              receives the reason; may be null
 PLOVIX_ENTRY_POINT plovix::EntryResult plovix_unregister(std::uint32_t interface_version,
                                                          plovix::PageRegistry* registry,
                                                          plovix::EntryError* error) noexcept;
 
 /// The factory for one identifier, for a host with a registry of its own.
-/// @param identifier  "Plovix.Details", zero-terminated
-/// @param factory     receives the factory, owned by the caller; emptied where there is none
+/// @param interface_version  kInterfaceVersion as the caller was compiled with
+/// @param identifier         "Plovix.Details", zero-terminated
+/// @param factory            receives the factory, owned by the caller; emptied where there is none
+/// @param error              receives the reason; may be null
 PLOVIX_ENTRY_POINT plovix::EntryResult plovix_class_factory(std::uint32_t interface_version,
                                                             const char* identifier,
                                                             std::shared_ptr<plovix::PageFactory>* factory,

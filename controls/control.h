@@ -1,5 +1,6 @@
-// What every toolkit-neutral control has in common: identity, look, focus, events and the observer a
-// surface hangs on. Pages use the public members; a surface enters through User (user.h).
+/// @file
+/// What every toolkit-neutral control has in common: identity, look, focus, events and the observer a
+/// surface hangs on. Pages use the public members; a surface enters through User (user.h).
 #pragma once
 
 #include <array>
@@ -7,133 +8,162 @@
 #include <string>
 #include <string_view>
 
+/// Wizard pages for automated tasks: the pages' contract, the controls they own, the interfaces that a host
+/// implements, and plain classes for hosts that need no storage of their own.
 namespace plovix {
 
 class Form;
 class User;
 
+/// The kinds of control; each has a class of its own in kinds.h.
 enum class Kind {
-  kLabel,
-  kTextBox,
-  kCheckBox,
-  kOptionButton,
-  kComboBox,
-  kCommandButton,
-  kFrame,
-  kDateTimePicker,
-  kHostSlot,
+  kLabel,           ///< plovix::Label
+  kTextBox,         ///< plovix::TextBox
+  kCheckBox,        ///< plovix::CheckBox
+  kOptionButton,    ///< plovix::OptionButton
+  kComboBox,        ///< plovix::ComboBox
+  kCommandButton,   ///< plovix::CommandButton
+  kFrame,           ///< plovix::Frame
+  kDateTimePicker,  ///< plovix::DateTimePicker
+  kHostSlot,        ///< plovix::HostSlot
 };
 
-// The field's name of a kind, as scripts and messages show it: "TextBox".
+/// The field's name of a kind, as scripts and messages show it: "TextBox".
 [[nodiscard]] std::string_view KindName(Kind kind);
 
-// What a control can tell its page.
-enum class Event { kChange, kClick, kDblClick, kDropDown, kLostFocus };
+/// What a control can tell its page. Which change raises which event is written at each kind in kinds.h.
+enum class Event {
+  kChange,    ///< a text or a date has changed
+  kClick,     ///< pressed, checked, chosen or picked
+  kDblClick,  ///< the second click of a double click; the first one came as kClick
+  kDropDown,  ///< a list is about to open: the page may fill it now
+  kLostFocus  ///< the user went elsewhere
+};
+/// How many values Event has.
 inline constexpr std::size_t kEventCount = 5;
 
-// The part of a handler's name behind the control: "Change", "Click", "DblClick", "DropDown", "LostFocus".
+/// The part of a handler's name behind the control: "Change", "Click", "DblClick", "DropDown", "LostFocus".
 [[nodiscard]] std::string_view EventName(Event event);
 
-// What an observer is told has changed.
+/// What an observer is told has changed.
 enum class Aspect {
-  kCaption,
-  kEnabled,
-  kVisible,
-  kFocus,
-  kText,
-  kTextSelection,
-  kValue,
-  kItems,
-  kIndex,
-  kLook
+  kCaption,        ///< Control::Caption
+  kEnabled,        ///< Control::Enabled
+  kVisible,        ///< Control::Visible
+  kFocus,          ///< the page gave the control the focus; never told of a focus that the user moved
+  kText,           ///< the text of a text box or an editable combo box
+  kTextSelection,  ///< the selection in a text box
+  kValue,          ///< a check box, an option button, a picker
+  kItems,          ///< the entries of a combo box
+  kIndex,          ///< the selected entry of a combo box
+  kLook            ///< Label::Link
 };
 
-// Presentation facts that belong to a design, not to a page's logic.
+/// Presentation facts that belong to a design, not to a page's logic. A set of flags.
 enum class Style : unsigned {
-  kNone = 0,
-  kHeading = 1,    // a label that names its page
-  kMultiLine = 2,  // a text box in which Enter makes a new line
-  kEditable = 4,   // a combo box in which text can be typed
-  kTime = 8,       // a picker of a time of day; without it, of a date
-  kHidden = 16,    // not visible until the page shows it
-  kDisabled = 32,  // not enabled until the page enables it
-  kLink = 64,      // a label shown as a link
+  kNone = 0,       ///< nothing special
+  kHeading = 1,    ///< a label that names its page
+  kMultiLine = 2,  ///< a text box in which Enter makes a new line
+  kEditable = 4,   ///< a combo box in which text can be typed
+  kTime = 8,       ///< a picker of a time of day; without it, of a date
+  kHidden = 16,    ///< not visible until the page shows it
+  kDisabled = 32,  ///< not enabled until the page enables it
+  kLink = 64,      ///< a label shown as a link
 };
+/// The flags of both.
 constexpr Style operator|(Style a, Style b) {
   return static_cast<Style>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }
+/// Whether `set` has the flag, or one of the flags.
 constexpr bool Has(Style set, Style flag) {
   return (static_cast<unsigned>(set) & static_cast<unsigned>(flag)) != 0;
 }
 
-// One row of a page design. All texts are UTF-8 and live as long as the program.
+/// One row of a page design. All texts are UTF-8 and live as long as the code of the page that owns them.
 struct ControlInfo {
-  std::string_view name;
-  Kind kind;
-  std::string_view caption = {};  // for a host slot: the registered name of the control to embed
-  std::string_view tag = {};      // "Lng=NN;" names the text that replaces the caption
-  std::string_view frame = {};    // the frame the control stands in; empty: the page itself
-  Style style = Style::kNone;
+  std::string_view name;          ///< unique on its page: "txtName"
+  Kind kind;                      ///< decides the control's class
+  std::string_view caption = {};  ///< in English; for a host slot: the registered name of what to embed
+  std::string_view tag = {};      ///< "Lng=NN;" names the text that replaces the caption
+  std::string_view frame = {};    ///< the frame the control stands in; empty: the page itself
+  Style style = Style::kNone;     ///< set of flags
 };
 
 class Control;
 
-// Implemented by a surface's binding. Called after the state has changed; it may read the control, and
-// must not enter through the user's door again (no echo). Not owned by the control.
+/// Implemented by a surface's binding. Not owned by the control.
 class ControlObserver {
  public:
   virtual ~ControlObserver() = default;
+  /// Called after the state has changed. May read the control, and must not enter through the user's door
+  /// again (no echo).
   virtual void Changed(Aspect aspect) = 0;
 };
 
-// Opens the user's door: only User can make one.
+/// Opens the user's door: only User can make one.
 class UserKey {
   friend class User;
   UserKey() = default;
 };
 
+/// Owned by its form and as old as it. On the user-interface thread only, like everything here.
 class Control {
  public:
+  /// Made by its form alone; both arguments outlive the control.
   Control(Form& form, const ControlInfo& info);
   virtual ~Control() = default;
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
 
+  /// @{
+  /// What the design says of the control.
   [[nodiscard]] std::string_view Name() const noexcept { return info_.name; }
   [[nodiscard]] Kind GetKind() const noexcept { return info_.kind; }
   [[nodiscard]] const ControlInfo& Info() const noexcept { return info_; }
   [[nodiscard]] std::string_view Tag() const noexcept { return info_.tag; }
+  /// @}
+  /// The form that owns the control.
   [[nodiscard]] Form& Container() const noexcept { return form_; }
 
+  /// @{
+  /// UTF-8; "&" before a letter makes it the mnemonic, "&&" stands for "&". Set by the translator and by
+  /// pages.
   [[nodiscard]] const std::string& Caption() const noexcept { return caption_; }
   void SetCaption(std::string caption);
+  /// @}
+  /// @{
+  /// The control's own state, whatever its frame's is.
   [[nodiscard]] bool Enabled() const noexcept { return enabled_; }
   void SetEnabled(bool enabled);
   [[nodiscard]] bool Visible() const noexcept { return visible_; }
   void SetVisible(bool visible);
+  /// @}
 
-  // True when a user can reach the control: it and the frame it stands in are enabled and visible.
+  /// True when a user can reach the control: it and the frame it stands in are enabled and visible.
   [[nodiscard]] bool Usable() const;
 
-  // Gives the control the focus. Nothing happens on a control that a user could not reach.
+  /// Gives the control the focus. Nothing happens on a control that a user could not reach.
   void SetFocus();
+  /// Whether the form's focus is here.
   [[nodiscard]] bool HasFocus() const;
 
-  // One handler per event, the page's; a second call replaces the first.
+  /// One handler per event, the page's; a second call replaces the first. What it throws leaves the verb that
+  /// raised the event, or the page's own call, whichever it was.
   void On(Event event, std::function<void()> handler);
 
-  // At most one observer; nullptr takes it away.
+  /// At most one observer; nullptr takes it away.
   void Observe(ControlObserver* observer) noexcept { observer_ = observer; }
 
-  // The user moved the focus here, or took it away (raises LostFocus).
+  /// @{
+  /// The user moved the focus here, or took it away (raises LostFocus).
   void EnterFocus(UserKey key);
   void LeaveFocus(UserKey key);
+  /// @}
 
  protected:
-  void Raise(Event event);
-  void Notify(Aspect aspect);
-  // Called when the focus has arrived, whoever sent it.
-  virtual void FocusArrived() {}
+  void Raise(Event event);        ///< Runs the page's handler, if there is one.
+  void Notify(Aspect aspect);     ///< Tells the observer and counts changes of text, value and index.
+  virtual void FocusArrived() {}  ///< Called when the focus has arrived, whoever sent it.
 
  private:
   friend class Form;

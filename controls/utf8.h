@@ -1,11 +1,12 @@
-// UTF-8 helpers shared by the controls and their surfaces.
+/// @file
+/// UTF-8 helpers shared by the controls and their surfaces.
 #pragma once
 
 #include <string_view>
 
 namespace plovix {
 
-// Number of characters (code points); a stray continuation byte does not count.
+/// Number of characters (code points); a stray continuation byte does not count.
 [[nodiscard]] inline int CharacterCount(std::string_view utf8) {
   int count = 0;
   for (const char byte : utf8) {

@@ -1,5 +1,6 @@
-// The contract between a wizard and its pages: eleven operations in slot order. Every call comes on the
-// user-interface thread.
+/// @file
+/// The contract between a wizard and its pages: eleven operations in slot order. Every call comes on the
+/// user-interface thread.
 #pragma once
 
 #include <plovix/controls/form.h>
@@ -12,43 +13,57 @@
 
 namespace plovix {
 
-// The direction a user leaves a page in; any 32-bit code may arrive.
-enum class ChangeDirection : std::int32_t { kNext = 0, kBack = 1, kFinish = 2, kCancel = 3 };
+/// The direction a user leaves a page in; any 32-bit code may arrive.
+enum class ChangeDirection : std::int32_t {
+  kNext = 0,    ///< checks and saves
+  kBack = 1,    ///< saves unchecked, so that half an input is offered again; Details saves nothing
+  kFinish = 2,  ///< checks and saves; refused by the first page
+  kCancel = 3   ///< saves nothing
+};
 
+/// What a wizard calls, in this order: Initialize once; the queries any number of times; CanChangePage
+/// whenever the user tries to leave; Terminate when the page has been left, or could not be shown. A page
+/// whose Initialize failed is not used further, but for Terminate.
 class IWizardPage {
  public:
-  // Title and description of the wizard, the same on every page. Let failures through.
+  /// @{
+  /// Title and description of the wizard, the same on every page: texts 4 and 5. Let failures through.
   [[nodiscard]] virtual std::string IWizardPage_Title() = 0;
   [[nodiscard]] virtual std::string IWizardPage_Description() = 0;
-  // Keeps both references until Terminate, translates the captions, loads the values and pushes the
-  // can-continue flag through `host`.
+  /// @}
+  /// Keeps both references until Terminate, translates the captions, loads the values and pushes the
+  /// can-continue flag through `host`. The store holds the task; the page's slots have been filled before.
   virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
                                       std::shared_ptr<ValueStore> store) = 0;
-  // Drops both references; saves nothing.
+  /// Drops both references; saves nothing.
   virtual void IWizardPage_Terminate() = 0;
-  // Writes the identifier of the page that follows, empty where this page ends the wizard. May leave
-  // `next` as the caller passed it. Lets failures through.
+  /// Writes the identifier of the page that follows, empty where this page ends the wizard. May leave
+  /// `next` as the caller passed it. Computed anew from the task and the controls at each call; asked for
+  /// again after CanChangePage has agreed, it sees what was saved. Lets failures through.
   virtual void IWizardPage_GetNextPage(std::string& next) = 0;
-  // Whether the wizard may leave the page in that direction; validates and saves on the way.
+  /// Whether the wizard may leave the page in that direction; validates and saves on the way. False also
+  /// where a failure was answered with kLeave: the user stays with what was typed.
   [[nodiscard]] virtual bool IWizardPage_CanChangePage(ChangeDirection direction) = 0;
-  // False on every page: the button state is pushed through WizardHost::Refresh.
+  /// @{
+  /// False on every page: the button state is pushed through WizardHost::Refresh.
   [[nodiscard]] virtual bool IWizardPage_BackEnabled() = 0;
   [[nodiscard]] virtual bool IWizardPage_CancelEnabled() = 0;
   [[nodiscard]] virtual bool IWizardPage_FinishEnabled() = 0;
   [[nodiscard]] virtual bool IWizardPage_NextEnabled() = 0;
-  // Leaves both values as the caller passed them: the host keeps its own size.
+  /// @}
+  /// Leaves both values as the caller passed them: the host keeps its own size.
   virtual void IWizardPage_GetMinimumSize(int& width, int& height) = 0;
 
   // Declared last, so that it takes no slot before the operations.
   virtual ~IWizardPage() = default;
 };
 
-// A page with the controls it owns: what factories make and hosts keep.
+/// A page with the controls it owns: what factories make and hosts keep.
 class WizardPage : public IWizardPage {
  public:
-  // The page's controls, for a surface to draw; they live as long as the page.
+  /// The page's controls, for a surface to draw; they live as long as the page.
   [[nodiscard]] virtual Form& Controls() noexcept = 0;
-  // "Details"
+  /// "Details"
   [[nodiscard]] std::string_view PageName() noexcept { return Controls().Design().page; }
 };
 

@@ -1,5 +1,6 @@
-// The action-list editing control that the host embeds in the Actions page under the registered name
-// "VeloDesignerCtrl.VeloActionList".
+/// @file
+/// The action-list editing control that the host embeds in the Actions page under the registered name
+/// "VeloDesignerCtrl.VeloActionList".
 #pragma once
 
 #include <functional>
@@ -10,17 +11,22 @@
 
 namespace plovix {
 
+/// Without it in its slot the Actions page reports failure 91 and shows no actions.
 class ActionListControl : public HostControl {
  public:
-  // Called by the control when it needs its context; the page fills the reference with a fresh
-  // ValueStore: "DataObjectKey", "DesignerObjectType", "DataObject", "DataObjects", "DesignerObjects".
+  /// Called by the control when it needs its context; the page fills the reference with a fresh ValueStore:
+  /// "DataObjectKey" (text), "DesignerObjectType" (one of record_mode_bit; absent for an unknown record
+  /// mode), and the store keys kDataObject, kDataObjects and kDesignerObjects. It stays nothing when that
+  /// failed.
   using ContextRequest = std::function<void(std::shared_ptr<ValueStore>& context)>;
 
-  // Takes the actions to edit; the list given is not changed by editing.
+  /// Takes the actions to edit; the list given is not changed by editing. Called while the page is
+  /// initialized.
   virtual void Load(const std::shared_ptr<ActionList>& actions) = 0;
-  // The actions as edited: a list of their own, never nothing.
+  /// The actions as edited: a list of their own, never nothing. Called whenever the page saves.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
-  // Replaces an earlier handler. It may be called while the page that gave it is the current one.
+  /// Replaces an earlier handler. It may be called while the page that gave it is the current one; a control
+  /// that lives on must drop it before the library of the pages is unloaded.
   virtual void OnContextRequest(ContextRequest handler) = 0;
 };
 

@@ -1,5 +1,6 @@
-// The automated task being edited. Implemented by the host, which creates it before the first page and
-// stores it after Finish; pages hold a counted reference and write it only when they are left.
+/// @file
+/// The automated task being edited. Implemented by the host, which creates it before the first page and
+/// stores it after Finish; pages hold a counted reference and write it only when they are left.
 #pragma once
 
 #include <cstdint>
@@ -14,98 +15,145 @@
 
 namespace plovix {
 
-// AutoTask::RecordMode: what records the task processes. Other values may be stored; pages show no choice.
+/// AutoTask::RecordMode: what records the task processes. Other values may be stored; pages show no choice.
 namespace record_mode {
-inline constexpr std::int16_t kNoData = 0;
-inline constexpr std::int16_t kSingleRecord = 1;
-inline constexpr std::int16_t kQueryResults = 2;
+inline constexpr std::int16_t kNoData = 0;        ///< none
+inline constexpr std::int16_t kSingleRecord = 1;  ///< the one that the user stands on
+inline constexpr std::int16_t kQueryResults = 2;  ///< those that AutoTask::Query selects
 }  // namespace record_mode
 
-// AutoTask::ProcessingMode: which records a run processes. Other values may be stored; pages show no choice.
+/// AutoTask::ProcessingMode: which records a run processes. Other values may be stored; pages show no choice.
 namespace processing_mode {
-inline constexpr std::int32_t kOnce = 0;       // each record only once
-inline constexpr std::int32_t kModified = 1;   // records that have been modified
-inline constexpr std::int32_t kEveryTime = 2;  // each record on every run
+inline constexpr std::int32_t kOnce = 0;       ///< each record only once
+inline constexpr std::int32_t kModified = 1;   ///< records that have been modified
+inline constexpr std::int32_t kEveryTime = 2;  ///< each record on every run
 }  // namespace processing_mode
 
-// Texts are UTF-8. Nothing here trims or checks what it is given.
+/// Texts are UTF-8. Nothing here trims or checks what it is given. A page reads the task whenever it needs to
+/// know and writes it when it is left, from IWizardPage_CanChangePage. At once happen these: Details changes
+/// actions and permissions, RecurrenceTime gives a task without a recurrence one, and a pattern page sets
+/// what is not yet set.
 class AutoTask : public HostObject {
  public:
-  // Whether the task is stored already.
+  /// Whether the task is stored already: a new one takes some choices from the shared store instead.
   [[nodiscard]] virtual bool IsExisting() = 0;
 
+  /// @{
+  /// One of record_mode; by the first page, which clears data object and automation where they do not fit.
   [[nodiscard]] virtual std::int16_t RecordMode() = 0;
   virtual void SetRecordMode(std::int16_t mode) = 0;
+  /// @}
 
-  // True when the task's texts are language tags rather than literal texts.
+  /// True when the task's texts are language tags rather than literal texts.
   [[nodiscard]] virtual bool UsesLanguageTags() = 0;
+  /// @{
+  /// The literal texts; used where the texts are not tags. By Details, like all up to SetSkipRowSelection.
   [[nodiscard]] virtual std::string Name() = 0;
   virtual void SetName(const std::string& text) = 0;
   [[nodiscard]] virtual std::string ShortDescription() = 0;
   virtual void SetShortDescription(const std::string& text) = 0;
   [[nodiscard]] virtual std::string Description() = 0;
   virtual void SetDescription(const std::string& text) = 0;
+  /// @}
 
+  /// @{
+  /// The language tags that carry the texts; used where the texts are tags.
   [[nodiscard]] virtual std::string NameTag() = 0;
   virtual void SetNameTag(const std::string& tag) = 0;
   [[nodiscard]] virtual std::string ShortDescriptionTag() = 0;
   virtual void SetShortDescriptionTag(const std::string& tag) = 0;
   [[nodiscard]] virtual std::string DescriptionTag() = 0;
   virtual void SetDescriptionTag(const std::string& tag) = 0;
-  // The text of each tag in the current language.
+  /// @}
+  /// @{
+  /// The text of each tag in the current language.
   [[nodiscard]] virtual std::string LocalizedName() = 0;
   [[nodiscard]] virtual std::string LocalizedShortDescription() = 0;
   [[nodiscard]] virtual std::string LocalizedDescription() = 0;
+  /// @}
 
-  // The data object the task works on; both empty when there is none.
+  /// @{
+  /// The data object the task works on; both empty when there is none.
   [[nodiscard]] virtual std::string DataObjectName() = 0;
   virtual void SetDataObjectName(const std::string& name) = 0;
   [[nodiscard]] virtual std::string DataObjectCaption() = 0;
   virtual void SetDataObjectCaption(const std::string& caption) = 0;
+  /// @}
 
-  // Whether the automation manager may run the task.
+  /// @{
+  /// Whether the automation manager may run the task, that is, whether it has a schedule.
   [[nodiscard]] virtual bool AllowAutomationManager() = 0;
   virtual void SetAllowAutomationManager(bool allow) = 0;
+  /// @}
 
+  /// @{
+  /// Whether a task on query results takes them all, unasked; false for any other task. The meaning is the
+  /// host's.
   [[nodiscard]] virtual bool SkipRowSelection() = 0;
   virtual void SetSkipRowSelection(bool skip) = 0;
+  /// @}
 
-  // The query that selects the records, in the host's query language.
+  /// @{
+  /// The query that selects the records, in the host's query language; by the Query page.
   [[nodiscard]] virtual std::string Query() = 0;
   virtual void SetQuery(const std::string& query) = 0;
+  /// @}
 
-  [[nodiscard]] virtual std::string Owner() = 0;  // user id of a personal task's owner, else empty
+  /// @{
+  /// User id of a personal task's owner, else empty; by Details, like the permissions.
+  [[nodiscard]] virtual std::string Owner() = 0;
   virtual void SetOwner(const std::string& user_id) = 0;
-  // By reference; nothing for a task without a set of its own.
+  /// @}
+  /// @{
+  /// By reference; nothing for a task without a set of its own, as every personal task is.
   [[nodiscard]] virtual std::shared_ptr<plovix::Permissions> Permissions() = 0;
   virtual void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) = 0;
-  // What the session might do with tasks on the data object when the task was last edited.
+  /// @}
+  /// @{
+  /// What the session might do with tasks on the data object when the task was last edited.
   virtual void SetMayRun(bool may) = 0;
   virtual void SetMayEdit(bool may) = 0;
   virtual void SetMayDelete(bool may) = 0;
+  /// @}
 
-  // Which records a run processes.
-  [[nodiscard]] virtual std::int32_t ProcessingMode() = 0;  // one of processing_mode
+  /// @{
+  /// Which records a run processes: one of processing_mode. Here and below: by the Records page.
+  [[nodiscard]] virtual std::int32_t ProcessingMode() = 0;
   virtual void SetProcessingMode(std::int32_t mode) = 0;
-  // All records: the history of processed ones is cleared.
+  /// @}
+  /// @{
+  /// All records: the history of processed ones is cleared.
   [[nodiscard]] virtual bool ProcessAllRecords() = 0;
   virtual void SetProcessAllRecords(bool all) = 0;
-  // Failed records again: their history is cleared.
+  /// @}
+  /// @{
+  /// Failed records again: their history is cleared.
   [[nodiscard]] virtual bool ProcessFailedRecords() = 0;
   virtual void SetProcessFailedRecords(bool failed) = 0;
-  // Only records updated at or after this moment; kZeroDate: no limit.
+  /// @}
+  /// @{
+  /// Only records updated at or after this moment; kZeroDate: no limit.
   [[nodiscard]] virtual DateTime BaseDate() = 0;
   virtual void SetBaseDate(DateTime date) = 0;
+  /// @}
 
-  // When the task runs, by reference; nothing for a task without a schedule.
+  /// @{
+  /// When the task runs, by reference; nothing for a task without a schedule. RecurrenceTime makes one where
+  /// there is none, Details drops it when the task is no longer given to the automation manager.
   [[nodiscard]] virtual std::shared_ptr<plovix::Recurrence> Recurrence() = 0;
   virtual void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) = 0;
+  /// @}
 
-  // The task's own lists, by reference; the categories may be nothing.
+  /// @{
+  /// By reference, never nothing; replaced by the first page, Details and Actions.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
   virtual void SetActions(std::shared_ptr<ActionList> actions) = 0;
+  /// @}
+  /// @{
+  /// By reference; may be nothing. Details edits a clone and gives it back.
   [[nodiscard]] virtual std::shared_ptr<CategoryList> Categories() = 0;
   virtual void SetCategories(std::shared_ptr<CategoryList> categories) = 0;
+  /// @}
 };
 
 }  // namespace plovix

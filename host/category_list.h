@@ -1,4 +1,5 @@
-// The categories of a task, and how stored lists of them are read.
+/// @file
+/// The categories of a task, and how stored lists of them are read.
 #pragma once
 
 #include <cstdint>
@@ -10,28 +11,37 @@
 
 namespace plovix {
 
+/// Belongs to its list; new ones come from ObjectFactory::NewCategory. Used by the Details page.
 class Category : public HostObject {
  public:
-  [[nodiscard]] virtual std::string Tag() = 0;  // language tag that carries the text
+  /// @{
+  /// Language tag that carries the text.
+  [[nodiscard]] virtual std::string Tag() = 0;
   virtual void SetTag(const std::string& tag) = 0;
-  [[nodiscard]] virtual std::string Text() = 0;  // the tag's text in the current language
+  /// @}
+  [[nodiscard]] virtual std::string Text() = 0;  ///< the tag's text in the current language
+  /// Whether everybody may see it; else only who has kRightSeeAllCategories.
   [[nodiscard]] virtual bool Public() = 0;
 };
 
-// Holds its categories by reference.
+/// Holds its categories by reference. Used by the Details page.
 class CategoryList : public HostObject {
  public:
+  /// The number of categories.
   [[nodiscard]] virtual std::int32_t Count() = 0;
-  // 1-based; fails with 9 outside 1 .. Count().
+  /// 1-based; fails with 9 outside 1 .. Count().
   [[nodiscard]] virtual std::shared_ptr<Category> Item(std::int32_t index) = 0;
+  /// Appends a category, never nothing.
   virtual void Add(std::shared_ptr<Category> category) = 0;
-  // A list of its own with copies of the categories; never nothing.
+  /// A list of its own with copies of the categories; never nothing.
   [[nodiscard]] virtual std::shared_ptr<CategoryList> Clone() = 0;
-  // Replaces the categories by those that a stored column value holds; the format is the host's.
+  /// Replaces the categories by those that a stored column value holds; the format is the host's. Called for
+  /// every row of the query on stored tasks; fails on a value that cannot be read.
   virtual void Load(const std::string& column) = 0;
-  // Opens the host's category editor on this list; true when the user changed it. `tagged`: the texts are
-  // language tags; `choose_tags`: they are chosen in the tag editor; `known`: tags, or texts, of the
-  // categories in use, or nothing.
+  /// Opens the host's category editor on this list; true when the user changed it. Modal.
+  /// @param tagged       the texts are language tags
+  /// @param choose_tags  the tags are chosen in the tag editor
+  /// @param known        tags, or texts, of the categories in use; may be nothing
   [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags,
                                   const std::shared_ptr<TextCollection>& known) = 0;
 };

@@ -1,4 +1,6 @@
-// The application's own database, in which tasks are stored, as far as pages read it.
+/// @file
+/// The application's own database, in which tasks are stored, as far as pages read it: the Details page reads
+/// the categories in use with "SELECT Category FROM VeloAutoTasks". A host without stored tasks gives no row.
 #pragma once
 
 #include <cstdint>
@@ -10,40 +12,46 @@
 
 namespace plovix {
 
+/// A column of a recordset.
 class Field {
  public:
   virtual ~Field() = default;
-  // Of the current row; fails with 3021 when there is none.
+  /// Of the current row; fails with 3021 when there is none. A missing value stands for NULL.
   [[nodiscard]] virtual plovix::Value Value() = 0;
 };
 
-// A forward pass over the rows of a query.
+/// A forward pass over the rows of a query.
 class Recordset {
  public:
   virtual ~Recordset() = default;
-  // Whether it stands before the first row, behind the last one; both when there is no row at all.
+  /// @{
+  /// Whether it stands before the first row, behind the last one; both when there is no row at all.
   [[nodiscard]] virtual bool Bof() = 0;
   [[nodiscard]] virtual bool Eof() = 0;
-  // The column of that name; fails with 3265 when there is none.
+  /// @}
+  /// The column of that name, never nothing; fails with 3265 when there is none.
   [[nodiscard]] virtual std::shared_ptr<Field> Fields(const std::string& name) = 0;
-  // Fails with 3021 behind the last row. A row that cannot be read fails and ends the pass.
+  /// Fails with 3021 behind the last row. A row that cannot be read fails and ends the pass.
   virtual void MoveNext() = 0;
 };
 
+/// A connection that pages only read through.
 class DatabaseConnection {
  public:
   virtual ~DatabaseConnection() = default;
-  // `type`, `options`, `lock` and `flags` select the host's kind of cursor; a host may take no notice of
-  // them.
+  /// Opens a query, on its first row; never nothing. `type` (4), `options` (0), `lock` (none) and `flags`
+  /// (-1) select the host's kind of cursor; a host may take no notice of them.
   [[nodiscard]] virtual std::shared_ptr<Recordset> OpenRecordset(const std::string& query, std::int32_t type,
                                                                  std::int32_t options,
                                                                  std::optional<std::int32_t> lock,
                                                                  std::int32_t flags) = 0;
 };
 
+/// From HostApplication::Database.
 class Database {
  public:
   virtual ~Database() = default;
+  /// Never nothing.
   [[nodiscard]] virtual std::shared_ptr<DatabaseConnection> Connection() = 0;
 };
 

@@ -1,4 +1,5 @@
-// The host application as the pages see it: texts, boxes, rights, time.
+/// @file
+/// The host application as the pages see it: texts, boxes, rights, time.
 #pragma once
 
 #include <cstdint>
@@ -14,34 +15,41 @@
 
 namespace plovix {
 
-// Buttons values of HostApplication::MsgBox and its answers.
+/// Buttons values of HostApplication::MsgBox, then its answers.
 namespace message_box {
-inline constexpr int kOkWarning = 48;
-inline constexpr int kOkInformation = 64;
-inline constexpr int kOkCancelWarning = 49;
-inline constexpr int kOkCancelQuestion = 33;
-inline constexpr int kYesNoQuestion = 36;
-inline constexpr int kOk = 1;
-inline constexpr int kCancel = 2;
-inline constexpr int kYes = 6;
-inline constexpr int kNo = 7;
+inline constexpr int kOkWarning = 48;         ///< OK
+inline constexpr int kOkInformation = 64;     ///< OK
+inline constexpr int kOkCancelWarning = 49;   ///< OK, Cancel
+inline constexpr int kOkCancelQuestion = 33;  ///< OK, Cancel
+inline constexpr int kYesNoQuestion = 36;     ///< Yes, No
+inline constexpr int kOk = 1;                 ///< answer
+inline constexpr int kCancel = 2;             ///< answer, also to a box that was closed
+inline constexpr int kYes = 6;                ///< answer
+inline constexpr int kNo = 7;                 ///< answer
 }  // namespace message_box
 
-// Rights by number.
+/// Right by number: to open the category editor.
 inline constexpr int kRightEditCategories = 112;
-inline constexpr int kRightSeeAllCategories = 113;      // also those that are not public
-inline constexpr int kRightGoOnWithLanguageTags = 114;  // a pattern page leads on though the texts are tags
+/// Right by number: to see categories that are not public.
+inline constexpr int kRightSeeAllCategories = 113;
+/// Right by number: to go on from a pattern page though the task's texts are language tags.
+inline constexpr int kRightGoOnWithLanguageTags = 114;
 
+/// The current user's rights; never cached by a page.
 class UserRights {
  public:
   virtual ~UserRights() = default;
+  /// `number` is one of the kRight constants.
   [[nodiscard]] virtual bool HasRight(int number) = 0;
 };
 
-// Every reference returned is shared with the host and never nothing.
+/// From HostServices::Application. Every reference returned is shared with the host and never nothing; a page
+/// asks for it each time, so that it may be another object after a change of language or user.
 class HostApplication {
  public:
   virtual ~HostApplication() = default;
+  /// @{
+  /// The host's object of that kind.
   [[nodiscard]] virtual std::shared_ptr<LanguageTable> Language() = 0;
   [[nodiscard]] virtual std::shared_ptr<plovix::Translator> Translator() = 0;
   [[nodiscard]] virtual std::shared_ptr<plovix::ErrorReporter> ErrorReporter() = 0;
@@ -50,15 +58,18 @@ class HostApplication {
   [[nodiscard]] virtual std::shared_ptr<plovix::Database> Database() = 0;
   [[nodiscard]] virtual std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() = 0;
   [[nodiscard]] virtual std::shared_ptr<ObjectLoader> Loader() = 0;
-  [[nodiscard]] virtual std::string Title() = 0;  // title of message boxes
-  [[nodiscard]] virtual std::string Path() = 0;   // the application's folder
-  // Whether new tasks get language tags instead of literal texts.
+  /// @}
+  [[nodiscard]] virtual std::string Title() = 0;  ///< title of message boxes
+  [[nodiscard]] virtual std::string
+  Path() = 0;  ///< the folder in which a file "forceusertask.txt" forces literal texts
+  /// Whether new tasks get language tags instead of literal texts, unless that file is there.
   [[nodiscard]] virtual bool LanguageTagMode() = 0;
-  // What parts a number's whole digits from its fraction when a user types one: "." or ",".
+  /// What parts a number's whole digits from its fraction when a user types one: "." or ",".
   [[nodiscard]] virtual std::string DecimalSeparator() = 0;
-  // The host's clock: local date and time. Pages read no clock of their own.
+  /// The host's clock: local date and time. Pages read no clock of their own.
   [[nodiscard]] virtual DateTime Now() = 0;
-  // Shows a modal box and returns the answer, one of message_box. `buttons` is one of its five values.
+  /// Shows a modal box and returns the answer. `buttons` and the answer are message_box values; `title` may
+  /// be empty, `help_file` always is.
   [[nodiscard]] virtual int MsgBox(const std::string& prompt, int buttons, const std::string& title,
                                    const std::string& help_file) = 0;
 };

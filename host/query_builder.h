@@ -1,4 +1,5 @@
-// The host's query builder, as the Query page opens it.
+/// @file
+/// The host's query builder, as the Query page opens it.
 #pragma once
 
 #include <memory>
@@ -9,16 +10,21 @@
 
 namespace plovix {
 
+/// What a query builder edits: made by ObjectFactory::NewQueryDefinition for one press of the Build button.
 class QueryDefinition : public HostObject {
  public:
+  /// @{
+  /// The query, UTF-8 in the host's query language; any text, since it may have been typed.
   [[nodiscard]] virtual std::string Text() = 0;
   virtual void SetText(const std::string& text) = 0;
+  /// @}
 };
 
+/// Made by ObjectFactory::NewQueryBuilder for one press of the Build button.
 class QueryBuilder : public HostObject {
  public:
-  // Opens the builder on the definition and the fields of `source`. True when the user confirmed: the
-  // definition then holds the text as built. Modal.
+  /// Opens the builder on the definition and the fields of `source`. True when the user confirmed: the
+  /// definition then holds the text as built. Modal.
   [[nodiscard]] virtual bool Show(const std::shared_ptr<QueryDefinition>& definition,
                                   const std::shared_ptr<FieldSource>& source) = 0;
 };

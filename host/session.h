@@ -1,4 +1,5 @@
-// The host session: who is working, and what they may do.
+/// @file
+/// The host session: who is working, and what they may do. Used by the Details page.
 #pragma once
 
 #include <memory>
@@ -10,39 +11,43 @@
 
 namespace plovix {
 
+/// Who is working.
 class SessionUser {
  public:
   virtual ~SessionUser() = default;
+  /// Never empty; becomes the owner of a personal task.
   [[nodiscard]] virtual std::string UserId() = 0;
 };
 
-// A task's permission set; pages only hand it on.
+/// A task's permission set; pages only hand it on.
 class Permissions : public HostObject {};
 
-// The host's editor of permission sets; opened through the session.
+/// The host's editor of permission sets; opened through the session.
 class PermissionEditor : public HostObject {};
 
-// What Session::HasPermission is asked for.
+/// What Session::HasPermission is asked for.
 namespace permission_key {
-inline constexpr std::string_view kView = "view";
-inline constexpr std::string_view kRun = "run";
-inline constexpr std::string_view kEdit = "edit";
-inline constexpr std::string_view kDelete = "delete";
+inline constexpr std::string_view kView = "view";      ///< whether the data object is offered
+inline constexpr std::string_view kRun = "run";        ///< AutoTask::SetMayRun
+inline constexpr std::string_view kEdit = "edit";      ///< AutoTask::SetMayEdit
+inline constexpr std::string_view kDelete = "delete";  ///< AutoTask::SetMayDelete
 }  // namespace permission_key
 
+/// From HostApplication::Session.
 class Session {
  public:
   virtual ~Session() = default;
-  [[nodiscard]] virtual std::shared_ptr<SessionUser> CurrentUser() = 0;  // never nothing
-  // The session's own account. It is the current user's id where nobody sits in front of the session, as
-  // where the automation manager runs.
+  /// Never nothing.
+  [[nodiscard]] virtual std::shared_ptr<SessionUser> CurrentUser() = 0;
+  /// The session's own account. It is the current user's id where nobody sits in front of the session, as
+  /// where the automation manager runs.
   [[nodiscard]] virtual std::string AccountId() = 0;
-  // Whether the session may do with the data object what `key` (one of permission_key) says; in general
-  // when `object` is nothing.
+  /// Whether the session may do with the data object what `key` (one of permission_key) says; in general
+  /// when `object` is nothing.
   [[nodiscard]] virtual bool HasPermission(std::string_view key,
                                            const std::shared_ptr<DataObject>& object) = 0;
-  // Opens `editor` on `permissions` (may be nothing) and gives back the set as edited; `permissions` itself
-  // when the user cancelled. `user`: whose own permissions are edited; nothing: those of everybody.
+  /// Opens `editor` on `permissions` (may be nothing) and gives back the set as edited; `permissions` itself
+  /// when the user cancelled. `user`: whose own permissions are edited; nothing: those of everybody. Modal.
   [[nodiscard]] virtual std::shared_ptr<Permissions> EditPermissions(
       const std::shared_ptr<PermissionEditor>& editor, const std::shared_ptr<Permissions>& permissions,
       const std::shared_ptr<SessionUser>& user, const std::string& title) = 0;

@@ -1,47 +1,64 @@
-// The wizard's shared keyed store, implemented by the host. It outlives every page.
+/// @file
+/// The wizard's shared keyed store, implemented by the host. It outlives every page.
 #pragma once
 
 #include "value.h"
 
 namespace plovix {
 
+/// What ValueStore::Item gives out.
 class StoreEntry {
  public:
   virtual ~StoreEntry() = default;
+  /// The stored value; an object by reference.
   [[nodiscard]] virtual plovix::Value Value() const = 0;
 };
 
-// Keys are case-sensitive UTF-8 strings. Objects are kept by reference, never copied.
+/// Keys are case-sensitive UTF-8 strings. Objects are kept by reference, never copied. The host makes one for
+/// each wizard, before the first page; pages also make their own through ObjectFactory::NewValueStore.
 class ValueStore : public HostObject {
  public:
-  // Adds under a new key; fails with 457 when the key is in use.
+  /// Adds under a new key; fails with 457 when the key is in use.
   virtual void Add(const std::string& key, Value value) = 0;
-  // The entry under the key; fails with 5 when there is none.
+  /// The entry under the key; fails with 5 when there is none.
   [[nodiscard]] virtual std::shared_ptr<StoreEntry> Item(const std::string& key) = 0;
-  // The value under the key, else `fallback`; never fails for an absent key.
+  /// The value under the key, else `fallback`; never fails for an absent key.
   [[nodiscard]] virtual Value GetValue(const std::string& key, const Value& fallback) = 0;
-  // Stores, replacing any earlier value.
+  /// Stores, replacing any earlier value.
   virtual void SetItem(const std::string& key, Value value) = 0;
+  /// Whether a value is stored under the key, be it a missing value or an empty reference.
   [[nodiscard]] virtual bool Exists(const std::string& key) = 0;
 };
 
-// Keys used by the pages.
+/// Keys used by the pages.
 namespace store_key {
-inline const std::string kAutoTask = "AutoTask";                    // AutoTask: put there by the host
-inline const std::string kDataObject = "DataObject";                // DataObject, possibly nothing
-inline const std::string kDataObjects = "DataObjects";              // DataObjectCollection, possibly nothing
-inline const std::string kDesignerObjects = "DesignerObjects";      // ObjectCollection
-inline const std::string kDailyRecurrence = "DailyRecurrence";      // DailyPattern: the daily page's entries
-inline const std::string kWeeklyRecurrence = "WeeklyRecurrence";    // WeeklyPattern
-inline const std::string kMonthlyRecurrence = "MonthlyRecurrence";  // MonthlyPattern
-inline const std::string kYearlyRecurrence = "YearlyRecurrence";    // YearlyPattern
-// bool, absent counts as true: whether tasks may be given to the automation manager
+/// AutoTask: put there by the host before the first page; the only entry that every page needs.
+inline const std::string kAutoTask = "AutoTask";
+/// DataObject, possibly nothing: written by Details, read by Actions.
+inline const std::string kDataObject = "DataObject";
+/// DataObjectCollection, possibly nothing: by the host, or by the first page that has loaded it.
+inline const std::string kDataObjects = "DataObjects";
+/// ObjectCollection: by the host, or by Actions.
+inline const std::string kDesignerObjects = "DesignerObjects";
+/// @{
+/// DailyPattern and so on: the entries of each pattern page while the wizard runs, written by that page
+/// alone.
+inline const std::string kDailyRecurrence = "DailyRecurrence";
+inline const std::string kWeeklyRecurrence = "WeeklyRecurrence";
+inline const std::string kMonthlyRecurrence = "MonthlyRecurrence";
+inline const std::string kYearlyRecurrence = "YearlyRecurrence";
+/// @}
+/// bool, absent counts as true, by the host: whether tasks may be given to the automation manager.
 inline const std::string kAllowAutomationManager = "AllowAutomationManager";
-// bools, absent counts as false: the task is being imported; the user may create shared tasks, personal ones
+/// bool, absent counts as false, by the host: the task is being imported; Details ends the wizard.
 inline const std::string kImporting = "Importing";
+/// @{
+/// bool, absent counts as false, by the host: the user may create shared tasks, or personal ones.
 inline const std::string kCreateGroup = "CreateGroup";
 inline const std::string kCreatePersonal = "CreatePersonal";
-inline const std::string kPersonalTask = "PersonalTask";  // bool: what the user chose for a new task
+/// @}
+/// bool: what the user chose for a new task; by Details.
+inline const std::string kPersonalTask = "PersonalTask";
 }  // namespace store_key
 
 }  // namespace plovix

@@ -4,7 +4,8 @@
     tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
 
 - a language table is JSON, and no number is given twice;
-- the component includes the standard library and its own rooms, nothing else that is installed;
+- the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
+  installed;
 - no source reaches another room by a path of its own instead of through the room's target.
 It also prints how much of the code is test code.
 """
@@ -13,10 +14,11 @@ import re
 import sys
 from pathlib import Path
 
-COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/")
-NOT_PRODUCT = ("tests/", "benchmarks/", "examples/")
+COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
+TEST_CODE = ("tests/", "fuzz/")
+NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
-STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
+STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
 
 
 def each_once(pairs):
@@ -49,7 +51,7 @@ def main(names):
     for problem in problems:
         print(problem, file=sys.stderr)
     lines = {name: text.count("\n") for name, text in texts.items() if name.endswith((".h", ".cpp"))}
-    tests = sum(count for name, count in lines.items() if name.startswith("tests/"))
+    tests = sum(count for name, count in lines.items() if name.startswith(TEST_CODE))
     product = sum(count for name, count in lines.items() if not name.startswith(NOT_PRODUCT))
     share = 100 * tests / product if product else 0
     print(f"{product} lines of product code, {tests} of test code: {share:.0f} %")

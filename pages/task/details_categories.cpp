@@ -106,7 +106,7 @@ Outcome Details::ShowCategoryInfo() {
     std::string text;
     if (count == 1) run([&] { text = Application()->Language()->TagText(tag, nullptr); });
     cboCategory.SetText(text);
-    if (TaggedTask && count == 1) CategoryTag = tag;
+    if (TaggedTask) CategoryTag = tag;  // none where the editor has emptied the list
   });
 }
 

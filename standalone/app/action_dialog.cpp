@@ -171,7 +171,7 @@ void ActionDialog::Browse(const Field& field) {
   dialog.setFileMode(field.info->type == ActionFieldType::kFolder ? QFileDialog::Directory
                                                                   : QFileDialog::AnyFile);
   dialog.setLabelText(QFileDialog::Accept, Text("button.ok"));
-  if (dialog.exec() == QDialog::Accepted) field.line->setText(dialog.selectedFiles().constFirst());
+  if (const QString path = ChoosePath(dialog); !path.isEmpty()) field.line->setText(path);
 }
 
 ActionRecord ActionDialog::Action() const {

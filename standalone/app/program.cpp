@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <QDir>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -94,6 +95,9 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   QTranslator translator;
   SpeakLanguage(application, texts, translator);
   qt::ApplyPalette(application, ChosenPalette(options));
+  // The names under which the package installs them.
+  QGuiApplication::setDesktopFileName(QStringLiteral("plovix"));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("plovix")));
   std::unique_ptr<ProgramHost> host;
   std::string problem;
   try {

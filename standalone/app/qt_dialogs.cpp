@@ -6,6 +6,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <vector>
@@ -169,6 +172,16 @@ std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts, const s
 bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
             QWidget* parent) {
   return Ask(*MakeWarningQuestion(texts, title, question, parent)) == message_box::kYes;
+}
+
+// The toolkit's own dialog leaves its lists without names.
+QString ChoosePath(QFileDialog& dialog) {
+  for (const QString part : {"lookIn", "fileType"}) {
+    auto* label = dialog.findChild<QLabel*>(part + "Label");
+    auto* list = dialog.findChild<QComboBox*>(part + "Combo");
+    if (label != nullptr && list != nullptr) label->setBuddy(list);
+  }
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
 WarningQuestion DiscardQuestion(const TextTable& texts) {

@@ -8,7 +8,9 @@
 #include <memory>
 
 class QDialog;
+class QFileDialog;
 class QMessageBox;
+class QString;
 class QWidget;
 
 namespace plovix::app {
@@ -61,6 +63,9 @@ struct WarningQuestion {
                                                                QWidget* parent);
 [[nodiscard]] bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
                           QWidget* parent);
+// Lets the user choose a file or a folder. The path; empty when they cancelled.
+[[nodiscard]] QString ChoosePath(QFileDialog& dialog);
+
 // Asked before entered things are thrown away.
 [[nodiscard]] WarningQuestion DiscardQuestion(const TextTable& texts);
 

@@ -47,6 +47,7 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
   heading->setTextFormat(Qt::PlainText);
   heading->setWordWrap(true);
   Rows()->addWidget(heading);
+  rows_->setAccessibleName(heading->text());
   Rows()->addWidget(rows_, 2);
   BuildText();
   if (!path_.empty()) {
@@ -81,12 +82,13 @@ void QueryBuilderDialog::BuildText() {
   Rows()->addWidget(notice_);
 }
 
-// Rows made anew would otherwise come behind the buttons.
+// Rows made anew would otherwise come behind the buttons. The box of these is the stop: left behind its last
+// button, it would lead back to the first, and the Tab key would never get out.
 void QueryBuilderDialog::ChainTabStops() {
   std::vector<QWidget*> stops = rows_->TabStops();
   stops.push_back(text_);
   if (preview_ != nullptr) stops.push_back(preview_->TabStop());
-  for (QAbstractButton* button : findChild<QDialogButtonBox*>()->buttons()) stops.push_back(button);
+  stops.push_back(findChild<QDialogButtonBox*>());
   for (std::size_t i = 1; i < stops.size(); ++i) setTabOrder(stops[i - 1], stops[i]);
 }
 

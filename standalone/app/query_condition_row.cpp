@@ -1,5 +1,7 @@
 #include "query_condition_row.h"
 
+#include <plovix/surfaces/qt/accessibility.h>
+
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -211,10 +213,10 @@ Condition QueryConditionRow::Value() const {
 
 void QueryConditionRow::SetNumber(int number) {
   const std::vector<std::string> parameter{std::to_string(number)};
-  field_->setAccessibleName(Text("query.name.field", parameter));
-  comparison_->setAccessibleName(Text("query.name.comparison", parameter));
+  qt::NameComboBox(*field_, Text("query.name.field", parameter));
+  qt::NameComboBox(*comparison_, Text("query.name.comparison", parameter));
   value_->setAccessibleName(Text("query.name.value", parameter));
-  yes_no_->setAccessibleName(value_->accessibleName());
+  qt::NameComboBox(*yes_no_, value_->accessibleName());
   remove_->setAccessibleName(Text("query.name.remove", parameter));
 }
 

@@ -1,5 +1,7 @@
 #include "query_group_widget.h"
 
+#include <plovix/surfaces/qt/accessibility.h>
+
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -25,6 +27,7 @@ QueryGroupWidget::QueryGroupWidget(const TextTable& texts, QueryFields& fields, 
                                    bool boxed)
     : texts_(texts), fields_(fields), column_(new QVBoxLayout(this)) {
   if (boxed) {
+    qt::AnnounceAs(*this, QAccessible::Grouping);
     setFrameShape(QFrame::StyledPanel);
     BuildHeader(group.inner);
   } else {
@@ -86,9 +89,9 @@ Group QueryGroupWidget::Value() const {
 
 void QueryGroupWidget::SetNumber(int number) {
   const std::vector<std::string> parameter{std::to_string(number)};
-  setAccessibleName(ToQt(texts_.Host("query.name.group", parameter)));
   if (join_ == nullptr) return;
-  join_->setAccessibleName(accessibleName());
+  setAccessibleName(ToQt(texts_.Host("query.name.group", parameter)));
+  qt::NameComboBox(*join_, accessibleName());
   add_->setAccessibleName(ToQt(texts_.Host("query.name.addToGroup", parameter)));
   remove_->setAccessibleName(ToQt(texts_.Host("query.name.removeGroup", parameter)));
 }

@@ -1,6 +1,7 @@
 #include "query_rows_widget.h"
 
 #include <plovix/standalone/query/query_reader.h>
+#include <plovix/surfaces/qt/accessibility.h>
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -29,6 +30,7 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
       area_(new QScrollArea),
       add_condition_(new QPushButton(ToQt(texts.Host("query.add")))),
       add_group_(new QPushButton(ToQt(texts.Host("query.addGroup")))) {
+  qt::AnnounceAs(*this, QAccessible::Grouping);
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins({});
   BuildChoice();
@@ -49,13 +51,13 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
 
 void QueryRowsWidget::BuildChoice() {
   auto* line = new QHBoxLayout;
-  join_->setAccessibleName(ToQt(texts_.Host("query.name.join")));
   line->addWidget(matching_);
   line->addWidget(join_);
   line->addStretch();
   auto* rows = static_cast<QVBoxLayout*>(layout());
   rows->addWidget(all_);
   rows->addLayout(line);
+  qt::NameComboBox(*join_, ToQt(texts_.Host("query.name.join")));
   connect(all_, &QRadioButton::clicked, this, [this] { Choose(true); });
   connect(matching_, &QRadioButton::clicked, this, [this] { Choose(false); });
   connect(join_, &QComboBox::currentIndexChanged, this, [this] { Edited(); });

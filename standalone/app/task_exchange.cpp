@@ -10,6 +10,7 @@
 #include <QSaveFile>
 
 #include "import_report_dialog.h"
+#include "qt_dialogs.h"
 #include "qt_text.h"
 
 namespace plovix::app {
@@ -45,11 +46,6 @@ std::string Bytes(const AppParts& parts, const QString& path) {
 QString NameFilters(const AppParts& parts) {
   return ToQt(parts.Text("exchange.taskFiles")) + " (*." + kEnding + ");;" +
          ToQt(parts.Text("exchange.allFiles")) + " (*)";
-}
-
-// The path chosen; empty when the user cancelled.
-QString Choose(QFileDialog& dialog) {
-  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
 }  // namespace
@@ -91,7 +87,7 @@ void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) 
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(kEnding);
   dialog.selectFile(SuggestedFileName(parts, task));
-  const QString path = Choose(dialog);
+  const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return;
   DoOrTell(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
 }
@@ -99,7 +95,7 @@ void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) 
 std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
   QFileDialog dialog(parent, ToQt(parts.Text("exchange.importTitle")), {}, NameFilters(parts));
   dialog.setFileMode(QFileDialog::ExistingFile);
-  const QString path = Choose(dialog);
+  const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
   if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))

@@ -2,6 +2,7 @@
 
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/model/host_user.h>
+#include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QBoxLayout>
@@ -33,6 +34,7 @@ constexpr int kLinesHigh = 30;
 
 TaskListWindow::TaskListWindow(const AppParts& parts)
     : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
+  qt::AnnounceAs(*this, QAccessible::Window);
   setWindowTitle(ToQt(parts_.Text("list.title")));
   new QVBoxLayout(this);
   BuildFilter();

@@ -1,6 +1,7 @@
 #include "wizard_window.h"
 
 #include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QAccessible>
@@ -30,9 +31,10 @@ std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
   return std::make_shared<VeloActionList>();
 }
 
-QFrame* NewRule() {
+QFrame* NewRule(QFrame::Shape shape = QFrame::HLine) {
   auto* rule = new QFrame;
-  rule->setFrameShape(QFrame::HLine);
+  qt::AnnounceAs(*rule, QAccessible::Separator);
+  rule->setFrameShape(shape);
   rule->setFrameShadow(QFrame::Sunken);
   return rule;
 }
@@ -75,12 +77,9 @@ void WizardWindow::BuildHeader() {
 
 // To the right of the page; the last stop of the Tab key.
 void WizardWindow::BuildSummary() {
-  auto* rule = new QFrame;
-  rule->setFrameShape(QFrame::VLine);
-  rule->setFrameShadow(QFrame::Sunken);
   summary_ = new SummaryPanel(parts_, this);
   summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
-  page_place_->addWidget(rule);
+  page_place_->addWidget(NewRule(QFrame::VLine));
   page_place_->addWidget(summary_);
 }
 
@@ -165,16 +164,15 @@ void WizardWindow::PageShown() {
   title_->setText(ToQt(wizard_.Title()));
   description_->setText(ToQt(wizard_.Description()));
   ButtonsChanged();
-  page_->FocusFirst();
   Announce();
+  page_->FocusFirst();
 }
 
-// Assistive technology reads a changed window title, the group that the focus has entered, and an alert.
+// Assistive technology reads a changed window title, an alert, and the heading of the page as the focus
+// enters it.
 void WizardWindow::Announce() {
-  const QString heading = page_->Heading();
-  setWindowTitle(ToQt(parts_.Text("wizard.windowTitle", {FromQt(heading), wizard_.Title()})));
-  page_->setAccessibleName(heading);
-  page_->setAccessibleDescription(ToQt(wizard_.Description()));
+  setWindowTitle(ToQt(parts_.Text("wizard.windowTitle", {FromQt(page_->Heading()), wizard_.Title()})));
+  setAccessibleDescription(ToQt(wizard_.Description()));
   QAccessibleEvent event(page_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
 }

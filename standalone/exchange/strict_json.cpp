@@ -105,7 +105,8 @@ class Builder final : public nlohmann::json_sax<Json> {
 }  // namespace
 
 std::string MemberPlace(const std::string& parent, std::string_view name) {
-  return parent.empty() ? std::string(name) : parent + "." + std::string(name);
+  const std::string member(name.empty() ? R"("")" : name);
+  return parent.empty() ? member : parent + "." + member;
 }
 
 std::string ItemPlace(const std::string& parent, std::size_t index) {

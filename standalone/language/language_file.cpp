@@ -8,36 +8,59 @@
 namespace plovix {
 namespace {
 
+using Json = nlohmann::json;
+
 [[noreturn]] void Refuse(const std::string& source, const std::string& problem) {
   throw Failure(failure_number::kInvalidCall, source + ": " + problem);
 }
 
+// A member of the file or of one of its objects.
+const Json& Member(const Json& object, const std::string& name, Json::value_t type,
+                   const std::string& source) {
+  const auto found = object.find(name);
+  if (found == object.end()) Refuse(source, "\"" + name + "\" is missing");
+  const bool is_object = type == Json::value_t::object;
+  if (found->type() != type)
+    Refuse(source, "\"" + name + "\" must be " + (is_object ? "an object" : "a text"));
+  return *found;
+}
+
+const Json& Object(const Json& file, const std::string& name, const std::string& source) {
+  return Member(file, name, Json::value_t::object, source);
+}
+
+std::string Text(const Json& object, const std::string& name, const std::string& source) {
+  return Member(object, name, Json::value_t::string, source).get<std::string>();
+}
+
 int TextId(const std::string& key, const std::string& source) {
   int id = 0;
-  const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), id);
-  if (error != std::errc{} || end != key.data() + key.size())
-    Refuse(source, "\"" + key + "\" is not a text number");
+  std::from_chars(key.data(), key.data() + key.size(), id);
+  // A number has one way to be written, so that none is given twice.
+  if (std::to_string(id) != key) Refuse(source, "\"" + key + "\" is not a text number");
   return id;
 }
 
 }  // namespace
 
 TextTable ParseLanguage(std::string_view json, const std::string& source) {
-  TextTable table;
+  Json file;
   try {
-    const auto file = nlohmann::json::parse(json);
-    table.code = file.at("language").get<std::string>();
-    table.name = file.at("name").get<std::string>();
-    const auto direction = file.at("direction").get<std::string>();
-    if (direction != "ltr" && direction != "rtl") Refuse(source, R"("direction" must be "ltr" or "rtl")");
-    table.right_to_left = direction == "rtl";
-    for (const auto& [key, text] : file.at("pages").items()) {
-      table.page_texts[TextId(key, source)] = text.get<std::string>();
-    }
-    for (const auto& [key, text] : file.at("host").items()) table.host_texts[key] = text.get<std::string>();
-  } catch (const nlohmann::json::exception& error) {
+    file = Json::parse(json);
+  } catch (const Json::exception& error) {
     Refuse(source, error.what());
   }
+  TextTable table;
+  table.code = Text(file, "language", source);
+  table.name = Text(file, "name", source);
+  const std::string direction = Text(file, "direction", source);
+  if (direction != "ltr" && direction != "rtl") Refuse(source, R"("direction" must be "ltr" or "rtl")");
+  table.right_to_left = direction == "rtl";
+  const Json& pages = Object(file, "pages", source);
+  for (const auto& [key, text] : pages.items())
+    table.page_texts[TextId(key, source)] = Text(pages, key, source);
+  const Json& host = Object(file, "host", source);
+  for (const auto& [key, text] : host.items()) table.host_texts[key] = Text(host, key, source);
   return table;
 }
 

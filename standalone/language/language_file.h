@@ -1,4 +1,5 @@
-// Language tables from JSON files.
+/// @file
+/// Language tables from JSON files.
 #pragma once
 
 #include <plovix/standalone/model/text_table.h>
@@ -8,10 +9,10 @@
 
 namespace plovix {
 
-// Reads a language file:
-//   { "language": "en", "name": "English", "direction": "ltr",
-//     "pages": { "4": "text", ... }, "host": { "list.new": "text", ... } }
-// Fails with a message that names `source` and the place when the text is no such file.
+/// Reads a language file:
+///   { "language": "en", "name": "English", "direction": "ltr",
+///     "pages": { "4": "text", ... }, "host": { "list.new": "text", ... } }
+/// Fails with a message that names `source` and the place when the text is no such file.
 [[nodiscard]] TextTable ParseLanguage(std::string_view json, const std::string& source);
 
 }  // namespace plovix

@@ -1,4 +1,5 @@
-// The languages the program carries, and the choice of one.
+/// @file
+/// The languages the program carries, and the choice of one.
 #pragma once
 
 #include <plovix/standalone/model/text_table.h>
@@ -10,15 +11,16 @@
 
 namespace plovix {
 
-// Language files by code ("en"), as text.
+/// Language files by code ("en"), as text.
 [[nodiscard]] const std::map<std::string, std::string_view>& EmbeddedLanguages();
+/// The codes alone, sorted: "en", "fr".
 [[nodiscard]] std::vector<std::string> LanguageCodes();
 
-// The table for what a user asked for: "ids", the path of a language file (it ends in ".json"), or a code.
-// Fails with a message that lists the known codes.
+/// The table for what a user asked for: "ids", the path of a language file (it ends in ".json"), or a code.
+/// Fails with a message that lists the known codes.
 [[nodiscard]] TextTable LoadLanguage(const std::string& wanted);
 
-// The first of the user's languages ("fr-CA", "en_GB") that the program carries, else English.
+/// The first of the user's languages ("fr-CA", "en_GB") that the program carries, else English.
 [[nodiscard]] TextTable LoadPreferredLanguage(const std::vector<std::string>& preferred);
 
 }  // namespace plovix

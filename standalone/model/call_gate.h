@@ -1,5 +1,6 @@
-// The gate that every call of a page to an object of the stand-alone host passes. An observer can count
-// the calls or make one fail: it serves the script surface's "fail" and the tests' fault sweep.
+/// @file
+/// The gate that every call of a page to an object of the stand-alone host passes. An observer can count
+/// the calls or make one fail: it serves the script surface's "fail" and the tests' fault sweep.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 
 namespace plovix {
 
-// Every gated member, "Interface.Member".
+/// Every gated member, "Interface.Member".
 inline constexpr auto kHostMembers = std::to_array<std::string_view>({
     "ActionList.Count",
     "ActionList.Item",
@@ -194,28 +195,32 @@ inline constexpr auto kHostMembers = std::to_array<std::string_view>({
     "WizardHost.MoveNext",
 });
 
-// A member's name that is known to stand in the list: any other literal does not compile.
+/// A member's name that is known to stand in the list: any other literal does not compile.
 class HostMember {
  public:
+  /// Does not compile for a name that is not listed.
   consteval HostMember(const char* name) : name_(name) {  // NOLINT(*-explicit-*)
     if (std::ranges::find(kHostMembers, name_) == kHostMembers.end()) throw "an unlisted host member";
   }
+  /// As it is listed.
   [[nodiscard]] constexpr std::string_view Name() const { return name_; }
 
  private:
   std::string_view name_;
 };
 
+/// Sees every call of a page to the host's objects.
 class CallObserver {
  public:
   virtual ~CallObserver() = default;
-  // Called before the member does anything; throwing makes the call fail.
+  /// Called before the member does anything; throwing makes the call fail.
   virtual void HostCalled(std::string_view member) = 0;
 };
 
-// Hangs an observer on this thread's gate for as long as it lives; the former one comes back after it.
+/// Hangs an observer on this thread's gate for as long as it lives; the former one comes back after it.
 class ObserveCalls {
  public:
+  /// `observer` outlives this object.
   explicit ObserveCalls(CallObserver& observer);
   ~ObserveCalls();
   ObserveCalls(const ObserveCalls&) = delete;
@@ -225,7 +230,7 @@ class ObserveCalls {
   CallObserver* former_;
 };
 
-// First line of every gated member.
+/// First line of every gated member.
 void Called(HostMember member);
 
 }  // namespace plovix

@@ -1,5 +1,6 @@
-// The text of the Category column: a task's category list. Used by the storage and by whoever reads the
-// column of many tasks.
+/// @file
+/// The text of the Category column: a task's category list. Used by the storage and by whoever reads the
+/// column of many tasks.
 #pragma once
 
 #include <string>
@@ -10,10 +11,10 @@
 
 namespace plovix {
 
-// A JSON array of {"tag": text, "public": bool}; the empty text when there are no categories.
+/// A JSON array of {"tag": text, "public": bool}; the empty text when there are no categories.
 [[nodiscard]] std::string EncodeCategories(const std::vector<CategoryRecord>& categories);
-// Reads such an array. Any other text that is not empty is one public category of that name: the column
-// held a plain name before it held arrays.
+/// Reads such an array. Any other text that is not empty is one public category of that name: the column
+/// held a plain name before it held arrays.
 [[nodiscard]] std::vector<CategoryRecord> DecodeCategories(std::string_view column);
 
 }  // namespace plovix

@@ -1,4 +1,5 @@
-// The dialogs of the stand-alone host, one implementation per surface: windows, or a script's answers.
+/// @file
+/// The dialogs of the stand-alone host, one implementation per surface: windows, or a script's answers.
 #pragma once
 
 #include <plovix/host/error_reporter.h>
@@ -12,28 +13,34 @@
 
 namespace plovix {
 
+/// The arguments of ErrorReporter::Report.
 struct FailureReport {
+  /// @{
+  /// As there.
   int number = 0;
   std::string description, module, page, procedure;
   int line = 0;
+  /// @}
 };
 
-// Every member is modal: it returns when the user has answered.
+/// Every member is modal: it returns when the user has answered.
 class HostDialogs {
  public:
   virtual ~HostDialogs() = default;
-  // `buttons` is one of the five values of message_box; gives back one of its answers.
+  /// `buttons` is one of the five values of message_box; gives back one of its answers.
   virtual int MessageBox(const std::string& prompt, int buttons, const std::string& title) = 0;
+  /// Tells of a failure; any answer goes.
   virtual ReportAction Report(const FailureReport& report) = 0;
-  // Here and below: what was chosen, edited or built; nothing when the user cancelled.
-  // `choices`: tags to offer first; may be empty.
+  /// Here and below: what was chosen, edited or built; nothing when the user cancelled. `choices`: tags to
+  /// offer first; may be empty.
   virtual std::optional<std::string> EditTag(const std::string& tag,
                                              const std::vector<std::string>& choices) = 0;
-  // `known`: the categories in use, as tags where the texts are tags, else as texts.
+  /// `known`: the categories in use, as tags where the texts are tags, else as texts.
   virtual std::optional<std::vector<CategoryRecord>> EditCategories(
       const std::vector<CategoryRecord>& categories, bool tagged, const std::vector<std::string>& known) = 0;
+  /// `text`: any text, since it may have been typed.
   virtual std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) = 0;
-  // `permissions`: nothing where the task has no set yet.
+  /// `permissions`: nothing where the task has no set yet.
   virtual std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
                                                        const std::string& title) = 0;
 };

@@ -326,9 +326,13 @@ std::shared_ptr<DataObjectObject> HostState::MakeDataObject(DataObjectRecord rec
   return std::make_shared<DataObjectObject>(handles, std::move(record));
 }
 
+ServicesProvider ProviderOf(HostState& state) {
+  return {[&state] { return std::make_shared<ServicesObject>(state); },
+          [&state] { return std::make_shared<UtilitiesObject>(state); }};
+}
+
 void InstallHost(HostState& state) {
-  InstallServices({[&state] { return std::make_shared<ServicesObject>(state); },
-                   [&state] { return std::make_shared<UtilitiesObject>(state); }});
+  InstallServices(ProviderOf(state));
 }
 
 std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {

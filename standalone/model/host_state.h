@@ -1,4 +1,5 @@
-// What the stand-alone host knows, and the services objects made from it.
+/// @file
+/// What the stand-alone host knows, and the services objects made from it.
 #pragma once
 
 #include <plovix/host/services.h>
@@ -19,46 +20,56 @@
 
 namespace plovix {
 
-// Plain state; whoever owns it may change it between calls. It must outlive the installation.
+/// Plain state; whoever owns it may change it between calls. It must outlive the installation and all objects
+/// made from it.
 struct HostState {
-  HostDialogs* dialogs = nullptr;  // not owned, never nothing once installed
-  TextTable texts;
-  std::map<std::string, std::string> tag_texts;                             // in the current language
-  std::map<int, bool> rights;                                               // a right not named here is held
-  std::shared_ptr<DataSource> data = std::make_shared<MemoryDataSource>();  // never nothing
+  HostDialogs* dialogs = nullptr;                ///< not owned, never nothing once installed
+  TextTable texts;                               ///< of the current language
+  std::map<std::string, std::string> tag_texts;  ///< by tag, in the current language
+  std::map<int, bool> rights;                    ///< by number; a right not named here is held
+  std::shared_ptr<DataSource> data = std::make_shared<MemoryDataSource>();  ///< never nothing
+  /// of the data objects that pages know
   std::shared_ptr<HandleTable> handles = std::make_shared<HandleTable>();
-  // Opens a query on the stored tasks; there are none when empty.
+  /// Opens a query on the stored tasks; there are none when empty.
   std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows;
-  // Whether the session may do with the data object, or in general with nullptr, what the key says;
-  // everything when empty.
+  /// Whether the session may do with the data object, or in general with nullptr, what the key says;
+  /// everything when empty.
   std::function<bool(std::string_view key, const DataObjectRecord* object)> has_permission;
-  // Told of a tag that was filed for a typed text.
+  /// Told of a tag that was filed for a typed text.
   std::function<void(const std::string& tag, const std::string& text)> tag_filed;
-  std::string title = "Plovix";
-  std::string path;                 // the application's folder
-  std::string user_id, session_id;  // the current user's id, the session's own account id
-  std::string decimal_separator = ".";
-  bool language_tag_mode = false;
-  std::optional<bool> marker_file;  // overrides the marker file's presence
-  std::function<DateTime()> clock;  // local time; the machine's when empty
+  std::string title = "Plovix";  ///< of message boxes
+  std::string path;              ///< HostApplication::Path
+  /// @{
+  /// The current user's id and the session's own account id: alike where nobody sits in front of it.
+  std::string user_id, session_id;
+  /// @}
+  std::string decimal_separator = ".";  ///< HostApplication::DecimalSeparator
+  bool language_tag_mode = false;       ///< HostApplication::LanguageTagMode
+  std::optional<bool> marker_file;      ///< overrides the marker file's presence
+  std::function<DateTime()> clock;      ///< local time; the machine's when empty
 
+  /// What the clock says.
   [[nodiscard]] DateTime Now() const;
-  // A tag without a text of its own is its own text.
+  /// A tag without a text of its own is its own text.
   [[nodiscard]] std::string TagText(const std::string& tag) const;
-  // The tag under which a text that was typed for `tag` is filed: one that carries it already, else the text
-  // itself, else a new one.
+  /// The tag under which a text that was typed for `tag` is filed: one that carries it already, else the text
+  /// itself, else a new one.
   [[nodiscard]] std::string TagForText(const std::string& tag, const std::string& text);
+  /// An object for the pages.
   [[nodiscard]] std::shared_ptr<DataObjectObject> MakeDataObject(DataObjectRecord record) const;
 };
 
-// Installs services objects on `state`, for every thread.
+/// Makes services objects on `state`.
+[[nodiscard]] ServicesProvider ProviderOf(HostState& state);
+/// Installs services objects on `state`, for every thread; the state itself belongs to one thread.
+/// InstallServices({}) takes them away.
 void InstallHost(HostState& state);
 
-// A task object whose tags are read in the state's language.
+/// A task object whose tags are read in the state's language.
 [[nodiscard]] std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record);
 
-// The number that a tag "Lng=NN;" names, read without regard to case and with or without its semicolon;
-// nothing for any other tag.
+/// The number that a tag "Lng=NN;" names, read without regard to case and with or without its semicolon;
+/// nothing for any other tag.
 [[nodiscard]] std::optional<int> TextNumber(std::string_view tag);
 
 }  // namespace plovix

@@ -8,6 +8,10 @@
 namespace plovix {
 namespace {
 
+// Years beyond these would be taken for others, and so for some between 0 and 9999.
+constexpr std::chrono::local_days kFirstDay{std::chrono::year::min() / 1 / 1},
+    kLastDay{std::chrono::year::max() / 12 / 31};
+
 constexpr std::string_view kMidnight = "T00:00:00";
 
 bool HasForm(std::string_view text, std::string_view form) {
@@ -20,6 +24,7 @@ bool HasForm(std::string_view text, std::string_view form) {
 
 std::string IsoDateTime(DateTime value) {
   using namespace std::chrono;
+  value = std::clamp(value, DateTime(kFirstDay), DateTime(kLastDay));
   const auto midnight = floor<days>(value);
   const year_month_day date(midnight);
   const hh_mm_ss time(value - midnight);
@@ -32,7 +37,7 @@ std::string IsoDateTime(DateTime value) {
 }
 
 std::string IsoDate(std::chrono::local_days day) {
-  const std::string text = IsoDateTime(day);
+  const std::string text = IsoDateTime(std::clamp(day, kFirstDay, kLastDay));
   return text.substr(0, text.find('T'));
 }
 

@@ -1,5 +1,6 @@
-// Texts that may hold any bytes, as JSON strings, which may hold only UTF-8. Used by the columns that
-// are JSON.
+/// @file
+/// Texts that may hold any bytes, as JSON strings, which may hold only UTF-8. Used by the columns that
+/// are JSON.
 #pragma once
 
 #include <string>
@@ -7,13 +8,13 @@
 
 namespace plovix {
 
-// Gives back UTF-8 as it is. A byte that is no part of well-formed UTF-8 becomes U+10FFFF (which is no
-// character, so no real text holds it) and two hexadecimal digits; U+10FFFF itself is doubled.
+/// Gives back UTF-8 as it is. A byte that is no part of well-formed UTF-8 becomes U+10FFFF (which is no
+/// character, so no real text holds it) and two hexadecimal digits; U+10FFFF itself is doubled.
 [[nodiscard]] std::string ToJsonText(std::string_view text);
-// The text that ToJsonText made `json_text` from.
+/// The text that ToJsonText made `json_text` from.
 [[nodiscard]] std::string FromJsonText(std::string_view json_text);
 
-// Whether `text` is its own JSON text, and JSON writes it between its quotes without an escape.
+/// Whether `text` is its own JSON text, and JSON writes it between its quotes without an escape.
 [[nodiscard]] bool IsPlainJsonText(std::string_view text);
 
 }  // namespace plovix

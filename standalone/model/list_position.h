@@ -1,4 +1,5 @@
-// Positions in the lists that pages count from 1.
+/// @file
+/// Positions in the lists that pages count from 1.
 #pragma once
 
 #include <plovix/controls/failure.h>
@@ -8,7 +9,7 @@
 
 namespace plovix {
 
-// `index` counted from 0; fails with 9 outside 1 .. count.
+/// `index` counted from 0; fails with 9 outside 1 .. count.
 [[nodiscard]] inline std::size_t ListPosition(std::int32_t index, std::size_t count) {
   if (index < 1 || static_cast<std::size_t>(index) > count) {
     throw Failure(failure_number::kSubscriptOutOfRange, "Subscript out of range");

@@ -1,4 +1,5 @@
-// Data objects held in memory, for scripts and tests.
+/// @file
+/// Data objects held in memory, for scripts and tests.
 #pragma once
 
 #include <algorithm>
@@ -8,11 +9,13 @@
 
 namespace plovix {
 
+/// Offers what its owner puts into it.
 class MemoryDataSource final : public DataSource {
  public:
+  /// A data object with its fields.
   struct Entry {
-    DataObjectRecord record;
-    std::vector<FieldRecord> fields;
+    DataObjectRecord record;          ///< the data object
+    std::vector<FieldRecord> fields;  ///< in the order of their declaration
   };
 
   [[nodiscard]] std::vector<DataObjectRecord> List() override {
@@ -30,7 +33,7 @@ class MemoryDataSource final : public DataSource {
     return found != nullptr ? found->fields : std::vector<FieldRecord>();
   }
 
-  std::vector<Entry> entries;
+  std::vector<Entry> entries;  ///< in the order in which they are offered
 
  private:
   [[nodiscard]] const Entry* Lookup(std::string_view name) const {

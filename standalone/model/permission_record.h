@@ -1,4 +1,5 @@
-// Who may do what with a task, as plain values: what a task's permission set holds and its editor edits.
+/// @file
+/// Who may do what with a task, as plain values: what a task's permission set holds and its editor edits.
 #pragma once
 
 #include <string>
@@ -6,16 +7,19 @@
 
 namespace plovix {
 
-// One line of a permission set.
+/// One line of a permission set.
 struct PermissionRecord {
-  std::string subject;    // the id of a user, or the name of a group
-  bool is_group = false;  // which of the two
+  std::string subject;    ///< the id of a user, or the name of a group
+  bool is_group = false;  ///< which of the two
+  /// @{
+  /// What the line grants.
   bool view = false, run = false, edit = false, erase = false;
+  /// @}
   bool operator==(const PermissionRecord&) const = default;
 };
 
-// A subject stands in it once. Users get what their own line and those of their groups grant together;
-// nobody else gets anything, administrators excepted.
+/// A subject stands in it once. Users get what their own line and those of their groups grant together;
+/// nobody else gets anything, administrators excepted.
 using PermissionSet = std::vector<PermissionRecord>;
 
 }  // namespace plovix

@@ -1,4 +1,5 @@
-// When a task runs, as plain values: what is stored, compared, copied, and expanded by the schedule engine.
+/// @file
+/// When a task runs, as plain values: what is stored, compared, copied, and expanded by the schedule engine.
 #pragma once
 
 #include <plovix/host/recurrence.h>
@@ -10,54 +11,58 @@
 
 namespace plovix {
 
-// In every record 0 means "not yet set" where the field is an interval, a day, a month or a day of the week;
-// pages and engine then take 1. Numbers are stored as they were given, whatever they are.
+/// In every record 0 means "not yet set" where the field is an interval, a day, a month or a day of the week;
+/// pages and engine then take 1. Numbers are stored as they were given, whatever they are.
 struct DailyRecord {
-  std::int32_t every_n_days = 0;
-  bool weekdays_only = false;
+  std::int32_t every_n_days = 0;  ///< interval in days
+  bool weekdays_only = false;     ///< Monday to Friday only
   bool operator==(const DailyRecord&) const = default;
 };
 
+/// Every N weeks on chosen days.
 struct WeeklyRecord {
-  std::int32_t every_n_weeks = 0;
-  std::array<bool, 7> days{};  // Sunday first
+  std::int32_t every_n_weeks = 0;  ///< interval in weeks
+  std::array<bool, 7> days{};      ///< Sunday first
   bool operator==(const WeeklyRecord&) const = default;
 };
 
-// The day in a month that both the monthly and the yearly record choose, in one of two ways.
+/// The day in a month that both the monthly and the yearly record choose, in one of two ways.
 struct DayChoice {
-  bool use_relative_day = false;
-  std::int32_t day_of_month = 0;          // 1 to 31; of the specific day
-  std::int32_t relative_week = 0;         // 0 to 4: first to fourth, last
-  std::int32_t relative_day_of_week = 0;  // 1 Sunday to 7 Saturday, 8 any day, 9 weekday, 10 weekend day
+  bool use_relative_day = false;          ///< false: day_of_month counts; true: the other two
+  std::int32_t day_of_month = 0;          ///< 1 to 31; of the specific day
+  std::int32_t relative_week = 0;         ///< 0 to 4: first to fourth, last
+  std::int32_t relative_day_of_week = 0;  ///< 1 Sunday to 7 Saturday, 8 any day, 9 weekday, 10 weekend day
   bool operator==(const DayChoice&) const = default;
 };
 
+/// Every N months on a day.
 struct MonthlyRecord {
-  std::int32_t every_n_months = 0;
-  DayChoice day;
+  std::int32_t every_n_months = 0;  ///< interval in months
+  DayChoice day;                    ///< of the month
   bool operator==(const MonthlyRecord&) const = default;
 };
 
+/// Once a year on a day of a month.
 struct YearlyRecord {
-  std::int32_t month = 0;  // 1 January to 12 December
-  DayChoice day;
+  std::int32_t month = 0;  ///< 1 January to 12 December
+  DayChoice day;           ///< of that month
   bool operator==(const YearlyRecord&) const = default;
 };
 
-// monostate: no pattern yet.
+/// monostate: no pattern yet.
 using PatternRecord = std::variant<std::monostate, DailyRecord, WeeklyRecord, MonthlyRecord, YearlyRecord>;
 
+/// A schedule.
 struct RecurrenceRecord {
   std::int32_t recurrence_type =
-      0;                       // recurrence_type; what the user chose, which `pattern` may not follow yet
-  std::int32_t time_kind = 0;  // time_kind
-  std::int32_t interval = 0;   // minutes or hours, as time_kind says
-  DateTime execution_time = kFirstExecutionTime;  // only its time of day counts
-  PatternRecord pattern;
+      0;                       ///< recurrence_type; what the user chose, which `pattern` may not follow yet
+  std::int32_t time_kind = 0;  ///< time_kind
+  std::int32_t interval = 0;   ///< minutes or hours, as time_kind says
+  DateTime execution_time = kFirstExecutionTime;  ///< only its time of day counts
+  PatternRecord pattern;                          ///< the one that was saved last
   bool operator==(const RecurrenceRecord&) const = default;
 
-  // What a new schedule offers: eight in the morning.
+  /// What a new schedule offers: eight in the morning.
   static constexpr DateTime kFirstExecutionTime = kZeroDate + std::chrono::hours{8};
 };
 

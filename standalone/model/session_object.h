@@ -1,4 +1,5 @@
-// The stand-alone host's objects behind the session and the task database.
+/// @file
+/// The stand-alone host's objects behind the session and the task database.
 #pragma once
 
 #include <plovix/host/database.h>
@@ -15,14 +16,18 @@ namespace plovix {
 
 struct HostState;
 
+/// A permission set that does not change; editing makes another one.
 class PermissionsObject final : public Permissions {
  public:
+  /// Takes the set over.
   explicit PermissionsObject(PermissionSet initial) : set(std::move(initial)) {}
-  const PermissionSet set;
+  const PermissionSet set;  ///< the host's own view, not gated
 };
 
+/// The session as HostState describes it.
 class SessionObject final : public Session {
  public:
+  /// `state` outlives the object.
   explicit SessionObject(HostState& state) : state_(state) {}
   [[nodiscard]] std::shared_ptr<SessionUser> CurrentUser() override;
   [[nodiscard]] std::string AccountId() override;
@@ -36,9 +41,10 @@ class SessionObject final : public Session {
   HostState& state_;
 };
 
+/// A pass over a RowCursor.
 class RecordsetObject final : public Recordset {
  public:
-  // Goes to the first row; nothing stands for no rows.
+  /// Goes to the first row; nothing stands for no rows.
   explicit RecordsetObject(std::unique_ptr<RowCursor> rows);
   [[nodiscard]] bool Bof() override;
   [[nodiscard]] bool Eof() override;
@@ -59,8 +65,10 @@ class RecordsetObject final : public Recordset {
   std::shared_ptr<Column> column_;  // asked for last
 };
 
+/// Opens what HostState::open_rows gives.
 class DatabaseObject final : public Database {
  public:
+  /// `state` outlives the object.
   explicit DatabaseObject(HostState& state);
   [[nodiscard]] std::shared_ptr<DatabaseConnection> Connection() override;
 

@@ -1,5 +1,6 @@
-// What a user may do with a stored task, and the rights that pages ask for by number. Used by the task list,
-// the wizard's host and the editors of users and permissions.
+/// @file
+/// What a user may do with a stored task, and the rights that pages ask for by number. Used by the task list,
+/// the wizard's host and the editors of users and permissions.
 #pragma once
 
 #include "account_record.h"
@@ -7,14 +8,20 @@
 
 namespace plovix {
 
-enum class TaskRight { kView, kRun, kEdit, kDelete };
+/// What can be done with a stored task.
+enum class TaskRight {
+  kView,   ///< see it in the list and open it
+  kRun,    ///< start it
+  kEdit,   ///< save it
+  kDelete  ///< delete it
+};
 
-// An administrator may do everything, a personal task's owner everything with it and nobody else anything.
-// A shared task without a permission set may be viewed and run by everybody, edited and deleted by those who
-// may create shared tasks; with one, a user may do what their own line and those of their groups grant.
+/// An administrator may do everything, a personal task's owner everything with it and nobody else anything.
+/// A shared task without a permission set may be viewed and run by everybody, edited and deleted by those who
+/// may create shared tasks; with one, a user may do what their own line and those of their groups grant.
 [[nodiscard]] bool May(const UserRecord& user, const TaskRecord& task, TaskRight right);
 
-// A number that stands for no right of the table belongs to administrators alone.
+/// A number that stands for no right of the table belongs to administrators alone.
 [[nodiscard]] bool HasRight(const UserRecord& user, int number);
 
 }  // namespace plovix

@@ -1,5 +1,6 @@
-// The plain fields of a task and of its parts by their documented names, one row for each. Whatever names
-// fields works on these tables: the script's members, the task file, columns.
+/// @file
+/// The plain fields of a task and of its parts by their documented names, one row for each. Whatever names
+/// fields works on these tables: the script's members, the task file, columns.
 #pragma once
 
 #include <array>
@@ -12,12 +13,14 @@
 
 namespace plovix {
 
+/// One row of the tables below.
 template <class Record, class Value>
 struct NamedField {
-  std::string_view name;
-  Value Record::*field;
+  std::string_view name;  ///< never changes: files hold it
+  Value Record::*field;   ///< where the value stands
 };
 
+/// What a task is called.
 inline constexpr std::tuple kTaskTextFields{
     NamedField{"RecordMode", &TaskRecord::record_mode},
     NamedField{"UsesLanguageTags", &TaskRecord::uses_language_tags},
@@ -28,6 +31,7 @@ inline constexpr std::tuple kTaskTextFields{
     NamedField{"ShortDescriptionTag", &TaskRecord::short_description_tag},
     NamedField{"DescriptionTag", &TaskRecord::description_tag},
 };
+/// What a task works on, and how.
 inline constexpr std::tuple kTaskSettingFields{
     NamedField{"DataObjectName", &TaskRecord::data_object_name},
     NamedField{"DataObjectCaption", &TaskRecord::data_object_caption},
@@ -39,16 +43,17 @@ inline constexpr std::tuple kTaskSettingFields{
     NamedField{"BaseDate", &TaskRecord::base_date},
     NamedField{"Query", &TaskRecord::query},
 };
-// What says something about the place where the task is stored and its users: it stays there.
+/// What says something about the place where the task is stored and its users: it stays there.
 inline constexpr std::tuple kTaskPlaceFields{
     NamedField{"Owner", &TaskRecord::owner},
     NamedField{"MayRun", &TaskRecord::may_run},
     NamedField{"MayEdit", &TaskRecord::may_edit},
     NamedField{"MayDelete", &TaskRecord::may_delete},
 };
-// Every plain field but what the storage gives by itself: id, version and time of change.
+/// Every plain field but what the storage gives by itself: id, version and time of change.
 inline constexpr auto kTaskFields = std::tuple_cat(kTaskTextFields, kTaskSettingFields, kTaskPlaceFields);
 
+/// Of a schedule, without its pattern.
 inline constexpr std::tuple kRecurrenceFields{
     NamedField{"RecurrenceType", &RecurrenceRecord::recurrence_type},
     NamedField{"TimeKind", &RecurrenceRecord::time_kind},
@@ -56,8 +61,8 @@ inline constexpr std::tuple kRecurrenceFields{
     NamedField{"ExecutionTime", &RecurrenceRecord::execution_time},
 };
 
-// The classes of patterns by name; no pattern is none of them. A class is stored as its place here, so places
-// never change.
+/// The classes of patterns by name; no pattern is none of them. A class is stored as its place here, so
+/// places never change.
 inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view, PatternRecord>>({
     {"DailyPattern", DailyRecord{}},
     {"WeeklyPattern", WeeklyRecord{}},
@@ -65,7 +70,7 @@ inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view
     {"YearlyPattern", YearlyRecord{}},
 });
 
-// Each belongs to one class of pattern; those of DayChoice to the monthly and the yearly one alike.
+/// Each belongs to one class of pattern; those of DayChoice to the monthly and the yearly one alike.
 inline constexpr std::tuple kPatternFields{
     NamedField{"EveryNDays", &DailyRecord::every_n_days},
     NamedField{"WeekdaysOnly", &DailyRecord::weekdays_only},
@@ -79,30 +84,32 @@ inline constexpr std::tuple kPatternFields{
     NamedField{"RelativeDayOfWeek", &DayChoice::relative_day_of_week},
 };
 
+/// Of a category.
 inline constexpr std::tuple kCategoryFields{
     NamedField{"Tag", &CategoryRecord::tag},
     NamedField{"Public", &CategoryRecord::is_public},
 };
-// Without the settings, whose keys are the kind's.
+/// Without the settings, whose keys are the kind's.
 inline constexpr std::tuple kActionFields{
     NamedField{"Name", &ActionRecord::name},
     NamedField{"Kind", &ActionRecord::kind},
     NamedField{"RecordModes", &ActionRecord::record_modes},
     NamedField{"Capabilities", &ActionRecord::capabilities},
 };
+/// Of one line of a permission set.
 inline constexpr std::tuple kPermissionFields{
     NamedField{"Subject", &PermissionRecord::subject}, NamedField{"Group", &PermissionRecord::is_group},
     NamedField{"View", &PermissionRecord::view},       NamedField{"Run", &PermissionRecord::run},
     NamedField{"Edit", &PermissionRecord::edit},       NamedField{"Delete", &PermissionRecord::erase},
 };
 
-// Calls visit(name, pointer to member) for each field of a table, in its order.
+/// Calls visit(name, pointer to member) for each field of a table, in its order.
 template <class Fields, class Visit>
 void ForEachField(const Fields& fields, Visit visit) {
   std::apply([&](const auto&... row) { (visit(row.name, row.field), ...); }, fields);
 }
 
-// Calls visit(pointer to member) for the field of that name; false when the table has none.
+/// Calls visit(pointer to member) for the field of that name; false when the table has none.
 template <class Fields, class Visit>
 [[nodiscard]] bool VisitField(const Fields& fields, std::string_view name, Visit visit) {
   const auto matches = [&](const auto& row) {
@@ -112,7 +119,7 @@ template <class Fields, class Visit>
   return std::apply([&](const auto&... row) { return (matches(row) || ...); }, fields);
 }
 
-// The value of a field of kPatternFields; nullptr when the pattern is of a class without the field.
+/// The value of a field of kPatternFields; nullptr when the pattern is of a class without the field.
 template <class Pattern, class Record, class Value>
 [[nodiscard]] auto* FieldIn(Pattern& pattern, Value Record::*field) {
   if constexpr (std::is_same_v<Record, DayChoice>) {

@@ -1,4 +1,5 @@
-// The stand-alone host's objects behind AutoTask, its lists and the shared store.
+/// @file
+/// The stand-alone host's objects behind AutoTask, its lists and the shared store.
 #pragma once
 
 #include <plovix/host/auto_task.h>
@@ -18,9 +19,12 @@ namespace plovix {
 
 struct HostState;
 
+/// An action over plain values.
 class ActionObject final : public Action {
  public:
+  /// Takes the values over; they do not change.
   explicit ActionObject(ActionRecord record) : record_(std::move(record)) {}
+  /// The host's own view, not gated.
   [[nodiscard]] const ActionRecord& Record() const noexcept { return record_; }
   [[nodiscard]] std::int32_t RecordModes() override;
   [[nodiscard]] std::int32_t Capabilities() override;
@@ -29,23 +33,26 @@ class ActionObject final : public Action {
   ActionRecord record_;
 };
 
+/// Actions over plain values; Item makes an object of each.
 class ActionListObject final : public ActionList {
  public:
+  /// Empty, or with these actions.
   explicit ActionListObject(std::vector<ActionRecord> initial = {}) : records(std::move(initial)) {}
   [[nodiscard]] std::int32_t Count() override;
   [[nodiscard]] std::shared_ptr<Action> Item(std::int32_t index) override;
   void Remove(std::int32_t index) override;
 
-  std::vector<ActionRecord> records;  // the host's own view, not gated
+  std::vector<ActionRecord> records;  ///< the host's own view, not gated
 };
 
+/// A task over plain values; made by MakeTask.
 class TaskObject final : public AutoTask {
  public:
-  // The texts of tags are those of `state`, which outlives the object.
+  /// The texts of tags are those of `state`, which outlives the object.
   TaskObject(HostState& state, const TaskRecord& record);
-  // The task as values; its lists and its recurrence are taken from the objects that it holds now.
+  /// The task as values; its lists and its recurrence are taken from the objects that it holds now.
   [[nodiscard]] TaskRecord Record() const;
-  // Replaces the values and makes new list objects; recurrence and pattern objects that fit are kept.
+  /// Replaces the values and makes new list objects; recurrence and pattern objects that fit are kept.
   void Assign(const TaskRecord& record);
 
   [[nodiscard]] bool IsExisting() override;
@@ -109,6 +116,7 @@ class TaskObject final : public AutoTask {
   std::shared_ptr<PermissionsObject> permissions_;
 };
 
+/// A store in memory.
 class StoreObject final : public ValueStore {
  public:
   void Add(const std::string& key, Value value) override;
@@ -117,7 +125,7 @@ class StoreObject final : public ValueStore {
   void SetItem(const std::string& key, Value value) override;
   [[nodiscard]] bool Exists(const std::string& key) override;
 
-  std::map<std::string, Value> values;  // the host's own view, not gated
+  std::map<std::string, Value> values;  ///< the host's own view, not gated
 };
 
 }  // namespace plovix

@@ -1,4 +1,5 @@
-// A task as plain values: what is stored, listed, compared and copied.
+/// @file
+/// A task as plain values: what is stored, listed, compared and copied.
 #pragma once
 
 #include <cstdint>
@@ -12,26 +13,31 @@
 
 namespace plovix {
 
+/// A category of a task.
 struct CategoryRecord {
-  std::string tag;  // language tag; a tag without a text of its own is its own text
-  bool is_public = true;
+  std::string tag;        ///< language tag; a tag without a text of its own is its own text
+  bool is_public = true;  ///< whether everybody may see it
   bool operator==(const CategoryRecord&) const = default;
 };
 
+/// An action of a task.
 struct ActionRecord {
-  std::string kind;  // identifier of an ActionKind; may be one that this program does not know
-  std::string name;  // what the user calls it; may be empty
-  std::int32_t record_modes = 0;
-  std::int32_t capabilities = 0;
-  std::map<std::string, std::string> settings;  // by the kind's field keys
+  std::string kind;               ///< identifier of an ActionKind; may be one that this program does not know
+  std::string name;               ///< what the user calls it; may be empty
+  std::int32_t record_modes = 0;  ///< set of record_mode_bit
+  std::int32_t capabilities = 0;  ///< set of capability bits
+  std::map<std::string, std::string> settings;  ///< by the kind's field keys
   bool operator==(const ActionRecord&) const = default;
 };
 
+/// A task. What is not said here is said at AutoTask.
 struct TaskRecord {
-  std::int64_t id = 0;       // 0: not stored yet
-  std::int64_t version = 0;  // counts the saves; a save on an older version is refused
-  DateTime modified = kZeroDate;
+  std::int64_t id = 0;            ///< 0: not stored yet
+  std::int64_t version = 0;       ///< counts the saves; a save on an older version is refused
+  DateTime modified = kZeroDate;  ///< when it was saved last, by the host's clock
 
+  /// @{
+  /// As AutoTask's member of that name.
   std::int16_t record_mode = 0;
   bool uses_language_tags = false;
   std::string name, short_description, description;
@@ -43,24 +49,26 @@ struct TaskRecord {
   std::int32_t processing_mode = 0;
   bool process_all_records = false;
   bool process_failed_records = false;
-  DateTime base_date = kZeroDate;  // kZeroDate: no limit
+  DateTime base_date = kZeroDate;
   std::string query;
-  std::string owner;  // the id of a personal task's user, else empty
-  // Nothing: no permission set; everybody may do with the task what their rights allow.
+  std::string owner;  ///< the id of a personal task's user, else empty
+  /// Nothing: no permission set; everybody may do with the task what their rights allow.
   std::optional<PermissionSet> permissions;
-  // What whoever saved the task last might do with tasks on its data object.
+  /// @{
+  /// What whoever saved the task last might do with tasks on its data object.
   bool may_run = true, may_edit = true, may_delete = true;
-  std::optional<RecurrenceRecord> recurrence;  // nothing: no schedule
-  // The day that the schedule's intervals are counted from: set when the schedule is first saved, nothing
-  // before that and without a schedule.
+  /// @}
+  std::optional<RecurrenceRecord> recurrence;  ///< nothing: no schedule
+  /// The day that the schedule's intervals are counted from: set when the schedule is first saved, nothing
+  /// before that and without a schedule.
   std::optional<std::chrono::local_days> schedule_start;
-  std::vector<ActionRecord> actions;
+  std::vector<ActionRecord> actions;  ///< in the order in which they run
 
   bool operator==(const TaskRecord&) const = default;
 };
 
-// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
-// `now`, one that was dropped has no start.
+/// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
+/// `now`, one that was dropped has no start.
 inline void StartSchedule(TaskRecord& task, DateTime now) {
   if (!task.recurrence) task.schedule_start.reset();
   if (task.recurrence && !task.schedule_start)

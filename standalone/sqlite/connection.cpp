@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <limits>
 #include <thread>
 
@@ -23,6 +24,7 @@ FileProblem ProblemOf(int code, const std::string& what) {
   switch (code & kPrimaryCode) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:  // the lock was in other hands at every attempt
       return {failure_number::kPermissionDenied, "another program is using the file; try again"};
     case SQLITE_NOMEM:
       return {failure_number::kOutOfMemory, "there is not enough memory"};
@@ -45,6 +47,28 @@ FileProblem ProblemOf(int code, const std::string& what) {
     default:
       return {failure_number::kInvalidCall, "the file cannot be used"};
   }
+}
+
+// No room on the disk, in the user's share of it, or below a limit.
+bool MeansFull(int reason) {
+  return reason == ENOSPC || reason == EDQUOT || reason == EFBIG;
+}
+
+// SQLite itself takes for a full disk only what a write is refused for, and only one of the reasons. It
+// keeps the reason with the file at fault, which is closed by now if it was a journal.
+int CodeOf(sqlite3* database) {
+  const int code = sqlite3_extended_errcode(database);
+  if ((code & kPrimaryCode) != SQLITE_IOERR) return code;
+  if (MeansFull(sqlite3_system_errno(database))) return SQLITE_FULL;
+  for (const int which : {SQLITE_FCNTL_FILE_POINTER, SQLITE_FCNTL_JOURNAL_POINTER}) {
+    sqlite3_file* file = nullptr;
+    int reason = 0;
+    sqlite3_file_control(database, "main", which, static_cast<void*>(&file));
+    if (file == nullptr || file->pMethods == nullptr) continue;
+    file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &reason);
+    if (MeansFull(reason)) return SQLITE_FULL;
+  }
+  return code;
 }
 
 // The file says in its header that changes go through a log. Read through the database's own descriptor.
@@ -286,7 +310,7 @@ void Connection::Fail() const {
 }
 
 void Connection::Fail(sqlite3* database) const {
-  const int code = sqlite3_extended_errcode(database);
+  const int code = CodeOf(database);
   const std::string words = sqlite3_errmsg(database);
   const std::string source = " (SQLite " + std::to_string(code) + ": " + words + ")";
   if ((code & kPrimaryCode) == SQLITE_ERROR) {

@@ -32,11 +32,17 @@ std::unique_ptr<Connection> OpenTaskFile(const std::string& path, std::chrono::m
     std::error_code error;  // a folder that is missing afterwards is told by the connection
     fs::create_directories(fs::path(path).parent_path(), error);
   }
-  LookBeforeOpening(path, patience);
-  auto connection = std::make_unique<Connection>(path, patience, Access::kReadWrite, kTaskFile);
-  Migrate(*connection, MigrationSteps());
-  connection->PrepareForWriting();
-  return connection;
+  try {
+    LookBeforeOpening(path, patience);
+    auto connection = std::make_unique<Connection>(path, patience, Access::kReadWrite, kTaskFile);
+    Migrate(*connection, MigrationSteps());
+    connection->PrepareForWriting();
+    return connection;
+  } catch (const SqlFailure& failure) {  // the statements are known to be right
+    throw Failure(failure_number::kInvalidFormat, RealPath(path, kTaskFile) +
+                                                      ": the file is damaged; restore it from a copy (" +
+                                                      failure.Words() + ")");
+  }
 }
 
 }  // namespace plovix

@@ -1,5 +1,6 @@
-// The stand-alone host's wizard without a toolkit: creates pages, keeps the way back, asks a page before
-// leaving it and says what the buttons are. A window or a script sits in front of it.
+/// @file
+/// The stand-alone host's wizard without a toolkit: creates pages, keeps the way back, asks a page before
+/// leaving it and says what the buttons are. A window or a script sits in front of it.
 #pragma once
 
 #include <plovix/component/page_registry.h>
@@ -16,78 +17,103 @@
 
 namespace plovix {
 
+/// Which buttons are enabled. Next and Finish never are together.
 struct WizardButtons {
+  /// @{
+  /// Whether it can be pressed.
   bool back = false, next = false, finish = false, cancel = false;
+  /// @}
   bool operator==(const WizardButtons&) const = default;
 };
 
-enum class WizardEnd { kFinished, kCancelled };
+/// How a wizard ended.
+enum class WizardEnd {
+  kFinished,  ///< the task is stored
+  kCancelled  ///< nothing was stored
+};
 
-// Implemented by what draws the wizard. Not owned by it.
+/// Implemented by what draws the wizard. Not owned by it.
 class WizardView {
  public:
   virtual ~WizardView() = default;
-  // Another page is the current one; the former one lives at least until this returns.
+  /// Another page is the current one; the former one lives at least until this returns.
   virtual void PageShown() = 0;
-  // Buttons or the can-continue flag may be others than before.
+  /// Buttons or the can-continue flag may be others than before.
   virtual void ButtonsChanged() = 0;
+  /// Finish or Cancel succeeded: there is no current page any more. The wizard may be deleted after the call
+  /// that brought it here, not from within.
   virtual void Closed(WizardEnd end) = 0;
 };
 
-// What a wizard works with; everything named here outlives it.
+/// What a wizard works with; everything named here outlives it.
 struct WizardParts {
-  HostState& state;  // installed
-  const PageRegistry& registry;
-  TaskStorage& storage;
-  // Makes the control to embed in a slot, by registered name; nothing for an unknown name.
+  HostState& state;              ///< installed
+  const PageRegistry& registry;  ///< holds the pages
+  TaskStorage& storage;          ///< Finish saves there
+  /// Makes the control to embed in a slot, by registered name; nothing for an unknown name.
   std::function<std::shared_ptr<HostControl>(std::string_view registered_name)> make_control;
 };
 
+/// One run of the wizard, from Open to Finish or Cancel. On the user-interface thread.
 class VeloWiz final : private UserListener {
  public:
-  // Edits a working copy of `task`; entries of `entries` go into the shared store.
+  /// Edits a working copy of `task`; entries of `entries` go into the shared store.
   VeloWiz(WizardParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries = {});
   ~VeloWiz() override;
   VeloWiz(const VeloWiz&) = delete;
   VeloWiz& operator=(const VeloWiz&) = delete;
 
+  /// nullptr takes it away; the view outlives the wizard, or does that.
   void SetView(WizardView* view) noexcept { view_ = view; }
 
-  // Shows the first page; false when it could not be shown (the user has been told).
+  /// Shows the first page; false when it could not be shown (the user has been told).
   bool Open(const std::string& identifier);
-  // The four buttons. Each answers whether the button was enabled; what the page or the storage then
-  // says shows in the page that is current afterwards.
+  /// @{
+  /// The four buttons. Each answers whether the button was enabled; what the page or the storage then
+  /// says shows in the page that is current afterwards.
   bool Next();
   bool Back();
   bool Finish();
   bool Cancel();
-  // Asks the page with a raw direction code and moves nowhere; false without a page.
+  /// @}
+  /// Asks the page with a raw direction code and moves nowhere; false without a page.
   bool AskToLeave(std::int32_t direction);
-  // Asks the page for its next page again: to be called after something outside the wizard has changed.
+  /// Asks the page for its next page again: to be called after something outside the wizard has changed.
   void AskNextPage();
 
+  /// Whether there is a current page.
   [[nodiscard]] bool IsOpen() const noexcept { return current_.page != nullptr; }
+  /// Nothing before the end.
   [[nodiscard]] std::optional<WizardEnd> End() const noexcept { return end_; }
+  /// Follow from the way back, the page's flag and its next page.
   [[nodiscard]] WizardButtons Buttons() const;
-  // True when the working copy differs from the task as it was opened, or the user has entered something.
+  /// True when the working copy differs from the task as it was opened, or the user has entered something.
   [[nodiscard]] bool HasChanges() const;
 
-  // The current page; these need one.
+  /// @{
+  /// The current page's; empty without one.
   [[nodiscard]] const std::string& Identifier() const noexcept { return current_.identifier; }
   [[nodiscard]] const std::string& Title() const noexcept { return current_.title; }
   [[nodiscard]] const std::string& Description() const noexcept { return current_.description; }
-  // The controls; the reference keeps the page alive.
+  /// @}
+  /// The controls, for a surface; the reference keeps the page alive. Nothing without a page.
   [[nodiscard]] std::shared_ptr<Form> Controls() const;
-  // The flag that the page pushed last, and how many pushes there were since it was shown.
+  /// @{
+  /// The flag that the page pushed last, and how many pushes there were since it was shown.
   [[nodiscard]] bool CanContinue() const noexcept { return current_.can_continue; }
   [[nodiscard]] int Refreshes() const noexcept { return current_.refreshes; }
-  // The page's own answer; nothing when it failed to answer.
+  /// @}
+  /// The page's own answer; nothing when it failed to answer.
   [[nodiscard]] const std::optional<std::string>& NextIdentifier() const noexcept { return current_.next; }
 
+  /// The user's door, for the surface; the wizard is its listener.
   [[nodiscard]] plovix::User& User() noexcept { return user_; }
+  /// @{
+  /// The working copy and the shared store; the host may look at them, and change them between calls.
   [[nodiscard]] TaskObject& Task() noexcept { return *task_; }
   [[nodiscard]] StoreObject& Store() noexcept { return *store_; }
-  // The task as stored by Finish.
+  /// @}
+  /// The task as stored by Finish.
   [[nodiscard]] const TaskRecord& Saved() const noexcept { return saved_; }
 
  private:

@@ -104,9 +104,10 @@ bool Binding::eventFilter(QObject* watched, QEvent* event) {
 }
 
 // A window that loses or regains the activation, and a popup that opens or closes, leave the user where
-// they were; so does a page that is being taken away.
+// they were; so does a page that is being taken away. A dialog that is being shown tells its first field of a
+// focus that has not come yet.
 void Binding::FocusMoved(const QFocusEvent& event) {
-  if (PageWrites() || !widget_->isVisible() || (event.lostFocus() && HoldsFocus(widget_))) return;
+  if (PageWrites() || !widget_->isVisible() || event.lostFocus() == HoldsFocus(widget_)) return;
   switch (event.reason()) {
     case Qt::ActiveWindowFocusReason:
     case Qt::PopupFocusReason:

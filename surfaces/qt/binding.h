@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "slot_factory.h"
 #include "surface_texts.h"
 
 class QEvent;
@@ -20,9 +21,6 @@ class QWidget;
 namespace plovix::qt {
 
 class OptionButtonBinding;
-
-// Draws the host's own control that stands in a slot; gives back a widget owned by `parent`.
-using SlotFactory = std::function<QWidget*(HostControl&, QWidget* parent)>;
 
 // What the bindings of one page share.
 struct Surface {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "accessibility.h"
 #include "texts.h"
 
 namespace plovix::qt {
@@ -52,10 +53,7 @@ void ComboBoxWidget::hidePopup() {
 }
 
 ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* parent)
-    : BindingOf(surface, box),
-      widget_(new ComboBoxWidget(box, surface.texts, parent)),
-      name_(new QLabel(parent)) {
-  name_->hide();
+    : BindingOf(surface, box), widget_(new ComboBoxWidget(box, surface.texts, parent)) {
   widget_->setFocusPolicy(Qt::StrongFocus);
   widget_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   widget_->setInsertPolicy(QComboBox::NoInsert);
@@ -85,16 +83,9 @@ bool ComboBoxBinding::TakesEnter() const {
   return widget_->PopupIsOpen();
 }
 
-// Assistive technology reads the current entry as the box's own name, so that a label has to carry the
-// name; it need not be seen.
 void ComboBoxBinding::SetAccessibleName(const QString& name) {
   Binding::SetAccessibleName(name);
-  name_->setText(QString(name).replace('&', "&&"));
-  name_->setParent(widget_->parentWidget());
-  const auto labels = widget_->parentWidget()->findChildren<QLabel*>();
-  const bool named = std::ranges::any_of(
-      labels, [&](const QLabel* label) { return label != name_ && label->buddy() == widget_; });
-  name_->setBuddy(named ? nullptr : widget_);
+  NameComboBox(*widget_, name);
 }
 
 // Entries that a page adds one by one are drawn together, unless one of them is selected at once.

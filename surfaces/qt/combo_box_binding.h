@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QLabel>
 #include <QPointer>
 
 #include "binding.h"
@@ -48,7 +47,6 @@ class ComboBoxBinding final : public BindingOf<ComboBox> {
   void MakeEditable();
 
   ComboBoxWidget* widget_;
-  QLabel* name_;          // names the box where no label of the page does
   int longest_ = 0;       // entry, in characters; counted up to what makes a difference
   int measured_ = 0;      // entries of these
   bool waiting_ = false;  // for the event loop, with entries to draw

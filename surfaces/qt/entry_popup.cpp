@@ -1,6 +1,5 @@
 #include "entry_popup.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPainter>
@@ -9,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "accessibility.h"
 #include "texts.h"
 
 namespace plovix::qt {
@@ -30,6 +30,7 @@ EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* 
       list_(new QListView),
       note_(new QLabel),
       rows_(new QStringListModel(this)) {
+  AnnounceAs(*this, QAccessible::Dialog);
   setAttribute(Qt::WA_DeleteOnClose);
   setFont(owner->font());
   setLayoutDirection(owner->layoutDirection());

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "accessibility.h"
 #include "binding_factory.h"
 #include "page_layout.h"
 #include "texts.h"
@@ -114,6 +115,7 @@ class FormWidget::Page final : private FormObserver {
 FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent,
                        SurfaceTexts texts)
     : QWidget(parent) {
+  AnnounceAs(*this, QAccessible::Grouping);
   setFont(PageFont());
   auto* scroll = new QScrollArea(this);
   scroll->setFrameShape(QFrame::NoFrame);
@@ -126,6 +128,7 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   scroll->setWidget(content);
   page_ =
       std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot), std::move(texts)}, content);
+  setAccessibleName(Heading());
 }
 
 // Embedded widgets draw what only the form holds, so they go before it.

@@ -44,12 +44,17 @@ class LabelAccess final : public QAccessibleWidget {
     return found;
   }
   [[nodiscard]] QStringList actionNames() const override {
-    return label_->link && label_->isEnabled() ? QStringList{pressAction()} : QStringList{};
+    QStringList names = QAccessibleWidget::actionNames();
+    if (label_->link && label_->isEnabled()) names.prepend(pressAction());
+    return names;
   }
+  // Later: what it opens may stay open for long, and who asked waits for an answer.
   void doAction(const QString& action) override {
-    if (action != pressAction() || !label_->link) return;
-    const auto activate = label_->activate;  // the label may be gone before it is done
-    activate();
+    if (action != pressAction()) {
+      QAccessibleWidget::doAction(action);
+    } else if (label_->link && label_->isEnabled()) {
+      QMetaObject::invokeMethod(label_, label_->activate, Qt::QueuedConnection);
+    }
   }
 
  private:

@@ -1,5 +1,6 @@
 #include "option_button_binding.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <algorithm>
@@ -8,9 +9,51 @@
 #include "texts.h"
 
 namespace plovix::qt {
+namespace {
+
+using OptionWidget = PassiveButton<QRadioButton>;
+
+// To the toolkit, a button that is not exclusive by itself is a check box.
+class OptionAccess final : public QAccessibleWidget {
+ public:
+  explicit OptionAccess(OptionWidget* option)
+      : QAccessibleWidget(option, QAccessible::RadioButton), option_(option) {}
+
+  [[nodiscard]] QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = true;
+    state.checked = option_->isChecked();
+    return state;
+  }
+  [[nodiscard]] QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (option_->isEnabled()) names.prepend(toggleAction());
+    return names;
+  }
+  // Later: who asked waits for an answer, and choosing may ask the user something.
+  void doAction(const QString& action) override {
+    if (action != toggleAction()) {
+      QAccessibleWidget::doAction(action);
+    } else if (option_->isEnabled()) {
+      QMetaObject::invokeMethod(option_, &QAbstractButton::click, Qt::QueuedConnection);
+    }
+  }
+
+ private:
+  OptionWidget* option_;
+};
+
+QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
+  if (class_name != QLatin1String("QRadioButton")) return nullptr;
+  auto* option = dynamic_cast<OptionWidget*>(object);
+  return option == nullptr ? nullptr : new OptionAccess(option);
+}
+
+}  // namespace
 
 OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button, QWidget* parent)
-    : BindingOf(surface, button), widget_(new PassiveButton<QRadioButton>(parent)) {
+    : BindingOf(surface, button), widget_(new OptionWidget(parent)) {
+  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
   widget_->setAutoExclusive(false);  // the controls are exclusive by themselves
   surface.options.push_back(this);
   Adopt(widget_);
@@ -20,7 +63,6 @@ OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button,
 
 void OptionButtonBinding::Draw() {
   widget_->setText(LiteralCaption(Model().Caption()));
-  widget_->setAccessibleName(Text(Model().Caption()));
   widget_->setChecked(Model().Selected());
   for (OptionButtonBinding* option : Shared().options) option->UpdateTabStop();
 }

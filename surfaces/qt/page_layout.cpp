@@ -214,8 +214,9 @@ void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
         const QString around = line.kind == LineKind::kFlow ? PhraseAround(line, i) : QString();
         const QString before = label != nullptr ? CaptionToRead(label->Caption()) : sentence;
         binding.SetAccessibleName(around.isEmpty() ? before : around);
-      } else if (control.GetKind() == Kind::kOptionButton && line.controls.size() > 1) {
-        binding.Widget()->setAccessibleDescription(sentence);  // "every" alone says little
+      } else if (control.GetKind() == Kind::kOptionButton) {
+        // "every" alone says little, and more than one may begin so.
+        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : Text(control.Caption()));
       } else if (control.GetKind() == Kind::kCommandButton) {
         // "..." alone says nothing.
         const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;

@@ -1,18 +1,25 @@
-// Fonts and colours of the pages and of the program around them.
+/// @file
+/// Fonts and colours of the pages and of the program around them.
 #pragma once
 
 #include <QFont>
 
 class QApplication;
 
+/// Qt widgets for the controls.
 namespace plovix::qt {
 
-// Tahoma, or what comes closest on this machine, in the size of the surrounding widget.
+/// Tahoma, or what comes closest on this machine, in the size of the surrounding widget.
 [[nodiscard]] QFont PageFont();
 
-enum class Palette { kSystem, kLight, kDark };
+/// The colours to choose from.
+enum class Palette {
+  kSystem,  ///< the desktop's own, with outlines and help texts that can be seen
+  kLight,   ///< dark on light
+  kDark     ///< light on dark
+};
 
-// Sets the style and all of the colours; may be called again.
+/// Sets the style and all of the colours; may be called again. Optional: pages take any style and palette.
 void ApplyPalette(QApplication& application, Palette palette);
 
 }  // namespace plovix::qt

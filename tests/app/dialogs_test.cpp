@@ -1,30 +1,23 @@
 // The editors of categories, permissions, language tags and users, driven by keyboard, and the rule of what a
 // user may do with a task.
 #include <gmock/gmock.h>
-#include <plovix/controls/failure.h>
 #include <plovix/host/host_application.h>
 #include <plovix/standalone/app/category_dialog.h>
 #include <plovix/standalone/app/permission_dialog.h>
-#include <plovix/standalone/app/qt_text.h>
 #include <plovix/standalone/app/tag_dialog.h>
 #include <plovix/standalone/app/users_dialog.h>
-#include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/model/task_access.h>
 
-#include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTableWidget>
-#include <QTest>
-#include <QTimer>
-#include <algorithm>
+
+#include "tests/app/program_support.h"
 
 namespace plovix::app {
 namespace {
@@ -40,15 +33,9 @@ class FakeTables final : public HostTables {
                      {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}});
   }
   std::vector<UserRecord> Users() override { return kept_.Users(); }
-  void SaveUsers(const std::vector<UserRecord>& users) override {
-    NeedRoom();
-    kept_.SaveUsers(users);
-  }
+  void SaveUsers(const std::vector<UserRecord>& users) override { NeedRoom(), kept_.SaveUsers(users); }
   std::vector<TagRecord> Tags() override { return kept_.Tags(); }
-  void SaveTag(const TagRecord& tag) override {
-    NeedRoom();
-    kept_.SaveTag(tag);
-  }
+  void SaveTag(const TagRecord& tag) override { NeedRoom(), kept_.SaveTag(tag); }
   bool full = false;
 
  private:
@@ -65,11 +52,16 @@ class EditorTest : public testing::Test {
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
   }
-  // Keys to whatever has the focus, as a person types them.
+  // Keys to whatever has the focus, as a person types them; a text may end with Enter.
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(dialog_->focusWidget(), key, modifiers);
   }
-  void Type(const char* text) { QTest::keyClicks(dialog_->focusWidget(), text); }
+  void Type(QString text) {
+    const bool enter = text.endsWith(u'\n');
+    if (enter) text.chop(1);
+    QTest::keyClicks(dialog_->focusWidget(), text);
+    if (enter) Key(Qt::Key_Return);
+  }
   template <class Widget>
   [[nodiscard]] Widget* Find() {
     return dialog_->findChild<Widget*>();
@@ -87,17 +79,6 @@ class EditorTest : public testing::Test {
     Key(key, Qt::AltModifier);
     const auto buttons = dialog_->findChildren<QAbstractButton*>();
     ASSERT_TRUE(QTest::qWaitFor([&] { return std::ranges::none_of(buttons, &QAbstractButton::isDown); }));
-  }
-  // Answers the next dialog that `dialog_` opens.
-  void Answer(std::function<void(QWidget* box)> answer) {
-    auto* timer = new QTimer(dialog_);
-    QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
-      QWidget* box = QApplication::activeModalWidget();
-      if (box == nullptr || !box->isActiveWindow()) return;
-      timer->stop();
-      answer(box);
-    });
-    timer->start(1);
   }
   void ExpectEveryElementNamed() {
     for (QWidget* widget : dialog_->findChildren<QWidget*>()) {
@@ -127,26 +108,22 @@ TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   Key(Qt::Key_Down, Qt::AltModifier);
   Key(Qt::Key_Up);
   Key(Qt::Key_F2);
-  Type("sales");
-  Key(Qt::Key_Return);
+  Type("sales\n");
   QTest::qWait(0);
   EXPECT_THAT(Told(), HasSubstr("\"sales\" is in the list already"));
   Key(Qt::Key_Return);
   EXPECT_TRUE(dialog.isVisible()) << "two categories of one name";
   Find<QTableWidget>()->setCurrentCell(0, 0);
   Key(Qt::Key_F2);
-  Type("Invoices");
-  Key(Qt::Key_Return);
+  Type("Invoices\n");
   QTest::qWait(0);
   EXPECT_TRUE(dialog.isVisible()) << "Enter in a cell only ends the cell";
   Find<QTableWidget>()->setCurrentCell(2, 0);
   Key(Qt::Key_Delete);
   Mnemonic(Qt::Key_N);
-  Type("INVOICES");
-  Key(Qt::Key_Return);
+  Type("INVOICES\n");
   EXPECT_THAT(Told(), HasSubstr("\"INVOICES\" is in the list already"));
-  Type("Stock");
-  Key(Qt::Key_Return);
+  Type("Stock\n");
   Type("last");
   QTest::keyClick(&dialog, Qt::Key_Return);  // what is typed is not lost
   EXPECT_FALSE(dialog.isVisible());
@@ -193,14 +170,11 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
   Key(Qt::Key_Delete);
   EXPECT_TRUE(dialog.Permissions().empty());
   Mnemonic(Qt::Key_U);
-  Type("carla");
-  Key(Qt::Key_Return);
+  Type("carla\n");
   EXPECT_THAT(Told(), HasSubstr("no user or group \"carla\""));
   Find<QLineEdit>()->clear();
-  Type("group stock");
-  Key(Qt::Key_Return);
-  Type("ben");
-  Key(Qt::Key_Return);
+  Type("group stock\n");
+  Type("ben\n");
   Find<QTableWidget>()->setFocus();
   Key(Qt::Key_Space);
   for (const int steps : {3, 0}) {  // delete, checked and unchecked
@@ -209,16 +183,18 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
     EXPECT_EQ(dialog.Permissions().at(1),
               (PermissionRecord{.subject = "ben", .view = true, .erase = steps != 0}));
   }
-  Answer([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
-  Key(Qt::Key_Escape);
-  EXPECT_TRUE(dialog.isVisible()) << "Esc asks first, Esc in the question goes on";
-  Answer([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+  {
+    const Answers answers({PressKey(Qt::Key_Escape)});
+    Key(Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible()) << "Esc asks first, Esc in the question goes on";
+  }
   for (auto* button : dialog.findChildren<QPushButton*>())
     if (FromQt(button->text()).ends_with("Cancel")) button->setFocus();
-  QWidget* cancel = dialog.focusWidget();
-  Key(Qt::Key_Return);
-  EXPECT_TRUE(dialog.isVisible()) << "Enter on Cancel is Cancel";
-  EXPECT_TRUE(qobject_cast<QPushButton*>(cancel) != nullptr);
+  {
+    const Answers answers({PressKey(Qt::Key_Escape)});
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "Enter on Cancel is Cancel";
+  }
   Find<QTableWidget>()->setFocus();
   Key(Qt::Key_Return);
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
@@ -245,23 +221,22 @@ TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
   EXPECT_EQ(dialog.Tag(), "t1234");
   Show(dialog);
   tables_.full = true;
-  Answer([this](QWidget* box) {
+  const Answers answers({[this](QWidget* box) {
     const auto type = [box](const char* text) {
       QTest::keyClicks(box->focusWidget(), text);
       QTest::keyClick(box, Qt::Key_Return);
     };
-    const auto told = [&] { return FromQt(box->focusWidget()->accessibleDescription()); };
-    type("");
-    EXPECT_THAT(told(), HasSubstr("enter a name"));
-    type("T9");
-    EXPECT_THAT(told(), HasSubstr("of this name already"));
-    type("made");
-    EXPECT_THAT(told(), HasSubstr("enter the text in this language"));
+    for (const auto& [text, told] : {std::pair("", "enter a name"),
+                                     {"T9", "of this name already"},
+                                     {"made", "enter the text in this language"}}) {
+      type(text);
+      EXPECT_THAT(FromQt(box->focusWidget()->accessibleDescription()), HasSubstr(told));
+    }
     type("Made");
     EXPECT_THAT(FromQt(box->accessibleDescription()), HasSubstr("The disk is full."));
     tables_.full = false;
     type("");
-  });
+  }});
   Mnemonic(Qt::Key_N);
   EXPECT_EQ(tables_.Tags().front(), (TagRecord{"made", {{"en", "Made"}}}));
   Key(Qt::Key_Return);
@@ -324,14 +299,11 @@ TEST(TaskAccess, FollowsOwnerPermissionsAndRights) {
       {&sales, &personal, ""},    {&anna, &shared, "vred"}, {&sales, &shared, "vr"},
       {&anna, &granted, "vr"},    {&sales, &granted, "ed"}, {&anna, &closed, ""},
       {&sales, &closed, ""}};
+  const std::map<char, TaskRight> rights = {
+      {'v', TaskRight::kView}, {'r', TaskRight::kRun}, {'e', TaskRight::kEdit}, {'d', TaskRight::kDelete}};
   for (const auto& [user, task, expected] : cases) {
-    std::string allowed;
-    for (const auto& [right, letter] :
-         {std::pair{TaskRight::kView, 'v'}, std::pair{TaskRight::kRun, 'r'}, std::pair{TaskRight::kEdit, 'e'},
-          std::pair{TaskRight::kDelete, 'd'}}) {
-      if (May(*user, *task, right)) allowed += letter;
-    }
-    EXPECT_EQ(allowed, expected) << user->id << ": " << expected;
+    for (const auto& [letter, right] : rights)
+      EXPECT_EQ(May(*user, *task, right), expected.find(letter) != std::string::npos) << user->id << expected;
   }
   EXPECT_TRUE(HasRight(root, 1) && HasRight(root, kRightEditCategories));
   EXPECT_TRUE(HasRight(sales, kRightSeeAllCategories));

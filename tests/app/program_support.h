@@ -62,23 +62,21 @@ class ProgramTest : public testing::Test {
     SetUser(state_, user_);
     RegisterPages(registry_);
     InstallHost(state_);
-    Reopen();
-  }
-  ~ProgramTest() override { InstallServices({}); }
-
-  void Reopen() {
-    list_.reset();
-    storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
     state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
     list_ = std::make_unique<TaskListWindow>(Parts());
     list_->show();
   }
+  ~ProgramTest() override { InstallServices({}); }
+
   [[nodiscard]] AppParts Parts() { return {state_, registry_, *storage_, tables_, user_, data_}; }
   [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
   [[nodiscard]] QPushButton* ListButton(const char* name) const {
     return list_->findChild<QPushButton*>(name);
   }
   [[nodiscard]] WizardWindow* Wizard() const { return list_->OpenWizard(); }
+  [[nodiscard]] QPushButton* WizardButton(const char* name) const {
+    return Wizard()->findChild<QPushButton*>(name);
+  }
   // A key to whatever has the focus in the wizard, as a person types it.
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
     QTest::keyClick(Wizard()->focusWidget(), key, modifiers);
@@ -115,7 +113,7 @@ class ProgramTest : public testing::Test {
   UserRecord user_ = FirstAdministrator();
   std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
   PageRegistry registry_;
-  std::unique_ptr<SqliteStorage> storage_;
+  std::unique_ptr<SqliteStorage> storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
   std::unique_ptr<TaskListWindow> list_;
 };
 

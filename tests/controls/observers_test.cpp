@@ -1,42 +1,23 @@
 // What a surface's observers are told of, and what lies at the ends of the controls' ranges.
-#include <gtest/gtest.h>
-#include <plovix/controls/user.h>
-#include <plovix/designs/design.h>
+#include <gmock/gmock.h>
 
-#include <functional>
+#include "tests/support/surface_contract.h"
 
 namespace plovix {
 namespace {
 
-constexpr auto kWatched = MakeDesign("Watched",
-                                     {{"lbl", Kind::kLabel},
-                                      {"txt", Kind::kTextBox},
-                                      {"chk", Kind::kCheckBox},
-                                      {"optA", Kind::kOptionButton},
-                                      {"optB", Kind::kOptionButton},
-                                      {"cbo", Kind::kComboBox},
-                                      {"cboEdit", Kind::kComboBox, "", "", "", Style::kEditable},
-                                      {"dtp", Kind::kDateTimePicker},
-                                      {"slot", Kind::kHostSlot, "Registered"}},
-                                     {"lbl txt chk optA optB cbo cboEdit dtp slot"});
+using namespace testing_support;
 
-class ObserversTest : public testing::Test, protected UserListener, FormObserver {
+class ObserversTest : public EveryKindTest, FormObserver {
  protected:
-  ObserversTest() : form(kWatched.View()) {
-    watches.reserve(form.Count());
-    for (std::size_t i = 0; i < form.Count(); ++i) {
-      watches.push_back({told, form.At(i).Name()});
-      form.At(i).Observe(&watches.back());
+  ObserversTest() {
+    watches.reserve(form->Count());
+    for (std::size_t i = 0; i < form->Count(); ++i) {
+      watches.push_back({told, form->At(i).Name()});
+      form->At(i).Observe(&watches.back());
     }
-    form.Observe(this);
+    form->Observe(this);
   }
-  template <class T>
-  T& Get(std::string_view name) {
-    return dynamic_cast<T&>(form.Get(name));
-  }
-  void EventBegins() override {}
-  void EventEnds() override {}
-  void EventFailed(const Failure& failure, std::string_view /*procedure*/) override { throw failure; }
   void PointerChanged() override { told += "pointer "; }
   void RedrawRequested() override { told += "redraw "; }
 
@@ -51,36 +32,34 @@ class ObserversTest : public testing::Test, protected UserListener, FormObserver
     std::string_view name;
   };
   std::string told;
-  Form form;
   std::vector<Watch> watches;
-  User user{*this};
 };
 
 TEST_F(ObserversTest, AreToldOfEveryChangeOnce) {
-  auto& lbl = Get<Label>("lbl");
+  auto& lbl = Get<Label>("lblName");
   auto& txt = Get<TextBox>("txt");
+  auto& lst = Get<ComboBox>("lst");
   auto& cbo = Get<ComboBox>("cbo");
-  auto& edit = Get<ComboBox>("cboEdit");
   // Each is done twice; the second time only a repetition tells something.
   const std::vector<std::tuple<std::function<void()>, std::string, bool>> rows = {
-      {[&] { lbl.SetCaption("x"); }, "lbl.caption ", false},
-      {[&] { lbl.SetLink(true); }, "lbl.look ", false},
-      {[&] { lbl.SetVisible(false); }, "lbl.visible ", false},
+      {[&] { lbl.SetCaption("x"); }, "lblName.caption ", false},
+      {[&] { lbl.SetLink(true); }, "lblName.look ", false},
+      {[&] { lbl.SetVisible(false); }, "lblName.visible ", false},
       {[&] { user.Enter(txt); }, "", false},
       {[&] { user.Type(txt, "x"); }, "txt.text ", false},
       {[&] { txt.SelectAll(); }, "txt.selection ", true},
       {[&] { txt.SetEnabled(false); }, "txt.enabled ", false},
       {[&] { Get<CheckBox>("chk").SetValue(1); }, "chk.value ", false},
       {[&] { Get<OptionButton>("optA").Select(); }, "optA.value ", false},
-      {[&] { user.Choose(form.Get("optB")); }, "optA.value optB.value ", false},
-      {[&] { cbo.AddItem("x"); }, "cbo.items ", true},
-      {[&] { cbo.Select(1); }, "cbo.index ", true},
-      {[&] { cbo.SetFocus(); }, "cbo.focus ", true},
-      {[&] { cbo.Clear(); }, "cbo.items ", true},
-      {[&] { edit.SetText("x"); }, "cboEdit.text ", false},
+      {[&] { user.Choose(form->Get("optB")); }, "optA.value optB.value ", false},
+      {[&] { lst.AddItem("x"); }, "lst.items ", true},
+      {[&] { lst.Select(1); }, "lst.index ", true},
+      {[&] { lst.SetFocus(); }, "lst.focus ", true},
+      {[&] { lst.Clear(); }, "lst.items ", true},
+      {[&] { cbo.SetText("x"); }, "cbo.text ", false},
       {[&] { Get<DateTimePicker>("dtp").SetValue(DateTime{std::chrono::seconds{1}}); }, "dtp.value ", false},
-      {[&] { form.SetMousePointer(Pointer::kWait); }, "pointer ", false},
-      {[&] { form.Redraw(); }, "redraw ", true},
+      {[&] { form->SetMousePointer(Pointer::kWait); }, "pointer ", false},
+      {[&] { form->Redraw(); }, "redraw ", true},
   };
   for (const auto& [act, expected, again] : rows) {
     act();
@@ -91,34 +70,28 @@ TEST_F(ObserversTest, AreToldOfEveryChangeOnce) {
 }
 
 TEST_F(ObserversTest, TheEndsOfTheRanges) {
-  std::string kinds, events;
+  std::string kinds, events_named;
   for (int kind = -1; kind <= 9; ++kind) kinds.append(KindName(static_cast<Kind>(kind))).append(" ");
-  for (int event = -1; event <= 5; ++event) events.append(EventName(static_cast<Event>(event))).append(" ");
+  for (int event = -1; event <= 5; ++event)
+    events_named.append(EventName(static_cast<Event>(event))).append(" ");
   EXPECT_EQ(kinds,
             " Label TextBox CheckBox OptionButton ComboBox CommandButton Frame DateTimePicker HostSlot  ");
-  EXPECT_EQ(events, " Change Click DblClick DropDown LostFocus  ");
+  EXPECT_EQ(events_named, " Change Click DblClick DropDown LostFocus  ");
   const ControlInfo unknown[] = {{"odd", static_cast<Kind>(9)}};
   EXPECT_THROW(Form({"Odd", unknown, {}}), Failure);
 
-  auto& cbo = Get<ComboBox>("cbo");
-  cbo.AddItem("only");
-  cbo.Select(0);
-  cbo.Select(-1);
-  EXPECT_EQ(cbo.Text() + std::to_string(cbo.Index()), "-1");
-  EXPECT_FALSE(user.Pick(cbo, -1));
-  try {
-    cbo.Select(-2);
-    ADD_FAILURE() << "there is no such entry";
-  } catch (const std::exception& failure) {
-    EXPECT_STREQ(failure.what(), "Invalid property value");
-  }
-  EXPECT_THROW((void)cbo.ItemText(-1), Failure);
+  auto& lst = Get<ComboBox>("lst");
+  lst.Select(0);
+  lst.Select(-1);
+  EXPECT_EQ(lst.Text() + std::to_string(lst.Index()), "-1");
+  EXPECT_FALSE(user.Pick(lst, -1));
+  EXPECT_THAT([&] { lst.Select(-2); }, testing::ThrowsMessage<Failure>("Invalid property value"));
+  EXPECT_THROW((void)lst.ItemText(-1), Failure);
   // What has the focus can be left, usable or not.
-  EXPECT_TRUE(user.Enter(form.Get("txt")));
-  form.Get("txt").SetEnabled(false);
-  EXPECT_TRUE(user.Leave(form.Get("txt")));
-  EXPECT_FALSE(user.Leave(form.Get("txt")));
-  EXPECT_TRUE(user.Enter(cbo) && user.Leave(form.Get("chk")) && cbo.HasFocus());
+  EXPECT_TRUE(user.Enter(Get("txt")));
+  Get("txt").SetEnabled(false);
+  EXPECT_TRUE(user.Leave(Get("txt")) && !user.Leave(Get("txt")));
+  EXPECT_TRUE(user.Enter(lst) && user.Leave(Get("chk")) && lst.HasFocus());
   for (const Style style : {Style::kHidden, Style::kDisabled}) EXPECT_TRUE(Has(style | Style::kLink, style));
 }
 
@@ -128,16 +101,15 @@ TEST_F(ObserversTest, WhatIsEmbeddedCountsAsTouched) {
     bool touched = false;
   };
   const auto touchable = std::make_shared<Touchable>();
-  for (const std::shared_ptr<HostControl>& embedded :
-       {std::make_shared<HostControl>(), std::static_pointer_cast<HostControl>(touchable)}) {
-    EXPECT_FALSE(form.Touched());
+  for (const std::shared_ptr<HostControl>& embedded : {std::make_shared<HostControl>(), {touchable}}) {
+    EXPECT_FALSE(form->Touched());
     Get<HostSlot>("slot").Embed(embedded);
   }
   touchable->touched = true;
-  EXPECT_TRUE(form.Touched());
+  EXPECT_TRUE(form->Touched());
   Get<HostSlot>("slot").Embed(nullptr);
-  user.Toggle(form.Get("chk"));
-  EXPECT_TRUE(form.Touched()) << "by the user's own doing";
+  user.Toggle(Get("chk"));
+  EXPECT_TRUE(form->Touched()) << "by the user's own doing";
 }
 
 }  // namespace

@@ -5,44 +5,24 @@
 #include <plovix/standalone/exchange/import_task.h>
 #include <plovix/standalone/exchange/strict_json.h>
 #include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/task_fields.h>
 
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/support/full_task.h"
+
 namespace plovix {
 namespace {
 
 using Json = nlohmann::json;
+using test::FullTask;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// A task in which no plain field is at its initial value.
-TaskRecord FullTask(const PatternRecord& pattern, const std::string& odd = "ö\u202e\U0001F600\"\\\n") {
-  TaskRecord task;
-  ForEachField(std::tuple_cat(kTaskTextFields, kTaskSettingFields), [&](std::string_view name, auto field) {
-    auto& value = task.*field;
-    if constexpr (std::is_same_v<decltype(value), std::string&>)
-      value = std::string(name) + odd;
-    else if constexpr (std::is_same_v<decltype(value), DateTime&>)
-      value += std::chrono::seconds{1};
-    else
-      value = std::numeric_limits<std::remove_reference_t<decltype(value)>>::max();
-  });
-  task.categories = {{"NameTag" + odd, false}, {odd, true}};
-  task.permissions = {{odd, true, true, false, true, false}, {odd + "2", true, false, true, false, true}};
-  task.recurrence = RecurrenceRecord{-3, 2, 7, RecurrenceRecord::kFirstExecutionTime, pattern};
-  task.schedule_start = std::chrono::local_days{std::chrono::year{9999} / 12 / 31};
-  task.actions = {{"write-log", odd, 16, 8, {{"text", odd}, {odd, ""}, {"", odd}}}, {}};
-  return task;
-}
-
-const std::vector<PatternRecord> kPatterns = {{},
-                                              DailyRecord{3, true},
-                                              WeeklyRecord{2, {true, false, true}},
-                                              MonthlyRecord{1, {true, 31, -4, 9}},
-                                              YearlyRecord{12, {false, 29, 1, 2}}};
+const std::vector<PatternRecord> kPatterns = {
+    PatternRecord{}, DailyRecord{3, true}, WeeklyRecord{2, {true, false, true}},
+    MonthlyRecord{1, {true, 31, -4, 9}}, YearlyRecord{12, {false, 29, 1, 2}}};
 
 std::vector<TagRecord> Tags(const std::string& odd) {
   return {{"NameTag" + odd, {{"en", odd}, {"fr", ""}}}, {odd + "2", {}}};
@@ -58,16 +38,12 @@ std::string Write(const TaskFile& file) {
 }
 
 TEST(TaskFiles, BringBackWhatWasWritten) {
-  const std::vector<std::string> odd_texts = {"ö\u202e\U0001F600\"\\\n",
-                                              {"\xFF\0\xC3\xED\xA0\x80", 6},
-                                              "\uFEFF\U0010FFFF\x34\x31",
-                                              std::string(10'000, 'x')};
-  for (const std::string& odd : odd_texts) {
+  for (const std::string& odd :
+       {std::string("ö\u202e\U0001F600\"\\\n"), std::string("\xFF\0\xC3\xED\xA0\x80", 6),
+        std::string("\uFEFF\U0010FFFF\x34\x31"), std::string(10'000, 'x')}) {
     for (const PatternRecord& pattern : kPatterns) {
-      for (const bool is_personal : {false, true}) {
-        const TaskFile file{FullTask(pattern, odd), is_personal, Tags(odd)};
-        EXPECT_EQ(Read(Write(file)), file) << odd.substr(0, 20) << pattern.index();
-      }
+      const TaskFile file{FullTask(pattern, odd), pattern.index() % 2 == 0, Tags(odd)};
+      EXPECT_EQ(Read(Write(file)), file) << odd.substr(0, 20) << pattern.index();
     }
   }
   const TaskFile empty{};
@@ -77,8 +53,12 @@ TEST(TaskFiles, BringBackWhatWasWritten) {
   local.owner = "somebody";
   local.may_run = local.may_edit = local.may_delete = false;
   EXPECT_EQ(WriteTaskFile(local, {}, TextTable::Ids()), Write({FullTask({}), true, {}})) << "stays behind";
-  local.base_date = std::chrono::local_days{std::chrono::year{10000} / 1 / 1};
-  EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
+  // 65,536 years on, what holds a year shows the same one again.
+  for (const DateTime far : {DateTime(std::chrono::local_days{std::chrono::year{10000} / 1 / 1}),
+                             kZeroDate + std::chrono::days{23'936'533}}) {
+    local.base_date = far;
+    EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
+  }
   EXPECT_THROW((void)Write({{}, false, {{std::string(kLargestTaskFile / 6, '\1'), {}}}}), Failure);
 }
 
@@ -100,9 +80,8 @@ bool RefusedOrKept(const std::string& text, const std::string& place, const std:
     return false;
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.Number(), failure_number::kInvalidCall);
-    const std::string& told = failure.Description();
-    EXPECT_THAT(told, testing::AnyOf(HasSubstr(":" + place), HasSubstr(":" + around + "]"),
-                                     HasSubstr(":" + around + ",")));
+    EXPECT_THAT(failure.Description(), testing::AnyOf(HasSubstr(":" + place), HasSubstr(":" + around + "]"),
+                                                      HasSubstr(":" + around + ",")));
     return true;
   }
 }
@@ -173,14 +152,12 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
        "task.recordMode: a number from -32768 to 32767 was expected, 32768 stands there."},
       {damaged("\"version\": 1", "\"version\": 2"), "the file is of version 2, this program reads version 1"},
-      {damaged("\"version\": 1", "\"version\": 0"), "there is no version 0"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
       {damaged("9999-12-31", "2026-02-29"), "task.scheduleStart: null or a date such as"},
       {damaged("\"'2\"", "\"\""), "task.permissions[1].subject: a name is empty here."},
       {damaged("\"'2\"", "\"'\""), "task.permissions[1].subject: this is given twice."},
       {"{\n \"ö\": \"\xFF\"}", "line 2, column 8: this is not valid JSON."},
       {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
-      {"[1e999]", "is not valid JSON."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
       {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
       {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},

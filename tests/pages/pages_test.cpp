@@ -1,5 +1,5 @@
-// What each page does of its own: the task type's choice, the query and its builder, and the context that the
-// actions page hands to the action list.
+// What each page does of its own: the task type's choice, the records settings, the query and its builder,
+// and the context that the actions page hands to the action list.
 #include <plovix/framework/page_identifiers.h>
 
 #include "tests/support/faults.h"
@@ -36,8 +36,6 @@ class PagesTest : public testing::Test {
   std::shared_ptr<AskingList> list = std::make_shared<AskingList>();
 };
 
-class ActionsTest : public PagesTest {};
-
 constexpr std::array kOptions = {"optNoData", "optSingleRecord", "optQueryResults"};
 constexpr std::array kHelps = {"lblNoData", "lblSingleRecord", "lblQueryResults"};
 
@@ -59,11 +57,10 @@ class AutoTaskTypeTest : public PagesTest {
 };
 
 TEST_F(AutoTaskTypeTest, ShowsTheModeAndPushesOnce) {
-  const std::vector<std::pair<std::int16_t, const char*>> rows = {
-      {0, kOptions[0]}, {1, kOptions[1]}, {2, kOptions[2]}, {3, nullptr}, {-1, nullptr}};
-  for (const auto& [mode, option] : rows) {
+  for (std::int16_t mode = -1; mode <= 3; ++mode) {
     Open(mode);
-    EXPECT_EQ(Chosen(*bench), option == nullptr ? nullptr : &(*bench)[option]);
+    const bool known = mode >= 0 && mode < 3;
+    EXPECT_EQ(Chosen(*bench), known ? &(*bench)[kOptions[static_cast<std::size_t>(mode)]] : nullptr);
     EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
   }
 }
@@ -84,46 +81,36 @@ TEST_F(AutoTaskTypeTest, HelpTextsAndDoubleClicks) {
 }
 
 TEST_F(AutoTaskTypeTest, SavingTheChoice) {
-  struct Row {
-    std::int16_t stored;
-    std::size_t actions;
-    int chosen;  // -1: as loaded
-    int reply;   // to the question; 0: no question
-    bool left;
-    std::int16_t mode;
-    std::size_t actions_after;
-    bool data_object, automation;
-  };
-  const std::vector<Row> rows = {
-      {0, 0, -1, 0, true, 0, 0, false, true},  // no data: no data object
-      {0, 0, 1, 0, true, 1, 0, true, false},   // single record: never automatic
-      {1, 2, -1, 0, true, 1, 2, true, false},  // also when the mode stays
-      {2, 2, -1, 0, true, 2, 2, true, true},
-      {2, 2, 0, 1, true, 0, 0, false, true},
-      {2, 2, 0, 2, false, 2, 2, true, true},
-      {0, 1, 1, 1, true, 1, 0, true, false},
-      {0, 1, 1, 2, false, 0, 1, true, true},
-      {3, 0, -1, 0, true, 0, 0, false, true},  // nothing selected counts as no data
-  };
-  for (const Row& row : rows) {
-    Open(row.stored, row.actions);
+  // The stored mode and actions, the mode that is chosen (-1: as loaded), the answer to the question (0:
+  // none), whether the page is left; then the mode, the actions, whether a data object and automation are
+  // left.
+  const std::vector<
+      std::tuple<std::int16_t, std::size_t, int, int, bool, std::int16_t, std::size_t, bool, bool>>
+      rows = {
+          {0, 0, -1, 0, true, 0, 0, false, true},  // no data: no data object
+          {0, 0, 1, 0, true, 1, 0, true, false},   // single record: never automatic
+          {1, 2, -1, 0, true, 1, 2, true, false},  // also when the mode stays
+          {2, 2, -1, 0, true, 2, 2, true, true},  {2, 2, 0, 1, true, 0, 0, false, true},
+          {2, 2, 0, 2, false, 2, 2, true, true},  {0, 1, 1, 1, true, 1, 0, true, false},
+          {3, 0, -1, 0, true, 0, 0, false, true},  // nothing selected counts as no data
+      };
+  for (const auto& [stored, actions, chosen, reply, left, mode, actions_after, object, automation] : rows) {
+    Open(stored, actions);
     TaskRecord expected = bench->task->Record();
-    expected.record_mode = row.mode;
-    expected.actions.resize(row.actions_after);
-    if (!row.data_object) expected.data_object_name = expected.data_object_caption = "";
-    expected.allow_automation_manager = row.automation;
-    if (row.chosen >= 0) bench->user.Choose((*bench)[kOptions[static_cast<std::size_t>(row.chosen)]]);
+    expected.record_mode = mode;
+    expected.actions.resize(actions_after);
+    if (!object) expected.data_object_name = expected.data_object_caption = "";
+    expected.allow_automation_manager = automation;
+    if (chosen >= 0) bench->user.Choose((*bench)[kOptions[static_cast<std::size_t>(chosen)]]);
     scene.dialogs.boxes.clear();
-    if (row.reply != 0) scene.dialogs.answers = {row.reply};
-    EXPECT_EQ(bench->Leave(ChangeDirection::kNext), row.left);
-    EXPECT_EQ(scene.dialogs.boxes, std::vector<std::string>(row.reply == 0 ? 0 : 1, "[117]/33"));
+    if (reply != 0) scene.dialogs.answers = {reply};
+    EXPECT_EQ(bench->Leave(ChangeDirection::kNext), left);
+    EXPECT_EQ(scene.dialogs.boxes, std::vector<std::string>(reply == 0 ? 0 : 1, "[117]/33"));
     EXPECT_EQ(bench->task->Record(), expected);
   }
 }
 
-class QueryTest : public PagesTest {};
-
-TEST_F(QueryTest, TakesAnyTextAndTheBuildersAnswer) {
+TEST_F(PagesTest, QueryTakesAnyTextAndTheBuildersAnswer) {
   Furnish(scene);
   TaskRecord task = CompleteTask(2);
   task.query = "stored";
@@ -131,8 +118,7 @@ TEST_F(QueryTest, TakesAnyTextAndTheBuildersAnswer) {
   EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
   EXPECT_EQ(bench->Text("txtQuery"), "stored");
   bench->user.Type((*bench)["txtQuery"], " typed\n");
-  for (const std::optional<std::string>& answer :
-       {std::optional<std::string>(), std::optional<std::string>("built")}) {
+  for (const auto& answer : {std::optional<std::string>(), {"built"}}) {
     scene.dialogs.chosen_query = answer;
     bench->user.Press((*bench)["cmdBuild"]);
     EXPECT_EQ(bench->Text("txtQuery"), answer.value_or(" typed\n"));
@@ -156,53 +142,101 @@ auto Loads(const Injector& injector) {
                                [](const auto& call) { return call.starts_with("ObjectLoader."); });
 }
 
-TEST_F(ActionsTest, ContextByRecordMode) {
-  const std::vector<std::pair<std::int16_t, std::optional<std::int32_t>>> rows = {
-      {0, 16}, {1, 1}, {2, 8}, {3, {}}};
+TEST_F(PagesTest, ActionsGetAContextByRecordMode) {
+  const std::map<std::int16_t, Value> rows = {{0, 16}, {1, 1}, {2, 8}, {3, {}}};
   for (const auto& [mode, type] : rows) {
     Open(page_identifier::kActions, CompleteTask(mode));
     EXPECT_EQ(list->loaded, bench->task->Actions());
     auto values = list->Ask()->values;
     EXPECT_EQ(values.at("DataObjectKey"), Value(std::string()));
     EXPECT_EQ(values.at("DataObject"), Value(ObjectRef()));
-    EXPECT_TRUE(ObjectFrom<ObjectCollection>(values.at("DataObjects")));
-    EXPECT_TRUE(ObjectFrom<ObjectCollection>(values.at("DesignerObjects")));
-    EXPECT_EQ(values.size(), type ? 5U : 4U);
-    EXPECT_EQ(values["DesignerObjectType"], type ? Value(*type) : Value());
+    EXPECT_EQ(values.size(), mode == 3 ? 4U : 5U);
+    EXPECT_EQ(values["DesignerObjectType"], type);
     EXPECT_NE(list->Ask(), list->Ask()) << "each context is a fresh one";
   }
 }
 
-TEST_F(ActionsTest, TheStoresObjectsAreUsedAndNeverReplaced) {
-  Entries entries = {{"DataObject", ObjectRef(scene.state.MakeDataObject({"C", "Cs", "CId"}))},
-                     {"DataObjects", ObjectRef(std::make_shared<DataObjectsObject>())},
-                     {"DesignerObjects", ObjectRef(std::make_shared<DesignerObjectsObject>())}};
+// What the store holds is used and never replaced; what it lacks is loaded once and kept when the page is
+// left.
+TEST_F(PagesTest, TheCollectionsOfTheActions) {
   const Injector calls;
-  Open(page_identifier::kActions, CompleteTask(2), entries);
+  Open(page_identifier::kActions, CompleteTask());
+  const auto first = list->Ask()->values;
+  EXPECT_EQ(list->Ask()->values, first);
+  EXPECT_FALSE(bench->store->values.contains("DataObjects"));
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
+  Entries kept = bench->store->values;
+  for (const char* key : {"DataObjects", "DesignerObjects"}) {
+    EXPECT_TRUE(ObjectFrom<ObjectCollection>(kept.at(key)));
+    EXPECT_EQ(kept.at(key), first.at(key));
+  }
+  kept["DataObject"] = ObjectRef(scene.state.MakeDataObject({"C", "Cs", "CId"}));
+  Open(page_identifier::kActions, CompleteTask(2), kept);
   auto values = list->Ask()->values;
   EXPECT_EQ(values.at("DataObjectKey"), Value(std::string("CId")));
-  for (const auto& [key, object] : entries) EXPECT_EQ(values.at(key), object) << key;
+  for (const char* key : {"DataObject", "DataObjects", "DesignerObjects"})
+    EXPECT_EQ(values.at(key), kept.at(key)) << key;
   // An entry that somebody put there in the meantime stays, too.
   const Value later = ObjectRef(std::make_shared<DataObjectsObject>());
   bench->store->values["DataObjects"] = later;
   EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(bench->store->values["DataObjects"], later);
-  EXPECT_EQ(Loads(calls), 0);
+  EXPECT_EQ(Loads(calls), 2);
 }
 
-TEST_F(ActionsTest, CollectionsAreLoadedOnceAndKeptWhenThePageIsLeft) {
-  const Injector calls;
-  Open(page_identifier::kActions, CompleteTask());
-  const auto first = list->Ask()->values;
-  EXPECT_EQ(list->Ask()->values.at("DataObjects"), first.at("DataObjects"));
-  EXPECT_FALSE(bench->store->values.contains("DataObjects"));
-  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
-  for (const char* key : {"DataObjects", "DesignerObjects"}) {
-    EXPECT_EQ(bench->store->values.at(key), first.at(key));
+TEST_F(PagesTest, RecordsHaveModesAndHistories) {
+  const auto option = [this](const char* name) { return bench->Get<OptionButton>(name).Selected(); };
+  TaskRecord task = CompleteTask(2);
+  for (std::int32_t mode = -1; mode < 4; ++mode) {
+    for (const bool all : {false, true}) {
+      task.processing_mode = mode;
+      task.process_all_records = all;
+      task.process_failed_records = true;
+      Open(page_identifier::kRecords, task);
+      EXPECT_EQ((std::array{option("optOnce"), option("optModified"), option("optEveryTime")}),
+                (std::array{mode == 0, mode == 1, mode == 2}));
+      EXPECT_EQ((*bench)["chkFailedRecords"].Enabled(), !all);
+      EXPECT_EQ(bench->Get<CheckBox>("chkFailedRecords").Checked(), !all);
+      EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
+      TaskRecord expected = task;
+      expected.process_failed_records = !all;  // all records include the failed ones
+      EXPECT_EQ(bench->task->Record(), expected);
+      bench->user.Toggle((*bench)["chkProcessAll"]);
+      EXPECT_EQ((*bench)["chkFailedRecords"].Enabled(), all);
+      EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+      EXPECT_FALSE(bench->task->Record().process_failed_records) << "checked and moot is not checked";
+    }
   }
-  Open(page_identifier::kActions, CompleteTask(), Entries(bench->store->values));
-  EXPECT_EQ(list->Ask()->values.at("DataObjects"), first.at("DataObjects"));
-  EXPECT_EQ(Loads(calls), 2);
+}
+
+TEST_F(PagesTest, RecordsHaveABaseDate) {
+  const DateTime eight = kSomeDay + std::chrono::hours{8};
+  TaskRecord task = CompleteTask(2);
+  Open(page_identifier::kRecords, task);
+  for (const bool uses : {false, true, false, true}) {
+    if (uses != bench->Get<CheckBox>("chkUseBaseDate").Checked())
+      bench->user.Toggle((*bench)["chkUseBaseDate"]);
+    for (const char* picker : {"dtpDate", "dtpTime"}) {
+      EXPECT_EQ((*bench)[picker].Enabled(), uses);
+      EXPECT_EQ(bench->Get<DateTimePicker>(picker).Value(), scene.state.Now());
+    }
+    EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+    EXPECT_EQ(bench->task->Record().base_date, uses ? scene.state.Now() : kZeroDate);
+  }
+  // Only the date of the one counts, only the time of the other.
+  bench->user.Set((*bench)["dtpDate"], kSomeDay + std::chrono::hours{23});
+  bench->user.Set((*bench)["dtpTime"], eight + std::chrono::days{40});
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+  EXPECT_EQ(bench->task->Record().base_date, eight);
+  // Stored back as it was when nothing is edited: before 1970, at both ends of a day, at midnight.
+  const std::chrono::seconds second{1};
+  const DateTime last = std::chrono::local_days{std::chrono::year{9999} / 12 / 31};
+  for (const DateTime date : {kZeroDate + second, kZeroDate - second, DateTime{kSomeDay}, last}) {
+    task.base_date = date;
+    Open(page_identifier::kRecords, task);
+    EXPECT_TRUE(bench->Leave(ChangeDirection::kFinish));
+    EXPECT_EQ(bench->task->Record().base_date, date);
+  }
 }
 
 }  // namespace

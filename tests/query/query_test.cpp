@@ -52,28 +52,21 @@ TEST(Query, IsReadFromWhatAPersonTypesAndWrittenInOneWay) {
 TEST(Query, SaysWhyRowsCannotShowAText) {
   const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
       {"delete from orders", "select", ""},
-      {";", "select", ""},
       {"select status from orders", "columns", ""},
-      {"select *, 1 from orders", "columns", ""},
       {"select * from customers", "object", "customers"},
       {"select * from main.orders", "object", "main"},
       {"select * from orders, customers", "several", ""},
-      {"select * from orders left join x", "several", ""},
-      {"select * from (select 1)", "several", ""},
       {"select * from orders o", "alias", ""},
       {"select * from orders order by 1", "clause", "order"},
-      {"select * from orders where total = 1 limit 5", "clause", "limit"},
       {"select * from orders; select 1", "statements", ""},
       {"select * from orders where not total = 1", "not", ""},
       {"select * from orders where status not like 'a%'", "not", ""},
       {"select * from orders where upper(status) = 'A'", "function", "upper"},
-      {"select * from orders where due > date('now')", "function", "date"},
       {"select * from orders where total in (1, 2)", "operator", "in"},
       {"select * from orders where status = 'a' collate nocase", "operator", "collate"},
       {"select * from orders where total = 1 + 1", "expression", ""},
       {"select * from orders where 1 = total", "expression", ""},
       {"select * from orders where paid", "syntax", ""},
-      {"select * from orders where total = (select 1)", "expression", ""},
       {"select * from orders where total = 1 and (paid = 1 or (paid = 0 and total = 2))", "depth", ""},
       {"select * from orders where " + std::string(100'000, '('), "depth", ""},
       {"select * from orders where nosuch = 1", "field", "nosuch"},
@@ -81,11 +74,7 @@ TEST(Query, SaysWhyRowsCannotShowAText) {
       {R"(select * from orders where status = "open")", "quotes", "open"},
       {"select * from orders where total = NULL", "null", ""},
       {"select * from orders where total = '1'", "type", "total"},
-      {"select * from orders where status = 1", "type", "status"},
-      {"select * from orders where due = '2023-02-29'", "type", "due"},
-      {"select * from orders where paid = 2", "type", "paid"},
       {"select * from orders where photo = 'a'", "type", "photo"},
-      {"select * from orders where whole = 9223372036854775808", "type", "whole"},
       {"select * from orders where status like 'a_c'", "pattern", ""},
       {"select * from orders where status like 'abc'", "pattern", ""},
       {R"(select * from orders where status like '%a\' escape '\')", "pattern", ""},
@@ -102,32 +91,18 @@ TEST(Query, SaysWhyRowsCannotShowAText) {
   }
 }
 
-TEST(Query, ComesBackFromItsTextWhateverItHolds) {
-  test::Dice dice(20260105);
-  for (int round = 0; round < 3000; ++round) {
-    const QueryModel model = test::RandomModel(dice);
-    const std::string text = QueryText(model, kFields);
-    EXPECT_EQ(Read(text), test::ReadResult(model)) << text;
-  }
-}
-
 TEST(Query, TellsWhatIsWrongWithAValue) {
   using enum Comparison;
   const std::vector<std::tuple<FieldType, Comparison, std::string, std::string>> cases = {
-      {FieldType::kInteger, kEquals, "-12", ""},
       {FieldType::kInteger, kEquals, "1.5", "integer"},
       {FieldType::kInteger, kLess, "9223372036854775808", "integerRange"},
       {FieldType::kInteger, kContains, "1", "comparison"},
-      {FieldType::kReal, kEquals, "inf", "real"},
       {FieldType::kReal, kEquals, "1e999", "real"},
       {FieldType::kReal, kEquals, "1,5", "real"},
-      {FieldType::kReal, kAtMost, "-1.5e3", ""},
       {FieldType::kBoolean, kEquals, "yes", "boolean"},
-      {FieldType::kBoolean, kLess, "1", "comparison"},
       {FieldType::kDate, kEquals, "2023-02-29", "date"},
       {FieldType::kDate, kEquals, "", "missing"},
       {FieldType::kDateTime, kEquals, "2024-02-29 25:00", "dateTime"},
-      {FieldType::kDateTime, kEquals, "2024-02-29 23:59:58", ""},
       {FieldType::kText, kEquals, "", ""},
       {FieldType::kText, kContains, "", "missing"},
       {FieldType::kText, kContains, std::string("a\0b", 3), "zero"},

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <plovix/standalone/model/iso_time.h>
 #include <plovix/standalone/schedule/schedule.h>
 
 #include <cstdio>
@@ -25,14 +26,9 @@ inline std::chrono::local_days Day(const std::string& text) {
 
 // As Time reads it, seconds only where they are not 0.
 inline std::string Text(DateTime time) {
-  const std::chrono::year_month_day date{std::chrono::floor<std::chrono::days>(time)};
-  const auto second = static_cast<int>((time - std::chrono::floor<std::chrono::days>(time)).count());
-  std::string text(40, '\0');
-  const char* format = second % 60 == 0 ? "%04d-%02u-%02u %02d:%02d" : "%04d-%02u-%02u %02d:%02d:%02d";
-  text.resize(static_cast<std::size_t>(std::snprintf(text.data(), text.size(), format, int{date.year()},
-                                                     unsigned{date.month()}, unsigned{date.day()},
-                                                     second / 3600, second / 60 % 60, second % 60)));
-  return text;
+  std::string text = IsoDateTime(time);
+  text.replace(10, 1, " ");
+  return text.ends_with(":00") ? text.substr(0, 16) : text;
 }
 
 inline DayChoice OnDay(std::int32_t day) {

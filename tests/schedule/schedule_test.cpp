@@ -18,9 +18,8 @@ using time_kind::kEveryNMinutes;
 constexpr DateTime kEarliest = DateTime::min();
 const DailyRecord kDaily{1, false};
 
+// What recurrence rules cannot say: moved days, unset and unused values, seconds, long ticks.
 TEST(Schedule, RunsAsTheRecordSays) {
-  const DailyRecord weekdays{1, true}, second_weekdays{2, true};
-  const WeeklyRecord weeks{2, {true, false, true, false, false, false, true}};  // Sunday, Tuesday, Saturday
   const WeeklyRecord mondays{0, {false, true}};
   const DayChoice unset{true, 0, 0, 0}, unused_week{false, 7, -1, 99}, unused_day{true, 99, 0, 2};
   const struct {
@@ -31,24 +30,12 @@ TEST(Schedule, RunsAsTheRecordSays) {
       {"2026-02-27", AtTime(DailyRecord{3}, "23:59:59"), "2026-02-27 23:59:59, 2026-03-02 23:59:59"},
       {"2026-02-28", AtTime(DailyRecord{}), "2026-02-28 08:00, 2026-03-01 08:00"},
       {"2026-02-28", {0, 0, 0, Time("2026-03-05 08:00"), kDaily}, "2026-02-28 08:00, 2026-03-01 08:00"},
-      {"2026-03-06", AtTime(second_weekdays), "2026-03-06 08:00, 2026-03-10 08:00, 2026-03-12 08:00"},
-      {"2026-03-07", AtTime(weekdays), "2026-03-09 08:00, 2026-03-10 08:00, 2026-03-11 08:00"},
-      {"2026-03-04", AtTime(weeks), "2026-03-07 08:00, 2026-03-15 08:00, 2026-03-17 08:00, 2026-03-21 08:00"},
       {"2026-01-31", AtTime(MonthlyRecord{1, OnDay(31)}), "2026-01-31 08:00, 2026-02-28 08:00 for 31"},
-      {"2026-11-16", AtTime(MonthlyRecord{3, OnDay(15)}), "2027-02-15 08:00, 2027-05-15 08:00"},
-      {"2026-01-01", AtTime(MonthlyRecord{1, OnThe(4, 10)}), "2026-01-31 08:00, 2026-02-28 08:00"},
-      {"2026-08-01", AtTime(MonthlyRecord{1, OnThe(3, 9)}), "2026-08-06 08:00, 2026-09-04 08:00"},
-      {"2026-08-01", AtTime(MonthlyRecord{2, OnThe(2, 10)}), "2026-08-08 08:00, 2026-10-10 08:00"},
-      {"2026-08-03", AtTime(MonthlyRecord{1, OnThe(1, 8)}), "2026-09-02 08:00"},
       {"2026-08-01", AtTime(MonthlyRecord{0, unset}), "2026-08-02 08:00, 2026-09-06 08:00"},
       {"2026-03-01", AtTime(MonthlyRecord{1, unused_week}), "2026-03-07 08:00"},
       {"2026-03-01", AtTime(MonthlyRecord{1, unused_day}), "2026-03-02 08:00"},
-      {"2027-03-01", AtTime(YearlyRecord{2, OnDay(29)}), "2028-02-29 08:00, 2029-02-28 08:00 for 29"},
       {"1899-03-01", AtTime(YearlyRecord{2, OnDay(29)}), "1900-02-28 08:00 for 29, 1901-02-28 08:00 for 29"},
-      {"2026-11-27", AtTime(YearlyRecord{11, OnThe(4, 6)}), "2026-11-27 08:00, 2027-11-26 08:00"},
-      {"2026-03-01", Every(13, kEveryNHours, kDaily), "2026-03-01 00:00, 2026-03-01 13:00, 2026-03-02 02:00"},
-      {"2026-03-01", Every(48, kEveryNHours, mondays),
-       "2026-03-09 00:00, 2026-03-23 00:00, 2026-04-06 00:00"},
+      {"2026-03-01", Every(48, kEveryNHours, mondays), "2026-03-09 00:00, 2026-03-23 00:00"},
       {"2026-03-01", Every(0, kEveryNMinutes, YearlyRecord{}), "2027-01-01 00:00, 2027-01-01 00:01"},
   };
   for (const auto& c : cases) {
@@ -68,43 +55,27 @@ TEST(Schedule, RunsAsTheRecordSays) {
   }
 }
 
-TEST(Schedule, SelectsNoDayBeforeTheStart) {
-  const local_days start = Day("2026-03-07");
-  for (const PatternRecord& pattern : {PatternRecord{kDaily}, PatternRecord{YearlyRecord{3, OnDay(7)}}}) {
-    const DayRule rule(pattern, start);
-    EXPECT_EQ(rule.AtOrAfter(start - days{800}), start);
-    EXPECT_EQ(rule.AtOrBefore(start - days{1}), std::nullopt);
-  }
-}
-
 TEST(Schedule, NeverRuns) {
   const WeeklyRecord no_day{1, {}}, tuesdays{1, {false, false, true}}, negative_weeks{-1, {true}};
-  const RecurrenceRecord records[] = {AtTime({}),
-                                      AtTime(no_day),
-                                      AtTime(DailyRecord{14, true}),
-                                      Every(168, kEveryNHours, tuesdays),
-                                      Every(10'080, kEveryNMinutes, DailyRecord{1, true}),
-                                      AtTime(DailyRecord{-1}),
-                                      AtTime(negative_weeks),
-                                      AtTime(MonthlyRecord{-1, OnDay(1)}),
-                                      Every(-1, kEveryNMinutes, kDaily),
-                                      Every(-1, kEveryNHours, kDaily),
-                                      Every(1, 3, kDaily),
-                                      Every(1, -1, kDaily),
-                                      AtTime(MonthlyRecord{1, OnDay(32)}),
-                                      AtTime(YearlyRecord{1, OnDay(-1)}),
-                                      AtTime(YearlyRecord{13, OnDay(1)}),
-                                      AtTime(YearlyRecord{-1, OnDay(1)}),
-                                      AtTime(MonthlyRecord{1, OnThe(5, 1)}),
-                                      AtTime(MonthlyRecord{1, OnThe(-1, 1)}),
-                                      AtTime(YearlyRecord{1, OnThe(0, 11)}),
-                                      AtTime(YearlyRecord{1, OnThe(0, -1)})};
+  std::vector<RecurrenceRecord> records{Every(168, kEveryNHours, tuesdays),
+                                        Every(70'561, kEveryNMinutes, tuesdays),  // not for 580 years
+                                        Every(10'080, kEveryNMinutes, DailyRecord{1, true}),
+                                        Every(-1, kEveryNMinutes, kDaily),
+                                        Every(-1, kEveryNHours, kDaily),
+                                        Every(1, 3, kDaily),
+                                        Every(1, -1, kDaily)};
+  for (const PatternRecord& pattern : std::initializer_list<PatternRecord>{
+           PatternRecord{}, no_day, DailyRecord{14, true}, DailyRecord{-1}, negative_weeks,
+           MonthlyRecord{-1, OnDay(1)}, MonthlyRecord{1, OnDay(32)}, YearlyRecord{1, OnDay(-1)},
+           YearlyRecord{13, OnDay(1)}, YearlyRecord{-1, OnDay(1)}, MonthlyRecord{1, OnThe(5, 1)},
+           MonthlyRecord{1, OnThe(-1, 1)}, YearlyRecord{1, OnThe(0, 11)}, YearlyRecord{1, OnThe(0, -1)}})
+    records.push_back(AtTime(pattern));
   const local_days start = Day("2026-03-07");  // a Saturday
   for (const RecurrenceRecord& record : records) {
     const Schedule schedule(record, start);
     EXPECT_FALSE(schedule.Next(kEarliest) || schedule.Previous(DateTime::max()) || schedule.IsRun(start) ||
                  schedule.MovedFrom(Day("2026-04-30")))
-        << "record " << &record - records;
+        << "record " << &record - records.data();
   }
 }
 
@@ -138,10 +109,6 @@ TEST(Schedule, HoldsAtTheEndsOfAllRanges) {
       check({n, 0, n, DateTime::max(), pattern});
     }
   EXPECT_GT(runs, 1000);
-  // Ticks that take 580 years to reach a Tuesday.
-  EXPECT_FALSE(
-      Schedule(Every(70'561, kEveryNMinutes, WeeklyRecord{1, {false, false, true}}), Day("2026-03-07"))
-          .Next(kEarliest));
   const Schedule all(Every(1, 0, kDaily), Day("-9999-01-01"));
   EXPECT_EQ(all.Next(kEarliest), Time("-9999-01-01"));
   EXPECT_EQ(all.Previous(DateTime::max()), Time("9999-12-31"));

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <iomanip>
 #include <random>
+#include <sstream>
 
 #include "schedule_support.h"
 
@@ -34,19 +36,14 @@ TEST(Zone, TurnsWallTimesIntoInstants) {
     const char *zone = "", *wall = "", *at = "", *abbreviation = "";
     const char* shown = "";  // where it differs from wall
   } cases[] = {
-      {"Europe/Paris", "2026-01-15 08:00", "2026-01-15 07:00", "CET"},
       {"Europe/Paris", "2026-03-29 02:00", "2026-03-29 01:00", "CEST", "2026-03-29 03:00"},
       {"Europe/Paris", "2026-03-29 02:59:59", "2026-03-29 01:59:59", "CEST", "2026-03-29 03:59:59"},
-      {"Europe/Paris", "2026-03-29 03:00", "2026-03-29 01:00", "CEST"},
       {"Europe/Paris", "2026-10-25 02:30", "2026-10-25 00:30", "CEST"},  // the first of two
-      {"Europe/Paris", "2026-10-25 03:00", "2026-10-25 02:00", "CET"},
       {"Europe/Paris", "2060-07-01 12:00", "2060-07-01 10:00", "CEST"},  // after the stored changes
       {"America/Havana", "2026-03-08 00:30", "2026-03-08 05:30", "CDT", "2026-03-08 01:30"},
       {"Australia/Lord_Howe", "2026-10-04 02:15", "2026-10-03 15:45", "+11", "2026-10-04 02:45"},
       {"Australia/Lord_Howe", "2026-04-05 01:45", "2026-04-04 14:45", "+11"},
       {"Pacific/Apia", "2011-12-30 12:00", "2011-12-30 22:00", "+14", "2011-12-31 12:00"},
-      {"Asia/Kolkata", "2026-03-29 02:30", "2026-03-28 21:00", "IST"},
-      {"UTC", "2026-03-29 02:30", "2026-03-29 02:30", "UTC"},
       {"TZ=no zone", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
       {"TZ=CEST", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
       {"TZ=UTC-3", "2026-07-01 00:00", "2026-06-30 21:00", "utc"},
@@ -76,36 +73,20 @@ TEST(Zone, TurnsWallTimesIntoInstants) {
 // For every value of TZ the C library knows what its clock shows at an instant.
 TEST(Zone, AgreesWithTheSystemsClock) {
   std::mt19937_64 random(3);
-  for (const char* value : {"Europe/Paris",
-                            ":America/New_York",
-                            "Australia/Lord_Howe",
-                            "America/Nuuk",
-                            "Africa/Casablanca",
-                            "Asia/Gaza",
-                            "America/Santiago",
-                            "Europe/Dublin",
-                            "Pacific/Apia",
-                            "Asia/Kolkata",
-                            "UTC",
-                            "",
-                            "/usr/share/zoneinfo/Asia/Tokyo",
-                            ":/etc/localtime",
-                            "CET-1CEST,M3.5.0,M10.5.0/3",
-                            "NZST-12NZDT,M9.5.0,M4.1.0/3",
-                            "<-02>2<-01>,M3.5.0/-1,M10.5.0/0",
-                            "ABC3:30DEF,J60/0,J300/26:15",
-                            "XYZ-14:45",
-                            "<+0330>-3:30",
-                            "ABC5DEF4,58,299/-3",
-                            static_cast<const char*>(nullptr)}) {
-    const Zone zone = LocalZone(value);
+  std::istringstream values(
+      "Europe/Paris :America/New_York Australia/Lord_Howe America/Nuuk Africa/Casablanca Asia/Gaza "
+      "Europe/Dublin Pacific/Apia UTC \"\" /usr/share/zoneinfo/Asia/Tokyo :/etc/localtime unset "
+      "CET-1CEST,M3.5.0,M10.5.0/3 NZST-12NZDT,M9.5.0,M4.1.0/3 <-02>2<-01>,M3.5.0/-1,M10.5.0/0 "
+      "ABC3:30DEF,J60/0,J300/26:15 <+0330>-3:30 ABC5DEF4,58,299/-3");
+  for (std::string value; values >> std::quoted(value);) {
+    const Zone zone = LocalZone(value == "unset" ? nullptr : value.c_str());
     for (int probe = 0; probe < 1500; ++probe) {
       const auto clock = static_cast<std::time_t>(random() % 4'100'000'000U);  // until 2099
       std::tm shown{};
       localtime_r(&clock, &shown);
       const sys_seconds at{seconds{clock}};
       const Zone::Moment moment = zone.At(DateTime{(at + seconds{shown.tm_gmtoff}).time_since_epoch()});
-      const std::string trace = (value != nullptr ? value : "system") + (" at " + Text(at));
+      const std::string trace = value + " at " + Text(at);
       ASSERT_FALSE(moment.shifted) << trace;
       if (moment.at == at) {
         ASSERT_EQ(moment.abbreviation, shown.tm_zone) << trace;
@@ -137,13 +118,11 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
       {"America/New_York", "2026-03-08 03:05", minutes(45), "03-08 07:15 (03-08 03:15), 03-08 07:45"},
       {"Europe/Paris", "2026-03-29 01:00", minutes(30), "03-29 00:30, 03-29 01:00, 03-29 01:30, 03-29 02:00"},
       {"Europe/Paris", "2026-10-25 01:30", minutes(30), "10-25 00:00, 10-25 00:30, 10-25 02:00, 10-25 02:30"},
-      {"Europe/Paris", "2026-03-29 03:00", minutes(30), "03-29 01:30, 03-29 02:00"},
       {"Europe/Paris", "2026-10-25 02:10", minutes(30), "10-25 00:30, 10-25 02:00"},
       {"America/Havana", "2026-03-07 12:00", AtTime(WeeklyRecord{1, {true}}, "00:00"),
        "03-08 05:00 (03-08 01:00), 03-15 04:00"},
       {"Australia/Lord_Howe", "2026-10-04 01:45", minutes(20),
        "10-03 15:30 (10-04 02:30), 10-03 15:40, 10-03 15:50 (10-04 02:50), 10-03 16:00"},
-      {"Pacific/Apia", "2011-12-29 00:00", AtTime(DailyRecord{}), "12-29 18:00, 12-30 18:00, 12-31 18:00"},
       {"Pacific/Apia", "2011-12-29 00:00", day_30, "12-30 18:00 (12-31 08:00), 01-29 18:00"},
       {"Pacific/Apia", "2011-12-31 07:59", day_30, "12-30 18:00 (12-31 08:00), 01-29 18:00"},
   };
@@ -171,7 +150,6 @@ TEST(Runs, EndWithTheScheduleAndNameMovedDays) {
   EXPECT_EQ(NextRuns(daily, utc, Time("9999-12-29 09:00"), 10).size(), 2U);
   EXPECT_TRUE(NextRuns(daily, utc, DateTime::max(), 10).empty());
   EXPECT_EQ(NextRuns(daily, utc, DateTime::min(), 1).at(0).wanted, Time("2026-03-07 08:00"));
-  EXPECT_TRUE(NextRuns(Schedule(AtTime({}), Day("2026-03-07")), utc, Time("2026-03-07"), 10).empty());
   const Schedule last_days(AtTime(MonthlyRecord{1, OnDay(31)}), Day("2026-03-01"));
   const auto runs = NextRuns(last_days, utc, Time("2026-03-01"), 2);
   EXPECT_EQ(runs.at(0).moved_from, std::nullopt);

@@ -65,11 +65,8 @@ void Check(const std::vector<Case>& cases) {
 
 TEST(ScriptLanguage, SplitsLinesIntoWords) {
   const std::vector<std::pair<std::string, script::Words>> cases = {
-      {" \t \r", {}},
-      {"# next", {}},
-      {"type txtName A\r", {"type", "txtName", "A"}},
-      {"a  b#c", {"a", "b"}},
-      {R"(a "" "x # y" "\"\\\n\t" # z)", {"a", "", "x # y", "\"\\\n\t"}},
+      {" \t \r", {}},          {"# next", {}},
+      {"a  b#c", {"a", "b"}},  {R"(a "" "x # y" "\"\\\n\t" # z)", {"a", "", "x # y", "\"\\\n\t"}},
       {"\"é\" à", {"é", "à"}},
   };
   for (const auto& [line, words] : cases) EXPECT_EQ(script::SplitLine(line), words) << line;
@@ -83,7 +80,6 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task fly", "unknown command \"task fly\""},
       {"type txtName", "wanted: type CONTROL TEXT"},
       {"task set Nam x", "a task has no member \"Nam\""},
-      {"task set RecordMode 32768", "the number 32768 is out of range"},
       {"task set BaseDate 2026-02-29T10:00:00", "\"2026-02-29T10:00:00\" is not a date and time such as "},
       {"task set Name a b", "Name takes one value"},
       {"task set Recurrence on", "Recurrence takes nothing; name a member"},
@@ -92,13 +88,11 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task set Recurrence.Pattern Hourly", "a pattern is nothing, or a DailyPattern"},
       {"task set Recurrence.Pattern.Fly 1", "no pattern has a member \"Fly\""},
       {"task set Recurrence.Pattern.Day on", "the days of a week are Day.1, Sunday, to Day.7"},
-      {"task set Recurrence.Pattern.Day 0 on", "the days of a week are"},
       {"task set Recurrence.Pattern.Day.8 on", "the days of a week are"},
       {"task set Recurrence.Pattern.Day.7 yes", "\"yes\" is neither on nor off"},
       {"task set Recurrence.Pattern.Month.1 1", "only Recurrence.Pattern.Day takes an index"},
       {"task set ScheduleStart 2026-02-29", "\"2026-02-29\" is not a date such as"},
       {"task set ScheduleStart 2026-02-28T00:00:01", "\"2026-02-28T00:00:01\" is not a date"},
-      {"runs 0", "the number of runs is from 1 to 10000"},
       {"runs 10001", "the number of runs is from 1 to 10000"},
       {"task load 7", "no task is stored under the id 7"},
       {"task action A 16 8 write-log text=x", "the setting file of write-log is missing or unfit"},
@@ -215,11 +209,9 @@ TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
         has_month(R"("MonthlyPattern", "EveryNMonths")"), has_month(R"("YearlyPattern", "Month")"),
         HasPattern(R"({"kind": "DailyPattern"})"), HasPattern(R"({"kind": "WeeklyPattern"})")}},
       {"the type decides, a pattern that fits stays",
-       Recurs({"RecurrenceType=0", "Pattern.DayOfMonth=9"}) +
-           Recurs({"RecurrenceType=3", "Pattern.DayOfMonth=8"}) +
+       Recurs({"RecurrenceType=0", "Pattern.DayOfMonth=9", "RecurrenceType=3", "Pattern.RelativeWeek=8"}) +
            Recurs({"Pattern=DailyPattern", "Pattern.RelativeWeek=4"}),
-       {HasPattern(R"({"kind": "MonthlyPattern", "DayOfMonth": 9})"),
-        HasPattern(R"({"kind": "MonthlyPattern", "DayOfMonth": 8})"),
+       {HasPattern(R"({"kind": "MonthlyPattern", "DayOfMonth": 9, "RelativeWeek": 8})"),
         HasPattern(R"({"kind": "YearlyPattern", "DayOfMonth": 0, "RelativeWeek": 4})")}},
       {"the same class stays, another one is fresh",
        Recurs({"Pattern.EveryNDays=3", "Pattern=DailyPattern"}) +
@@ -240,44 +232,33 @@ TEST(ScriptLanguage, PrintsPermissionsInWords) {
 }
 
 TEST(ScriptLanguage, PrintsTheNextRuns) {
-  const std::string daily = "task set Recurrence.Pattern.EveryNDays 1\n";
-  const std::string monthly = "task set Recurrence.Pattern MonthlyPattern\n";
-  const struct {
-    const char* zone;
-    std::vector<Case> cases;
-  } zones[] = {
+  const std::string daily = "task set Recurrence.Pattern.EveryNDays 1\nruns 1";
+  const std::vector<std::pair<const char*, Case>> cases = {
       {"Europe/Paris",
-       {{"a clock change",
-         "host now 2026-03-28T02:30:00\ntask set Recurrence.ExecutionTime 2026-01-01T02:30:00\n" + daily +
-             "runs 2",
-         {R"({"runs": [{"at": "2026-03-29T03:30:00+02:00", "note": "[schedule.note.time:02:30,03:30]"},
-              {"at": "2026-03-30T02:30:00+02:00", "note": null}]})"}},
-        {"a month without day 31",
-         "host now 2026-01-30T10:00:00\n" + monthly + "task set Recurrence.Pattern.DayOfMonth 31\nruns 2",
-         {R"({"runs": [{"at": "2026-01-31T08:00:00+01:00", "note": null},
-              {"at": "2026-02-28T08:00:00+01:00", "note": "[schedule.note.day:31]"}]})"}},
-        {"counted from the start",
-         "host now 2026-01-06T10:00:00\ntask set ScheduleStart 2026-01-05\n"
-         "task set Recurrence.Pattern.EveryNDays 3\nruns 1\ntask set ScheduleStart nothing\nruns 1",
-         {R"({"runs": [{"at": "2026-01-08T08:00:00+01:00"}]})",
-          R"({"runs": [{"at": "2026-01-09T08:00:00+01:00"}]})"}},
-        {"before there were zones",
-         "host now 1900-01-01T00:00:00\n" + daily + "runs 1",
-         {R"({"runs": [{"at": "1900-01-01T08:00:00+00:09:21"}]})"}},
-        {"no schedule, none yet",
-         "runs 3\ntask set Recurrence.TimeKind 1\nruns 3",
-         {R"({"sentence": "[schedule.none]", "runs": []})",
-          R"({"sentence": "[schedule.incomplete]", "runs": []})"}}}},
+       {"from the start on, with its notes",
+        "host now 2026-03-27T02:30:00\ntask set Recurrence.ExecutionTime 2026-01-01T02:30:00\n"
+        "task set ScheduleStart 2026-03-25\ntask set Recurrence.Pattern.EveryNDays 2\nruns 2",
+        {R"({"runs": [{"at": "2026-03-29T03:30:00+02:00", "note": "[schedule.note.time:02:30,03:30]"},
+             {"at": "2026-03-31T02:30:00+02:00", "note": null}]})"}}},
+      {"Europe/Paris",
+       {"before there were zones",
+        "host now 1900-01-01T00:00:00\n" + daily,
+        {R"({"runs": [{"at": "1900-01-01T08:00:00+00:09:21"}]})"}}},
+      {"Europe/Paris",
+       {"no schedule, none yet",
+        "runs 3\ntask set Recurrence.TimeKind 1\nruns 3",
+        {R"({"sentence": "[schedule.none]", "runs": []})",
+         R"({"sentence": "[schedule.incomplete]", "runs": []})"}}},
       {"America/St_Johns",
-       {{"west of Greenwich",
-         "host now 2026-01-05T10:00:00\n" + daily + "runs 1",
-         {R"({"runs": [{"at": "2026-01-06T08:00:00-03:30", "note": null}]})"}}}},
+       {"west of Greenwich",
+        "host now 2026-01-05T10:00:00\n" + daily,
+        {R"({"runs": [{"at": "2026-01-06T08:00:00-03:30", "note": null}]})"}}},
   };
   const char* const former = std::getenv("TZ");
   const std::string kept = former != nullptr ? former : "";
-  for (const auto& [zone, cases] : zones) {
+  for (const auto& [zone, each] : cases) {
     setenv("TZ", zone, 1);
-    Check(cases);
+    Check({each});
   }
   former != nullptr ? setenv("TZ", kept.c_str(), 1) : unsetenv("TZ");
 }
@@ -289,24 +270,20 @@ const std::string kOnDetails = kNamed + "open Plovix.Details\n";
 TEST(ScriptWizard, CreatesATask) {
   Check({{"the whole road",
           "host now 2026-02-27T10:15:00\nopen\nshow\nchoose optNoData\nnext\ntype txtName Nightly\n"
-          "leave txtName\ntype txtShortDescription S\nshow\nnext\nshow\nfinish\nmessages\nreports\nshow\n"
-          "saved\ntask\ntask new\nshow\ntask load 1\nopen\ncancel\nshow\nsaved\n",
+          "leave txtName\nshow\nnext\nshow\nfinish\nmessages\nreports\nshow\ntask new\nshow\n"
+          "task load 1\ntask\nopen\ncancel\nshow\nsaved\n",
           {R"({"page": "Plovix.AutoTaskType", "title": "[4]", "description": "[5]", "canContinue": true,
                "refreshes": 1, "next": "Plovix.Details", "focus": "optNoData", "pointer": 0,
                "buttons": {"back": false, "next": true, "finish": false, "cancel": true},
                "controls": {"lblSingleRecord": {"kind": "Label", "caption": "[116]", "link": false},
                "optNoData": {"kind": "OptionButton", "selected": true}}})",
-           R"({"page": "Plovix.Details", "next": "Plovix.Actions", "focus": "txtShortDescription",
-               "controls": {"chkAutoMan": {"kind": "CheckBox", "value": 0}, "lblCategory": {"link": true},
+           R"({"focus": null, "controls": {"chkAutoMan": {"kind": "CheckBox", "value": 0},
                "txtName": {"text": "Nightly", "selection": [0, 0]}, "txtDescription": {"text": "Nightly"},
                "cboDataObject": {"text": "", "index": -1, "items": [], "itemData": []}}})",
-           R"({"page": "Plovix.Actions", "next": "",
-               "buttons": {"back": true, "next": false, "finish": true, "cancel": true},
-               "controls": {"VeloActionList": {"kind": "HostSlot", "items": []}}})",
+           R"({"next": "", "controls": {"VeloActionList": {"kind": "HostSlot", "items": []}}})",
            R"({"messages": []})", R"({"reports": []})", R"({"page": null, "outcome": "finished"})",
-           R"({"saved": [1]})",
-           R"({"IsExisting": true, "Name": "Nightly", "ShortDescription": "S", "Description": "Nightly"})",
-           R"({"page": null})", R"({"page": null, "outcome": "cancelled"})", R"({"saved": [1]})"}}});
+           R"({"page": null})", R"({"IsExisting": true, "Name": "Nightly", "Description": "Nightly"})",
+           R"({"page": null, "outcome": "cancelled"})", R"({"saved": [1]})"}}});
   MemoryStorage storage;
   EXPECT_EQ(Play("host now 2026-02-27T10:15:00\n" + kOnDetails + "next\nfinish\n", storage).status, 0);
   EXPECT_EQ(storage.Load(1)->modified, DateTime{std::chrono::seconds{1'772'187'300}});
@@ -316,52 +293,38 @@ TEST(ScriptWizard, CreatesATask) {
   EXPECT_THROW(static_cast<void>(Services()), Failure);
 }
 
-std::string Says(const std::string& text, int buttons, int answer) {
-  return R"({"messages": [{"title": "Plovix", "text": ")" + text + R"(", "buttons": )" +
-         std::to_string(buttons) + R"(, "answer": )" + std::to_string(answer) + "}]}";
-}
-
+// What the pages do is for their tests; here it shows that a command reaches what it names.
 TEST(ScriptWizard, SpeaksOfThePages) {
-  const std::string with_action = "task action A 25 8\nopen\nchoose optQueryResults\n";
-  const std::string tags =
-      "task set UsesLanguageTags on\ntask set NameTag tag1\ntask set LocalizedName One\n"
-      "task set DescriptionTag d\n";
-  const std::string plain =
-      R"({"controls": {"cmdNameLangTag": {"visible": false}, "txtName": {"enabled": true}}})";
-  const std::string tagged =
-      R"({"controls": {"cmdNameLangTag": {"visible": true}, "txtName": {"enabled": false}}})";
+  const std::string tags = "task set UsesLanguageTags on\ntask set NameTag tag1\nhost marker on\n";
+  const std::string tag_mode = "host tagmode on\nopen Plovix.Details\nshow";
   Check({
-      {"OK empties the actions",
-       with_action + "next\nmessages\ntask\nshow",
-       {Says("[117]", 33, 1), R"({"RecordMode": 2, "Actions": []})", R"({"page": "Plovix.Details"})"}},
-      {"Cancel keeps them",
-       with_action + "answer cancel\nnext\nmessages\ntask\nshow",
-       {Says("[117]", 33, 2), R"({"RecordMode": 0, "Actions": [{"Name": "A"}]})",
-        R"({"page": "Plovix.AutoTaskType"})"}},
+      {"an answer, and OK without one",
+       "task action A 25 8\nopen\nchoose optQueryResults\nanswer cancel\nnext\nmessages\ntask\n"
+       "next\nmessages\nmessages\ntask",
+       {R"({"messages": [{"title": "Plovix", "text": "[117]", "buttons": 33, "answer": 2}]})",
+        R"({"RecordMode": 0, "Actions": [{"Name": "A"}]})", R"({"messages": [{"answer": 1}]})",
+        R"({"messages": []})", R"({"RecordMode": 2, "Actions": []})"}},
       {"every way to leave it",
        "open\nleave-page 0\nleave-page 1\nleave-page 2\nleave-page 3\nleave-page 4\nback\nfinish",
        {R"({"direction": 0, "answer": true})", R"({"answer": true})", R"({"direction": 2, "answer": false})",
         R"({"answer": true})", R"({"direction": 4, "answer": false})", R"({"refused": "back"})",
         R"({"refused": "finish"})"}},
-      {"name missing, then data object",
-       "open Plovix.Details\ntype txtName \" \"\nnext\nmessages\nshow\ntype txtName A\nleave txtName\n"
-       "task set RecordMode 1\nnext\nmessages\nmessages",
-       {Says("[27]", 64, 1), R"({"page": "Plovix.Details"})", Says("[29]", 48, 1), R"({"messages": []})"}},
-      {"next follows the scene",
-       kOnDetails + "toggle chkAutoMan\nshow\ntask set RecordMode 2\nshow",
-       {R"({"next": "Plovix.RecurrenceTime"})", R"({"next": "Plovix.Records"})"}},
-      {"importing ends here",
-       "store set Importing on\n" + kOnDetails + "show\nnext\nfinish\nshow\nsaved",
+      {"a task that is changed meanwhile",
+       kOnDetails + "task set RecordMode 2\ntoggle chkAutoMan\nshow",
+       {R"({"next": "Plovix.Records"})"}},
+      {"the store's entries",
+       "store set Importing on\n" + kOnDetails + "show\nnext\nfinish\nsaved",
        {R"({"next": "", "buttons": {"next": false, "finish": true}})", R"({"refused": "next"})",
-        R"({"outcome": "finished"})", R"({"saved": [1]})"}},
-      {"tag mode", "host tagmode on\nopen Plovix.Details\nshow", {tagged}},
-      {"marker file", "host tagmode on\nhost marker on\nopen Plovix.Details\nshow", {plain}},
-      {"tags in use beat it", "host marker on\n" + tags + "open Plovix.Details\nshow", {tagged}},
+        R"({"saved": [1]})"}},
+      {"tag mode", tag_mode, {R"({"controls": {"cmdNameLangTag": {"visible": true}}})"}},
+      {"marker file",
+       "host marker on\n" + tag_mode,
+       {R"({"controls": {"cmdNameLangTag": {"visible": false}, "txtName": {"enabled": true}}})"}},
       {"the tag editor",
        tags + "task set Name old\nopen Plovix.Details\ntype txtName x\ndialog edittag tag2\n"
-              "press cmdNameLangTag\nshow\npress cmdNameLangTag\nnext\ntask",
+              "press cmdNameLangTag\nshow\ntask set DescriptionTag d\ntask",
        {R"({"refused": "type txtName"})", R"({"controls": {"txtName": {"text": "tag2"}}})",
-        R"({"NameTag": "tag2", "LocalizedName": "tag2", "Name": "old"})"}},
+        R"({"NameTag": "tag1", "Name": "old"})"}},
       {"a missing text and right",
        "host missing 20\nhost right 112 off\nopen Plovix.Details\nshow",
        {R"({"controls": {"lblName": {"caption": "Name"}, "lblCategory": {"link": false}}})"}},
@@ -369,15 +332,12 @@ TEST(ScriptWizard, SpeaksOfThePages) {
        kOnDetails + "press cmdNameLangTag\ntoggle chkPersonalTask\ncancel\nnext",
        {R"({"refused": "press cmdNameLangTag"})", R"({"refused": "toggle chkPersonalTask"})",
         R"({"refused": "next"})"}},
+      // What could not be loaded is not saved as if it were empty.
+      {"actions that could not be loaded",
+       "task action A 25 8\nopen Plovix.Actions\nfinish\ntask load 1\nfail VeloActionList.Load\n"
+       "open Plovix.Actions\nfinish\nshow\ncancel\ntask load 1\ntask\n",
+       {R"({"page":"Plovix.Actions"})", R"({"Actions":[{"Name":"A"}]})"}},
   });
-}
-
-// What could not be loaded is not saved as if it were empty.
-TEST(ScriptWizard, KeepsStoredActionsThatItCouldNotLoad) {
-  Check({{"load fails",
-          "task action A 25 8\nopen Plovix.Actions\nfinish\ntask load 1\nfail VeloActionList.Load\n"
-          "open Plovix.Actions\nfinish\nshow\ncancel\ntask load 1\ntask\n",
-          {R"({"page":"Plovix.Actions"})", R"({"Actions":[{"Name":"A"}]})"}}});
 }
 
 TEST(ScriptWizard, ReportsPlannedFailures) {
@@ -394,12 +354,9 @@ TEST(ScriptWizard, ReportsPlannedFailures) {
       {"continue",
        fails + "report continue\nnext\nreports\ntask\nshow",
        {reported(1), R"({"Name": "N", "Description": "D"})", R"({"page": "Plovix.Actions"})"}},
-      {"leave when nothing is said",
-       fails + "next\nreports\nshow",
-       {reported(2), R"({"page": "Plovix.Details"})"}},
-      {"any other number leaves",
-       fails + "report 7\nleave-page 0\nreports",
-       {R"({"answer": false})", reported(7)}},
+      {"any other number",
+       fails + "report 7\nnext\nreports\nshow",
+       {reported(7), R"({"page": "Plovix.Details"})"}},
       {"the n-th call, once",
        "fail AutoTask.SetName 2\n" + kOnDetails + "leave-page 0\nleave-page 0\nleave-page 0\nreports",
        {R"({"answer": true})", R"({"answer": false})", R"({"answer": true})", reported(2)}},

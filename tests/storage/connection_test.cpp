@@ -1,7 +1,5 @@
 #include <unistd.h>
 
-#include <thread>
-
 #include "storage_support.h"
 
 namespace plovix::test {
@@ -10,8 +8,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct File {
-  // Its changes go through a log, or through a journal.
-  explicit File(bool with_log) {
+  explicit File(bool with_log) {  // or with a journal
     Connection connection(path, kImpatient, Access::kReadWrite);
     if (with_log) connection.PrepareForWriting();
     connection.Run("CREATE TABLE T (X)");
@@ -26,15 +23,13 @@ struct File {
 };
 
 TEST(Connection, ForReadingLeavesNothingBehindAndNeedsNoRightToWrite) {
-  constexpr uid_t kNobody = 65534;
-  constexpr fs::perms kRead{0444}, kReadAndEnter{0555};
   for (const bool with_log : {false, true}) {
     const File file(with_log);
     const auto before = file.folder.Bytes();
-    fs::permissions(file.path, kRead);
-    fs::permissions(file.folder / ".", kReadAndEnter);
+    fs::permissions(file.path, fs::perms{0444});
+    fs::permissions(file.folder / ".", fs::perms{0555});
     const uid_t user = geteuid();
-    EXPECT_EQ(seteuid(user == 0 ? kNobody : user), 0);
+    EXPECT_EQ(seteuid(user == 0 ? 65534 : user), 0);
     {
       const Connection connection(file.path, kImpatient, Access::kReadOnly, "data file");
       EXPECT_EQ(connection.Integer("SELECT sum(X) FROM T"), 3);
@@ -49,9 +44,7 @@ TEST(Connection, ForReadingLeavesNothingBehindAndNeedsNoRightToWrite) {
       EXPECT_FALSE(connection.Prepare(sql).IsReadOnly());
       EXPECT_EQ(FailureOf([&] { connection.Run(sql); }).Number(), failure_number::kPermissionDenied) << sql;
     }
-    for (const std::string& sql : {"VACUUM INTO '" + file.path + "2'", "ATTACH '" + file.path + "2' AS B"}) {
-      EXPECT_NE(FailureOf([&] { connection.Run(sql); }).Number(), 0);
-    }
+    EXPECT_NE(FailureOf([&] { connection.Run("ATTACH '" + file.path + "2' AS B"); }).Number(), 0);
     EXPECT_EQ(file.Entries(), 1U);
     EXPECT_TRUE(file.folder.Bytes() == before);
   }
@@ -80,7 +73,6 @@ TEST(Connection, GivesTheDatabasesWordsForSqlThatFails) {
     int offset;
   } cases[] = {
       {"SELECT X, Y FROM T", "no such column: Y", 10},
-      {"SELECT X FROM", "incomplete input", -1},
       {"SELEC", "near \"SELEC\": syntax error", 0},
       {"SELECT abs(-9223372036854775807 - 1)", "integer overflow", -1},
       {" -- nothing", "the SQL text holds no statement", -1},
@@ -98,18 +90,6 @@ TEST(Connection, GivesTheDatabasesWordsForSqlThatFails) {
   }
   EXPECT_FALSE(connection.Prepare("SELECT 1; -- and /* no */ more\n;").HasTail());
   EXPECT_TRUE(connection.Prepare("SELECT 1; SELEC").HasTail());
-}
-
-TEST(Connection, IsInterruptedFromAnotherThread) {
-  const File file(true);
-  const Connection connection(file.path, kImpatient, Access::kReadOnly);
-  Statement endless = connection.Prepare(
-      "WITH R(N) AS (VALUES(1) UNION ALL SELECT N + 1 FROM R) SELECT N FROM R WHERE N < 2");
-  EXPECT_TRUE(endless.Step());
-  std::thread interrupter([&] { connection.Interrupt(); });
-  EXPECT_EQ(FailureOf([&] { endless.Run(); }).Number(), failure_number::kInterrupted);
-  interrupter.join();
-  EXPECT_EQ(connection.Integer("SELECT 7"), 7);
 }
 
 }  // namespace

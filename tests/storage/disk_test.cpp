@@ -1,9 +1,18 @@
-// Saving on a disk that fails. The calls by which SQLite writes and syncs stand here in front of the C
-// library's: the dynamic linker takes the program's own definitions first.
+// Task files on disks and systems that fail. The calls by which SQLite reaches its files stand here in front
+// of the C library's: the dynamic linker takes the program's own definitions first.
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
 #include <optional>
 #include <set>
 
@@ -11,96 +20,300 @@
 
 namespace {
 
-// The disk fails at call number `first`, and at all later ones when `for_ever`.
-struct {
-  int error = 0;  // 0: the disk is well
-  int first = 0;
+enum Call : unsigned { kWrite = 1, kSync = 2, kTruncate = 4, kOpen = 8, kRead = 16, kLock = 32, kMap = 64 };
+constexpr int kKilled = -1;  // instead of an error
+
+// Fails the call number `first` of those in `calls`, and all later ones when `for_ever`.
+struct Fault {
+  const char* name = "";
+  unsigned calls = 0;
+  int error = 0;
+  std::set<int> failures = {};  // the numbers by which a person may be told of it
   bool for_ever = false;
-  int calls = 0;
-} fault;
+  int first = 0;
+};
+Fault fault;
+int calls_made = 0;
+bool armed = false;
+
+bool Fails(Call call) {
+  if (!armed || (fault.calls & call) == 0) return false;
+  ++calls_made;
+  return fault.for_ever ? calls_made >= fault.first : calls_made == fault.first;
+}
+
+int Fail() {
+  if (fault.error == kKilled) raise(SIGKILL);
+  errno = fault.error;
+  return -1;
+}
 
 template <class Result, class... Parameters>
-Result CallOrFail(const char* name, Parameters... parameters) {
-  if (fault.error != 0 && ++fault.calls >= fault.first && (fault.for_ever || fault.calls == fault.first)) {
-    errno = fault.error;
-    return -1;
-  }
+Result Real(const char* name, Parameters... parameters) {
   return reinterpret_cast<Result (*)(Parameters...)>(dlsym(RTLD_NEXT, name))(parameters...);
 }
 
 }  // namespace
 
-extern "C" ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
-  return CallOrFail<ssize_t>("pwrite64", file, bytes, count, offset);
+extern "C" {
+
+// Of what cannot be written, half arrives.
+ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
+  const bool fails = Fails(kWrite);
+  const auto written = Real<ssize_t>("pwrite64", file, bytes, fails ? count / 2 : count, offset);
+  return fails ? Fail() : written;
+}
+ssize_t pread64(int file, void* bytes, size_t count, off64_t offset) {
+  return Fails(kRead) ? Fail() : Real<ssize_t>("pread64", file, bytes, count, offset);
+}
+int fdatasync(int /*file*/) {
+  return Fails(kSync) ? Fail() : 0;  // no test takes the power away
+}
+int ftruncate64(int file, off64_t length) noexcept {
+  return Fails(kTruncate) ? Fail() : Real<int>("ftruncate64", file, length);
+}
+int open64(const char* path, int flags, ...) {
+  va_list more;
+  va_start(more, flags);
+  const auto mode = va_arg(more, mode_t);
+  va_end(more);
+  return Fails(kOpen) ? Fail() : Real<int>("open64", path, flags, mode);
+}
+int fcntl64(int file, int command, ...) {
+  va_list more;
+  va_start(more, command);
+  void* const argument = va_arg(more, void*);
+  va_end(more);
+  const bool locks = command == F_SETLK && static_cast<flock*>(argument)->l_type != F_UNLCK;
+  return locks && Fails(kLock) ? Fail() : Real<int>("fcntl64", file, command, argument);
+}
+void* mmap64(void* address, size_t length, int protection, int flags, int file, off64_t offset) noexcept {
+  if (!Fails(kMap)) return Real<void*>("mmap64", address, length, protection, flags, file, offset);
+  Fail();
+  return MAP_FAILED;
+}
+int usleep(useconds_t time) {
+  return armed ? 0 : Real<int>("usleep", time);  // between attempts that are known to fail
 }
 
-extern "C" int fdatasync(int file) {
-  return CallOrFail<int>("fdatasync", file);
-}
-
-extern "C" int ftruncate64(int file, off64_t length) noexcept {
-  return CallOrFail<int>("ftruncate64", file, length);
-}
+}  // extern "C"
 
 namespace plovix::test {
 namespace {
 
-// Every single write and sync of creating a file, saving and replacing fails, once and from then on.
-TEST(FailingDisk, LeavesAllOrNothingOfEachSave) {
-  std::set<std::pair<int, int>> failures;
-  const std::pair<int, bool> cases[] = {{ENOSPC, false}, {ENOSPC, true}, {EIO, false}, {EIO, true}};
-  for (const auto& [error, for_ever] : cases) {
-    bool happened = true;
-    for (int call = 1; happened; ++call) {
-      SCOPED_TRACE(testing::Message() << "error " << error << " at call " << call);
-      const TempFolder folder;
-      const std::string path = folder / "tasks.sqlite";
-      std::vector<TaskRecord> stored;
-      std::optional<SqliteStorage> storage;
-      fault = {error, call, for_ever};
-      try {
-        storage.emplace(path);
-        stored = {storage->Save(WholeTask("before"), kNow)};
-        stored = {storage->Save(WholeTask("after", stored[0]), kNow)};
-      } catch (const Failure& failure) {
-        if (!stored.empty()) failures.insert({error, failure.Number()});
-      }
-      happened = fault.calls >= call;
-      fault = {};
-      if (storage) {
-        EXPECT_EQ(storage->List(), stored);
-        // In every other round the program goes on after the failure.
-        if (call % 2 == 0) stored.push_back(storage->Save(WholeTask("next"), kNow));
-      }
-      storage.reset();
-      EXPECT_EQ(SqliteStorage(path).List(), stored);
-      ExpectIntact(path);
-    }
+namespace fs = std::filesystem;
+constexpr std::chrono::milliseconds kHasty{1};
+
+// With the version that the file has before it is opened.
+std::pair<int, Contents> StateOf(const std::string& path) {
+  int version = 0;
+  if (fs::exists(path)) {
+    Connection connection(path, kImpatient, Access::kReadWrite);
+    version = SchemaVersion(connection, static_cast<int>(MigrationSteps().size()));
   }
-  // Every save is synced, and syncing fails as a broken disk whatever the reason is.
-  const std::set<std::pair<int, int>> expected{{ENOSPC, failure_number::kDiskFull},
-                                               {ENOSPC, failure_number::kDeviceError},
-                                               {EIO, failure_number::kDeviceError}};
-  EXPECT_EQ(failures, expected);
+  Contents contents = ContentsOf(path);
+  ExpectIntact(path);
+  return {version, std::move(contents)};
 }
 
-TEST(FailingDisk, LeavesAVersion1FileToBeOpenedAgain) {
-  bool happened = true;
-  for (int call = 1; happened; ++call) {
-    SCOPED_TRACE(call);
-    const TempFolder folder;
-    const std::string path = folder / "tasks.sqlite";
-    const TaskRecord task = MakeVersion(1, path);
-    fault = {EIO, call, true};
-    try {
-      const SqliteStorage storage(path);
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.Number(), failure_number::kDeviceError);
+// Something that a program does: what is there before, the objects by which it does it, and the deed.
+struct Operation {
+  const char* name;
+  std::function<void(const std::string& path)> prepare;
+  std::function<std::function<void()>(const std::string& path)> open;
+  bool is_opening = false;  // in steps: it may be refused behind some that arrived
+};
+
+// With everything in its log, as after a crash.
+void Fill(const std::string& path) {
+  const TempFolder folder;
+  SqliteStorage storage(folder / "tasks");
+  for (const char* name : {"before", "other"}) storage.Save(WholeTask(name), kNow);
+  SqliteHostTables(folder / "tasks").SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}});
+  CopyWithLog(folder / "tasks", path);
+}
+
+template <class Object, class Use>
+auto With(Use use) {
+  return [use](const std::string& path) -> std::function<void()> {
+    auto object = std::make_shared<Object>(path, kHasty);
+    return [object, use] { use(*object); };
+  };
+}
+
+// Opening itself is the deed.
+std::function<void()> Open(const std::string& path) {
+  return [path] { EXPECT_EQ(SqliteHostTables(path, kHasty).Users().size(), 1U); };
+}
+
+std::vector<Operation> Operations() {
+  const auto change = [](auto& s) { s.Save(WholeTask("after", *s.Load(1)), kNow); };
+  const auto tag = [](auto& tables) { tables.SaveTag({"tag", {{"en", "after"}}}); };
+  const auto users = [](SqliteHostTables& tables) {
+    tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}});
+  };
+  const auto read_all = [](SqliteStorage& storage) {
+    EXPECT_EQ(storage.List().size(), 2U);
+    const auto rows = storage.OpenRows("SELECT Name FROM VeloAutoTasks");
+    for (const char* name : {"before", "other"}) EXPECT_TRUE(rows->Next() && rows->Text(0) == name);
+  };
+  return {{"create the file", [](auto&) {}, Open, true},
+          {"open the file", Fill, Open, true},
+          {"bring version 1 up to date", [](auto& path) { MakeVersion(1, path); }, Open, true},
+          {"save a new task", Fill, With<SqliteStorage>([](auto& s) { s.Save(WholeTask("after"), kNow); })},
+          {"change a task", Fill, With<SqliteStorage>(change)},
+          {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1); })},
+          {"save the users", Fill, With<SqliteHostTables>(users)},
+          {"save a tag", Fill, With<SqliteHostTables>(tag)},
+          {"read tasks", Fill, With<SqliteStorage>(read_all)},
+          {"read tags", Fill, With<SqliteHostTables>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
+}
+
+std::vector<Fault> Faults() {
+  using namespace failure_number;
+  const Fault once[] = {{"no room", kWrite, ENOSPC, {kDiskFull}},
+                        {"over quota", kWrite, EDQUOT, {kDiskFull}},
+                        {"write error", kWrite, EIO, {kDeviceError}},
+                        {"no room at a sync", kSync, ENOSPC, {kDiskFull}},
+                        {"sync error", kSync, EIO, {kDeviceError}},
+                        {"cut error", kTruncate, EIO, {kDeviceError}},
+                        {"too many files", kOpen, EMFILE, {kFileAccess, kPermissionDenied}},
+                        {"read error", kRead, EIO, {kDeviceError, kInvalidFormat}},
+                        {"locked", kLock, EAGAIN, {kPermissionDenied, kDeviceError}},
+                        {"no locks", kLock, ENOLCK, {kDeviceError, kPermissionDenied}},
+                        {"no memory map", kMap, ENOMEM, {kDeviceError}}};
+  std::vector<Fault> faults(std::begin(once), std::end(once));
+  for (Fault each : once) {
+    each.for_ever = true;
+    faults.push_back(each);
+  }
+  faults.push_back({"killed", ~0U, kKilled});
+  return faults;
+}
+
+enum class End { kDone, kRefused, kUnknown, kKilled };
+
+// The deed under the present fault, its objects closed under it as well.
+End Do(const Operation& operation, const std::string& path) {
+  auto deed = operation.open(path);
+  armed = true;
+  try {
+    deed();
+    deed = nullptr;
+    armed = false;
+    return End::kDone;
+  } catch (const Failure& failure) {
+    armed = false;
+    const std::string& words = failure.Description();
+    // The reason why a new file's journal fails is lost with the journal.
+    const bool lost = operation.is_opening && failure.Number() == failure_number::kDeviceError;
+    EXPECT_TRUE(lost || fault.failures.contains(failure.Number())) << failure.Number() << words;
+    EXPECT_TRUE(words.starts_with(path)) << words;
+    if (words.find("not known") != std::string::npos) return End::kUnknown;
+    if (fault.first % 2 != 0) return End::kRefused;
+    deed();  // in every other round the person tries again
+    return End::kDone;
+  }
+}
+
+// The same in a process that ends at the fault.
+End DoAndDie(const Operation& operation, const std::string& path) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const auto deed = operation.open(path);
+    armed = true;
+    deed();
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFSIGNALED(status) ? WTERMSIG(status) == SIGKILL : WEXITSTATUS(status) == 0);
+  return WIFSIGNALED(status) ? End::kKilled : End::kDone;
+}
+
+// Every single call of every kind fails, once and from then on, and at every single one the process is
+// killed.
+int Sweep(const Operation& operation) {
+  const TempFolder prepared;
+  const std::string file = prepared / "file", changed = prepared / "changed";
+  operation.prepare(file);
+  CopyWithLog(file, changed);
+  operation.open(changed)();
+  const auto after = StateOf(changed);
+  CopyWithLog(file, prepared / "unchanged");
+  const auto before = StateOf(prepared / "unchanged");
+  int faults = 0;
+  bool waits_for_disk = false;
+  for (const Fault& each : Faults()) {
+    bool happened = true;
+    for (int call = 1; happened; ++call) {
+      SCOPED_TRACE(testing::Message() << operation.name << ": " << each.name << " at call " << call);
+      const TempFolder folder;
+      const std::string path = folder / "tasks.sqlite";
+      CopyWithLog(file, path);
+      fault = each;
+      fault.first = call;
+      calls_made = 0;
+      const End end = each.error == kKilled ? DoAndDie(operation, path) : Do(operation, path);
+      happened = each.error == kKilled ? end == End::kKilled : calls_made >= call;
+      if (!happened) continue;
+      const auto found = StateOf(path);
+      ++faults;
+      EXPECT_TRUE(found == before || found == after);
+      waits_for_disk |= each.calls == kSync && end == End::kRefused;
+      EXPECT_TRUE(end != End::kDone || found == after);
+      EXPECT_TRUE(end != End::kRefused || operation.is_opening || found == before);
     }
-    happened = fault.calls >= call;
-    fault = {};
-    EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
+  }
+  EXPECT_TRUE(waits_for_disk || before == after) << operation.name;
+  return faults;
+}
+
+TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
+  for (const Operation& operation : Operations()) {
+    const int faults = Sweep(operation);
+    std::printf("%-28s%6d faults\n", operation.name, faults);
+    EXPECT_GT(faults, 9) << operation.name;
+  }
+}
+
+// No file of this process gets longer.
+bool Limit(rlim_t bytes) {
+  const rlimit limit{bytes, RLIM_INFINITY};
+  signal(SIGXFSZ, SIG_IGN);
+  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+// A small disk over the folder, or another size for it; false where this process may not mount any.
+bool Mount(const std::string& folder, const char* size, unsigned long flags = 0) {
+  return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("none", folder.c_str(), "tmpfs", flags, size) == 0;
+}
+
+TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
+  for (const bool is_disk : {false, true}) {
+    SCOPED_TRACE(is_disk ? "on a small disk" : "below a limit");
+    const TempFolder folder;
+    if (!(is_disk ? Mount(folder / ".", "size=300k") : Limit(400'000))) continue;
+    const std::string path = folder / "tasks.sqlite";
+    std::vector<TaskRecord> stored;
+    std::optional<SqliteStorage> storage(path);
+    const std::function<void()> fill = [&] {
+      while (stored.size() < 9999)
+        stored.push_back(storage->Save(WholeTask(std::to_string(stored.size())), kNow));
+    };
+    const TagRecord tag{"tag", {{"en", std::string(99'999, 'x')}}};
+    for (const auto& deed : {fill, fill, {[&] { SqliteHostTables(path).SaveTag(tag); }}}) {
+      EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
+      EXPECT_EQ(storage->List(), stored);
+    }
+    EXPECT_TRUE(is_disk ? Mount(folder / ".", "size=9m", MS_REMOUNT) : Limit(RLIM_INFINITY));
+    stored.push_back(storage->Save(WholeTask("room"), kNow));
+    storage.reset();
+    EXPECT_EQ(SqliteStorage(path).List(), stored);
+    EXPECT_GT(stored.size(), 9U);
     ExpectIntact(path);
+    if (is_disk) umount2((folder / ".").c_str(), MNT_DETACH);
   }
 }
 

@@ -1,33 +1,27 @@
-#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
 
 #include "storage_support.h"
 
 namespace plovix::test {
 namespace {
 
-using namespace std::string_literals;
 namespace fs = std::filesystem;
 
-void SaveAndRun(const std::string& path, const std::string& sql) {
-  SqliteStorage(path).Save(WholeTask("a"), kNow);
-  RunSql(path, sql);
-}
-
-// A task file whose last change is still in its log, as after a crash.
-void SaveAndLeaveLog(const std::string& path, const std::string& sql) {
+// A task file that another program changed; with the change still in its log, as after a crash.
+void SaveAndRun(const std::string& path, const std::string& sql, bool leaves_log = false) {
   const TempFolder folder;
-  SqliteStorage storage(folder / "original");
+  const std::string original = leaves_log ? folder / "original" : path;
+  SqliteStorage storage(original);
   storage.Save(WholeTask("a"), kNow);
-  RunSql(folder / "original", sql);
-  for (const std::string& suffix : {""s, std::string(kLogSuffix)}) {
-    fs::copy_file(folder / ("original" + suffix), path + suffix);
-  }
+  RunSql(original, sql);
+  if (leaves_log) CopyWithLog(original, path);
 }
 
 TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
-  constexpr uid_t kNobody = 65534;
-  constexpr fs::perms kRead{0444}, kReadAndEnter{0555};
   const struct {
     std::string words;
     int number;
@@ -42,15 +36,13 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
        }},
       {"another program's", 321, [](auto& path) { RunSql(path, "CREATE TABLE T (X)"); }},
       {"another program's", 321, [](auto& path) { RunSql(path, "PRAGMA user_version = 1"); }},
-      {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 0"); }},
-      {"another program's", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA application_id = 7"); }},
-      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 4"); }},
-      {"newer version", 321, [](auto& path) { SaveAndLeaveLog(path, "PRAGMA user_version = 99"); }},
+      {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 7", true); }},
+      {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 4", true); }},
       {"folder, not", 75, [](auto& path) { fs::create_directory(path); }},
       {"folder", 76, [](auto&) {}},
       {"may not read", 70, [](auto& path) { std::ofstream{path}; }, fs::perms::none},
-      {"write-protected", 70, [](auto& path) { SaveAndRun(path, "SELECT 1"); }, kRead},
-      {"into the folder", 70, [](auto& path) { std::ofstream{path}; }, fs::perms::all, kReadAndEnter},
+      {"write-protected", 70, [](auto& path) { SaveAndRun(path, "SELECT 1"); }, fs::perms{0444}},
+      {"into the folder", 70, [](auto& path) { std::ofstream{path}; }, fs::perms::all, fs::perms{0555}},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.words);
@@ -62,13 +54,14 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
     fs::permissions(folder / ".", test.parent);
     // Rights mean nothing to root, as whom the tests may run.
     const uid_t user = geteuid();
-    EXPECT_EQ(seteuid(test.number == 70 && user == 0 ? kNobody : user), 0);
+    EXPECT_EQ(seteuid(test.number == 70 && user == 0 ? 65534 : user), 0);
     const Failure failure = FailureOf([&] { const SqliteStorage storage(path); });
+    EXPECT_EQ(FailureOf([&] { SqliteHostTables{path}; }).Description(), failure.Description());
     EXPECT_EQ(seteuid(user), 0);
     fs::permissions(folder / ".", fs::perms::all);
     if (fs::exists(path)) fs::permissions(path, fs::perms::all);
-    EXPECT_NE(failure.Description().find(test.words), std::string::npos) << failure.Description();
-    EXPECT_NE(failure.Description().find(path), std::string::npos) << failure.Description();
+    for (const std::string& part : {test.words, path})
+      EXPECT_NE(failure.Description().find(part), std::string::npos) << failure.Description();
     EXPECT_EQ(failure.Number(), test.number);
     EXPECT_TRUE(folder.Bytes() == before);
   }
@@ -90,6 +83,45 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
     // The release that made it refuses it from now on.
     Connection connection(path, kImpatient, Access::kReadOnly);
     EXPECT_EQ(FailureOf([&] { (void)SchemaVersion(connection, static_cast<int>(version)); }).Number(), 321);
+  }
+}
+
+// Every page is overwritten or cut off, and every byte of the header changed.
+TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
+  constexpr std::size_t kPage = 4096, kHeader = 100;
+  const std::set<int> expected{failure_number::kInvalidFormat, failure_number::kPermissionDenied};
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  for (int i = 0; i < 50; ++i) {  // rows that fit into their pages
+    TaskRecord task;
+    task.actions = {{"run-sql", std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};
+    SqliteStorage(path).Save(task, kNow);
+    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}});
+  }
+  const std::string bytes = folder.Bytes().at("tasks.sqlite");
+  const Contents whole = ContentsOf(path);
+  std::string noise(kPage, 0);
+  std::ranges::generate(noise, std::minstd_rand(1));
+  std::vector<std::string> damaged;
+  for (std::size_t page = 0; page < bytes.size(); page += kPage) {
+    for (const std::string& over : {std::string(kPage, 0), std::string(kPage, '\xFF'), noise})
+      damaged.push_back(std::string(bytes).replace(page, kPage, over));
+    if (page > 0) damaged.push_back(bytes.substr(0, page));
+  }
+  for (std::size_t at = 0; at < kHeader; ++at) {
+    for (const char flips : {'\1', '\x80', '\xFF'}) (damaged.emplace_back(bytes))[at] ^= flips;
+  }
+  for (const std::string& each : damaged) {
+    SCOPED_TRACE(&each - damaged.data());
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << each;
+    try {
+      EXPECT_TRUE(ContentsOf(path) == whole);
+      SqliteStorage(path).Save({}, kNow);
+    } catch (const Failure& failure) {
+      EXPECT_TRUE(expected.contains(failure.Number())) << failure.Description();
+      EXPECT_TRUE(failure.Description().starts_with(path)) << failure.Description();
+      EXPECT_TRUE(folder.Bytes().at("tasks.sqlite") == each) << failure.Description();
+    }
   }
 }
 

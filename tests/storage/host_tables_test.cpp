@@ -1,5 +1,3 @@
-#include <plovix/standalone/storage/sqlite_host_tables.h>
-
 #include <memory>
 
 #include "storage_support.h"
@@ -24,17 +22,8 @@ class Tables {
   std::unique_ptr<HostTables> tables_ = std::make_unique<MemoryHostTables>();
 };
 
-const std::string kOddTexts[] = {"a"s,
-                                 "it's \"x\""s,
-                                 "a\0b"s,
-                                 "\xFF\xC3"s,
-                                 "\xD7\xA9 "s,
-                                 " \r\n"s,
-                                 "\xF0\x9F\x98\x80"s,
-                                 "[]"s,
-                                 "12"s,
-                                 "A"s,
-                                 std::string(100'000, 'x')};
+const std::string kOddTexts[] = {"it's \"x\""s, "a\0b"s, "\xFF\xC3\xD7\xA9 "s,     " \r\n"s, "[]"s, "12"s,
+                                 "a"s,          "A"s,    std::string(100'000, 'x')};
 
 TEST(HostTables, KeepUsersAndTagsOfAnyText) {
   for (const bool in_file : {false, true}) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <plovix/standalone/sqlite/connection.h>
 #include <plovix/standalone/storage/schema.h>
+#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
 #include <QTemporaryDir>
@@ -12,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 namespace plovix::test {
 
@@ -41,6 +43,13 @@ class TempFolder {
   QTemporaryDir folder_;
 };
 
+// What there is of them; as they stand, while programs have them open.
+inline void CopyWithLog(const std::string& from, const std::string& to) {
+  for (const std::string& suffix : {std::string(), std::string(kLogSuffix)}) {
+    if (std::filesystem::exists(from + suffix)) std::filesystem::copy_file(from + suffix, to + suffix);
+  }
+}
+
 // What another program does to the file.
 inline void RunSql(const std::string& path, const std::string& sql) {
   Connection(path, kImpatient, Access::kReadWrite).Run(sql);
@@ -50,6 +59,13 @@ inline void ExpectIntact(const std::string& path) {
   const Connection connection(path, kImpatient, Access::kReadWrite);
   EXPECT_EQ(connection.Text("PRAGMA integrity_check"), "ok");
   EXPECT_EQ(connection.Text("PRAGMA foreign_key_check"), std::nullopt);
+}
+
+// All that a task file holds, through both of its connections.
+using Contents = std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>>;
+inline Contents ContentsOf(const std::string& path) {
+  SqliteHostTables tables(path);
+  return {SqliteStorage(path).List(), tables.Users(), tables.Tags()};
 }
 
 // Makes a task file of an earlier version; gives back the one task in it.

@@ -26,6 +26,7 @@ class ScriptedDialogs final : public HostDialogs {
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override {
     boxes.push_back(prompt + "/" + std::to_string(buttons) + (title.empty() ? " untitled" : ""));
     EXPECT_TRUE(title.empty() || title == "Plovix") << title;
+    if (on_box) return on_box(prompt, buttons);
     if (answers.empty()) return buttons == message_box::kYesNoQuestion ? message_box::kYes : message_box::kOk;
     const int answer = answers.front();
     answers.pop_front();
@@ -62,6 +63,7 @@ class ScriptedDialogs final : public HostDialogs {
 
   std::vector<std::string> boxes;  // "PROMPT/BUTTONS"
   std::deque<int> answers;
+  std::function<int(const std::string& prompt, int buttons)> on_box;
   std::vector<FailureReport> reports;
   std::function<int(const FailureReport&)> on_report;
   std::vector<std::string> edited_tags;

@@ -1,0 +1,11 @@
+# The language tables become part of the program, so that it finds them wherever it is installed.
+file(GLOB language_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/languages/*.json)
+set(PLOVIX_EMBEDDED_LANGUAGES "")
+foreach(file IN LISTS language_files)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  get_filename_component(code ${file} NAME_WE)
+  file(READ ${file} json)
+  string(APPEND PLOVIX_EMBEDDED_LANGUAGES "    {\"${code}\", R\"json(${json})json\"},\n")
+endforeach()
+configure_file(${CMAKE_SOURCE_DIR}/cmake/embedded_languages.cpp.in ${CMAKE_BINARY_DIR}/embedded_languages.cpp @ONLY)
+target_sources(plovix_standalone_language PRIVATE ${CMAKE_BINARY_DIR}/embedded_languages.cpp)

@@ -1,0 +1,75 @@
+// What the files of the kit share: the host as checks reach it, and how a check becomes a finding.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "conformance.h"
+
+namespace plovix::conformance {
+
+// Thrown by a check that needs a member of HostUnderTest which is empty.
+struct Missing {
+  const char* member;
+};
+
+// `function`, which must be there.
+template <class Function>
+const Function& Needed(const Function& function, const char* member) {
+  if (!function) throw Missing{member};
+  return function;  // NOLINT(bugprone-return-const-ref-from-parameter): a member of HostUnderTest
+}
+
+// `reference`, which the host must not leave empty; `member` says where it came from.
+template <class T>
+std::shared_ptr<T> Given(std::shared_ptr<T> reference, const char* member) {
+  if (!reference) throw Failure(failure_number::kObjectNotSet, std::string(member) + " gives nothing");
+  return reference;
+}
+
+// Whether the call fails with that number, as a page would report it.
+template <class Call>
+bool FailsWith(int number, Call call) {
+  try {
+    call();
+  } catch (const Missing&) {
+    throw;
+  } catch (...) {
+    return CurrentFailure().Number() == number;
+  }
+  return false;
+}
+
+class Examination {
+ public:
+  // Installs the services of `under_test`, which outlives the examination.
+  explicit Examination(const HostUnderTest& under_test);
+
+  // Runs `body`, which makes the checks about one interface. What it throws between them ends it.
+  void About(const std::string& subject, const std::function<void()>& body);
+  // A check: `sentence` is said unless `holds`.
+  void Check(const std::string& sentence, const std::function<bool()>& holds);
+
+  // The host's objects; never nothing.
+  [[nodiscard]] std::shared_ptr<HostApplication> Application() const;
+  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() const;
+  template <class T>
+  [[nodiscard]] std::shared_ptr<T> New(std::shared_ptr<T> (ObjectFactory::*make)()) const {
+    return Given(((*Factory()).*make)(), "The factory");
+  }
+  [[nodiscard]] std::shared_ptr<AutoTask> Task() const;
+  [[nodiscard]] std::shared_ptr<ValueStore> Store() const;  // the wizard's
+  [[nodiscard]] std::shared_ptr<ActionList> Actions(const std::vector<std::int32_t>& record_modes) const;
+  [[nodiscard]] std::shared_ptr<ActionListControl> Control() const;
+
+  const HostUnderTest& host;
+  Findings findings;
+  std::string detail;  // a check that does not hold may say here what was wrong
+
+ private:
+  void Judge(const std::string& sentence, const std::function<bool()>& holds);
+  std::string about_;
+};
+
+}  // namespace plovix::conformance

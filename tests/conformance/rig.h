@@ -1,0 +1,154 @@
+// The stand-alone host in the hands of the conformance kit, with places where a test can break it.
+#pragma once
+
+#include <plovix/conformance/conformance.h>
+#include <plovix/framework/raised.h>
+
+#include <set>
+#include <tuple>
+
+#include "tests/support/scene.h"
+
+namespace plovix::testing_support {
+
+template <class T>
+using Objects = std::vector<std::shared_ptr<T>>;
+
+// Makes the host's own objects and remembers them; `same` makes only one of each class.
+struct RiggedFactory final : ObjectFactory {
+  explicit RiggedFactory(HostState& host_state) : state(host_state) {}
+  template <class T, class... Arguments>
+  std::shared_ptr<T> Made(Arguments&... arguments) {
+    auto& made = std::get<Objects<T>>(all);
+    if (!same || made.empty()) made.push_back(std::make_shared<T>(arguments...));
+    return made.back();
+  }
+  std::shared_ptr<ActionList> NewActionList() override { return Made<ActionListObject>(); }
+  std::shared_ptr<ValueStore> NewValueStore() override { return Made<StoreObject>(); }
+  std::shared_ptr<CategoryList> NewCategoryList() override { return Made<CategoryListObject>(state); }
+  std::shared_ptr<Category> NewCategory() override { return Made<CategoryObject>(state); }
+  std::shared_ptr<TextCollection> NewTextCollection() override { return Made<TextCollectionObject>(); }
+  std::shared_ptr<PermissionEditor> NewPermissionEditor() override { return Made<PermissionEditor>(); }
+  std::shared_ptr<QueryDefinition> NewQueryDefinition() override { return Made<QueryDefinitionObject>(); }
+  std::shared_ptr<QueryBuilder> NewQueryBuilder() override { return Made<QueryBuilderObject>(state); }
+  std::shared_ptr<Recurrence> NewRecurrence() override { return Made<RecurrenceObject>(); }
+  std::shared_ptr<DailyPattern> NewDailyPattern() override { return Made<DailyPatternObject>(); }
+  std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override { return Made<WeeklyPatternObject>(); }
+  std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override { return Made<MonthlyPatternObject>(); }
+  std::shared_ptr<YearlyPattern> NewYearlyPattern() override { return Made<YearlyPatternObject>(); }
+
+  HostState& state;
+  bool same = false;
+  std::tuple<Objects<ActionListObject>, Objects<StoreObject>, Objects<CategoryListObject>,
+             Objects<CategoryObject>, Objects<TextCollectionObject>, Objects<PermissionEditor>,
+             Objects<QueryDefinitionObject>, Objects<QueryBuilderObject>, Objects<RecurrenceObject>,
+             Objects<DailyPatternObject>, Objects<WeeklyPatternObject>, Objects<MonthlyPatternObject>,
+             Objects<YearlyPatternObject>>
+      all;
+};
+
+struct RiggedServices final : HostServices {
+  std::shared_ptr<HostApplication> Application() override {
+    return no_application ? nullptr : real->Application();
+  }
+  std::shared_ptr<ObjectFactory> Factory() override { return factory; }
+  std::shared_ptr<HostServices> real;
+  std::shared_ptr<RiggedFactory> factory;
+  bool no_application = false;
+};
+
+// Stands between the wizard and a page and does one thing wrong, as a wizard would.
+struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Meddler> {
+  Meddler(std::string what, std::shared_ptr<WizardPage> real_page)
+      : fault(std::move(what)), page(std::move(real_page)) {}
+  std::string IWizardPage_Title() override { return page->IWizardPage_Title(); }
+  std::string IWizardPage_Description() override { return page->IWizardPage_Description(); }
+  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
+    wizard = std::move(host);
+    if (fault == "no wizard") return page->IWizardPage_Initialize(nullptr, store);
+    if (fault == "own store") {
+      auto own = std::make_shared<StoreObject>();
+      own->values = dynamic_cast<StoreObject&>(*store).values;
+      store = own;
+    }
+    if (fault == "no task") store = std::make_shared<StoreObject>();
+    page->IWizardPage_Initialize(std::shared_ptr<WizardHost>(shared_from_this(), this), store);
+  }
+  void IWizardPage_Terminate() override {
+    if (fault != "no end") page->IWizardPage_Terminate();
+    wizard = nullptr;
+  }
+  void IWizardPage_GetNextPage(std::string& next) override {
+    if (fault == "text in next") next = "former";
+    if (fault != "asks once" || answer.empty()) page->IWizardPage_GetNextPage(answer = next);
+    next = answer;
+  }
+  bool IWizardPage_CanChangePage(ChangeDirection direction) override {
+    if (fault == "wrong direction") direction = ChangeDirection::kNext;
+    return page->IWizardPage_CanChangePage(direction) || fault == "ignores refusal";
+  }
+  bool IWizardPage_BackEnabled() override { return false; }
+  bool IWizardPage_CancelEnabled() override { return false; }
+  bool IWizardPage_FinishEnabled() override { return false; }
+  bool IWizardPage_NextEnabled() override { return false; }
+  void IWizardPage_GetMinimumSize(int&, int&) override {}
+  Form& Controls() noexcept override { return page->Controls(); }
+  void Refresh(bool can_continue) override { wizard->Refresh(can_continue || fault == "ignores Refresh"); }
+  void MoveNext() override {
+    if (fault != "no MoveNext") wizard->MoveNext();
+    if (fault == "drops page" && !wizard) page = nullptr;
+  }
+
+  std::string fault, answer;
+  std::shared_ptr<WizardPage> page;
+  std::shared_ptr<WizardHost> wizard;
+};
+
+struct MeddlingFactory final : PageFactory {
+  MeddlingFactory(std::string what, std::shared_ptr<PageFactory> real)
+      : fault(std::move(what)), factory(std::move(real)) {}
+  const std::string& Identifier() const noexcept override { return factory->Identifier(); }
+  std::shared_ptr<WizardPage> CreatePage() override {
+    if (!made || fault != "same page") made = std::make_shared<Meddler>(fault, factory->CreatePage());
+    return made;
+  }
+  std::string fault;
+  std::shared_ptr<PageFactory> factory;
+  std::shared_ptr<Meddler> made;
+};
+
+// The host under test. What a test changes here, or does when one of the host's members is called, is its
+// defect.
+struct Rig final : CallObserver {
+  Rig();
+  void HostCalled(std::string_view member) override {
+    if (busy || !on_call) return;
+    const Raised guard(busy);  // what a defect calls itself goes through
+    on_call(member);
+  }
+  template <class T>
+  [[nodiscard]] const Objects<T>& All() const {
+    return std::get<Objects<T>>(factory->all);
+  }
+  conformance::WizardUnderTest OpenWizard(const PageRegistry& pages, const std::string& first);
+
+  Scene scene;
+  HostState& state = scene.state;
+  std::shared_ptr<RiggedFactory> factory = std::make_shared<RiggedFactory>(state);
+  std::shared_ptr<RiggedServices> services = std::make_shared<RiggedServices>();
+  std::shared_ptr<TaskObject> task;
+  std::shared_ptr<StoreObject> store;
+  std::set<std::string, std::less<>> denied;
+  ReportAction report = ReportAction::kLeave;
+  std::string wizard_fault;
+  std::function<std::shared_ptr<HostControl>(std::string_view name)> make_control = MakeHostControl;
+  TaskRecord new_task;
+  std::function<void(std::vector<ActionRecord>&)> change_actions = [](auto&) {};
+  conformance::HostUnderTest host;
+  std::vector<std::shared_ptr<void>> kept;  // wizards that are never closed
+  std::function<void(std::string_view member)> on_call;
+  bool busy = false;
+  ObserveCalls observe{*this};
+};
+
+}  // namespace plovix::testing_support

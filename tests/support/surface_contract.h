@@ -1,0 +1,232 @@
+// What every surface owes to the controls, kind by kind: which events a user's act or a page's change raises
+// and how often, what the control holds then, and that the surface shows just that. Run by the test programs
+// of the controls and of each surface.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <plovix/designs/design.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "hand.h"
+
+namespace plovix::testing_support {
+
+using namespace std::chrono_literals;
+
+inline constexpr auto kEveryKind = MakeDesign(
+    "EveryKind",
+    {
+        {"slot", Kind::kHostSlot, "Some.List"},
+        {"cmd", Kind::kCommandButton, "..."},
+        {"cmdLater", Kind::kCommandButton, "Later", "", "", Style::kHidden},
+        {"memo", Kind::kTextBox, "", "", "", Style::kMultiLine},
+        {"chkInside", Kind::kCheckBox, "R&D", "", "fra"},
+        {"fra", Kind::kFrame, "Settings"},
+        {"tim", Kind::kDateTimePicker, "", "", "", Style::kTime},
+        {"dtp", Kind::kDateTimePicker},
+        {"chk", Kind::kCheckBox, "Weekdays only"},
+        {"chkOff", Kind::kCheckBox, "Off", "", "", Style::kDisabled},
+        {"txtDay", Kind::kTextBox},
+        {"lst", Kind::kComboBox},
+        {"optB", Kind::kOptionButton, "the"},
+        {"optA", Kind::kOptionButton, "No data"},
+        {"cbo", Kind::kComboBox, "", "", "", Style::kEditable},
+        {"txt", Kind::kTextBox},
+        {"lblTitle", Kind::kLabel, "Every <b>kind</b> & more", "", "", Style::kHeading},
+        {"lblName", Kind::kLabel, "&Name"},
+        {"lblCategory", Kind::kLabel, "Category"},
+        {"lblHelp", Kind::kLabel, "For tasks without records."},
+        {"lblMonths", Kind::kLabel, "month(s)."},
+        {"lblLink", Kind::kLabel, "Edit the permissions", "", "", Style::kLink},
+    },
+    {"lblTitle", "lblName txt cmd", "lblCategory cbo", "optA", "lblHelp", "optB lst txtDay lblMonths",
+     "chk chkOff cmdLater", "dtp tim", "fra", "chkInside", "memo", "lblLink", "slot"});
+
+inline constexpr DateTime kMorning = std::chrono::local_days{2026y / 1 / 31} + 8h + 30min + 15s;
+
+// A page with a control of every kind, whose every event is written down: "optA_Click".
+class EveryKindTest : public testing::Test, protected UserListener {
+ protected:
+  EveryKindTest() {
+    for (std::size_t i = 0; i < form->Count(); ++i) {
+      for (std::size_t e = 0; e < kEventCount; ++e) {
+        const auto event = static_cast<Event>(e);
+        const std::string name = std::string(form->At(i).Name()) + "_" + std::string(EventName(event));
+        form->At(i).On(event, [this, name] {
+          events.push_back(name);
+          if (failing) throw Failure(failure_number::kInvalidCall, "no");
+        });
+      }
+    }
+    for (const char* entry : {"first", "second", "third"}) Get<ComboBox>("lst").AddItem(entry);
+    Get<ComboBox>("cbo").AddItem("first");
+  }
+  template <class Type = Control>
+  [[nodiscard]] Type& Get(std::string_view name) const {
+    return dynamic_cast<Type&>(form->Get(name));
+  }
+  void EventBegins() override { ++verbs, ++depth; }
+  void EventEnds() override { --depth; }
+  void EventFailed(const Failure& failure, std::string_view procedure) override {
+    EXPECT_TRUE(failing && !std::current_exception()) << procedure << ": " << failure.Description();
+    failures += std::string(procedure) + ":" + std::to_string(failure.Number()) + " ";
+  }
+
+  std::shared_ptr<Form> form = std::make_shared<Form>(kEveryKind.View());
+  User user{*this};
+  std::vector<std::string> events;
+  std::string failures;
+  bool failing = false;  // every handler
+  int verbs = 0;         // that came through the user's door
+  int depth = 0;         // of them, now
+};
+
+// `Surface` is a hand on the form, made from it and the user's door.
+template <class Surface>
+class SurfaceContract : public EveryKindTest {
+ protected:
+  using Texts = std::vector<std::string>;
+
+  void Compare(std::string_view name, const Texts& raised, const std::string& held) {
+    surface.Settle();
+    EXPECT_EQ(std::exchange(events, {}), raised);
+    EXPECT_EQ(Held(form->Get(name)), held);
+    for (std::size_t i = 0; i < form->Count(); ++i)
+      EXPECT_EQ(surface.Seen(form->At(i)), Held(form->At(i))) << form->At(i).Name();
+    EXPECT_EQ(surface.Focused(*form), form->Focused());
+  }
+
+  void TheUsersActs() {
+    using enum Verb;
+    const struct Row {
+      const char* name;
+      Act act;
+      Texts raised;
+      const char* held;
+    } rows[] = {
+        {"txt", {kEnter}, {}, ""},
+        {"txt", {kType, "one"}, {"txt_Change"}, "one"},
+        {"txt", {kType, "one"}, {}, "one"},
+        {"memo", {kType, "a\n\u20AC\U0001F600"}, {"txt_LostFocus", "memo_Change"}, "a\n\u20AC\U0001F600"},
+        {"memo", {kType, ""}, {"memo_Change"}, ""},
+        {"lblHelp", {kClick}, {"lblHelp_Click"}, "text"},
+        {"lblHelp", {kDoubleClick}, {"lblHelp_Click", "lblHelp_DblClick"}, "text"},
+        {"memo", {kLeave}, {"memo_LostFocus"}, ""},
+        {"lblLink", {kClick}, {"lblLink_Click"}, "link"},
+        {"chk", {kClick}, {"lblLink_LostFocus", "chk_Click"}, "1"},
+        {"chk", {kClick}, {"chk_Click"}, "0"},
+        {"chkInside", {kClick}, {"chk_LostFocus", "chkInside_Click"}, "1"},
+        {"optA", {kClick}, {"chkInside_LostFocus", "optA_Click"}, "1"},
+        {"optA", {kClick}, {}, "1"},
+        {"optB", {kEnter}, {"optA_LostFocus", "optB_Click"}, "1"},
+        {"optA", {kDoubleClick}, {"optB_LostFocus", "optA_Click", "optA_DblClick"}, "1"},
+        {"optA", {kDoubleClick}, {"optA_DblClick"}, "1"},
+        {"cmd", {kClick}, {"optA_LostFocus", "cmd_Click"}, ""},
+        {"lst", {kDropDown}, {"cmd_LostFocus", "lst_DropDown"}, " -1/3"},
+        {"lst", {kPick, "", 1}, {"lst_DropDown", "lst_Click"}, "second 1/3"},
+        {"lst", {kPick, "", 1}, {"lst_DropDown", "lst_Click"}, "second 1/3"},
+        {"cbo", {kPick, "", 0}, {"lst_LostFocus", "cbo_DropDown", "cbo_Click"}, "first /1"},
+        {"cbo", {kType, "other"}, {}, "other /1"},
+        {"cbo", {kType, "first"}, {}, "first /1"},
+        {"dtp", {kSet, "", 0, kMorning + 24h}, {"cbo_LostFocus", "dtp_Change"}, "20485"},
+        {"dtp", {kSet, "", 0, kMorning + 25h}, {}, "20485"},
+        {"tim", {kSet, "", 0, kMorning + 25h}, {"dtp_LostFocus", "tim_Change"}, "34215"},
+    };
+    for (const char* name : {"dtp", "tim"}) Get<DateTimePicker>(name).SetValue(kMorning);
+    events.clear();
+    for (const Row& row : rows) {
+      SCOPED_TRACE(testing::Message() << kVerbs.at(static_cast<std::size_t>(row.act.verb)) << " on "
+                                      << row.name << ", row " << &row - rows);
+      EXPECT_TRUE(surface.Do(Get(row.name), row.act));
+      Compare(row.name, row.raised, row.held);
+    }
+    EXPECT_EQ(Get<ComboBox>("cbo").Index(), -1) << "typing an entry's text picks nothing";
+    // Each picker kept the part that it does not show.
+    EXPECT_EQ(Get<DateTimePicker>("dtp").Value(), kMorning + 24h);
+    EXPECT_EQ(Get<DateTimePicker>("tim").Value(), kMorning + 1h);
+  }
+
+  // Whatever a control is not made for, or cannot take as it is or for the sake of its frame.
+  void Refusals() {
+    const std::vector<std::function<void()>> states{
+        [] {}, [&] { Get("fra").SetEnabled(false); },
+        [&] { Get("fra").SetEnabled(true), Get("fra").SetVisible(false); }};
+    for (const auto& change : states) {
+      change();
+      for (std::size_t i = 0; i < form->Count() * kVerbs.size(); ++i) {
+        Control& control = form->At(i / kVerbs.size());
+        const auto verb = static_cast<Verb>(i % kVerbs.size());
+        if (control.Usable() && Fits(verb, control)) continue;
+        SCOPED_TRACE(testing::Message() << kVerbs.at(i % kVerbs.size()) << " on " << control.Name());
+        EXPECT_FALSE(surface.Do(control, {verb, "x", 0, kMorning}));
+        Compare(control.Name(), {}, Held(control));
+      }
+    }
+  }
+
+  void ThePagesChanges() {
+    auto& lst = Get<ComboBox>("lst");
+    auto& cbo = Get<ComboBox>("cbo");
+    const struct Row {
+      const char* name;
+      std::function<void()> act;
+      Texts raised;
+      const char* held;
+    } rows[] = {
+        {"txt", [&] { Get<TextBox>("txt").SetText("one\ntwo"); }, {"txt_Change"}, "one\ntwo"},
+        {"txt", [&] { Get<TextBox>("txt").SetText("one\ntwo"); }, {}, "one\ntwo"},
+        {"memo", [&] { Get<TextBox>("memo").SetText("one\r\ntwo"); }, {"memo_Change"}, "one\ntwo"},
+        {"chk", [&] { Get<CheckBox>("chk").SetValue(1); }, {"chk_Click"}, "1"},
+        {"chk", [&] { Get<CheckBox>("chk").SetValue(1); }, {}, "1"},
+        {"optB", [&] { Get<OptionButton>("optB").Select(); }, {"optB_Click"}, "1"},
+        {"optB", [&] { Get<OptionButton>("optB").Select(); }, {}, "1"},
+        {"optA", [&] { Get<OptionButton>("optA").Select(); }, {"optA_Click"}, "1"},
+        {"optB", [&] { Get("optB").SetFocus(); }, {"optB_Click"}, "1"},
+        {"lst", [&] { lst.Select(2); }, {"lst_Click"}, "third 2/3"},
+        {"lst", [&] { lst.Select(2); }, {}, "third 2/3"},
+        {"lst", [&] { lst.SetText("first"); }, {"lst_Click"}, "first 0/3"},
+        {"lst", [&] { lst.AddItem("new"); }, {}, "first 0/4"},
+        {"lst", [&] { lst.Clear(); }, {}, " -1/0"},
+        {"cbo", [&] { cbo.SetText("other"); }, {}, "other /1"},
+        {"cbo", [&] { cbo.Select(0); }, {"cbo_Click"}, "first /1"},
+        {"dtp", [&] { Get<DateTimePicker>("dtp").SetValue(kMorning); }, {"dtp_Change"}, "20484"},
+        {"dtp", [&] { Get<DateTimePicker>("dtp").SetValue(kMorning); }, {}, "20484"},
+        {"tim", [&] { Get<DateTimePicker>("tim").SetValue(kMorning); }, {"tim_Change"}, "30615"},
+        {"lblLink", [&] { Get<Label>("lblLink").SetLink(false); }, {}, "text"},
+        {"cmdLater", [&] { Get("cmdLater").SetVisible(true); }, {}, ""},
+        {"fra", [&] { Get("fra").SetEnabled(false); }, {}, " unusable"},
+        {"chkInside", [&] { Get("chkInside").SetFocus(); }, {}, "0 unusable"},
+        {"fra", [&] { Get("fra").SetVisible(false); }, {}, " unusable"},
+        {"chkOff", [&] { Get("chkOff").SetEnabled(true); }, {}, "0"},
+        {"chkOff", [&] { Get("chkOff").SetFocus(); }, {}, "0"},
+    };
+    Compare("fra", {}, "");  // as the form was before there was a surface
+    verbs = 0;
+    for (const Row& row : rows) {
+      SCOPED_TRACE(testing::Message() << row.name << ", row " << &row - rows);
+      row.act();
+      Compare(row.name, row.raised, row.held);
+    }
+    EXPECT_EQ(verbs, 0) << "a page's change came back as the user's";
+  }
+
+  Surface surface{form, user};
+};
+
+TYPED_TEST_SUITE_P(SurfaceContract);
+TYPED_TEST_P(SurfaceContract, WhatAUserDoesRaisesTheEventsOfItsKindOnce) {
+  this->TheUsersActs();
+}
+TYPED_TEST_P(SurfaceContract, WhatAControlDoesNotTakeChangesNothing) {
+  this->Refusals();
+}
+TYPED_TEST_P(SurfaceContract, WhatAPageChangesShowsAndDoesNotComeBack) {
+  this->ThePagesChanges();
+}
+REGISTER_TYPED_TEST_SUITE_P(SurfaceContract, WhatAUserDoesRaisesTheEventsOfItsKindOnce,
+                            WhatAControlDoesNotTakeChangesNothing, WhatAPageChangesShowsAndDoesNotComeBack);
+
+}  // namespace plovix::testing_support

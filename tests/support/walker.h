@@ -1,0 +1,457 @@
+// Plays a user at random on a wizard and holds every step against what wizard and pages owe: nothing escapes
+// or is reported that need not be, the buttons are what the page says, a refusal changes nothing, a page that
+// is shown again has lost nothing, the storage changes by Finish alone and gives back what it got. One seed
+// makes one walk: PLOVIX_WALK_SEED chooses it, PLOVIX_WALK_STEPS its length (other than 100,000 steps through
+// the wizard and 3,000 through its window, a fifth of it under a sanitizer), and with PLOVIX_WALK_TRACE every
+// step is written down before it is made.
+#pragma once
+
+#include <plovix/framework/page_base.h>
+#include <plovix/framework/page_identifiers.h>
+#include <plovix/standalone/model/category_column.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <random>
+#include <set>
+
+#include "walk_rules.h"
+
+namespace plovix::testing_support {
+
+enum class Button { kBack, kNext, kFinish, kCancel };
+
+// What is walked through: the wizard, or the window around one.
+class Walked {
+ public:
+  virtual ~Walked() = default;
+  // Opens another wizard.
+  virtual void Open(const TaskRecord& task, const Entries& entries, const std::string& first) = 0;
+  [[nodiscard]] virtual VeloWiz& Wizard() = 0;
+  [[nodiscard]] virtual Hand& UsersHand() = 0;
+  // Whether the button was enabled.
+  virtual bool Press(Button button) = 0;
+  // What the surface owes beyond the wizard.
+  virtual void Check() {}
+};
+
+// The page that was made last, and how many were; it is not kept, so that one that goes too early is noticed.
+struct PageMade {
+  std::weak_ptr<WizardPage> page;
+  int count = 0;
+};
+
+class WatchedFactory final : public PageFactory {
+ public:
+  WatchedFactory(std::shared_ptr<PageFactory> real, PageMade& made) : real_(std::move(real)), made_(made) {}
+  [[nodiscard]] const std::string& Identifier() const noexcept override { return real_->Identifier(); }
+  [[nodiscard]] std::shared_ptr<WizardPage> CreatePage() override {
+    auto page = real_->CreatePage();
+    made_ = {page, made_.count + 1};
+    return page;
+  }
+
+ private:
+  std::shared_ptr<PageFactory> real_;
+  PageMade& made_;
+};
+
+// The wizard as a page holds it.
+struct PageAccess : PageBase {
+  static std::shared_ptr<WizardHost>& Host(PageBase& page) { return page.*&PageAccess::Wizard; }
+};
+
+class Walker {
+ public:
+  Walker(Scene& scene, TaskStorage& storage, Walked& walked)
+      : scene_(scene), storage_(storage), walked_(walked) {
+    for (const std::string& id : scene.registry.Identifiers()) {
+      const auto real = scene.registry.Find(id);
+      scene.registry.Remove(id);
+      scene.registry.Add(std::make_shared<WatchedFactory>(real, page_));
+      const auto page = real->CreatePage();
+      for (std::size_t i = 0; i < page->Controls().Count(); ++i) {
+        for (const Verb verb : {Verb::kType, Verb::kClick, Verb::kDoubleClick, Verb::kPick, Verb::kSet})
+          if (Fits(verb, page->Controls().At(i))) untried_.insert(NameOf(page->Controls().At(i), verb));
+      }
+    }
+    scene.state.tag_texts = {{"Name", "Nom"}, {"empty", ""}, {"one", "Un"}};
+    scene.state.clock = [this] { return now_; };
+    scene.state.open_rows = [this](const std::string&) {
+      std::vector<std::string> columns;
+      for (const TaskRecord& task : stored_) columns.push_back(EncodeCategories(task.categories));
+      return CategoryRows(columns);
+    };
+    scene.dialogs.on_box = [this](const std::string& prompt, int buttons) { return Answer(prompt, buttons); };
+    scene.dialogs.on_report = [this](const FailureReport&) { return Below(3); };
+    Furnish(scene);
+    // After a declined choice the details page looks for the former data object by its name among captions.
+    for (auto& entry : scene.data->entries) entry.record.caption = entry.record.name;
+  }
+
+  void Walk(int usual_steps) {
+    const int seed = FromEnvironment("PLOVIX_WALK_SEED", 1);
+    const int steps = FromEnvironment("PLOVIX_WALK_STEPS", usual_steps);
+    random_.seed(static_cast<unsigned>(seed));
+    while (steps_ < steps && !testing::Test::HasFailure()) {
+      try {
+        Step();
+        Check();
+      } catch (...) {
+        ADD_FAILURE() << "escaped: " << CurrentFailure().Description();
+      }
+    }
+    std::cout << steps_ << " steps with seed " << seed << ":";
+    for (const auto& [what, times] : counts_) std::cout << " " << what << " " << times << ",";
+    std::cout << " roads " << roads_.size() << "; verbs not tried: " << untried_.size();
+    for (const std::string& verb : untried_) std::cout << ", " << verb;
+    std::cout << "\n";
+    if (testing::Test::HasFailure()) {
+      std::cout << "Again: PLOVIX_WALK_SEED=" << seed << " PLOVIX_WALK_STEPS=" << steps_
+                << "; the last steps:\n";
+      for (const std::string& line : trace_) std::cout << "  " << line << "\n";
+    } else if (steps >= usual_steps) {
+      for (const std::string& page : scene_.registry.Identifiers()) EXPECT_GT(counts_[page], 0) << page;
+      for (const char* what : {"saved", "cancelled", "walked through", "refused", "returns", "conflicts"})
+        EXPECT_GT(counts_[what], 0) << what;
+      EXPECT_GT(roads_.size(), 8);
+    }
+  }
+
+ private:
+  static int FromEnvironment(const char* name, int otherwise) {
+    const char* text = std::getenv(name);
+    return text != nullptr ? std::atoi(text) : otherwise;
+  }
+  static std::string NameOf(const Control& control, Verb verb) {
+    return std::string(control.Container().Design().page) + "." + std::string(control.Name()) + " " +
+           kVerbs.at(static_cast<std::size_t>(verb));
+  }
+  int Below(std::size_t count) { return static_cast<int>(random_() % count); }
+  bool OneIn(std::size_t count) { return Below(count) == 0; }
+  template <class List>
+  const auto& AnyOf(const List& list) {
+    return list[static_cast<std::size_t>(Below(std::size(list)))];
+  }
+  std::string AnyText() {
+    static const std::vector<std::string> texts = [] {
+      std::vector<std::string> all{std::string(400, '9'), std::string(3000, 'x')};
+      std::istringstream pieces(
+          "| "
+          "|1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
+          "|Un|one|\"'\\%_;--|t\u00E2che \U0001F600|e\u0301|two\nlines");
+      for (std::string piece; std::getline(pieces, piece, '|');) all.push_back(piece);
+      return all;
+    }();
+    return AnyOf(texts);
+  }
+  VeloWiz& Wizard() { return walked_.Wizard(); }
+  void Note(const std::string& line) {
+    trace_.push_back(std::to_string(++steps_) + " " + line.substr(0, 160));
+    if (trace_.size() > 25) trace_.pop_front();
+    if (std::getenv("PLOVIX_WALK_TRACE") != nullptr) std::cout << trace_.back() << std::endl;
+  }
+
+  int Answer(const std::string& prompt, int buttons) {
+    using namespace message_box;
+    const bool one_button = buttons == kOkInformation || buttons == kOkWarning;
+    const bool declines = !one_button && !walking_through_ && OneIn(3);
+    if (declines) declined_.push_back(prompt);
+    if (buttons == kYesNoQuestion) return declines ? kNo : kYes;
+    return declines ? kCancel : kOk;
+  }
+
+  // What the host's dialogs were asked is forgotten, what they will answer is drawn.
+  void PrepareDialogs() {
+    ScriptedDialogs& dialogs = scene_.dialogs;
+    dialogs.boxes.clear();
+    dialogs.reports.clear();
+    declined_.clear();
+    const auto maybe = [this](auto value) { return OneIn(2) ? std::optional(value) : std::nullopt; };
+    dialogs.chosen_tag = maybe(AnyText());
+    dialogs.chosen_query = maybe(AnyText());
+    const std::vector<CategoryRecord> categories{{AnyText(), OneIn(2)}, {AnyText(), true}};
+    dialogs.chosen_categories = maybe(std::vector(categories.begin(), categories.begin() + Below(3)));
+    dialogs.chosen_permissions = maybe(PermissionSet{{AnyText(), OneIn(2), true, OneIn(2), true, false}});
+  }
+
+  void Step() {
+    PrepareDialogs();
+    const int kind = Below(200);
+    if (counts_.empty() || !Wizard().IsOpen()) return OpenAny();
+    if (kind < 46) return static_cast<void>(Press(Button::kNext));
+    if (kind < 52) return static_cast<void>(Press(Button::kBack));
+    if (kind < 62) return GoAndReturn();
+    if (kind < 70) return static_cast<void>(Press(Button::kFinish));
+    if (kind < 71) return static_cast<void>(Press(Button::kCancel));
+    if (kind < 73) return ChangeTheWorld();
+    Touch();
+  }
+
+  void OpenAny() {
+    now_ += std::chrono::hours(Below(400));
+    for (const int right : {kRightEditCategories, kRightSeeAllCategories, kRightGoOnWithLanguageTags})
+      scene_.state.rights[right] = !OneIn(4);
+    scene_.state.language_tag_mode = OneIn(4);
+    if (stored_.size() > 5) storage_.Delete(AnyOf(stored_).id);
+    const State& varied = AnyOf(kStates);
+    TaskRecord task = RecordOf(varied);
+    if (OneIn(3)) task.name = AnyText();
+    if (OneIn(4)) task.record_mode = 7;
+    task.query = AnyText();
+    if (OneIn(4)) task.actions.push_back({"unknown", "y", record_mode_bit::kNoData, 0, {{"k", "v"}}});
+    // The wizard makes no task with actions on records of nothing.
+    if (task.data_object_name.empty() && task.record_mode != record_mode::kNoData) task.actions.clear();
+    task.allow_automation_manager = !OneIn(4);
+    if (stored_ = storage_.List(); !stored_.empty() && OneIn(3)) {
+      task = AnyOf(stored_);
+    } else if (OneIn(2)) {
+      task = storage_.Save(task, now_);
+    }
+    Open(task, EntriesOf(scene_, varied));
+  }
+
+  void Open(const TaskRecord& task, const Entries& entries) {
+    using namespace page_identifier;
+    Note("opens task " + std::to_string(task.id));
+    stored_ = storage_.List();
+    opened_ = task;
+    entries_ = entries;
+    way_.clear();
+    conflict_ = false;
+    walked_.Open(task, entries, entries.contains(store_key::kImporting) ? kDetails : kAutoTaskType);
+    ++counts_["wizards"];
+    ++counts_[Wizard().Identifier()];
+    EXPECT_FALSE(Wizard().HasChanges());
+  }
+
+  // A right changes, time passes, and somebody else may save or delete the task.
+  void ChangeTheWorld() {
+    Note("the world changes");
+    bool& right = scene_.state.rights[kRightGoOnWithLanguageTags];
+    right = !right;
+    now_ += std::chrono::hours(1);
+    Wizard().AskNextPage();
+    if (opened_.id == 0 || conflict_ || !OneIn(2)) return;
+    conflict_ = true;
+    OneIn(3) ? storage_.Delete(opened_.id)
+             : static_cast<void>(storage_.Save(*storage_.Load(opened_.id), now_));
+    stored_ = storage_.List();
+  }
+
+  // Any verb on any control of the page.
+  void Touch() {
+    Form& form = *Wizard().Controls();
+    Control& control = form.At(static_cast<std::size_t>(Below(form.Count())));
+    if (auto* slot = dynamic_cast<HostSlot*>(&control))
+      return EditActions(dynamic_cast<VeloActionList&>(*slot->Embedded()));
+    const auto any_verb = [this] { return static_cast<Verb>(Below(kVerbs.size())); };
+    Act act{any_verb(), AnyText(), Below(20), DateTime{std::chrono::minutes(Below(40'000'000))}};
+    while (!Fits(act.verb, control) && !OneIn(8)) act.verb = any_verb();
+    const bool fits = control.Usable() && Fits(act.verb, control);
+    const auto page_text = [&] {
+      std::string text;
+      for (std::size_t i = 0; i < form.Count(); ++i) text += Shown(form.At(i)) + "\n";
+      return text;
+    };
+    const std::string former_page = Wizard().Identifier(), before = fits ? "" : page_text();
+    const std::string name = NameOf(control, act.verb), former = ValueOf(control);
+    const int pages = page_.count;
+    Note(name + " \"" + act.text + "\" " + std::to_string(act.index) + (fits ? "" : ", in vain"));
+    EXPECT_EQ(walked_.UsersHand().Do(control, act), fits);
+    EXPECT_TRUE(scene_.dialogs.reports.empty());
+    if (fits) untried_.erase(name);
+    if (page_.count != pages) return Arrived(former_page);
+    if (!fits) {
+      ++counts_["refused"];
+      EXPECT_EQ(page_text(), before);
+      return;
+    }
+    EXPECT_EQ(ValueOf(control), ValueAfter(control, act, former));
+    EXPECT_TRUE(act.verb < Verb::kEnter || control.HasFocus() == (act.verb == Verb::kEnter));
+  }
+
+  // The value that the act gives the control, whose value it was before; a declined question takes it back.
+  [[nodiscard]] std::string ValueAfter(const Control& control, const Act& act, const std::string& former) {
+    const auto* combo = dynamic_cast<const ComboBox*>(&control);
+    const Kind kind = control.GetKind();
+    if (act.verb == Verb::kType) return act.text;
+    if (act.verb == Verb::kSet) return PartOf(dynamic_cast<const DateTimePicker&>(control), act.value);
+    if (kind == Kind::kOptionButton && act.verb != Verb::kLeave) return "1";
+    if (kind == Kind::kCheckBox && act.verb == Verb::kClick)
+      return (former == "1") == declined_.empty() ? "0" : "1";
+    if (act.verb == Verb::kPick && combo->Count() > 0)
+      return declined_.empty() ? combo->ItemText(act.index % combo->Count()) : former;
+    return ValueOf(control);
+  }
+
+  void EditActions(VeloActionList& list) {
+    Note("edits the actions");
+    const auto kinds = list.OfferedKinds();
+    ASSERT_FALSE(kinds.empty()) << "the page gave no context";
+    const auto any_row = [&] { return static_cast<std::size_t>(Below(list.Rows().size())); };
+    const bool removes = list.Rows().size() > 5 || (!list.Rows().empty() && OneIn(3));
+    removes ? list.Remove(any_row()) : list.Append(NewAction(*AnyOf(kinds)));
+    if (!list.Rows().empty()) list.MoveUp(any_row());
+  }
+
+  // Whether the page was left.
+  bool Press(Button button) {
+    VeloWiz& wizard = Wizard();
+    const auto which = static_cast<std::size_t>(button);
+    const auto [back, next, finish, cancel] = wizard.Buttons();
+    const bool enabled = std::array{back, next, finish, cancel}.at(which);
+    const std::string former = wizard.Identifier(), following = NextPage();
+    const bool overflows = Overflows(*wizard.Controls());
+    const int pages = page_.count;
+    Note(former + ": presses " + std::array{"Back", "Next", "Finish", "Cancel"}.at(which));
+    EXPECT_EQ(walked_.Press(button), enabled);
+    const bool moved = page_.count != pages;
+    const bool told = CheckReports(overflows && enabled && button != Button::kCancel);
+    if (!enabled) {
+      ++counts_["refused"];
+      EXPECT_TRUE(!moved && !told);
+    } else if (moved) {
+      EXPECT_TRUE(button == Button::kBack || wizard.Identifier() == following);
+      Arrived(former, button == Button::kBack);
+    } else if (wizard.IsOpen()) {
+      EXPECT_TRUE(told || (button == Button::kCancel && wizard.HasChanges())) << "nobody said why it stays";
+    } else {
+      EXPECT_EQ(wizard.End(), button == Button::kFinish ? WizardEnd::kFinished : WizardEnd::kCancelled);
+      button == Button::kFinish ? Finished(former) : static_cast<void>(++counts_["cancelled"]);
+    }
+    return moved || !wizard.IsOpen();
+  }
+
+  void Arrived(const std::string& former, bool back = false) {
+    ++counts_[Wizard().Identifier()];
+    if (!back) return way_.push_back(former);
+    EXPECT_EQ(Wizard().Identifier(), way_.back());
+    way_.pop_back();
+  }
+
+  // Saving a number beyond 32 bits is the one thing that fails; it is reported unless the page has stopped
+  // the user before. Answers whether the user was told anything.
+  bool CheckReports(bool overflows) {
+    const ScriptedDialogs& dialogs = scene_.dialogs;
+    const auto asks = [](const std::string& box) { return box.starts_with("[56:"); };  // whether to go on
+    const auto stops = [&](const std::string& box) { return !box.starts_with("[wizard.") && !asks(box); };
+    const bool stopped = std::ranges::any_of(dialogs.boxes, stops) || std::ranges::any_of(declined_, asks);
+    EXPECT_EQ(!dialogs.reports.empty(), overflows && !stopped);
+    for (const FailureReport& report : dialogs.reports)
+      EXPECT_EQ(report.procedure + std::to_string(report.number), "SaveValues6") << report.description;
+    if (!dialogs.reports.empty()) ++counts_["overflows"];
+    return !dialogs.reports.empty() || !dialogs.boxes.empty();
+  }
+
+  // Out of the field, to the next page and back, or back and forth again. Back from the details saves
+  // nothing.
+  void GoAndReturn() {
+    const bool forth = Wizard().Buttons().next && (!Wizard().Buttons().back || OneIn(2));
+    const std::string page = Wizard().Identifier();
+    if (Control* focused = Wizard().Controls()->Focused()) walked_.UsersHand().Do(*focused, {Verb::kLeave});
+    const auto promised = Promised(*Wizard().Controls());
+    if (!Press(forth ? Button::kNext : Button::kBack)) return;
+    PrepareDialogs();
+    if (!Press(forth ? Button::kBack : Button::kNext) || Wizard().Identifier() != page) return;
+    if (!forth && page == page_identifier::kDetails) return;
+    ++counts_["returns"];
+    const Form& form = *Wizard().Controls();
+    for (const auto& [name, value] : promised) EXPECT_EQ(ValueOf(form.Get(name)), value) << name;
+  }
+
+  void Finished(const std::string& last) {
+    const TaskRecord& saved = Wizard().Saved();
+    ++counts_["saved"];
+    if (conflict_) ++counts_["conflicts"];
+    way_.push_back(last);
+    roads_.insert(way_);
+    TaskRecord expected = Wizard().Task().Record();
+    StartSchedule(expected, now_);
+    EXPECT_EQ(saved.id == opened_.id, opened_.id != 0 && !conflict_);
+    expected.id = saved.id;
+    expected.version = saved.id == opened_.id ? opened_.version + 1 : 1;
+    expected.modified = now_;
+    const auto old = std::ranges::find(stored_, saved.id, &TaskRecord::id);
+    old != stored_.end() ? static_cast<void>(*old = expected) : stored_.push_back(expected);
+    EXPECT_EQ(Differences(storage_.Load(saved.id), expected), "");
+    if (!walking_through_ && OneIn(2)) WalkThrough(expected);
+  }
+
+  // The stored task, led from page to page by a user who touches nothing and agrees to all, stays as it is,
+  // its start included.
+  void WalkThrough(TaskRecord task) {
+    walking_through_ = true;
+    now_ += std::chrono::hours(24);
+    Open(task, Entries(entries_));
+    for (bool on = true; on && !testing::Test::HasFailure();) {
+      Check();
+      PrepareDialogs();
+      on = Press(Wizard().Buttons().next ? Button::kNext : Button::kFinish) && Wizard().IsOpen();
+    }
+    walking_through_ = false;
+    ++counts_["walked through"];
+    ++task.version;
+    task.modified = now_;
+    // Where a number beyond 32 bits was passed over, there may be none yet; the page then stores 1.
+    const bool timed = task.recurrence && task.recurrence->time_kind != time_kind::kAtTime;
+    if (timed && !entries_.contains(store_key::kImporting) && task.recurrence->interval == 0)
+      task.recurrence->interval = 1;
+    EXPECT_EQ(Differences(storage_.Load(task.id), task), "");
+  }
+
+  std::string NextPage() {
+    std::string next;
+    page_.page.lock()->IWizardPage_GetNextPage(next);
+    return next;
+  }
+
+  // What the page tells the wizard when it is asked now, which must be what it said last. The first page says
+  // once that the user may go on.
+  bool MayContinue() {
+    const auto page = std::dynamic_pointer_cast<CommonPage>(page_.page.lock());
+    if (!page) return true;
+    const auto recorder = std::make_shared<RecordingHost>();
+    const auto host = std::exchange(PageAccess::Host(*page), recorder);
+    page->RefreshWizard();
+    PageAccess::Host(*page) = host;
+    return recorder->pushes.empty() ? Wizard().CanContinue() : recorder->pushes.back();
+  }
+
+  void Check() {
+    EXPECT_TRUE(storage_.List() == stored_) << "nothing but Finish changes the storage";
+    if (!Wizard().IsOpen()) return;
+    const bool on = MayContinue();
+    const bool last = NextPage().empty();
+    EXPECT_EQ(Wizard().NextIdentifier(), NextPage());
+    EXPECT_EQ(Wizard().Buttons(), (WizardButtons{!way_.empty(), on && !last, on && last, true}));
+    walked_.Check();
+  }
+
+  Scene& scene_;
+  TaskStorage& storage_;
+  Walked& walked_;
+  std::mt19937 random_;
+  DateTime now_{std::chrono::seconds{1'800'000'000}};
+  PageMade page_;
+  std::vector<std::string> way_;    // the pages that Back leads to
+  std::vector<TaskRecord> stored_;  // what the storage has to hold
+  TaskRecord opened_;
+  Entries entries_;
+  bool conflict_ = false;              // the opened task was changed in the storage
+  bool walking_through_ = false;       // by a user who declines nothing
+  std::vector<std::string> declined_;  // the questions of this step
+  std::deque<std::string> trace_;
+  std::set<std::string> untried_;
+  std::set<std::vector<std::string>> roads_;  // that led to Finish
+  std::map<std::string, int> counts_;
+  int steps_ = 0;
+};
+
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr int kWalkDivisor = 5;
+#else
+inline constexpr int kWalkDivisor = 1;
+#endif
+
+}  // namespace plovix::testing_support
