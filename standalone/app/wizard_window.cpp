@@ -31,8 +31,8 @@ std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
   return std::make_shared<VeloActionList>();
 }
 
-QFrame* NewRule(QFrame::Shape shape = QFrame::HLine) {
-  auto* rule = new QFrame;
+QFrame* NewRule(QWidget* parent, QFrame::Shape shape = QFrame::HLine) {
+  auto* rule = new QFrame(parent);
   qt::AnnounceAs(*rule, QAccessible::Separator);
   rule->setFrameShape(shape);
   rule->setFrameShadow(QFrame::Sunken);
@@ -51,7 +51,7 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
   page_place_ = new QHBoxLayout;
   layout->addLayout(page_place_, 1);
   BuildSummary();
-  layout->addWidget(NewRule());
+  layout->addWidget(NewRule(this));
   BuildButtons();
   ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
   wizard_.SetView(this);
@@ -62,16 +62,16 @@ WizardWindow::~WizardWindow() {
 }
 
 void WizardWindow::BuildHeader() {
-  title_ = new QLabel;
+  title_ = new QLabel(this);
   title_->setTextFormat(Qt::PlainText);
   title_->setWordWrap(true);
   QFont font = qt::PageFont();
   font.setBold(true);
   title_->setFont(font);
-  description_ = new QLabel;
+  description_ = new QLabel(this);
   description_->setTextFormat(Qt::PlainText);
   description_->setWordWrap(true);
-  for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule()})
+  for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule(this)})
     layout()->addWidget(widget);
 }
 
@@ -79,7 +79,7 @@ void WizardWindow::BuildHeader() {
 void WizardWindow::BuildSummary() {
   summary_ = new SummaryPanel(parts_, this);
   summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
-  page_place_->addWidget(NewRule(QFrame::VLine));
+  page_place_->addWidget(NewRule(this, QFrame::VLine));
   page_place_->addWidget(summary_);
 }
 
@@ -99,7 +99,7 @@ void WizardWindow::BuildButtons() {
 }
 
 QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name) {
-  auto* button = new QPushButton(ToQt(parts_.Text(caption)));
+  auto* button = new QPushButton(ToQt(parts_.Text(caption)), this);
   button->setObjectName(QString::fromLatin1(name));
   button->setAutoDefault(false);
   layout()->itemAt(layout()->count() - 1)->layout()->addWidget(button);

@@ -27,7 +27,6 @@ class VeloWiz::Door final : public WizardHost {
 VeloWiz::VeloWiz(WizardParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries)
     : parts_(std::move(parts)),
       original_(task),
-      saved_(task),
       task_(MakeTask(parts_.state, task)),
       store_(std::make_shared<StoreObject>()),
       door_(std::make_shared<Door>(this)) {

@@ -113,8 +113,8 @@ class VeloWiz final : private UserListener {
   [[nodiscard]] TaskObject& Task() noexcept { return *task_; }
   [[nodiscard]] StoreObject& Store() noexcept { return *store_; }
   /// @}
-  /// The task as stored by Finish.
-  [[nodiscard]] const TaskRecord& Saved() const noexcept { return saved_; }
+  /// The task as stored by Finish; until then as it was opened.
+  [[nodiscard]] const TaskRecord& Saved() const noexcept { return saved_ ? *saved_ : original_; }
 
  private:
   class Door;
@@ -150,7 +150,8 @@ class VeloWiz final : private UserListener {
 
   WizardParts parts_;
   WizardView* view_ = nullptr;
-  TaskRecord original_, saved_;
+  TaskRecord original_;
+  std::optional<TaskRecord> saved_;
   std::shared_ptr<TaskObject> task_;
   std::shared_ptr<StoreObject> store_;
   std::shared_ptr<Door> door_;

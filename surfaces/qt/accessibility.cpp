@@ -25,7 +25,7 @@ void AnnounceAs(QWidget& widget, QAccessible::Role role) {
 }
 
 void NameComboBox(QComboBox& box, const QString& name) {
-  box.setAccessibleName(name);
+  if (box.accessibleName() != name) box.setAccessibleName(name);
   QLabel* carrier = nullptr;
   for (QLabel* label : box.parentWidget()->findChildren<QLabel*>(Qt::FindDirectChildrenOnly)) {
     if (label->buddy() != &box) continue;

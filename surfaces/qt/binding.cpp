@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFocusEvent>
-#include <QLineEdit>
 #include <QScrollArea>
 #include <QWidget>
 
@@ -39,7 +38,8 @@ void Binding::DrawAll() {
   const PageWrite write(surface_);
   Draw();
   widget_->setEnabled(control_.Enabled());
-  widget_->setVisible(control_.Visible());
+  // One that was never hidden is shown with its page; showing it now would lay it out by itself.
+  if (widget_->isHidden() == control_.Visible()) widget_->setVisible(control_.Visible());
 }
 
 void Binding::TakeFocus(Qt::FocusReason reason) {
@@ -53,10 +53,12 @@ void Binding::Reveal() {
   }
 }
 
-// The field inside a combo box or a picker is announced by itself.
 void Binding::SetAccessibleName(const QString& name) {
-  widget_->setAccessibleName(name);
-  for (QLineEdit* field : widget_->findChildren<QLineEdit*>()) field->setAccessibleName(name);
+  Announce(*widget_, name);
+}
+
+void Binding::Announce(QWidget& widget, const QString& name) {
+  if (widget.accessibleName() != name) widget.setAccessibleName(name);
 }
 
 void Binding::Changed(Aspect aspect) {

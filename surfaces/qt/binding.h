@@ -64,6 +64,8 @@ class Binding : public QObject, private ControlObserver {
   virtual void SetAccessibleName(const QString& name);
 
  protected:
+  // Sets what is announced of a widget unless it is so already: Qt makes an accessible object for each call.
+  static void Announce(QWidget& widget, const QString& name);
   // To be called once, by the constructor of the kind's binding. `watched`: focus moves and other events
   // of the widget come through OnEvent.
   void Adopt(QWidget* widget, bool watched = true);

@@ -2,6 +2,8 @@
 
 #include <QAbstractItemView>
 #include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 #include <algorithm>
 #include <utility>
 
@@ -12,6 +14,7 @@ namespace plovix::qt {
 namespace {
 
 constexpr int kWidestContents = 24;  // characters; longer entries show in the opened list
+constexpr int kLeastHeight = 14;     // pixels, of the contents; as QComboBox has it
 constexpr int kLongList = 500;  // entries; Qt's popup takes 4 to 5 microseconds for each, whatever is in view
 
 }  // namespace
@@ -27,7 +30,22 @@ void ComboBoxWidget::UpdateEntries() {
 }
 
 bool ComboBoxWidget::PopupIsOpen() const {
-  return popup_ ? popup_->isVisible() : view()->isVisible();
+  return popup_ ? popup_->isVisible() : opened_ && view()->isVisible();
+}
+
+void ComboBoxWidget::SetContentsLength(int letters) {
+  if (std::exchange(letters_, letters) != letters) updateGeometry();
+}
+
+// What QComboBox says for AdjustToMinimumContentsLengthWithIcon. That policy would make the list that is
+// opened for every box of a page, which is most of what a box costs.
+QSize ComboBoxWidget::sizeHint() const {
+  const QFontMetrics metrics = fontMetrics();
+  QSize contents(0, std::max({metrics.height(), kLeastHeight, iconSize().height()}) + 2);
+  if (letters_ > 0) contents.setWidth(letters_ * metrics.horizontalAdvance('X') + iconSize().width() + 4);
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
 }
 
 // Whoever is told may replace the page.
@@ -38,6 +56,7 @@ void ComboBoxWidget::showPopup() {
   tell();
   if (!self || !isEnabled() || !isVisible()) return;
   draw_entries();
+  opened_ = true;
   if (count() <= kLongList) {
     QComboBox::showPopup();
     return;
@@ -55,7 +74,6 @@ void ComboBoxWidget::hidePopup() {
 ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* parent)
     : BindingOf(surface, box), widget_(new ComboBoxWidget(box, surface.texts, parent)) {
   widget_->setFocusPolicy(Qt::StrongFocus);
-  widget_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   widget_->setInsertPolicy(QComboBox::NoInsert);
   if (box.Editable()) MakeEditable();
   Adopt(widget_);
@@ -68,9 +86,9 @@ ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* paren
 }
 
 // Typing the text of an entry does not pick it, so the box must not complete what is typed, nor look for
-// it when the field is left.
+// it when the field is left. Qt's own way to make a box editable would make the list at once.
 void ComboBoxBinding::MakeEditable() {
-  widget_->setEditable(true);
+  widget_->setLineEdit(new QLineEdit(widget_));
   widget_->setCompleter(nullptr);
   QLineEdit* field = widget_->lineEdit();
   disconnect(field, &QLineEdit::editingFinished, widget_, nullptr);
@@ -85,6 +103,7 @@ bool ComboBoxBinding::TakesEnter() const {
 
 void ComboBoxBinding::SetAccessibleName(const QString& name) {
   Binding::SetAccessibleName(name);
+  if (widget_->lineEdit() != nullptr) Announce(*widget_->lineEdit(), name);
   NameComboBox(*widget_, name);
 }
 
@@ -134,7 +153,7 @@ void ComboBoxBinding::FitWidth() {
     const auto length = static_cast<int>(Text(Model().ItemText(measured_)).size());
     longest_ = std::min(std::max(longest_, length), kWidestContents);
   }
-  widget_->setMinimumContentsLength(longest_);
+  widget_->SetContentsLength(longest_);
 }
 
 }  // namespace plovix::qt

@@ -22,6 +22,11 @@ class ComboBoxWidget final : public QComboBox {
   // Takes over what has come or gone in the control's list.
   void UpdateEntries();
 
+  // Asks for room for entries of so many letters. The list itself is not measured: it may be long.
+  void SetContentsLength(int letters);
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
   void showPopup() override;
   void hidePopup() override;
 
@@ -29,6 +34,8 @@ class ComboBoxWidget final : public QComboBox {
   const ComboBox& box_;
   const SurfaceTexts& texts_;
   EntryModel* entries_;
+  int letters_ = 0;
+  bool opened_ = false;         // at least once
   QPointer<EntryPopup> popup_;  // while it is open
 };
 

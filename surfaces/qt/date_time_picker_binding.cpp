@@ -2,6 +2,7 @@
 
 #include <QDateEdit>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QLocale>
 #include <QTimeEdit>
 
@@ -86,6 +87,11 @@ DateTimePickerBinding::DateTimePickerBinding(Surface& surface, DateTimePicker& p
   connect(widget_, &QDateTimeEdit::dateTimeChanged, this, [this] {
     if (!PageWrites()) Entered();
   });
+}
+
+void DateTimePickerBinding::SetAccessibleName(const QString& name) {
+  Binding::SetAccessibleName(name);
+  Announce(*widget_->findChild<QLineEdit*>(), name);
 }
 
 void DateTimePickerBinding::Draw() {

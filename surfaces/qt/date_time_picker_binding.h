@@ -10,6 +10,8 @@ namespace plovix::qt {
 class DateTimePickerBinding final : public BindingOf<DateTimePicker> {
  public:
   DateTimePickerBinding(Surface& surface, DateTimePicker& picker, QWidget* parent);
+  // The field inside the picker is announced by itself.
+  void SetAccessibleName(const QString& name) override;
 
  private:
   void Draw() override;

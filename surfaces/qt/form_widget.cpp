@@ -124,7 +124,7 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
   layout->addWidget(scroll);
-  auto* content = new QWidget;
+  auto* content = new QWidget(scroll->viewport());  // never a window by itself, which would cost more
   scroll->setWidget(content);
   page_ =
       std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot), std::move(texts)}, content);

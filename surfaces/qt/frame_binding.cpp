@@ -11,7 +11,7 @@ FrameBinding::FrameBinding(Surface& surface, Frame& frame, QWidget* parent)
 
 void FrameBinding::Draw() {
   widget_->setTitle(LiteralCaption(Model().Caption()));
-  widget_->setAccessibleName(Text(Model().Caption()));
+  Announce(*widget_, NameBesides(Model().Caption()));
 }
 
 }  // namespace plovix::qt

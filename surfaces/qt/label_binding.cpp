@@ -27,7 +27,7 @@ class LabelAccess final : public QAccessibleWidget {
     return label_->heading ? QAccessible::Heading : QAccessible::StaticText;
   }
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Name ? label_->accessibleName() : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Name ? label_->announced : QAccessibleWidget::text(kind);
   }
   [[nodiscard]] QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
@@ -99,8 +99,8 @@ void LabelBinding::ShowAsHelp() {
 void LabelBinding::Draw() {
   const bool buddy = widget_->buddy() != nullptr;
   const QString text = buddy ? MnemonicCaption(Model().Caption()) : Text(Model().Caption());
-  if (text != widget_->text()) widget_->setText(text);
-  widget_->setAccessibleName(buddy ? CaptionToRead(Model().Caption()) : text);
+  widget_->announced = buddy ? CaptionToRead(Model().Caption()) : text;
+  if (text != widget_->text()) widget_->setText(text);  // tells assistive technology, too
   // Texts stand at the page's leading edge, whatever script they are written in.
   const Qt::Alignment edge = widget_->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
   widget_->setAlignment(Qt::AlignAbsolute | edge | Qt::AlignVCenter);
@@ -109,13 +109,16 @@ void LabelBinding::Draw() {
 
 void LabelBinding::DrawLook() {
   const bool link = Model().Link();
-  QFont font;
-  if (widget_->heading) {
-    font.setBold(true);
-    font.setPointSizeF(widget_->parentWidget()->font().pointSizeF() * kHeadingScale);
+  if (!link && !widget_->link && !widget_->heading && !help_) return;  // looks like any label
+  if (widget_->heading || link != widget_->link) {
+    QFont font;
+    if (widget_->heading) {
+      font.setBold(true);
+      font.setPointSizeF(widget_->parentWidget()->font().pointSizeF() * kHeadingScale);
+    }
+    if (link) font.setUnderline(true);
+    widget_->setFont(font);
   }
-  if (link) font.setUnderline(true);
-  widget_->setFont(font);
   widget_->setForegroundRole(link    ? QPalette::Link
                              : help_ ? QPalette::PlaceholderText
                                      : QPalette::WindowText);

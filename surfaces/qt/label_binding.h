@@ -12,6 +12,7 @@ class LabelWidget final : public QLabel {
   using QLabel::QLabel;
   bool link = false;
   bool heading = false;
+  QString announced;
   std::function<void()> activate;  // what a press by assistive technology does
 
  protected:

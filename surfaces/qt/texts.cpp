@@ -31,6 +31,10 @@ QString CaptionToRead(std::string_view utf8) {
   return caption;
 }
 
+QString NameBesides(std::string_view utf8) {
+  return utf8.find('&') == std::string_view::npos ? QString() : Text(utf8);
+}
+
 QString FirstCharacters(std::string_view utf8, int count) {
   std::size_t end = 0;
   const auto continues = [&] { return (static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U; };

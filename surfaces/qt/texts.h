@@ -15,6 +15,9 @@ namespace plovix::qt {
 [[nodiscard]] QString MnemonicCaption(
     std::string_view utf8);                                  // a single '&' before a letter or digit marks it
 [[nodiscard]] QString CaptionToRead(std::string_view utf8);  // the same without the mark
+// What such a widget is to be announced as where its own caption would be read otherwise, with an '&' in it;
+// empty elsewhere.
+[[nodiscard]] QString NameBesides(std::string_view utf8);
 
 // The first `count` characters (code points); its size is a position in UTF-16 units.
 [[nodiscard]] QString FirstCharacters(std::string_view utf8, int count);

@@ -3,6 +3,7 @@
 #include <plovix/surfaces/qt/entry_popup.h>
 #include <plovix/surfaces/qt/form_widget.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QComboBox>
 #include <QSignalSpy>
@@ -53,6 +54,26 @@ class LongListTest : public testing_support::EveryKindTest {
   ComboBox& cbo = Get<ComboBox>("cbo");
   FormWidget page{form, user, {}, nullptr, {.more = [](auto& count) { return "and " + count; }}};
 };
+
+// The list that is opened is most of what a box costs: only an opened box has one.
+TEST_F(LongListTest, AClosedBoxHasRoomForItsEntriesAndNoListYet) {
+  Open();
+  for (const char* entry : {"one", "a far longer entry"}) {
+    cbo.AddItem(entry);
+    QCoreApplication::processEvents();
+    QComboBox same;
+    same.setFont(Box("cbo").font());
+    same.setEditable(true);
+    same.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    same.setMinimumContentsLength(static_cast<int>(std::string_view(entry).size()));
+    EXPECT_EQ(Box("cbo").sizeHint(), same.sizeHint()) << entry;
+  }
+  Box("cbo").setFocus();
+  EXPECT_FALSE(page.FocusTakesEnter());
+  EXPECT_TRUE(page.findChildren<QAbstractItemView*>().empty());
+  Box("cbo").showPopup();
+  EXPECT_TRUE(page.FocusTakesEnter());
+}
 
 TEST_F(LongListTest, ASearchShowsTheBestMatchAmongItsNeighbours) {
   for (const char* text : {"a river", "Riverside", "RIVER", "die Öse", "öse", "x"}) lst.AddItem(text);
