@@ -76,7 +76,7 @@ namespace plovix {
 /// Enters the pages into `registry`, for hosts that are linked with the library. Fails with the entry point's
 /// reason: 457 for an identifier that is taken, else 429.
 inline void RegisterPages(PageRegistry& registry) {
-  EntryError error;
+  EntryError error{};
   const EntryResult result = plovix_register(kInterfaceVersion, &registry, &error);
   if (result == EntryResult::kDone) return;
   const bool taken = result == EntryResult::kAlreadyRegistered;

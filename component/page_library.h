@@ -32,7 +32,7 @@ class PageLibrary {
       }
       unregister_ = Function<decltype(&plovix_unregister)>("plovix_unregister");
       can_unload_ = Function<decltype(&plovix_can_unload)>("plovix_can_unload");
-      EntryError error;
+      EntryError error{};
       const auto enter = Function<decltype(&plovix_register)>("plovix_register");
       if (enter(kInterfaceVersion, &registry_, &error) != EntryResult::kDone) Fail(error.text);
     } catch (...) {
