@@ -3,8 +3,8 @@
 #include <fuzzer/FuzzedDataProvider.h>
 #include <plovix/standalone/exchange/task_file.h>
 
-#include "../tests/support/full_task.h"
 #include "fuzzer.h"
+#include "tests/support/full_task.h"
 
 namespace plovix::fuzz {
 namespace {

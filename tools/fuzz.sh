@@ -23,11 +23,12 @@ failed=0
 table=$(printf '%-10s %12s %10s %8s' fuzzer executions per-second edges)
 for name in "${@##*/}"; do
   mkdir -p "corpus/$name"
-  if ! "bin/fuzz_$name" -seed=1 -max_total_time="$seconds" -max_len=1024 -timeout=20 -rss_limit_mb=2048 \
+  if ! "bin/fuzz_$name" -seed=1 -max_total_time="$seconds" -max_len=2048 -timeout=20 -rss_limit_mb=2048 \
     -print_final_stats=1 -artifact_prefix="$PWD/found/$name-" "corpus/$name" "$root/fuzz/corpus/$name" >log 2>&1; then
     failed=1
     grep -v -E '^#[0-9]|NEW_FUNC|Uses:' log | tail -n 60
-    say "$name: FAILED; run it again with: build/fuzz/bin/fuzz_$name $(sed -n 's/.*unit written to //p' log)"
+    found=$(sed -n 's/.*unit written to //p' log)
+    say "$name: FAILED${found:+; run it again with: build/fuzz/bin/fuzz_$name $found}"
   fi
   count=$(sed -n 's/^stat::number_of_executed_units: *//p' log)
   rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' log)
