@@ -2,6 +2,7 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <plovix/component/entry_points.h>
 #include <plovix/component/page_registry.h>
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/model/category_rows.h>

@@ -5,6 +5,7 @@
 // prints the tables of docs/performance.md, "--short" measures roughly.
 #include <malloc.h>
 #include <plovix/designs/design.h>
+#include <plovix/framework/page_base.h>
 #include <plovix/standalone/app/action_list_widget.h>
 #include <plovix/standalone/app/host_surface_texts.h>
 #include <plovix/standalone/app/qt_text.h>
@@ -72,15 +73,26 @@ void Draw() {
 
 // Before the pages of either side: one label, from which any page follows.
 constexpr auto kStartDesign = MakeDesign("Start", {{"lblTitle", Kind::kLabel, "Start"}}, {"lblTitle"});
-class StartPage final : public WizardPage {
+class StartPage final : public PageBase {
  public:
-  explicit StartPage(const std::string& target) : WizardPage(kStartDesign.View()), target_(target) {}
+  explicit StartPage(const std::string& target) : PageBase(kStartDesign.View()), target_(target) {}
   void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
     Keep(std::move(host), std::move(store));
     Wizard->Refresh(true);
   }
   void IWizardPage_GetNextPage(std::string& next) override { next = target_; }
   bool IWizardPage_CanChangePage(ChangeDirection /*direction*/) override { return true; }
+
+ private:
+  const std::string& target_;
+};
+class StartFactory final : public PageFactory {
+ public:
+  explicit StartFactory(const std::string& target) : target_(target) {}
+  [[nodiscard]] const std::string& Identifier() const noexcept override { return kStart; }
+  [[nodiscard]] std::shared_ptr<WizardPage> CreatePage() override {
+    return std::make_shared<StartPage>(target_);
+  }
 
  private:
   const std::string& target_;
@@ -101,7 +113,7 @@ class PeerStartPage final : public QWizardPage {
 struct Scene : BenchHost {
   Scene() {
     state.texts = LoadLanguage("en");
-    registry.Register(kStart, [this] { return std::make_shared<StartPage>(target); });
+    registry.Add(std::make_shared<StartFactory>(target));
     for (const std::string& name : categories) category_names << ToQt(name);
     for (const std::string& name : data_objects) object_names << ToQt(name);
   }

@@ -123,6 +123,7 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/PlovixConfigVersion.cmake C
 install(FILES ${CMAKE_BINARY_DIR}/PlovixConfig.cmake ${CMAKE_BINARY_DIR}/PlovixConfigVersion.cmake
         DESTINATION ${package_folder} COMPONENT development)
 
+file(RELATIVE_PATH PC_UP /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 function(plovix_pkgconfig name description libraries requires)
   configure_file(${CMAKE_SOURCE_DIR}/cmake/plovix.pc.in ${CMAKE_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${CMAKE_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
