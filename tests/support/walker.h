@@ -311,6 +311,7 @@ class Walker {
     Note(former + ": presses " + std::array{"Back", "Next", "Finish", "Cancel"}.at(which));
     EXPECT_EQ(walked_.Press(button), enabled);
     const bool moved = page_.count != pages;
+    const bool left = moved || !wizard.IsOpen();  // what follows may open another wizard
     const bool told = CheckReports(overflows && enabled && button != Button::kCancel);
     if (!enabled) {
       ++counts_["refused"];
@@ -324,7 +325,7 @@ class Walker {
       EXPECT_EQ(wizard.End(), button == Button::kFinish ? WizardEnd::kFinished : WizardEnd::kCancelled);
       button == Button::kFinish ? Finished(former) : static_cast<void>(++counts_["cancelled"]);
     }
-    return moved || !wizard.IsOpen();
+    return left;
   }
 
   void Arrived(const std::string& former, bool back = false) {
