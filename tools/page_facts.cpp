@@ -315,7 +315,8 @@ TEST(PageFacts, Texts) {
   std::map<int, std::set<std::string>> places;
   const PageRegistry registry = Scene().registry;
   for (const std::string& identifier : registry.Identifiers()) {
-    for (const ControlInfo& row : registry.Create(identifier)->Controls().Design().rows) {
+    const auto page = registry.Create(identifier);  // the rows are the page's
+    for (const ControlInfo& row : page->Controls().Design().rows) {
       if (const auto number = TextNumber(row.tag))
         places[*number].insert(Name(identifier) + "." + std::string(row.name));
     }
