@@ -6,7 +6,8 @@
 - a language table is JSON, and no number is given twice;
 - the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
   installed;
-- no source reaches another room by a path of its own instead of through the room's target.
+- no source reaches another room by a path of its own instead of through the room's target;
+- a source includes the header of its name first, which shows that the header compiles alone.
 It also prints how much of the code is test code.
 """
 import json
@@ -36,6 +37,10 @@ def problems_in(name, text):
         except ValueError as error:
             yield f"{name}: {error}"
         return
+    header = Path(name).with_suffix(".h")
+    first = INCLUDE.search(text)
+    if name.endswith(".cpp") and header.exists() and (not first or first.group(1) != f'"{header.name}"'):
+        yield f'{name}: its first include has to be "{header.name}"'
     for found in INCLUDE.finditer(text):
         place = f"{name}:{text.count(chr(10), 0, found.start(1)) + 1}"
         included = found.group(1)
