@@ -14,7 +14,7 @@ packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
 packages_package=(dpkg-dev desktop-file-utils pkg-config python3)
 packages_checks=(clang-format clang-tidy-19 clang-19 llvm-19 doxygen shellcheck python3)
-packages_fuzzers=(clang-19 libclang-rt-19-dev)
+packages_sanitizers=(clang-19 libclang-rt-19-dev llvm-19)
 # Without the library's introspection data and the bindings, no script reaches the accessibility bus.
 packages_accessibility=(xvfb dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi python3-xlib)
 

@@ -11,7 +11,7 @@ set -uo pipefail
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
 seconds=${PLOVIX_FUZZ_SECONDS:-10}
 
-need_packages "${packages_program[@]}" "${packages_fuzzers[@]}"
+need_packages "${packages_program[@]}" "${packages_sanitizers[@]}"
 build fuzz fuzzers
 cd -- "$root/build/fuzz" || exit
 (($#)) || set -- "$root"/fuzz/corpus/*

@@ -150,9 +150,9 @@ void ActionListWidget::MoveDown() {
 
 QString ActionListWidget::RowText(const ActionRecord& action) const {
   const ActionKind* kind = FindActionKind(action.kind);
-  if (kind == nullptr && action.name.empty()) return ToQt(texts_.Host("action.list.unknown", {action.kind}));
+  if (kind == nullptr)
+    return ToQt(action.name.empty() ? texts_.Host("action.list.unknown", {action.kind}) : action.name);
   const std::string what = action.name.empty() ? texts_.Host(kind->caption) : action.name;
-  if (kind == nullptr) return ToQt(what);
   const auto setting = action.settings.find(std::string(kind->fields.front().key));
   if (setting == action.settings.end()) return ToQt(what);
   return ToQt(texts_.Host("action.list.row", {what, setting->second})).simplified();

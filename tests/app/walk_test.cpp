@@ -88,7 +88,7 @@ TEST(Walk, ThroughTheWindow) {
   Scene scene;
   SqliteStorage storage(folder.filePath("tasks.sqlite").toStdString());
   WalkedWindow window(scene, storage);
-  Walker(scene, storage, window).Walk(3'000 / kWalkDivisor);
+  Walker(scene, storage, window).Walk(3'000);
 }
 
 }  // namespace

@@ -44,8 +44,8 @@ std::vector<Operation> OperationsOf(const Form& form) {
   };
   std::vector<Operation> operations = {
       operation(kInitialize, [](Bench& bench) { bench.Initialize(); }),
-      operation("IWizardPage_Title", [](Bench& bench) { bench.page->IWizardPage_Title(); }),
-      operation("IWizardPage_Description", [](Bench& bench) { bench.page->IWizardPage_Description(); }),
+      operation("IWizardPage_Title", [](Bench& bench) { (void)bench.page->IWizardPage_Title(); }),
+      operation("IWizardPage_Description", [](Bench& bench) { (void)bench.page->IWizardPage_Description(); }),
       operation("IWizardPage_GetNextPage", [](Bench& bench) { (void)bench.Next(); }),
       operation("IWizardPage_Terminate", [](Bench& bench) { bench.page->IWizardPage_Terminate(); }),
       operation("UserControl_Show", [](Bench& bench) { bench.user.Show(bench.Controls()); }),

@@ -300,8 +300,8 @@ TEST_F(SchedulePages, YearlyDatesAreThoseOfTheHostsYear) {
                                                                    {2027, 1, "1.0", false},
                                                                    {2027, 1, "1e1", false},
                                                                    {2027, 1, "+1", false}}) {
-    scene.state.clock = [year = year] {
-      return DateTime{std::chrono::local_days{std::chrono::year{year} / 6 / 15}};
+    scene.state.clock = [in = std::chrono::year{year}] {
+      return DateTime{std::chrono::local_days{in / 6 / 15}};
     };
     Open(kYearlyRecurrence);
     bench->user.Pick((*bench)["cboSpecificDayMonth"], month - 1);

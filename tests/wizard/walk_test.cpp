@@ -30,7 +30,7 @@ class WalkedWizard final : public Walked {
 TEST(Walk, ThroughTheWizard) {
   Scene scene;
   WalkedWizard wizard(scene);
-  Walker(scene, scene.storage, wizard).Walk(100'000 / kWalkDivisor);
+  Walker(scene, scene.storage, wizard).Walk(100'000);
 }
 
 }  // namespace
