@@ -51,23 +51,6 @@ struct NoDialogs final : HostDialogs {
   ReportAction Report(const FailureReport& report) override {
     throw Failure(report.number, report.description);
   }
-  std::optional<std::string> EditTag(const std::string& /*tag*/,
-                                     const std::vector<std::string>& /*choices*/) override {
-    return std::nullopt;
-  }
-  std::optional<std::vector<CategoryRecord>> EditCategories(
-      const std::vector<CategoryRecord>& /*categories*/, bool /*tagged*/,
-      const std::vector<std::string>& /*known*/) override {
-    return std::nullopt;
-  }
-  std::optional<std::string> BuildQuery(const std::string& /*text*/,
-                                        const DataObjectRecord& /*object*/) override {
-    return std::nullopt;
-  }
-  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& /*permissions*/,
-                                               const std::string& /*title*/) override {
-    return std::nullopt;
-  }
 };
 
 // A host installed for as long as it lives, with a task that has something to show on every page.

@@ -27,18 +27,6 @@ class PrintedDialogs final : public HostDialogs {
               << report.description << '\n';
     return ReportAction::kLeave;
   }
-  std::optional<std::string> EditTag(const std::string&, const std::vector<std::string>&) override {
-    return {};
-  }
-  std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>&, bool,
-                                                            const std::vector<std::string>&) override {
-    return {};
-  }
-  std::optional<std::string> BuildQuery(const std::string&, const DataObjectRecord&) override { return {}; }
-  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>&,
-                                               const std::string&) override {
-    return {};
-  }
 };
 
 // The user: finds controls of the current page by their names.

@@ -48,18 +48,6 @@ class Dialogs final : public HostDialogs {
     QMessageBox::critical(QApplication::activeWindow(), Text(report.page), Text(report.description));
     return ReportAction::kLeave;
   }
-  std::optional<std::string> EditTag(const std::string&, const std::vector<std::string>&) override {
-    return {};
-  }
-  std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>&, bool,
-                                                            const std::vector<std::string>&) override {
-    return {};
-  }
-  std::optional<std::string> BuildQuery(const std::string&, const DataObjectRecord&) override { return {}; }
-  std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>&,
-                                               const std::string&) override {
-    return {};
-  }
 };
 
 // The host's control in the page of actions: a list and a button that adds a line for the log.

@@ -23,7 +23,8 @@ struct FailureReport {
   /// @}
 };
 
-/// Every member is modal: it returns when the user has answered.
+/// Every member is modal: it returns when the user has answered. A host without one of the editors leaves
+/// that out; its button then does what it does when the user cancels.
 class HostDialogs {
  public:
   virtual ~HostDialogs() = default;
@@ -33,16 +34,27 @@ class HostDialogs {
   virtual ReportAction Report(const FailureReport& report) = 0;
   /// Here and below: what was chosen, edited or built; nothing when the user cancelled. `choices`: tags to
   /// offer first; may be empty.
-  virtual std::optional<std::string> EditTag(const std::string& tag,
-                                             const std::vector<std::string>& choices) = 0;
+  virtual std::optional<std::string> EditTag([[maybe_unused]] const std::string& tag,
+                                             [[maybe_unused]] const std::vector<std::string>& choices) {
+    return {};
+  }
   /// `known`: the categories in use, as tags where the texts are tags, else as texts.
   virtual std::optional<std::vector<CategoryRecord>> EditCategories(
-      const std::vector<CategoryRecord>& categories, bool tagged, const std::vector<std::string>& known) = 0;
+      [[maybe_unused]] const std::vector<CategoryRecord>& categories, [[maybe_unused]] bool tagged,
+      [[maybe_unused]] const std::vector<std::string>& known) {
+    return {};
+  }
   /// `text`: any text, since it may have been typed.
-  virtual std::optional<std::string> BuildQuery(const std::string& text, const DataObjectRecord& object) = 0;
+  virtual std::optional<std::string> BuildQuery([[maybe_unused]] const std::string& text,
+                                                [[maybe_unused]] const DataObjectRecord& object) {
+    return {};
+  }
   /// `permissions`: nothing where the task has no set yet.
-  virtual std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
-                                                       const std::string& title) = 0;
+  virtual std::optional<PermissionSet> EditPermissions(
+      [[maybe_unused]] const std::optional<PermissionSet>& permissions,
+      [[maybe_unused]] const std::string& title) {
+    return {};
+  }
 };
 
 }  // namespace plovix
