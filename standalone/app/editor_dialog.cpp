@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <optional>
@@ -17,6 +18,22 @@
 #include "qt_text.h"
 
 namespace plovix::app {
+namespace {
+
+// The style tints the cell that has the focus, text and all, as if that were disabled; the chosen row says
+// enough.
+class RowDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->state.setFlag(QStyle::State_HasFocus, false);
+  }
+};
+
+}  // namespace
 
 QLabel* NewProblemLabel() {
   auto* label = new QLabel;
@@ -129,6 +146,15 @@ void PrepareTable(QTableView& table) {
   table.verticalHeader()->hide();
   table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() * 3 / 2);
   table.horizontalHeader()->setHighlightSections(false);
+}
+
+void PrepareRowTable(QTableView& table) {
+  PrepareTable(table);
+  table.setSelectionBehavior(QAbstractItemView::SelectRows);
+  table.setSelectionMode(QAbstractItemView::SingleSelection);
+  table.setItemDelegate(new RowDelegate(&table));
+  table.setWordWrap(false);
+  table.horizontalHeader()->setStretchLastSection(true);
 }
 
 void PrepareTable(QTableWidget& table, const QStringList& columns) {

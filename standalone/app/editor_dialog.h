@@ -61,6 +61,8 @@ class EditorDialog : public QDialog {
 
 // What all tables of the program have in common: Tab leaves them, and cells are not typed in.
 void PrepareTable(QTableView& table);
+// A table in which a row is chosen.
+void PrepareRowTable(QTableView& table);
 // A table that is edited as a whole: Tab leaves it, the first column takes the room that is left.
 void PrepareTable(QTableWidget& table, const QStringList& columns);
 

@@ -89,12 +89,8 @@ void TagDialog::BuildTable() {
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
   table_->setAccessibleName(windowTitle());
   table_->setModel(shown_);
-  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table_->setSelectionMode(QAbstractItemView::SingleSelection);
-  PrepareTable(*table_);
-  table_->setWordWrap(false);
+  PrepareRowTable(*table_);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table_->horizontalHeader()->setStretchLastSection(true);
   table_->setColumnWidth(TagTableModel::kTag, fontMetrics().averageCharWidth() * kTagWide);
   Rows()->addWidget(table_, 1);
   tag_texts_->setReadOnly(true);

@@ -83,11 +83,7 @@ void TaskListWindow::BuildTable() {
   table_->setObjectName("tasks");
   table_->setAccessibleName(windowTitle());
   table_->setModel(shown_);
-  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table_->setSelectionMode(QAbstractItemView::SingleSelection);
-  PrepareTable(*table_);
-  table_->setWordWrap(false);
-  table_->horizontalHeader()->setStretchLastSection(true);
+  PrepareRowTable(*table_);
   table_->setSortingEnabled(true);
   table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table_->installEventFilter(this);
