@@ -213,12 +213,20 @@ class Session {
                   Zone::Named("Europe/Paris").value_or(Zone::Local())};
 };
 
+QtMessageHandler usual_handler = nullptr;
+
+// The platform without a display says of every window that it does not keep its size.
+void SayLess(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (!text.endsWith("propagateSizeHints()")) usual_handler(type, context, text);
+}
+
 }  // namespace
 
 int SaveScreenshots(QApplication& application, const std::string& folder) {
   if (!QDir().mkpath(ToQt(folder))) {
     throw Failure(failure_number::kInvalidCall, folder + ": the folder cannot be made");
   }
+  usual_handler = qInstallMessageHandler(SayLess);
   int count = 0;
   for (const auto& [code, json] : EmbeddedLanguages()) {
     QLocale::setDefault(QLocale(ToQt(code)));
@@ -228,6 +236,7 @@ int SaveScreenshots(QApplication& application, const std::string& folder) {
     }
   }
   InstallServices({});
+  qInstallMessageHandler(usual_handler);
   return count;
 }
 
