@@ -78,7 +78,7 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
 
 TEST(ScheduleSentence, SaysOddTimesAndWhyNothingRuns) {
   const std::vector<std::pair<std::optional<RecurrenceRecord>, std::string>> cases = {
-      {AtTime(DailyRecord{}, "23:59:05"), "[schedule.daily.day.at:23:59:05]"},
+      {AtTime(DailyRecord{}, "10:59:09"), "[schedule.daily.day.at:10:59:09]"},
       {RecurrenceRecord{.execution_time = DateTime::min(), .pattern = DailyRecord{}},
        "[schedule.daily.day.at:08:29:52]"},
       {std::nullopt, "[schedule.none]"},
