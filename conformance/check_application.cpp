@@ -165,7 +165,7 @@ void CheckTranslator(Examination& exam) {
   Form form({"Probe", kTaggedRows, kTaggedLines});
   translator->TranslateControls(form, kModule, 1);
   exam.Check("A caption tagged \"Lng=4;\" or \"lng=4\" is not replaced: it stays in another language", [&] {
-    const std::string text = exam.Application()->Language()->GetString(4, kModule, {});
+    const std::string text = Given(exam.Application()->Language(), "Language")->GetString(4, kModule, {});
     return form.At(0).Caption() == text && form.At(1).Caption() == text;
   });
   exam.Check("A control without a tag or a text loses its caption: the user would see an empty place",

@@ -31,7 +31,7 @@ void CheckSession(Examination& exam) {
   const auto session = Given(exam.Application()->Session(), "Session");
   exam.Check("CurrentUser is nobody, or changes: a personal task would be somebody else's", [&] {
     const std::string user = Given(session->CurrentUser(), "CurrentUser")->UserId();
-    return !user.empty() && user == session->CurrentUser()->UserId() &&
+    return !user.empty() && user == Given(session->CurrentUser(), "CurrentUser")->UserId() &&
            session->AccountId() == session->AccountId();
   });
   exam.Check("HasPermission is not what was granted, also without an object: tasks would be too open",
@@ -83,7 +83,9 @@ void CheckRows(Examination& exam) {
     const auto list = exam.New(&ObjectFactory::NewCategoryList);
     for (const char* text : {"one", "two", "three"}) {
       list->Load(std::get<std::string>(Read(*rows)));
-      if (list->Count() != 1 || list->Item(1)->Text() != text || !list->Item(1)->Public()) return false;
+      if (list->Count() != 1) return false;
+      const auto category = Given(list->Item(1), "Item");
+      if (category->Text() != text || !category->Public()) return false;
       rows->MoveNext();
     }
     return true;
@@ -121,13 +123,13 @@ void CheckDataObjects(Examination& exam) {
            object->Fields();
   });
   exam.Check("Find does not fail with 5 for an unknown name: a task would lose its data object", [&] {
-    const auto catalog = exam.Application()->DataObjectCatalog();
+    const auto catalog = Given(exam.Application()->DataObjectCatalog(), "DataObjectCatalog");
     return FailsWith(5, [&] { (void)catalog->Find("no such object"); }) &&
            FailsWith(5, [&] { (void)catalog->Find(""); });
   });
   exam.Check("The loaded objects do not hold each one once, with 9 outside: the list would be wrong", [&] {
     return std::ranges::count_if(load(), [&](const auto& object) { return object->Name() == name; }) == 1 &&
-           FailsOutside(*loader->LoadDataObjects());
+           FailsOutside(*Given(loader->LoadDataObjects(), "LoadDataObjects"));
   });
   exam.Check("A handle does not stand for its object while it lives: another one would be chosen", [&] {
     auto objects = load();
@@ -158,7 +160,7 @@ void CheckEditors(Examination& exam) {
     if (list->Edit(false, false, nullptr) || list->Count() != 0) return false;
     answer({{"one", "two"}});
     return list->Edit(false, false, exam.New(&ObjectFactory::NewTextCollection)) && list->Count() == 2 &&
-           list->Item(2)->Text() == "two";
+           Given(list->Item(2), "Item")->Text() == "two";
   });
 }
 

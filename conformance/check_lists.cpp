@@ -15,8 +15,10 @@ bool Holds(ValueStore& store, const Value& value) {
 }
 
 void CheckStore(Examination& exam, ValueStore& store, const ObjectRef& object) {
-  exam.Check("SetItem copies an object: the pattern that is edited would not be the one stored",
-             [&] { return Holds(store, object); });
+  exam.Check("SetItem or Add copies an object: the pattern that is edited would not be the one stored", [&] {
+    store.Add("Held", object);
+    return Holds(store, object) && store.GetValue("Held", 77) == Value(object);
+  });
   exam.Check("A value comes back as another, or of another kind: a page would report failure 13", [&] {
     const Value values[] = {true, 0, INT_MIN, 0.1, std::string(" é "), std::string(), kZeroDate, Value()};
     return std::ranges::all_of(values, [&](const Value& value) { return Holds(store, value); });
@@ -165,7 +167,7 @@ void CheckCategoryList(Examination& exam) {
     list->Add(first);
     list->Add(exam.New(&Factory::NewCategory));
     first->SetTag("a");
-    list->Item(2)->SetTag("b");
+    Given(list->Item(2), "Item")->SetTag("b");
     return Tags(*list) == std::vector<std::string>{"a", "b"};
   });
   exam.Check("Item does not fail with 9 outside 1 to Count: a category of nobody's would be saved",
@@ -174,7 +176,7 @@ void CheckCategoryList(Examination& exam) {
     const auto former = Tags(*list);
     const auto clone = Given(list->Clone(), "Clone");
     if (Tags(*clone) != former) return false;
-    clone->Item(1)->SetTag("c");
+    Given(clone->Item(1), "Item")->SetTag("c");
     clone->Add(exam.New(&Factory::NewCategory));
     return Tags(*list) == former;
   });

@@ -228,8 +228,10 @@ Findings WalkPages(const HostUnderTest& host) {
       InstallServices(host.services);
       std::string caption;
       if (data && host.data_object.empty()) throw Missing{"data_object"};
-      if (data)
-        caption = Given(exam.Application()->DataObjectCatalog()->Find(host.data_object), "Find")->Caption();
+      if (data) {
+        const auto catalog = Given(exam.Application()->DataObjectCatalog(), "DataObjectCatalog");
+        caption = Given(catalog->Find(host.data_object), "Find")->Caption();
+      }
       (void)Needed(host.services.host_services, "services");
       const auto watched =
           std::make_shared<WatchedServices>(Given(host.services.host_services(), "services"));

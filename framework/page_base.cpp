@@ -10,11 +10,11 @@ constexpr int kTranslateFlag = 1;
 }  // namespace
 
 std::string PageBase::GetString(int id, const std::vector<std::string>& parameters) {
-  return Services().Application()->Language()->GetString(id, kModule, parameters);
+  return Set(Application()->Language())->GetString(id, kModule, parameters);
 }
 
 int PageBase::MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters) {
-  const auto application = Services().Application();
+  const auto application = Application();
   return application->MsgBox(GetString(text_id, parameters), buttons, application->Title(), "");
 }
 
@@ -32,7 +32,7 @@ void PageBase::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore
 }
 
 void PageBase::TranslateCaptions() {
-  Services().Application()->Translator()->TranslateControls(Controls(), kModule, kTranslateFlag);
+  Set(Application()->Translator())->TranslateControls(Controls(), kModule, kTranslateFlag);
 }
 
 // Dropping two references cannot fail, so the handler of this procedure never speaks.
@@ -76,7 +76,7 @@ Outcome CommonPage::RefreshWizard() {
 void CommonPage::TakeTask(Statements& run, std::source_location where) {
   const auto held = [&] { return Set(Store)->Exists(store_key::kAutoTask); };
   if (!run.If(held, where)) return;
-  run([&] { Task = ObjectFrom<AutoTask>(Store->Item(store_key::kAutoTask)->Value()); }, where);
+  run([&] { Task = ObjectFrom<AutoTask>(Set(Store->Item(store_key::kAutoTask))->Value()); }, where);
 }
 
 void CommonPage::Choose(Statements& run, OptionButton& option, std::source_location where) {

@@ -42,7 +42,9 @@ class PageBase : public WizardPage {
 
   // Text `id` of the pages' module.
   [[nodiscard]] static std::string GetString(int id, const std::vector<std::string>& parameters = {});
-  [[nodiscard]] static std::shared_ptr<HostApplication> Application() { return Services().Application(); }
+  [[nodiscard]] static std::shared_ptr<HostApplication> Application() {
+    return Set(Services().Application());
+  }
   // A box of the host's with a text of the pages under the application's title; gives back the user's answer.
   static int MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters = {});
 

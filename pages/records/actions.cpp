@@ -36,7 +36,7 @@ Outcome Actions::RetrieveValues() {
     TakeTask(run);
     const auto take = [&]<class T>(std::shared_ptr<T>& object, const std::string& key) {
       if (!run.If([&] { return Set(Store)->Exists(key); })) return;
-      run([&] { object = ObjectFrom<T>(Store->Item(key)->Value()); });
+      run([&] { object = ObjectFrom<T>(Set(Store->Item(key))->Value()); });
     };
     take(DataObject, store_key::kDataObject);
     take(DataObjects, store_key::kDataObjects);
@@ -62,7 +62,7 @@ std::shared_ptr<ValueStore> Actions::GetProperties() {
   Procedure("GetProperties", [&](Statements& run) {
     run([&] { Controls().SetMousePointer(Pointer::kWait); });
     std::shared_ptr<ValueStore> context;
-    run([&] { context = Services().Factory()->NewValueStore(); });
+    run([&] { context = Set(Services().Factory())->NewValueStore(); });
     std::string key;
     if (DataObject) run([&] { key = DataObject->Key(); });
     run([&] { Set(context)->Add("DataObjectKey", key); });
@@ -70,10 +70,9 @@ std::shared_ptr<ValueStore> Actions::GetProperties() {
     run([&] { type = DesignerObjectType(Set(Task)->RecordMode()); });
     if (type) run([&] { Set(context)->Add("DesignerObjectType", *type); });
     run([&] { Set(context)->Add(store_key::kDataObject, DataObject); });
-    if (!DataObjects) run([&] { DataObjects = Services().Application()->Loader()->LoadDataObjects(); });
+    if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });
     run([&] { Set(context)->Add(store_key::kDataObjects, DataObjects); });
-    if (!DesignerObjects)
-      run([&] { DesignerObjects = Services().Application()->Loader()->LoadDesignerObjects(); });
+    if (!DesignerObjects) run([&] { DesignerObjects = Set(Application()->Loader())->LoadDesignerObjects(); });
     run([&] { Set(context)->Add(store_key::kDesignerObjects, DesignerObjects); });
     run([&] { Controls().SetMousePointer(Pointer::kDefault); });
     answer = context;

@@ -30,10 +30,10 @@ void Query::cmdBuild_Click() {
     std::shared_ptr<DataObject> object;
     run([&] { object = Set(Application()->DataObjectCatalog())->Find(Set(Task)->DataObjectName()); });
     std::shared_ptr<QueryDefinition> definition;
-    run([&] { definition = Services().Factory()->NewQueryDefinition(); });
+    run([&] { definition = Set(Services().Factory())->NewQueryDefinition(); });
     run([&] { Set(definition)->SetText(txtQuery.Text()); });
     std::shared_ptr<QueryBuilder> builder;
-    run([&] { builder = Services().Factory()->NewQueryBuilder(); });
+    run([&] { builder = Set(Services().Factory())->NewQueryBuilder(); });
     if (run.If([&] { return Set(builder)->Show(Set(definition), Set(object)->Fields()); }))
       run([&] { txtQuery.SetText(definition->Text()); });
   });

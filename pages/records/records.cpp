@@ -47,7 +47,7 @@ Outcome Records::RetrieveValues() {
       run([&] { dtpTime.SetValue(kZeroDate + TimePart(Set(Task)->BaseDate())); });
     } else {
       run([&] { chkUseBaseDate.SetValue(0); });
-      run([&] { dtpDate.SetValue(Services().Application()->Now()); });
+      run([&] { dtpDate.SetValue(Application()->Now()); });
       run([&] { dtpTime.SetValue(dtpDate.Value()); });
     }
   });

@@ -5,7 +5,7 @@
 namespace plovix {
 
 std::optional<NumericText> NumericPage::Number(const TextBox& box) {
-  return NumericText::Parse(box.Text(), Services().Application()->DecimalSeparator());
+  return NumericText::Parse(box.Text(), Application()->DecimalSeparator());
 }
 
 bool NumericPage::IsInRange(const TextBox& box, std::int32_t limit) {

@@ -38,7 +38,7 @@ class PatternPage : public AnyPatternPage {
   void TakePattern(Statements& run, std::source_location where = std::source_location::current()) {
     TakeTask(run, where);
     if (run.If([&] { return Set(Store)->Exists(kKey); }, where)) {
-      run([&] { Pattern = ObjectFrom<PatternType>(Set(Store)->Item(kKey)->Value()); }, where);
+      run([&] { Pattern = ObjectFrom<PatternType>(Set(Set(Store)->Item(kKey))->Value()); }, where);
       return;
     }
     run([&] { Pattern = std::dynamic_pointer_cast<PatternType>(CurrentPattern()); }, where);

@@ -34,7 +34,7 @@ Outcome RecurrenceTime::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);
     if (run.If([&] { return Set(Task)->Recurrence() == nullptr; })) {
-      run([&] { Set(Task)->SetRecurrence(Services().Factory()->NewRecurrence()); });
+      run([&] { Set(Task)->SetRecurrence(Set(Services().Factory())->NewRecurrence()); });
     }
     const Raised guard(updating);
     std::optional<std::int32_t> kind;

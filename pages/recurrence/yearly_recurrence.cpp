@@ -70,7 +70,7 @@ Outcome YearlyRecurrence::RetrieveValues() {
 // The day is held against the month's length in this very year, so 29 February passes in leap years only.
 bool YearlyRecurrence::IsDateOfThisYear() const {
   using namespace std::chrono;
-  const year_month_day today(floor<days>(Services().Application()->Now()));
+  const year_month_day today(floor<days>(Application()->Now()));
   const month chosen(static_cast<unsigned>(cboSpecificDayMonth.Index() + 1));
   return year_month_day(today.year(), chosen, day(DayNumber(txtSpecificDay.Text()))).ok();
 }

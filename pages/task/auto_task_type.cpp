@@ -90,7 +90,7 @@ bool AutoTaskType::SaveValues() {
       int reply = message_box::kCancel;
       run([&] { reply = MsgBox(kActionsWillBeLostText, message_box::kOkCancelQuestion); });
       if (reply != message_box::kOk) return;
-      run([&] { Set(Task)->SetActions(Services().Factory()->NewActionList()); });
+      run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
     }
     run([&] { Set(Task)->SetRecordMode(mode); });
     if (mode == record_mode::kNoData) {

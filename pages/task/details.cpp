@@ -115,8 +115,8 @@ void Details::ChooseTag(std::string_view procedure, std::string& tag,
                         const std::shared_ptr<TextCollection>& choices, Box& box) {
   Procedure(procedure, [&](Statements& run) {
     if (!TaggedTask) return;
-    run([&] { tag = Application()->Language()->EditTag(tag, choices); });
-    run([&] { box.SetText(Application()->Language()->TagText(tag, nullptr)); });
+    run([&] { tag = Set(Application()->Language())->EditTag(tag, choices); });
+    run([&] { box.SetText(Set(Application()->Language())->TagText(tag, nullptr)); });
   });
 }
 
@@ -129,8 +129,8 @@ void Details::txtName_LostFocus() {
 
 void Details::UserControl_Show() {
   Procedure("UserControl_Show", [&](Statements& run) {
-    if (!run.If([&] { return Application()->UserRights()->HasRight(kRightEditCategories); })) return;
-    run([&] { Application()->Translator()->SetLinkStyle(lblCategory, true); });
+    if (!run.If([&] { return Set(Application()->UserRights())->HasRight(kRightEditCategories); })) return;
+    run([&] { Set(Application()->Translator())->SetLinkStyle(lblCategory, true); });
   });
 }
 

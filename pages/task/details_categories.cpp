@@ -31,7 +31,7 @@ void Details::RetrieveCategories() {
                                  kRecordsetFlags);
     });
     if (run.If([&] { return Set(rows)->Bof() && rows->Eof(); })) return;
-    run([&] { CategoryTags = Services().Factory()->NewTextCollection(); });
+    run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
     std::unordered_set<std::string> met;
     while (run.If([&] { return !Set(rows)->Eof(); })) {
       std::string column;
@@ -47,7 +47,7 @@ void Details::RetrieveCategories() {
 
 void Details::ListCategories(Statements& run, const std::string& column) {
   std::shared_ptr<CategoryList> list;
-  run([&] { list = Services().Factory()->NewCategoryList(); });
+  run([&] { list = Set(Services().Factory())->NewCategoryList(); });
   run([&] { Set(list)->Load(column); });
   for (std::int32_t index = 1; run.If([&] { return index <= Set(list)->Count(); }); ++index) {
     ListCategory(run, *list, index);
@@ -58,7 +58,8 @@ void Details::ListCategory(Statements& run, CategoryList& list, std::int32_t ind
   std::shared_ptr<Category> category;
   run([&] { category = list.Item(index); });
   const bool is_public = run.If([&] { return Set(category)->Public(); });
-  if (!is_public && !run.If([&] { return Application()->UserRights()->HasRight(kRightSeeAllCategories); }))
+  if (!is_public &&
+      !run.If([&] { return Set(Application()->UserRights())->HasRight(kRightSeeAllCategories); }))
     return;
   if (run.If([&] { return IsCategoryListed(Set(category)->Text()); })) return;
   const int entry = cboCategory.Count();
@@ -87,7 +88,7 @@ void Details::RetrieveOwnCategories(Statements& run) {
   std::shared_ptr<CategoryList> own;
   run([&] { own = Set(Task)->Categories(); });
   if (own) run([&] { Categories = own->Clone(); });
-  if (!own) run([&] { Categories = Services().Factory()->NewCategoryList(); });
+  if (!own) run([&] { Categories = Set(Services().Factory())->NewCategoryList(); });
 }
 
 Outcome Details::ShowCategoryInfo() {
@@ -104,7 +105,7 @@ Outcome Details::ShowCategoryInfo() {
     std::string tag;
     if (count == 1) run([&] { tag = Set(Categories->Item(1))->Tag(); });
     std::string text;
-    if (count == 1) run([&] { text = Application()->Language()->TagText(tag, nullptr); });
+    if (count == 1) run([&] { text = Set(Application()->Language())->TagText(tag, nullptr); });
     cboCategory.SetText(text);
     if (TaggedTask) CategoryTag = tag;  // none where the editor has emptied the list
   });
@@ -118,7 +119,7 @@ Outcome Details::ApplyCategories() {
     if (run.If([&] { return Set(Categories)->Count() > 0; })) {
       run([&] { category = Categories->Item(1); });
     } else {
-      run([&] { category = Services().Factory()->NewCategory(); });
+      run([&] { category = Set(Services().Factory())->NewCategory(); });
       run([&] { Set(Categories)->Add(Set(category)); });
     }
     if (TaggedTask) {
@@ -126,14 +127,15 @@ Outcome Details::ApplyCategories() {
       return;
     }
     run([&] {
-      Set(category)->SetTag(Application()->Language()->TagForText(category->Tag(), cboCategory.Text(), ""));
+      Set(category)->SetTag(
+          Set(Application()->Language())->TagForText(category->Tag(), cboCategory.Text(), ""));
     });
   });
 }
 
 void Details::ShowCategoriesEditor() {
   Procedure("ShowCategoriesEditor", [&](Statements& run) {
-    if (!run.If([&] { return Application()->UserRights()->HasRight(kRightEditCategories); })) return;
+    if (!run.If([&] { return Set(Application()->UserRights())->HasRight(kRightEditCategories); })) return;
     if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
     if (run.If([&] { return Set(Categories)->Edit(TaggedTask, TaggedTask, CategoryTags); }))
       ShowCategoryInfo();

@@ -50,7 +50,7 @@ void Details::RetrieveSettings(Statements& run) {
     run([&] { chkPersonalTask.SetValue(Set(Task)->Owner().empty() ? 0 : 1); });
   } else if (run.If([&] { return Set(Store)->Exists(store_key::kPersonalTask); })) {
     run([&] {
-      chkPersonalTask.SetValue(BooleanFrom(Store->Item(store_key::kPersonalTask)->Value()) ? 1 : 0);
+      chkPersonalTask.SetValue(BooleanFrom(Set(Store->Item(store_key::kPersonalTask))->Value()) ? 1 : 0);
     });
   } else if (CreatePersonal || CreateGroup) {
     chkPersonalTask.SetValue(CreateGroup ? 0 : 1);
@@ -58,7 +58,7 @@ void Details::RetrieveSettings(Statements& run) {
   // Where nobody sits in front of the session, there is nobody to own a task.
   const bool unattended = run.If([&] {
     const auto session = Set(Application()->Session());
-    return session->CurrentUser()->UserId() == session->AccountId();
+    return Set(session->CurrentUser())->UserId() == session->AccountId();
   });
   if (unattended) chkPersonalTask.SetValue(0);
   chkPersonalTask.SetEnabled(!unattended && CreatePersonal && CreateGroup);
@@ -122,7 +122,7 @@ void Details::RetrieveDataObjects() {
 // Offered is what the session may read and, where the task works on records, what can tell them apart.
 void Details::ListDataObjects(Statements& run, std::int16_t mode) {
   const bool needs_key = mode == record_mode::kSingleRecord || mode == record_mode::kQueryResults;
-  if (!DataObjects) run([&] { DataObjects = Application()->Loader()->LoadDataObjects(); });
+  if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });
   cboDataObject.Clear();
   for (std::int32_t index = 1; run.If([&] { return index <= Set(DataObjects)->Count(); }); ++index) {
     std::shared_ptr<plovix::DataObject> object;
@@ -164,7 +164,7 @@ std::optional<std::string> Details::GetOwner() {
   std::string owner;
   const Outcome outcome = Procedure("GetOwner", [&](Statements& run) {
     if (!chkPersonalTask.Checked()) return;
-    run([&] { owner = Set(Application()->Session())->CurrentUser()->UserId(); });
+    run([&] { owner = Set(Set(Application()->Session())->CurrentUser())->UserId(); });
   });
   if (outcome == Outcome::kLeft) return std::nullopt;
   return owner;
@@ -234,7 +234,7 @@ void Details::cboDataObject_Click() {
     run([&] { answer = MsgBox(kOtherDataObjectText, message_box::kYesNoQuestion); });
     if (answer == message_box::kYes) {
       DataObject = chosen;
-      run([&] { Set(Task)->SetActions(Services().Factory()->NewActionList()); });
+      run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
     } else if (DataObject) {
       SelectDataObject(run, current);
     } else {
@@ -277,7 +277,7 @@ void Details::lblPermissions_Click() {
   Procedure("lblPermissions_Click", [&](Statements& run) {
     const WaitPointer waiting(Controls());
     std::shared_ptr<PermissionEditor> editor;
-    run([&] { editor = Services().Factory()->NewPermissionEditor(); });
+    run([&] { editor = Set(Services().Factory())->NewPermissionEditor(); });
     std::optional<std::shared_ptr<Permissions>> edited;
     run([&] {
       edited = Set(Application()->Session())

@@ -158,7 +158,10 @@ Defects ListDefects() {
   const auto backwards = [](auto& records) { std::ranges::reverse(records); };
   using Schedule = RecurrenceObject;
   return {
-      {{"SetItem copies"}, OnStore(copy)},
+      {{"SetItem or Add copies"}, OnStore(copy)},
+      {{"SetItem or Add copies"}, OnStore([](auto& values) {
+         if (values.contains("Held")) values["Held"] = 7;
+       })},
       {{"of another kind"}, OnStore(number)},
       {{"An empty reference is not stored"}, OnStore(drop)},
       {{"Keys that differ in case"}, OnStore([](auto& values) {
@@ -382,6 +385,48 @@ TEST(Conformance, AFailureOfAnyMemberIsNoticed) {
     if (Failed(findings).empty()) findings = CheckWizard(rig.host);
     if (Failed(findings).empty()) findings = WalkPages(rig.host);
     EXPECT_FALSE(Failed(findings).empty()) << member;
+  }
+}
+
+// An application of which one reference is nothing.
+struct Gappy final : HostApplication {
+  Gappy(std::shared_ptr<HostApplication> all, int which) : real(std::move(all)), gap(which) {}
+  template <class T>
+  std::shared_ptr<T> Unless(int which, std::shared_ptr<T> object) {
+    return which == gap ? nullptr : object;
+  }
+  std::shared_ptr<LanguageTable> Language() override { return Unless(0, real->Language()); }
+  std::shared_ptr<plovix::Translator> Translator() override { return Unless(1, real->Translator()); }
+  std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return Unless(2, real->ErrorReporter()); }
+  std::shared_ptr<plovix::UserRights> UserRights() override { return Unless(3, real->UserRights()); }
+  std::shared_ptr<plovix::Session> Session() override { return Unless(4, real->Session()); }
+  std::shared_ptr<plovix::Database> Database() override { return Unless(5, real->Database()); }
+  std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
+    return Unless(6, real->DataObjectCatalog());
+  }
+  std::shared_ptr<ObjectLoader> Loader() override { return Unless(7, real->Loader()); }
+  std::string Title() override { return real->Title(); }
+  std::string Path() override { return real->Path(); }
+  bool LanguageTagMode() override { return real->LanguageTagMode(); }
+  std::string DecimalSeparator() override { return real->DecimalSeparator(); }
+  DateTime Now() override { return real->Now(); }
+  int MsgBox(const std::string& prompt, int buttons, const std::string& title,
+             const std::string& help) override {
+    return real->MsgBox(prompt, buttons, title, help);
+  }
+  std::shared_ptr<HostApplication> real;
+  int gap;
+};
+
+// Of the kit's checks and of the pages, which report failure 91; the walk brings an error reporter of its
+// own.
+TEST(Conformance, AReferenceToNothingIsReported) {
+  for (int gap = 0; gap < 8; ++gap) {
+    Rig rig;
+    rig.services->application = std::make_shared<Gappy>(rig.services->real->Application(), gap);
+    const std::string objects = Failed(CheckObjects(rig.host)), walk = Failed(WalkPages(rig.host));
+    EXPECT_NE(objects.find(" gives nothing"), std::string::npos) << gap << objects;
+    EXPECT_TRUE(gap == 2 || walk.find("failure 91") != std::string::npos) << gap << walk;
   }
 }
 

@@ -49,12 +49,13 @@ struct RiggedFactory final : ObjectFactory {
 
 struct RiggedServices final : HostServices {
   std::shared_ptr<HostApplication> Application() override {
-    return no_application ? nullptr : real->Application();
+    return no_application ? nullptr : application ? application : real->Application();
   }
   std::shared_ptr<ObjectFactory> Factory() override { return factory; }
   std::shared_ptr<HostServices> real;
   std::shared_ptr<RiggedFactory> factory;
   bool no_application = false;
+  std::shared_ptr<HostApplication> application;  // instead of the real one
 };
 
 // Stands between the wizard and a page and does one thing wrong, as a wizard would.
