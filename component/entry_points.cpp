@@ -36,7 +36,10 @@ struct Refusal {
 
 void Write(EntryError* error, const std::string& reason) {
   if (error == nullptr) return;
-  const std::size_t size = std::min(reason.size(), sizeof error->text - 1);
+  std::size_t size = std::min(reason.size(), sizeof error->text - 1);
+  if (size < reason.size()) {
+    while (size > 0 && (reason[size] & 0xC0) == 0x80) --size;  // no character is cut in two
+  }
   std::memcpy(error->text, reason.data(), size);
   error->text[size] = '\0';
 }

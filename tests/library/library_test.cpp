@@ -60,6 +60,12 @@ TEST_F(LibraryTest, EntryPointsRefuseInWordsAndChangeNothing) {
   EXPECT_THAT(error.text, HasSubstr("Plovix.Nonsense"));
   EXPECT_EQ(Factory(std::string(1000, 'x').c_str()), EntryResult::kUnknownIdentifier);
   EXPECT_EQ(std::string(error.text).size(), sizeof error.text - 1);
+  std::string two_bytes_each;
+  while (two_bytes_each.size() < 600) two_bytes_each += "\u00E9";
+  for (const char* shift : {"", "x"}) {
+    EXPECT_EQ(Factory((shift + two_bytes_each).c_str()), EntryResult::kUnknownIdentifier);
+    EXPECT_TRUE(std::string(error.text).ends_with("\u00E9")) << "a character was cut in two";
+  }
   EXPECT_EQ(Factory(nullptr), EntryResult::kInvalidArgument);
 
   ASSERT_EQ(Factory("Plovix.Query"), EntryResult::kDone);
