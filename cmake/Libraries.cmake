@@ -11,8 +11,9 @@ target_compile_definitions(plovix_component PRIVATE PLOVIX_INTERFACE_VERSION=${P
 # plovix_library(Core OUTPUT plovix EXPORTS exports.map PACKAGE runtime ROOMS ... LINKS Controls LIBRARIES ...
 #                PUBLIC_LIBRARIES ... HEADERS ...)
 #
-# makes Plovix::Core and Plovix::CoreStatic of the rooms' objects; without EXPORTS only the latter, as
-# Plovix::Core. HEADERS: rooms of which it shows the headers without holding them.
+# makes Plovix::Core and Plovix::CoreStatic of the rooms' objects; without EXPORTS both are archives, one to be
+# linked with the shared libraries and one with the static ones. HEADERS: rooms of which it shows the headers
+# without holding them.
 function(plovix_library name)
   cmake_parse_arguments(ARG "" "OUTPUT;EXPORTS;PACKAGE;SET" "ROOMS;HEADERS;LINKS;LIBRARIES;PUBLIC_LIBRARIES" ${ARGN})
   set(objects "")
@@ -29,45 +30,37 @@ function(plovix_library name)
     list(APPEND includes $<BUILD_INTERFACE:${CMAKE_BINARY_DIR}/rooms/${room}>)
   endforeach()
 
-  set(kinds static)
-  if(ARG_EXPORTS)
-    list(APPEND kinds shared)
-  endif()
-  foreach(kind IN LISTS kinds)
+  foreach(kind IN ITEMS shared static)
     set(target plovix_lib_${name}_${kind})
-    if(kind STREQUAL shared)
-      set(suffix "")
+    set(output ${ARG_OUTPUT})
+    set(suffix "")
+    if(kind STREQUAL static)
+      set(suffix Static)
+    endif()
+    if(kind STREQUAL shared AND ARG_EXPORTS)
       add_library(${target} SHARED ${objects})
       set(map ${CMAKE_BINARY_DIR}/exports/${name}.map)
       configure_file(${CMAKE_SOURCE_DIR}/cmake/${ARG_EXPORTS} ${map} @ONLY)
       target_link_options(${target} PRIVATE -Wl,--version-script=${map} $<$<CXX_COMPILER_ID:GNU>:-Wl,--no-undefined>)
       set_target_properties(${target} PROPERTIES VERSION ${PLOVIX_INTERFACE_VERSION}.${PROJECT_VERSION}
                                                  SOVERSION ${PLOVIX_INTERFACE_VERSION} LINK_DEPENDS ${map})
+      install(TARGETS ${target} EXPORT Plovix${ARG_SET} LIBRARY COMPONENT ${ARG_PACKAGE} NAMELINK_COMPONENT development)
     else()
-      set(suffix Static)
-      if(NOT ARG_EXPORTS)
-        set(suffix "")
-      endif()
       add_library(${target} STATIC ${objects})
+      install(TARGETS ${target} EXPORT Plovix${ARG_SET} ARCHIVE COMPONENT development)
+      if(kind STREQUAL static AND NOT ARG_EXPORTS)
+        string(APPEND output -static)
+      endif()
     endif()
     add_library(Plovix::${name}${suffix} ALIAS ${target})
-    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${ARG_OUTPUT} EXPORT_NAME ${name}${suffix}
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} EXPORT_NAME ${name}${suffix}
                                                LINKER_LANGUAGE CXX)
     target_include_directories(${target} INTERFACE ${includes} $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     target_compile_features(${target} INTERFACE cxx_std_20)
     foreach(link IN LISTS ARG_LINKS)
-      if(TARGET Plovix::${link}${suffix})
-        target_link_libraries(${target} PUBLIC plovix_lib_${link}_${kind})
-      else()
-        target_link_libraries(${target} PUBLIC plovix_lib_${link}_static)
-      endif()
+      target_link_libraries(${target} PUBLIC plovix_lib_${link}_${kind})
     endforeach()
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC_LIBRARIES} PRIVATE ${ARG_LIBRARIES})
-    if(kind STREQUAL shared)
-      install(TARGETS ${target} EXPORT Plovix${ARG_SET} LIBRARY COMPONENT ${ARG_PACKAGE} NAMELINK_COMPONENT development)
-    else()
-      install(TARGETS ${target} EXPORT Plovix${ARG_SET} ARCHIVE COMPONENT development)
-    endif()
   endforeach()
 endfunction()
 
@@ -78,7 +71,7 @@ plovix_library(Core OUTPUT plovix EXPORTS door.map.in PACKAGE runtime SET Core
 # By its plain name: only a static link needs more of ICU than the library.
 plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in PACKAGE runtime SET Core
                ROOMS standalone/model standalone/wizard standalone/language LINKS Controls LIBRARIES icuuc)
-# For test programs: static alone.
+# For test programs: archives alone.
 plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)
 if(PLOVIX_QT)
@@ -124,12 +117,15 @@ install(FILES ${CMAKE_BINARY_DIR}/PlovixConfig.cmake ${CMAKE_BINARY_DIR}/PlovixC
         DESTINATION ${package_folder} COMPONENT development)
 
 file(RELATIVE_PATH PC_UP /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-function(plovix_pkgconfig name description libraries requires)
+function(plovix_pkgconfig name description requires private)
+  string(REGEX REPLACE "^plovix" "-lplovix" libraries ${name})
   configure_file(${CMAKE_SOURCE_DIR}/cmake/plovix.pc.in ${CMAKE_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${CMAKE_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endfunction()
-plovix_pkgconfig(plovix "Pages of an automated-task wizard" "-lplovix -lplovix-controls" "")
-plovix_pkgconfig(plovix-host "Plain host objects in memory for the automated-task wizard" "-lplovix-host -lplovix-controls" "plovix")
+plovix_pkgconfig(plovix-controls "What a host and the pages of the automated-task wizard share" "" "")
+plovix_pkgconfig(plovix "Pages of an automated-task wizard" "plovix-controls" "")
+plovix_pkgconfig(plovix-host "Plain host objects in memory for the automated-task wizard" "plovix" "-licuuc")
+plovix_pkgconfig(plovix-conformance "Checks for a host of the automated-task wizard" "plovix" "")
 if(PLOVIX_QT)
-  plovix_pkgconfig(plovix-qt "The automated-task wizard's pages as Qt widgets" "-lplovix-qt" "plovix Qt6Widgets")
+  plovix_pkgconfig(plovix-qt "The automated-task wizard's pages as Qt widgets" "plovix Qt6Widgets" "")
 endif()

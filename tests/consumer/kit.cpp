@@ -1,0 +1,10 @@
+// A host that has nothing but texts: the kit finds nothing wrong, and says what it could not look at.
+#include <plovix/conformance/conformance.h>
+#include <plovix/standalone/language/languages.h>
+
+#include <iostream>
+
+int main() {
+  if (plovix::LoadLanguage("en").Find(4).value_or("").empty()) return 3;
+  return plovix::conformance::Print(plovix::conformance::CheckHost({}), std::cout) == 2 ? 0 : 1;
+}
