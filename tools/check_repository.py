@@ -7,7 +7,8 @@
 - the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
   installed;
 - no source reaches another room by a path of its own instead of through the room's target;
-- a source includes the header of its name first, which shows that the header compiles alone.
+- a source includes the header of its name first, which shows that the header compiles alone;
+- a comment that serves several declarations, between @{ and @}, ends before the next one begins.
 It also prints how much of the code is test code.
 """
 import json
@@ -41,6 +42,9 @@ def problems_in(name, text):
     first = INCLUDE.search(text)
     if name.endswith(".cpp") and header.exists() and (not first or first.group(1) != f'"{header.name}"'):
         yield f'{name}: its first include has to be "{header.name}"'
+    groups = "".join(re.findall(r"/// @([{}])", text))
+    if groups.replace("{}", ""):
+        yield f"{name}: @{{ and @}} do not take turns"
     for found in INCLUDE.finditer(text):
         place = f"{name}:{text.count(chr(10), 0, found.start(1)) + 1}"
         included = found.group(1)

@@ -57,6 +57,7 @@ void Walk(const PageRegistry& registry) {
   PrintedDialogs dialogs;
   HostState state;
   state.dialogs = &dialogs;
+  state.user_id = "ann";
   state.texts = LoadLanguage("en");
   InstallHost(state);
 

@@ -125,6 +125,7 @@ int main(int argc, char** argv) {
   Dialogs dialogs;
   HostState state;
   state.dialogs = &dialogs;
+  state.user_id = "ann";
   state.texts = LoadPreferredLanguage({QLocale().name().toStdString()});
   InstallHost(state);
   PageRegistry registry;

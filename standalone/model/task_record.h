@@ -54,6 +54,7 @@ struct TaskRecord {
   std::string owner;  ///< the id of a personal task's user, else empty
   /// Nothing: no permission set; everybody may do with the task what their rights allow.
   std::optional<PermissionSet> permissions;
+  /// @}
   /// @{
   /// What whoever saved the task last might do with tasks on its data object.
   bool may_run = true, may_edit = true, may_delete = true;

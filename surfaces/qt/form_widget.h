@@ -15,7 +15,8 @@
 namespace plovix::qt {
 
 /// One for each page that is shown; a Next or a Back takes it away and makes the next one. It knows nothing
-/// of pages and of the wizard's buttons.
+/// of pages and of the wizard's buttons. It has no meta-object of its own: keep the pointer, findChild and
+/// qobject_cast take any widget for it.
 /// Assistive technology takes it for a group under the page's heading, which it reads when the focus enters.
 class FormWidget final : public QWidget {
  public:
