@@ -113,6 +113,11 @@ TEST(Schedule, HoldsAtTheEndsOfAllRanges) {
   EXPECT_EQ(all.Next(kEarliest), Time("-9999-01-01"));
   EXPECT_EQ(all.Previous(DateTime::max()), Time("9999-12-31"));
   EXPECT_FALSE(Schedule(Every(1, 0, DailyRecord{kMost}), Day("-9999-01-01")).Next(Time("-9999-01-01")));
+  const Schedule last(AtTime(MonthlyRecord{1, OnDay(31)}, "23:59:59"), Day("9999-01-01"));
+  EXPECT_TRUE(last.IsRun(Time("9999-12-31 23:59:59")));
+  // 65,546 years on, which a year of 16 bits takes for ten.
+  const Schedule far(AtTime(MonthlyRecord{65'546 * 12, OnDay(1)}), Day("2026-03-01"));
+  EXPECT_FALSE(far.Next(Time("2026-03-02")));
 }
 
 }  // namespace
