@@ -70,7 +70,8 @@ void RecurrencePattern::DoubleClickOption(std::string_view procedure) {
 }
 
 void RecurrencePattern::MoveOn(Statements& run, std::source_location where) {
-  if (Wizard) run([&] { Wizard->MoveNext(); }, where);
+  const auto wizard = Wizard;  // held: it may end the page
+  if (wizard) run([&] { wizard->MoveNext(); }, where);
 }
 
 }  // namespace plovix

@@ -287,6 +287,27 @@ TEST_F(SchedulePages, TheMonthlyChecksAreAsymmetric) {
   EXPECT_EQ(StoredPattern<MonthlyRecord>(), (MonthlyRecord{3, {true, 1, 4, 10}}));
 }
 
+TEST_F(SchedulePages, WhatCouldNotBeReadWaitsForTheUser) {
+  struct Deaf final : CallObserver {
+    void HostCalled(std::string_view member) override {
+      if (member.starts_with("MonthlyPattern.")) throw Failure(5, "fails");
+    }
+    ObserveCalls observe{*this};
+  };
+  const MonthlyRecord stored{3, {true, 31, 4, 10}};
+  scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  {
+    Deaf deaf;
+    Open(kMonthlyRecurrence, Scheduled(stored));
+  }
+  EXPECT_EQ(Selected(), "");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
+  EXPECT_EQ(StoredPattern<MonthlyRecord>(), stored);
+  Type("txtDay", "9");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+  EXPECT_EQ(StoredPattern<MonthlyRecord>(), (MonthlyRecord{3, {false, 9, 4, 10}}));
+}
+
 TEST_F(SchedulePages, YearlyDatesAreThoseOfTheHostsYear) {
   using Row = std::tuple<int, int, std::string, bool>;  // year, month, day, accepted
   for (const auto& [year, month, day, accepted] : std::vector<Row>{{2027, 2, "28", true},
