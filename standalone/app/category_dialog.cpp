@@ -49,7 +49,9 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
   Rows()->addWidget(NewNote("category.publicNote"));
   AddOkAndCancel();
   for (const CategoryRecord& category : categories) {
-    Append({category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public});
+    const Line line{category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public};
+    // What an empty box leaves behind is no category.
+    if (!line.text.isEmpty() || !ToQt(line.tag).trimmed().isEmpty()) Append(line);
   }
   initial_ = Lines();
   table_->setCurrentCell(0, kText);

@@ -39,18 +39,7 @@ std::optional<std::vector<CategoryRecord>> DecodePlain(std::string_view rest) {
   return categories;
 }
 
-}  // namespace
-
-std::string EncodeCategories(const std::vector<CategoryRecord>& categories) {
-  if (categories.empty()) return {};
-  auto array = nlohmann::ordered_json::array();
-  for (const CategoryRecord& category : categories) {
-    array.push_back({{"tag", ToJsonText(category.tag)}, {"public", category.is_public}});
-  }
-  return array.dump();
-}
-
-std::vector<CategoryRecord> DecodeCategories(std::string_view column) {
+std::vector<CategoryRecord> DecodeAll(std::string_view column) {
   if (column.empty()) return {};
   if (auto categories = DecodePlain(column)) return std::move(*categories);
   // The parser would take a NUL byte for the end of the text.
@@ -62,6 +51,27 @@ std::vector<CategoryRecord> DecodeCategories(std::string_view column) {
     categories.push_back(
         {FromJsonText(item["tag"].get_ref<const std::string&>()), item["public"].get<bool>()});
   }
+  return categories;
+}
+
+}  // namespace
+
+bool IsNoCategory(const std::vector<CategoryRecord>& categories) {
+  return categories.empty() || (categories.size() == 1 && categories[0].tag.empty());
+}
+
+std::string EncodeCategories(const std::vector<CategoryRecord>& categories) {
+  if (IsNoCategory(categories)) return {};
+  auto array = nlohmann::ordered_json::array();
+  for (const CategoryRecord& category : categories) {
+    array.push_back({{"tag", ToJsonText(category.tag)}, {"public", category.is_public}});
+  }
+  return array.dump();
+}
+
+std::vector<CategoryRecord> DecodeCategories(std::string_view column) {
+  std::vector<CategoryRecord> categories = DecodeAll(column);
+  if (IsNoCategory(categories)) categories.clear();
   return categories;
 }
 

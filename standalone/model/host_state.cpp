@@ -16,6 +16,12 @@ namespace {
 
 constexpr std::string_view kMarkerFile = "forceusertask.txt";
 
+// One that cannot be looked at is not there.
+bool IsFile(const std::filesystem::path& path) {
+  std::error_code unreadable;
+  return std::filesystem::is_regular_file(path, unreadable);
+}
+
 class LanguageObject final : public LanguageTable {
  public:
   explicit LanguageObject(HostState& state) : state_(state) {}
@@ -268,8 +274,7 @@ class UtilitiesObject final : public Utilities {
   [[nodiscard]] bool FileExists(const std::string& path) override {
     Called("Utilities.FileExists");
     if (state_.marker_file && path.ends_with(kMarkerFile)) return *state_.marker_file;
-    std::error_code unreadable;  // a file that cannot be looked at is not there
-    return std::filesystem::is_regular_file(path, unreadable);
+    return IsFile(path);
   }
   [[nodiscard]] int BoolToCheck(bool value) override {
     Called("Utilities.BoolToCheck");
@@ -293,6 +298,11 @@ class UtilitiesObject final : public Utilities {
 };
 
 }  // namespace
+
+bool HostState::NewTasksUseTags() const {
+  return language_tag_mode &&
+         !(marker_file ? *marker_file : IsFile(std::filesystem::path(path) / kMarkerFile));
+}
 
 DateTime HostState::Now() const {
   if (clock) return clock();

@@ -48,6 +48,8 @@ struct HostState {
   std::optional<bool> marker_file;      ///< overrides the marker file's presence
   std::function<DateTime()> clock;      ///< local time; the machine's when empty
 
+  /// Whether a task begun now has language tags for its texts: in language-tag mode without the marker file.
+  [[nodiscard]] bool NewTasksUseTags() const;
   /// What the clock says.
   [[nodiscard]] DateTime Now() const;
   /// A tag without a text of its own is its own text.

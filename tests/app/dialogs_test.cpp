@@ -100,7 +100,8 @@ TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   source.tag_for_text = [](const std::string& old_tag, const std::string& text) {
     return old_tag + ">" + text;
   };
-  CategoryDialog dialog(texts_, {{"Sales", true}, {"Old", false}, {"Post", true}}, source, nullptr);
+  CategoryDialog dialog(texts_, {{"Sales", true}, {"", true}, {"Old", false}, {"Post", true}}, source,
+                        nullptr);
   Show(dialog);
   ExpectEveryElementNamed();
   EXPECT_FALSE(dialog.Changed());

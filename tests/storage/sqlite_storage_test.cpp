@@ -153,7 +153,9 @@ TEST(CategoryColumn, TakesAnyOtherTextForOneCategory) {
         "[{\"tag\":\"\xC3\",\"public\":true}]"s, "[{\"tag\":\"\t\",\"public\":true}]"s, "[]\0"s}) {
     EXPECT_EQ(DecodeCategories(name), (std::vector<CategoryRecord>{{name, true}})) << name;
   }
+  EXPECT_EQ(EncodeCategories({{"", true}}), "");
   // As older files and people write them.
+  EXPECT_TRUE(DecodeCategories(R"([{"tag":"","public":true}])").empty());
   EXPECT_EQ(DecodeCategories(R"( [{"public":true,"tag":"\u0041"}])"),
             (std::vector<CategoryRecord>{{"A", true}}));
 }

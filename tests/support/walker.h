@@ -375,6 +375,7 @@ class Walker {
     roads_.insert(way_);
     TaskRecord expected = Wizard().Task().Record();
     StartSchedule(expected, now_);
+    if (IsNoCategory(expected.categories)) expected.categories.clear();
     EXPECT_EQ(saved.id == opened_.id, opened_.id != 0 && !conflict_);
     expected.id = saved.id;
     expected.version = saved.id == opened_.id ? opened_.version + 1 : 1;
