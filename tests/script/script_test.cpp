@@ -335,8 +335,8 @@ TEST(ScriptWizard, SpeaksOfThePages) {
       // What could not be loaded is not saved as if it were empty.
       {"actions that could not be loaded",
        "task action A 25 8\nopen Plovix.Actions\nfinish\ntask load 1\nfail VeloActionList.Load\n"
-       "open Plovix.Actions\nfinish\nshow\ncancel\ntask load 1\ntask\n",
-       {R"({"page":"Plovix.Actions"})", R"({"Actions":[{"Name":"A"}]})"}},
+       "open Plovix.Actions\nfinish\nshow\ntask load 1\ntask\n",
+       {R"({"page":null,"outcome":"finished"})", R"({"Actions":[{"Name":"A"}]})"}},
   });
 }
 
