@@ -8,7 +8,7 @@ endfunction()
 
 plovix_globbed_room(surfaces/qt LINKS controls designs LIBRARIES Qt6::Widgets)
 plovix_globbed_room(standalone/schedule LINKS standalone/model LIBRARIES Qt6::Core)
-plovix_globbed_room(standalone/sqlite LINKS controls standalone/model LIBRARIES SQLite::SQLite3)
+plovix_globbed_room(standalone/sqlite LINKS controls standalone/model standalone/query LIBRARIES SQLite::SQLite3)
 plovix_globbed_room(standalone/data LINKS standalone/sqlite standalone/query LIBRARIES Qt6::Core)
 plovix_globbed_room(standalone/storage LINKS standalone/model standalone/sqlite LIBRARIES Qt6::Core nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/script LINKS standalone/wizard standalone/language standalone/schedule standalone/storage

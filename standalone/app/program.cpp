@@ -1,6 +1,6 @@
 #include "program.h"
 
-#include <plovix/standalone/data/sqlite_data_source.h>
+#include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -69,7 +69,11 @@ int RunScriptFile(const ProgramOptions& options) {
     script.storage = file_storage.get();
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }
-  if (options.data) script.data = std::make_shared<SqliteDataSource>(*options.data);
+  if (options.data) {
+    constexpr std::chrono::seconds kMore{5};  // reading itself ends earlier, if it ends at all
+    script.data = std::make_shared<BackgroundDataSource>(*options.data,
+                                                         WaitAtMost(SqliteDataSource::kLongest + kMore));
+  }
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
   std::ifstream file(*options.script);
   if (!file) {

@@ -1,8 +1,8 @@
 #include "program_host.h"
 
 #include <plovix/component/entry_points.h>
+#include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/data/sample_database.h>
-#include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/model/stand_in_data_source.h>
 
@@ -13,6 +13,7 @@
 #include <filesystem>
 
 #include "qt_text.h"
+#include "wait_window.h"
 
 namespace plovix::app {
 
@@ -65,7 +66,7 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
     problem = failure.Description();
   }
   if (!problem.empty()) tell("data.noSample", problem);
-  data_ = std::make_shared<SqliteDataSource>(path);
+  data_ = std::make_shared<BackgroundDataSource>(path, WaitWithWindow(state_.texts));
   state_.data = std::make_shared<StandInDataSource>(
       data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
                                      [tell](const std::string& name) { tell("data.missing", name); }});

@@ -139,7 +139,9 @@ std::optional<std::vector<CategoryRecord>> QtDialogs::EditCategories(
 }
 
 std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const DataObjectRecord& object) {
-  QueryBuilderDialog dialog(texts_, *state_.data, object, text, data_, QApplication::activeWindow());
+  QueryBuilderDialog dialog(texts_, *state_.data, object, text,
+                            {.path = data_, .reads_hidden = MayReadHidden(state_)},
+                            QApplication::activeWindow());
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return dialog.Query();
 }

@@ -15,14 +15,15 @@ namespace {
 
 constexpr int kWidestColumn = 30;  // characters
 constexpr int kLinesHigh = 7;
+constexpr std::chrono::milliseconds kSilence = QueryLimits{}.time + std::chrono::seconds{1};
 
 }  // namespace
 
-QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
+QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, QueryTarget target)
     : texts_(texts),
       count_(new QLabel),
       table_(new QTableWidget),
-      preview_(std::move(path), [this](std::function<void()> arrived) {
+      preview_(std::move(target), [this](std::function<void()> arrived) {
         QMetaObject::invokeMethod(this, std::move(arrived), Qt::QueuedConnection);
       }) {
   count_->setTextFormat(Qt::PlainText);
@@ -35,6 +36,9 @@ QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
   table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
+  silence_.setSingleShot(true);
+  silence_.setInterval(kSilence);
+  silence_.callOnTimeout(this, [this] { ShowInstead("query.preview.tooLong"); });
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins({});
   rows->addWidget(count_);
@@ -46,23 +50,30 @@ QWidget* QueryPreviewPanel::TabStop() const {
 }
 
 void QueryPreviewPanel::ShowCounting() {
-  preview_.Cancel();
+  Cancel();
   count_->setText(ToQt(texts_.Host("query.preview.counting")));
   table_->setEnabled(false);
 }
 
 void QueryPreviewPanel::Ask(BoundQuery query) {
   ShowCounting();
+  silence_.start();
   preview_.Ask(std::move(query), [this](const QueryPreview::Result& result) { Show(result); });
 }
 
-void QueryPreviewPanel::ShowInstead(std::string_view text) {
+void QueryPreviewPanel::Cancel() {
+  silence_.stop();
   preview_.Cancel();
+}
+
+void QueryPreviewPanel::ShowInstead(std::string_view text) {
+  Cancel();
   count_->setText(ToQt(texts_.Host(text)));
   ShowRows({});
 }
 
 void QueryPreviewPanel::Show(const QueryPreview::Result& result) {
+  silence_.stop();
   if (const auto* problem = std::get_if<QueryProblem>(&result)) {
     count_->setText(ToQt(texts_.Host(problem->text, {problem->detail})));
     ShowRows({});

@@ -4,8 +4,8 @@
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/model/text_table.h>
 
+#include <QTimer>
 #include <QWidget>
-#include <string>
 #include <vector>
 
 class QLabel;
@@ -15,8 +15,8 @@ namespace plovix::app {
 
 class QueryPreviewPanel final : public QWidget {
  public:
-  // `texts` outlives it. `path` is the data's file.
-  QueryPreviewPanel(const TextTable& texts, std::string path);
+  // `texts` outlives it.
+  QueryPreviewPanel(const TextTable& texts, QueryTarget target);
 
   // Says that what is shown is out of date.
   void ShowCounting();
@@ -27,6 +27,7 @@ class QueryPreviewPanel final : public QWidget {
   [[nodiscard]] QWidget* TabStop() const;
 
  private:
+  void Cancel();
   void Show(const QueryPreview::Result& result);
   void ShowRows(const QueryRows& found);
   [[nodiscard]] QString CountText(const QueryRows& found) const;
@@ -34,6 +35,7 @@ class QueryPreviewPanel final : public QWidget {
   const TextTable& texts_;
   QLabel* count_;
   QTableWidget* table_;
+  QTimer silence_;  // runs out when the query keeps to no time limit
   QueryPreview preview_;
 };
 

@@ -26,10 +26,15 @@ std::map<std::string, Value> EntriesFor(const UserRecord& user) {
 
 bool MayUse(const UserRecord& user, std::string_view key, const DataObjectRecord* object) {
   if (user.administrator) return true;
-  if (object != nullptr && object->name.starts_with('_')) return false;
+  if (object != nullptr && (HasHiddenName(object->name) || object->reads_hidden)) return false;
   if (key == permission_key::kEdit) return user.create_shared || user.create_personal;
   if (key == permission_key::kDelete) return user.create_shared;
   return key == permission_key::kView || key == permission_key::kRun;
+}
+
+bool MayReadHidden(const HostState& state) {
+  const DataObjectRecord hidden{.name = "_", .caption = {}, .key = {}};
+  return !state.has_permission || state.has_permission(permission_key::kView, &hidden);
 }
 
 void ReadTags(HostState& state, HostTables& tables, const std::string& code) {

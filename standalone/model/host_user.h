@@ -22,9 +22,12 @@ void SetUser(HostState& state, const UserRecord& user);
 
 /// Whether the user may do with a data object, or in general with nullptr, what the key (a permission_key)
 /// says. An administrator may everything. Others may not use data objects whose name begins with an
-/// underscore; any other they may view and run tasks on, edit tasks on when they may create tasks, and delete
-/// tasks on when they may create shared ones.
+/// underscore, nor views of these; any other they may view and run tasks on, edit tasks on when they may
+/// create tasks, and delete tasks on when they may create shared ones.
 [[nodiscard]] bool MayUse(const UserRecord& user, std::string_view key, const DataObjectRecord* object);
+
+/// Whether queries of the user at work may read what has a hidden name.
+[[nodiscard]] bool MayReadHidden(const HostState& state);
 
 /// Reads the texts of all tags: in the language of the code, else in the first one that has a text.
 void ReadTags(HostState& state, HostTables& tables, const std::string& code);

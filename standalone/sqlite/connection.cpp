@@ -1,15 +1,22 @@
 #include "connection.h"
 
+#include <plovix/standalone/query/sql_tokens.h>
 #include <sqlite3.h>
 
 #include <cerrno>
 #include <limits>
 #include <thread>
+#include <utility>
+
+#include "hardening.h"
 
 namespace plovix {
 namespace {
 
 constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code tells where it happened
+
+// How often a running statement asks whether its time is over: once in so many of its steps.
+constexpr int kStepsBetween = 100;
 
 struct FileProblem {
   int number;
@@ -41,7 +48,7 @@ FileProblem ProblemOf(int code, const std::string& what) {
     case SQLITE_CANTOPEN:
       return {failure_number::kFileAccess, "the file cannot be opened"};
     case SQLITE_TOOBIG:
-      return {failure_number::kOverflow, "a text is longer than the file can take"};
+      return {failure_number::kOverflow, "a text or other value is longer than can be used here"};
     case SQLITE_NOTADB:
       return {failure_number::kInvalidFormat, "this is not a " + what};
     default:
@@ -123,10 +130,7 @@ Connection::Handle Connection::OpenAs(const std::string& name, int flags) const 
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) Fail(opened);
   sqlite3_busy_timeout(opened, static_cast<int>(patience_.count()));
-  // A file may come from anywhere: what its schema brings runs nothing that reaches outside it.
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  if (access_ == Access::kReadOnly) sqlite3_limit(opened, SQLITE_LIMIT_ATTACHED, 0);
+  Harden(opened, access_);
   return handle;
 }
 
@@ -138,13 +142,37 @@ void Connection::Open() const {
   Handle handle = OpenAs(path_, reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   const bool unlocked = reads && !state.in_use && KeepsLog(handle.get());
   if (unlocked) handle = OpenAs(UnlockedName(path_), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-  {
-    const std::lock_guard lock(changing_handle_);
-    handle_.swap(handle);
-  }
+  handle_.swap(handle);
   unlocked_.reset();
   (void)Integer("PRAGMA schema_version");  // reads the file for the first time
   if (unlocked) unlocked_ = state;
+  Watch();
+}
+
+void Connection::Watch() const {
+  if (guard_) guard_->StandOn(handle_.get());
+  if (!guard_) sqlite3_set_authorizer(handle_.get(), nullptr, nullptr);
+  auto* self = const_cast<Connection*>(this);  // NOLINT(cppcoreguidelines-pro-type-const-cast): C's way
+  sqlite3_progress_handler(handle_.get(), is_over_ ? kStepsBetween : 0, &Connection::IsOver, self);
+}
+
+void Connection::Guard(ReadGuard::MayRead may_read) {
+  guard_.reset();
+  Watch();
+  if (!may_read) return;
+  (void)Integer("SELECT count(*) FROM sqlite_master");  // what the database reads for itself, unguarded
+  guard_ = std::make_unique<ReadGuard>(std::move(may_read));
+  Watch();
+}
+
+std::function<bool()> Connection::StopWhen(std::function<bool()> is_over) {
+  auto former = std::exchange(is_over_, std::move(is_over));
+  Watch();
+  return former;
+}
+
+int Connection::IsOver(void* connection) noexcept {
+  return static_cast<const Connection*>(connection)->is_over_() ? 1 : 0;
 }
 
 void Connection::OpenAgainIfChanged() const {
@@ -178,29 +206,20 @@ Statement Connection::Prepare(std::string_view sql) const {
     refuse("the SQL text is too long");
   if (sql.empty()) refuse("the SQL text holds no statement");
   if (sql.find('\0') != std::string_view::npos) refuse("the SQL text holds a zero byte");
+  if (StatementCount(sql) > 1) refuse("the SQL text holds more than one statement");
   OpenAgainIfChanged();
-  const char* const end = sql.data() + sql.size();
-  const char* tail = end;
+  if (guard_) (void)guard_->TakeRefusal();
+  const char* tail = sql.data() + sql.size();
   sqlite3_stmt* prepared = nullptr;
   const int code =
       sqlite3_prepare_v2(handle_.get(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
   Statement::Handle handle(prepared);
   if (code != SQLITE_OK) Fail();
   if (prepared == nullptr) refuse("the SQL text holds no statement");
-  return {*this, std::move(handle), HoldsMoreStatements(tail, end)};
-}
-
-// What does not prepare is no blank either.
-bool Connection::HoldsMoreStatements(const char* sql, const char* end) const {
-  while (sql != end) {
-    sqlite3_stmt* prepared = nullptr;
-    const char* tail = end;
-    const int code = sqlite3_prepare_v2(handle_.get(), sql, static_cast<int>(end - sql), &prepared, &tail);
-    sqlite3_finalize(prepared);
-    if (code != SQLITE_OK || prepared != nullptr) return true;
-    sql = tail;
-  }
-  return false;
+  // Should the database ever divide a text in another way, its rest would be dropped unseen.
+  if (StatementCount(sql.substr(static_cast<std::size_t>(tail - sql.data()))) > 0)
+    refuse("the SQL text holds more than one statement");
+  return {*this, std::move(handle)};
 }
 
 void Connection::Run(std::string_view sql) const {
@@ -275,11 +294,6 @@ void Connection::RollBack() noexcept {
   sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-void Connection::Interrupt() const noexcept {
-  const std::lock_guard lock(changing_handle_);
-  sqlite3_interrupt(handle_.get());
-}
-
 void Connection::PrepareForWriting() {
   Run("PRAGMA foreign_keys = ON");
   Run("PRAGMA synchronous = FULL");
@@ -313,6 +327,8 @@ void Connection::Fail(sqlite3* database) const {
   const int code = CodeOf(database);
   const std::string words = sqlite3_errmsg(database);
   const std::string source = " (SQLite " + std::to_string(code) + ": " + words + ")";
+  if (auto refused = guard_ ? guard_->TakeRefusal() : std::nullopt)
+    throw SqlFailure(path_ + ": the SQL statement may not be run" + source, words, -1, std::move(refused));
   if ((code & kPrimaryCode) == SQLITE_ERROR) {
     throw SqlFailure(path_ + ": the SQL statement cannot be run" + source, words,
                      sqlite3_error_offset(database));

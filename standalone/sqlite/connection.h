@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "file_state.h"
+#include "read_guard.h"
 #include "sql_failure.h"
 #include "statement.h"
 
@@ -20,8 +20,7 @@ struct sqlite3;
 namespace plovix {
 
 // Every member fails with a Failure that names the file and says what a person can do about it; it is a
-// SqlFailure where the statement is at fault. A connection belongs to one thread at a time; Interrupt alone
-// may be called from any.
+// SqlFailure where the statement is at fault. A connection belongs to one thread at a time.
 //
 // A connection for reading needs no right to write the file or into its folder, runs no statement that
 // writes, and leaves nothing beside the file, except the shared memory of a log that another program has
@@ -42,7 +41,8 @@ class Connection final {
   [[nodiscard]] const std::string& Path() const noexcept { return path_; }
   [[nodiscard]] std::chrono::milliseconds Patience() const noexcept { return patience_; }
 
-  // Takes the first statement of `sql`; there must be one.
+  // `sql` must be one statement: of a text with more of them nothing is prepared, as preparing can act
+  // already.
   [[nodiscard]] Statement Prepare(std::string_view sql) const;
   void Run(std::string_view sql) const;
   // The first column of the statement's first row; nothing when there is no row, or NULL in it.
@@ -58,8 +58,12 @@ class Connection final {
   // Runs `body` on one state of the file, whatever other programs write meanwhile.
   void Read(const std::function<void()>& body);
 
-  // Makes the statements that are running fail with 18, soon; without one, nothing happens.
-  void Interrupt() const noexcept;
+  // From now on statements do nothing but read what the guard says, besides those of this class; with an
+  // empty one whatever they like.
+  void Guard(ReadGuard::MayRead may_read);
+  // From now on statements fail with 18 once `is_over` says so, which is asked all the time while they run;
+  // not inside a single call of a function, however long. Gives back the one before; empty: never.
+  std::function<bool()> StopWhen(std::function<bool()> is_over);
 
   // Settles what the file must be for writing: changes go through a log, each one to the disk.
   void PrepareForWriting();
@@ -80,7 +84,7 @@ class Connection final {
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
   [[noreturn]] void RefuseToWrite() const;
-  [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
+  void Watch() const;
   void UseWriteAheadLog() const;
   void RollBack() noexcept;
   void Commit(const std::function<bool()>& arrived);
@@ -88,10 +92,13 @@ class Connection final {
   [[noreturn]] void Fail() const;
   [[noreturn]] void Fail(sqlite3* database) const;
 
+  static int IsOver(void* connection) noexcept;
+
   std::string path_, what_;
   std::chrono::milliseconds patience_;
   Access access_;
-  mutable std::mutex changing_handle_;
+  std::unique_ptr<ReadGuard> guard_;  // outlives the handle
+  std::function<bool()> is_over_;
   mutable Handle handle_;
   mutable std::optional<FileState> unlocked_;  // the state of a file that is read without locks
   FileId file_;
