@@ -57,6 +57,7 @@ std::set<std::string> ShadowTables(const SchemaMap& schema) {
 std::vector<Column> ColumnsOf(const Connection& connection, std::string_view name) {
   std::vector<Column> columns;
   const Statement statement = connection.Prepare("SELECT * FROM " + QuotedName(name));
+  columns.reserve(static_cast<std::size_t>(statement.Columns()));
   for (int i = 0; i < statement.Columns(); ++i)
     columns.push_back({std::string(statement.Name(i)), std::string(statement.DeclaredType(i))});
   return columns;
