@@ -71,8 +71,8 @@ int RunScriptFile(const ProgramOptions& options) {
   }
   if (options.data) {
     constexpr std::chrono::seconds kMore{5};  // reading itself ends earlier, if it ends at all
-    script.data = std::make_shared<BackgroundDataSource>(*options.data,
-                                                         WaitAtMost(SqliteDataSource::kLongest + kMore));
+    script.data =
+        std::make_shared<BackgroundDataSource>(*options.data, WaitAtMost(SqliteDataSource::kLongest + kMore));
   }
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
   std::ifstream file(*options.script);

@@ -161,7 +161,8 @@ class Session {
          "SELECT * FROM orders WHERE (status = 'open' OR status = 'shipped') AND ordered_at >= '2026-01-01'"},
         {"QueryBuilderText", "SELECT count(*) FROM orders GROUP BY status"}};
     for (const auto& [name, query] : queries) {
-      QueryBuilderDialog dialog(state_.texts, source, source.Find("orders").value(), query, {.path = path}, nullptr);
+      QueryBuilderDialog dialog(state_.texts, source, source.Find("orders").value(), query, {.path = path},
+                                nullptr);
       dialog.show();
       QElapsedTimer waited;
       for (waited.start(); waited.elapsed() < kPreviewMilliseconds;) QCoreApplication::processEvents();
