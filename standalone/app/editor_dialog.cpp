@@ -1,6 +1,7 @@
 #include "editor_dialog.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/merge_rows.h>
 
 #include <QAccessible>
 #include <QDialogButtonBox>
@@ -131,6 +132,20 @@ bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<
   }
   TellProblem(place, *this, Text(key, {failure->Description()}));
   return false;
+}
+
+bool EditorDialog::TryToStore(std::string_view key, QLabel& place, const std::function<void()>& work,
+                              const std::function<void(const std::vector<std::string>& rows)>& conflict) {
+  std::vector<std::string> rows;
+  const bool tried = Try(key, place, [&] {
+    try {
+      work();
+    } catch (const RowConflict& refused) {
+      rows = refused.Rows();
+    }
+  });
+  if (tried && !rows.empty()) Try(key, place, [&] { conflict(rows); });
+  return tried && rows.empty();
 }
 
 void EditorDialog::reject() {

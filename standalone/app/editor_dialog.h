@@ -53,6 +53,10 @@ class EditorDialog : public QDialog {
   // Does the work; a failure is told at `place` in the words of `key` with the failure's own. Gives back
   // whether it succeeded.
   bool Try(std::string_view key, QLabel& place, const std::function<void()>& work);
+  // The same of work that stores rows. Where somebody else has changed the same ones, `conflict` gets their
+  // keys instead; it tells the person.
+  bool TryToStore(std::string_view key, QLabel& place, const std::function<void()>& work,
+                  const std::function<void(const std::vector<std::string>& rows)>& conflict);
 
  private:
   const TextTable& texts_;

@@ -19,11 +19,13 @@ void FillTables(MemoryHostTables& tables) {
                      .groups = {"Accounting", "Sales"},
                      .edit_categories = true,
                      .create_personal = true},
-                    {.id = "night", .name = "", .groups = {}}});
-  tables.SaveTag({"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}});
-  tables.SaveTag({"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}});
-  tables.SaveTag({"task.cleanup.name", {{"en", "Nightly clean-up"}}});
-  tables.SaveTag({"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}});
+                    {.id = "night", .name = "", .groups = {}}},
+                   tables.Users());
+  tables.SaveTag({"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}}, {});
+  tables.SaveTag({"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}}, {});
+  tables.SaveTag({"task.cleanup.name", {{"en", "Nightly clean-up"}}}, {});
+  tables.SaveTag({"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}},
+                 {});
 }
 
 }  // namespace

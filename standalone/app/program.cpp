@@ -67,6 +67,7 @@ int RunScriptFile(const ProgramOptions& options) {
   if (options.database) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
+    file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // between two commands it may wait for long
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }
   if (options.data) script.data = std::make_shared<SqliteDataSource>(*options.data);

@@ -29,9 +29,8 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   SetUser(state_, user_);
   ReadTags(state_, *tables_, state_.texts.code);
   state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
-  state_.tag_filed = [this](const std::string& tag, const std::string& text) {
-    tables_->SaveTag({tag, {{state_.texts.code, text}}});
-  };
+  state_.tag_filed = [this](const std::string& tag, const std::string& text) { FileTag(tag, text); };
+  EmptyLogWhenIdle();
   OpenData(options.data.value_or(DefaultDataPath()), !options.data);
   RegisterPages(registry_);
   InstallHost(state_);
@@ -39,6 +38,30 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
 
 ProgramHost::~ProgramHost() {
   InstallServices({});
+}
+
+// So that a copy of the task file alone, as people and backups make it, is whole.
+void ProgramHost::EmptyLogWhenIdle() {
+  constexpr std::chrono::milliseconds kPause{1000};
+  idle_.setSingleShot(true);
+  idle_.setInterval(kPause);
+  QObject::connect(&idle_, &QTimer::timeout, &idle_, [this] {
+    if (!storage_->EmptyLog()) idle_.start();
+  });
+  const auto begin_again = [this] { idle_.start(); };
+  storage_->OnWritten(begin_again);
+  tables_->OnWritten(begin_again);
+  idle_.start();  // there may be a log of before
+}
+
+// Where somebody else has made the tag meanwhile, the next attempt finds theirs.
+void ProgramHost::FileTag(const std::string& tag, const std::string& text) {
+  try {
+    tables_->SaveTag({tag, {{state_.texts.code, text}}}, {});
+  } catch (const RowConflict&) {
+    ReadTags(state_, *tables_, state_.texts.code);
+    throw;
+  }
 }
 
 AppParts ProgramHost::Parts() {

@@ -5,6 +5,7 @@
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "qt_text.h"
 #include "tag_table_model.h"
@@ -95,9 +96,7 @@ TagRecord TagTextsDialog::Tag() const {
 bool TagTextsDialog::Check() {
   const TagRecord tag = Tag();
   if (initial_.tag.empty() && (tag.tag.empty() || is_taken_(tag.tag))) {
-    TellProblem(*name_problem_, *name_, Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
-    name_->setFocus();
-    name_->selectAll();
+    TellTaken(Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
     return false;
   }
   for (const Field& field : fields_) {
@@ -110,7 +109,36 @@ bool TagTextsDialog::Check() {
 }
 
 void TagTextsDialog::accept() {
-  if (Check() && Try("tag.failed", *problem_, [this] { tables_.SaveTag(Tag()); })) QDialog::accept();
+  const bool is_new = initial_.tag.empty();
+  const auto save = [&] { tables_.SaveTag(Tag(), is_new ? TagRecord().texts : initial_.texts); };
+  const auto conflict = [&](const auto& languages) {
+    is_new ? TellTaken(Text("tag.problem.taken")) : TakeOver(languages);
+  };
+  if (Check() && TryToStore("tag.failed", *problem_, save, conflict)) QDialog::accept();
+}
+
+void TagTextsDialog::TellTaken(const QString& problem) {
+  TellProblem(*name_problem_, *name_, problem);
+  name_->setFocus();
+  name_->selectAll();
+}
+
+// What somebody else has stored is what is compared with from now on. Their other texts appear, those in the
+// same languages are told, and what was entered here stays.
+void TagTextsDialog::TakeOver(const std::vector<std::string>& conflicts) {
+  const auto tags = tables_.Tags();
+  const auto found = std::ranges::find(tags, initial_.tag, &TagRecord::tag);
+  const auto stored = found == tags.end() ? TagRecord().texts : found->texts;
+  const auto merged = MergeRows(initial_.texts, Tag().texts, stored).rows;
+  initial_.texts = stored;
+  for (const Field& field : fields_) {
+    const auto text = merged.find(field.language);
+    const QString shown = text == merged.end() ? QString() : ToQt(text->second);
+    if (field.text->toPlainText() != shown) field.text->setPlainText(shown);
+  }
+  QStringList languages;
+  for (const std::string& language : conflicts) languages += LanguageName(language);
+  TellProblem(*problem_, *this, Text("tag.conflict", {FromQt(languages.join(u", "))}));
 }
 
 }  // namespace plovix::app

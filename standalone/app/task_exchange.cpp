@@ -105,7 +105,7 @@ std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
   const bool taken = DoOrTell(parts, "exchange.importFailed", [&] {
-    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag);
+    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag, {});
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });
   return taken ? std::optional(imported.task) : std::nullopt;

@@ -97,6 +97,8 @@ void TaskListWindow::BuildTable() {
   stack->addWidget(table_);
   stack->addWidget(hint_);
   static_cast<QVBoxLayout*>(layout())->addLayout(stack, 1);
+  unreadable_ = NewProblemLabel();
+  layout()->addWidget(unreadable_);
 }
 
 void TaskListWindow::BuildButtons() {
@@ -146,7 +148,9 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   const int row = SelectedRow();
   if (!select && row >= 0) select = model_->Task(row).id;
   Guarded([this] {
-    auto tasks = parts_.storage.List();
+    std::vector<UnreadableTask> unreadable;
+    auto tasks = parts_.storage.ListReadable([&](const auto& task) { unreadable.push_back(task); });
+    TellUnreadable(unreadable);
     std::erase_if(tasks, [this](const auto& task) { return !May(parts_.user, task, TaskRight::kView); });
     model_->SetTasks(std::move(tasks));
   });
@@ -154,6 +158,24 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   if (SelectedRow() < 0) table_->selectRow(0);
   FitColumns();
   UpdateState();
+}
+
+// Whose an unreadable task is may be what cannot be read: only administrators are told its name.
+void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
+  constexpr std::size_t kMostLines = 3;
+  constexpr int kLongestName = 60;
+  QStringList lines;
+  for (const UnreadableTask& unreadable : tasks) {
+    if (static_cast<std::size_t>(lines.size()) == kMostLines) break;
+    const std::string number = std::to_string(unreadable.task.id);
+    const QString name = ToQt(TaskName(parts_, unreadable.task)).simplified().left(kLongestName);
+    lines += ToQt(parts_.user.administrator
+                      ? parts_.Text("list.unreadable", {FromQt(name), number, unreadable.column})
+                      : parts_.Text("list.unreadableOther", {number, unreadable.column}));
+  }
+  if (tasks.size() > kMostLines)
+    lines += ToQt(parts_.Text("list.unreadableMore", {std::to_string(tasks.size() - kMostLines)}));
+  TellProblem(*unreadable_, *table_, lines.join(u'\n'));
 }
 
 // Every column shows its content up to a limit, so that one long text does not push the others out.
@@ -258,15 +280,29 @@ void TaskListWindow::Duplicate() {
   if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);
 }
 
+// What was changed after the question was asked is not what the answer meant: it is shown and asked about
+// anew.
 void TaskListWindow::Delete() {
-  const auto task = Selected();
-  if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
-  const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
-                                 "button.no"};
-  if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
-  const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();
-  if (!Guarded([&] { parts_.storage.Delete(task->id); })) return;
-  Reload();
+  bool changed = false;
+  int shown_row = 0;
+  do {
+    const auto task = Selected();
+    if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
+    const char* text = changed ? "list.deleteChangedQuestion" : "list.deleteQuestion";
+    const WarningQuestion question{parts_.Text(text, {TaskName(parts_, *task)}), "button.yes", "button.no"};
+    if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
+    shown_row = table_->selectionModel()->selectedRows().constFirst().row();
+    changed = false;
+    const bool tried = Guarded([&] {
+      try {
+        parts_.storage.Delete(task->id, task->version);
+      } catch (const TaskConflict&) {
+        changed = true;
+      }
+    });
+    if (!tried) return;
+    Reload();
+  } while (changed);
   table_->selectRow(std::min(shown_row, shown_->rowCount() - 1));
   UpdateState();
 }

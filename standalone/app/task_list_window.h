@@ -54,6 +54,7 @@ class TaskListWindow final : public QWidget {
   bool Guarded(const std::function<void()>& work);
   // The selected task as it is stored now; nothing when there is no selection or it is gone.
   std::optional<TaskRecord> Selected();
+  void TellUnreadable(const std::vector<UnreadableTask>& tasks);
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();
@@ -65,7 +66,7 @@ class TaskListWindow final : public QWidget {
   QSortFilterProxyModel* shown_;
   QLineEdit* filter_ = nullptr;
   QTableView* table_ = nullptr;
-  QLabel *hint_ = nullptr, *count_ = nullptr;
+  QLabel *hint_ = nullptr, *count_ = nullptr, *unreadable_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
   QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
   WizardWindow* wizard_ = nullptr;

@@ -49,6 +49,14 @@ QLayout* Column(std::initializer_list<QWidget*> widgets) {
   return column;
 }
 
+template <class Lines>
+std::vector<UserRecord> UsersOf(const Lines& lines) {
+  std::vector<UserRecord> users;
+  users.reserve(lines.size());
+  for (const auto& line : lines) users.push_back(line.user);
+  return users;
+}
+
 }  // namespace
 
 UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string session_user,
@@ -74,9 +82,18 @@ UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string
   Rows()->addLayout(columns, 1);
   Rows()->addWidget(save_problem_);
   AddOkAndCancel();
-  for (const Line& line : lines_) list_->addItem(UserText(Texts(), line.user));
-  const auto own = std::ranges::find(lines_, session_user_, [](const Line& line) { return line.user.id; });
-  list_->setCurrentRow(own == lines_.end() ? 0 : static_cast<int>(own - lines_.begin()));
+  ShowLines(session_user_);
+}
+
+void UsersDialog::ShowLines(const std::string& id) {
+  {
+    const QSignalBlocker quiet(list_);  // the rows and the lines agree again below
+    list_->clear();
+    for (const Line& line : lines_) list_->addItem(UserText(Texts(), line.user));
+    const auto chosen = std::ranges::find(lines_, id, [](const Line& line) { return line.user.id; });
+    list_->setCurrentRow(chosen == lines_.end() ? 0 : static_cast<int>(chosen - lines_.begin()));
+  }
+  ShowUser();
 }
 
 QWidget* UsersDialog::BuildList() {
@@ -226,10 +243,24 @@ void UsersDialog::accept() {
     id_->selectAll();
     return;
   }
-  std::vector<UserRecord> users;
-  users.reserve(lines_.size());
-  for (const Line& line : lines_) users.push_back(line.user);
-  if (!Changed() || Try("user.failed", *save_problem_, [&] { tables_.SaveUsers(users); })) QDialog::accept();
+  const auto save = [this] { tables_.SaveUsers(UsersOf(lines_), UsersOf(initial_)); };
+  const auto conflict = [this](const auto& ids) { TakeOver(ids); };
+  if (!Changed() || TryToStore("user.failed", *save_problem_, save, conflict)) QDialog::accept();
+}
+
+// What others have stored is what is compared with from now on. Their other changes appear, those of the same
+// users are told, and what was entered here stays.
+void UsersDialog::TakeOver(const std::vector<std::string>& conflicts) {
+  const auto stored = UsersById(tables_.Users());
+  const auto merged = MergeRows(UsersById(UsersOf(initial_)), UsersById(UsersOf(lines_)), stored).rows;
+  initial_.clear();
+  lines_.clear();
+  for (const auto& [id, user] : stored) initial_.push_back({user, true});
+  for (const auto& [id, user] : merged) lines_.push_back({user, stored.contains(id)});
+  ShowLines(conflicts.front());
+  QStringList ids;
+  for (const std::string& id : conflicts) ids += ToQt(id);
+  TellProblem(*save_problem_, *this, Text("user.conflict", {FromQt(ids.join(u", "))}));
 }
 
 }  // namespace plovix::app

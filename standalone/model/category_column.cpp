@@ -53,9 +53,8 @@ std::string EncodeCategories(const std::vector<CategoryRecord>& categories) {
 std::vector<CategoryRecord> DecodeCategories(std::string_view column) {
   if (column.empty()) return {};
   if (auto categories = DecodePlain(column)) return std::move(*categories);
-  // The parser would take a NUL byte for the end of the text.
-  const bool has_zero = column.find('\0') != std::string_view::npos;
-  const auto array = has_zero ? nlohmann::json() : nlohmann::json::parse(column, nullptr, false);
+  const auto array =
+      IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
   if (!array.is_array() || !std::ranges::all_of(array, IsCategory)) return {{std::string(column), true}};
   std::vector<CategoryRecord> categories;
   for (const auto& item : array) {

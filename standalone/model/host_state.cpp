@@ -317,8 +317,8 @@ std::string HostState::TagForText(const std::string& tag, const std::string& tex
   std::string filed = text;
   for (int count = 2; tag_texts.contains(filed); ++count) filed = text + " (" + std::to_string(count) + ")";
   if (filed == text) return filed;
-  tag_texts[filed] = text;
   if (tag_filed) tag_filed(filed, text);
+  tag_texts[filed] = text;
   return filed;
 }
 

@@ -75,6 +75,23 @@ std::string FromJsonText(std::string_view json_text) {
   }
 }
 
+bool IsParsableJson(std::string_view text) {
+  constexpr int kDeepest = 64;
+  int depth = 0;
+  bool in_text = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char character = text[i];
+    if (character == '\0') return false;
+    if (character == '\\') ++i;
+    if (character == '"') in_text = !in_text;
+    if (in_text) continue;
+    if (character == '[' || character == '{') ++depth;
+    if (character == ']' || character == '}') --depth;
+    if (depth > kDeepest) return false;
+  }
+  return true;
+}
+
 bool IsPlainJsonText(std::string_view text) {
   while (!text.empty()) {
     const unsigned char first = Byte(text, 0);

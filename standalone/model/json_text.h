@@ -14,6 +14,11 @@ namespace plovix {
 /// The text that ToJsonText made `json_text` from.
 [[nodiscard]] std::string FromJsonText(std::string_view json_text);
 
+/// Whether a column's text may be given to a JSON parser: it nests no deeper than a column ever needs, so
+/// that whoever walks through the values does not run out of stack, and holds no zero byte, which parsers
+/// take for its end.
+[[nodiscard]] bool IsParsableJson(std::string_view text);
+
 /// Whether `text` is its own JSON text, and JSON writes it between its quotes without an escape.
 [[nodiscard]] bool IsPlainJsonText(std::string_view text);
 

@@ -13,7 +13,7 @@ std::optional<TaskRecord> MemoryStorage::Load(std::int64_t id) {
 TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   TaskRecord saved = task;
   saved.modified = now;
-  ++saved.version;
+  saved.version = NextVersion(task.version);
   if (task.id == 0) {
     saved.id = ++last_id_;
     tasks_.push_back(saved);
@@ -27,8 +27,13 @@ TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   return saved;
 }
 
-void MemoryStorage::Delete(std::int64_t id) {
-  std::erase_if(tasks_, [id](const auto& task) { return task.id == id; });
+void MemoryStorage::Delete(std::int64_t id, std::int64_t version) {
+  const auto found = std::ranges::find(tasks_, id, &TaskRecord::id);
+  if (found == tasks_.end()) return;
+  if (found->version != version) {
+    throw TaskConflict(failure_number::kInvalidCall, "The task was changed since it was read");
+  }
+  tasks_.erase(found);
 }
 
 }  // namespace plovix

@@ -5,17 +5,27 @@
 #include <plovix/controls/failure.h>
 
 #include <cstdint>
+#include <functional>
+#include <limits>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "task_record.h"
 
 namespace plovix {
 
-/// Thrown by Save when the stored task is no longer the one that was opened: changed or deleted since.
+/// Thrown by Save and Delete when the stored task is no longer the one that was meant: changed since, or, for
+/// Save, deleted.
 class TaskConflict : public Failure {
  public:
   using Failure::Failure;
+};
+
+/// A stored task that cannot be read.
+struct UnreadableTask {
+  TaskRecord task;     ///< what could be read of it; its id in any case
+  std::string column;  ///< the first value that could not, under the storage's name for it
 };
 
 /// Every member fails with a Failure whose description tells a person what happened.
@@ -24,14 +34,24 @@ class TaskStorage {
   virtual ~TaskStorage() = default;
   /// All tasks in the order of their ids.
   [[nodiscard]] virtual std::vector<TaskRecord> List() = 0;
+  /// The same, but a task that cannot be read is told and left out instead of failing the whole.
+  [[nodiscard]] virtual std::vector<TaskRecord> ListReadable(
+      const std::function<void(const UnreadableTask&)>& /*tell*/) {
+    return List();
+  }
   /// Nothing when there is no task of that id.
   [[nodiscard]] virtual std::optional<TaskRecord> Load(std::int64_t id) = 0;
   /// Stores a new task (id 0) or a new version of a stored one, all or nothing, and gives it back with
   /// its id, version and time of change. When it returns, the task is on the disk.
   virtual TaskRecord Save(const TaskRecord& task, DateTime now) = 0;
-  /// Deleting a task that is gone already is no failure.
-  virtual void Delete(std::int64_t id) = 0;
+  /// Deletes the task as it is in that version. Deleting a task that is gone already is no failure.
+  virtual void Delete(std::int64_t id, std::int64_t version) = 0;
 };
+
+/// The version behind `version`; behind the highest number they start again.
+[[nodiscard]] constexpr std::int64_t NextVersion(std::int64_t version) noexcept {
+  return version == std::numeric_limits<std::int64_t>::max() ? 1 : version + 1;
+}
 
 /// For scripts, tests and hosts that store tasks elsewhere. Forgets them with itself.
 class MemoryStorage final : public TaskStorage {
@@ -39,7 +59,7 @@ class MemoryStorage final : public TaskStorage {
   [[nodiscard]] std::vector<TaskRecord> List() override { return tasks_; }
   [[nodiscard]] std::optional<TaskRecord> Load(std::int64_t id) override;
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
-  void Delete(std::int64_t id) override;
+  void Delete(std::int64_t id, std::int64_t version) override;
 
  private:
   std::vector<TaskRecord> tasks_;  // by id, ascending

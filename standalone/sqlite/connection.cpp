@@ -83,6 +83,21 @@ bool KeepsLog(sqlite3* database) {
          file->pMethods->xRead(file, &version, 1, kReadVersionAt) == SQLITE_OK && version == kWithLog;
 }
 
+// SQLite puts up to this many bytes behind the name of a file, for the files beside it.
+constexpr std::size_t kRoomForSuffix = 8;
+
+void CheckLength(const std::string& path) {
+  const auto limit = static_cast<std::size_t>(sqlite3_vfs_find(nullptr)->mxPathname) - kRoomForSuffix;
+  if (path.size() <= limit) return;
+  throw Failure(failure_number::kPathNotFound, path + ": the path is longer than the " +
+                                                   std::to_string(limit) +
+                                                   " bytes that a database may have; use a shorter one");
+}
+
+// What becomes of a change whose file is out of place.
+constexpr std::string_view kNotStored = "; the change is not stored; ";
+constexpr std::string_view kNotKnown = "; whether the change is stored is not known; ";
+
 // The one way to tell SQLite that it needs no locks. Every byte that could mean something is escaped.
 std::string UnlockedName(const std::string& path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -108,12 +123,19 @@ void Connection::Close::operator()(sqlite3* database) const noexcept {
 Connection::Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
                        std::string_view what)
     : path_(RealPath(path, what)), what_(what), patience_(patience), access_(access) {
+  CheckLength(path_);
   CheckPath(path_, access_, what_);
+  if (access_ == Access::kReadWrite) MakePrivateFile(path_);
   Open();
-  file_ = FileAt(path_);
+  files_.file = FileAt(path_);
 }
 
-Connection::~Connection() = default;
+// Closing, SQLite would move a log that is no longer this file's, and delete what stands at its name.
+Connection::~Connection() {
+  if (files_.log == FileId{}) return;
+  EmptyLog();
+  if (!MayUseLog()) sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
 
 Connection::Handle Connection::OpenAs(const std::string& name, int flags) const {
   constexpr int kAlways = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE | SQLITE_OPEN_EXRESCODE;
@@ -164,12 +186,43 @@ void Connection::RefuseToWrite() const {
   Refuse(failure_number::kPermissionDenied, "the file is open for reading, and the statement writes");
 }
 
-void Connection::CheckInPlace() const {
-  if (FileAt(path_) == file_ && (log_ == FileId{} || FileAt(path_ + std::string(kLogSuffix)) == log_)) return;
-  Refuse(
-      failure_number::kFileAccess,
-      "the file or its log was deleted, moved or replaced while it was open, and the change is not stored; "
-      "put it back, or start the program again");
+// What was stored before goes into the file as long as that is safe: nobody may find the log again.
+void Connection::CheckInPlace(std::string_view consequence) {
+  const FilesInPlace now = FilesAt(path_);
+  const bool has_log = files_.log != FileId{};
+  const bool same =
+      now.file == files_.file && (!has_log || (now.log == files_.log && now.memory == files_.memory));
+  if (same && !now.has_second_name) return;
+  EmptyLog();
+  if (same) {
+    Refuse(failure_number::kFileAccess,
+           std::string(kSecondName) + std::string(consequence) + "remove one of the names");
+  }
+  RefuseOutOfPlace(consequence);
+}
+
+void Connection::RefuseOutOfPlace(std::string_view consequence) const {
+  Refuse(failure_number::kFileAccess,
+         "the file, or its log (-wal) or shared memory (-shm), was deleted, moved or replaced while it was "
+         "open" +
+             std::string(consequence) + "put it back, or end all programs that use the file and start again");
+}
+
+// Others may have begun a log of their own, or a shared memory that says of this log what the one in use
+// does not know. While nothing stands in place of a file that was taken away, nobody has.
+bool Connection::MayUseLog() const {
+  const FilesInPlace now = FilesAt(path_);
+  return (now.file == files_.file || now.file == FileId{}) && now.memory == files_.memory &&
+         (now.log == files_.log || SizeOf(path_ + std::string(kLogSuffix)) == 0);
+}
+
+bool Connection::EmptyLog() {
+  if (files_.log == FileId{} || !MayUseLog()) return true;
+  sqlite3_busy_timeout(handle_.get(), 0);
+  const int code =
+      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_timeout(handle_.get(), static_cast<int>(patience_.count()));
+  return code == SQLITE_OK;
 }
 
 Statement Connection::Prepare(std::string_view sql) const {
@@ -228,17 +281,19 @@ std::int64_t Connection::ChangedRows() const noexcept {
 }
 
 void Connection::Write(const std::function<void()>& body, const std::function<bool()>& arrived) {
-  CheckInPlace();
+  CheckInPlace(kNotStored);
   // Takes the write lock first: a transaction that reads and then writes cannot wait for it.
   Run("BEGIN IMMEDIATE");
   try {
     body();
+    CheckInPlace(kNotStored);  // again: others may have been waited for
   } catch (...) {
     RollBack();
     throw;
   }
   Commit(arrived);
-  CheckInPlace();
+  CheckInPlace(kNotKnown);
+  if (written_) written_();
 }
 
 void Connection::Commit(const std::function<bool()>& arrived) {
@@ -285,7 +340,13 @@ void Connection::PrepareForWriting() {
   Run("PRAGMA synchronous = FULL");
   UseWriteAheadLog();
   (void)Integer("PRAGMA schema_version");  // opens the log
-  log_ = FileAt(path_ + std::string(kLogSuffix));
+  const FilesInPlace now = FilesAt(path_);
+  // Another connection of this process may have opened the file before its shared memory was taken away.
+  int was_moved = 0;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &was_moved);
+  const bool whole = now.file == files_.file && now.log != FileId{} && now.memory != FileId{};
+  if (was_moved != 0 || !whole) RefuseOutOfPlace("; ");
+  files_ = now;
 }
 
 // Another program that opens the same new file holds this up without the usual waiting.

@@ -30,8 +30,8 @@ namespace plovix {
 // older statements exist. So do not keep statements for reading.
 class Connection final {
  public:
-  // Opens the file; for writing, creates it empty where it is missing. `patience` is how long a statement
-  // waits for other programs; `what` is what failures call the file.
+  // Opens the file; for writing, creates it empty, for the user alone, where it is missing. `patience` is how
+  // long a statement waits for other programs; `what` is what failures call the file.
   Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
              std::string_view what = "database");
   ~Connection();
@@ -53,7 +53,9 @@ class Connection final {
   [[nodiscard]] std::int64_t ChangedRows() const noexcept;
 
   // Runs `body` in one transaction, all or nothing. When committing fails, `arrived` is asked whether
-  // the change is in the file nevertheless: a commit may report a failure that came too late to stop it.
+  // the change is in the file nevertheless: a commit may report a failure that came too late to stop it. A
+  // change that other programs might not find, or might overwrite, because the file, its log or its shared
+  // memory is no longer what was opened, is not acknowledged.
   void Write(const std::function<void()>& body, const std::function<bool()>& arrived);
   // Runs `body` on one state of the file, whatever other programs write meanwhile.
   void Read(const std::function<void()>& body);
@@ -63,8 +65,11 @@ class Connection final {
 
   // Settles what the file must be for writing: changes go through a log, each one to the disk.
   void PrepareForWriting();
-  // Fails when the file or its log is no longer the one that is open: what is written would vanish.
-  void CheckInPlace() const;
+  // Moves what the log holds into the file, without waiting for anybody, so that a copy of the file alone is
+  // whole. False when others stood in the way, or the disk did; then it can be tried again.
+  bool EmptyLog();
+  // `told` is called behind every change that Write stored.
+  void OnWritten(std::function<void()> told) { written_ = std::move(told); }
 
   [[noreturn]] void Refuse(int number, const std::string& problem) const;
 
@@ -79,6 +84,9 @@ class Connection final {
   void Open() const;
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
+  void CheckInPlace(std::string_view consequence);
+  [[noreturn]] void RefuseOutOfPlace(std::string_view consequence) const;
+  [[nodiscard]] bool MayUseLog() const;
   [[noreturn]] void RefuseToWrite() const;
   [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
   void UseWriteAheadLog() const;
@@ -94,8 +102,8 @@ class Connection final {
   mutable std::mutex changing_handle_;
   mutable Handle handle_;
   mutable std::optional<FileState> unlocked_;  // the state of a file that is read without locks
-  FileId file_;
-  FileId log_;  // while there is none, nothing has been written to it
+  FilesInPlace files_;                         // as opened; no log before PrepareForWriting
+  std::function<void()> written_;
 };
 
 }  // namespace plovix

@@ -30,12 +30,17 @@ class FakeTables final : public HostTables {
  public:
   FakeTables() {
     kept_.SaveUsers({{.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
-                     {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}});
+                     {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}},
+                    kept_.Users());
   }
   std::vector<UserRecord> Users() override { return kept_.Users(); }
-  void SaveUsers(const std::vector<UserRecord>& users) override { NeedRoom(), kept_.SaveUsers(users); }
+  void SaveUsers(const std::vector<UserRecord>& users, const std::vector<UserRecord>& read) override {
+    NeedRoom(), kept_.SaveUsers(users, read);
+  }
   std::vector<TagRecord> Tags() override { return kept_.Tags(); }
-  void SaveTag(const TagRecord& tag) override { NeedRoom(), kept_.SaveTag(tag); }
+  void SaveTag(const TagRecord& tag, const std::map<std::string, std::string>& read) override {
+    NeedRoom(), kept_.SaveTag(tag, read);
+  }
   bool full = false;
 
  private:
@@ -203,8 +208,8 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
 }
 
 TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
-  for (int i = 0; i < 3000; ++i) tables_.SaveTag({"t" + std::to_string(i), {{"en", "x"}}});
-  tables_.SaveTag({"t1234", {{"en", "x"}, {"fr", "Été (1)"}}});
+  for (int i = 0; i < 3000; ++i) tables_.SaveTag({"t" + std::to_string(i), {{"en", "x"}}}, {});
+  tables_.SaveTag({"t1234", {{"en", "x"}, {"fr", "Été (1)"}}}, {});
   TagDialog dialog(texts_, "t7", {"t9"}, tables_, {"en", "fr"}, "en", nullptr);
   Show(dialog);
   ExpectEveryElementNamed();

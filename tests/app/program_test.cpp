@@ -198,7 +198,7 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   task.name_tag = "T";
   task.categories = {{"C", false}};
   const TaskRecord stored = storage_->Save(task, state_.Now());
-  tables_.SaveTag({"T", {{"en", "Text"}}});
+  tables_.SaveTag({"T", {{"en", "Text"}}}, {});
   list_->Reload();
   const std::string suggested = "Month_ 1_2.task.json";
   const QString path = folder_.filePath(ToQt(suggested));

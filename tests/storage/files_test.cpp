@@ -96,7 +96,7 @@ TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
     TaskRecord task;
     task.actions = {{"run-sql", std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};
     SqliteStorage(path).Save(task, kNow);
-    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}});
+    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}}, {});
   }
   const std::string bytes = folder.Bytes().at("tasks.sqlite");
   const Contents whole = ContentsOf(path);

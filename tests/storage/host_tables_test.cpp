@@ -45,12 +45,12 @@ TEST(HostTables, KeepUsersAndTagsOfAnyText) {
     }
     std::vector<UserRecord> sorted;
     for (const auto& [id, user] : users) sorted.push_back(user);
-    (*tables).SaveUsers({sorted.rbegin(), sorted.rend()});
+    (*tables).SaveUsers({sorted.rbegin(), sorted.rend()}, {FirstAdministrator()});
     EXPECT_EQ((*tables).Users(), sorted);
     tags["12"].texts.clear();
     for (const auto& [tag, record] : tags) {
-      (*tables).SaveTag({tag, {{"de", "replaced"}}});
-      (*tables).SaveTag(record);
+      (*tables).SaveTag({tag, {{"de", "replaced"}}}, {});
+      (*tables).SaveTag(record, {{"de", "replaced"}});
     }
     std::vector<TagRecord> stored;
     for (const auto& [tag, record] : tags) stored.push_back(record);
@@ -70,13 +70,13 @@ TEST(HostTables, KeepAnAdministratorAndIdsApart) {
   for (const bool in_file : {false, true}) {
     Tables tables(in_file);
     for (const auto& [users, words] : cases) {
-      const Failure failure = FailureOf([&] { (*tables).SaveUsers(users); });
+      const Failure failure = FailureOf([&] { (*tables).SaveUsers(users, {admin}); });
       EXPECT_EQ(failure.Number(), failure_number::kInvalidCall);
       EXPECT_NE(failure.Description().find(words), std::string::npos) << failure.Description();
       EXPECT_EQ((*tables).Users(), std::vector{admin});
     }
     EXPECT_EQ(FailureOf([&] {
-                (*tables).SaveTag({"", {{"en", "x"}}});
+                (*tables).SaveTag({"", {{"en", "x"}}}, {});
               }).Number(),
               failure_number::kInvalidCall);
     EXPECT_TRUE((*tables).Tags().empty());

@@ -31,7 +31,7 @@ int SaveTasks(const std::string& path, const std::string& prefix, int count) {
   SqliteHostTables tables(path);
   for (int i = 0; i < count; ++i) {
     const std::string name = prefix + "-" + std::to_string(i);
-    tables.SaveTag({name, {{"en", name}}});
+    tables.SaveTag({name, {{"en", name}}}, {});
     const TaskRecord saved = storage.Save(WholeTask(name), kNow);
     if (i % 3 == 0) storage.Save(WholeTask(name + "-changed", saved), kNow);
     std::cout << name << std::endl;
@@ -81,8 +81,8 @@ TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   EXPECT_EQ(locker.Line() + old_locker.Line(), "locked\nlocked\n");
   const std::pair<std::string, std::function<void()>> actions[] = {
       {path, [&] { storage.Save(WholeTask("b", task), kNow); }},
-      {path, [&] { storage.Delete(task.id); }},
-      {path, [&] { tables.SaveUsers({FirstAdministrator()}); }},
+      {path, [&] { storage.Delete(task.id, task.version); }},
+      {path, [&] { tables.SaveUsers({FirstAdministrator()}, {}); }},
       {old, [&] { SqliteStorage(old, kImpatient); }}};
   for (const auto& [file, action] : actions) {
     const Failure failure = FailureOf(action);

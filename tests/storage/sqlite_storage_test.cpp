@@ -81,7 +81,7 @@ TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
     EXPECT_EQ(storage.Load(task.id), task);
     EXPECT_EQ(other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"), schedule ? 1 : 0);
   }
-  storage.Delete(task.id);
+  storage.Delete(task.id, task.version);
   EXPECT_EQ(other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"), 0);
 }
 
@@ -120,7 +120,7 @@ TEST(SqliteStorage, RefusesToSaveOverAnothersChange) {
   edit = other.Save(edit, kNow);
   EXPECT_THROW(mine.Save(opened, kNow), TaskConflict);
   EXPECT_EQ(mine.List(), std::vector{edit});
-  other.Delete(opened.id);
+  other.Delete(edit.id, edit.version);
   EXPECT_THROW(mine.Save(edit, kNow), TaskConflict);
   EXPECT_TRUE(mine.List().empty());
   EXPECT_GT(mine.Save(FullTask(), kNow).id, opened.id);

@@ -199,7 +199,10 @@ class Walker {
     for (const int right : {kRightEditCategories, kRightSeeAllCategories, kRightGoOnWithLanguageTags})
       scene_.state.rights[right] = !OneIn(4);
     scene_.state.language_tag_mode = OneIn(4);
-    if (stored_.size() > 5) storage_.Delete(AnyOf(stored_).id);
+    if (stored_.size() > 5) {
+      const TaskRecord& gone = AnyOf(stored_);
+      storage_.Delete(gone.id, gone.version);
+    }
     const State& varied = AnyOf(kStates);
     TaskRecord task = RecordOf(varied);
     if (OneIn(3)) task.name = AnyText();
@@ -240,7 +243,7 @@ class Walker {
     Wizard().AskNextPage();
     if (opened_.id == 0 || conflict_ || !OneIn(2)) return;
     conflict_ = true;
-    OneIn(3) ? storage_.Delete(opened_.id)
+    OneIn(3) ? storage_.Delete(opened_.id, opened_.version)
              : static_cast<void>(storage_.Save(*storage_.Load(opened_.id), now_));
     stored_ = storage_.List();
   }
