@@ -5,6 +5,7 @@
 #include <plovix/standalone/app/category_dialog.h>
 #include <plovix/standalone/app/permission_dialog.h>
 #include <plovix/standalone/app/tag_dialog.h>
+#include <plovix/standalone/app/tag_texts_dialog.h>
 #include <plovix/standalone/app/users_dialog.h>
 #include <plovix/standalone/model/task_access.h>
 
@@ -286,6 +287,47 @@ TEST_F(EditorTest, UsersKeepAnAdministratorAndAreSavedTogether) {
                                                       .administrator = true,
                                                       .groups = {"New group", "Stock"},
                                                       .create_personal = true}));
+}
+
+// Another administrator is faster: what both changed is told and stored at the second OK only, the rest is
+// merged.
+TEST_F(EditorTest, ChangesOfOthersAreMergedOrTold) {
+  const auto other_saves = [this](const std::string& name) {
+    auto users = tables_.Users();
+    for (UserRecord& user : users) user.name = name;
+    tables_.SaveUsers(users, tables_.Users());
+  };
+  UsersDialog dialog(texts_, tables_, "ben", nullptr);
+  Show(dialog);
+  Mnemonic(Qt::Key_N);
+  Type("Benny");
+  other_saves("other");
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("changed or removed these users: ben."));
+  EXPECT_EQ(tables_.Users().back().name, "other");
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(tables_.Users().front().name, "other");
+  EXPECT_EQ(tables_.Users().back().name, "Benny");
+
+  const TagRecord tag{"t", {{"en", "one"}, {"fr", "un"}}};
+  tables_.SaveTag(tag, {});
+  const auto nobody = [](const std::string&) { return false; };
+  TagTextsDialog texts(texts_, tag, tables_, {"en", "fr"}, "en", nobody, nullptr);
+  Show(texts);
+  Type("My ");
+  tables_.SaveTag({"t", {{"en", "two"}, {"fr", "deux"}}}, tag.texts);
+  QTest::keyClick(&texts, Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("changed the text in these languages: English."));
+  QTest::keyClick(&texts, Qt::Key_Return);
+  EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"t", {{"en", "My one"}, {"fr", "deux"}}}));
+
+  TagTextsDialog made(texts_, {}, tables_, {"en"}, "en", nobody, nullptr);
+  Show(made);
+  Type("t");
+  Find<QPlainTextEdit>()->setPlainText("new");
+  QTest::keyClick(&made, Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("of this name already"));
 }
 
 TEST(TaskAccess, FollowsOwnerPermissionsAndRights) {

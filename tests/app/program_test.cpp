@@ -178,14 +178,27 @@ TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
   }
   EXPECT_EQ(storage_->List().size(), 4U);
   {
-    const Answers answers({[](QWidget* box) {
-      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr("Beta (copy)"));
+    const auto yes_to = [](QWidget* box, const char* question) {
+      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr(question));
       QTest::keyClick(box, Qt::Key_Y, Qt::AltModifier);
-    }});
+    };
+    const Answers answers({[&](QWidget* box) {
+                             TaskRecord changed = storage_->List().back();
+                             changed.name = "Beta (changed)";
+                             storage_->Save(changed, state_.Now());
+                             yes_to(box, "Beta (copy)");
+                           },
+                           [&](QWidget* box) { yes_to(box, "\"Beta (changed)\" has been changed"); }});
     QTest::keyClick(list_->findChild<QTableView*>("tasks"), Qt::Key_Delete);
   }
   QTest::keyClick(filter, Qt::Key_Escape);
   EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
+  Connection(FromQt(Path()), kTaskFilePatience, Access::kReadWrite)
+      .Run("UPDATE VeloAutoTasks SET MayRun = 'x' WHERE Name = 'Beta'");
+  list_->Reload();
+  EXPECT_THAT(Names(), ElementsAre("alpha", "gamma"));
+  const auto told = list_->findChild<QTableView*>("tasks")->accessibleDescription();
+  EXPECT_THAT(FromQt(told), HasSubstr("\"Beta\" (number 1) cannot be shown: its value \"MayRun\""));
 }
 
 TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {

@@ -2,13 +2,17 @@
 // other process.
 #include <QCoreApplication>
 #include <QProcess>
+#include <algorithm>
 #include <iostream>
 #include <memory>
+#include <set>
 
 #include "storage_support.h"
 
 namespace plovix::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 // This program once more: "save PATH PREFIX COUNT" or "lock PATH".
 class Process final : public QProcess {
@@ -69,6 +73,67 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
   ExpectIntact(path);
 }
 
+// Whatever becomes of the files while two programs use them, what either acknowledged is in one of them.
+TEST(Processes, WhoseFilesAreTakenAwayLoseNothingThatTheyAcknowledged) {
+  const auto remove = [](std::string_view suffix) {
+    return [suffix](const std::string& path) { fs::remove(path + std::string(suffix)); };
+  };
+  const auto replace = [](const std::string& path) {
+    fs::copy_file(path, path + "2");
+    fs::rename(path + "2", path);
+  };
+  const struct {
+    const char* words;  // by which a save is refused
+    std::function<void(const std::string& path)> happens;
+    bool idle = false;        // there was time to empty the log
+    const char* suffix = "";  // of the name by which the other program knows the file
+    std::size_t others = 4;   // saves of the other program
+  } cases[] = {{"", [](auto&) {}},
+               {"(-shm), was deleted", remove(kSharedMemorySuffix)},
+               {"log (-wal)", remove(kLogSuffix)},
+               {"moved", [](auto& path) { fs::rename(path, path + "2"); }},
+               {"replaced", replace, true},
+               {"a second name", [](auto& path) { fs::create_hard_link(path, path + "2"); }, false, "2", 0}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.words);
+    const TempFolder folder;
+    const std::string path = folder / "tasks.sqlite";
+    std::set<std::string> acknowledged, found;
+    {
+      SqliteStorage storage(path);
+      const auto save = [&](const std::string& name) {
+        storage.Save(WholeTask(name), kNow);
+        acknowledged.insert(name);
+      };
+      const auto try_to_save = [&] {
+        if (*test.words == '\0') return save("more" + std::to_string(acknowledged.size()));
+        const Failure failure = FailureOf([&] { save("late"); });
+        EXPECT_EQ(failure.Number(), failure_number::kFileAccess);
+        EXPECT_NE(failure.Description().find(test.words), std::string::npos) << failure.Description();
+      };
+      save("mine");
+      EXPECT_TRUE(!test.idle || storage.EmptyLog());
+      test.happens(path);
+      try_to_save();
+      const std::size_t own = acknowledged.size();
+      Process other({"save", QString::fromStdString(path + test.suffix), "other", "4"});
+      for (std::string line = other.Line(); !line.empty(); line = other.Line())
+        acknowledged.insert(line.substr(0, line.size() - 1));
+      EXPECT_EQ(acknowledged.size(), own + test.others);
+      EXPECT_TRUE(other.Ends());
+      try_to_save();
+    }
+    if (*test.suffix != '\0') fs::remove(path + test.suffix);
+    for (const std::string& file : {path, path + "2"}) {
+      if (!fs::exists(file)) continue;
+      ExpectIntact(file);
+      for (const TaskRecord& task : SqliteStorage(file).List())
+        found.insert(task.name.substr(0, task.name.find("-changed")));
+    }
+    EXPECT_TRUE(std::ranges::includes(found, acknowledged));
+  }
+}
+
 TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
@@ -106,7 +171,14 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const std::vector<std::string> words(argv, argv + argc);
   using namespace plovix::test;
-  if (argc == 5 && words[1] == "save") return SaveTasks(words[2], words[3], std::stoi(words[4]));
+  if (argc == 5 && words[1] == "save") {
+    try {
+      return SaveTasks(words[2], words[3], std::stoi(words[4]));
+    } catch (const plovix::Failure& refused) {
+      std::cerr << refused.Description() << '\n';
+      return 1;
+    }
+  }
   if (argc == 3 && words[1] == "lock") return LockFile(words[2]);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
