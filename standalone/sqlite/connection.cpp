@@ -98,6 +98,22 @@ void CheckLength(const std::string& path) {
 constexpr std::string_view kNotStored = "; the change is not stored; ";
 constexpr std::string_view kNotKnown = "; whether the change is stored is not known; ";
 
+// How long the log is at least that the shared memory in use tells of; by SQLite's documented layout of both.
+std::int64_t LogBytes(sqlite3* database) {
+  constexpr int kRegionBytes = 32768, kPageSizeAt = 14, kFramesAt = 16;
+  constexpr std::int64_t kLogHeader = 32, kFrameHeader = 24, kPageSizeOne = 65536;
+  sqlite3_file* file = nullptr;
+  volatile void* memory = nullptr;
+  sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
+  if (file == nullptr || file->pMethods == nullptr || file->pMethods->iVersion < 2) return 0;
+  if (file->pMethods->xShmMap(file, 0, kRegionBytes, 0, &memory) != SQLITE_OK || memory == nullptr) return 0;
+  const auto* const halves = static_cast<volatile const std::uint16_t*>(memory);
+  const auto* const words = static_cast<volatile const std::uint32_t*>(memory);
+  const std::int64_t page = halves[kPageSizeAt / sizeof(*halves)];
+  const std::int64_t frames = words[kFramesAt / sizeof(*words)];
+  return frames == 0 ? 0 : kLogHeader + frames * (kFrameHeader + (page == 1 ? kPageSizeOne : page));
+}
+
 // The one way to tell SQLite that it needs no locks. Every byte that could mean something is escaped.
 std::string UnlockedName(const std::string& path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -212,7 +228,8 @@ void Connection::RefuseOutOfPlace(std::string_view consequence) const {
 // does not know. While nothing stands in place of a file that was taken away, nobody has.
 bool Connection::MayUseLog() const {
   const FilesInPlace now = FilesAt(path_);
-  return (now.file == files_.file || now.file == FileId{}) && now.memory == files_.memory &&
+  const bool both_gone = now.memory == FileId{} && now.log == FileId{};
+  return (now.file == files_.file || now.file == FileId{}) && (now.memory == files_.memory || both_gone) &&
          (now.log == files_.log || SizeOf(path_ + std::string(kLogSuffix)) == 0);
 }
 
@@ -345,8 +362,19 @@ void Connection::PrepareForWriting() {
   int was_moved = 0;
   sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &was_moved);
   const bool whole = now.file == files_.file && now.log != FileId{} && now.memory != FileId{};
-  if (was_moved != 0 || !whole) RefuseOutOfPlace("; ");
+  if (was_moved != 0 || !whole || LacksPartOfLog()) {
+    sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    RefuseOutOfPlace("; ");
+  }
   files_ = now;
+}
+
+// The log was taken away from a program that has the file open, and a new one made: what the shared memory
+// says stands in the other one. Somebody else may empty the log between the questions.
+bool Connection::LacksPartOfLog() const {
+  const std::int64_t told = LogBytes(handle_.get());
+  const std::int64_t there = SizeOf(path_ + std::string(kLogSuffix));
+  return there < told && LogBytes(handle_.get()) == told;
 }
 
 // Another program that opens the same new file holds this up without the usual waiting.

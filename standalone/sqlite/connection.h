@@ -87,6 +87,7 @@ class Connection final {
   void CheckInPlace(std::string_view consequence);
   [[noreturn]] void RefuseOutOfPlace(std::string_view consequence) const;
   [[nodiscard]] bool MayUseLog() const;
+  [[nodiscard]] bool LacksPartOfLog() const;
   [[noreturn]] void RefuseToWrite() const;
   [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
   void UseWriteAheadLog() const;
