@@ -89,14 +89,19 @@ QPushButton* EditorDialog::NewButton(std::string_view key, std::function<void()>
 }
 
 void EditorDialog::AddOkAndCancel() {
-  auto* buttons = new QDialogButtonBox;
-  rows_->addWidget(buttons);  // first: only a dialog's child can become its default button
-  auto* ok = buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
-  auto* cancel = buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  buttons_ = new QDialogButtonBox;
+  rows_->addWidget(buttons_);  // first: only a dialog's child can become its default button
+  auto* ok = buttons_->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
+  auto* cancel = buttons_->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
   cancel->setAutoDefault(false);
   ok->setDefault(true);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void EditorDialog::HideCancel() {
+  for (QAbstractButton* button : buttons_->buttons())
+    button->setVisible(buttons_->buttonRole(button) == QDialogButtonBox::AcceptRole);
 }
 
 void EditorDialog::keyPressEvent(QKeyEvent* event) {

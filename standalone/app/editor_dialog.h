@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+class QDialogButtonBox;
 class QLabel;
 class QPushButton;
 class QTableView;
@@ -48,6 +49,8 @@ class EditorDialog : public QDialog {
   [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
   // Below everything that is in Rows() by then.
   void AddOkAndCancel();
+  // For what is only looked at; Esc stays.
+  void HideCancel();
   // Keys of a table or list that hold while it has the focus.
   void OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action);
   // Does the work; a failure is told at `place` in the words of `key` with the failure's own. Gives back
@@ -57,6 +60,7 @@ class EditorDialog : public QDialog {
  private:
   const TextTable& texts_;
   QVBoxLayout* rows_;
+  QDialogButtonBox* buttons_ = nullptr;
 };
 
 // What all tables of the program have in common: Tab leaves them, and cells are not typed in.

@@ -8,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -26,7 +25,8 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   storage_ = std::make_unique<SqliteStorage>(path);
   tables_ = std::make_unique<SqliteHostTables>(path);
   user_ = FindUser(*tables_, options.user, state_.texts);
-  SetUser(state_, user_);
+  SetUser(state_, *tables_, user_);
+  storage_->SetGuard(GuardFor(*tables_, user_.id, state_.texts));
   ReadTags(state_, *tables_, state_.texts.code);
   state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
   state_.tag_filed = [this](const std::string& tag, const std::string& text) {
@@ -70,16 +70,6 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
       data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
                                      [tell](const std::string& name) { tell("data.missing", name); }});
   dialogs_.Use(*tables_, path);
-}
-
-UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id, const TextTable& texts) {
-  const std::vector<UserRecord> users = tables.Users();
-  const auto wanted = [&](const UserRecord& user) { return id ? user.id == *id : user.administrator; };
-  const auto found = std::ranges::find_if(users, wanted);
-  if (found != users.end()) return *found;
-  std::string ids;
-  for (const UserRecord& user : users) ids += (ids.empty() ? "" : ", ") + user.id;
-  throw Failure(failure_number::kInvalidCall, texts.Host("program.noSuchUser", {id.value_or(""), ids}));
 }
 
 }  // namespace plovix::app

@@ -39,8 +39,4 @@ class ProgramHost final {
   PageRegistry registry_;
 };
 
-// The user of that id; without one the first administrator. Fails in words with the ids that there are.
-[[nodiscard]] UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id,
-                                  const TextTable& texts);
-
 }  // namespace plovix::app

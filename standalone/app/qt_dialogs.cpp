@@ -148,6 +148,7 @@ std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const 
 std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
                                                         const std::string& title) {
   PermissionDialog dialog(texts_, title, permissions, *tables_, QApplication::activeWindow());
+  if (state_.permissions_locked) dialog.MakeReadOnly();
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   if (!permissions && dialog.Permissions().empty()) return std::nullopt;
   return dialog.Permissions();

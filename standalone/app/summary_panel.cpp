@@ -92,7 +92,9 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
   const auto sentence = [this](std::string_view key, const std::vector<std::string>& parameters = {}) {
     return Paragraph(ToQt(parts_.Text(key, parameters)));
   };
-  QString html = Heading(ToQt(parts_.Text("summary.title")));
+  QString html;
+  if (parts_.state.user_id != parts_.user.id) html += sentence("summary.owner", {parts_.state.user_id});
+  html += Heading(ToQt(parts_.Text("summary.title")));
   const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
   html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {name});
   html += sentence(RecordsKey(task.record_mode));

@@ -2,6 +2,7 @@
 
 #include <plovix/host/host_application.h>
 #include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/model/task_access.h>
 
 #include <QFile>
 #include <QFileDialog>
@@ -79,7 +80,9 @@ ImportedTask LoadTaskFile(const AppParts& parts, const QString& path) {
   return ForImport(file, {.data_source = parts.data.get(),
                           .users = parts.tables.Users(),
                           .tags = parts.tables.Tags(),
-                          .user_id = parts.user.id});
+                          .user_id = parts.user.id,
+                          // Such a task is nobody's own.
+                          .automation_manager = MayCreateShared(parts.user)});
 }
 
 void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {

@@ -147,7 +147,9 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   if (!select && row >= 0) select = model_->Task(row).id;
   Guarded([this] {
     auto tasks = parts_.storage.List();
-    std::erase_if(tasks, [this](const auto& task) { return !May(parts_.user, task, TaskRight::kView); });
+    const bool known = RefreshUser(parts_.state, parts_.tables, parts_.user);
+    std::erase_if(tasks,
+                  [&](const auto& task) { return !known || !May(parts_.user, task, TaskRight::kView); });
     model_->SetTasks(std::move(tasks));
   });
   if (select) SelectTask(*select);
@@ -187,7 +189,11 @@ void TaskListWindow::UpdateState() {
   };
   edit_->setEnabled(may(TaskRight::kEdit));
   delete_->setEnabled(may(TaskRight::kDelete));
-  duplicate_->setEnabled(selected && MayCreate());
+  const auto may_copy = [this] {
+    const TaskRecord copy = CopyOf(model_->Task(SelectedRow()));
+    return !RefusalOf(parts_.user, nullptr, &copy);
+  };
+  duplicate_->setEnabled(selected && may_copy());
   export_->setEnabled(selected);
   for (QPushButton* button : {new_, import_}) button->setEnabled(MayCreate());
   users_->setEnabled(parts_.user.administrator);
@@ -205,62 +211,75 @@ bool TaskListWindow::Guarded(const std::function<void()>& work) {
   return DoOrTell(parts_, "list.failed", work);
 }
 
-std::optional<TaskRecord> TaskListWindow::Selected() {
-  const int row = SelectedRow();
-  if (row < 0) return std::nullopt;
-  std::optional<TaskRecord> task;
-  if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
-  if (!task) {
-    parts_.state.dialogs->MessageBox(parts_.Text("list.gone"), message_box::kOkInformation,
-                                     parts_.state.title);
-    Reload();
-  }
-  return task;
+bool TaskListWindow::RefreshRights() {
+  bool known = false;
+  return Guarded([&] { known = RefreshUser(parts_.state, parts_.tables, parts_.user); }) &&
+         AllowedOrTell(known, "rights.noUser");
 }
 
-bool TaskListWindow::MayCreate() const {
-  return parts_.user.administrator || parts_.user.create_personal || parts_.user.create_shared;
-}
-
-bool TaskListWindow::MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text) {
-  if (May(parts_.user, task, right)) return true;
-  parts_.state.dialogs->MessageBox(parts_.Text(text, {TaskName(parts_, task)}), message_box::kOkInformation,
+bool TaskListWindow::AllowedOrTell(bool allowed, std::string_view text,
+                                   const std::vector<std::string>& parameters) {
+  if (allowed) return true;
+  parts_.state.dialogs->MessageBox(parts_.Text(text, parameters), message_box::kOkInformation,
                                    parts_.state.title);
+  Reload();
   return false;
 }
 
+std::optional<TaskRecord> TaskListWindow::Selected() {
+  const int row = SelectedRow();
+  if (row < 0 || !RefreshRights()) return std::nullopt;
+  std::optional<TaskRecord> task;
+  if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
+  const bool seen = task && May(parts_.user, *task, TaskRight::kView);
+  return AllowedOrTell(seen, task ? "list.mayNotView" : "list.gone") ? task : std::nullopt;
+}
+
+bool TaskListWindow::MayCreate() const {
+  return MayCreatePersonal(parts_.user) || MayCreateShared(parts_.user);
+}
+
 void TaskListWindow::New() {
-  if (MayCreate()) Open({}, page_identifier::kAutoTaskType);
+  if (RefreshRights() && AllowedOrTell(MayCreate(), "list.mayNotCreate"))
+    Open({}, page_identifier::kAutoTaskType);
 }
 
 void TaskListWindow::Edit() {
   const auto task = Selected();
-  if (task && MayOrTell(*task, TaskRight::kEdit, "list.mayNotEdit"))
+  if (task &&
+      AllowedOrTell(May(parts_.user, *task, TaskRight::kEdit), "list.mayNotEdit", {TaskName(parts_, *task)}))
     Open(*task, page_identifier::kAutoTaskType);
 }
 
-// The copy is stored at once; nothing has to be entered for it.
-// A copy has no schedule: two tasks that do the same at the same time are nobody's wish.
-void TaskListWindow::Duplicate() {
-  auto task = Selected();
-  if (!task || !MayCreate()) return;
-  const bool may_share = parts_.user.administrator || parts_.user.create_shared;
-  if (task->owner.empty() && !may_share) {
-    task->owner = parts_.user.id;
-    task->permissions.reset();
+// A copy has no schedule: two tasks that do the same at the same time are nobody's wish. A personal task's
+// copy is its owner's, too: nothing personal becomes everybody's in passing.
+TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
+  if (task.owner.empty() && !MayCreateShared(parts_.user)) {
+    task.owner = parts_.user.id;
+    task.permissions.reset();
   }
-  task->id = task->version = 0;
-  task->allow_automation_manager = false;
-  task->processing_mode = processing_mode::kEveryTime;
-  task->recurrence.reset();
-  task->schedule_start.reset();
-  if (!task->uses_language_tags) task->name = parts_.Text("list.duplicateName", {task->name});
-  if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);
+  task.id = task.version = 0;
+  task.allow_automation_manager = false;
+  task.processing_mode = processing_mode::kEveryTime;
+  task.recurrence.reset();
+  task.schedule_start.reset();
+  if (!task.uses_language_tags) task.name = parts_.Text("list.duplicateName", {task.name});
+  return task;
+}
+
+// The copy is stored at once; nothing has to be entered for it.
+void TaskListWindow::Duplicate() {
+  const auto task = Selected();
+  if (!task) return;
+  std::int64_t copy = 0;
+  if (Guarded([&] { copy = parts_.storage.Save(CopyOf(*task), parts_.state.Now()).id; })) Reload(copy);
 }
 
 void TaskListWindow::Delete() {
   const auto task = Selected();
-  if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
+  if (!task || !AllowedOrTell(May(parts_.user, *task, TaskRight::kDelete), "list.mayNotDelete",
+                              {TaskName(parts_, *task)}))
+    return;
   const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
                                  "button.no"};
   if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
@@ -273,9 +292,11 @@ void TaskListWindow::Delete() {
 
 // An imported task is settled where it came from: the wizard asks for its details alone.
 void TaskListWindow::Import() {
-  if (!MayCreate()) return;
+  if (!RefreshRights() || !AllowedOrTell(MayCreate(), "list.mayNotCreate")) return;
   const auto task = ImportTask(parts_, this);
-  if (task) Open(*task, page_identifier::kDetails, {{store_key::kImporting, true}});
+  if (!task) return;
+  Open(*task, page_identifier::kDetails,
+       {{store_key::kImporting, true}, {store_key::kPersonalTask, !task->owner.empty()}});
 }
 
 void TaskListWindow::Export() {
@@ -284,29 +305,25 @@ void TaskListWindow::Export() {
 
 // What was changed holds at once for whoever works with the program.
 void TaskListWindow::EditUsers() {
-  Guarded([this] {
-    UsersDialog dialog(parts_.state.texts, parts_.tables, parts_.user.id, this);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const auto users = parts_.tables.Users();
-    const auto found = std::ranges::find(users, parts_.user.id, &UserRecord::id);
-    if (found != users.end()) parts_.user = *found;
-    SetUser(parts_.state, parts_.user);
-  });
+  if (!RefreshRights() || !AllowedOrTell(parts_.user.administrator, "list.mayNotEditUsers")) return;
+  Guarded([this] { UsersDialog(parts_.state.texts, parts_.tables, parts_.user.id, this).exec(); });
   Reload();
 }
 
 void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
                           std::map<std::string, Value> entries) {
-  entries.merge(EntriesFor(parts_.user));
+  entries.merge(StartEditing(parts_.state, parts_.user, task));
   auto* window = new WizardWindow(parts_, task, entries, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, this, [this, window](int result) {
+    StopEditing(parts_.state, parts_.user);
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
     table_->setFocus();
   });
   if (!window->Start(page)) {
     delete window;
+    StopEditing(parts_.state, parts_.user);
     return;
   }
   wizard_ = window;

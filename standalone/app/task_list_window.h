@@ -48,12 +48,17 @@ class TaskListWindow final : public QWidget {
   void BuildTable();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  // Whether the user may do that with the task; when not, the user is told so in the text.
-  bool MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text);
+  // Reads the user's rights anew; tells, and empties the list, when there is no such user any more.
+  bool RefreshRights();
+  // Tells what is refused, and reads the list again: what it offers was true when it was read last.
+  bool AllowedOrTell(bool allowed, std::string_view text, const std::vector<std::string>& parameters = {});
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
-  // The selected task as it is stored now; nothing when there is no selection or it is gone.
+  // The selected task as it is stored now, with the user's rights refreshed; nothing when there is no
+  // selection, it is gone, or the user may not see it any more.
   std::optional<TaskRecord> Selected();
+  // What Duplicate makes of the task.
+  [[nodiscard]] TaskRecord CopyOf(TaskRecord task) const;
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();

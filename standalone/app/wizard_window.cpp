@@ -171,7 +171,10 @@ void WizardWindow::PageShown() {
 // Assistive technology reads a changed window title, an alert, and the heading of the page as the focus
 // enters it.
 void WizardWindow::Announce() {
-  setWindowTitle(ToQt(parts_.Text("wizard.windowTitle", {FromQt(page_->Heading()), wizard_.Title()})));
+  std::vector<std::string> words{FromQt(page_->Heading()), wizard_.Title()};
+  const bool own = parts_.state.user_id == parts_.user.id;
+  if (!own) words.push_back(parts_.state.user_id);
+  setWindowTitle(ToQt(parts_.Text(own ? "wizard.windowTitle" : "wizard.windowTitleOwner", words)));
   setAccessibleDescription(ToQt(wizard_.Description()));
   QAccessibleEvent event(page_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);

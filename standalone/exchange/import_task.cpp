@@ -3,6 +3,7 @@
 #include <plovix/controls/failure.h>
 #include <plovix/host/auto_task.h>
 #include <plovix/standalone/model/action_kinds.h>
+#include <plovix/standalone/model/task_access.h>
 
 #include <algorithm>
 
@@ -48,14 +49,14 @@ void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, Im
 }
 
 // Where users are not known, everybody may; else whoever is none of them may not.
-bool MayCreate(const ImportTarget& target, bool UserRecord::*right) {
+bool MayCreate(const ImportTarget& target, bool (*may)(const UserRecord& user)) {
   const auto user = std::ranges::find(target.users, target.user_id, &UserRecord::id);
-  return user == target.users.end() ? target.users.empty() : user->administrator || (*user).*right;
+  return user == target.users.end() ? target.users.empty() : may(*user);
 }
 
 void ChooseOwner(TaskRecord& task, bool was_personal, const ImportTarget& target, ImportReport& report) {
-  const bool may_own = !target.user_id.empty() && MayCreate(target, &UserRecord::create_personal);
-  const bool may_share = MayCreate(target, &UserRecord::create_shared);
+  const bool may_own = !target.user_id.empty() && MayCreate(target, MayCreatePersonal);
+  const bool may_share = MayCreate(target, MayCreateShared);
   const bool personal = may_own && (was_personal || !may_share);
   if (personal) task.owner = target.user_id;
   if (personal && was_personal) report.push_back({"exchange.note.yours", {}});

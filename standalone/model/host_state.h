@@ -43,6 +43,7 @@ struct HostState {
   /// The current user's id and the session's own account id: alike where nobody sits in front of it.
   std::string user_id, session_id;
   /// @}
+  bool permissions_locked = false;  ///< the permission set of the task that is edited is shown, not changed
   std::string decimal_separator = ".";  ///< HostApplication::DecimalSeparator
   bool language_tag_mode = false;       ///< HostApplication::LanguageTagMode
   std::optional<bool> marker_file;      ///< overrides the marker file's presence

@@ -5,7 +5,9 @@
 #include <plovix/controls/failure.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "task_record.h"
@@ -17,6 +19,10 @@ class TaskConflict : public Failure {
  public:
   using Failure::Failure;
 };
+
+/// Asked before a task changes: what is stored now (nullptr: it is a new task) and what is to take its place
+/// (nullptr: it is to be deleted). Refuses by failing, in words for a person.
+using TaskGuard = std::function<void(const TaskRecord* stored, const TaskRecord* wanted)>;
 
 /// Every member fails with a Failure whose description tells a person what happened.
 class TaskStorage {
@@ -31,6 +37,19 @@ class TaskStorage {
   virtual TaskRecord Save(const TaskRecord& task, DateTime now) = 0;
   /// Deleting a task that is gone already is no failure.
   virtual void Delete(std::int64_t id) = 0;
+
+  /// Lets Save and Delete ask `guard` from now on; an empty one lets everything pass, as before the first.
+  void SetGuard(TaskGuard guard) { guard_ = std::move(guard); }
+
+ protected:
+  /// Whether there is a guard to ask.
+  [[nodiscard]] bool IsGuarded() const { return static_cast<bool>(guard_); }
+  /// Asks the guard, if there is one. To be called by Save and Delete while nobody else can change the task.
+  /// A save that comes too late (a TaskConflict) and deleting what is gone are not asked about.
+  void AskGuard(const TaskRecord* stored, const TaskRecord* wanted) const;
+
+ private:
+  TaskGuard guard_;
 };
 
 /// For scripts, tests and hosts that store tasks elsewhere. Forgets them with itself.

@@ -223,6 +223,7 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   ++saved.version;
   if (!saved.recurrence) saved.schedule_start.reset();  // there is nothing to count from it
   const auto body = [&] {
+    AskAbout(task.id, &task);
     if (task.id == 0) {
       saved.id = tables_->Insert(saved);
     } else if (!tables_->Update(saved, task.version)) {
@@ -236,7 +237,17 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
 }
 
 void SqliteStorage::Delete(std::int64_t id) {
-  tables_->File().Write([&] { tables_->Delete(id); }, [&] { return !Load(id).has_value(); });
+  const auto body = [&] {
+    AskAbout(id, nullptr);
+    tables_->Delete(id);
+  };
+  tables_->File().Write(body, [&] { return !Load(id).has_value(); });
+}
+
+void SqliteStorage::AskAbout(std::int64_t id, const TaskRecord* wanted) {
+  if (!IsGuarded()) return;
+  const auto stored = tables_->ReadOne(id);
+  AskGuard(stored ? &*stored : nullptr, wanted);
 }
 
 std::unique_ptr<RowCursor> SqliteStorage::OpenRows(const std::string& sql) const {

@@ -36,6 +36,9 @@ class SqliteStorage final : public TaskStorage {
 
  private:
   class Tables;
+  // To be called in the transaction that writes: the guard sees the row that the change will meet.
+  void AskAbout(std::int64_t id, const TaskRecord* wanted);
+
   std::unique_ptr<Tables> tables_;
 };
 
