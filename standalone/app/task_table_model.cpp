@@ -1,5 +1,7 @@
 #include "task_table_model.h"
 
+#include <plovix/host/host_application.h>
+#include <plovix/standalone/model/task_access.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 
@@ -85,8 +87,10 @@ std::string TaskTableModel::Text(int row, Column column) const {
 }
 
 std::string TaskTableModel::Categories(const TaskRecord& task) const {
+  const bool sees_all = HasRight(parts_.user, kRightSeeAllCategories);
   std::string text;
   for (const CategoryRecord& category : task.categories) {
+    if (!category.is_public && !sees_all) continue;
     if (!text.empty()) text += ", ";
     text += parts_.state.TagText(category.tag);
   }
