@@ -3,6 +3,7 @@
 #include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/script/script_runner.h>
+#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/surfaces/qt/theme.h>
 #include <unistd.h>
@@ -58,15 +59,21 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
 int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
+  MemoryHostTables memory_tables;
   std::unique_ptr<SqliteStorage> file_storage;
+  std::unique_ptr<SqliteHostTables> file_tables;
   const bool from_input = *options.script == "-";
   ScriptOptions script{.storage = &memory,
                        .texts = ChosenLanguage(options),
+                       .tables = &memory_tables,
+                       .user = options.user,
                        .interactive = from_input && isatty(STDIN_FILENO) == 1,
                        .source_name = *options.script};
   if (options.database) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
+    if (options.user) file_tables = std::make_unique<SqliteHostTables>(*options.database);
+    if (file_tables) script.tables = file_tables.get();
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }
   if (options.data) script.data = std::make_shared<SqliteDataSource>(*options.data);

@@ -43,7 +43,10 @@ void Store(ScriptSession& session, const Words& /*words*/) {
 
 void Saved(ScriptSession& session, const Words& /*words*/) {
   Json ids = Json::array();
-  for (const TaskRecord& task : session.Storage().List()) ids.push_back(task.id);
+  const auto may_view = session.MayView();
+  for (const TaskRecord& task : session.Storage().List()) {
+    if (may_view(task)) ids.push_back(task.id);
+  }
   session.Print({{"saved", ids}});
 }
 

@@ -24,10 +24,8 @@ std::optional<std::string> Problem(script::ScriptSession& session, std::string_v
   }
 }
 
-}  // namespace
-
-int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
-  script::ScriptSession session(out, err, options);
+int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err,
+             const ScriptOptions& options) {
   std::string line;
   for (int number = 1;; ++number) {
     if (options.interactive) err << kPrompt << std::flush;
@@ -45,6 +43,19 @@ int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const Scri
     return kWrongLine;
   }
   return kDone;
+}
+
+}  // namespace
+
+int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
+  std::optional<script::ScriptSession> session;
+  try {
+    session.emplace(out, err, options);
+  } catch (const Failure& failure) {
+    err << options.source_name << ": " << failure.Description() << '\n' << std::flush;
+    return kWrongLine;
+  }
+  return RunLines(*session, in, err, options);
 }
 
 }  // namespace plovix
