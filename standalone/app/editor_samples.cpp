@@ -48,6 +48,9 @@ void PictureEditors(const TextTable& texts,
   save(permissions_editor, "Permissions");
   PermissionDialog nobody(texts, "Month-end reports", {}, tables, nullptr);
   save(nobody, "PermissionsNobody");
+  PermissionDialog read_only(texts, "Month-end reports", permissions, tables, nullptr);
+  read_only.MakeReadOnly();
+  save(read_only, "PermissionsReadOnly");
 
   TagDialog tags(texts, "task.monthend.name", {"text.reports"}, tables, LanguageCodes(), texts.code, nullptr);
   save(tags, "Tags");

@@ -147,9 +147,9 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   if (!select && row >= 0) select = model_->Task(row).id;
   Guarded([this] {
     auto tasks = parts_.storage.List();
-    const bool known = RefreshUser(parts_.state, parts_.tables, parts_.user);
-    std::erase_if(tasks,
-                  [&](const auto& task) { return !known || !May(parts_.user, task, TaskRight::kView); });
+    known_user_ = RefreshUser(parts_.state, parts_.tables, parts_.user);
+    std::erase_if(
+        tasks, [&](const auto& task) { return !known_user_ || !May(parts_.user, task, TaskRight::kView); });
     model_->SetTasks(std::move(tasks));
   });
   if (select) SelectTask(*select);
@@ -199,7 +199,8 @@ void TaskListWindow::UpdateState() {
   users_->setEnabled(parts_.user.administrator);
   const int all = model_->rowCount();
   const int visible = shown_->rowCount();
-  hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
+  const auto* hint = !known_user_ ? "rights.noUser" : all == 0 ? "list.empty" : "list.noMatch";
+  hint_->setText(ToQt(parts_.Text(hint)));
   static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
       ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : static_cast<QWidget*>(table_));
   count_->setText(ToQt(

@@ -72,6 +72,7 @@ class TaskListWindow final : public QWidget {
   QTableView* table_ = nullptr;
   QLabel *hint_ = nullptr, *count_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  bool known_user_ = true;  // whether the user still is one, when the list was read last
   QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
   WizardWindow* wizard_ = nullptr;
 };

@@ -67,7 +67,7 @@ TEST(Languages, HoldEveryTextInUseAndNoOtherWithTheSameParameters) {
   const auto keys = FoundInSources(
       {PLOVIX_SOURCE_DIR "/standalone"},
       std::regex(
-          R"re("((?:action|button|category|data|error|exchange|list|permission|program|query|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+          R"re("((?:action|button|category|data|error|exchange|list|permission|program|query|rights|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
   const TextTable english = LoadLanguage("en");
   for (const auto& [code, json] : EmbeddedLanguages()) {
     const TextTable table = LoadLanguage(code);

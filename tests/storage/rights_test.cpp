@@ -1,5 +1,5 @@
-// Who may put which task in the place of which other one: both storages ask the users and the task as they are at
-// that moment.
+// Who may put which task in the place of which other one: the storage asks the users and the row as they are
+// when it writes, not as they were when the task was opened.
 #include <plovix/standalone/model/host_user.h>
 
 #include "storage_support.h"
@@ -7,128 +7,84 @@
 namespace plovix::test {
 namespace {
 
-using Change = std::function<void(TaskRecord& task)>;
-
 const std::vector<UserRecord> kUsers{
     {.id = "root", .name = "", .administrator = true, .groups = {}},
     {.id = "anna", .name = "", .groups = {}, .create_personal = true, .create_shared = true},
     {.id = "clerk", .name = "", .groups = {}, .create_shared = true},
     {.id = "solo", .name = "", .groups = {}, .create_personal = true},
     {.id = "guest", .name = "", .groups = {"Guests"}}};
+const PermissionSet kGranted{
+    {.subject = "Guests", .is_group = true, .view = true, .run = true, .edit = true},
+    {.subject = "anna", .is_group = false, .view = true, .run = true, .edit = true, .erase = true}};
 
-TaskRecord Personal(const std::string& owner) {
-  TaskRecord task;
-  task.owner = owner;
-  return task;
-}
-
-TaskRecord Granted() {
-  TaskRecord task;
-  task.permissions = PermissionSet{
-      {.subject = "Guests", .is_group = true, .view = true, .run = true, .edit = true},
-      {.subject = "anna", .is_group = false, .view = true, .run = true, .edit = true, .erase = true}};
-  return task;
-}
-
-void Rename(TaskRecord& task) {
-  task.name = "renamed";
-}
-void Permit(TaskRecord& task) {
-  task.permissions = PermissionSet{};
-}
-Change OwnedBy(const std::string& id) {
-  return [id](TaskRecord& task) {
-    task.owner = id;
-    task.permissions.reset();
-  };
-}
-
-// What the storage says to the change, or to the deletion where there is none; a refusal leaves everything.
-std::string Answer(TaskStorage& storage, TaskRecord task, const Change& change) {
-  const auto before = storage.List();
-  try {
-    if (change) change(task);
-    change ? static_cast<void>(storage.Save(task, kNow)) : storage.Delete(task.id);
-    EXPECT_NE(storage.List(), before);
-    return "";
-  } catch (const TaskConflict&) {
-    return "conflict";
-  } catch (const Failure& failure) {
-    EXPECT_EQ(storage.List(), before);
-    return failure.Description();
-  }
-}
-
-TEST(Rights, AreAskedByTheStorageBeforeATaskChanges) {
-  const struct Case {
-    std::string actor;
-    std::optional<TaskRecord> stored;  // nothing: a new task
-    Change change;                     // empty: delete it
+TEST(Rights, AreAskedWhereATaskIsStored) {
+  const struct {
+    std::string actor, task;  // "new", "shared", "granted", or its owner
+    std::string change;       // "rename", "permit", "delete", or the new owner; "": shared
     std::string answer;
+    std::string meanwhile = "";  // SQL
   } cases[] = {
-      {"guest", Granted(), Rename, ""},
-      {"guest", Granted(), Permit, "[rights.mayNotChangeAccess]"},
-      {"guest", Granted(), OwnedBy("guest"), "[rights.mayNotChangeAccess]"},
-      {"guest", Granted(), {}, "[rights.mayNotDelete]"},
-      {"guest", TaskRecord(), Rename, "[rights.mayNotEdit]"},
-      {"clerk", Granted(), Rename, "[rights.mayNotEdit]"},
-      {"clerk", TaskRecord(), Permit, ""},
-      {"clerk", TaskRecord(), OwnedBy("clerk"), "[rights.mayNotCreatePersonal]"},
-      {"anna", Granted(), Permit, ""},
-      {"anna", Granted(), OwnedBy("anna"), ""},
-      {"anna", Granted(), OwnedBy("guest"), "[rights.mayNotGiveAway]"},
-      {"anna", Granted(), {}, ""},
-      {"anna", Personal("anna"), OwnedBy(""), ""},
-      {"anna", Personal("solo"), Rename, "[rights.mayNotEdit]"},
-      {"anna", Personal("solo"), {}, "[rights.mayNotDelete]"},
-      {"solo", Personal("solo"), Rename, ""},
-      {"solo", Personal("solo"), OwnedBy(""), "[rights.mayNotCreateShared]"},
-      {"clerk", Personal("clerk"), Rename, ""},
-      {"root", Personal("solo"), Rename, ""},
-      {"root", Personal("solo"), OwnedBy("anna"), ""},
-      {"gone", TaskRecord(), Rename, "[rights.noUser]"},
-      {"solo", {}, OwnedBy("solo"), ""},
-      {"solo", {}, Rename, "[rights.mayNotCreateShared]"},
-      {"clerk", {}, Rename, ""},
-      {"clerk", {}, OwnedBy("clerk"), "[rights.mayNotCreatePersonal]"},
-      {"anna", {}, OwnedBy("root"), "[rights.mayNotGiveAway]"},
-      {"root", {}, OwnedBy("solo"), ""},
+      {"guest", "granted", "rename", ""},
+      {"guest", "granted", "permit", "[rights.mayNotChangeAccess]"},
+      {"guest", "granted", "guest", "[rights.mayNotChangeAccess]"},
+      {"guest", "granted", "delete", "[rights.mayNotDelete]"},
+      {"guest", "shared", "rename", "[rights.mayNotEdit]"},
+      {"clerk", "granted", "rename", "[rights.mayNotEdit]"},
+      {"clerk", "shared", "permit", ""},
+      {"clerk", "shared", "clerk", "[rights.mayNotCreatePersonal]"},
+      {"anna", "granted", "permit", ""},
+      {"anna", "granted", "anna", ""},
+      {"anna", "granted", "guest", "[rights.mayNotGiveAway]"},
+      {"anna", "granted", "delete", ""},
+      {"anna", "anna", "", ""},
+      {"anna", "solo", "rename", "[rights.mayNotEdit]"},
+      {"solo", "solo", "", "[rights.mayNotCreateShared]"},
+      {"clerk", "clerk", "rename", ""},
+      {"root", "solo", "rename", ""},
+      {"root", "solo", "anna", ""},
+      {"gone", "shared", "rename", "[rights.noUser]"},
+      {"solo", "new", "solo", ""},
+      {"solo", "new", "rename", "[rights.mayNotCreateShared]"},
+      {"clerk", "new", "clerk", "[rights.mayNotCreatePersonal]"},
+      {"anna", "new", "root", "[rights.mayNotGiveAway]"},
+      {"root", "new", "solo", ""},
+      {"clerk", "shared", "rename", "[rights.mayNotEdit]", "UPDATE VeloUsers SET CreateShared = 0"},
+      {"clerk", "shared", "delete", "[rights.noUser]", "DELETE FROM VeloUsers WHERE Id = 'clerk'"},
+      {"clerk", "shared", "delete", "[rights.mayNotDelete]", "UPDATE VeloAutoTasks SET Permissions = '[]'"},
+      {"clerk", "shared", "rename", "conflict", "UPDATE VeloAutoTasks SET Owner = 'anna', Version = 2"},
+      {"clerk", "shared", "rename", "conflict", "DELETE FROM VeloAutoTasks"},
   };
-  for (const Case& each : cases) {
-    const TempFolder folder;
-    MemoryStorage memory;
-    SqliteStorage file(folder / "tasks.sqlite");
-    SqliteHostTables tables(folder / "tasks.sqlite");
-    tables.SaveUsers(kUsers);
-    for (TaskStorage* storage : std::initializer_list<TaskStorage*>{&memory, &file}) {
-      const TaskRecord opened = each.stored ? storage->Save(*each.stored, kNow) : TaskRecord();
-      storage->SetGuard(GuardFor(tables, each.actor, TextTable::Ids()));
-      EXPECT_EQ(Answer(*storage, opened, each.change), each.answer)
-          << each.actor << " case " << &each - cases << (storage == &file ? " in a file" : " in memory");
-    }
-  }
-}
-
-// Not as they were when the task was opened.
-TEST(Rights, AreThoseOfTheMomentOfTheChange) {
-  const std::pair<std::string, std::string> meanwhile[] = {
-      {"", ""},
-      {"UPDATE VeloUsers SET CreateShared = 0", "[rights.mayNotEdit]"},
-      {"DELETE FROM VeloUsers WHERE Id = 'clerk'", "[rights.noUser]"},
-      {"UPDATE VeloAutoTasks SET Permissions = '[]'", "[rights.mayNotEdit]"},
-      {"UPDATE VeloAutoTasks SET Owner = 'anna'", "[rights.mayNotEdit]"},
-      {"UPDATE VeloAutoTasks SET Owner = 'anna', Version = 2", "conflict"},
-      {"DELETE FROM VeloAutoTasks", "conflict"}};
-  for (const auto& [sql, answer] : meanwhile) {
+  for (const auto& each : cases) {
+    SCOPED_TRACE(&each - cases);
     const TempFolder folder;
     const std::string path = folder / "tasks.sqlite";
     SqliteStorage storage(path);
     SqliteHostTables tables(path);
     tables.SaveUsers(kUsers);
-    storage.SetGuard(GuardFor(tables, "clerk", TextTable::Ids()));
-    const TaskRecord opened = storage.Save(TaskRecord(), kNow);
-    if (!sql.empty()) RunSql(path, sql);
-    EXPECT_EQ(Answer(storage, opened, Rename), answer) << sql;
+    TaskRecord task;
+    if (each.task == "granted") task.permissions = kGranted;
+    if (each.task != "granted" && each.task != "shared" && each.task != "new") task.owner = each.task;
+    if (each.task != "new") task = storage.Save(task, kNow);
+    storage.SetGuard(GuardFor(tables, each.actor, TextTable::Ids()));
+    if (!each.meanwhile.empty()) RunSql(path, each.meanwhile);
+    const auto before = storage.List();
+    if (each.change == "rename") {
+      task.name = "renamed";
+    } else if (each.change == "permit") {
+      task.permissions = PermissionSet{};
+    } else {
+      task.owner = each.change, task.permissions.reset();
+    }
+    std::string answer;
+    try {
+      each.change == "delete" ? storage.Delete(task.id) : static_cast<void>(storage.Save(task, kNow));
+    } catch (const TaskConflict&) {
+      answer = "conflict";
+    } catch (const Failure& failure) {
+      answer = failure.Description();
+    }
+    EXPECT_EQ(answer, each.answer);
+    EXPECT_EQ(storage.List() != before, answer.empty());
   }
 }
 
