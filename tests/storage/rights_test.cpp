@@ -22,7 +22,7 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     std::string actor, task;  // "new", "shared", "granted", or its owner
     std::string change;       // "rename", "permit", "delete", or the new owner; "": shared
     std::string answer;
-    std::string meanwhile = "";  // SQL
+    std::string meanwhile = {};  // SQL
   } cases[] = {
       {"guest", "granted", "rename", ""},
       {"guest", "granted", "permit", "[rights.mayNotChangeAccess]"},
