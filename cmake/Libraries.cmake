@@ -101,7 +101,7 @@ plovix_headers(framework wizard_page.h page_identifiers.h)
 plovix_headers(conformance conformance.h host_under_test.h)
 plovix_headers(component entry_points.h page_library.h page_registry.h)
 if(PLOVIX_QT)
-  plovix_headers(surfaces/qt form_widget.h slot_factory.h surface_texts.h theme.h)
+  plovix_headers(surfaces/qt form_widget.h slot_factory.h surface_options.h surface_texts.h theme.h)
 endif()
 
 # The package files.

@@ -8,7 +8,8 @@
   installed;
 - no source reaches another room by a path of its own instead of through the room's target;
 - a source includes the header of its name first, which shows that the header compiles alone;
-- a comment that serves several declarations, between @{ and @}, ends before the next one begins.
+- a comment that serves several declarations, between @{ and @}, ends before the next one begins;
+- a widget gets no text in a way that lets the toolkit take it for markup or for a placeholder.
 It also prints how much of the code is test code.
 """
 import json
@@ -22,6 +23,27 @@ NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
 STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
 
+# What guesses whether a text is marked up, or reads placeholders; where it may stand; and what serves instead.
+SHOWS_TEXT = ("standalone/", "surfaces/", "examples/")
+GUESSES = [
+    (re.compile(pattern), allowed, instead)
+    for pattern, allowed, instead in (
+        (r"new QLabel\b|\bQLabel\(", ("surfaces/qt/plain_text.cpp",), "qt::NewLabel"),
+        (r"->addRow\((?:Text|ToQt|Caption|QString|tr|u?\")", (), "a label of qt::NewLabel"),
+        (r"(?:setToolTip|QToolTip::showText)\((?!(?:qt::)?ToolTip\()", (), "qt::ToolTip"),
+        (r"Qt::ToolTipRole\b(?!(?::\s*return|,)\s*(?:qt::)?ToolTip\()", (), "a case that returns qt::ToolTip"),
+        (r"setStatusTip|setWhatsThis|Qt::(?:StatusTip|WhatsThis)Role", (), "qt::ToolTip"),
+        (r"QMessageBox::(?:about|critical|information|question|warning)\b|setDetailedText", (), "NewBox of qt_dialogs.cpp"),
+        (r"\bQMessageBox>?\(|\bQMessageBox \w+[({;]|setInformativeText",
+         ("standalone/app/qt_dialogs.cpp", "examples/minimal_host/main.cpp"), "NewBox of qt_dialogs.cpp"),
+        (r"\bQ(?:ErrorMessage|InputDialog|ProgressDialog|SplashScreen)\b", ("examples/minimal_host/main.cpp",),
+         "a dialog with labels of qt::NewLabel"),
+        (r"\bsetWindowTitle\(", ("surfaces/qt/plain_text.cpp", "examples/minimal_host/main.cpp"), "qt::SetTitle"),
+        (r"setHtml|insertHtml|appendHtml|setMarkdown", ("standalone/app/summary_panel.cpp",), "setPlainText"),
+        (r"Qt::(?:RichText|AutoText|MarkdownText)\b", (), "Qt::PlainText"),
+    )
+]
+
 
 def each_once(pairs):
     keys = [key for key, _ in pairs]
@@ -29,6 +51,14 @@ def each_once(pairs):
     if twice:
         raise ValueError("given twice: " + ", ".join(twice))
     return dict(pairs)
+
+
+def guesses_in(name, text):
+    code = re.sub(r"//[^\n]*", "", text)
+    for pattern, allowed, instead in GUESSES:
+        for found in pattern.finditer(code) if name not in allowed else ():
+            place = f"{name}:{code.count(chr(10), 0, found.start()) + 1}"
+            yield f"{place}: {found.group(0)} lets the toolkit guess what the text is; use {instead}"
 
 
 def problems_in(name, text):
@@ -45,6 +75,8 @@ def problems_in(name, text):
     groups = "".join(re.findall(r"/// @([{}])", text))
     if groups.replace("{}", ""):
         yield f"{name}: @{{ and @}} do not take turns"
+    if name.startswith(SHOWS_TEXT):
+        yield from guesses_in(name, text)
     for found in INCLUDE.finditer(text):
         place = f"{name}:{text.count(chr(10), 0, found.start(1)) + 1}"
         included = found.group(1)

@@ -65,7 +65,7 @@ void PermissionDialog::BuildTable() {
   PrepareTable(*table_, {Text("permission.column.subject"), Text("permission.column.view"),
                          Text("permission.column.run"), Text("permission.column.edit"),
                          Text("permission.column.delete")});
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   OnKey(*table_, Qt::Key_Delete, [this] { Remove(); });
   connect(table_, &QTableWidget::itemChanged, this, [this](const QTableWidgetItem* item) { Toggled(*item); });
 }
@@ -81,9 +81,9 @@ void PermissionDialog::AppendRow(const PermissionRecord& line) {
   const QSignalBlocker quiet(table_);
   const int row = table_->rowCount();
   table_->insertRow(row);
-  auto* who = new QTableWidgetItem(TextOf(line));
+  auto* who = new QTableWidgetItem(qt::Shortened(TextOf(line), qt::kLongestShown));
   who->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-  who->setToolTip(who->text());
+  who->setToolTip(qt::ToolTip(who->text()));
   table_->setItem(row, 0, who);
   for (int column = kView; column < table_->columnCount(); ++column) {
     auto* cell = new QTableWidgetItem;

@@ -1,6 +1,7 @@
 #include "query_builder_dialog.h"
 
 #include <plovix/standalone/data/query_run.h>
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/query/query_text.h>
 
@@ -13,6 +14,7 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
+#include "entry_rules.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "query_preview_panel.h"
@@ -43,9 +45,8 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
       rows_(new QueryRowsWidget(texts, object.name, source.Fields(object.name))),
       text_(new QPlainTextEdit),
       notice_(NewProblemLabel()) {
-  auto* heading = new QLabel(Text("query.heading", {object.caption}));
-  heading->setTextFormat(Qt::PlainText);
-  heading->setWordWrap(true);
+  QLabel* heading = qt::NewWrappedLabel(
+      Text("query.heading", {FromQt(qt::Shortened(ToQt(object.caption), qt::kLongestShown))}));
   Rows()->addWidget(heading);
   rows_->setAccessibleName(heading->text());
   Rows()->addWidget(rows_, 2);
@@ -69,7 +70,7 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
 }
 
 void QueryBuilderDialog::BuildText() {
-  auto* label = new QLabel(Text("query.text"));
+  QLabel* label = qt::NewLabel(Text("query.text"));
   label->setBuddy(text_);
   text_->setAccessibleName(Caption("query.text"));
   text_->setTabChangesFocus(true);
@@ -165,7 +166,7 @@ bool QueryBuilderDialog::IsKept() {
   const auto problem = CheckQuery(path_, query_);
   if (!problem) return true;
   const std::string words = Texts().Host(problem->text, {problem->detail});
-  return IsSure(Texts(), FromQt(windowTitle()),
+  return IsSure(Texts(), FromQt(qt::TitleOf(*this)),
                 {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, this);
 }
 
@@ -176,6 +177,9 @@ void QueryBuilderDialog::accept() {
     text_->setFocus();
   } else if (rows_count_ && !rows_->IsInOrder()) {
     rows_->TellWhatIsWrong();
+  } else if (const auto problem = LengthProblem(query_, kLongestText, Texts()); !problem.empty()) {
+    Tell(ToQt(problem));
+    text_->setFocus();
   } else if (IsKept()) {
     EditorDialog::accept();
   }

@@ -14,19 +14,23 @@ namespace plovix::app {
 namespace {
 
 constexpr int kWidestColumn = 30;  // characters
-constexpr int kLinesHigh = 7;
+constexpr int kLinesHigh = 5;
+
+QTableWidgetItem* NewCell(const QString& text) {
+  auto* cell = new QTableWidgetItem(qt::Shortened(text, qt::kLongestShown));
+  cell->setToolTip(qt::ToolTip(text));
+  return cell;
+}
 
 }  // namespace
 
 QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
     : texts_(texts),
-      count_(new QLabel),
+      count_(qt::NewWrappedLabel()),
       table_(new QTableWidget),
       preview_(std::move(path), [this](std::function<void()> arrived) {
         QMetaObject::invokeMethod(this, std::move(arrived), Qt::QueuedConnection);
       }) {
-  count_->setTextFormat(Qt::PlainText);
-  count_->setWordWrap(true);
   count_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   table_->setAccessibleName(ToQt(texts_.Host("query.preview.name")));
   PrepareTable(*table_);
@@ -87,13 +91,11 @@ void QueryPreviewPanel::ShowRows(const QueryRows& found) {
   table_->setRowCount(static_cast<int>(found.rows.size()));
   table_->setColumnCount(static_cast<int>(found.columns.size()));
   for (int column = 0; column < table_->columnCount(); ++column) {
-    auto* header = new QTableWidgetItem(ToQt(found.columns[static_cast<std::size_t>(column)]));
-    header->setToolTip(header->text());
+    QTableWidgetItem* header = NewCell(ToQt(found.columns[static_cast<std::size_t>(column)]));
     table_->setHorizontalHeaderItem(column, header);
     for (int row = 0; row < table_->rowCount(); ++row) {
       const auto& value = found.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-      auto* cell = new QTableWidgetItem(value ? ToQt(*value) : ToQt(texts_.Host("query.preview.empty")));
-      cell->setToolTip(cell->text());
+      QTableWidgetItem* cell = NewCell(ToQt(value ? *value : texts_.Host("query.preview.empty")));
       if (!value) cell->setForeground(palette().brush(QPalette::PlaceholderText));
       table_->setItem(row, column, cell);
     }

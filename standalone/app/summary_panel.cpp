@@ -2,6 +2,7 @@
 
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
+#include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QKeyEvent>
@@ -24,6 +25,10 @@ QString Paragraph(const QString& text) {
 QString Heading(const QString& text) {
   return QStringLiteral("<h4 style='margin-top:8px;margin-bottom:4px'>") + text.toHtmlEscaped() +
          QStringLiteral("</h4>");
+}
+
+std::string InSentence(const std::string& name) {
+  return FromQt(qt::Shortened(ToQt(name), qt::kLongestShown));
 }
 
 std::string_view RecordsKey(std::int16_t mode) {
@@ -94,11 +99,12 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
   };
   QString html = Heading(ToQt(parts_.Text("summary.title")));
   const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
-  html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {name});
+  html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {InSentence(name)});
   html += sentence(RecordsKey(task.record_mode));
   if (task.record_mode != record_mode::kNoData) {
     const std::string& caption = task.data_object_caption;
-    html += caption.empty() ? sentence("summary.noDataObject") : sentence("summary.dataObject", {caption});
+    html += caption.empty() ? sentence("summary.noDataObject")
+                            : sentence("summary.dataObject", {InSentence(caption)});
   }
   html += Heading(ToQt(parts_.Text("summary.schedule"))) + ScheduleText(Draft(task, store), task);
   setHtml(html);

@@ -3,6 +3,7 @@
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/surfaces/qt/accessibility.h>
+#include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QBoxLayout>
@@ -29,13 +30,14 @@ namespace {
 constexpr int kCharactersWide = 180;
 constexpr int kWidestColumn = 40;  // characters
 constexpr int kLinesHigh = 30;
+constexpr int kRowsMeasured = 100;  // for the width of a column
 
 }  // namespace
 
 TaskListWindow::TaskListWindow(const AppParts& parts)
     : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
   qt::AnnounceAs(*this, QAccessible::Window);
-  setWindowTitle(ToQt(parts_.Text("list.title")));
+  qt::SetTitle(*this, ToQt(parts_.Text("list.title")));
   new QVBoxLayout(this);
   BuildFilter();
   BuildTable();
@@ -51,7 +53,7 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   });
   shortcut(QKeySequence::Refresh, [this] { Reload(); });
   Reload();
-  table_->setFocus();
+  FocusList();
 }
 
 void TaskListWindow::BuildFilter() {
@@ -61,7 +63,7 @@ void TaskListWindow::BuildFilter() {
   filter_->setClearButtonEnabled(true);
   filter_->setPlaceholderText(ToQt(parts_.Text("list.filterHint")));
   filter_->installEventFilter(this);
-  auto* label = new QLabel(ToQt(parts_.Text("list.filter")));
+  QLabel* label = qt::NewLabel(ToQt(parts_.Text("list.filter")));
   label->setBuddy(filter_);
   row->addWidget(label);
   row->addWidget(filter_);
@@ -76,23 +78,27 @@ void TaskListWindow::BuildFilter() {
 void TaskListWindow::BuildTable() {
   shown_->setSourceModel(model_);
   shown_->setFilterKeyColumn(-1);
+  shown_->setFilterRole(TaskTableModel::kSearchRole);
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
   shown_->setSortRole(TaskTableModel::kSortRole);
   shown_->setSortLocaleAware(true);
   table_ = new QTableView;
   table_->setObjectName("tasks");
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   table_->setModel(shown_);
   PrepareRowTable(*table_);
   table_->setSortingEnabled(true);
   table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table_->installEventFilter(this);
+  table_->horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
+  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+    if (!fitting_) set_by_hand_.insert(column);
+  });
   connect(table_, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
   connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &TaskListWindow::UpdateState);
-  hint_ = new QLabel;
+  hint_ = qt::NewWrappedLabel();
   hint_->setAlignment(Qt::AlignCenter);
-  hint_->setTextFormat(Qt::PlainText);
   auto* stack = new QStackedLayout;
   stack->addWidget(table_);
   stack->addWidget(hint_);
@@ -110,7 +116,7 @@ void TaskListWindow::BuildButtons() {
   export_ = AddButton("list.export", "export", &TaskListWindow::Export);
   users_ = AddButton("list.users", "users", &TaskListWindow::EditUsers);
   row->addStretch();
-  count_ = new QLabel;
+  count_ = qt::NewLabel();
   row->addWidget(count_);
 }
 
@@ -128,7 +134,7 @@ bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (watched == filter_) {
     if (key == Qt::Key_Escape) filter_->clear();
-    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) table_->setFocus();
+    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) FocusList();
     return key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
   }
   if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -156,12 +162,37 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   UpdateState();
 }
 
-// Every column shows its content up to a limit, so that one long text does not push the others out.
+// Every column shows its content up to a limit, so that one long text does not push the others out. What the
+// user has set stays.
 void TaskListWindow::FitColumns() {
-  table_->resizeColumnsToContents();
+  fitting_ = true;
   const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
   for (int column = 0; column + 1 < TaskTableModel::kColumnCount; ++column) {
+    if (set_by_hand_.contains(column)) continue;
+    table_->resizeColumnToContents(column);
     table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
+  }
+  fitting_ = false;
+}
+
+// Where the list is empty, on what fills it.
+void TaskListWindow::FocusList() {
+  if (shown_->rowCount() > 0) {
+    table_->setFocus();
+  } else if (filter_->text().isEmpty() && new_->isEnabled()) {
+    new_->setFocus();
+  } else {
+    filter_->setFocus();
+  }
+}
+
+// In a dialog Enter would press the focused button by itself.
+void TaskListWindow::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+    button->click();
+  } else {
+    QWidget::keyPressEvent(event);
   }
 }
 
@@ -224,8 +255,8 @@ bool TaskListWindow::MayCreate() const {
 
 bool TaskListWindow::MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text) {
   if (May(parts_.user, task, right)) return true;
-  parts_.state.dialogs->MessageBox(parts_.Text(text, {TaskName(parts_, task)}), message_box::kOkInformation,
-                                   parts_.state.title);
+  parts_.state.dialogs->MessageBox(parts_.Text(text, {NameInSentence(parts_, task)}),
+                                   message_box::kOkInformation, parts_.state.title);
   return false;
 }
 
@@ -261,12 +292,13 @@ void TaskListWindow::Duplicate() {
 void TaskListWindow::Delete() {
   const auto task = Selected();
   if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
-  const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
-                                 "button.no"};
+  const WarningQuestion question{parts_.Text("list.deleteQuestion", {NameInSentence(parts_, *task)}),
+                                 "button.yes", "button.no"};
   if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
   const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();
   if (!Guarded([&] { parts_.storage.Delete(task->id); })) return;
   Reload();
+  FocusList();
   table_->selectRow(std::min(shown_row, shown_->rowCount() - 1));
   UpdateState();
 }
@@ -303,7 +335,8 @@ void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
   connect(window, &QDialog::finished, this, [this, window](int result) {
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
-    table_->setFocus();
+    activateWindow();  // also where a question was closed together with the wizard
+    FocusList();
   });
   if (!window->Start(page)) {
     delete window;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "app_parts.h"
 #include "task_table_model.h"
@@ -42,6 +43,7 @@ class TaskListWindow final : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildFilter();
@@ -57,6 +59,7 @@ class TaskListWindow final : public QWidget {
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();
+  void FocusList();
   void SelectTask(std::int64_t id);
   void UpdateState();
 
@@ -68,6 +71,8 @@ class TaskListWindow final : public QWidget {
   QLabel *hint_ = nullptr, *count_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
   QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
+  std::set<int> set_by_hand_;  // columns
+  bool fitting_ = false;       // the columns, to what they show
   WizardWindow* wizard_ = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include "users_dialog.h"
 
+#include <plovix/standalone/model/text_limits.h>
+
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -11,6 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "entry_rules.h"
 #include "qt_text.h"
 #include "user_text.h"
 
@@ -74,7 +77,8 @@ UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string
   Rows()->addLayout(columns, 1);
   Rows()->addWidget(save_problem_);
   AddOkAndCancel();
-  for (const Line& line : lines_) list_->addItem(UserText(Texts(), line.user));
+  for (const Line& line : lines_)
+    list_->addItem(qt::Shortened(UserText(Texts(), line.user), qt::kLongestShown));
   const auto own = std::ranges::find(lines_, session_user_, [](const Line& line) { return line.user.id; });
   list_->setCurrentRow(own == lines_.end() ? 0 : static_cast<int>(own - lines_.begin()));
 }
@@ -103,7 +107,7 @@ QWidget* UsersDialog::BuildFields() {
   form->setContentsMargins({});
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   const auto add = [&](std::string_view key, QLineEdit* field, QLayout* content) {
-    auto* label = new QLabel(Text(key));
+    QLabel* label = qt::NewLabel(Text(key));
     label->setBuddy(field);
     field->setAccessibleName(Caption(key));
     form->addRow(label, content);
@@ -197,8 +201,9 @@ void UsersDialog::Edited() {
     // Under an administrator's checks stand the rights that they had before and will have after.
     if (rights_.at(i)->isEnabled()) line.user.*kRights.at(i).granted = rights_.at(i)->isChecked();
   }
-  list_->currentItem()->setText(line.user.id.empty() ? Text("user.new") : UserText(Texts(), line.user));
-  TellProblem(*id_problem_, *id_, line.user.id.empty() ? QString() : IdProblem(list_->currentRow()));
+  list_->currentItem()->setText(qt::Shortened(
+      line.user.id.empty() ? Text("user.new") : UserText(Texts(), line.user), qt::kLongestShown));
+  TellProblem(*id_problem_, *id_, line.user.id.empty() ? QString() : UserProblem(list_->currentRow()));
 }
 
 void UsersDialog::AdministratorClicked(bool checked) {
@@ -209,16 +214,24 @@ void UsersDialog::AdministratorClicked(bool checked) {
   ShowRights();
 }
 
-QString UsersDialog::IdProblem(int row) const {
-  const std::string& id = lines_.at(static_cast<std::size_t>(row)).user.id;
+QString UsersDialog::UserProblem(int row) const {
+  const UserRecord& user = lines_.at(static_cast<std::size_t>(row)).user;
+  const std::string& id = user.id;
   if (id.empty()) return Text("user.problem.id");
   const auto same = std::ranges::count(lines_, id, [](const Line& line) { return line.user.id; });
-  return same > 1 ? Text("user.problem.taken") : QString();
+  if (same > 1) return Text("user.problem.taken");
+  std::vector<std::string> names{id, user.name};
+  names.insert(names.end(), user.groups.begin(), user.groups.end());
+  for (const std::string& name : names) {
+    const std::string problem = LengthProblem(name, kLongestName, Texts());
+    if (!problem.empty()) return ToQt(problem);
+  }
+  return {};
 }
 
 void UsersDialog::accept() {
   for (int row = static_cast<int>(lines_.size()) - 1; row >= 0; --row) {  // new users come last
-    const QString problem = IdProblem(row);
+    const QString problem = UserProblem(row);
     if (problem.isEmpty()) continue;
     list_->setCurrentRow(row);
     TellProblem(*id_problem_, *id_, problem);

@@ -44,7 +44,7 @@ class UsersDialog final : public EditorDialog {
   [[nodiscard]] Line& Current();
   [[nodiscard]] bool IsLastAdministrator() const;
   // Why the id of a row cannot stay; nothing when it can.
-  [[nodiscard]] QString IdProblem(int row) const;
+  [[nodiscard]] QString UserProblem(int row) const;
 
   HostTables& tables_;
   std::string session_user_;

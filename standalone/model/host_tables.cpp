@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "text_limits.h"
+
 namespace plovix {
 namespace {
 
@@ -30,6 +32,11 @@ std::vector<UserRecord> CheckedUsers(std::vector<UserRecord> users) {
   const auto twice = std::ranges::adjacent_find(users, {}, &UserRecord::id);
   if (twice != users.end()) Refuse("There are two users with the id \"" + twice->id + "\"");
   if (!users.empty() && users.front().id.empty()) Refuse("A user needs an id");
+  for (const UserRecord& user : users) {
+    CheckLength("The id of a user", user.id, kLongestName);
+    CheckLength("The name of a user", user.name, kLongestName);
+    for (const std::string& group : user.groups) CheckLength("The name of a group", group, kLongestName);
+  }
   if (std::ranges::none_of(users, &UserRecord::administrator)) {
     Refuse("One user at least must be an administrator");
   }
@@ -38,6 +45,9 @@ std::vector<UserRecord> CheckedUsers(std::vector<UserRecord> users) {
 
 void CheckTag(const TagRecord& tag) {
   if (tag.tag.empty()) Refuse("A language tag cannot be empty");
+  CheckLength("The language tag", tag.tag, kLongestName);
+  for (const auto& [language, text] : tag.texts)
+    CheckLength("The text of the language tag", text, kLongestText);
 }
 
 std::vector<TagRecord> MemoryHostTables::Tags() {

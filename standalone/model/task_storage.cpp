@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "text_limits.h"
+
 namespace plovix {
 
 std::optional<TaskRecord> MemoryStorage::Load(std::int64_t id) {
@@ -11,6 +13,7 @@ std::optional<TaskRecord> MemoryStorage::Load(std::int64_t id) {
 }
 
 TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
+  CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
   ++saved.version;

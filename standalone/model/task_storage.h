@@ -27,7 +27,8 @@ class TaskStorage {
   /// Nothing when there is no task of that id.
   [[nodiscard]] virtual std::optional<TaskRecord> Load(std::int64_t id) = 0;
   /// Stores a new task (id 0) or a new version of a stored one, all or nothing, and gives it back with
-  /// its id, version and time of change. When it returns, the task is on the disk.
+  /// its id, version and time of change. When it returns, the task is on the disk. Fails with 5 when a text
+  /// is longer than text_limits.h says.
   virtual TaskRecord Save(const TaskRecord& task, DateTime now) = 0;
   /// Deleting a task that is gone already is no failure.
   virtual void Delete(std::int64_t id) = 0;

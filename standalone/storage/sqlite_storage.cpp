@@ -1,5 +1,6 @@
 #include "sqlite_storage.h"
 
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/sqlite/sql_rows.h>
 
 #include <span>
@@ -218,6 +219,7 @@ std::optional<TaskRecord> SqliteStorage::Load(std::int64_t id) {
 }
 
 TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
+  CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
   ++saved.version;

@@ -8,8 +8,11 @@
 #include <plovix/standalone/app/users_dialog.h>
 #include <plovix/standalone/model/task_access.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -173,7 +176,17 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
   Type("carla\n");
   EXPECT_THAT(Told(), HasSubstr("no user or group \"carla\""));
   Find<QLineEdit>()->clear();
-  Type("group stock\n");
+  // Enter takes the only suggestion; of several it highlights the first.
+  Type("sto\n");
+  Type("n");
+  for (const bool taken : {false, true}) {
+    QTest::keyClick(Find<QComboBox>()->completer()->popup(), Qt::Key_Return);
+    EXPECT_EQ(dialog.Permissions().size(), taken ? 2U : 1U);
+  }
+  Find<QTableWidget>()->setCurrentCell(1, 1);
+  Find<QTableWidget>()->setFocus();
+  Key(Qt::Key_Delete);
+  Mnemonic(Qt::Key_U);
   Type("ben\n");
   Find<QTableWidget>()->setFocus();
   Key(Qt::Key_Space);
