@@ -37,8 +37,9 @@ EditorArea::EditorArea() : rows_(nullptr) {
 
 QSize EditorArea::sizeHint() const {
   const QSize wanted = rows_->totalSizeHint();
-  return {wanted.width(),
-          rows_->hasHeightForWidth() ? rows_->totalHeightForWidth(wanted.width()) : wanted.height()};
+  const int height =
+      rows_->hasHeightForWidth() ? rows_->totalHeightForWidth(wanted.width()) : wanted.height();
+  return {wanted.width(), std::max(height, widget()->heightForWidth(wanted.width()))};
 }
 
 QSize EditorArea::minimumSizeHint() const {

@@ -25,6 +25,9 @@ class QueryPreviewPanel final : public QWidget {
   // Shows no records but a host text.
   void ShowInstead(std::string_view text);
   [[nodiscard]] QWidget* TabStop() const;
+  // A longer sentence takes its room from the table; else a layout would take the height that the panel
+  // would like to have for the least that it needs.
+  [[nodiscard]] bool hasHeightForWidth() const override { return false; }
 
  private:
   void Show(const QueryPreview::Result& result);

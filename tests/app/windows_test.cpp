@@ -71,7 +71,8 @@ class WindowsTest : public ProgramTest {
     MemoryDataSource source;
     const DataObjectRecord object{"o", name, "id"};
     source.entries = {{object, {{name, FieldType::kReal}}}};
-    QueryBuilderDialog builder(state_.texts, source, object, "SELECT * FROM o WHERE 1", {}, nullptr);
+    QueryBuilderDialog builder(state_.texts, source, object, "SELECT * FROM o WHERE 1", FromQt(Path()),
+                               nullptr);
     look(builder, "builder");
     for (const std::string& identifier : registry_.Identifiers()) {
       task.recurrence = RecurrenceRecord{};
@@ -134,6 +135,13 @@ TEST_F(WindowsTest, NoWindowNeedsMoreThanASmallScreen) {
       window.show();
       EXPECT_TRUE(window.screen()->availableGeometry().size().boundedTo(window.size()) == window.size())
           << which << " " << window.width() << " x " << window.height();
+      window.resize(room);
+      QCoreApplication::processEvents();
+      for (const QWidget* part : window.findChildren<QWidget*>()) {
+        if (!part->isVisible() || part->layout() == nullptr) continue;
+        EXPECT_GE(part->height(), part->layout()->totalMinimumSize().height())
+            << code << " " << which << ": what stands in it is painted over each other";
+      }
     });
   }
 }
