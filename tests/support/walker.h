@@ -141,7 +141,7 @@ class Walker {
   }
   std::string AnyText() {
     static const std::vector<std::string> texts = [] {
-      std::vector<std::string> all{std::string(400, '9'), std::string(3000, 'x')};
+      std::vector<std::string> all{std::string(400, '9'), std::string(900, 'x')};
       std::istringstream pieces(
           "| "
           "|1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
