@@ -22,7 +22,7 @@ class Tables {
   std::unique_ptr<HostTables> tables_ = std::make_unique<MemoryHostTables>();
 };
 
-const std::string kOddTexts[] = {"it's \"x\""s, "a\0b"s, "\xFF\xC3\xD7\xA9 "s,     " \r\n"s, "[]"s, "12"s,
+const std::string kOddTexts[] = {"it's \"x\""s, "a\0b"s, "\xFF\xC3\xD7\xA9 "s,   " \r\n"s, "[]"s, "12"s,
                                  "a"s,          "A"s,    std::string(1'000, 'x')};
 
 TEST(HostTables, KeepUsersAndTagsOfAnyText) {
