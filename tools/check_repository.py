@@ -4,6 +4,8 @@
     tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
 
 - a language table is JSON, and no number is given twice;
+- a French text breaks no line before a colon and its like, inside quotation marks, or between a number and its
+  unit, and groups the digits of a long number: a no-break space is there;
 - the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
   installed;
 - no source reaches another room by a path of its own instead of through the room's target;
@@ -23,6 +25,22 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
 STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
 
 
+# What is to the left and to the right of a plain space, or of none, where French has a no-break space.
+FRENCH_UNITS = ("jours?|semaines?|mois|heures?|minutes?|secondes?|Mo|enregistrements?|niveaux|conditions?|"
+                "caractères?|chiffres?|janvier|février|mars|avril|mai|juin|juillet|août|septembre|octobre|"
+                "novembre|décembre")
+FRENCH_BREAK = re.compile(r"[\w}»)\]… ](?=[;?!»])|« |«(?=\S)(?!\u00a0)| :|[^\W\d]:(?=\s|$)|"
+                          rf"[\d}}] (?=(?:{FRENCH_UNITS})\b)|\d \d{{3}}\b|\d{{5}}")
+
+
+def french_problems(table):
+    for section in ("pages", "host"):
+        for key, text in table[section].items():
+            if found := FRENCH_BREAK.search(text):
+                place = text[max(found.start() - 10, 0):found.end() + 10]
+                yield f'{key}: a no-break space is missing in "{place}"'
+
+
 def each_once(pairs):
     keys = [key for key, _ in pairs]
     twice = sorted({key for key in keys if keys.count(key) > 1})
@@ -34,9 +52,12 @@ def each_once(pairs):
 def problems_in(name, text):
     if name.endswith(".json"):
         try:
-            json.loads(text, object_pairs_hook=each_once)
+            table = json.loads(text, object_pairs_hook=each_once)
         except ValueError as error:
             yield f"{name}: {error}"
+            return
+        if table.get("language") == "fr":
+            yield from (f"{name}: {problem}" for problem in french_problems(table))
         return
     header = Path(name).with_suffix(".h")
     first = INCLUDE.search(text)

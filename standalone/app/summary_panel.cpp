@@ -16,9 +16,9 @@
 namespace plovix::app {
 namespace {
 
-QString Paragraph(const QString& text) {
-  return QStringLiteral("<p style='margin-top:0;margin-bottom:4px'>") + text.toHtmlEscaped() +
-         QStringLiteral("</p>");
+QString Paragraph(const QString& text, const QString& style = {}) {
+  return QStringLiteral("<p style='margin-top:0;margin-bottom:4px;") + style + QStringLiteral("'>") +
+         text.toHtmlEscaped() + QStringLiteral("</p>");
 }
 
 QString Heading(const QString& text) {
@@ -55,15 +55,8 @@ std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std
   return recurrence;
 }
 
-// Whether the day that intervals are counted from decides on which days or at which times the task runs.
+// Whether the day that intervals are counted from decides on which days the task runs.
 bool StartMatters(const RecurrenceRecord& recurrence) {
-  constexpr std::int32_t kMinutesADay = 24 * 60;
-  constexpr std::int32_t kHoursADay = 24;
-  const auto divides = [&](std::int32_t day) {
-    return recurrence.interval == 0 || day % recurrence.interval == 0;
-  };
-  if (recurrence.time_kind == time_kind::kEveryNMinutes && !divides(kMinutesADay)) return true;
-  if (recurrence.time_kind == time_kind::kEveryNHours && !divides(kHoursADay)) return true;
   const auto* daily = std::get_if<DailyRecord>(&recurrence.pattern);
   const auto* weekly = std::get_if<WeeklyRecord>(&recurrence.pattern);
   const auto* monthly = std::get_if<MonthlyRecord>(&recurrence.pattern);
@@ -107,18 +100,21 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
 
 QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurrence,
                                    const TaskRecord& task) const {
-  const DateTime now = parts_.state.Now();
-  const auto start = ScheduleStart(task, now);
-  QString html = Paragraph(ToQt(ScheduleSentence(recurrence, start, parts_.state.texts, LocaleTime)));
-  if (!recurrence) return html;
-  const Schedule schedule(*recurrence, start);
-  const auto runs = NextRuns(schedule, parts_.zone, now, kRuns);
-  if (!runs.empty() && StartMatters(*recurrence))
+  const TextTable& texts = parts_.state.texts;
+  if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
+  const auto start = ScheduleStart(task, parts_.state.Now());
+  const Outlook outlook =
+      OutlookOf(*recurrence, start, parts_.zone, InstantOf(parts_.state, parts_.zone), kRuns);
+  const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
+  QString html;
+  if (words.warning) html += Paragraph(ToQt(*words.warning), QStringLiteral("font-weight:bold"));
+  html += Paragraph(ToQt(words.sentence));
+  if (words.note) html += Paragraph(ToQt(*words.note));
+  if (outlook.runs.empty()) return html;
+  if (!words.name_start && StartMatters(*recurrence))
     html += Paragraph(ToQt(parts_.Text("summary.start", {FromQt(DateText(start))})));
-  if (!runs.empty()) html += Heading(ToQt(parts_.Text("summary.nextRuns")));
-  for (const Run& run : runs) html += RunText(run);
-  // One that never ran says so in its sentence.
-  if (runs.empty() && schedule.Previous(now)) html += Paragraph(ToQt(parts_.Text("summary.noMoreRuns")));
+  html += Heading(ToQt(parts_.Text("summary.nextRuns")));
+  for (const Run& run : outlook.runs) html += RunText(run);
   return html;
 }
 

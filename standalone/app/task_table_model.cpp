@@ -23,10 +23,14 @@ void TaskTableModel::SetTasks(std::vector<TaskRecord> tasks) {
   beginResetModel();
   tasks_ = std::move(tasks);
   schedules_.clear();
+  const TextTable& texts = parts_.state.texts;
   const DateTime now = parts_.state.Now();
+  const auto instant = InstantOf(parts_.state, parts_.zone);
   for (const TaskRecord& task : tasks_) {
-    schedules_.push_back(
-        ScheduleSentence(ScheduleOf(task), ScheduleStart(task, now), parts_.state.texts, LocaleTime));
+    const auto recurrence = ScheduleOf(task);
+    const Outlook outlook =
+        recurrence ? OutlookOf(*recurrence, ScheduleStart(task, now), parts_.zone, instant) : Outlook{};
+    schedules_.push_back(OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts));
   }
   endResetModel();
 }

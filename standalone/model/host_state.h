@@ -47,6 +47,8 @@ struct HostState {
   bool language_tag_mode = false;       ///< HostApplication::LanguageTagMode
   std::optional<bool> marker_file;      ///< overrides the marker file's presence
   std::function<DateTime()> clock;      ///< local time; the machine's when empty
+  /// The clock's time less UTC: tells the two instants of a repeated time apart. Counts with `clock` only.
+  std::optional<std::chrono::seconds> clock_offset;
 
   /// What the clock says.
   [[nodiscard]] DateTime Now() const;

@@ -93,7 +93,9 @@ void SetRight(ScriptSession& session, const Words& words) {
 }
 
 void SetNow(ScriptSession& session, const Words& words) {
-  session.State().clock = [now = DateTimeFrom(words[0])] { return now; };
+  const auto [now, offset] = ClockTimeFrom(words[0]);
+  session.State().clock = [now = now] { return now; };
+  session.State().clock_offset = offset;
   session.SceneChanged();
 }
 

@@ -95,7 +95,7 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
   EXPECT_EQ(FocusName(), "txtDay");
   Key(Qt::Key_B, Qt::AltModifier);
   ASSERT_TRUE(QTest::qWaitFor([this] { return FocusName() == "optMonthly"; }));
-  EXPECT_THAT(summary(), AllOf(HasSubstr("Every month on day 31 or the last day of a shorter month, at "),
+  EXPECT_THAT(summary(), AllOf(HasSubstr("Every month on day 31, or on the last day of a month that has no day 31, at "),
                                HasSubstr("This month has no day 31; runs on its last day"),
                                testing::Not(HasSubstr("Counted from "))));  // every month counts from nowhere
   Key(Qt::Key_Up);

@@ -93,6 +93,8 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task set Recurrence.Pattern.Month.1 1", "only Recurrence.Pattern.Day takes an index"},
       {"task set ScheduleStart 2026-02-29", "\"2026-02-29\" is not a date such as"},
       {"task set ScheduleStart 2026-02-28T00:00:01", "\"2026-02-28T00:00:01\" is not a date"},
+      {"host now 2026-10-25T02:10:00+1",
+       "\"2026-10-25T02:10:00+1\" does not end in an offset such as +01:00"},
       {"runs 10001", "the number of runs is from 1 to 10000"},
       {"task load 7", "no task is stored under the id 7"},
       {"task action A 16 8 write-log text=x", "the setting file of write-log is missing or unfit"},
@@ -249,6 +251,15 @@ TEST(ScriptLanguage, PrintsTheNextRuns) {
         "runs 3\ntask set Recurrence.TimeKind 1\nruns 3",
         {R"({"sentence": "[schedule.none]", "runs": []})",
          R"({"sentence": "[schedule.incomplete]", "runs": []})"}}},
+      {"Europe/Paris",
+       {"in the second pass of a repeated hour, and seldom",
+        "host now 2026-10-25T02:10:00+01:00\ntask set Recurrence.TimeKind 1\ntask set Recurrence.Interval "
+        "30\n" +
+            daily +
+            "\ntask set Recurrence.TimeKind 2\ntask set Recurrence.Interval 1000\n"
+            "task set ScheduleStart 2026-01-19\ntask set Recurrence.Pattern YearlyPattern\nruns 1",
+        {R"({"sentence": "[schedule.daily.day.minutes:30]", "runs": [{"at": "2026-10-25T03:00:00+01:00"}]})",
+         R"({"runs": [{"at": "2037-01-01T00:00:00+01:00"}]})"}}},
       {"America/St_Johns",
        {"west of Greenwich",
         "host now 2026-01-05T10:00:00\n" + daily,
