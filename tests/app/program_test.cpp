@@ -95,9 +95,10 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
   EXPECT_EQ(FocusName(), "txtDay");
   Key(Qt::Key_B, Qt::AltModifier);
   ASSERT_TRUE(QTest::qWaitFor([this] { return FocusName() == "optMonthly"; }));
-  EXPECT_THAT(summary(), AllOf(HasSubstr("Every month on day 31, or on the last day of a month that has no day 31, at "),
-                               HasSubstr("This month has no day 31; runs on its last day"),
-                               testing::Not(HasSubstr("Counted from "))));  // every month counts from nowhere
+  EXPECT_THAT(summary(),
+              AllOf(HasSubstr("Every month on day 31, or on the last day of a month that has no day 31, at "),
+                    HasSubstr("This month has no day 31; runs on its last day"),
+                    testing::Not(HasSubstr("Counted from "))));  // every month counts from nowhere
   Key(Qt::Key_Up);
   Key(Qt::Key_Return);
   EXPECT_FALSE(WizardButton("next")->isEnabled()) << "no day of the week is checked";
@@ -113,11 +114,23 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
     Key(Qt::Key_Return);
   }
   WizardButton("finish")->click();
-  const auto* table = list_->findChild<QTableView*>("tasks");
-  EXPECT_THAT(FromQt(table->model()->index(0, TaskTableModel::kSchedule).data().toString()),
-              HasSubstr("Every month on day 31"));
-  const DateTime at = storage_->Load(1)->recurrence->execution_time;
+  const auto listed = [this] {
+    const auto* table = list_->findChild<QTableView*>("tasks");
+    return FromQt(table->model()->index(0, TaskTableModel::kSchedule).data().toString());
+  };
+  EXPECT_THAT(listed(), HasSubstr("Every month on day 31"));
+  TaskRecord stored = storage_->Load(1).value();
+  const DateTime at = stored.recurrence->execution_time;
   EXPECT_EQ(at - std::chrono::floor<std::chrono::days>(at), 21h);
+  stored.recurrence = RecurrenceRecord{3, time_kind::kEveryNHours, 1000, kZeroDate, YearlyRecord{}};
+  storage_->Save(stored, state_.Now());
+  list_->Reload();
+  const auto warns =
+      testing::StartsWith("More than a year without a run: none between 27 February 2026 and ");
+  EXPECT_THAT(listed(), warns);
+  OpenWizard("edit");
+  EXPECT_THAT(summary(), HasSubstr("More than a year without a run"));
+  WizardButton("cancel")->click();
   ListButton("duplicate")->click();
   const TaskRecord copy = storage_->Load(2).value();
   EXPECT_FALSE(copy.allow_automation_manager || copy.recurrence || copy.schedule_start)
