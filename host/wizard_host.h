@@ -2,6 +2,8 @@
 /// The host's wizard object as a page sees it.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 namespace plovix {
 
 /// Implemented by the wizard, handed to a page with IWizardPage_Initialize and kept by it until

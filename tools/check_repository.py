@@ -8,6 +8,8 @@
   installed;
 - no source reaches another room by a path of its own instead of through the room's target;
 - a source includes the header of its name first, which shows that the header compiles alone;
+- no header of the product defines an object that a constructor makes or a destructor ends: each library and
+  program that shares it would make it, at a moment of its own, and compilers disagree on who does;
 - a comment that serves several declarations, between @{ and @}, ends before the next one begins.
 It also prints how much of the code is test code.
 """
@@ -20,7 +22,11 @@ COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "componen
 TEST_CODE = ("tests/", "fuzz/")
 NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
-STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
+STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_0-9/]+\.h>|"[a-z_0-9]+\.h"')
+
+# A variable outside functions, in a text without template arguments: at the line's beginning, or inline.
+VARIABLE = re.compile(r'^(?:(?:const|static|thread_local) |[ \t]*(?:static )?inline )[^(){};=]*[={;]', re.MULTILINE)
+MADE_BY_COMPILER = re.compile(r'\b(?:constexpr|constinit|namespace)\b(?!.*\bstd::(?:string|vector|map|set|function)\b)')
 
 
 def each_once(pairs):
@@ -29,6 +35,13 @@ def each_once(pairs):
     if twice:
         raise ValueError("given twice: " + ", ".join(twice))
     return dict(pairs)
+
+
+def objects_in(text):
+    plain, before = re.sub(r"//.*", "", text), None
+    while plain != before:
+        before, plain = plain, re.sub(r"<[^<>;{}]*>", "", plain)
+    return [found for found in VARIABLE.findall(plain) if not MADE_BY_COMPILER.search(found)]
 
 
 def problems_in(name, text):
@@ -42,6 +55,8 @@ def problems_in(name, text):
     first = INCLUDE.search(text)
     if name.endswith(".cpp") and header.exists() and (not first or first.group(1) != f'"{header.name}"'):
         yield f'{name}: its first include has to be "{header.name}"'
+    if name.endswith(".h") and not name.startswith(NOT_PRODUCT):
+        yield from (f"{name}: an object that a constructor makes: {found}" for found in objects_in(text))
     groups = "".join(re.findall(r"/// @([{}])", text))
     if groups.replace("{}", ""):
         yield f"{name}: @{{ and @}} do not take turns"

@@ -20,7 +20,7 @@ std::shared_ptr<PatternBase> AnyPatternPage::CurrentPattern() const {
   return Set(Set(Task)->Recurrence())->Pattern();
 }
 
-void AnyPatternPage::StorePattern(Statements& run, const std::string& key,
+void AnyPatternPage::StorePattern(Statements& run, const char* key,
                                   const std::shared_ptr<PatternBase>& pattern, std::source_location where) {
   run([&] { Set(Store)->SetItem(key, ObjectRef(pattern)); }, where);
   if (run.If([&] { return Set(Task)->Recurrence() != nullptr; }, where)) {

@@ -17,7 +17,7 @@ class AnyPatternPage : public NumericPage {
   // The task's current pattern object; nothing when it has none.
   [[nodiscard]] std::shared_ptr<PatternBase> CurrentPattern() const;
   // Puts the working object into the store and, where the task has a recurrence, makes it the task's pattern.
-  void StorePattern(Statements& run, const std::string& key, const std::shared_ptr<PatternBase>& pattern,
+  void StorePattern(Statements& run, const char* key, const std::shared_ptr<PatternBase>& pattern,
                     std::source_location where);
   // Appends the texts `first` to `last` to the list.
   static void AddTexts(Statements& run, ComboBox& list, int first, int last,
@@ -27,7 +27,7 @@ class AnyPatternPage : public NumericPage {
 };
 
 // PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: makes a fresh object.
-template <class PatternType, const std::string& kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
+template <class PatternType, const char* kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
 class PatternPage : public AnyPatternPage {
  public:
   using AnyPatternPage::AnyPatternPage;

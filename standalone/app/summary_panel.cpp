@@ -44,11 +44,11 @@ std::string_view RecordsKey(std::int16_t mode) {
 std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std::string, Value>& store) {
   auto recurrence = ScheduleOf(task);
   if (!recurrence) return recurrence;
-  const std::array keys{&store_key::kDailyRecurrence, &store_key::kWeeklyRecurrence,
-                        &store_key::kMonthlyRecurrence, &store_key::kYearlyRecurrence};
+  const std::array<const char*, 4> keys{store_key::kDailyRecurrence, store_key::kWeeklyRecurrence,
+                                        store_key::kMonthlyRecurrence, store_key::kYearlyRecurrence};
   const auto type = static_cast<std::size_t>(recurrence->recurrence_type);
   if (type >= keys.size() || type + 1 == recurrence->pattern.index()) return recurrence;
-  const auto entry = store.find(*keys.at(type));
+  const auto entry = store.find(keys.at(type));
   const auto* held = entry == store.end() ? nullptr : std::get_if<ObjectRef>(&entry->second);
   auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->get());
   recurrence->pattern = PatternValues(pattern).value_or(PatternRecord{});

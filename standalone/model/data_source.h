@@ -3,6 +3,8 @@
 /// fields. Implemented over a database file, and in memory for scripts and tests.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <optional>
 #include <string>
 #include <string_view>

@@ -3,6 +3,8 @@
 /// are JSON.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <string>
 #include <string_view>
 
