@@ -62,7 +62,7 @@ OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button,
 }
 
 void OptionButtonBinding::Draw() {
-  widget_->setText(LiteralCaption(Model().Caption()));
+  widget_->setText(MnemonicCaption(Model().Caption()));
   widget_->setChecked(Model().Selected());
   for (OptionButtonBinding* option : Shared().options) option->UpdateTabStop();
 }

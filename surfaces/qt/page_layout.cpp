@@ -216,7 +216,7 @@ void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
         binding.SetAccessibleName(around.isEmpty() ? before : around);
       } else if (control.GetKind() == Kind::kOptionButton) {
         // "every" alone says little, and more than one may begin so.
-        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : Text(control.Caption()));
+        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : caption);
       } else if (control.GetKind() == Kind::kCommandButton) {
         // "..." alone says nothing.
         const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;

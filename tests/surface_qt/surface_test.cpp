@@ -3,6 +3,8 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -294,6 +296,35 @@ TEST_F(PageTest, EverythingIsAnnounced) {
   QTest::qWait(0);
   EXPECT_EQ(events, (std::vector<std::string>{"lblLink_Click", "optB_Click"}));
   EXPECT_TRUE(access("optB")->state().checked);
+}
+
+// One rule for every kind: what the widget is given, and what is read of it.
+TEST_F(PageTest, CaptionsMarkTheirMnemonicOnce) {
+  Open();
+  const struct {
+    const char *caption, *given, *read;
+  } rows[] = {
+      {"R&&D", "R&&D", "R&D"},
+      {"Research & more&", "Research && more&&", "Research & more&"},
+      {"&All of R&&D", "&All of R&&D", "All of R&D"},
+      {"&&&All", "&&&All", "&All"},
+      {"&One &Two", "&One &&Two", "One &Two"},
+  };
+  for (const auto& row : rows) {
+    for (const char* name : {"chk", "optA", "cmd"}) {
+      Get(name).SetCaption(row.caption);
+      EXPECT_EQ(At<QAbstractButton>(name)->text(), row.given) << name;
+    }
+    for (const char* name : {"lblName", "lblTitle", "fra"}) Get(name).SetCaption(row.caption);
+    EXPECT_EQ(At<QGroupBox>("fra")->title(), row.given);
+    EXPECT_EQ(At<QLabel>("lblName")->text(), row.given);
+    EXPECT_EQ(At<QLabel>("lblTitle")->text(), row.read) << "names no field";
+    for (const char* name : {"chk", "fra", "lblName", "lblTitle"})
+      EXPECT_EQ(QAccessible::queryAccessibleInterface(At(name))->text(QAccessible::Name), row.read) << name;
+  }
+  window.activateWindow();
+  QTest::keyClick(&window, Qt::Key_R, Qt::AltModifier);
+  EXPECT_TRUE(Get<CheckBox>("chkInside").Checked());
 }
 
 TEST_F(PageTest, LinesBecomeRowsThatWrapAndScrollOnlyDown) {
