@@ -1,6 +1,7 @@
 #include "script_session.h"
 
 #include <plovix/component/entry_points.h>
+#include <plovix/controls/utf8.h>
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/category_rows.h>
 #include <plovix/standalone/model/velo_action_list.h>
@@ -99,7 +100,7 @@ void ScriptSession::SetEntry(const std::string& key, Value value) {
 void ScriptSession::Open(const std::string& identifier) {
   if (IsOpen()) throw LineError("the wizard is open already");
   if (!std::ranges::count(registry_.Identifiers(), identifier)) {
-    throw LineError("there is no page \"" + identifier + "\"");
+    throw LineError("there is no page " + Quoted(identifier));
   }
   task_ = Task();
   wizard_ = std::make_unique<VeloWiz>(WizardParts{state_, registry_, storage_, MakeControl}, task_, entries_);

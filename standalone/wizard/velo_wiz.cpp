@@ -1,5 +1,6 @@
 #include "velo_wiz.h"
 
+#include <plovix/controls/utf8.h>
 #include <plovix/framework/raised.h>
 #include <plovix/standalone/model/call_gate.h>
 
@@ -139,7 +140,7 @@ bool VeloWiz::Show(const std::string& identifier) {
   bool shown = false;
   do {
     current_ = {identifier, parts_.registry.Create(identifier)};
-    if (!current_.page) Tell("wizard.noPage", identifier);
+    if (!current_.page) Tell("wizard.noPage", Readable(identifier));
   } while (current_.page && Initialize(shown));
   if (!shown) {
     current_ = std::move(former);
