@@ -46,17 +46,21 @@ function(plovix_package component)
 endfunction()
 set(CPACK_COMPONENTS_ALL "")
 plovix_package(runtime NAME libplovix${PLOVIX_INTERFACE_VERSION} SECTION libs
-               TEXT "Pages in which a user creates or edits a stored job of an application, and plain host objects for them, without a toolkit.")
+               TEXT "Pages in which a user creates or edits a stored job of an
+application, and plain host objects for them, without a toolkit.")
 plovix_package(development NAME libplovix-dev SECTION libdevel
-               TEXT "Headers, static libraries and package files for applications that embed the pages. What draws them with Qt is in libplovix-qt-dev.")
+               TEXT "Headers, static libraries and package files for applications that embed
+the pages. What draws them with Qt is in libplovix-qt-dev.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS libicu-dev)  # for a static link
 if(PLOVIX_QT)
   plovix_package(runtime-qt NAME libplovix-qt${PLOVIX_INTERFACE_VERSION} SECTION libs TEXT "Draws the pages of libplovix as Qt 6 widgets.")
   plovix_package(development-qt NAME libplovix-qt-dev SECTION libdevel
-                 TEXT "Headers, static library and package files for applications that show the pages of libplovix as Qt 6 widgets.")
+                 TEXT "Headers, static library and package files for applications that show
+the pages of libplovix as Qt 6 widgets.")
   set(CPACK_DEBIAN_DEVELOPMENT-QT_PACKAGE_DEPENDS qt6-base-dev)
   plovix_package(program NAME plovix SECTION office
-                 TEXT "A list of stored jobs, and the wizard that creates and edits them: what records a job processes, when it runs and what it does.")
+                 TEXT "A list of stored jobs, and the wizard that creates and edits them: what
+records a job processes, when it runs and what it does.")
 endif()
 include(CPack)
 cpack_add_component(runtime)

@@ -157,15 +157,15 @@ check_debian_packages() {
       fail "$name does not say what depends on its libraries, or does not make them known"
   done
   [[ ${names[*]} == "$*" ]] || fail "other packages than $*: ${names[*]}"
-  lintian --allow-root --fail-on error --suppress-tags-from-file /dev/null "$debs"/*.deb || return
   apt-get --simulate install "$debs"/*.deb >"$outside/log" || { cat "$outside/log"; return 1; }
   [[ -e $system/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/libplovix.so.1 ]] ||
     fail "the libraries are not where those of this architecture are"
 }
 
-# What the Qt packages bring, and the others do not; the program starts.
+# What the Qt packages bring, and the others do not; what Debian's own check says of them all; the program starts.
 check_qt_packages() {
-  local debs=$outside/debs-release system=$outside/system-release
+  local debs=$outside/debs-release system=$outside/system-release deb
+  lintian --allow-root --fail-on error "$debs"/*.deb || return
   field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not ask for Qt"
   field "$debs"/libplovix-qt-dev_*.deb Depends | grep -q 'libplovix-dev.*qt6-base-dev\|qt6-base-dev.*libplovix-dev' ||
     fail "the package for Qt's developers lacks what it needs"
