@@ -10,7 +10,7 @@ source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
 need_packages "${packages_program[@]}" "${packages_tests[@]}" "${packages_package[@]}"
 outside=$(mktemp -d) || exit
 trap 'rm -rf -- "$outside"' EXIT
-export QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
+export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
 plain=$root/build/plain
 other_compiler=clang++-19
 

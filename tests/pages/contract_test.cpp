@@ -159,8 +159,7 @@ TEST(Flow, Table) {
 // The pattern pages end the wizard for a user who may not go on with language tags, and ask each time.
 TEST(Flow, LanguageTagsAndTheRightToGoOn) {
   using namespace page_identifier;
-  for (const std::string& page :
-       {kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence, kYearlyRecurrence}) {
+  for (const char* page : {kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence, kYearlyRecurrence}) {
     for (const bool tags : {false, true}) {
       Scene scene;
       TaskRecord task = CompleteTask(2);

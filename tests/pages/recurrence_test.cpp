@@ -227,7 +227,7 @@ TEST_F(SchedulePages, Weekly) {
 }
 
 TEST_F(SchedulePages, ListsAreFilledWithoutBeingCleared) {
-  for (const std::string& page : {kMonthlyRecurrence, kYearlyRecurrence}) {
+  for (const std::string page : {kMonthlyRecurrence, kYearlyRecurrence}) {
     Open(page);
     const auto& days = bench->Get<ComboBox>("cboDayOfWeek");
     EXPECT_EQ(days.ItemText(0) + days.ItemText(9), "[44][53]");
@@ -323,7 +323,7 @@ TEST_F(SchedulePages, BothListsOfMonthsShareOneMonth) {
   for (const DayChoice& outside :
        {DayChoice{false, 1, 5, 1}, DayChoice{false, 1, 0, 11}, DayChoice{false, 1, -1, 1},
         DayChoice{false, 1, 0, std::numeric_limits<std::int32_t>::min()}}) {
-    for (const std::string& page : {kMonthlyRecurrence, kYearlyRecurrence}) {
+    for (const std::string page : {kMonthlyRecurrence, kYearlyRecurrence}) {
       scene.dialogs.reports.clear();
       Open(page, page == kYearlyRecurrence ? Scheduled(YearlyRecord{1, outside})
                                            : Scheduled(MonthlyRecord{1, outside}));
