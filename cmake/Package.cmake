@@ -58,7 +58,7 @@ if(PLOVIX_QT)
                  TEXT "Headers, static library and package files for applications that show
 the pages of libplovix as Qt 6 widgets.")
   set(CPACK_DEBIAN_DEVELOPMENT-QT_PACKAGE_DEPENDS qt6-base-dev)
-  plovix_package(program NAME plovix SECTION office
+  plovix_package(program NAME plovix SECTION misc
                  TEXT "A list of stored jobs, and the wizard that creates and edits them: what
 records a job processes, when it runs and what it does.")
 endif()

@@ -125,8 +125,9 @@ check_embedding() {
 # refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header says what it needs, where a program's settings would make
 # another thing of it.
 refuses() {
-  c++ -std=c++20 "$3" -I "$1" -E -x c++ -include "$2" /dev/null 2>&1 >/dev/null | grep -q "#error.*$4" ||
-    fail "$2 takes $3"
+  local words
+  words=$(c++ -std=c++20 "$3" -I "$1" -E -x c++ -include "$2" /dev/null 2>&1 >/dev/null) && fail "$2 takes $3"
+  [[ $words == *"#error"*"$4"* ]] || fail "$2 does not say why it does not take $3: $words"
 }
 
 check_requirements() {
