@@ -5,6 +5,9 @@
 #include <plovix/standalone/model/action_kinds.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
+#include <string_view>
 
 namespace plovix {
 namespace {
@@ -26,17 +29,16 @@ void CheckDataObject(const std::string& name, DataSource* source, ImportReport& 
   }
 }
 
-bool Exists(const PermissionRecord& line, const std::vector<UserRecord>& users) {
-  return std::ranges::any_of(users, [&](const UserRecord& user) {
-    return line.is_group ? user.groups.contains(line.subject) : user.id == line.subject;
-  });
-}
-
 void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, ImportReport& report) {
   if (!task.permissions || users.empty()) return;
+  std::set<std::string_view> ids, groups;
+  for (const UserRecord& user : users) {
+    ids.insert(user.id);
+    groups.insert(user.groups.begin(), user.groups.end());
+  }
   PermissionSet kept;
   for (const PermissionRecord& line : *task.permissions) {
-    if (Exists(line, users)) {
+    if ((line.is_group ? groups : ids).contains(line.subject)) {
       kept.push_back(line);
     } else {
       report.push_back({line.is_group ? "exchange.note.group" : "exchange.note.user", {line.subject}});
@@ -74,11 +76,13 @@ void CheckSchedule(TaskRecord& task, bool automation_manager, ImportReport& repo
 
 void CheckTags(const std::vector<TagRecord>& tags, const std::vector<TagRecord>& here,
                ImportedTask& imported) {
+  std::map<std::string_view, const TagRecord*> known;
+  for (const TagRecord& tag : here) known.emplace(tag.tag, &tag);
   for (const TagRecord& tag : TagsUsed(imported.task, tags)) {
-    const auto found = std::ranges::find(here, tag.tag, &TagRecord::tag);
-    if (found == here.end()) {
+    const auto found = known.find(tag.tag);
+    if (found == known.end()) {
       imported.new_tags.push_back(tag);
-    } else if (*found != tag) {
+    } else if (*found->second != tag) {
       imported.report.push_back({"exchange.note.tag", {tag.tag}});
     }
   }

@@ -1,7 +1,6 @@
 #include "json_text.h"
 
 #include <charconv>
-#include <cstddef>
 
 namespace plovix {
 namespace {
@@ -85,6 +84,24 @@ bool IsPlainJsonText(std::string_view text) {
     text.remove_prefix(length);
   }
   return true;
+}
+
+bool NestsDeeper(std::string_view json, std::size_t levels) {
+  std::size_t open = 0;
+  bool in_text = false;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const char character = json[i];
+    if (character == '"') {
+      in_text = !in_text;
+    } else if (in_text) {
+      if (character == '\\') ++i;  // whatever it escapes ends no text
+    } else if (character == '[' || character == '{') {
+      if (++open > levels) return true;
+    } else if ((character == ']' || character == '}') && open > 0) {
+      --open;
+    }
+  }
+  return false;
 }
 
 }  // namespace plovix

@@ -37,7 +37,7 @@ FileState StateOf(const std::string& path) {
   if (stat(path.c_str(), &status) != 0) return {};
   const bool in_use = SizeOf(path + std::string(kLogSuffix)) != 0 ||
                       FileAt(path + std::string(kSharedMemorySuffix)) != FileId{} ||
-                      FileAt(path + "-journal") != FileId{};
+                      FileAt(path + std::string(kJournalSuffix)) != FileId{};
   return {.id = {status.st_dev, status.st_ino},
           .size = status.st_size,
           .modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec,
@@ -66,6 +66,13 @@ void CheckPath(const std::string& name, Access access, std::string_view what) {
   if (!MayUse(folder, X_OK)) refuse(failure_number::kPermissionDenied, "you may not look into the folder");
   if (writes && !MayUse(folder, W_OK)) {
     refuse(failure_number::kPermissionDenied, "you may not write into the folder, where changes are logged");
+  }
+  // SQLite would open it and wait for somebody at the other end of a pipe.
+  for (const std::string_view suffix : {kJournalSuffix, kLogSuffix, kSharedMemorySuffix}) {
+    const fs::file_status beside = fs::status(fs::path(path) += suffix, error);
+    if (fs::exists(beside) && !fs::is_regular_file(beside))
+      refuse(failure_number::kFileAccess,
+             "what stands beside it as " + std::string(suffix) + " is no ordinary file");
   }
   const fs::file_status status = fs::status(path, error);
   if (!fs::exists(status)) {

@@ -13,7 +13,9 @@ namespace plovix {
 
 enum class Access { kReadOnly, kReadWrite };
 
-// SQLite keeps the log of a file, and the memory in which programs share the log's index, beside it.
+// SQLite keeps what a change is to be undone by, the log of a file, and the memory in which programs share
+// the log's index, beside it.
+inline constexpr std::string_view kJournalSuffix = "-journal";
 inline constexpr std::string_view kLogSuffix = "-wal";
 inline constexpr std::string_view kSharedMemorySuffix = "-shm";
 

@@ -98,6 +98,7 @@ TEST(Languages, AreChosenByTheUsersPreference) {
 TEST(Languages, SayWhatIsWrongWithAFile) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"{", "parse error"},
+      {R"({"a]]\"":)" + std::string(1'000'000, '['), "nested deeper than 16 levels"},
       {R"({"language":"x"})", "name"},
       {R"({"language":"x","name":"X","direction":"up","pages":{},"host":{}})", "direction"},
       {R"({"language":"x","name":"X","direction":"rtl","pages":{"a4":"t"},"host":{}})", "a4"},
