@@ -234,6 +234,9 @@ void CheckButtons(Examination& exam) {
     ride.Click(1);
     return !ride.Enabled(kNext) && ride.Enabled(kFinish);
   });
+}
+
+void CheckWay(Examination& exam) {
   exam.Check("Next leads where it did before the user's last choice: another page would be shown", [&] {
     Ride ride(exam);
     ride.script->next[kFirst] = kFirst;
@@ -327,7 +330,7 @@ Findings CheckWizard(const HostUnderTest& host) {
   exam.About("Wizard", [&] {
     (void)Needed(host.open_wizard, "open_wizard");
     for (const auto check :
-         {CheckPages, CheckLifetimes, CheckButtons, CheckLeaving, CheckStoring, CheckTrouble})
+         {CheckPages, CheckLifetimes, CheckButtons, CheckWay, CheckLeaving, CheckStoring, CheckTrouble})
       check(exam);
   });
   return exam.findings;
