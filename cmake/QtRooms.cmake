@@ -1,14 +1,9 @@
-# The Qt surface and the rooms of the stand-alone host that need Qt or JSON. A room appears with its
-# first source file.
-function(plovix_globbed_room room)
-  file(GLOB sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/${room} ${CMAKE_SOURCE_DIR}/${room}/*.cpp)
-  list(REMOVE_ITEM sources main.cpp)
-  plovix_room(${room} SOURCES ${sources} ${ARGN})
-endfunction()
+# The stand-alone program and the rooms of its host that need Qt or a database.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+find_package(SQLite3 3.40 REQUIRED)
 
-plovix_globbed_room(surfaces/qt LINKS controls designs LIBRARIES Qt6::Widgets)
 plovix_globbed_room(standalone/schedule LINKS standalone/model LIBRARIES Qt6::Core)
-plovix_globbed_room(standalone/sqlite LINKS controls standalone/model LIBRARIES SQLite::SQLite3)
+plovix_globbed_room(standalone/sqlite LINKS controls standalone/model standalone/query LIBRARIES SQLite::SQLite3)
 plovix_globbed_room(standalone/data LINKS standalone/sqlite standalone/query LIBRARIES Qt6::Core)
 plovix_globbed_room(standalone/storage LINKS standalone/model standalone/sqlite LIBRARIES Qt6::Core nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/script LINKS standalone/wizard standalone/language standalone/schedule standalone/storage

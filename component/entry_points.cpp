@@ -1,5 +1,6 @@
 #include "entry_points.h"
 
+#include <plovix/controls/utf8.h>
 #include <plovix/framework/in_use.h>
 
 #include <algorithm>
@@ -88,7 +89,7 @@ EntryResult plovix_register(std::uint32_t interface_version, plovix::PageRegistr
     plovix::RequirePointer(registry, "registry");
     for (const plovix::PageMaker& maker : plovix::PageMakers()) {
       plovix::Require(!registry->Find(maker.identifier), EntryResult::kAlreadyRegistered,
-                      "A page is already registered as " + maker.identifier);
+                      "A page is already registered as " + plovix::Quoted(maker.identifier));
     }
     plovix::PageRegistry extended = *registry;
     for (const plovix::PageMaker& maker : plovix::PageMakers()) {
@@ -122,7 +123,7 @@ EntryResult plovix_class_factory(std::uint32_t interface_version, const char* id
     const auto maker =
         std::ranges::find(makers, std::string_view(identifier), &plovix::PageMaker::identifier);
     plovix::Require(maker != makers.end(), EntryResult::kUnknownIdentifier,
-                    std::string("No page of Plovix has the identifier ") + identifier);
+                    "No page of Plovix has the identifier " + plovix::Quoted(identifier));
     *factory = plovix::MakeInUse<plovix::Factory>(*maker);
   });
 }

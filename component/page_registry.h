@@ -3,6 +3,7 @@
 /// their pages into it, this one through plovix_register().
 #pragma once
 
+#include <plovix/controls/utf8.h>
 #include <plovix/framework/wizard_page.h>
 
 #include <map>
@@ -33,7 +34,7 @@ class PageRegistry {
     if (!factory) throw Failure(failure_number::kInvalidCall, "No page factory was given");
     const std::string& identifier = factory->Identifier();
     if (factories_.contains(identifier)) {
-      throw Failure(failure_number::kKeyInUse, "A page is already registered as " + identifier);
+      throw Failure(failure_number::kKeyInUse, "A page is already registered as " + Quoted(identifier));
     }
     factories_.emplace(identifier, std::move(factory));
   }

@@ -174,6 +174,13 @@ void CheckControl(Examination& exam) {
     edited->Remove(1);
     return actions->Count() == 2;
   });
+  exam.Check("Editing changes the list that was loaded: edits would stay though the user cancels", [&] {
+    const auto& remove = Needed(exam.host.remove_action, "remove_action");
+    const auto actions = exam.Actions({1, 8});
+    control->Load(actions);
+    remove(*control);
+    return actions->Count() == 2 && Given(control->Actions(), "Actions")->Count() == 1;
+  });
   exam.Check("The control does not ask the handler given last: actions for other data would be offered", [&] {
     const auto& ask = Needed(exam.host.ask_context, "ask_context");
     std::string asked;

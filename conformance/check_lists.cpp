@@ -182,6 +182,20 @@ void CheckCategoryList(Examination& exam) {
   });
 }
 
+void CheckFactory(Examination& exam) {
+  exam.Check("The factory gives an object again: what is put into one would be in another one, too", [&] {
+    const auto fresh = [&](const char* name, auto make) {
+      exam.detail = name;
+      return exam.New(make) != exam.New(make);
+    };
+    return fresh("NewActionList", &Factory::NewActionList) &&
+           fresh("NewCategoryList", &Factory::NewCategoryList) &&
+           fresh("NewTextCollection", &Factory::NewTextCollection) &&
+           fresh("NewCategory", &Factory::NewCategory) && fresh("NewRecurrence", &Factory::NewRecurrence) &&
+           fresh("NewQueryDefinition", &Factory::NewQueryDefinition);
+  });
+}
+
 void CheckTexts(Examination& exam) {
   const auto texts = exam.New(&Factory::NewTextCollection);
   exam.Check("Item is not in the order of Add from 1 on, with 9 outside: other tags would be offered", [&] {
@@ -209,6 +223,7 @@ void CheckLists(Examination& exam) {
   exam.About("WeeklyPattern", [&] { CheckWeekly(exam); });
   exam.About("ActionList", [&] { CheckActionList(exam); });
   exam.About("CategoryList", [&] { CheckCategoryList(exam); });
+  exam.About("ObjectFactory", [&] { CheckFactory(exam); });
   exam.About("TextCollection", [&] { CheckTexts(exam); });
 }
 

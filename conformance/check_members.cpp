@@ -130,6 +130,26 @@ bool KeepsOthers(Examination& exam, const Kind& kind) {
   return true;
 }
 
+// A task with every member set, stored and loaded again.
+bool Stores(Examination& exam, const Kind& kind) {
+  const auto& store = Needed(exam.host.store_task, "store_task");
+  const auto session = Given(exam.Application()->Session(), "Session");
+  const Value user = Given(session->CurrentUser(), "CurrentUser")->UserId();
+  // Whom a host does not know, it need not store as an owner.
+  const auto value = [&](const Member& member) {
+    return std::string_view(member.name) == "Owner" ? user : member.values[1];
+  };
+  const auto task = std::dynamic_pointer_cast<AutoTask>(kind.make());
+  for (const Member& member : kind.members) member.set(*task, value(member));
+  const auto stored = Given(store(task), "store_task");
+  for (const Member& member : kind.members) {
+    exam.detail = member.name;
+    if (member.get(*stored) != value(member)) return false;
+  }
+  exam.detail.clear();
+  return stored->IsExisting();
+}
+
 bool StartsUnset(const Kind& kind) {
   const auto first = kind.make();
   for (const Member& member : kind.members) member.set(*first, member.values[1]);
@@ -158,6 +178,11 @@ void CheckKind(Examination& exam, const Kind& kind) {
 
 void CheckMembers(Examination& exam) {
   for (const Kind& kind : Kinds(exam)) exam.About(kind.name, [&] { CheckKind(exam, kind); });
+  const Kind task = TaskKind(exam);
+  exam.About(task.name, [&] {
+    exam.Check("A stored task is loaded with other values, or as a new one: what was saved would be lost",
+               [&] { return Stores(exam, task); });
+  });
 }
 
 }  // namespace plovix::conformance

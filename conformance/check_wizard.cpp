@@ -1,5 +1,7 @@
 // Checks of a host's wizard: pages of the kit's own write down what the wizard does with them.
 #include <algorithm>
+#include <map>
+#include <vector>
 
 #include "examination.h"
 
@@ -8,18 +10,20 @@ namespace {
 
 const std::string kFirst = "Conformance.First";
 const std::string kSecond = "Conformance.Second";
+const std::string kThird = "Conformance.Third";
 constexpr ControlInfo kRows[] = {{"lblNext", Kind::kLabel, "Next"},
+                                 {"lblLast", Kind::kLabel, "Last"},
                                  {"slotActions", Kind::kHostSlot, "VeloDesignerCtrl.VeloActionList"}};
-constexpr std::string_view kLines[] = {"lblNext", "slotActions"};
+constexpr std::string_view kLines[] = {"lblNext", "lblLast", "slotActions"};
 
 class ProbePage;
 
 // What the pages of one wizard answer, and what they have seen.
 struct Script {
-  std::string next = kSecond;  // the first page's answer; the second one has none
+  std::map<std::string, std::string> next = {{kFirst, kSecond}};  // no other page answers
   bool may_leave = true;
   std::string fails;      // the operation that fails
-  std::string calls;      // "1Initialize 1Next 1Leave0 ..."
+  std::string calls;      // "1Initialize 1Show 1Leave0 ..."
   bool odd_next = false;  // GetNextPage was called with a text
   bool let_go = false;    // a page was dropped while its event procedure ran
   // All that were made; kept, so that no fault of a host ends in a crash.
@@ -28,8 +32,10 @@ struct Script {
 
 class ProbePage final : public WizardPage {
  public:
-  ProbePage(std::shared_ptr<Script> script, bool is_first)
-      : first(is_first), script_(std::move(script)), form_({"Probe", kRows, kLines}) {
+  ProbePage(std::shared_ptr<Script> script, std::string page_identifier)
+      : identifier(std::move(page_identifier)), script_(std::move(script)), form_({"Probe", kRows, kLines}) {
+    form_.OnShow([this] { Called("Show"); });
+    form_.At(1).On(Event::kClick, [this] { script_->next[identifier].clear(); });
     form_.At(0).On(Event::kClick, [this] {
       if (wizard) wizard->MoveNext();
       script_->let_go = script_->let_go || script_->pages.at(number - 1).use_count() == 1;
@@ -40,7 +46,7 @@ class ProbePage final : public WizardPage {
   void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> shared) override {
     wizard = std::move(host);
     store = std::move(shared);
-    control = dynamic_cast<HostSlot&>(form_.At(1)).Embedded();
+    control = dynamic_cast<HostSlot&>(form_.At(2)).Embedded();
     Called("Initialize");
     if (wizard) wizard->Refresh(true);
   }
@@ -52,7 +58,7 @@ class ProbePage final : public WizardPage {
   void IWizardPage_GetNextPage(std::string& next) override {
     script_->odd_next = script_->odd_next || !next.empty();
     if (script_->fails == "Next") throw Failure(failure_number::kObjectNotSet, "Next");
-    next = first ? script_->next : "";
+    next = script_->next[identifier];
   }
   bool IWizardPage_CanChangePage(ChangeDirection direction) override {
     Called("Leave" + std::to_string(static_cast<int>(direction)));
@@ -65,7 +71,7 @@ class ProbePage final : public WizardPage {
   void IWizardPage_GetMinimumSize(int&, int&) override {}
   Form& Controls() noexcept override { return form_; }
 
-  const bool first;
+  const std::string identifier;
   std::size_t number = 0;  // counted from 1, in the order of making
   std::shared_ptr<WizardHost> wizard;
   std::shared_ptr<ValueStore> store;
@@ -86,7 +92,7 @@ class ProbeFactory final : public PageFactory {
       : script_(std::move(script)), identifier_(std::move(identifier)) {}
   const std::string& Identifier() const noexcept override { return identifier_; }
   std::shared_ptr<WizardPage> CreatePage() override {
-    script_->pages.push_back(std::make_shared<ProbePage>(script_, identifier_ == kFirst));
+    script_->pages.push_back(std::make_shared<ProbePage>(script_, identifier_));
     script_->pages.back()->number = script_->pages.size();
     return script_->pages.back();
   }
@@ -101,7 +107,7 @@ class Ride {
  public:
   explicit Ride(const Examination& exam, const std::string& fails = "") {
     script->fails = fails;
-    for (const std::string& identifier : {kFirst, kSecond}) {
+    for (const std::string& identifier : {kFirst, kSecond, kThird}) {
       registry_.Add(std::make_shared<ProbeFactory>(script, identifier));
     }
     driver = Needed(exam.host.open_wizard, "open_wizard")(registry_, kFirst);
@@ -109,13 +115,25 @@ class Ride {
 
   void Press(ChangeDirection button) { driver.press(button); }
   [[nodiscard]] bool Enabled(ChangeDirection button) const { return driver.enabled(button); }
-  // Clicks on the label of the page, which calls MoveNext.
-  void Click() const { Needed(driver.click, "open_wizard's click")(Page().Controls().At(0)); }
+  // Clicks on a label of the page: the first one calls MoveNext; the second one is a choice after which
+  // nothing follows, and refreshes nothing.
+  void Click(std::size_t label = 0) const {
+    Needed(driver.click, "open_wizard's click")(Page().Controls().At(label));
+  }
   // The page made last.
   [[nodiscard]] ProbePage& Page() const {
     return *Given(script->pages.empty() ? nullptr : script->pages.back(), "open_wizard");
   }
   void Refresh(bool can_continue) const { Given(Page().wizard, "Initialize")->Refresh(can_continue); }
+  // In the store of the page; may be nothing.
+  [[nodiscard]] std::shared_ptr<AutoTask> Task() const {
+    return ObjectFrom<AutoTask>(Given(Page().store, "Initialize")->GetValue(store_key::kAutoTask, {}));
+  }
+  // What the first page answers from now on, as after a choice of the user's.
+  void Follow(const std::string& next) const {
+    script->next[kFirst] = next;
+    Refresh(true);
+  }
   [[nodiscard]] bool Saw(const std::string& call) const {
     return script->calls.find(call + ' ') != std::string::npos;
   }
@@ -149,13 +167,14 @@ void CheckPages(Examination& exam) {
   });
   exam.Check("The store does not hold the task as \"AutoTask\": every page would report failure 91", [&] {
     const Ride ride(exam);
-    return ObjectFrom<AutoTask>(Given(ride.Page().store, "Initialize")->GetValue(store_key::kAutoTask, {})) !=
-           nullptr;
+    return ride.Task() != nullptr;
   });
   exam.Check("Initialize comes before the action list is embedded: its page would report failure 91", [&] {
     const Ride ride(exam);
     return std::dynamic_pointer_cast<ActionListControl>(ride.Page().control) != nullptr;
   });
+  exam.Check("A page is not loaded once and then shown by User::Show: its lists would stay empty",
+             [&] { return Ride(exam).script->calls.starts_with("1Initialize 1Show "); });
 }
 
 void CheckLifetimes(Examination& exam) {
@@ -169,7 +188,7 @@ void CheckLifetimes(Examination& exam) {
     Ride ride(exam);
     ride.Press(kNext);
     ride.Press(kBack);
-    return ride.Saw("3Initialize") && !ride.script->calls.starts_with("1Initialize 1Initialize");
+    return ride.Saw("3Initialize");
   });
   exam.Check("A page that is left is not ended once, or is kept: the library could not be unloaded", [&] {
     Ride ride(exam);
@@ -191,28 +210,48 @@ void CheckLifetimes(Examination& exam) {
 }
 
 void CheckButtons(Examination& exam) {
-  exam.Check("Next does not follow Refresh: a user could leave a page without what it needs", [&] {
-    const Ride ride(exam);
-    const bool first = ride.Enabled(kNext);
-    ride.Refresh(false);
-    const bool second = ride.Enabled(kNext);
-    ride.Refresh(true);
-    return first && !second && ride.Enabled(kNext);
-  });
+  for (const auto& [button, next] : {std::pair(kNext, kSecond), std::pair(kFinish, std::string())}) {
+    const std::string name = button == kNext ? "Next" : "Finish";
+    exam.Check(name + " does not follow Refresh: a user could leave a page without what it needs", [&] {
+      const Ride ride(exam);
+      ride.Follow(next);
+      const bool first = ride.Enabled(button);
+      ride.Refresh(false);
+      const bool second = ride.Enabled(button);
+      ride.Refresh(true);
+      return first && !second && ride.Enabled(button);
+    });
+  }
   exam.Check("Refresh does not ask for the next page again: Next would lead to the former choice", [&] {
-    Ride ride(exam);
-    ride.script->next = "";
-    ride.Refresh(true);
+    const Ride ride(exam);
+    ride.Follow("");
     if (ride.Enabled(kNext) || !ride.Enabled(kFinish)) return false;
-    ride.script->next = kSecond;
-    ride.Refresh(true);
+    ride.Follow(kSecond);
     return ride.Enabled(kNext) && !ride.Enabled(kFinish);
   });
+  exam.Check("A verb does not ask for the next page again: Next would lead to the former choice", [&] {
+    const Ride ride(exam);
+    ride.Click(1);
+    return !ride.Enabled(kNext) && ride.Enabled(kFinish);
+  });
+}
+
+void CheckWay(Examination& exam) {
   exam.Check("Next leads where it did before the user's last choice: another page would be shown", [&] {
     Ride ride(exam);
-    ride.script->next = kFirst;
+    ride.script->next[kFirst] = kFirst;
     ride.Press(kNext);
-    return ride.script->pages.size() == 2 && ride.Page().first;
+    return ride.script->pages.size() == 2 && ride.Page().identifier == kFirst;
+  });
+  exam.Check("Back does not lead the way that the user came: another page, or none, would be shown", [&] {
+    Ride ride(exam);
+    ride.script->next[kSecond] = kThird;
+    std::vector<std::string> way;
+    for (const auto button : {kNext, kNext, kBack, kBack}) {
+      ride.Press(button);
+      way.push_back(ride.Page().identifier);
+    }
+    return way == std::vector{kSecond, kThird, kSecond, kFirst} && !ride.Enabled(kBack);
   });
 }
 
@@ -245,11 +284,34 @@ void CheckLeaving(Examination& exam) {
   });
 }
 
+void CheckStoring(Examination& exam) {
+  const auto adds = [&](ChangeDirection button) {
+    const auto& count = Needed(exam.host.count_tasks, "count_tasks");
+    const std::size_t before = count();
+    Ride ride(exam);
+    Given(ride.Task(), "AutoTask")->SetName("Entered");
+    ride.Follow("");
+    ride.Press(button);
+    ride.driver = {};
+    return count() - before;
+  };
+  exam.Check("Cancel stores the task: what the user gave up would run", [&] { return adds(kCancel) == 0; });
+  exam.Check("Finish does not store one task: what the user entered would be lost",
+             [&] { return adds(kFinish) == 1; });
+}
+
 void CheckTrouble(Examination& exam) {
   exam.Check("A page is dropped while its event procedure runs: a double click would crash", [&] {
     Ride ride(exam);
     ride.Click();
     return ride.script->pages.size() == 2 && !ride.script->let_go;
+  });
+  exam.Check("A page is shown that could not be loaded: what is missing would be saved as empty", [&] {
+    Needed(exam.host.answer_reports, "answer_reports")(ReportAction::kLeave);
+    Ride ride(exam);
+    ride.script->fails = "Initialize";
+    ride.Press(kNext);
+    return ride.Saw("2Initialize") && !ride.Saw("2Show") && !ride.Saw("1Terminate") && !ride.Enabled(kBack);
   });
   exam.Check("A failure of a page leaves the wizard, or moves it on: what was entered would be lost", [&] {
     Needed(exam.host.answer_reports, "answer_reports")(ReportAction::kLeave);
@@ -267,7 +329,8 @@ Findings CheckWizard(const HostUnderTest& host) {
   Examination exam(host);
   exam.About("Wizard", [&] {
     (void)Needed(host.open_wizard, "open_wizard");
-    for (const auto check : {CheckPages, CheckLifetimes, CheckButtons, CheckLeaving, CheckTrouble})
+    for (const auto check :
+         {CheckPages, CheckLifetimes, CheckButtons, CheckWay, CheckLeaving, CheckStoring, CheckTrouble})
       check(exam);
   });
   return exam.findings;

@@ -1,7 +1,7 @@
 #include "examination.h"
 
 #include <algorithm>
-#include <ostream>
+#include <iostream>
 
 #include "object_checks.h"
 
@@ -22,10 +22,17 @@ void Examination::Check(const std::string& sentence, const std::function<bool()>
   Judge(sentence, holds);
 }
 
+// At once: nobody knows whether the check comes to its end.
+void Examination::Announce(const std::string& check) const {
+  if (host.before_check) return host.before_check(check);
+  std::cerr << "checking " << check << std::endl;
+}
+
 void Examination::Judge(const std::string& sentence, const std::function<bool()>& holds) {
   Finding finding{about_, sentence, Verdict::kFailed, ""};
   detail.clear();
   try {
+    Announce(about_ + ": " + sentence);
     if (holds()) finding.verdict = Verdict::kPassed;
     finding.detail = std::exchange(detail, "");
   } catch (const Missing& missing) {

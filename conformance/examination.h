@@ -68,6 +68,7 @@ class Examination {
   std::string detail;  // a check that does not hold may say here what was wrong
 
  private:
+  void Announce(const std::string& check) const;
   void Judge(const std::string& sentence, const std::function<bool()>& holds);
   std::string about_;
 };

@@ -8,6 +8,7 @@
 #include <plovix/host/auto_task.h>
 #include <plovix/host/services.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -75,6 +76,18 @@ struct HostUnderTest {
   /// @}
   /// Makes the action-list control ask for its context, as it does when a user adds an action.
   std::function<void(ActionListControl& control)> ask_context;
+  /// Takes the first action out of the action-list control, as its user does.
+  std::function<void(ActionListControl& control)> remove_action;
+
+  /// Stores a task that was never stored, as Finish does, and gives it as it is loaded again. The walk over
+  /// the pages uses it, too, as far as it is there.
+  std::function<std::shared_ptr<AutoTask>(const std::shared_ptr<AutoTask>& task)> store_task;
+  /// Number of stored tasks.
+  std::function<std::size_t()> count_tasks;
+
+  /// Called with the name of each check before it is made; where empty, the name is written to standard
+  /// error, so that a host that crashes shows in which check.
+  std::function<void(const std::string& check)> before_check;
 };
 
 }  // namespace plovix::conformance

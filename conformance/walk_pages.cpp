@@ -62,8 +62,8 @@ class Company final : public HostApplication,
     (void)Report(failure.Number(), failure.Description(), "", "", procedure, 0);
   }
 
-  std::string told;  // to the user: nothing, as long as all is well
-  bool can_continue = false;
+  std::string told;          // to the user: nothing, as long as all is well
+  bool can_continue = true;  // until the page says otherwise
 
  private:
   std::shared_ptr<HostApplication> real_;
@@ -138,7 +138,7 @@ class Walk {
   Walk(Examination& exam, std::shared_ptr<Company> company)
       : exam_(exam), company_(std::move(company)), task_(exam.Task()), store_(NewStore()) {}
 
-  // Visits the pages in turn, and then each again from the task alone.
+  // Visits the pages in turn, and then each again from the task alone; once more as the host stored it.
   void Go(const Road& road) {
     for (std::size_t i = 0; i < road.size(); ++i) {
       const std::string next = i + 1 < road.size() ? "Plovix." + road[i + 1].page : "";
@@ -147,10 +147,17 @@ class Walk {
                   [&] { return Fill(road[i], next) && (company_->told.empty() || Say("")); });
       if (exam_.findings.back().verdict != Verdict::kPassed) return;
     }
-    for (const Stop& stop : road) {
-      exam_.Check(stop.page + " does not show again what was entered and saved",
-                  [&] { return Remembers(stop) && (company_->told.empty() || Say("")); });
-    }
+    const auto visit = [&](const std::string& what) {
+      for (const Stop& stop : road) {
+        exam_.Check(stop.page + " does not show again what was " + what,
+                    [&] { return Remembers(stop) && (company_->told.empty() || Say("")); });
+      }
+    };
+    visit("entered and saved");
+    const auto& store_task = exam_.host.store_task;
+    if (!store_task) return;
+    task_ = Given(store_task(task_), "store_task");
+    visit("stored");
   }
 
  private:
@@ -167,6 +174,7 @@ class Walk {
   [[nodiscard]] std::shared_ptr<WizardPage> Open(const std::string& name,
                                                  const std::shared_ptr<ValueStore>& store) {
     company_->told.clear();
+    company_->can_continue = true;
     std::shared_ptr<PageFactory> factory;
     (void)plovix_class_factory(kInterfaceVersion, ("Plovix." + name).c_str(), &factory, nullptr);
     auto page = Given(factory, "plovix_class_factory")->CreatePage();

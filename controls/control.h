@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "requirements.h"
+
 /// Wizard pages for automated tasks: the pages' contract, the controls they own, the interfaces that a host
 /// implements, and plain classes for hosts that need no storage of their own.
 namespace plovix {
@@ -126,8 +128,8 @@ class Control {
   [[nodiscard]] Form& Container() const noexcept { return form_; }
 
   /// @{
-  /// UTF-8; "&" before a letter makes it the mnemonic, "&&" stands for "&". Set by the translator and by
-  /// pages.
+  /// UTF-8; the first single "&" before a letter or digit makes that the mnemonic, "&&" stands for "&", any
+  /// other "&" for itself. Set by the translator and by pages.
   [[nodiscard]] const std::string& Caption() const noexcept { return caption_; }
   void SetCaption(std::string caption);
   /// @}

@@ -6,6 +6,8 @@
 #include <exception>
 #include <string>
 
+#include "requirements.h"
+
 namespace plovix {
 
 /// Numbers under which failures are reported to the host. A host may throw others of its own.

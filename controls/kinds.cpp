@@ -64,14 +64,16 @@ void CheckBox::Toggle(UserKey /*key*/) {
 
 void OptionButton::Select() {
   if (selected_) return;
-  for (OptionButton* sibling : Container().OptionButtons()) {
-    if (!sibling->selected_) continue;
-    sibling->selected_ = false;
-    sibling->Notify(Aspect::kValue);
-  }
+  for (OptionButton* sibling : Container().OptionButtons()) sibling->Deselect();
   selected_ = true;
   Notify(Aspect::kValue);
   Raise(Event::kClick);
+}
+
+void OptionButton::Deselect() {
+  if (!selected_) return;
+  selected_ = false;
+  Notify(Aspect::kValue);
 }
 
 void OptionButton::Choose(UserKey key) {

@@ -89,6 +89,7 @@ class OptionButton final : public Control {
   using Control::Control;
   [[nodiscard]] bool Selected() const noexcept { return selected_; }  ///< none, or one of the page's options
   void Select();                                                      ///< Without the focus.
+  void Deselect();  ///< Silently; none of the page's options is selected then.
 
   void Choose(UserKey key);       ///< Focus and selection.
   void DoubleClick(UserKey key);  ///< Raises DblClick.

@@ -1,8 +1,12 @@
 /// @file
-/// UTF-8 helpers shared by the controls and their surfaces.
+/// UTF-8 helpers shared by the controls, their surfaces and the host.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
+
+#include "requirements.h"
 
 namespace plovix {
 
@@ -14,5 +18,14 @@ namespace plovix {
   }
   return count;
 }
+
+/// Bytes of the well-formed character at the start of `text`; 0 when there is none.
+[[nodiscard]] std::size_t CharacterBytes(std::string_view text) noexcept;
+
+/// The text for a message: UTF-8 whatever bytes it holds. A byte that is no part of a well-formed character,
+/// and a control character, becomes U+FFFD.
+[[nodiscard]] std::string Readable(std::string_view text);
+/// The same between quotation marks.
+[[nodiscard]] std::string Quoted(std::string_view text);
 
 }  // namespace plovix

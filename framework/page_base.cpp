@@ -26,23 +26,32 @@ std::string PageBase::IWizardPage_Description() {
   return GetString(kDescriptionText);
 }
 
-void PageBase::Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+void PageBase::Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+  ended_ = false;
   Wizard = std::move(host);
   Store = std::move(store);
+  Task = nullptr;
+  for (OptionButton* option : Controls().OptionButtons()) option->Deselect();
+  for (std::size_t i = 0; i < Controls().Count(); ++i) unread_.Add(Controls().At(i));
 }
 
 void PageBase::TranslateCaptions() {
   Set(Application()->Translator())->TranslateControls(Controls(), kModule, kTranslateFlag);
 }
 
-// Dropping two references cannot fail, so the handler of this procedure never speaks.
 void PageBase::IWizardPage_Terminate() {
-  Keep(nullptr, nullptr);
+  const Working working(*this);
+  Wizard = nullptr;
+  ended_ = true;
+}
+
+void PageBase::WorkEnds() {
+  if (--working_ == 0 && ended_) Store = nullptr;
 }
 
 void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
   Procedure("IWizardPage_Initialize", [&](Statements& run) {
-    Keep(std::move(host), std::move(store));
+    Begin(std::move(host), std::move(store));
     run([&] { TranslateCaptions(); });
     Prepare();
     RefreshWizard();
@@ -66,10 +75,11 @@ bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
 
 Outcome CommonPage::RefreshWizard() {
   return Procedure("RefreshWizard", [&](Statements& run) {
-    if (!Wizard) return;
+    const auto wizard = Wizard;  // held: it may end the page
+    if (!wizard) return;
     std::optional<bool> flag;
     run([&] { flag = CanContinue(); });
-    if (flag) run([&] { Wizard->Refresh(*flag); });
+    if (flag) run([&] { wizard->Refresh(*flag); });
   });
 }
 

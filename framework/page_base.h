@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "statements.h"
+#include "unread.h"
 #include "wizard_page.h"
 
 namespace plovix {
@@ -23,7 +24,7 @@ class PageBase : public WizardPage {
 
   std::string IWizardPage_Title() final;
   std::string IWizardPage_Description() final;
-  void IWizardPage_Terminate() final;
+  void IWizardPage_Terminate() override;
   bool IWizardPage_BackEnabled() final { return false; }
   bool IWizardPage_CancelEnabled() final { return false; }
   bool IWizardPage_FinishEnabled() final { return false; }
@@ -31,13 +32,51 @@ class PageBase : public WizardPage {
   void IWizardPage_GetMinimumSize(int& /*width*/, int& /*height*/) final {}
 
  protected:
-  // Runs a named procedure with the page's error handler.
+  // Runs a named procedure with the page's error handler. A host may end the page from within any call of
+  // its own: the store stays in reach until the procedure has ended.
   template <class Body>
   Outcome Procedure(std::string_view name, Body&& body) {
+    const Working working(*this);
     return RunProcedure(PageName(), name, std::forward<Body>(body));
   }
-  // Keeps the references and re-captions the controls; lets failures through.
-  void Keep(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store);
+  // A procedure that answers: what `body` gives; false where a failure befell it, whatever became of that.
+  template <class Body>
+  bool Answer(std::string_view name, Body&& body) {
+    bool answer = false;
+    Procedure(name, [&](Statements& run) { answer = body(run) && run.Skipped() == 0; });
+    return answer;
+  }
+
+  // Loads a control, or a member that no control holds, as one statement of the calling procedure; false
+  // when it was skipped. Then, and where loading never came so far, Save leaves alone what is stored until
+  // the user has given another value.
+  template <class Thing, class Statement>
+  bool Load(Statements& run, const Thing& thing, Statement&& statement,
+            std::source_location where = std::source_location::current()) {
+    unread_.Add(thing);
+    if (!run(std::forward<Statement>(statement), where)) return false;
+    unread_.Remove(&thing);
+    return true;
+  }
+  // True when it was written.
+  template <class Thing, class Statement>
+  bool Save(Statements& run, const Thing& thing, Statement&& statement,
+            std::source_location where = std::source_location::current()) {
+    return !IsUnread(thing) && run(std::forward<Statement>(statement), where);
+  }
+  template <class Thing>
+  [[nodiscard]] bool IsUnread(const Thing& thing) const {
+    return unread_.Has(&thing);
+  }
+  template <class Thing>
+  void MarkUnread(const Thing& thing) {
+    unread_.Add(thing);
+  }
+
+  // What Initialize starts with, so that a page does not remember what it was before: keeps the references,
+  // has no task, selects no option and has read nothing.
+  void Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store);
+  // Re-captions the controls; lets failures through.
   void TranslateCaptions();
 
   // Text `id` of the pages' module.
@@ -53,7 +92,22 @@ class PageBase : public WizardPage {
   std::shared_ptr<AutoTask> Task;
 
  private:
+  class Working {
+   public:
+    explicit Working(PageBase& page) : page_(page) { ++page_.working_; }
+    ~Working() { page_.WorkEnds(); }
+    Working(const Working&) = delete;
+    Working& operator=(const Working&) = delete;
+
+   private:
+    PageBase& page_;
+  };
+  void WorkEnds();
+
   Form form_;
+  Unread unread_;
+  int working_ = 0;  // procedures being run, one within the other
+  bool ended_ = false;
 };
 
 // The lifecycle that every page but the first follows; a page overrides the private procedures.

@@ -3,22 +3,22 @@
 /// docs/page-flow.md.
 #pragma once
 
-#include <string>
+#include <plovix/controls/requirements.h>
 
-/// "Plovix." and the name of the page.
+/// "Plovix." and the name of the page. Plain characters: an object with a constructor would be made once by
+/// each library and program that shares it.
 namespace plovix::page_identifier {
 
-inline const std::string kAutoTaskType =
-    "Plovix.AutoTaskType";                             ///< what records it processes; the first page
-inline const std::string kDetails = "Plovix.Details";  ///< texts, data object, permissions
-inline const std::string kRecords = "Plovix.Records";  ///< which records a scheduled run processes
-inline const std::string kQuery = "Plovix.Query";      ///< what selects the records
-inline const std::string kActions = "Plovix.Actions";  ///< what the task does; the last page
-inline const std::string kRecurrencePattern = "Plovix.RecurrencePattern";  ///< the kind of pattern
-inline const std::string kDailyRecurrence = "Plovix.DailyRecurrence";      ///< every N days
-inline const std::string kWeeklyRecurrence = "Plovix.WeeklyRecurrence";    ///< every N weeks
-inline const std::string kMonthlyRecurrence = "Plovix.MonthlyRecurrence";  ///< every N months
-inline const std::string kYearlyRecurrence = "Plovix.YearlyRecurrence";    ///< every year
-inline const std::string kRecurrenceTime = "Plovix.RecurrenceTime";        ///< the time within a day
+inline constexpr char kAutoTaskType[] = "Plovix.AutoTaskType";  ///< what records it processes; the first page
+inline constexpr char kDetails[] = "Plovix.Details";            ///< texts, data object, permissions
+inline constexpr char kRecords[] = "Plovix.Records";            ///< which records a scheduled run processes
+inline constexpr char kQuery[] = "Plovix.Query";                ///< what selects the records
+inline constexpr char kActions[] = "Plovix.Actions";            ///< what the task does; the last page
+inline constexpr char kRecurrencePattern[] = "Plovix.RecurrencePattern";  ///< the kind of pattern
+inline constexpr char kDailyRecurrence[] = "Plovix.DailyRecurrence";      ///< every N days
+inline constexpr char kWeeklyRecurrence[] = "Plovix.WeeklyRecurrence";    ///< every N weeks
+inline constexpr char kMonthlyRecurrence[] = "Plovix.MonthlyRecurrence";  ///< every N months
+inline constexpr char kYearlyRecurrence[] = "Plovix.YearlyRecurrence";    ///< every year
+inline constexpr char kRecurrenceTime[] = "Plovix.RecurrenceTime";        ///< the time within a day
 
 }  // namespace plovix::page_identifier

@@ -7,6 +7,7 @@
 #include <optional>
 #include <source_location>
 #include <string_view>
+#include <type_traits>
 
 namespace plovix {
 
@@ -14,18 +15,20 @@ namespace plovix {
 enum class Outcome { kCompleted, kLeft };
 
 // Handed to a procedure's body. Calling it runs one statement; a failure goes to the host's error
-// reporter, whose answer runs the statement again, skips it, or leaves the procedure.
+// reporter, whose answer runs the statement again, skips it, or leaves the procedure. What a skipped
+// statement was to give is not known, and what is not known is not written.
 class Statements {
  public:
   Statements(std::string_view page, std::string_view procedure) : page_(page), procedure_(procedure) {}
 
+  // False when the statement was skipped.
   template <class Statement>
-  void operator()(Statement&& statement, std::source_location where = std::source_location::current()) {
+  bool operator()(Statement&& statement, std::source_location where = std::source_location::current()) {
     for (;;) {
       std::optional<Failure> failure;
       try {
         statement();
-        return;
+        return true;
       } catch (const Left&) {
         throw;
       } catch (...) {
@@ -33,16 +36,23 @@ class Statements {
       }
       if (WantsRetry(*failure, static_cast<int>(where.line()))) continue;
       ++skipped_;
-      return;
+      return false;
     }
   }
 
-  // Evaluates a condition as one statement; one that failed and was skipped counts as false.
+  // What `read` gives, as one statement; nothing when it was skipped.
+  template <class Expression>
+  [[nodiscard]] auto Read(Expression&& read, std::source_location where = std::source_location::current()) {
+    std::optional<std::decay_t<std::invoke_result_t<Expression&>>> value;
+    (*this)([&] { value = read(); }, where);
+    return value;
+  }
+
+  // Evaluates a condition as one statement; one that failed and was skipped counts as false. Only for
+  // conditions whose other side loses nothing; else Read.
   template <class Condition>
   [[nodiscard]] bool If(Condition&& condition, std::source_location where = std::source_location::current()) {
-    bool result = false;
-    (*this)([&] { result = condition(); }, where);
-    return result;
+    return Read(condition, where).value_or(false);
   }
 
   // How many statements were skipped so far, by the reporter's answer.

@@ -1,9 +1,11 @@
 // The category column: what is read from any text is written and read again as the same, by both of its
-// readers; and categories of any bytes come back.
+// readers; and categories of any bytes come back. And how deep JSON is nested.
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/json_text.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "fuzzer.h"
 
@@ -15,7 +17,19 @@ using Categories = std::vector<CategoryRecord>;
 void ComesBack(const Categories& categories) {
   const std::string column = EncodeCategories(categories);
   Require(column.empty() || nlohmann::json::accept(column));
-  Require(DecodeCategories(column) == categories);
+  Require(DecodeCategories(column) == (IsNoCategory(categories) ? Categories{} : categories));
+}
+
+// Lists and objects in each other as the parser counts them; nothing where the text is no JSON.
+std::optional<std::size_t> Levels(const std::string& text) {
+  using Json = nlohmann::json;
+  std::size_t most = 0;
+  const auto count = [&](int depth, Json::parse_event_t event, Json& /*value*/) {
+    if (event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start)
+      most = std::max(most, static_cast<std::size_t>(depth) + 1);
+    return true;
+  };
+  return Json::parse(text, count, false).is_discarded() ? std::nullopt : std::optional(most);
 }
 
 }  // namespace
@@ -31,6 +45,8 @@ void Try(std::string_view input) {
   Require(!is_array || text.find('\0') == text.npos);  // which the parser takes for the end
 
   Require(FromJsonText(ToJsonText(text)) == text);
+  if (const auto levels = Levels(text); levels && text.find('\0') == text.npos)
+    Require(!NestsDeeper(text, *levels) && (*levels == 0 || NestsDeeper(text, *levels - 1)));
   Require(nlohmann::json::accept('"' + text + '"') || !IsPlainJsonText(text));
   Categories any;
   for (std::string_view rest = input; !rest.empty();) {

@@ -25,8 +25,8 @@ class ActionListControl : public HostControl {
   virtual void Load(const std::shared_ptr<ActionList>& actions) = 0;
   /// The actions as edited: a list of their own, never nothing. Called whenever the page saves.
   [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
-  /// Replaces an earlier handler. It may be called while the page that gave it is the current one; a control
-  /// that lives on must drop it before the library of the pages is unloaded.
+  /// Replaces an earlier handler; an empty one takes it away, which the page does in its Terminate. It may be
+  /// called while the page that gave it is the current one.
   virtual void OnContextRequest(ContextRequest handler) = 0;
 };
 

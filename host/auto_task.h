@@ -44,7 +44,8 @@ class AutoTask : public HostObject {
   virtual void SetRecordMode(std::int16_t mode) = 0;
   /// @}
 
-  /// True when the task's texts are language tags rather than literal texts.
+  /// True when the task's texts are language tags rather than literal texts. The host decides when it makes
+  /// the task, by its LanguageTagMode, and keeps it with the task.
   [[nodiscard]] virtual bool UsesLanguageTags() = 0;
   /// @{
   /// The literal texts; used where the texts are not tags. By Details, like all up to SetSkipRowSelection.

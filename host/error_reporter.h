@@ -2,6 +2,8 @@
 /// Where every unexpected failure of a page goes.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>

@@ -30,35 +30,35 @@ class ValueStore : public HostObject {
   [[nodiscard]] virtual bool Exists(const std::string& key) = 0;
 };
 
-/// Keys used by the pages.
+/// Keys used by the pages; plain characters, as in framework/page_identifiers.h.
 namespace store_key {
 /// AutoTask: put there by the host before the first page; the only entry that every page needs.
-inline const std::string kAutoTask = "AutoTask";
+inline constexpr char kAutoTask[] = "AutoTask";
 /// DataObject, possibly nothing: written by Details, read by Actions.
-inline const std::string kDataObject = "DataObject";
+inline constexpr char kDataObject[] = "DataObject";
 /// DataObjectCollection, possibly nothing: by the host, or by the first page that has loaded it.
-inline const std::string kDataObjects = "DataObjects";
+inline constexpr char kDataObjects[] = "DataObjects";
 /// ObjectCollection: by the host, or by Actions.
-inline const std::string kDesignerObjects = "DesignerObjects";
+inline constexpr char kDesignerObjects[] = "DesignerObjects";
 /// @{
 /// DailyPattern and so on: the entries of each pattern page while the wizard runs, written by that page
 /// alone.
-inline const std::string kDailyRecurrence = "DailyRecurrence";
-inline const std::string kWeeklyRecurrence = "WeeklyRecurrence";
-inline const std::string kMonthlyRecurrence = "MonthlyRecurrence";
-inline const std::string kYearlyRecurrence = "YearlyRecurrence";
+inline constexpr char kDailyRecurrence[] = "DailyRecurrence";
+inline constexpr char kWeeklyRecurrence[] = "WeeklyRecurrence";
+inline constexpr char kMonthlyRecurrence[] = "MonthlyRecurrence";
+inline constexpr char kYearlyRecurrence[] = "YearlyRecurrence";
 /// @}
 /// bool, absent counts as true, by the host: whether tasks may be given to the automation manager.
-inline const std::string kAllowAutomationManager = "AllowAutomationManager";
+inline constexpr char kAllowAutomationManager[] = "AllowAutomationManager";
 /// bool, absent counts as false, by the host: the task is being imported; Details ends the wizard.
-inline const std::string kImporting = "Importing";
+inline constexpr char kImporting[] = "Importing";
 /// @{
 /// bool, absent counts as false, by the host: the user may create shared tasks, or personal ones.
-inline const std::string kCreateGroup = "CreateGroup";
-inline const std::string kCreatePersonal = "CreatePersonal";
+inline constexpr char kCreateGroup[] = "CreateGroup";
+inline constexpr char kCreatePersonal[] = "CreatePersonal";
 /// @}
 /// bool: what the user chose for a new task; by Details.
-inline const std::string kPersonalTask = "PersonalTask";
+inline constexpr char kPersonalTask[] = "PersonalTask";
 }  // namespace store_key
 
 }  // namespace plovix

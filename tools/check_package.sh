@@ -1,22 +1,37 @@
 #!/bin/bash
-# Checks the package as another project gets it: installs what was built, builds the examples and a project of
-# its own against that, with Qt and on a machine's worth of files without Qt, and looks into the Debian packages.
+# Checks the package as another project gets it: builds by the plain command line, installs what was built, builds the
+# examples and projects of its own against that, with Qt and on a machine's worth of files without Qt, by the libraries'
+# compiler and by another one, and from the sources; and looks into the Debian packages.
 #
-#   tools/check_package.sh              after builds of the release and standard presets
+#   tools/check_package.sh              builds the release preset and build/plain
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
-need_packages "${packages_program[@]}" "${packages_package[@]}"
+need_packages "${packages_program[@]}" "${packages_tests[@]}" "${packages_package[@]}"
 outside=$(mktemp -d) || exit
 trap 'rm -rf -- "$outside"' EXIT
-export QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
+export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
+plain=$root/build/plain
+other_compiler=clang++-19
+
+# The command line that knows no preset, but for warnings, which are errors here: a release without Qt. Its tests pass.
+build_plain() {
+  with_lock env CMAKE_GENERATOR=Ninja \
+    cmake -S "$root" -B "$plain" -DCMAKE_BUILD_TYPE=Release -DPLOVIX_QT=OFF -DPLOVIX_WERROR=ON || return
+  with_lock cmake --build "$plain" --parallel "$(nproc)" || return
+  ctest --test-dir "$plain" --output-on-failure --no-tests=error --parallel 2 >"$outside/log" || { cat "$outside/log"; return 1; }
+  say "plain release: $(grep 'tests passed' "$outside/log")"
+  cmake -S "$root" -B "$outside/untested" -DPLOVIX_QT=OFF -DBUILD_TESTING=OFF >/dev/null || return
+  [[ ! -e $outside/untested/tests ]] || fail "BUILD_TESTING=OFF is not honoured"
+}
+
 wanted="Nightly report: every 2 days, 1 action"
 
-# runs NAME PROGRAM: whether the headless host walks its road.
+# runs NAME PROGRAM: whether the headless host, or the guide's first wizard, walks its road.
 runs() {
   local output
   output=$("$2") || fail "$1 failed"
-  [[ $output == *"$wanted"* ]] || fail "$1 printed something else: $output"
+  [[ $output == *"$wanted"* || $output == "1 task: Say hello" ]] || fail "$1 printed something else: $output"
   say "$1 runs"
 }
 
@@ -39,8 +54,8 @@ check_prefix() {
   build_outside "$work/examples" "$prefix" -DEXAMPLES_QT=$qt \
     -DCMAKE_DISABLE_FIND_PACKAGE_Qt6="$([[ $qt == ON ]] || echo ON)"
   build_outside "$work/consumer" "$prefix" -DEXAMPLES="$work/examples" -DCOMPONENTS="$components"
-  runs "$name: shared libraries" "$work/examples/build/headless_host"
-  runs "$name: pages loaded at run time" "$work/examples/build/loading_host"
+  runs "$name: shared libraries" "$work/examples/build/plovix_headless_host"
+  runs "$name: pages loaded at run time" "$work/examples/build/plovix_loading_host"
   runs "$name: static libraries" "$work/consumer/build/static_host"
   for program in all_headers kit static_kit; do
     "$work/consumer/build/$program" >"$outside/log" || { cat "$outside/log"; fail "$name: $program does not run"; }
@@ -85,22 +100,79 @@ PROJECT
   cmake -S "$project" -B "$project/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >/dev/null
 }
 
-# What a Debian package depends on, and that the program in it starts.
+# The guide's first wizard by a compiler that did not build the libraries.
+check_other_compiler() {
+  local project=$outside/other
+  cp -r "$root/tests/consumer" "$project" || return
+  build_outside "$project" "$outside/plain" -DCOMPONENTS=Core -DFIRST_WIZARD="$outside/first_wizard.cpp" \
+    -DCMAKE_CXX_COMPILER="$other_compiler"
+  runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$project/build/first_wizard"
+}
+
+# Plovix in the build of another project, which gets the libraries, Qt's where it asks for them, and nothing more.
+check_embedding() {
+  local project=$outside/embedding
+  local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
+  cp -r "$root/tests/embedding" "$project" || return
+  cmake -S "$project" -B "$outside/fetched" "${settings[@]}" -DFETCH=ON -DPLOVIX_QT=ON >/dev/null || return
+  build_outside "$project" "" "${settings[@]}"
+  runs "by add_subdirectory" "$project/build/first_wizard"
+  runs "by add_subdirectory, static" "$project/build/static_wizard"
+  DESTDIR='' cmake --install "$project/build" --prefix "$outside/nothing" >/dev/null || return
+  [[ ! -e $outside/nothing ]] || fail "a project that contains Plovix installs it"
+}
+
+# refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header says what it needs, where a program's settings would make
+# another thing of it.
+refuses() {
+  local words
+  words=$(c++ -std=c++20 "$3" -I "$1" -E -x c++ -include "$2" /dev/null 2>&1 >/dev/null) && fail "$2 takes $3"
+  [[ $words == *"#error"*"$4"* ]] || fail "$2 does not say why it does not take $3: $words"
+}
+
+check_requirements() {
+  local include=$1 header
+  while read -r header; do
+    refuses "$include" "$header" -fno-rtti 'run-time type information'
+  done < <(cd "$include" && find plovix -name '*.h')
+  refuses "$include" plovix/host/value.h -D_GLIBCXX_DEBUG _GLIBCXX_DEBUG
+  refuses "$include" plovix/host/value.h -fno-exceptions exceptions
+  refuses "$include" plovix/host/value.h -std=c++17 'C++20'
+}
+
+# field DEB FIELD
+field() { dpkg-deb --field "$1" "$2"; }
+
+# check_debian_packages TREE NAME...: the packages of a tree are those, would install, and are as Debian wants them.
 check_debian_packages() {
-  local deb system=$outside/system name
-  cpack -G DEB --config "$root/build/release/CPackConfig.cmake" -B "$outside/debs" >/dev/null || return
-  for deb in "$outside"/debs/*.deb; do
-    name=$(dpkg-deb --field "$deb" Package)
-    say "$name: depends on $(dpkg-deb --field "$deb" Depends)"
+  local tree=$1 debs=$outside/debs-${1##*/} system=$outside/system-${1##*/} deb name names=()
+  shift
+  cpack -G DEB --config "$tree/CPackConfig.cmake" -B "$debs" >/dev/null || return
+  for deb in "$debs"/*.deb; do
+    name=$(field "$deb" Package)
+    names+=("$name")
+    say "$name: depends on $(field "$deb" Depends)"
     dpkg-deb --extract "$deb" "$system"
-    [[ -s $system/usr/share/doc/$name/copyright ]] || fail "$name has no licence"
-    [[ $name != libplovix*1 ]] || dpkg-deb --ctrl-tarfile "$deb" | tar --list | grep -q shlibs ||
-      fail "$name does not say what depends on its libraries"
+    grep -q /usr/share/common-licenses/Apache-2.0 "$system/usr/share/doc/$name/copyright" || fail "$name has no licence"
+    [[ $name != libplovix*1 ]] || [[ $(dpkg-deb --ctrl-tarfile "$deb" | tar --list) == *shlibs*triggers* ]] ||
+      fail "$name does not say what depends on its libraries, or does not make them known"
   done
-  dpkg-deb --field "$outside"/debs/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 ||
-    fail "the package of the Qt library does not ask for Qt"
-  dpkg-deb --field "$outside"/debs/libplovix1_*.deb Depends | grep -qi qt &&
-    fail "the package of the pages asks for Qt"
+  [[ ${names[*]} == "$*" ]] || fail "other packages than $*: ${names[*]}"
+  apt-get --simulate install "$debs"/*.deb >"$outside/log" || { cat "$outside/log"; return 1; }
+  [[ -e $system/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/libplovix.so.1 ]] ||
+    fail "the libraries are not where those of this architecture are"
+}
+
+# What the Qt packages bring, and the others do not; what Debian's own check says of them all; the program starts.
+check_qt_packages() {
+  local debs=$outside/debs-release system=$outside/system-release deb
+  lintian --allow-root --fail-on error "$debs"/*.deb || return
+  field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not ask for Qt"
+  field "$debs"/libplovix-qt-dev_*.deb Depends | grep -q 'libplovix-dev.*qt6-base-dev\|qt6-base-dev.*libplovix-dev' ||
+    fail "the package for Qt's developers lacks what it needs"
+  for deb in "$debs"/libplovix1_*.deb "$debs"/libplovix-dev_*.deb; do
+    { field "$deb" Depends Recommends; dpkg-deb --contents "$deb"; } | grep -i qt && fail "$deb brings Qt"
+  done
   desktop-file-validate "$system/usr/share/applications/plovix.desktop" || return
   python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' \
     "$system/usr/share/icons/hicolor/scalable/apps/plovix.svg" || return
@@ -108,15 +180,24 @@ check_debian_packages() {
     fail "the packaged program does not run"
 }
 
-for preset in release standard; do
-  [[ -f $root/build/$preset/CMakeCache.txt ]] || fail "build the preset $preset first"
-  DESTDIR='' cmake --install "$root/build/$preset" --prefix "$outside/$preset" >/dev/null || exit
+build release
+build_plain || fail "a plain release build fails"
+awk '/^```/ { found = 0 } found { print } /^\/\/ first_wizard.cpp/ { found = 1 }' "$root/docs/guide.md" >"$outside/first_wizard.cpp"
+for tree in release plain; do
+  DESTDIR='' cmake --install "$root/build/$tree" --prefix "$outside/$tree" >/dev/null || exit
 done
 check_prefix "with Qt" "$outside/release" "Core;Qt"
-[[ -z $(find "$outside/standard" -name '*qt*') ]] || fail "the package without Qt has files of it"
-check_prefix "without Qt" "$outside/standard" Core
+[[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt has files of it"
+check_prefix "without Qt" "$outside/plain" Core
+check_other_compiler || fail "the libraries serve their own compiler alone"
+check_embedding || fail "Plovix cannot be a part of another project's build"
+check_requirements "$outside/plain/include"
 "$root/tools/build_docs.sh" "$outside/release/include" || exit
-check_pkg_config "$outside/standard" || fail "the pkg-config files do not serve"
-check_missing_component "$outside/standard"
+check_pkg_config "$outside/plain" || fail "the pkg-config files do not serve"
+check_missing_component "$outside/plain"
 check_optional_qt "$outside/release" || fail "a package is not found without its optional component"
-check_debian_packages || fail "the Debian packages are not as they should be"
+check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
+if ! check_debian_packages "$root/build/release" libplovix-dev libplovix-qt-dev libplovix-qt1 libplovix1 plovix ||
+  ! check_qt_packages; then
+  fail "the Debian packages are not as they should be"
+fi

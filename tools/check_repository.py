@@ -4,11 +4,16 @@
     tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
 
 - a language table is JSON, and no number is given twice;
+- a French text breaks no line before a colon and its like, inside quotation marks, or between a number and its
+  unit, and groups the digits of a long number: a no-break space is there;
 - the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
   installed;
 - no source reaches another room by a path of its own instead of through the room's target;
 - a source includes the header of its name first, which shows that the header compiles alone;
-- a comment that serves several declarations, between @{ and @}, ends before the next one begins.
+- no header of the product defines an object that a constructor makes or a destructor ends: each library and
+  program that shares it would make it, at a moment of its own, and compilers disagree on who does;
+- a comment that serves several declarations, between @{ and @}, ends before the next one begins;
+- a widget gets no text in a way that lets the toolkit take it for markup or for a placeholder.
 It also prints how much of the code is test code.
 """
 import json
@@ -20,7 +25,48 @@ COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "componen
 TEST_CODE = ("tests/", "fuzz/")
 NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
-STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_/]+\.h>|"[a-z_0-9]+\.h"')
+STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_0-9/]+\.h>|"[a-z_0-9]+\.h"')
+
+# A variable outside functions, in a text without template arguments: at the line's beginning, or inline.
+VARIABLE = re.compile(r'^(?:(?:const|static|thread_local) |[ \t]*(?:static )?inline )[^(){};=]*[={;]', re.MULTILINE)
+MADE_BY_COMPILER = re.compile(r'\b(?:constexpr|constinit|namespace)\b(?!.*\bstd::(?:string|vector|map|set|function)\b)')
+
+
+# What is to the left and to the right of a plain space, or of none, where French has a no-break space.
+FRENCH_UNITS = ("jours?|semaines?|mois|heures?|minutes?|secondes?|Mo|enregistrements?|niveaux|conditions?|"
+                "caractères?|chiffres?|janvier|février|mars|avril|mai|juin|juillet|août|septembre|octobre|"
+                "novembre|décembre")
+FRENCH_BREAK = re.compile(r"[\w}»)\]… ](?=[;?!»])|« |«(?=\S)(?!\u00a0)| :|[^\W\d]:(?=\s|$)|"
+                          rf"[\d}}] (?=(?:{FRENCH_UNITS})\b)|\d \d{{3}}\b|\d{{5}}")
+
+
+def french_problems(table):
+    for section in ("pages", "host"):
+        for key, text in table[section].items():
+            if found := FRENCH_BREAK.search(text):
+                place = text[max(found.start() - 10, 0):found.end() + 10]
+                yield f'{key}: a no-break space is missing in "{place}"'
+
+# What guesses whether a text is marked up, or reads placeholders; where it may stand; and what serves instead.
+SHOWS_TEXT = ("standalone/", "surfaces/", "examples/")
+GUESSES = [
+    (re.compile(pattern), allowed, instead)
+    for pattern, allowed, instead in (
+        (r"new QLabel\b|\bQLabel\(", ("surfaces/qt/plain_text.cpp",), "qt::NewLabel"),
+        (r"->addRow\((?:Text|ToQt|Caption|QString|tr|u?\")", (), "a label of qt::NewLabel"),
+        (r"(?:setToolTip|QToolTip::showText)\((?!(?:qt::)?ToolTip\()", (), "qt::ToolTip"),
+        (r"Qt::ToolTipRole\b(?!(?::\s*return|,)\s*(?:qt::)?ToolTip\()", (), "a case that returns qt::ToolTip"),
+        (r"setStatusTip|setWhatsThis|Qt::(?:StatusTip|WhatsThis)Role", (), "qt::ToolTip"),
+        (r"QMessageBox::(?:about|critical|information|question|warning)\b|setDetailedText", (), "NewBox of qt_dialogs.cpp"),
+        (r"\bQMessageBox>?\(|\bQMessageBox \w+[({;]|setInformativeText",
+         ("standalone/app/qt_dialogs.cpp", "examples/minimal_host/main.cpp"), "NewBox of qt_dialogs.cpp"),
+        (r"\bQ(?:ErrorMessage|InputDialog|ProgressDialog|SplashScreen)\b", ("examples/minimal_host/main.cpp",),
+         "a dialog with labels of qt::NewLabel"),
+        (r"\bsetWindowTitle\(", ("surfaces/qt/plain_text.cpp", "examples/minimal_host/main.cpp"), "qt::SetTitle"),
+        (r"setHtml|insertHtml|appendHtml|setMarkdown", ("standalone/app/summary_panel.cpp",), "setPlainText"),
+        (r"Qt::(?:RichText|AutoText|MarkdownText)\b", (), "Qt::PlainText"),
+    )
+]
 
 
 def each_once(pairs):
@@ -31,20 +77,42 @@ def each_once(pairs):
     return dict(pairs)
 
 
+def objects_in(text):
+    plain, before = re.sub(r"//.*", "", text), None
+    while plain != before:
+        before, plain = plain, re.sub(r"<[^<>;{}]*>", "", plain)
+    return [found for found in VARIABLE.findall(plain) if not MADE_BY_COMPILER.search(found)]
+
+
+def guesses_in(name, text):
+    code = re.sub(r"//[^\n]*", "", text)
+    for pattern, allowed, instead in GUESSES:
+        for found in pattern.finditer(code) if name not in allowed else ():
+            place = f"{name}:{code.count(chr(10), 0, found.start()) + 1}"
+            yield f"{place}: {found.group(0)} lets the toolkit guess what the text is; use {instead}"
+
+
 def problems_in(name, text):
     if name.endswith(".json"):
         try:
-            json.loads(text, object_pairs_hook=each_once)
+            table = json.loads(text, object_pairs_hook=each_once)
         except ValueError as error:
             yield f"{name}: {error}"
+            return
+        if table.get("language") == "fr":
+            yield from (f"{name}: {problem}" for problem in french_problems(table))
         return
     header = Path(name).with_suffix(".h")
     first = INCLUDE.search(text)
     if name.endswith(".cpp") and header.exists() and (not first or first.group(1) != f'"{header.name}"'):
         yield f'{name}: its first include has to be "{header.name}"'
+    if name.endswith(".h") and not name.startswith(NOT_PRODUCT):
+        yield from (f"{name}: an object that a constructor makes: {found}" for found in objects_in(text))
     groups = "".join(re.findall(r"/// @([{}])", text))
     if groups.replace("{}", ""):
         yield f"{name}: @{{ and @}} do not take turns"
+    if name.startswith(SHOWS_TEXT):
+        yield from guesses_in(name, text)
     for found in INCLUDE.finditer(text):
         place = f"{name}:{text.count(chr(10), 0, found.start(1)) + 1}"
         included = found.group(1)

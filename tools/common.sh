@@ -12,7 +12,7 @@ packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlit
                   libicu-dev libqt6widgets6 fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
 packages_benchmarks=(libical-dev libbenchmark-dev)
-packages_package=(dpkg-dev file desktop-file-utils pkg-config python3)
+packages_package=(dpkg-dev file gzip lintian desktop-file-utils pkg-config python3 clang-19)
 packages_checks=(clang-format clang-tidy-19 clang-19 llvm-19 doxygen shellcheck python3)
 packages_sanitizers=(clang-19 libclang-rt-19-dev llvm-19)
 # Without the library's introspection data and the bindings, no script reaches the accessibility bus.

@@ -64,7 +64,7 @@ def collect():
 def main():
     if not (TREE / "build.ninja").exists():
         run("cmake", "--preset", "coverage")
-    run("ninja", "-C", TREE, *PROGRAMS)
+    run("ninja", "-C", TREE, *(f"bin/{program}" for program in PROGRAMS))
     listed = {tuple(line.split(" ", 2)): False for line in ACCEPTED.read_text().splitlines()
               if line and line[0] not in "# "}
     totals = collections.defaultdict(collections.Counter)

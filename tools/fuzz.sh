@@ -12,7 +12,7 @@ source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
 seconds=${PLOVIX_FUZZ_SECONDS:-10}
 
 need_packages "${packages_program[@]}" "${packages_sanitizers[@]}"
-build fuzz fuzzers
+build fuzz plovix_fuzzers
 cd -- "$root/build/fuzz" || exit
 (($#)) || set -- "$root"/fuzz/corpus/*
 mkdir -p found

@@ -413,7 +413,7 @@ def main():
     if not (options.sample or options.all or options.ids) or not chosen:
         parser.error("nothing to do: --sample, --all, or the identifiers of mutants")
     needed = list(dict.fromkeys(stage for m in chosen for stage in stages(m.file)))
-    programs = sorted({f"test_{name}" for name, _ in needed})
+    programs = sorted({f"bin/test_{name}" for name, _ in needed})
     if not (TREE / "build.ninja").exists():
         subprocess.run(["cmake", "--preset", "debug"], cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
     if subprocess.run(["ninja", "-C", TREE, "--quiet", *programs], stdout=subprocess.DEVNULL).returncode:

@@ -25,6 +25,15 @@ QString Text(const std::string& utf8) {
   return QString::fromStdString(utf8);
 }
 
+// Shows a text as it stands: what users name things is nobody's markup. Gives back the button pressed.
+int Show(QMessageBox::Icon icon, const std::string& title, const std::string& text,
+         QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
+  QMessageBox box(icon, Text(title), {}, buttons, QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.setText(Text(text));
+  return box.exec();
+}
+
 // The host's dialogs. Where this host has no editor, nothing comes back, as if the user had cancelled.
 class Dialogs final : public HostDialogs {
  public:
@@ -35,7 +44,7 @@ class Dialogs final : public HostDialogs {
     const auto shown = asks      ? QMessageBox::Yes | QMessageBox::No
                        : cancels ? QMessageBox::Ok | QMessageBox::Cancel
                                  : QMessageBox::Ok;
-    switch (QMessageBox::question(QApplication::activeWindow(), Text(title), Text(prompt), shown)) {
+    switch (Show(QMessageBox::Question, title, prompt, shown)) {
       case QMessageBox::Yes:
         return message_box::kYes;
       case QMessageBox::Ok:
@@ -45,7 +54,7 @@ class Dialogs final : public HostDialogs {
     }
   }
   ReportAction Report(const FailureReport& report) override {
-    QMessageBox::critical(QApplication::activeWindow(), Text(report.page), Text(report.description));
+    Show(QMessageBox::Critical, report.page, report.description);
     return ReportAction::kLeave;
   }
 };
@@ -133,6 +142,6 @@ int main(int argc, char** argv) {
   MemoryStorage storage;
   Window window({state, registry, storage, [](auto) { return std::make_shared<VeloActionList>(); }});
   const bool stored = window.exec() == QDialog::Accepted;
-  if (stored) QMessageBox::information(nullptr, "Stored", Text(storage.List().back().name));
+  if (stored) Show(QMessageBox::Information, "Stored", storage.List().back().name);
   return stored ? 0 : 1;
 }

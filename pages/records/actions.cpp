@@ -41,7 +41,7 @@ Outcome Actions::RetrieveValues() {
     take(DataObject, store_key::kDataObject);
     take(DataObjects, store_key::kDataObjects);
     take(DesignerObjects, store_key::kDesignerObjects);
-    run([&] { List()->Load(Set(Task)->Actions()); });
+    Load(run, VeloActionList, [&] { List()->Load(Set(Task)->Actions()); });
   });
 }
 
@@ -53,8 +53,16 @@ Outcome Actions::SaveValues() {
     };
     keep(DataObjects, store_key::kDataObjects);
     keep(DesignerObjects, store_key::kDesignerObjects);
-    run([&] { Set(Task)->SetActions(List()->Actions()); });
+    Save(run, VeloActionList, [&] { Set(Task)->SetActions(List()->Actions()); });
   });
+}
+
+// The list may outlive the page.
+void Actions::IWizardPage_Terminate() {
+  Procedure("IWizardPage_Terminate", [&](Statements& run) {
+    if (VeloActionList.Embedded()) run([&] { List()->OnContextRequest(nullptr); });
+  });
+  PageBase::IWizardPage_Terminate();
 }
 
 std::shared_ptr<ValueStore> Actions::GetProperties() {

@@ -11,6 +11,7 @@ namespace plovix {
 
 class Actions final : public PageWith<kActionsDesign> {
  public:
+  void IWizardPage_Terminate() override;
   void IWizardPage_GetNextPage(std::string& next) override { next.clear(); }
 
  private:

@@ -15,13 +15,14 @@ void Query::IWizardPage_GetNextPage(std::string& next) {
 Outcome Query::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);
-    run([&] { txtQuery.SetText(Set(Task)->Query()); });
+    Load(run, txtQuery, [&] { txtQuery.SetText(Set(Task)->Query()); });
   });
 }
 
 Outcome Query::SaveValues() {
-  return Procedure("SaveValues",
-                   [&](Statements& run) { run([&] { Set(Task)->SetQuery(txtQuery.Text()); }); });
+  return Procedure("SaveValues", [&](Statements& run) {
+    Save(run, txtQuery, [&] { Set(Task)->SetQuery(txtQuery.Text()); });
+  });
 }
 
 // The builder starts from what is in the box, saved or not.

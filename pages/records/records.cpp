@@ -35,20 +35,22 @@ Outcome Records::RetrieveValues() {
     if (mode == processing_mode::kOnce) run([&] { optOnce.Select(); });
     if (mode == processing_mode::kModified) run([&] { optModified.Select(); });
     if (mode == processing_mode::kEveryTime) run([&] { optEveryTime.Select(); });
-    if (run.If([&] { return Set(Task)->ProcessAllRecords(); })) {
-      run([&] { chkProcessAll.SetValue(1); });
+    chkProcessAll.SetValue(0);
+    Load(run, chkProcessAll, [&] { chkProcessAll.SetValue(Set(Task)->ProcessAllRecords() ? 1 : 0); });
+    Load(run, chkFailedRecords, [&] {
+      const bool failed = Set(Task)->ProcessFailedRecords();
+      chkFailedRecords.SetValue(failed && !chkProcessAll.Checked() ? 1 : 0);
+    });
+    DateTime base = kZeroDate;
+    chkUseBaseDate.SetValue(0);
+    Load(run, chkUseBaseDate, [&] { base = Set(Task)->BaseDate(); });
+    if (base != kZeroDate) {
+      chkUseBaseDate.SetValue(1);
+      dtpDate.SetValue(DatePart(base));
+      dtpTime.SetValue(kZeroDate + TimePart(base));
     } else {
-      run([&] { chkProcessAll.SetValue(0); });
-      run([&] { chkFailedRecords.SetValue(Set(Task)->ProcessFailedRecords() ? 1 : 0); });
-    }
-    if (run.If([&] { return Set(Task)->BaseDate() != kZeroDate; })) {
-      run([&] { chkUseBaseDate.SetValue(1); });
-      run([&] { dtpDate.SetValue(DatePart(Set(Task)->BaseDate())); });
-      run([&] { dtpTime.SetValue(kZeroDate + TimePart(Set(Task)->BaseDate())); });
-    } else {
-      run([&] { chkUseBaseDate.SetValue(0); });
       run([&] { dtpDate.SetValue(Application()->Now()); });
-      run([&] { dtpTime.SetValue(dtpDate.Value()); });
+      dtpTime.SetValue(dtpDate.Value());
     }
   });
 }
@@ -75,11 +77,14 @@ Outcome Records::SaveValues() {
     } else if (optEveryTime.Selected()) {
       run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
     }
-    run([&] { Set(Task)->SetProcessAllRecords(chkProcessAll.Checked()); });
-    const bool failed = chkFailedRecords.Enabled() && chkFailedRecords.Checked();
-    run([&] { Set(Task)->SetProcessFailedRecords(failed); });
+    Save(run, chkProcessAll, [&] { Set(Task)->SetProcessAllRecords(chkProcessAll.Checked()); });
+    if (chkFailedRecords.Enabled()) {
+      Save(run, chkFailedRecords, [&] { Set(Task)->SetProcessFailedRecords(chkFailedRecords.Checked()); });
+    } else {
+      run([&] { Set(Task)->SetProcessFailedRecords(false); });
+    }
     const DateTime base = DatePart(dtpDate.Value()) + TimePart(dtpTime.Value());
-    run([&] { Set(Task)->SetBaseDate(chkUseBaseDate.Checked() ? base : kZeroDate); });
+    Save(run, chkUseBaseDate, [&] { Set(Task)->SetBaseDate(chkUseBaseDate.Checked() ? base : kZeroDate); });
   });
 }
 

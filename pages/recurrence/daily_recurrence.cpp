@@ -17,9 +17,9 @@ DailyRecurrence::DailyRecurrence() {
 Outcome DailyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
-    run([&] { chkWeekdays.SetValue(Set(Pattern)->WeekdaysOnly() ? 1 : 0); });
+    Load(run, chkWeekdays, [&] { chkWeekdays.SetValue(Set(Pattern)->WeekdaysOnly() ? 1 : 0); });
     SetUnsetToOne(run, &DailyPattern::EveryNDays, &DailyPattern::SetEveryNDays);
-    run([&] { txtDays.SetText(std::to_string(Set(Pattern)->EveryNDays())); });
+    Load(run, txtDays, [&] { txtDays.SetText(std::to_string(Set(Pattern)->EveryNDays())); });
   });
 }
 
@@ -28,18 +28,16 @@ std::optional<bool> DailyRecurrence::ValidateDays() {
 }
 
 bool DailyRecurrence::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
-    answer = Accepts(run, txtDays, kDaysNotNumericText, kDaysNotPositiveText);
+  return Answer("Validate", [&](Statements& run) {
+    return Accepts(run, txtDays, kDaysNotNumericText, kDaysNotPositiveText);
   });
-  return answer;
 }
 
 Outcome DailyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateDays(), txtDays);
-    run([&] { Set(Pattern)->SetWeekdaysOnly(chkWeekdays.Checked()); });
-    run([&] { Set(Pattern)->SetEveryNDays(Integer(txtDays)); });
+    Save(run, chkWeekdays, [&] { Set(Pattern)->SetWeekdaysOnly(chkWeekdays.Checked()); });
+    Save(run, txtDays, [&] { Set(Pattern)->SetEveryNDays(Integer(txtDays)); });
     StorePattern(run);
   });
 }

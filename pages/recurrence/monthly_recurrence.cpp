@@ -48,16 +48,17 @@ Outcome MonthlyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     const Raised guard(updating);
-    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
-    Choose(run, relative ? optRelativeDay : optSpecificDay);
+    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Set(Pattern)->UseRelativeDay(); });
     SetUnsetToOne(run, &MonthlyPattern::DayOfMonth, &MonthlyPattern::SetDayOfMonth);
     SetUnsetToOne(run, &MonthlyPattern::EveryNMonths, &MonthlyPattern::SetEveryNMonths);
     SetUnsetToOne(run, &MonthlyPattern::RelativeDayOfWeek, &MonthlyPattern::SetRelativeDayOfWeek);
-    run([&] { txtDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
-    run([&] { txtSpecificDayMonth.SetText(std::to_string(Set(Pattern)->EveryNMonths())); });
-    run([&] { txtRelativeDayMonth.SetText(std::to_string(Set(Pattern)->EveryNMonths())); });
-    run([&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
-    run([&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+    const auto months = [&] { return std::to_string(Set(Pattern)->EveryNMonths()); };
+    Load(run, txtDay, [&] { txtDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    Load(run, txtSpecificDayMonth, [&] { txtSpecificDayMonth.SetText(months()); });
+    Load(run, txtRelativeDayMonth, [&] { txtRelativeDayMonth.SetText(months()); });
+    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+    Load(run, cboDayOfWeek,
+         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
   });
 }
 
@@ -76,10 +77,9 @@ std::optional<bool> MonthlyRecurrence::ValidateRelativeDayMonth() {
 // Asymmetric on purpose: a specific day is checked without its interval, which saving repairs; with a
 // relative day the interval of the other line is checked, too, and first.
 bool MonthlyRecurrence::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
+  return Answer("Validate", [&](Statements& run) {
     if (optSpecificDay.Selected()) {
-      if (!Accepts(run, txtDay, kDayNotNumericText, kDayOutOfRangeText, kLongestMonth)) return;
+      if (!Accepts(run, txtDay, kDayNotNumericText, kDayOutOfRangeText, kLongestMonth)) return false;
       std::int32_t day = 0;
       run([&] { day = Integer(txtDay); });
       if (day > kShortestMonth) {
@@ -89,17 +89,14 @@ bool MonthlyRecurrence::Validate() {
         });
         if (reply == message_box::kCancel) {
           SendTo(run, txtDay);
-          return;
+          return false;
         }
       }
     }
-    if (optRelativeDay.Selected()) {
-      if (!Accepts(run, txtSpecificDayMonth, kMonthsNotNumericText, kMonthsNotPositiveText)) return;
-      if (!Accepts(run, txtRelativeDayMonth, kMonthsNotNumericText, kMonthsNotPositiveText)) return;
-    }
-    answer = true;
+    return !optRelativeDay.Selected() ||
+           (Accepts(run, txtSpecificDayMonth, kMonthsNotNumericText, kMonthsNotPositiveText) &&
+            Accepts(run, txtRelativeDayMonth, kMonthsNotNumericText, kMonthsNotPositiveText));
   });
-  return answer;
 }
 
 Outcome MonthlyRecurrence::SaveValues() {
@@ -107,13 +104,14 @@ Outcome MonthlyRecurrence::SaveValues() {
     Repair(run, ValidateSpecificDay(), txtDay);
     Repair(run, ValidateSpecificDayMonth(), txtSpecificDayMonth);
     Repair(run, ValidateRelativeDayMonth(), txtRelativeDayMonth);
-    run([&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
-    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
-    const TextBox& months = relative ? txtRelativeDayMonth : txtSpecificDayMonth;
-    run([&] { Set(Pattern)->SetEveryNMonths(Integer(months)); });
-    run([&] { Set(Pattern)->SetDayOfMonth(Integer(txtDay)); });
-    run([&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
-    run([&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    Save(run, optRelativeDay, [&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
+    if (const auto relative = run.Read([&] { return Set(Pattern)->UseRelativeDay(); })) {
+      const TextBox& months = *relative ? txtRelativeDayMonth : txtSpecificDayMonth;
+      Save(run, months, [&] { Set(Pattern)->SetEveryNMonths(Integer(months)); });
+    }
+    Save(run, txtDay, [&] { Set(Pattern)->SetDayOfMonth(Integer(txtDay)); });
+    Save(run, cboRelativeDay, [&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
+    Save(run, cboDayOfWeek, [&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
     StorePattern(run);
   });
 }

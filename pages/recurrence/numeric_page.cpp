@@ -60,7 +60,9 @@ void NumericPage::Repair(Statements& run, std::optional<bool> valid, TextBox& bo
 
 void NumericPage::SetToOne(Statements& run, TextBox& box, std::source_location where) {
   const Raised guard(updating);
+  const bool unread = IsUnread(box);
   run([&] { box.SetText("1"); }, where);
+  if (unread) MarkUnread(box);  // the user has given no value
 }
 
 void NumericPage::EditChooses(std::string_view procedure, OptionButton& option) {

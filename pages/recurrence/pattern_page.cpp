@@ -20,17 +20,20 @@ std::shared_ptr<PatternBase> AnyPatternPage::CurrentPattern() const {
   return Set(Set(Task)->Recurrence())->Pattern();
 }
 
-void AnyPatternPage::StorePattern(Statements& run, const std::string& key,
+void AnyPatternPage::StorePattern(Statements& run, const char* key,
                                   const std::shared_ptr<PatternBase>& pattern, std::source_location where) {
-  run([&] { Set(Store)->SetItem(key, ObjectRef(pattern)); }, where);
+  run([&] { Set(Store)->SetItem(key, ObjectRef(Set(pattern))); }, where);
   if (run.If([&] { return Set(Task)->Recurrence() != nullptr; }, where)) {
-    run([&] { Set(Task->Recurrence())->SetPattern(pattern); }, where);
+    run([&] { Set(Task->Recurrence())->SetPattern(Set(pattern)); }, where);
   }
 }
 
 void AnyPatternPage::AddTexts(Statements& run, ComboBox& list, int first, int last,
                               std::source_location where) {
-  for (int id = first; id <= last; ++id) run([&] { list.AddItem(GetString(id)); }, where);
+  for (int id = first; id <= last; ++id) {
+    const auto text = run.Read([&] { return GetString(id); }, where);
+    list.AddItem(text.value_or(""));  // an entry's position is its meaning
+  }
 }
 
 void AnyPatternPage::SelectEntry(ComboBox& list, std::int64_t position) {

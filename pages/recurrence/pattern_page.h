@@ -17,9 +17,18 @@ class AnyPatternPage : public NumericPage {
   // The task's current pattern object; nothing when it has none.
   [[nodiscard]] std::shared_ptr<PatternBase> CurrentPattern() const;
   // Puts the working object into the store and, where the task has a recurrence, makes it the task's pattern.
-  void StorePattern(Statements& run, const std::string& key, const std::shared_ptr<PatternBase>& pattern,
+  void StorePattern(Statements& run, const char* key, const std::shared_ptr<PatternBase>& pattern,
                     std::source_location where);
-  // Appends the texts `first` to `last` to the list.
+  // Chooses the line that the pattern says, `relative` or `specific`; neither where that cannot be read.
+  template <class Expression>
+  void LoadLine(Statements& run, OptionButton& relative, OptionButton& specific, Expression&& is_relative,
+                std::source_location where = std::source_location::current()) {
+    bool answer = false;
+    if (Load(
+            run, relative, [&] { answer = is_relative(); }, where))
+      Choose(run, answer ? relative : specific, where);
+  }
+  // Appends the texts `first` to `last` to the list; an empty one where a text cannot be had.
   static void AddTexts(Statements& run, ComboBox& list, int first, int last,
                        std::source_location where = std::source_location::current());
   // Selects the entry at a 0-based position; fails with 380 outside the list.
@@ -27,21 +36,27 @@ class AnyPatternPage : public NumericPage {
 };
 
 // PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: makes a fresh object.
-template <class PatternType, const std::string& kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
+template <class PatternType, const char* kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
 class PatternPage : public AnyPatternPage {
  public:
   using AnyPatternPage::AnyPatternPage;
 
  protected:
   // Takes the task, then the working object: the store's; else the task's own when it is of this page's kind;
-  // else a new one. A pattern of another kind stays the task's until this page saves.
+  // else a new one. A pattern of another kind stays the task's until this page saves. Without one where
+  // what there is could not be read: nothing may take its place.
   void TakePattern(Statements& run, std::source_location where = std::source_location::current()) {
+    Pattern = nullptr;
     TakeTask(run, where);
-    if (run.If([&] { return Set(Store)->Exists(kKey); }, where)) {
+    const auto held = run.Read([&] { return Set(Store)->Exists(kKey); }, where);
+    if (!held) return;
+    if (*held) {
       run([&] { Pattern = ObjectFrom<PatternType>(Set(Set(Store)->Item(kKey))->Value()); }, where);
       return;
     }
-    run([&] { Pattern = std::dynamic_pointer_cast<PatternType>(CurrentPattern()); }, where);
+    const auto current = run.Read([&] { return CurrentPattern(); }, where);
+    if (!current) return;
+    Pattern = std::dynamic_pointer_cast<PatternType>(*current);
     if (!Pattern) run([&] { Pattern = ((*Services().Factory()).*kNew)(); }, where);
   }
   void StorePattern(Statements& run, std::source_location where = std::source_location::current()) {

@@ -24,10 +24,10 @@ RecurrencePattern::RecurrencePattern() {
 // With nothing selected, an identifier that the caller brought stays; without one, daily follows.
 void RecurrencePattern::IWizardPage_GetNextPage(std::string& next) {
   using namespace page_identifier;
-  const std::array pages{&kDailyRecurrence, &kWeeklyRecurrence, &kMonthlyRecurrence, &kYearlyRecurrence};
+  const std::array<const char*, 4> pages{kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence,
+                                         kYearlyRecurrence};
   const auto type = SelectedType();
-  if (type || next.empty())
-    next = *pages.at(static_cast<std::size_t>(type.value_or(recurrence_type::kDaily)));
+  if (type || next.empty()) next = pages.at(static_cast<std::size_t>(type.value_or(recurrence_type::kDaily)));
 }
 
 Outcome RecurrencePattern::RetrieveValues() {
@@ -70,7 +70,8 @@ void RecurrencePattern::DoubleClickOption(std::string_view procedure) {
 }
 
 void RecurrencePattern::MoveOn(Statements& run, std::source_location where) {
-  if (Wizard) run([&] { Wizard->MoveNext(); }, where);
+  const auto wizard = Wizard;  // held: it may end the page
+  if (wizard) run([&] { wizard->MoveNext(); }, where);
 }
 
 }  // namespace plovix

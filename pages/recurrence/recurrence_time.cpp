@@ -42,12 +42,13 @@ Outcome RecurrenceTime::RetrieveValues() {
     if (kind == time_kind::kAtTime) Choose(run, optSpecificTime);
     if (kind == time_kind::kEveryNMinutes) Choose(run, optEveryNMinute);
     if (kind == time_kind::kEveryNHours) Choose(run, optEveryNHour);
-    run([&] { dtpTime.SetValue(Set(Set(Task)->Recurrence())->ExecutionTime()); });
-    std::int32_t interval = 0;
-    run([&] { interval = Set(Set(Task)->Recurrence())->Interval(); });
-    const std::string text = interval == 0 ? "1" : std::to_string(interval);
-    run([&] { txtMinutes.SetText(text); });
-    run([&] { txtHours.SetText(text); });
+    Load(run, dtpTime, [&] { dtpTime.SetValue(Set(Set(Task)->Recurrence())->ExecutionTime()); });
+    for (TextBox* box : {&txtMinutes, &txtHours}) {
+      Load(run, *box, [&] {
+        const std::int32_t interval = Set(Set(Task)->Recurrence())->Interval();
+        box->SetText(interval == 0 ? "1" : std::to_string(interval));
+      });
+    }
   });
 }
 
@@ -60,17 +61,12 @@ std::optional<bool> RecurrenceTime::ValidateHours() {
 }
 
 bool RecurrenceTime::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
-    if (optEveryNMinute.Selected()) {
-      answer = Accepts(run, txtMinutes, kMinutesNotNumericText, kMinutesNotPositiveText);
-    } else if (optEveryNHour.Selected()) {
-      answer = Accepts(run, txtHours, kHoursNotNumericText, kHoursNotPositiveText);
-    } else {
-      answer = true;
-    }
+  return Answer("Validate", [&](Statements& run) {
+    if (optEveryNMinute.Selected())
+      return Accepts(run, txtMinutes, kMinutesNotNumericText, kMinutesNotPositiveText);
+    if (optEveryNHour.Selected()) return Accepts(run, txtHours, kHoursNotNumericText, kHoursNotPositiveText);
+    return true;
   });
-  return answer;
 }
 
 Outcome RecurrenceTime::SaveValues() {
@@ -83,12 +79,12 @@ Outcome RecurrenceTime::SaveValues() {
       run([&] { Set(recurrence)->SetTimeKind(time_kind::kAtTime); });
     } else if (optEveryNMinute.Selected()) {
       run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNMinutes); });
-      run([&] { Set(recurrence)->SetInterval(Integer(txtMinutes)); });
+      Save(run, txtMinutes, [&] { Set(recurrence)->SetInterval(Integer(txtMinutes)); });
     } else if (optEveryNHour.Selected()) {
       run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNHours); });
-      run([&] { Set(recurrence)->SetInterval(Integer(txtHours)); });
+      Save(run, txtHours, [&] { Set(recurrence)->SetInterval(Integer(txtHours)); });
     }
-    run([&] { Set(recurrence)->SetExecutionTime(dtpTime.Value()); });
+    Save(run, dtpTime, [&] { Set(recurrence)->SetExecutionTime(dtpTime.Value()); });
   });
 }
 

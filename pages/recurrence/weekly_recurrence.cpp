@@ -22,11 +22,11 @@ Outcome WeeklyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     SetUnsetToOne(run, &WeeklyPattern::EveryNWeeks, &WeeklyPattern::SetEveryNWeeks);
-    run([&] { txtWeeks.SetText(std::to_string(Set(Pattern)->EveryNWeeks())); });
+    Load(run, txtWeeks, [&] { txtWeeks.SetText(std::to_string(Set(Pattern)->EveryNWeeks())); });
     std::int32_t index = 0;
     for (CheckBox* day : days_) {
       ++index;
-      if (run.If([&] { return Set(Pattern)->Day(index); })) run([&] { day->SetValue(1); });
+      Load(run, *day, [&] { day->SetValue(Set(Pattern)->Day(index) ? 1 : day->Value()); });
     }
   });
 }
@@ -46,21 +46,19 @@ bool WeeklyRecurrence::IsOneDayChecked() {
 
 // That no day is checked is not said here: the wizard's buttons hold the user back.
 bool WeeklyRecurrence::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
-    answer = Accepts(run, txtWeeks, kWeeksNotNumericText, kWeeksNotPositiveText);
+  return Answer("Validate", [&](Statements& run) {
+    return Accepts(run, txtWeeks, kWeeksNotNumericText, kWeeksNotPositiveText);
   });
-  return answer;
 }
 
 Outcome WeeklyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateWeeks(), txtWeeks);
-    run([&] { Set(Pattern)->SetEveryNWeeks(Integer(txtWeeks)); });
+    Save(run, txtWeeks, [&] { Set(Pattern)->SetEveryNWeeks(Integer(txtWeeks)); });
     std::int32_t index = 0;
     for (const CheckBox* day : days_) {
       ++index;
-      run([&] { Set(Pattern)->SetDay(index, day->Checked()); });
+      Save(run, *day, [&] { Set(Pattern)->SetDay(index, day->Checked()); });
     }
     StorePattern(run);
   });

@@ -54,16 +54,16 @@ Outcome YearlyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     const Raised guard(updating);
-    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
-    Choose(run, relative ? optRelativeDay : optSpecificDay);
+    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Set(Pattern)->UseRelativeDay(); });
     SetUnsetToOne(run, &YearlyPattern::DayOfMonth, &YearlyPattern::SetDayOfMonth);
     SetUnsetToOne(run, &YearlyPattern::Month, &YearlyPattern::SetMonth);
     SetUnsetToOne(run, &YearlyPattern::RelativeDayOfWeek, &YearlyPattern::SetRelativeDayOfWeek);
-    run([&] { txtSpecificDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
-    run([&] { SelectEntry(cboSpecificDayMonth, std::int64_t{Set(Pattern)->Month()} - 1); });
-    run([&] { SelectEntry(cboRelativeDayMonth, std::int64_t{Set(Pattern)->Month()} - 1); });
-    run([&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
-    run([&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+    Load(run, txtSpecificDay, [&] { txtSpecificDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    for (ComboBox* list : {&cboSpecificDayMonth, &cboRelativeDayMonth})
+      Load(run, *list, [&] { SelectEntry(*list, std::int64_t{Set(Pattern)->Month()} - 1); });
+    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+    Load(run, cboDayOfWeek,
+         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
   });
 }
 
@@ -86,31 +86,30 @@ std::optional<bool> YearlyRecurrence::ValidateSpecificDay() {
 
 // The date is checked whatever is selected: a relative day is refused while the other line is bad.
 bool YearlyRecurrence::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
+  return Answer("Validate", [&](Statements& run) {
     if (run.If([&] { return !Number(txtSpecificDay); })) {
       Refuse(run, txtSpecificDay, kDayNotNumericText);
-      return;
+      return false;
     }
     if (run.If([&] { return !IsDateOfThisYear(); })) {
       Refuse(run, txtSpecificDay, kNoSuchDateText);
-      return;
+      return false;
     }
-    answer = true;
+    return true;
   });
-  return answer;
 }
 
 Outcome YearlyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateSpecificDay(), txtSpecificDay);
-    run([&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
-    const bool relative = run.If([&] { return Set(Pattern)->UseRelativeDay(); });
-    const ComboBox& month = relative ? cboRelativeDayMonth : cboSpecificDayMonth;
-    run([&] { Set(Pattern)->SetMonth(month.Index() + 1); });
-    run([&] { Set(Pattern)->SetDayOfMonth(Integer(txtSpecificDay)); });
-    run([&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
-    run([&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    Save(run, optRelativeDay, [&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
+    if (const auto relative = run.Read([&] { return Set(Pattern)->UseRelativeDay(); })) {
+      const ComboBox& month = *relative ? cboRelativeDayMonth : cboSpecificDayMonth;
+      Save(run, month, [&] { Set(Pattern)->SetMonth(month.Index() + 1); });
+    }
+    Save(run, txtSpecificDay, [&] { Set(Pattern)->SetDayOfMonth(Integer(txtSpecificDay)); });
+    Save(run, cboRelativeDay, [&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
+    Save(run, cboDayOfWeek, [&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
     StorePattern(run);
   });
 }

@@ -15,7 +15,10 @@ AutoTaskType::AutoTaskType() {
       option.Select();
       option.SetFocus();
     };
-    const auto move_on = [this] { Set(Wizard)->MoveNext(); };
+    const auto move_on = [this] {
+      const auto wizard = Wizard;  // held: it may end the page
+      Set(wizard)->MoveNext();
+    };
     help.On(Event::kClick, choose);
     help.On(Event::kDblClick, [choose, move_on] {
       choose();
@@ -30,10 +33,10 @@ AutoTaskType::AutoTaskType() {
 
 void AutoTaskType::IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
                                           std::shared_ptr<ValueStore> store) {
-  Keep(std::move(host), std::move(store));
+  Begin(host, store);
   TranslateCaptions();
   LoadChoice();
-  Set(Wizard)->Refresh(true);
+  Set(host)->Refresh(true);
 }
 
 void AutoTaskType::IWizardPage_GetNextPage(std::string& next) {
@@ -81,23 +84,28 @@ std::int16_t AutoTaskType::ChosenMode() const {
   return record_mode::kNoData;
 }
 
+bool AutoTaskType::DropActions(Statements& run) {
+  const auto reply = run.Read([&] { return MsgBox(kActionsWillBeLostText, message_box::kOkCancelQuestion); });
+  return reply == message_box::kOk &&
+         run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
+}
+
 bool AutoTaskType::SaveValues() {
   bool answer = false;
   Procedure("SaveValues", [&](Statements& run) {
     const std::int16_t mode = ChosenMode();
-    const bool no_actions = run.If([&] { return Set(Set(Task)->Actions())->Count() == 0; });
-    if (!no_actions && !run.If([&] { return Set(Task)->RecordMode() == mode; })) {
-      int reply = message_box::kCancel;
-      run([&] { reply = MsgBox(kActionsWillBeLostText, message_box::kOkCancelQuestion); });
-      if (reply != message_box::kOk) return;
-      run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
+    if (!run.If([&] { return Set(Set(Task)->Actions())->Count() == 0; })) {
+      const auto former = run.Read([&] { return Set(Task)->RecordMode(); });
+      if (!former) return;  // nobody knows whether the actions fit
+      if (*former != mode && !DropActions(run)) return;
     }
-    run([&] { Set(Task)->SetRecordMode(mode); });
-    if (mode == record_mode::kNoData) {
+    const bool written = run([&] { Set(Task)->SetRecordMode(mode); });  // else the rest would not fit
+    if (written && mode == record_mode::kNoData) {
       run([&] { Set(Task)->SetDataObjectName(""); });
       run([&] { Set(Task)->SetDataObjectCaption(""); });
     }
-    if (mode == record_mode::kSingleRecord) run([&] { Set(Task)->SetAllowAutomationManager(false); });
+    if (written && mode == record_mode::kSingleRecord)
+      run([&] { Set(Task)->SetAllowAutomationManager(false); });
     answer = true;
   });
   return answer;

@@ -20,6 +20,8 @@ class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, PageBase> {
   [[nodiscard]] std::int16_t ChosenMode() const;
   // True when the page may be left; asks before a changed mode empties the task's actions.
   bool SaveValues();
+  // Asks, and empties the task's actions; false when the user declined or it could not be done.
+  bool DropActions(Statements& run);
 
   OptionButton& optNoData = control<"optNoData">();
   Label& lblNoData = control<"lblNoData">();

@@ -59,8 +59,9 @@ void Details::Prepare() {
 Outcome Details::RetrieveValues() {
   const Raised loading(Loading);
   return Procedure("RetrieveValues", [&](Statements& run) {
+    Forget();
     run([&] { Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {})); });
-    run([&] {
+    Load(run, DataObjects, [&] {
       DataObjects = ObjectFrom<DataObjectCollection>(Set(Store)->GetValue(store_key::kDataObjects, {}));
     });
     run([&] { Importing = BooleanFrom(Set(Store)->GetValue(store_key::kImporting, false)); });
@@ -71,6 +72,24 @@ Outcome Details::RetrieveValues() {
     RetrieveOwnCategories(run);
     ShowCategoryInfo();
   });
+}
+
+// What a page holds when it is new, so that another Initialize finds no rest of the former task.
+void Details::Forget() {
+  Importing = CreateGroup = CreatePersonal = TaggedTask = DataObjectsLoaded = MultipleCategories = false;
+  DataObject = nullptr;
+  DataObjects = nullptr;
+  Categories = nullptr;
+  for (std::string* tag : {&NameTag, &DescriptionTag, &ShortDescriptionTag, &CategoryTag}) {
+    tag->clear();
+    MarkUnread(*tag);
+  }
+  MarkUnread(DataObject);
+  MarkUnread(DataObjects);
+  for (CheckBox* box : {&chkAutoMan, &chkPersonalTask, &chkSkipRowSelection}) {
+    box->SetValue(0);
+    MarkUnread(*box);
+  }
 }
 
 bool Details::IsTaggedTask() {
@@ -96,16 +115,16 @@ Outcome Details::InitControls() {
       button->SetVisible(TaggedTask);
     }
     if (TaggedTask) {
-      run([&] { NameTag = Set(Task)->NameTag(); });
-      run([&] { DescriptionTag = Set(Task)->DescriptionTag(); });
-      run([&] { ShortDescriptionTag = Set(Task)->ShortDescriptionTag(); });
+      Load(run, NameTag, [&] { NameTag = Set(Task)->NameTag(); });
+      Load(run, DescriptionTag, [&] { DescriptionTag = Set(Task)->DescriptionTag(); });
+      Load(run, ShortDescriptionTag, [&] { ShortDescriptionTag = Set(Task)->ShortDescriptionTag(); });
       run([&] { txtName.SetText(Set(Task)->LocalizedName()); });
       run([&] { txtDescription.SetText(Set(Task)->LocalizedDescription()); });
       run([&] { txtShortDescription.SetText(Set(Task)->LocalizedShortDescription()); });
     } else {
-      run([&] { txtName.SetText(Set(Task)->Name()); });
-      run([&] { txtDescription.SetText(Set(Task)->Description()); });
-      run([&] { txtShortDescription.SetText(Set(Task)->ShortDescription()); });
+      Load(run, txtName, [&] { txtName.SetText(Set(Task)->Name()); });
+      Load(run, txtDescription, [&] { txtDescription.SetText(Set(Task)->Description()); });
+      Load(run, txtShortDescription, [&] { txtShortDescription.SetText(Set(Task)->ShortDescription()); });
     }
   });
 }
@@ -120,10 +139,12 @@ void Details::ChooseTag(std::string_view procedure, std::string& tag,
   });
 }
 
-// A description that holds anything, blanks included, is never overwritten.
+// A description that holds anything, blanks included, is never overwritten; nor is one that could not be
+// read.
 void Details::txtName_LostFocus() {
   Procedure("txtName_LostFocus", [&](Statements& run) {
-    if (txtDescription.Text().empty()) run([&] { txtDescription.SetText(txtName.Text()); });
+    if (txtDescription.Text().empty() && !IsUnread(txtDescription))
+      run([&] { txtDescription.SetText(txtName.Text()); });
   });
 }
 
@@ -135,57 +156,58 @@ void Details::UserControl_Show() {
 }
 
 bool Details::Validate() {
-  bool answer = false;
-  Procedure("Validate", [&](Statements& run) {
+  return Answer("Validate", [&](Statements& run) {
     if (Trimmed(txtName.Text()).empty()) {
       run([&] { MsgBox(kNameMissingText, message_box::kOkInformation); });
-      return;
+      return false;
     }
     if (Trimmed(txtDescription.Text()).empty()) {
       run([&] { MsgBox(kDescriptionMissingText, message_box::kOkInformation); });
-      return;
+      return false;
     }
     const bool needs_data = run.If([&] { return Set(Task)->RecordMode() != record_mode::kNoData; });
     if (needs_data && cboDataObject.Index() == -1) {
       run([&] { MsgBox(kDataObjectMissingText, message_box::kOkWarning); });
-      return;
+      return false;
     }
-    answer = true;
+    return true;
   });
-  return answer;
 }
 
 Outcome Details::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     if (!chkAutoMan.Checked())
-      run([&] { Set(Store)->SetItem(store_key::kPersonalTask, chkPersonalTask.Checked()); });
-    run([&] { Set(Store)->SetItem(store_key::kDataObject, ObjectRef(DataObject)); });
-    run([&] { Set(Store)->SetItem(store_key::kDataObjects, ObjectRef(DataObjects)); });
+      Save(run, chkPersonalTask,
+           [&] { Set(Store)->SetItem(store_key::kPersonalTask, chkPersonalTask.Checked()); });
+    Save(run, DataObject, [&] { Set(Store)->SetItem(store_key::kDataObject, ObjectRef(DataObject)); });
+    Save(run, DataObjects, [&] { Set(Store)->SetItem(store_key::kDataObjects, ObjectRef(DataObjects)); });
     if (TaggedTask) {
-      run([&] { Set(Task)->SetNameTag(NameTag); });
-      run([&] { Set(Task)->SetDescriptionTag(DescriptionTag); });
-      run([&] { Set(Task)->SetShortDescriptionTag(ShortDescriptionTag); });
+      Save(run, NameTag, [&] { Set(Task)->SetNameTag(NameTag); });
+      Save(run, DescriptionTag, [&] { Set(Task)->SetDescriptionTag(DescriptionTag); });
+      Save(run, ShortDescriptionTag, [&] { Set(Task)->SetShortDescriptionTag(ShortDescriptionTag); });
     } else {
-      run([&] { Set(Task)->SetName(txtName.Text()); });
-      run([&] { Set(Task)->SetDescription(txtDescription.Text()); });
-      run([&] { Set(Task)->SetShortDescription(txtShortDescription.Text()); });
+      Save(run, txtName, [&] { Set(Task)->SetName(txtName.Text()); });
+      Save(run, txtDescription, [&] { Set(Task)->SetDescription(txtDescription.Text()); });
+      Save(run, txtShortDescription, [&] { Set(Task)->SetShortDescription(txtShortDescription.Text()); });
     }
-    run([&] { Set(Task)->SetAllowAutomationManager(chkAutoMan.Checked()); });
-    run([&] {
+    const bool settled =
+        Save(run, chkAutoMan, [&] { Set(Task)->SetAllowAutomationManager(chkAutoMan.Checked()); });
+    Save(run, chkSkipRowSelection, [&] {
       Set(Task)->SetSkipRowSelection(ServicesUtilities().CheckToBool(chkSkipRowSelection.Value()));
     });
     // What the automation manager does not run has no schedule.
-    if (run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
+    if (settled && run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
       run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
       run([&] { Set(Task)->SetRecurrence(nullptr); });
     }
     SaveDataObject(run);
-    const auto owner = GetOwner();
-    if (!owner) Statements::Leave();
-    run([&] { Set(Task)->SetOwner(*owner); });
-    if (!owner->empty()) run([&] { Set(Task)->SetPermissions(nullptr); });
+    std::optional<std::string> owner;
+    if (GetOwner(owner) == Outcome::kLeft) Statements::Leave();
+    const bool owned = owner && run([&] { Set(Task)->SetOwner(*owner); }) && !owner->empty();
+    if (owned) run([&] { Set(Task)->SetPermissions(nullptr); });
     if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
-    run([&] { Set(Task)->SetCategories(Categories); });
+    // A copy: what is edited from here on reaches the task when it is saved again.
+    if (Categories) run([&] { Set(Task)->SetCategories(Categories->Clone()); });
   });
 }
 

@@ -5,6 +5,8 @@
 #include <plovix/framework/page_controls.h>
 
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace plovix {
 
@@ -25,6 +27,7 @@ class Details final : public PageWith<kDetailsDesign> {
   // Whether the texts are edited as language tags: a task that uses them keeps them; a new one follows
   // the application's mode unless the marker file in the application's folder forces literal texts.
   bool IsTaggedTask();
+  void Forget();
   // Opens the tag editor on `tag`, with `choices` or nothing, and shows the chosen tag's text in `box`.
   template <class Box>
   void ChooseTag(std::string_view procedure, std::string& tag, const std::shared_ptr<TextCollection>& choices,
@@ -37,8 +40,7 @@ class Details final : public PageWith<kDetailsDesign> {
   void RetrieveCategories();
   void ListCategories(Statements& run, const std::string& column);
   void ListCategory(Statements& run, CategoryList& list, std::int32_t index);
-  // Lets failures through.
-  [[nodiscard]] bool IsCategoryListed(const std::string& text) const;
+  [[nodiscard]] bool IsCategoryListed(const std::string& folded) const;
   void RetrieveOwnCategories(Statements& run);
   Outcome ShowCategoryInfo();
   // Takes what the box shows into the working list, unless that holds several categories.
@@ -48,16 +50,22 @@ class Details final : public PageWith<kDetailsDesign> {
 
   // Settings and data object (details_data.cpp).
   void RetrieveSettings(Statements& run);
+  // Of a stored task, chosen before for a new one, or the only kind that the user may create. Lets failures
+  // through, like the next one.
+  [[nodiscard]] bool IsPersonal() const;
   // Whether the user may give the task to the automation manager, or take it back.
   [[nodiscard]] bool MayBeAutomatic() const;
   void InitDataObjects(Statements& run);
+  // All or nothing: a failure leaves the list and the choice as they were.
   void RetrieveDataObjects();
-  void ListDataObjects(Statements& run, std::int16_t mode);
-  // Selects the entry of that text without regard to case; where there is none the selection stays.
-  void SelectDataObject(Statements& run, const std::string& text);
+  using Entries = std::vector<std::pair<std::string, std::int32_t>>;  // captions and handles
+  [[nodiscard]] Entries Listed() const;
+  [[nodiscard]] Entries OfferedDataObjects(Statements& run, std::int16_t mode);
+  // The first entry of that text without regard to case; -1 where there is none.
+  [[nodiscard]] static int FindEntry(Statements& run, const Entries& entries, const std::string& text);
   void SaveDataObject(Statements& run);
-  // The current user's id for a personal task, else empty; nothing when the procedure was left.
-  std::optional<std::string> GetOwner();
+  // Gives the current user's id for a personal task, else an empty one; nothing where it is not known.
+  Outcome GetOwner(std::optional<std::string>& owner);
   bool HasInvalidActions();
   void ClearInvalidActions();
   [[nodiscard]] bool IsInvalid(Action& action, std::int32_t mode_bit) const;

@@ -10,6 +10,7 @@ const char* const kCategoryColumn = "Category";
 constexpr std::int32_t kRecordsetType = 4;
 constexpr std::int32_t kRecordsetOptions = 0;
 constexpr std::int32_t kRecordsetFlags = -1;
+constexpr int kTriesOfARow = 2;
 const char* const kSeveralCategories = "...";
 
 // A column without a value counts as empty.
@@ -31,17 +32,18 @@ void Details::RetrieveCategories() {
                                  kRecordsetFlags);
     });
     if (run.If([&] { return Set(rows)->Bof() && rows->Eof(); })) return;
-    run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
+    if (!CategoryTags) run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
     std::unordered_set<std::string> met;
-    while (run.If([&] { return !Set(rows)->Eof(); })) {
+    int stuck = 0;  // a row that cannot be left would be read for ever
+    while (stuck < kTriesOfARow && run.If([&] { return !Set(rows)->Eof(); })) {
       std::string column;
       run([&] { column = TextOf(Set(rows->Fields(kCategoryColumn))->Value()); });
       const int skipped = run.Skipped();
       if (!column.empty() && !met.contains(column)) ListCategories(run, column);
       if (run.Skipped() == skipped) met.insert(column);
-      run([&] { rows->MoveNext(); });
+      stuck = run([&] { rows->MoveNext(); }) ? 0 : stuck + 1;
     }
-    CategoriesLoaded = true;
+    CategoriesLoaded = run.Skipped() == 0;  // else the list is read again when it is opened
   });
 }
 
@@ -61,53 +63,52 @@ void Details::ListCategory(Statements& run, CategoryList& list, std::int32_t ind
   if (!is_public &&
       !run.If([&] { return Set(Application()->UserRights())->HasRight(kRightSeeAllCategories); }))
     return;
-  if (run.If([&] { return IsCategoryListed(Set(category)->Text()); })) return;
+  const auto text = run.Read([&] { return Set(category)->Text(); });
+  if (!text) return;
+  const auto folded = run.Read([&] { return ServicesUtilities().FoldCase(*text); });
+  if (!folded || IsCategoryListed(*folded)) return;
+  const auto tag = run.Read([&] { return TaggedTask ? Set(category)->Tag() : *text; });
+  if (!tag) return;
+  ListedCategories.insert(*folded);
   const int entry = cboCategory.Count();
-  std::string text;
-  run([&] {
-    text = Set(category)->Text();
-    if (ListedCategories.insert(ServicesUtilities().FoldCase(text)).second) cboCategory.AddItem(text);
-  });
-  if (cboCategory.Count() == entry) return;
-  if (TaggedTask) {
-    run([&] {
-      const std::string tag = Set(category)->Tag();
-      Set(CategoryTags)->Add(tag, tag);
-    });
-    run([&] { cboCategory.SetItemData(entry, Set(CategoryTags)->Count()); });
-  } else {
-    run([&] { Set(CategoryTags)->Add(text, text); });
-  }
+  cboCategory.AddItem(*text);
+  run([&] { Set(CategoryTags)->Add(*tag, *tag); });
+  if (TaggedTask) run([&] { cboCategory.SetItemData(entry, Set(CategoryTags)->Count()); });
 }
 
-bool Details::IsCategoryListed(const std::string& text) const {
-  return ListedCategories.contains(ServicesUtilities().FoldCase(text));
+bool Details::IsCategoryListed(const std::string& folded) const {
+  return ListedCategories.contains(folded);
 }
 
 void Details::RetrieveOwnCategories(Statements& run) {
-  std::shared_ptr<CategoryList> own;
-  run([&] { own = Set(Task)->Categories(); });
-  if (own) run([&] { Categories = own->Clone(); });
-  if (!own) run([&] { Categories = Set(Services().Factory())->NewCategoryList(); });
+  const auto own = run.Read([&] { return Set(Task)->Categories(); });
+  if (!own) return;
+  if (*own) run([&] { Categories = (*own)->Clone(); });
+  if (!*own) run([&] { Categories = Set(Services().Factory())->NewCategoryList(); });
 }
 
 Outcome Details::ShowCategoryInfo() {
   return Procedure("ShowCategoryInfo", [&](Statements& run) {
-    std::int32_t count = 0;
-    run([&] { count = Set(Categories)->Count(); });
-    MultipleCategories = count >= 2;
+    CategoryTag.clear();
+    cboCategory.SetText("");
+    MarkUnread(CategoryTag);
+    MarkUnread(cboCategory);
+    const auto count = run.Read([&] { return Set(Categories)->Count(); });
+    if (!count) return;
+    MultipleCategories = *count >= 2;
     cboCategory.SetEnabled(!MultipleCategories && !TaggedTask);
     cmdCategoryLangTag.SetVisible(!MultipleCategories && TaggedTask);
     if (MultipleCategories) {
       cboCategory.SetText(kSeveralCategories);
       return;
     }
-    std::string tag;
-    if (count == 1) run([&] { tag = Set(Categories->Item(1))->Tag(); });
-    std::string text;
-    if (count == 1) run([&] { text = Set(Application()->Language())->TagText(tag, nullptr); });
-    cboCategory.SetText(text);
-    if (TaggedTask) CategoryTag = tag;  // none where the editor has emptied the list
+    const bool is_one = *count == 1;  // else there is nothing to read
+    const bool known =
+        Load(run, CategoryTag, [&] { CategoryTag = is_one ? Set(Categories->Item(1))->Tag() : ""; });
+    const auto show = [&] {
+      cboCategory.SetText(is_one ? Set(Application()->Language())->TagText(CategoryTag, nullptr) : "");
+    };
+    if (known) Load(run, cboCategory, show);
   });
 }
 
@@ -115,21 +116,18 @@ Outcome Details::ShowCategoryInfo() {
 Outcome Details::ApplyCategories() {
   return Procedure("ApplyCategories", [&](Statements& run) {
     if (MultipleCategories) return;
+    const auto count = run.Read([&] { return Set(Categories)->Count(); });
+    if (!count) return;
+    const bool is_new = *count == 0;
     std::shared_ptr<Category> category;
-    if (run.If([&] { return Set(Categories)->Count() > 0; })) {
-      run([&] { category = Categories->Item(1); });
-    } else {
-      run([&] { category = Set(Services().Factory())->NewCategory(); });
-      run([&] { Set(Categories)->Add(Set(category)); });
-    }
-    if (TaggedTask) {
-      run([&] { Set(category)->SetTag(CategoryTag); });
-      return;
-    }
-    run([&] {
-      Set(category)->SetTag(
-          Set(Application()->Language())->TagForText(category->Tag(), cboCategory.Text(), ""));
-    });
+    run([&] { category = is_new ? Set(Services().Factory())->NewCategory() : Categories->Item(1); });
+    const auto file = [&] {
+      const auto language = Set(Application()->Language());
+      Set(category)->SetTag(language->TagForText(category->Tag(), cboCategory.Text(), ""));
+    };
+    const bool tagged = TaggedTask ? Save(run, CategoryTag, [&] { Set(category)->SetTag(CategoryTag); })
+                                   : Save(run, cboCategory, file);
+    if (is_new && tagged) run([&] { Categories->Add(category); });
   });
 }
 

@@ -1,6 +1,8 @@
 // The settings of the details page, its data object, and the actions that depend on both.
 #include <plovix/framework/raised.h>
 
+#include <algorithm>
+
 #include "details.h"
 
 namespace plovix {
@@ -45,16 +47,15 @@ class WaitPointer {
 
 }  // namespace
 
+bool Details::IsPersonal() const {
+  if (Set(Task)->IsExisting()) return !Task->Owner().empty();
+  if (Set(Store)->Exists(store_key::kPersonalTask))
+    return BooleanFrom(Set(Store->Item(store_key::kPersonalTask))->Value());
+  return CreatePersonal && !CreateGroup;
+}
+
 void Details::RetrieveSettings(Statements& run) {
-  if (run.If([&] { return Set(Task)->IsExisting(); })) {
-    run([&] { chkPersonalTask.SetValue(Set(Task)->Owner().empty() ? 0 : 1); });
-  } else if (run.If([&] { return Set(Store)->Exists(store_key::kPersonalTask); })) {
-    run([&] {
-      chkPersonalTask.SetValue(BooleanFrom(Set(Store->Item(store_key::kPersonalTask))->Value()) ? 1 : 0);
-    });
-  } else if (CreatePersonal || CreateGroup) {
-    chkPersonalTask.SetValue(CreateGroup ? 0 : 1);
-  }
+  Load(run, chkPersonalTask, [&] { chkPersonalTask.SetValue(IsPersonal() ? 1 : 0); });
   // Where nobody sits in front of the session, there is nobody to own a task.
   const bool unattended = run.If([&] {
     const auto session = Set(Application()->Session());
@@ -64,14 +65,14 @@ void Details::RetrieveSettings(Statements& run) {
   chkPersonalTask.SetEnabled(!unattended && CreatePersonal && CreateGroup);
   PersonalTaskEnabled = chkPersonalTask.Enabled();
   run([&] { chkAutoMan.SetEnabled(MayBeAutomatic()); });
-  run([&] { chkAutoMan.SetValue(ServicesUtilities().BoolToCheck(Set(Task)->AllowAutomationManager())); });
-  const bool on_query = run.If([&] { return Set(Task)->RecordMode() == record_mode::kQueryResults; });
+  Load(run, chkAutoMan,
+       [&] { chkAutoMan.SetValue(ServicesUtilities().BoolToCheck(Set(Task)->AllowAutomationManager())); });
+  bool on_query = false;
+  Load(run, chkSkipRowSelection, [&] {
+    on_query = Set(Task)->RecordMode() == record_mode::kQueryResults;
+    if (on_query) chkSkipRowSelection.SetValue(ServicesUtilities().BoolToCheck(Task->SkipRowSelection()));
+  });
   chkSkipRowSelection.SetEnabled(on_query);
-  if (on_query) {
-    run([&] { chkSkipRowSelection.SetValue(ServicesUtilities().BoolToCheck(Task->SkipRowSelection())); });
-  } else {
-    chkSkipRowSelection.SetValue(0);
-  }
 }
 
 // A task on a single record runs where that record is; an imported one is settled where it came from.
@@ -80,14 +81,14 @@ bool Details::MayBeAutomatic() const {
          BooleanFrom(Set(Store)->GetValue(store_key::kAllowAutomationManager, true));
 }
 
-// With a data object the list holds that one alone until it is opened: loading all may be slow.
+// With a data object the list holds that one alone until it is opened: loading all may be slow. Where it
+// could not be read, nothing is chosen in its place.
 void Details::InitDataObjects(Statements& run) {
-  std::string name;
-  run([&] { name = Set(Task)->DataObjectName(); });
-  if (!name.empty()) run([&] { DataObject = Set(Application()->DataObjectCatalog())->Find(name); });
-  std::int16_t mode = record_mode::kNoData;
-  run([&] { mode = Set(Task)->RecordMode(); });
   cboDataObject.Clear();
+  std::string name;
+  if (Load(run, DataObject, [&] { name = Set(Task)->DataObjectName(); }) && !name.empty())
+    Load(run, DataObject, [&] { DataObject = Set(Application()->DataObjectCatalog())->Find(name); });
+  const auto mode = run.Read([&] { return Set(Task)->RecordMode(); });
   if (DataObject) {
     run([&] { cboDataObject.AddItem(DataObject->Caption(), DataObject->Handle()); });
   } else if (!CreatePersonal && !CreateGroup) {
@@ -95,35 +96,36 @@ void Details::InitDataObjects(Statements& run) {
   } else if (mode == record_mode::kNoData) {
     run([&] { cboDataObject.AddItem(GetString(kNoDataObjectText), kNoHandle); });
   }
-  if (cboDataObject.Index() == -1 && cboDataObject.Count() > 0) cboDataObject.Select(0);
-  cboDataObject.SetEnabled(mode != record_mode::kNoData && !Importing);
+  if (cboDataObject.Index() == -1 && cboDataObject.Count() > 0 && !IsUnread(DataObject))
+    cboDataObject.Select(0);
+  if (mode) cboDataObject.SetEnabled(*mode != record_mode::kNoData && !Importing);
 }
 
+// Without records there is nothing to choose from; what the list holds stays.
 void Details::RetrieveDataObjects() {
   Procedure("RetrieveDataObjects", [&](Statements& run) {
     const WaitPointer waiting(Controls());
     const std::string shown = cboDataObject.Text();
-    std::int16_t mode = record_mode::kNoData;
-    run([&] { mode = Set(Task)->RecordMode(); });
-    if (mode != record_mode::kNoData) {
-      ListDataObjects(run, mode);
-    } else if (CreatePersonal || CreateGroup) {
-      run([&] { cboDataObject.AddItem(GetString(kNoDataObjectText), kNoHandle); });
-    }
-    if (!shown.empty()) {
-      SelectDataObject(run, shown);
-    } else if (cboDataObject.Count() > 0) {
-      cboDataObject.Select(0);
-    }
+    const auto mode = run.Read([&] { return Set(Task)->RecordMode(); });
+    const bool on_records = mode && *mode != record_mode::kNoData;
+    Entries entries = on_records ? OfferedDataObjects(run, *mode) : Listed();
+    if (!on_records && (CreatePersonal || CreateGroup))
+      run([&] { entries.emplace_back(GetString(kNoDataObjectText), kNoHandle); });
+    int chosen = IsUnread(DataObject) || entries.empty() ? -1 : 0;
+    if (!shown.empty()) chosen = FindEntry(run, entries, shown);
+    if (run.Skipped() > 0) return;
+    cboDataObject.Clear();
+    for (auto& [caption, handle] : entries) cboDataObject.AddItem(std::move(caption), handle);
+    if (chosen != -1) cboDataObject.Select(chosen);
     DataObjectsLoaded = true;
   });
 }
 
 // Offered is what the session may read and, where the task works on records, what can tell them apart.
-void Details::ListDataObjects(Statements& run, std::int16_t mode) {
+Details::Entries Details::OfferedDataObjects(Statements& run, std::int16_t mode) {
   const bool needs_key = mode == record_mode::kSingleRecord || mode == record_mode::kQueryResults;
   if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });
-  cboDataObject.Clear();
+  Entries entries;
   for (std::int32_t index = 1; run.If([&] { return index <= Set(DataObjects)->Count(); }); ++index) {
     std::shared_ptr<plovix::DataObject> object;
     run([&] { object = DataObjects->Item(index); });
@@ -131,27 +133,35 @@ void Details::ListDataObjects(Statements& run, std::int16_t mode) {
       return Set(Application()->Session())->HasPermission(permission_key::kView, Set(object)) &&
              !(needs_key && object->Key().empty());
     });
-    if (offered) run([&] { cboDataObject.AddItem(object->Caption(), object->Handle()); });
+    if (offered) run([&] { entries.emplace_back(object->Caption(), object->Handle()); });
   }
+  return entries;
 }
 
-void Details::SelectDataObject(Statements& run, const std::string& text) {
-  std::string folded;
-  run([&] { folded = ServicesUtilities().FoldCase(text); });
-  int found = -1;
-  for (int index = 0; index < cboDataObject.Count() && found == -1; ++index) {
-    if (run.If([&] { return ServicesUtilities().FoldCase(cboDataObject.ItemText(index)) == folded; }))
-      found = index;
-  }
-  if (found != -1) cboDataObject.Select(found);
+Details::Entries Details::Listed() const {
+  Entries entries;
+  for (int index = 0; index < cboDataObject.Count(); ++index)
+    entries.emplace_back(cboDataObject.ItemText(index), cboDataObject.ItemData(index));
+  return entries;
+}
+
+int Details::FindEntry(Statements& run, const Entries& entries, const std::string& text) {
+  const auto folded = run.Read([&] { return ServicesUtilities().FoldCase(text); });
+  const auto equal = [&](const auto& entry) {
+    return run.If([&] { return ServicesUtilities().FoldCase(entry.first) == folded; });
+  };
+  const auto found = std::ranges::find_if(entries, equal);
+  return found == entries.end() ? -1 : static_cast<int>(found - entries.begin());
 }
 
 void Details::SaveDataObject(Statements& run) {
-  std::string name, caption;
-  if (DataObject) run([&] { name = DataObject->Name(); });
-  if (DataObject) run([&] { caption = DataObject->Caption(); });
-  run([&] { Set(Task)->SetDataObjectName(name); });
-  run([&] { Set(Task)->SetDataObjectCaption(caption); });
+  if (IsUnread(DataObject)) return;
+  const auto name = run.Read([&] { return DataObject ? DataObject->Name() : std::string(); });
+  const auto caption = run.Read([&] { return DataObject ? DataObject->Caption() : std::string(); });
+  if (name && caption) {
+    run([&] { Set(Task)->SetDataObjectName(*name); });
+    run([&] { Set(Task)->SetDataObjectCaption(*caption); });
+  }
   const auto may = [&](std::string_view key) {
     return Set(Application()->Session())->HasPermission(key, DataObject);
   };
@@ -160,14 +170,14 @@ void Details::SaveDataObject(Statements& run) {
   run([&] { Set(Task)->SetMayDelete(may(permission_key::kDelete)); });
 }
 
-std::optional<std::string> Details::GetOwner() {
-  std::string owner;
-  const Outcome outcome = Procedure("GetOwner", [&](Statements& run) {
-    if (!chkPersonalTask.Checked()) return;
-    run([&] { owner = Set(Set(Application()->Session())->CurrentUser())->UserId(); });
+// A task for the automation manager is nobody's own, whoever's it was.
+Outcome Details::GetOwner(std::optional<std::string>& owner) {
+  return Procedure("GetOwner", [&](Statements& run) {
+    if (IsUnread(chkPersonalTask) && !chkAutoMan.Checked()) return;
+    owner.emplace();
+    if (chkPersonalTask.Checked())
+      owner = run.Read([&] { return Set(Set(Application()->Session())->CurrentUser())->UserId(); });
   });
-  if (outcome == Outcome::kLeft) return std::nullopt;
-  return owner;
 }
 
 bool Details::IsInvalid(Action& action, std::int32_t mode_bit) const {
@@ -176,18 +186,16 @@ bool Details::IsInvalid(Action& action, std::int32_t mode_bit) const {
 }
 
 bool Details::HasInvalidActions() {
-  bool answer = false;
-  Procedure("HasInvalidActions", [&](Statements& run) {
+  return Answer("HasInvalidActions", [&](Statements& run) {
     std::int32_t bit = 0;
     run([&] { bit = RecordModeBit(Set(Task)->RecordMode()); });
     std::shared_ptr<ActionList> actions;
     run([&] { actions = Set(Task)->Actions(); });
-    for (std::int32_t index = 1; run.If([&] { return index <= Set(actions)->Count(); }); ++index) {
-      run([&] { answer = IsInvalid(*Set(actions->Item(index)), bit); });
-      if (answer) return;
-    }
+    bool found = false;
+    for (std::int32_t index = 1; !found && run.If([&] { return index <= Set(actions)->Count(); }); ++index)
+      run([&] { found = IsInvalid(*Set(actions->Item(index)), bit); });
+    return found;
   });
-  return answer;
 }
 
 // Downwards, so that the positions of the actions still to be looked at stay.
@@ -224,19 +232,22 @@ void Details::cboDataObject_Click() {
       run([&] { chosen = ObjectFrom<plovix::DataObject>(ServicesUtilities().ObjectFromHandle(handle)); });
       run([&] { name = Set(chosen)->Name(); });
     }
-    if (run.If([&] { return Set(Set(Task)->Actions())->Count() == 0; })) {
+    const auto actions = run.Read([&] { return Set(Set(Task)->Actions())->Count(); });
+    if (DataObject && actions != 0) run([&] { current = DataObject->Name(); });
+    const bool same = actions != 0 && run.If([&] { return EqualText(current, name); });
+    if (run.Skipped() > 0 || same) return;
+    if (actions == 0) {
       DataObject = chosen;
       return;
     }
-    if (DataObject) run([&] { current = DataObject->Name(); });
-    if (run.If([&] { return EqualText(current, name); })) return;
     int answer = 0;
     run([&] { answer = MsgBox(kOtherDataObjectText, message_box::kYesNoQuestion); });
     if (answer == message_box::kYes) {
       DataObject = chosen;
       run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
     } else if (DataObject) {
-      SelectDataObject(run, current);
+      const int former = FindEntry(run, Listed(), current);
+      if (former != -1) cboDataObject.Select(former);
     } else {
       cboDataObject.Select(0);
     }

@@ -1,5 +1,7 @@
 #include "action_dialog.h"
 
+#include <plovix/standalone/model/text_limits.h>
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -10,7 +12,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "entry_rules.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 
@@ -19,10 +23,7 @@ namespace {
 
 constexpr int kCharactersWide = 48;
 constexpr int kLinesOfText = 6;
-
-QString WithoutMnemonic(QString caption) {
-  return caption.remove(u'&');
-}
+constexpr int kLongestLine = 1 << 24;  // the usual limit would cut what is stored
 
 }  // namespace
 
@@ -37,28 +38,37 @@ QWidget* ActionDialog::Field::Editor() const {
 ActionDialog::ActionDialog(const TextTable& texts, const std::string& title,
                            const std::vector<const ActionKind*>& kinds, const ActionRecord& action,
                            QWidget* parent)
-    : QDialog(parent), texts_(texts), initial_(action), action_(action) {
-  setWindowTitle(ToQt(title));
-  auto* layout = new QVBoxLayout(this);
+    : EditorDialog(texts, title, parent),
+      initial_(action),
+      action_(action),
+      name_problem_(NewProblemLabel()) {
   form_ = new QFormLayout;
   form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  layout->addLayout(form_);
-  layout->addStretch();
+  Rows()->addLayout(form_);
+  Rows()->addStretch();
   BuildKindChoice(kinds);
   name_ = new QLineEdit(ToQt(action.name));
   name_->setPlaceholderText(Text("action.edit.nameHint"));
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
-  form_->addRow(Text("action.edit.name"), name_);
+  QLabel* label = qt::NewLabel(Text("action.edit.name"));
+  label->setBuddy(name_);
+  auto* column = new QVBoxLayout;
+  column->addWidget(name_);
+  column->addWidget(name_problem_);
+  form_->addRow(label, column);
   BuildFields();
-  BuildButtons();
+  AddOkAndCancel();
+  ChainTabStops();
+  (kinds.size() < 2 ? static_cast<QWidget*>(name_) : findChild<QComboBox*>())->setFocus();
 }
 
 void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) {
+  QLabel* label = qt::NewLabel(Text("action.edit.kind"));
   if (kinds.size() < 2) {
     const ActionKind* kind = FindActionKind(action_.kind);
-    form_->addRow(WithoutMnemonic(Text("action.edit.kind")),
-                  new QLabel(kind != nullptr ? Text(kind->caption)
-                                             : ToQt(texts_.Host("action.list.unknown", {action_.kind}))));
+    const QString what = kind != nullptr ? Text(kind->caption) : Text("action.list.unknown", {action_.kind});
+    label->setText(Caption("action.edit.kind"));
+    form_->addRow(label, qt::NewWrappedLabel(qt::Shortened(what, qt::kLongestShown)));
     return;
   }
   auto* choice = new QComboBox;
@@ -68,19 +78,8 @@ void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) 
   }
   connect(choice, &QComboBox::activated, this,
           [this, kinds](int index) { ChooseKind(*kinds.at(static_cast<std::size_t>(index))); });
-  form_->addRow(Text("action.edit.kind"), choice);
-}
-
-void ActionDialog::BuildButtons() {
-  auto* buttons = new QDialogButtonBox;
-  layout()->addWidget(buttons);  // first: only a dialog's child can become its default button
-  ok_ = buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
-  cancel_ = buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
-  cancel_->setAutoDefault(false);  // Enter in a field means OK, wherever the focus has been
-  ok_->setDefault(true);
-  connect(buttons, &QDialogButtonBox::accepted, this, &ActionDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &ActionDialog::reject);
-  ChainTabStops();
+  label->setBuddy(choice);
+  form_->addRow(label, choice);
 }
 
 // Fields made anew would otherwise come behind the buttons.
@@ -94,8 +93,7 @@ void ActionDialog::ChainTabStops() {
     chain(field.Editor());
     if (field.browse != nullptr) chain(field.browse);
   }
-  chain(ok_);
-  chain(cancel_);
+  chain(findChild<QDialogButtonBox*>());
 }
 
 // What was typed for the former kind is kept, in case the user comes back to it.
@@ -133,23 +131,19 @@ void ActionDialog::AddField(const ActionField& info) {
     field.text->setTabChangesFocus(true);
     field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
   } else {
-    field.line = new QLineEdit(value);
+    field.line = new QLineEdit;
+    field.line->setMaxLength(kLongestLine);
+    field.line->setText(value);
   }
   line->addWidget(field.Editor());
   if (info.type == ActionFieldType::kFile || info.type == ActionFieldType::kFolder)
     field.browse = AddBrowseButton(field, line);
-  field.problem = new QLabel;
-  field.problem->setTextFormat(Qt::PlainText);
-  field.problem->setWordWrap(true);
-  QFont bold = field.problem->font();
-  bold.setBold(true);
-  field.problem->setFont(bold);
-  field.problem->hide();
+  field.problem = NewProblemLabel();
   column->addLayout(line);
   column->addWidget(field.problem);
-  auto* label = new QLabel(Text(info.caption));
+  QLabel* label = qt::NewLabel(Text(info.caption));
   label->setBuddy(field.Editor());
-  field.Editor()->setAccessibleName(WithoutMnemonic(Text(info.caption)));
+  field.Editor()->setAccessibleName(Caption(info.caption));
   static_cast<QFormLayout*>(field_area_->layout())->addRow(label, column);
   fields_.push_back(field);
 }
@@ -157,8 +151,7 @@ void ActionDialog::AddField(const ActionField& info) {
 QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
   auto* browse = new QPushButton(Text("action.edit.browse"));
   browse->setAutoDefault(false);
-  browse->setAccessibleName(
-      ToQt(texts_.Host("action.edit.browseFor", {FromQt(WithoutMnemonic(Text(field.info->caption)))})));
+  browse->setAccessibleName(Text("action.edit.browseFor", {FromQt(Caption(field.info->caption))}));
   connect(browse, &QPushButton::clicked, this, [this, field] { Browse(field); });
   line->addWidget(browse);
   return browse;
@@ -166,7 +159,7 @@ QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
 
 // A file may be one that does not exist yet: the path is only taken, nothing is opened.
 void ActionDialog::Browse(const Field& field) {
-  const QString caption = WithoutMnemonic(Text(field.info->caption));
+  const QString caption = Caption(field.info->caption);
   QFileDialog dialog(this, caption, field.line->text());
   dialog.setFileMode(field.info->type == ActionFieldType::kFolder ? QFileDialog::Directory
                                                                   : QFileDialog::AnyFile);
@@ -182,34 +175,39 @@ ActionRecord ActionDialog::Action() const {
 }
 
 void ActionDialog::accept() {
-  for (const Field& field : fields_) field.problem->hide();
-  if (const auto problem = CheckAction(Action())) {
-    ShowProblem(*problem);
-    return;
+  TellProblem(*name_problem_, *name_, {});
+  for (const Field& field : fields_) TellProblem(*field.problem, *field.Editor(), {});
+  if (!CheckLengths()) return;
+  const auto problem = CheckAction(Action());
+  const auto wrong = std::ranges::find_if(
+      fields_, [&](const Field& field) { return problem && field.info->key == problem->field; });
+  if (wrong != fields_.end()) {
+    ShowProblem(*wrong, Text(problem->text));
+  } else if (!problem) {
+    QDialog::accept();
   }
-  QDialog::accept();
 }
 
-void ActionDialog::ShowProblem(const ActionProblem& problem) {
+bool ActionDialog::CheckLengths() {
+  const QString long_name = ToQt(LengthProblem(FromQt(name_->text()), kLongestName, Texts()));
+  if (!long_name.isEmpty()) {
+    TellProblem(*name_problem_, *name_, long_name);
+    name_->setFocus();
+    return false;
+  }
   for (const Field& field : fields_) {
-    if (field.info->key != problem.field) continue;
-    field.problem->setText(Text(problem.text));
-    field.problem->show();
-    field.Editor()->setAccessibleDescription(Text(problem.text));
-    field.Editor()->setFocus();
-    if (field.line != nullptr) field.line->selectAll();
+    const QString problem = ToQt(LengthProblem(FromQt(field.Value()), kLongestText, Texts()));
+    if (problem.isEmpty()) continue;
+    ShowProblem(field, problem);
+    return false;
   }
-  layout()->activate();
-  resize(size().expandedTo(QSize(width(), layout()->totalHeightForWidth(width()))));
+  return true;
 }
 
-void ActionDialog::reject() {
-  if (Action() != initial_ && !IsSure(texts_, FromQt(windowTitle()), DiscardQuestion(texts_), this)) return;
-  QDialog::reject();
-}
-
-QString ActionDialog::Text(std::string_view key) const {
-  return ToQt(texts_.Host(key));
+void ActionDialog::ShowProblem(const Field& field, const QString& problem) {
+  TellProblem(*field.problem, *field.Editor(), problem);
+  field.Editor()->setFocus();
+  if (field.line != nullptr) field.line->selectAll();
 }
 
 }  // namespace plovix::app

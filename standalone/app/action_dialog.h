@@ -2,12 +2,12 @@
 #pragma once
 
 #include <plovix/standalone/model/action_kinds.h>
-#include <plovix/standalone/model/text_table.h>
 
-#include <QDialog>
 #include <map>
 #include <string>
 #include <vector>
+
+#include "editor_dialog.h"
 
 class QComboBox;
 class QFormLayout;
@@ -18,7 +18,7 @@ class QPushButton;
 
 namespace plovix::app {
 
-class ActionDialog final : public QDialog {
+class ActionDialog final : public EditorDialog {
  public:
   // Edits `action`; with more than one kind in `kinds` the user may change the kind. `texts` outlives it.
   ActionDialog(const TextTable& texts, const std::string& title, const std::vector<const ActionKind*>& kinds,
@@ -26,9 +26,9 @@ class ActionDialog final : public QDialog {
 
   // The action as edited; fit to be stored once the dialog has been accepted.
   [[nodiscard]] ActionRecord Action() const;
+  [[nodiscard]] bool Changed() const override { return Action() != initial_; }
 
   void accept() override;  // only when every field is in order
-  void reject() override;  // asks when something was changed
 
  private:
   struct Field {
@@ -42,23 +42,21 @@ class ActionDialog final : public QDialog {
   };
 
   void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
-  void BuildButtons();
   void ChooseKind(const ActionKind& kind);
   void BuildFields();
   void AddField(const ActionField& info);
   QPushButton* AddBrowseButton(const Field& field, QLayout* line);
   void ChainTabStops();
   void Browse(const Field& field);
-  void ShowProblem(const ActionProblem& problem);
-  [[nodiscard]] QString Text(std::string_view key) const;
+  [[nodiscard]] bool CheckLengths();
+  void ShowProblem(const Field& field, const QString& problem);
 
-  const TextTable& texts_;
   ActionRecord initial_, action_;
   std::map<std::string, ActionRecord> drafts_;  // what was typed for each kind visited
   QFormLayout* form_ = nullptr;
   QLineEdit* name_ = nullptr;
+  QLabel* name_problem_ = nullptr;
   QWidget* field_area_ = nullptr;
-  QPushButton *ok_ = nullptr, *cancel_ = nullptr;
   std::vector<Field> fields_;
 };
 

@@ -1,5 +1,7 @@
 #include "action_list_widget.h"
 
+#include <plovix/surfaces/qt/plain_text.h>
+
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -14,7 +16,7 @@
 namespace plovix::app {
 
 ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent)
-    : QWidget(parent), list_(list), texts_(texts), rows_(new QListWidget), hint_(new QLabel) {
+    : QWidget(parent), list_(list), texts_(texts), rows_(new QListWidget), hint_(qt::NewWrappedLabel()) {
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins({});
   auto* left = new QVBoxLayout;
@@ -23,8 +25,6 @@ ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts,
   columns->addLayout(left, 1);
   auto* buttons = new QVBoxLayout;
   columns->addLayout(buttons);
-  hint_->setTextFormat(Qt::PlainText);
-  hint_->setWordWrap(true);
   hint_->setText(ToQt(texts_.Host("action.list.empty")));
   rows_->setAccessibleName(ToQt(texts_.Host("action.list.name")));
   rows_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -90,8 +90,9 @@ void ActionListWidget::Redraw() {
   const int row = rows_->currentRow();
   rows_->clear();
   for (const ActionRecord& action : list_.Rows()) {
-    auto* row_item = new QListWidgetItem(RowText(action), rows_);
-    row_item->setToolTip(row_item->text());
+    const QString text = RowText(action);
+    auto* row_item = new QListWidgetItem(qt::Shortened(text, qt::kLongestShown), rows_);
+    row_item->setToolTip(qt::ToolTip(text));
   }
   hint_->setVisible(list_.Rows().empty());
   SelectRow(row);

@@ -1,5 +1,6 @@
 #include "add_field.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QCompleter>
 #include <QHBoxLayout>
@@ -11,19 +12,27 @@
 #include "editor_dialog.h"
 
 namespace plovix::app {
+namespace {
+
+constexpr int kCharactersWide = 24;
+
+}  // namespace
 
 AddField::AddField(const QString& label, const QString& button, Adder adder)
     : adder_(std::move(adder)), choice_(new QComboBox), problem_(NewProblemLabel()) {
   choice_->setEditable(true);
   choice_->setInsertPolicy(QComboBox::NoInsert);
+  choice_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // names may be long
+  choice_->setMinimumContentsLength(kCharactersWide);
   choice_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   choice_->setAccessibleName(QString(label).remove(u'&'));
   choice_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   choice_->completer()->setFilterMode(Qt::MatchContains);
   choice_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+  choice_->completer()->popup()->installEventFilter(this);  // which has the keys while it is open
   choice_->lineEdit()->setAccessibleName(choice_->accessibleName());
   choice_->installEventFilter(this);  // the keys come to it before its field
-  auto* caption = new QLabel(label);
+  QLabel* caption = qt::NewLabel(label);
   caption->setBuddy(choice_);
   auto* add = new QPushButton(button);
   add->setAutoDefault(false);
@@ -54,20 +63,57 @@ bool AddField::IsEmpty() const {
 
 bool AddField::Commit() {
   const QString problem = adder_(choice_->currentText().trimmed());
-  if (problem.isEmpty()) choice_->clearEditText();
+  if (problem.isEmpty()) {
+    Added();
+    return true;
+  }
   TellProblem(*problem_, *choice_, problem);
   choice_->setFocus();
   choice_->lineEdit()->selectAll();
-  return problem.isEmpty();
+  return false;
 }
 
 // Enter adds; in an empty field it is the dialog's.
 bool AddField::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || IsEmpty()) return QWidget::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (key != Qt::Key_Return && key != Qt::Key_Enter) return QWidget::eventFilter(watched, event);
-  Commit();
+  const auto* pressed = static_cast<QKeyEvent*>(event);
+  const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
+  if (!enter || pressed->modifiers().testFlag(Qt::ControlModifier))
+    return QWidget::eventFilter(watched, event);
+  EnterPressed();
   return true;
+}
+
+// Takes the suggestion that is shown: the highlighted one, or the only one where what is typed means nothing
+// by itself. Of several, the first is highlighted, so that nobody gets in unseen.
+void AddField::EnterPressed() {
+  QAbstractItemView* popup = choice_->completer()->popup();
+  if (!popup->isVisible()) {
+    Commit();
+    return;
+  }
+  const QModelIndex chosen = popup->currentIndex();
+  if (!chosen.isValid() && adder_(choice_->currentText().trimmed()).isEmpty()) {
+    popup->hide();
+    Added();
+    return;
+  }
+  const QAbstractItemModel* shown = popup->model();
+  if (!chosen.isValid() && shown->rowCount() > 1) {
+    popup->setCurrentIndex(shown->index(0, choice_->completer()->completionColumn()));
+    return;
+  }
+  const QModelIndex taken =
+      chosen.isValid() ? chosen : shown->index(0, choice_->completer()->completionColumn());
+  choice_->setEditText(taken.data().toString());
+  popup->hide();
+  Commit();
+}
+
+void AddField::Added() {
+  choice_->clearEditText();
+  TellProblem(*problem_, *choice_, {});
+  choice_->setFocus();
 }
 
 }  // namespace plovix::app

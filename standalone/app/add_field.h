@@ -29,6 +29,9 @@ class AddField final : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void EnterPressed();
+  void Added();
+
   Adder adder_;
   QComboBox* choice_;
   QLabel* problem_;

@@ -1,6 +1,9 @@
 #include "app_parts.h"
 
 #include <plovix/host/host_application.h>
+#include <plovix/surfaces/qt/plain_text.h>
+
+#include "qt_text.h"
 
 namespace plovix::app {
 
@@ -16,6 +19,10 @@ bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<
   parts.state.dialogs->MessageBox(parts.Text(text, {failure->Description()}), message_box::kOkWarning,
                                   parts.state.title);
   return false;
+}
+
+std::string NameInSentence(const AppParts& parts, const TaskRecord& task) {
+  return FromQt(qt::Shortened(ToQt(TaskName(parts, task)), qt::kLongestShown));
 }
 
 }  // namespace plovix::app

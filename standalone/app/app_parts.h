@@ -41,4 +41,7 @@ bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<
   return name.empty() ? parts.Text("list.unnamed") : name;
 }
 
+// The same as far as a sentence has room for it.
+[[nodiscard]] std::string NameInSentence(const AppParts& parts, const TaskRecord& task);
+
 }  // namespace plovix::app

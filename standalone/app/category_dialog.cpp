@@ -1,5 +1,7 @@
 #include "category_dialog.h"
 
+#include <plovix/standalone/model/text_limits.h>
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -7,6 +9,7 @@
 #include <algorithm>
 
 #include "add_field.h"
+#include "entry_rules.h"
 #include "qt_text.h"
 
 namespace plovix::app {
@@ -49,7 +52,9 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
   Rows()->addWidget(NewNote("category.publicNote"));
   AddOkAndCancel();
   for (const CategoryRecord& category : categories) {
-    Append({category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public});
+    const Line line{category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public};
+    // What an empty box leaves behind is no category.
+    if (!line.text.isEmpty() || !ToQt(line.tag).trimmed().isEmpty()) Append(line);
   }
   initial_ = Lines();
   table_->setCurrentCell(0, kText);
@@ -60,7 +65,7 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
 
 void CategoryDialog::BuildTable() {
   PrepareTable(*table_, {Text("category.column.text"), Text("category.column.public")});
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   OnKey(*table_, Qt::Key_F2, [this] { Rename(); });
   OnKey(*table_, Qt::Key_Delete, [this] { Remove(); });
@@ -192,6 +197,8 @@ void CategoryDialog::UpdateButtons() {
 
 QString CategoryDialog::ProblemOf(const QString& text, int row) const {
   if (text.isEmpty()) return Text("category.problem.empty");
+  if (const auto problem = LengthProblem(FromQt(text), kLongestName, Texts()); !problem.empty())
+    return ToQt(problem);
   const std::vector<Line> lines = Lines();
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (static_cast<int>(i) == row || Folded(lines[i].text) != Folded(text)) continue;

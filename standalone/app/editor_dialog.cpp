@@ -1,8 +1,8 @@
 #include "editor_dialog.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/merge_rows.h>
 
-#include <QAccessible>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <optional>
 
+#include "editor_area.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 
@@ -35,34 +36,32 @@ class RowDelegate final : public QStyledItemDelegate {
 
 }  // namespace
 
-QLabel* NewProblemLabel() {
-  auto* label = new QLabel;
-  label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(true);
-  QFont bold = label->font();
-  bold.setBold(true);
-  label->setFont(bold);
-  label->hide();
-  return label;
-}
-
+// Inside an editor the window grows with it.
 void TellProblem(QLabel& label, QWidget& editor, const QString& text) {
-  label.setText(text);
-  label.setVisible(!text.isEmpty());
-  editor.setAccessibleDescription(text);
-  if (text.isEmpty()) return;
-  QAccessibleEvent event(&label, QAccessible::Alert);
-  QAccessible::updateAccessibility(&event);
+  qt::TellProblem(label, editor, text);
   QWidget* window = label.window();
-  if (!window->isVisible()) return;  // it takes the size it needs when it is shown
-  window->layout()->activate();
-  window->resize(
-      window->size().expandedTo({window->width(), window->layout()->totalHeightForWidth(window->width())}));
+  auto* dialog = dynamic_cast<EditorDialog*>(window);
+  if (text.isEmpty() || dialog == nullptr || !window->isVisible()) return;
+  dialog->MakeRoomFor(label);
 }
 
 EditorDialog::EditorDialog(const TextTable& texts, const std::string& title, QWidget* parent)
-    : QDialog(parent), texts_(texts), rows_(new QVBoxLayout(this)) {
-  setWindowTitle(ToQt(title));
+    : QDialog(parent), texts_(texts), area_(new EditorArea) {
+  qt::SetTitle(*this, ToQt(title));
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(area_, 1);
+}
+
+QVBoxLayout* EditorDialog::Rows() const {
+  return area_->Rows();
+}
+
+// Before it is shown it takes the size that it needs by itself.
+void EditorDialog::MakeRoomFor(QWidget& widget) {
+  layout()->activate();
+  ResizeOnScreen(*this, size() + QSize(0, area_->MissingHeight()));
+  layout()->activate();
+  area_->ensureWidgetVisible(&widget);
 }
 
 QString EditorDialog::Text(std::string_view key, const std::vector<std::string>& parameters) const {
@@ -74,9 +73,7 @@ QString EditorDialog::Caption(std::string_view key) const {
 }
 
 QLabel* EditorDialog::NewNote(std::string_view key) const {
-  auto* note = new QLabel(Text(key));
-  note->setTextFormat(Qt::PlainText);
-  note->setWordWrap(true);
+  QLabel* note = qt::NewWrappedLabel(Text(key));
   return note;
 }
 
@@ -89,20 +86,27 @@ QPushButton* EditorDialog::NewButton(std::string_view key, std::function<void()>
 }
 
 void EditorDialog::AddOkAndCancel() {
-  auto* buttons = new QDialogButtonBox;
-  rows_->addWidget(buttons);  // first: only a dialog's child can become its default button
-  auto* ok = buttons->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
-  auto* cancel = buttons->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  buttons_ = new QDialogButtonBox;
+  layout()->addWidget(buttons_);  // first: only a dialog's child can become its default button
+  auto* ok = buttons_->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
+  auto* cancel = buttons_->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
   cancel->setAutoDefault(false);
   ok->setDefault(true);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void EditorDialog::HideCancel() {
+  for (QAbstractButton* button : buttons_->buttons())
+    button->setVisible(buttons_->buttonRole(button) == QDialogButtonBox::AcceptRole);
 }
 
 void EditorDialog::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   auto* button = qobject_cast<QPushButton*>(focusWidget());
-  if (enter && button != nullptr) {
+  if (enter && event->modifiers().testFlag(Qt::ControlModifier)) {
+    accept();
+  } else if (enter && button != nullptr) {
     button->click();
   } else {
     QDialog::keyPressEvent(event);
@@ -133,8 +137,22 @@ bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<
   return false;
 }
 
+bool EditorDialog::TryToStore(std::string_view key, QLabel& place, const std::function<void()>& work,
+                              const std::function<void(const std::vector<std::string>& rows)>& conflict) {
+  std::vector<std::string> rows;
+  const bool tried = Try(key, place, [&] {
+    try {
+      work();
+    } catch (const RowConflict& refused) {
+      rows = refused.Rows();
+    }
+  });
+  if (tried && !rows.empty()) Try(key, place, [&] { conflict(rows); });
+  return tried && rows.empty();
+}
+
 void EditorDialog::reject() {
-  if (Changed() && !IsSure(texts_, FromQt(windowTitle()), DiscardQuestion(texts_), this)) return;
+  if (Changed() && !IsSure(texts_, FromQt(qt::TitleOf(*this)), DiscardQuestion(texts_), this)) return;
   QDialog::reject();
 }
 

@@ -19,11 +19,13 @@ void FillTables(MemoryHostTables& tables) {
                      .groups = {"Accounting", "Sales"},
                      .edit_categories = true,
                      .create_personal = true},
-                    {.id = "night", .name = "", .groups = {}}});
-  tables.SaveTag({"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}});
-  tables.SaveTag({"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}});
-  tables.SaveTag({"task.cleanup.name", {{"en", "Nightly clean-up"}}});
-  tables.SaveTag({"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}});
+                    {.id = "night", .name = "", .groups = {}}},
+                   tables.Users());
+  tables.SaveTag({"text.accounting", {{"en", "Accounting"}, {"fr", "Comptabilité"}}}, {});
+  tables.SaveTag({"text.reports", {{"en", "Reports"}, {"fr", "Rapports"}}}, {});
+  tables.SaveTag({"task.cleanup.name", {{"en", "Nightly clean-up"}}}, {});
+  tables.SaveTag({"task.monthend.name", {{"en", "Month-end reports"}, {"fr", "Rapports de fin de mois"}}},
+                 {});
 }
 
 }  // namespace
@@ -48,6 +50,9 @@ void PictureEditors(const TextTable& texts,
   save(permissions_editor, "Permissions");
   PermissionDialog nobody(texts, "Month-end reports", {}, tables, nullptr);
   save(nobody, "PermissionsNobody");
+  PermissionDialog read_only(texts, "Month-end reports", permissions, tables, nullptr);
+  read_only.MakeReadOnly();
+  save(read_only, "PermissionsReadOnly");
 
   TagDialog tags(texts, "task.monthend.name", {"text.reports"}, tables, LanguageCodes(), texts.code, nullptr);
   save(tags, "Tags");

@@ -1,5 +1,7 @@
 #include "import_report_dialog.h"
 
+#include <plovix/surfaces/qt/plain_text.h>
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -15,16 +17,15 @@ constexpr int kCharactersWide = 72;
 constexpr int kLinesHigh = 10;
 
 QLabel* NewLabel(const std::string& text) {
-  auto* label = new QLabel(ToQt(text));
-  label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(true);
+  QLabel* label = qt::NewWrappedLabel(qt::Shortened(ToQt(text), qt::kLongestTold));
   return label;
 }
 
 // One paragraph for each note; any number of them stays inside the window.
 QPlainTextEdit* NewList(const TextTable& texts, const ImportReport& report) {
   QStringList notes;
-  for (const ImportNote& note : report) notes += "\u2022 " + ToQt(texts.Host(note.text, note.parameters));
+  for (const ImportNote& note : report)
+    notes += "\u2022 " + qt::Shortened(ToQt(texts.Host(note.text, note.parameters)), qt::kLongestTold);
   auto* list = new QPlainTextEdit(notes.join('\n'));
   list->setObjectName("notes");
   list->setReadOnly(true);
@@ -41,7 +42,7 @@ QPlainTextEdit* NewList(const TextTable& texts, const ImportReport& report) {
 ImportReportDialog::ImportReportDialog(const TextTable& texts, const std::string& file_name,
                                        const ImportReport& report, QWidget* parent)
     : QDialog(parent) {
-  setWindowTitle(ToQt(texts.Host("exchange.importTitle")));
+  qt::SetTitle(*this, ToQt(texts.Host("exchange.importTitle")));
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(NewLabel(texts.Host("exchange.report.intro", {file_name})));
   auto* list = NewList(texts, report);

@@ -33,13 +33,14 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
       add_(new AddField(Text("permission.addLabel"), Text("permission.add"),
                         [this](const QString& text) { return Add(text); })),
       remove_(NewButton("permission.remove", [this] { Remove(); })),
+      note_(NewNote("permission.note")),
       meaning_(NewNote("permission.nobody")) {
   Rows()->addWidget(table_, 1);
   auto* below = new QHBoxLayout;
   below->addWidget(add_, 1);
   below->addWidget(remove_, 0, Qt::AlignTop);
   Rows()->addLayout(below);
-  Rows()->addWidget(NewNote("permission.note"));
+  Rows()->addWidget(note_);
   Rows()->addWidget(meaning_);
   AddOkAndCancel();
   ReadSubjects(tables);
@@ -49,6 +50,22 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
   if (permissions_.empty()) add_->setFocus();
   Update();
   ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
+}
+
+// OK and Cancel mean the same then, so there is but one button.
+void PermissionDialog::MakeReadOnly() {
+  read_only_ = true;
+  const QSignalBlocker quiet(table_);
+  for (int row = 0; row < table_->rowCount(); ++row) {
+    for (int column = kView; column < table_->columnCount(); ++column)
+      table_->item(row, column)->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+  }
+  auto* why = NewNote("rights.mayNotChangeAccess");
+  setAccessibleDescription(why->text());
+  Rows()->insertWidget(0, why);
+  for (QWidget* editing : std::initializer_list<QWidget*>{add_, remove_, note_}) editing->hide();
+  HideCancel();
+  table_->setFocus();
 }
 
 void PermissionDialog::ReadSubjects(HostTables& tables) {
@@ -65,7 +82,7 @@ void PermissionDialog::BuildTable() {
   PrepareTable(*table_, {Text("permission.column.subject"), Text("permission.column.view"),
                          Text("permission.column.run"), Text("permission.column.edit"),
                          Text("permission.column.delete")});
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   OnKey(*table_, Qt::Key_Delete, [this] { Remove(); });
   connect(table_, &QTableWidget::itemChanged, this, [this](const QTableWidgetItem* item) { Toggled(*item); });
 }
@@ -81,9 +98,9 @@ void PermissionDialog::AppendRow(const PermissionRecord& line) {
   const QSignalBlocker quiet(table_);
   const int row = table_->rowCount();
   table_->insertRow(row);
-  auto* who = new QTableWidgetItem(TextOf(line));
+  auto* who = new QTableWidgetItem(qt::Shortened(TextOf(line), qt::kLongestShown));
   who->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-  who->setToolTip(who->text());
+  who->setToolTip(qt::ToolTip(who->text()));
   table_->setItem(row, 0, who);
   for (int column = kView; column < table_->columnCount(); ++column) {
     auto* cell = new QTableWidgetItem;
@@ -138,7 +155,7 @@ QString PermissionDialog::Add(const QString& text) {
 
 void PermissionDialog::Remove() {
   const int row = table_->currentRow();
-  if (row < 0) return;
+  if (row < 0 || read_only_) return;
   permissions_.erase(permissions_.begin() + row);
   table_->removeRow(row);
   Update();

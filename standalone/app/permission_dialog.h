@@ -22,6 +22,10 @@ class PermissionDialog final : public EditorDialog {
   PermissionDialog(const TextTable& texts, const std::string& title,
                    const std::optional<PermissionSet>& permissions, HostTables& tables, QWidget* parent);
 
+  // To be called before the dialog is shown: the set can be looked at, and the dialog says why it cannot be
+  // changed.
+  void MakeReadOnly();
+
   [[nodiscard]] const PermissionSet& Permissions() const { return permissions_; }
   [[nodiscard]] bool Changed() const override;
 
@@ -46,12 +50,13 @@ class PermissionDialog final : public EditorDialog {
   void Update();
 
   bool has_set_;
+  bool read_only_ = false;
   PermissionSet initial_, permissions_;  // a row of the table for each line
   std::vector<Subject> subjects_;
   QTableWidget* table_;
   AddField* add_;
   QPushButton* remove_;
-  QLabel* meaning_;
+  QLabel *note_, *meaning_;
 };
 
 }  // namespace plovix::app

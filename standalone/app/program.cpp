@@ -1,10 +1,12 @@
 #include "program.h"
 
-#include <plovix/standalone/data/sqlite_data_source.h>
+#include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/script/script_runner.h>
+#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/surfaces/qt/theme.h>
+#include <pwd.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -12,9 +14,12 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
+#include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <system_error>
 
 #include "application.h"
 #include "program_host.h"
@@ -43,6 +48,52 @@ bool HasDisplay() {
   return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
 }
 
+// Where the variable is missing, the toolkit would take the root folder for the user's home.
+void LookUpHome() {
+  if (IsSet("HOME")) return;
+  const passwd* user = getpwuid(geteuid());
+  if (user != nullptr && user->pw_dir != nullptr) setenv("HOME", user->pw_dir, 1);
+}
+
+// The options with the user's own task file where none is named. Its folder is made.
+ProgramOptions WithTaskFile(ProgramOptions options) {
+  if (options.database) return options;
+  options.database = DefaultDatabasePath();
+  const auto folder = std::filesystem::path(*options.database).parent_path();
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) {
+    throw Failure(failure_number::kInvalidCall,
+                  folder.string() + ": the folder for your tasks cannot be made (" + error.message() +
+                      "); name a task file elsewhere with --database");
+  }
+  return options;
+}
+
+// The toolkit ends the program with a signal where it can show nothing.
+[[noreturn]] void EndInWords(const std::string& reason) {
+  const char* platform = std::getenv("QT_QPA_PLATFORM");
+  std::cerr << "plovix: no window can be shown with QT_QPA_PLATFORM=" << (platform == nullptr ? "" : platform)
+            << "; without it the display decides, and \"plovix script FILE\" needs none.\n"
+            << reason << std::flush;
+  std::_Exit(kFailed);
+}
+
+QtMessageHandler toolkits_own_handler = nullptr;
+
+void HandleMessageAtStart(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (type == QtFatalMsg) EndInWords(FromQt(message));
+  toolkits_own_handler(type, context, message);
+}
+
+// `argc` outlives the application.
+std::unique_ptr<Application> MakeApplication(int& argc, char** argv) {
+  toolkits_own_handler = qInstallMessageHandler(HandleMessageAtStart);
+  auto application = std::make_unique<Application>(argc, argv);
+  qInstallMessageHandler(toolkits_own_handler);
+  return application;
+}
+
 TextTable ChosenLanguage(const ProgramOptions& options) {
   if (options.language) return LoadLanguage(*options.language);
   std::vector<std::string> preferred;
@@ -58,22 +109,37 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
 int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
+  MemoryHostTables memory_tables;
   std::unique_ptr<SqliteStorage> file_storage;
+  std::unique_ptr<SqliteHostTables> file_tables;
   const bool from_input = *options.script == "-";
   ScriptOptions script{.storage = &memory,
                        .texts = ChosenLanguage(options),
+                       .tables = &memory_tables,
+                       .user = options.user,
                        .interactive = from_input && isatty(STDIN_FILENO) == 1,
                        .source_name = *options.script};
   if (options.database) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
+    file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // between two commands it may wait for long
+    if (options.user) file_tables = std::make_unique<SqliteHostTables>(*options.database);
+    if (file_tables) script.tables = file_tables.get();
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }
-  if (options.data) script.data = std::make_shared<SqliteDataSource>(*options.data);
+  if (options.data) {
+    constexpr std::chrono::seconds kMore{5};  // reading itself ends earlier, if it ends at all
+    script.data =
+        std::make_shared<BackgroundDataSource>(*options.data, WaitAtMost(SqliteDataSource::kLongest + kMore));
+  }
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
+  // A pipe is as good as standard input: it may be what another command writes.
+  std::error_code error;
+  const bool is_folder = std::filesystem::is_directory(*options.script, error);
   std::ifstream file(*options.script);
-  if (!file) {
-    std::cerr << *options.script << ": the script cannot be read\n";
+  if (is_folder || !file) {
+    std::cerr << *options.script << ": the script cannot be read: "
+              << std::generic_category().message(is_folder ? EISDIR : errno) << '\n';
     return kWrongInput;
   }
   return RunScript(file, std::cout, std::cerr, script);
@@ -101,7 +167,7 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   std::unique_ptr<ProgramHost> host;
   std::string problem;
   try {
-    host = std::make_unique<ProgramHost>(options, texts);
+    host = std::make_unique<ProgramHost>(WithTaskFile(options), texts);
   } catch (const Failure& failure) {
     problem = failure.Description();
   }
@@ -127,8 +193,7 @@ ProgramOptions WithoutDisplay(ProgramOptions options) {
   std::cerr
       << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";
   options.script = "-";
-  if (!options.database) options.database = DefaultDatabasePath();
-  return options;
+  return WithTaskFile(std::move(options));
 }
 
 int Run(int argc, char** argv, const ProgramOptions& options) {
@@ -142,16 +207,16 @@ int Run(int argc, char** argv, const ProgramOptions& options) {
   }
   if (options.screenshots) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    Application application(argc, argv);
-    std::cerr << "plovix: " << SaveScreenshots(application, *options.screenshots) << " pictures in "
-              << *options.screenshots << '\n';
+    const auto application = MakeApplication(argc, argv);
+    const auto count = SaveScreenshots(*application, *options.screenshots);
+    std::cerr << "plovix: " << count << " pictures in " << *options.screenshots << '\n';
     return 0;
   }
   if (!options.script && HasDisplay()) {
     const bool chosen = IsSet("QT_QPA_PLATFORM");
     if (!chosen) setenv("QT_QPA_PLATFORM", IsSet("WAYLAND_DISPLAY") ? kWaylandPlatforms : kPlatforms, 1);
-    Application application(argc, argv);
-    if (chosen || QGuiApplication::platformName() != "offscreen") return RunWindows(application, options);
+    const auto application = MakeApplication(argc, argv);
+    if (chosen || QGuiApplication::platformName() != "offscreen") return RunWindows(*application, options);
     return RunScriptFile(WithoutDisplay(options));
   }
   return RunScriptFile(options.script ? options : WithoutDisplay(options));
@@ -160,6 +225,7 @@ int Run(int argc, char** argv, const ProgramOptions& options) {
 }  // namespace
 
 int RunProgram(int argc, char** argv) {
+  LookUpHome();
   ProgramOptions options;
   try {
     options = ParseOptions({argv + 1, argv + argc});

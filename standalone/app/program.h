@@ -3,7 +3,8 @@
 
 namespace plovix::app {
 
-// Exit status: 0; 1 when the tasks or a picture could not be reached; 2 for a wrong command line or script.
+// Exit status: 0; 1 when the tasks, the display or a picture could not be reached; 2 for a wrong command line
+// or script.
 int RunProgram(int argc, char** argv);
 
 }  // namespace plovix::app

@@ -1,18 +1,18 @@
 #include "program_host.h"
 
 #include <plovix/component/entry_points.h>
+#include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/data/sample_database.h>
-#include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/standalone/model/stand_in_data_source.h>
 
 #include <QCoreApplication>
 #include <QLocale>
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
 #include "qt_text.h"
+#include "wait_window.h"
 
 namespace plovix::app {
 
@@ -26,12 +26,12 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   storage_ = std::make_unique<SqliteStorage>(path);
   tables_ = std::make_unique<SqliteHostTables>(path);
   user_ = FindUser(*tables_, options.user, state_.texts);
-  SetUser(state_, user_);
+  SetUser(state_, *tables_, user_);
+  storage_->SetGuard(GuardFor(*tables_, user_.id, state_.texts));
   ReadTags(state_, *tables_, state_.texts.code);
   state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
-  state_.tag_filed = [this](const std::string& tag, const std::string& text) {
-    tables_->SaveTag({tag, {{state_.texts.code, text}}});
-  };
+  state_.tag_filed = [this](const std::string& tag, const std::string& text) { FileTag(tag, text); };
+  EmptyLogWhenIdle();
   OpenData(options.data.value_or(DefaultDataPath()), !options.data);
   RegisterPages(registry_);
   InstallHost(state_);
@@ -39,6 +39,30 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
 
 ProgramHost::~ProgramHost() {
   InstallServices({});
+}
+
+// So that a copy of the task file alone, as people and backups make it, is whole.
+void ProgramHost::EmptyLogWhenIdle() {
+  constexpr std::chrono::milliseconds kPause{1000};
+  idle_.setSingleShot(true);
+  idle_.setInterval(kPause);
+  QObject::connect(&idle_, &QTimer::timeout, &idle_, [this] {
+    if (!storage_->EmptyLog()) idle_.start();
+  });
+  const auto begin_again = [this] { idle_.start(); };
+  storage_->OnWritten(begin_again);
+  tables_->OnWritten(begin_again);
+  idle_.start();  // there may be a log of before
+}
+
+// Where somebody else has made the tag meanwhile, the next attempt finds theirs.
+void ProgramHost::FileTag(const std::string& tag, const std::string& text) {
+  try {
+    tables_->SaveTag({tag, {{state_.texts.code, text}}}, {});
+  } catch (const RowConflict&) {
+    ReadTags(state_, *tables_, state_.texts.code);
+    throw;
+  }
 }
 
 AppParts ProgramHost::Parts() {
@@ -65,21 +89,11 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
     problem = failure.Description();
   }
   if (!problem.empty()) tell("data.noSample", problem);
-  data_ = std::make_shared<SqliteDataSource>(path);
+  data_ = std::make_shared<BackgroundDataSource>(path, WaitWithWindow(state_.texts));
   state_.data = std::make_shared<StandInDataSource>(
       data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
                                      [tell](const std::string& name) { tell("data.missing", name); }});
   dialogs_.Use(*tables_, path);
-}
-
-UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id, const TextTable& texts) {
-  const std::vector<UserRecord> users = tables.Users();
-  const auto wanted = [&](const UserRecord& user) { return id ? user.id == *id : user.administrator; };
-  const auto found = std::ranges::find_if(users, wanted);
-  if (found != users.end()) return *found;
-  std::string ids;
-  for (const UserRecord& user : users) ids += (ids.empty() ? "" : ", ") + user.id;
-  throw Failure(failure_number::kInvalidCall, texts.Host("program.noSuchUser", {id.value_or(""), ids}));
 }
 
 }  // namespace plovix::app

@@ -6,6 +6,7 @@
 #include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
+#include <QTimer>
 #include <memory>
 #include <string>
 
@@ -29,18 +30,17 @@ class ProgramHost final {
 
  private:
   void OpenData(const std::string& path, bool make_sample);
+  void EmptyLogWhenIdle();
+  void FileTag(const std::string& tag, const std::string& text);
 
   HostState state_;
   QtDialogs dialogs_;
   std::unique_ptr<SqliteStorage> storage_;
   std::unique_ptr<SqliteHostTables> tables_;
+  QTimer idle_;  // runs out some time after the last change of the task file
   UserRecord user_;
   std::shared_ptr<DataSource> data_;
   PageRegistry registry_;
 };
-
-// The user of that id; without one the first administrator. Fails in words with the ids that there are.
-[[nodiscard]] UserRecord FindUser(HostTables& tables, const std::optional<std::string>& id,
-                                  const TextTable& texts);
 
 }  // namespace plovix::app

@@ -51,8 +51,9 @@ std::string Usage() {
          "       [--palette light|dark]\n"
          "    opens the list of automated tasks; without --data on sample data, without --user as\n"
          "    the first administrator\n"
-         "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--language CODE|FILE.json|ids]\n"
-         "    runs a script of the wizard; prints JSON Lines\n"
+         "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--user ID]\n"
+         "       [--language CODE|FILE.json|ids]\n"
+         "    runs a script of the wizard; prints JSON Lines; without --user everything is allowed\n"
          "plovix --screenshots DIR\n"
          "    saves a picture of every page, window and dialog in every language, light and dark\n"
          "plovix --help | --version\n";

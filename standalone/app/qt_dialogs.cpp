@@ -3,6 +3,7 @@
 #include <plovix/host/host_application.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/model/host_user.h>
+#include <plovix/surfaces/qt/plain_text.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -21,6 +22,8 @@
 
 namespace plovix::app {
 namespace {
+
+constexpr int kMostLines = 20;  // of a box: it has no scroll bar
 
 struct Button {
   int answer;
@@ -70,18 +73,18 @@ int Ask(QMessageBox& box) {
   return clicked->property("answer").toInt();
 }
 
+}  // namespace
+
 std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
                                     QWidget* parent) {
   auto box = std::make_unique<QMessageBox>(parent);
   box->setIcon(icon);
-  box->setWindowTitle(ToQt(title));
+  qt::SetTitle(*box, ToQt(title));
   box->setTextFormat(Qt::PlainText);
-  box->setText(ToQt(text));
+  box->setText(qt::Shortened(ToQt(text), qt::kLongestTold, kMostLines));
   box->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return box;
 }
-
-}  // namespace
 
 std::unique_ptr<QMessageBox> QtDialogs::MakeMessageBox(const std::string& prompt, int buttons,
                                                        const std::string& title) const {
@@ -102,7 +105,10 @@ std::unique_ptr<QMessageBox> QtDialogs::MakeReportBox(const FailureReport& repor
                                                     std::to_string(report.line)})
                       : texts_.Host("error.placeWithoutLine", {report.module, report.page, report.procedure});
   auto box = NewBox(QMessageBox::Critical, texts_.Host("error.title"), text, QApplication::activeWindow());
-  box->setInformativeText(ToQt(place + "\n\n" + texts_.Host("error.hint")));
+  box->setInformativeText(qt::Shortened(ToQt(place), qt::kLongestTold, kMostLines) + "\n\n" +
+                          ToQt(texts_.Host("error.hint")));
+  // The box's own format is that of its first text alone.
+  for (QLabel* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   AddButtons(*box, texts_,
              {{static_cast<int>(ReportAction::kRetry), "button.retry", QMessageBox::AcceptRole},
               {static_cast<int>(ReportAction::kContinue), "button.continue", QMessageBox::AcceptRole},
@@ -139,7 +145,9 @@ std::optional<std::vector<CategoryRecord>> QtDialogs::EditCategories(
 }
 
 std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const DataObjectRecord& object) {
-  QueryBuilderDialog dialog(texts_, *state_.data, object, text, data_, QApplication::activeWindow());
+  QueryBuilderDialog dialog(texts_, *state_.data, object, text,
+                            {.path = data_, .reads_hidden = MayReadHidden(state_)},
+                            QApplication::activeWindow());
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return dialog.Query();
 }
@@ -148,6 +156,7 @@ std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const 
 std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
                                                         const std::string& title) {
   PermissionDialog dialog(texts_, title, permissions, *tables_, QApplication::activeWindow());
+  if (state_.permissions_locked) dialog.MakeReadOnly();
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   if (!permissions && dialog.Permissions().empty()) return std::nullopt;
   return dialog.Permissions();

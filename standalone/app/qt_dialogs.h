@@ -5,11 +5,11 @@
 #include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/model/text_table.h>
 
+#include <QMessageBox>
 #include <memory>
 
 class QDialog;
 class QFileDialog;
-class QMessageBox;
 class QString;
 class QWidget;
 
@@ -47,6 +47,10 @@ class QtDialogs final : public HostDialogs {
   HostTables* tables_ = nullptr;
   std::string data_;
 };
+
+// A box without buttons, whose texts are never markup and never longer than a screen takes.
+[[nodiscard]] std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title,
+                                                  const std::string& text, QWidget* parent);
 
 // Tells something that only needs an OK.
 void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent);

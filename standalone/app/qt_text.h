@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QString>
 #include <QWidget>
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -24,11 +25,21 @@ namespace plovix::app {
   return FoldCase(FromQt(text));
 }
 
+// Resizes a window, as far as its screen goes: with the frame that the desktop draws around it.
+inline void ResizeOnScreen(QWidget& window, const QSize& wanted) {
+  constexpr QSize kUsualFrame(10, 40);  // pixels; while it is not shown yet
+  const QRect screen = window.screen()->availableGeometry();
+  const QSize frame = window.isVisible() ? window.frameGeometry().size() - window.size() : kUsualFrame;
+  window.resize(wanted.boundedTo(screen.size() - frame));
+  if (!window.isVisible()) return;
+  const QRect now = window.frameGeometry();
+  const QPoint over(std::max(0, now.right() - screen.right()), std::max(0, now.bottom() - screen.bottom()));
+  if (!over.isNull()) window.move(now.topLeft() - over);
+}
 // Gives a window room for so much text in a font, as far as its screen goes.
 inline void ResizeToText(QWidget& window, const QFont& font, int characters, int lines) {
   const QFontMetrics metrics(font);
-  const QSize wanted(metrics.averageCharWidth() * characters, metrics.lineSpacing() * lines);
-  window.resize(wanted.boundedTo(window.screen()->availableSize()));
+  ResizeOnScreen(window, {metrics.averageCharWidth() * characters, metrics.lineSpacing() * lines});
 }
 
 }  // namespace plovix::app

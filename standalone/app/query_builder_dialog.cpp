@@ -1,6 +1,7 @@
 #include "query_builder_dialog.h"
 
-#include <plovix/standalone/data/query_run.h>
+#include <plovix/standalone/data/background_job.h>
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/query/query_text.h>
 
@@ -13,10 +14,12 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
+#include "entry_rules.h"
 #include "qt_dialogs.h"
 #include "qt_text.h"
 #include "query_preview_panel.h"
 #include "query_rows_widget.h"
+#include "wait_window.h"
 
 namespace plovix::app {
 namespace {
@@ -35,23 +38,22 @@ std::string TextOf(const QPlainTextEdit& editor) {
 
 QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& source,
                                        const DataObjectRecord& object, const std::string& text,
-                                       std::string path, QWidget* parent)
+                                       QueryTarget target, QWidget* parent)
     : EditorDialog(texts, texts.Host("query.title"), parent),
       object_(object.name),
       query_(text),
-      path_(std::move(path)),
+      target_(std::move(target)),
       rows_(new QueryRowsWidget(texts, object.name, source.Fields(object.name))),
       text_(new QPlainTextEdit),
       notice_(NewProblemLabel()) {
-  auto* heading = new QLabel(Text("query.heading", {object.caption}));
-  heading->setTextFormat(Qt::PlainText);
-  heading->setWordWrap(true);
+  QLabel* heading = qt::NewWrappedLabel(
+      Text("query.heading", {FromQt(qt::Shortened(ToQt(object.caption), qt::kLongestShown))}));
   Rows()->addWidget(heading);
   rows_->setAccessibleName(heading->text());
   Rows()->addWidget(rows_, 2);
   BuildText();
-  if (!path_.empty()) {
-    preview_ = new QueryPreviewPanel(texts, path_);
+  if (!target_.path.empty()) {
+    preview_ = new QueryPreviewPanel(texts, target_);
     Rows()->addWidget(preview_, 1);
   }
   AddOkAndCancel();
@@ -69,7 +71,7 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
 }
 
 void QueryBuilderDialog::BuildText() {
-  auto* label = new QLabel(Text("query.text"));
+  QLabel* label = qt::NewLabel(Text("query.text"));
   label->setBuddy(text_);
   text_->setAccessibleName(Caption("query.text"));
   text_->setTabChangesFocus(true);
@@ -159,13 +161,28 @@ void QueryBuilderDialog::Tell(const QString& notice) {
   if (notice != notice_->text()) TellProblem(*notice_, *text_, notice);
 }
 
+std::optional<QueryProblem> QueryBuilderDialog::Problem() const {
+  using Found = std::optional<QueryProblem>;
+  std::unique_ptr<BackgroundJob> left;
+  try {
+    const auto found =
+        FindInBackground<Found>(WaitWithWindow(Texts()), left,
+                                [target = target_, query = query_](const std::stop_token& unwanted) -> Found {
+                                  return CheckQuery(target, query, unwanted);
+                                });
+    return found ? *found : QueryProblem{"query.preview.tooLong", {}};
+  } catch (const Failure& failure) {
+    return QueryProblem{"query.preview.file", failure.Description()};
+  }
+}
+
 // The database may not take the text, or not be there to be asked.
 bool QueryBuilderDialog::IsKept() {
-  if (path_.empty()) return true;
-  const auto problem = CheckQuery(path_, query_);
+  if (target_.path.empty()) return true;
+  const auto problem = Problem();
   if (!problem) return true;
   const std::string words = Texts().Host(problem->text, {problem->detail});
-  return IsSure(Texts(), FromQt(windowTitle()),
+  return IsSure(Texts(), FromQt(qt::TitleOf(*this)),
                 {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, this);
 }
 
@@ -176,6 +193,9 @@ void QueryBuilderDialog::accept() {
     text_->setFocus();
   } else if (rows_count_ && !rows_->IsInOrder()) {
     rows_->TellWhatIsWrong();
+  } else if (const auto problem = LengthProblem(query_, kLongestText, Texts()); !problem.empty()) {
+    Tell(ToQt(problem));
+    text_->setFocus();
   } else if (IsKept()) {
     EditorDialog::accept();
   }

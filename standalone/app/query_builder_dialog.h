@@ -2,9 +2,11 @@
 // in step with each other, and what that finds. Used by the dialogs of the program.
 #pragma once
 
+#include <plovix/standalone/data/query_run.h>
 #include <plovix/standalone/model/data_source.h>
 
 #include <QTimer>
+#include <optional>
 #include <string>
 
 #include "editor_dialog.h"
@@ -21,11 +23,11 @@ class QueryRowsWidget;
 // rows are greyed out.
 class QueryBuilderDialog final : public EditorDialog {
  public:
-  // Edits the query `text`; blank: all records are offered. `path` is the data's file for counting and
-  // checking; empty: neither. `texts` outlives the dialog, `source` is only used to construct it, which fails
-  // as the source does.
+  // Edits the query `text`; blank: all records are offered. `target` is the data's file for counting and
+  // checking; without a path: neither. `texts` outlives the dialog, `source` is only used to construct it,
+  // which fails as the source does.
   QueryBuilderDialog(const TextTable& texts, DataSource& source, const DataObjectRecord& object,
-                     const std::string& text, std::string path, QWidget* parent);
+                     const std::string& text, QueryTarget target, QWidget* parent);
 
   // The query; never blank once the dialog has been accepted.
   [[nodiscard]] const std::string& Query() const { return query_; }
@@ -47,8 +49,11 @@ class QueryBuilderDialog final : public EditorDialog {
   void Tell(const QString& notice);
   [[nodiscard]] bool IsBlank() const;
   [[nodiscard]] bool IsKept();
+  // What keeps the text from being run.
+  [[nodiscard]] std::optional<QueryProblem> Problem() const;
 
-  std::string object_, query_, initial_, path_;
+  std::string object_, query_, initial_;
+  QueryTarget target_;
   QueryRowsWidget* rows_;
   QPlainTextEdit* text_;
   QLabel* notice_;

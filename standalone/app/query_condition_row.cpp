@@ -86,7 +86,7 @@ void LimitWidth(QComboBox& box, int characters) {
 
 QueryFields::QueryFields(std::vector<FieldRecord> fields) : records(std::move(fields)) {
   QStringList list;
-  for (const FieldRecord& field : records) list += ToQt(field.name);
+  for (const FieldRecord& field : records) list += qt::Shortened(ToQt(field.name), qt::kLongestShown);
   names.setStringList(list);
 }
 
@@ -165,7 +165,8 @@ void QueryConditionRow::ShowEditor() {
   editors_->setCurrentIndex(Editor() == comparison_ ? last : editors_->indexOf(Editor()));
   value_->setPlaceholderText(
       Text(HintKeyOf(Field().type), {FromQt(QLocale().toString(kSampleNumber, 'f', 1))}));
-  field_->setToolTip(ToQt(Field().name));
+  field_->setToolTip(qt::ToolTip(ToQt(Field().name)));
+  field_->setAccessibleDescription(qt::Shortened(ToQt(Field().name), qt::kLongestTold));  // not the markup
 }
 
 void QueryConditionRow::Edited() {

@@ -14,19 +14,24 @@ namespace plovix::app {
 namespace {
 
 constexpr int kWidestColumn = 30;  // characters
-constexpr int kLinesHigh = 7;
+constexpr int kLinesHigh = 5;
+constexpr std::chrono::milliseconds kSilence = QueryLimits{}.time + std::chrono::seconds{1};
+
+QTableWidgetItem* NewCell(const QString& text) {
+  auto* cell = new QTableWidgetItem(qt::Shortened(text, qt::kLongestShown));
+  cell->setToolTip(qt::ToolTip(text));
+  return cell;
+}
 
 }  // namespace
 
-QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
+QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, QueryTarget target)
     : texts_(texts),
-      count_(new QLabel),
+      count_(qt::NewWrappedLabel()),
       table_(new QTableWidget),
-      preview_(std::move(path), [this](std::function<void()> arrived) {
+      preview_(std::move(target), [this](std::function<void()> arrived) {
         QMetaObject::invokeMethod(this, std::move(arrived), Qt::QueuedConnection);
       }) {
-  count_->setTextFormat(Qt::PlainText);
-  count_->setWordWrap(true);
   count_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   table_->setAccessibleName(ToQt(texts_.Host("query.preview.name")));
   PrepareTable(*table_);
@@ -35,6 +40,9 @@ QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, std::string path)
   table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
+  silence_.setSingleShot(true);
+  silence_.setInterval(kSilence);
+  silence_.callOnTimeout(this, [this] { ShowInstead("query.preview.tooLong"); });
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins({});
   rows->addWidget(count_);
@@ -46,23 +54,30 @@ QWidget* QueryPreviewPanel::TabStop() const {
 }
 
 void QueryPreviewPanel::ShowCounting() {
-  preview_.Cancel();
+  Cancel();
   count_->setText(ToQt(texts_.Host("query.preview.counting")));
   table_->setEnabled(false);
 }
 
 void QueryPreviewPanel::Ask(BoundQuery query) {
   ShowCounting();
+  silence_.start();
   preview_.Ask(std::move(query), [this](const QueryPreview::Result& result) { Show(result); });
 }
 
-void QueryPreviewPanel::ShowInstead(std::string_view text) {
+void QueryPreviewPanel::Cancel() {
+  silence_.stop();
   preview_.Cancel();
+}
+
+void QueryPreviewPanel::ShowInstead(std::string_view text) {
+  Cancel();
   count_->setText(ToQt(texts_.Host(text)));
   ShowRows({});
 }
 
 void QueryPreviewPanel::Show(const QueryPreview::Result& result) {
+  silence_.stop();
   if (const auto* problem = std::get_if<QueryProblem>(&result)) {
     count_->setText(ToQt(texts_.Host(problem->text, {problem->detail})));
     ShowRows({});
@@ -87,13 +102,11 @@ void QueryPreviewPanel::ShowRows(const QueryRows& found) {
   table_->setRowCount(static_cast<int>(found.rows.size()));
   table_->setColumnCount(static_cast<int>(found.columns.size()));
   for (int column = 0; column < table_->columnCount(); ++column) {
-    auto* header = new QTableWidgetItem(ToQt(found.columns[static_cast<std::size_t>(column)]));
-    header->setToolTip(header->text());
+    QTableWidgetItem* header = NewCell(ToQt(found.columns[static_cast<std::size_t>(column)]));
     table_->setHorizontalHeaderItem(column, header);
     for (int row = 0; row < table_->rowCount(); ++row) {
       const auto& value = found.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-      auto* cell = new QTableWidgetItem(value ? ToQt(*value) : ToQt(texts_.Host("query.preview.empty")));
-      cell->setToolTip(cell->text());
+      QTableWidgetItem* cell = NewCell(ToQt(value ? *value : texts_.Host("query.preview.empty")));
       if (!value) cell->setForeground(palette().brush(QPalette::PlaceholderText));
       table_->setItem(row, column, cell);
     }

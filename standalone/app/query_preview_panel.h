@@ -4,8 +4,8 @@
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/model/text_table.h>
 
+#include <QTimer>
 #include <QWidget>
-#include <string>
 #include <vector>
 
 class QLabel;
@@ -15,8 +15,8 @@ namespace plovix::app {
 
 class QueryPreviewPanel final : public QWidget {
  public:
-  // `texts` outlives it. `path` is the data's file.
-  QueryPreviewPanel(const TextTable& texts, std::string path);
+  // `texts` outlives it.
+  QueryPreviewPanel(const TextTable& texts, QueryTarget target);
 
   // Says that what is shown is out of date.
   void ShowCounting();
@@ -25,8 +25,12 @@ class QueryPreviewPanel final : public QWidget {
   // Shows no records but a host text.
   void ShowInstead(std::string_view text);
   [[nodiscard]] QWidget* TabStop() const;
+  // A longer sentence takes its room from the table; else a layout would take the height that the panel
+  // would like to have for the least that it needs.
+  [[nodiscard]] bool hasHeightForWidth() const override { return false; }
 
  private:
+  void Cancel();
   void Show(const QueryPreview::Result& result);
   void ShowRows(const QueryRows& found);
   [[nodiscard]] QString CountText(const QueryRows& found) const;
@@ -34,6 +38,7 @@ class QueryPreviewPanel final : public QWidget {
   const TextTable& texts_;
   QLabel* count_;
   QTableWidget* table_;
+  QTimer silence_;  // runs out when the query keeps to no time limit
   QueryPreview preview_;
 };
 

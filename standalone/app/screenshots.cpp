@@ -91,7 +91,7 @@ class Session {
     data_->entries = {{{"invoices", "Invoices", "id"}, {{"total", FieldType::kReal}}}};
     state_.data = data_;
     dialogs_.Use(tables_, {});
-    SetUser(state_, user_);
+    SetUser(state_, tables_, user_);
     state_.clock = [] {
       return std::chrono::local_days{std::chrono::year{2026} / 2 / 27} + std::chrono::hours{10};
     };
@@ -145,7 +145,7 @@ class Session {
       if (identifier == page_identifier::kRecords) {
         task.base_date = state_.Now();
       }
-      WizardWindow window(parts_, task, EntriesFor(user_));
+      WizardWindow window(parts_, task, StartEditing(state_, user_, task));
       if (window.Start(identifier)) Save(window, identifier.substr(identifier.find('.') + 1));
     }
   }
@@ -161,7 +161,8 @@ class Session {
          "SELECT * FROM orders WHERE (status = 'open' OR status = 'shipped') AND ordered_at >= '2026-01-01'"},
         {"QueryBuilderText", "SELECT count(*) FROM orders GROUP BY status"}};
     for (const auto& [name, query] : queries) {
-      QueryBuilderDialog dialog(state_.texts, source, source.Find("orders").value(), query, path, nullptr);
+      QueryBuilderDialog dialog(state_.texts, source, source.Find("orders").value(), query, {.path = path},
+                                nullptr);
       dialog.show();
       QElapsedTimer waited;
       for (waited.start(); waited.elapsed() < kPreviewMilliseconds;) QCoreApplication::processEvents();

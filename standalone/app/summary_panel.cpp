@@ -2,6 +2,7 @@
 
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
+#include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QKeyEvent>
@@ -16,14 +17,18 @@
 namespace plovix::app {
 namespace {
 
-QString Paragraph(const QString& text) {
-  return QStringLiteral("<p style='margin-top:0;margin-bottom:4px'>") + text.toHtmlEscaped() +
-         QStringLiteral("</p>");
+QString Paragraph(const QString& text, const QString& style = {}) {
+  return QStringLiteral("<p style='margin-top:0;margin-bottom:4px;") + style + QStringLiteral("'>") +
+         text.toHtmlEscaped() + QStringLiteral("</p>");
 }
 
 QString Heading(const QString& text) {
   return QStringLiteral("<h4 style='margin-top:8px;margin-bottom:4px'>") + text.toHtmlEscaped() +
          QStringLiteral("</h4>");
+}
+
+std::string InSentence(const std::string& name) {
+  return FromQt(qt::Shortened(ToQt(name), qt::kLongestShown));
 }
 
 std::string_view RecordsKey(std::int16_t mode) {
@@ -44,26 +49,19 @@ std::string_view RecordsKey(std::int16_t mode) {
 std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std::string, Value>& store) {
   auto recurrence = ScheduleOf(task);
   if (!recurrence) return recurrence;
-  const std::array keys{&store_key::kDailyRecurrence, &store_key::kWeeklyRecurrence,
-                        &store_key::kMonthlyRecurrence, &store_key::kYearlyRecurrence};
+  const std::array<const char*, 4> keys{store_key::kDailyRecurrence, store_key::kWeeklyRecurrence,
+                                        store_key::kMonthlyRecurrence, store_key::kYearlyRecurrence};
   const auto type = static_cast<std::size_t>(recurrence->recurrence_type);
   if (type >= keys.size() || type + 1 == recurrence->pattern.index()) return recurrence;
-  const auto entry = store.find(*keys.at(type));
+  const auto entry = store.find(keys.at(type));
   const auto* held = entry == store.end() ? nullptr : std::get_if<ObjectRef>(&entry->second);
   auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->get());
   recurrence->pattern = PatternValues(pattern).value_or(PatternRecord{});
   return recurrence;
 }
 
-// Whether the day that intervals are counted from decides on which days or at which times the task runs.
+// Whether the day that intervals are counted from decides on which days the task runs.
 bool StartMatters(const RecurrenceRecord& recurrence) {
-  constexpr std::int32_t kMinutesADay = 24 * 60;
-  constexpr std::int32_t kHoursADay = 24;
-  const auto divides = [&](std::int32_t day) {
-    return recurrence.interval == 0 || day % recurrence.interval == 0;
-  };
-  if (recurrence.time_kind == time_kind::kEveryNMinutes && !divides(kMinutesADay)) return true;
-  if (recurrence.time_kind == time_kind::kEveryNHours && !divides(kHoursADay)) return true;
   const auto* daily = std::get_if<DailyRecord>(&recurrence.pattern);
   const auto* weekly = std::get_if<WeeklyRecord>(&recurrence.pattern);
   const auto* monthly = std::get_if<MonthlyRecord>(&recurrence.pattern);
@@ -92,13 +90,16 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
   const auto sentence = [this](std::string_view key, const std::vector<std::string>& parameters = {}) {
     return Paragraph(ToQt(parts_.Text(key, parameters)));
   };
-  QString html = Heading(ToQt(parts_.Text("summary.title")));
+  QString html;
+  if (parts_.state.user_id != parts_.user.id) html += sentence("summary.owner", {parts_.state.user_id});
+  html += Heading(ToQt(parts_.Text("summary.title")));
   const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
-  html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {name});
+  html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {InSentence(name)});
   html += sentence(RecordsKey(task.record_mode));
   if (task.record_mode != record_mode::kNoData) {
     const std::string& caption = task.data_object_caption;
-    html += caption.empty() ? sentence("summary.noDataObject") : sentence("summary.dataObject", {caption});
+    html += caption.empty() ? sentence("summary.noDataObject")
+                            : sentence("summary.dataObject", {InSentence(caption)});
   }
   html += Heading(ToQt(parts_.Text("summary.schedule"))) + ScheduleText(Draft(task, store), task);
   setHtml(html);
@@ -107,18 +108,21 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
 
 QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurrence,
                                    const TaskRecord& task) const {
-  const DateTime now = parts_.state.Now();
-  const auto start = ScheduleStart(task, now);
-  QString html = Paragraph(ToQt(ScheduleSentence(recurrence, start, parts_.state.texts, LocaleTime)));
-  if (!recurrence) return html;
-  const Schedule schedule(*recurrence, start);
-  const auto runs = NextRuns(schedule, parts_.zone, now, kRuns);
-  if (!runs.empty() && StartMatters(*recurrence))
+  const TextTable& texts = parts_.state.texts;
+  if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
+  const auto start = ScheduleStart(task, parts_.state.Now());
+  const Outlook outlook =
+      OutlookOf(*recurrence, start, parts_.zone, InstantOf(parts_.state, parts_.zone), kRuns);
+  const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
+  QString html;
+  if (words.warning) html += Paragraph(ToQt(*words.warning), QStringLiteral("font-weight:bold"));
+  html += Paragraph(ToQt(words.sentence));
+  if (words.note) html += Paragraph(ToQt(*words.note));
+  if (outlook.runs.empty()) return html;
+  if (!words.name_start && StartMatters(*recurrence))
     html += Paragraph(ToQt(parts_.Text("summary.start", {FromQt(DateText(start))})));
-  if (!runs.empty()) html += Heading(ToQt(parts_.Text("summary.nextRuns")));
-  for (const Run& run : runs) html += RunText(run);
-  // One that never ran says so in its sentence.
-  if (runs.empty() && schedule.Previous(now)) html += Paragraph(ToQt(parts_.Text("summary.noMoreRuns")));
+  html += Heading(ToQt(parts_.Text("summary.nextRuns")));
+  for (const Run& run : outlook.runs) html += RunText(run);
   return html;
 }
 

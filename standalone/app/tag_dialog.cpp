@@ -58,7 +58,7 @@ TagDialog::TagDialog(const TextTable& texts, const std::string& tag, const std::
 }
 
 void TagDialog::BuildSearch(bool with_choices) {
-  auto* label = new QLabel(Text("tag.search"));
+  QLabel* label = qt::NewLabel(Text("tag.search"));
   label->setBuddy(search_);
   search_->setClearButtonEnabled(true);
   search_->setPlaceholderText(Text("tag.searchHint"));
@@ -87,7 +87,7 @@ void TagDialog::BuildTable() {
   shown_->setSourceModel(model_);
   shown_->setFilterRole(TagTableModel::kSearchRole);
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   table_->setModel(shown_);
   PrepareRowTable(*table_);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);

@@ -1,5 +1,7 @@
 #include "tag_table_model.h"
 
+#include <plovix/surfaces/qt/plain_text.h>
+
 #include <QLocale>
 #include <algorithm>
 
@@ -84,9 +86,20 @@ int TagTableModel::columnCount(const QModelIndex& parent) const {
 QVariant TagTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
-  if (role == kSearchRole) return row.search;
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
-  if (index.column() == kTag) return ToQt(row.tag.tag);
+  switch (role) {
+    case kSearchRole:
+      return row.search;
+    case Qt::ToolTipRole:
+      return qt::ToolTip(CellText(row, index.column()));
+    case Qt::DisplayRole:
+      return qt::Shortened(CellText(row, index.column()), qt::kLongestShown);
+    default:
+      return {};
+  }
+}
+
+QString TagTableModel::CellText(const Row& row, int column) const {
+  if (column == kTag) return ToQt(row.tag.tag);
   const auto text = row.tag.texts.find(language_);
   return text == row.tag.texts.end() ? QString() : ToQt(text->second).simplified();
 }

@@ -46,6 +46,7 @@ class TagTableModel final : public QAbstractTableModel {
     QString search;
   };
   [[nodiscard]] static Row MakeRow(TagRecord tag);
+  [[nodiscard]] QString CellText(const Row& row, int column) const;
 
   std::string language_;
   QStringList headers_;

@@ -1,11 +1,14 @@
 #include "tag_texts_dialog.h"
 
+#include <plovix/standalone/model/text_limits.h>
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "entry_rules.h"
 #include "qt_text.h"
 #include "tag_table_model.h"
 
@@ -14,7 +17,6 @@ namespace {
 
 constexpr int kCharactersWide = 56;
 constexpr int kLinesOfText = 3;
-constexpr std::size_t kFieldsWithoutScrolling = 4;
 
 }  // namespace
 
@@ -30,18 +32,7 @@ TagTextsDialog::TagTextsDialog(const TextTable& texts, const TagRecord& tag, Hos
       name_problem_(NewProblemLabel()),
       problem_(NewProblemLabel()) {
   BuildName(*Rows());
-  if (languages.size() > kFieldsWithoutScrolling) {
-    auto* area = new QScrollArea;
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidget(new QWidget);
-    auto* column = new QVBoxLayout(area->widget());
-    for (const std::string& language : languages) BuildField(*column, language);
-    Rows()->addWidget(area, 1);
-  } else {
-    for (const std::string& language : languages) BuildField(*Rows(), language);
-  }
+  for (const std::string& language : languages) BuildField(*Rows(), language);
   Rows()->addWidget(problem_);
   AddOkAndCancel();
   if (!initial_.tag.empty() && !fields_.empty()) fields_.front().text->setFocus();
@@ -51,7 +42,7 @@ void TagTextsDialog::BuildName(QLayout& column) {
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
   name_->setAccessibleName(Caption("tag.name"));
   name_->setReadOnly(!initial_.tag.empty());
-  auto* label = new QLabel(Text("tag.name"));
+  QLabel* label = qt::NewLabel(Text("tag.name"));
   label->setBuddy(name_);
   connect(name_, &QLineEdit::textChanged, this, [this] { TellProblem(*name_problem_, *name_, {}); });
   for (QWidget* widget : std::initializer_list<QWidget*>{label, name_, name_problem_})
@@ -67,7 +58,7 @@ void TagTextsDialog::BuildField(QBoxLayout& column, const std::string& language)
   field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
   field.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
   field.text->setAccessibleName(LanguageName(language));
-  auto* label = new QLabel(
+  QLabel* label = qt::NewLabel(
       Text(language == current_ ? "tag.needed" : "tag.column.text", {FromQt(LanguageName(language))}));
   label->setBuddy(field.text);
   connect(field.text, &QPlainTextEdit::textChanged, this,
@@ -95,14 +86,19 @@ TagRecord TagTextsDialog::Tag() const {
 bool TagTextsDialog::Check() {
   const TagRecord tag = Tag();
   if (initial_.tag.empty() && (tag.tag.empty() || is_taken_(tag.tag))) {
-    TellProblem(*name_problem_, *name_, Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
+    TellTaken(Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
+    return false;
+  }
+  if (const auto problem = LengthProblem(tag.tag, kLongestName, Texts()); !problem.empty()) {
+    TellProblem(*name_problem_, *name_, ToQt(problem));
     name_->setFocus();
-    name_->selectAll();
     return false;
   }
   for (const Field& field : fields_) {
-    if (field.language != current_ || tag.texts.contains(current_)) continue;
-    TellProblem(*field.problem, *field.text, Text("tag.problem.text"));
+    QString problem = ToQt(LengthProblem(FromQt(field.text->toPlainText()), kLongestText, Texts()));
+    if (field.language == current_ && !tag.texts.contains(current_)) problem = Text("tag.problem.text");
+    if (problem.isEmpty()) continue;
+    TellProblem(*field.problem, *field.text, problem);
     field.text->setFocus();
     return false;
   }
@@ -110,7 +106,36 @@ bool TagTextsDialog::Check() {
 }
 
 void TagTextsDialog::accept() {
-  if (Check() && Try("tag.failed", *problem_, [this] { tables_.SaveTag(Tag()); })) QDialog::accept();
+  const bool is_new = initial_.tag.empty();
+  const auto save = [&] { tables_.SaveTag(Tag(), is_new ? TagRecord().texts : initial_.texts); };
+  const auto conflict = [&](const auto& languages) {
+    is_new ? TellTaken(Text("tag.problem.taken")) : TakeOver(languages);
+  };
+  if (Check() && TryToStore("tag.failed", *problem_, save, conflict)) QDialog::accept();
+}
+
+void TagTextsDialog::TellTaken(const QString& problem) {
+  TellProblem(*name_problem_, *name_, problem);
+  name_->setFocus();
+  name_->selectAll();
+}
+
+// What somebody else has stored is what is compared with from now on. Their other texts appear, those in the
+// same languages are told, and what was entered here stays.
+void TagTextsDialog::TakeOver(const std::vector<std::string>& conflicts) {
+  const auto tags = tables_.Tags();
+  const auto found = std::ranges::find(tags, initial_.tag, &TagRecord::tag);
+  const auto stored = found == tags.end() ? TagRecord().texts : found->texts;
+  const auto merged = MergeRows(initial_.texts, Tag().texts, stored).rows;
+  initial_.texts = stored;
+  for (const Field& field : fields_) {
+    const auto text = merged.find(field.language);
+    const QString shown = text == merged.end() ? QString() : ToQt(text->second);
+    if (field.text->toPlainText() != shown) field.text->setPlainText(shown);
+  }
+  QStringList languages;
+  for (const std::string& language : conflicts) languages += LanguageName(language);
+  TellProblem(*problem_, *this, Text("tag.conflict", {FromQt(languages.join(u", "))}));
 }
 
 }  // namespace plovix::app

@@ -26,11 +26,13 @@ class TagTextsDialog final : public EditorDialog {
                  const std::vector<std::string>& languages, const std::string& current, IsTaken is_taken,
                  QWidget* parent);
 
-  // As stored, once the dialog has been accepted.
+  // As entered.
   [[nodiscard]] TagRecord Tag() const;
   [[nodiscard]] bool Changed() const override { return Tag() != initial_; }
 
-  void accept() override;  // stores the tag; stays open when that fails
+  // Stores the tag. Stays open when that fails, and when somebody else has made the same tag or changed the
+  // same texts meanwhile: that is told, and OK then stores over their texts.
+  void accept() override;
 
  private:
   struct Field {
@@ -42,6 +44,8 @@ class TagTextsDialog final : public EditorDialog {
   void BuildName(QLayout& column);
   void BuildField(QBoxLayout& column, const std::string& language);
   bool Check();
+  void TakeOver(const std::vector<std::string>& conflicts);
+  void TellTaken(const QString& problem);
 
   TagRecord initial_;
   HostTables& tables_;

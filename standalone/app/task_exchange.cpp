@@ -2,8 +2,9 @@
 
 #include <plovix/host/host_application.h>
 #include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/model/ordinary_file.h>
+#include <plovix/standalone/model/task_access.h>
 
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -19,28 +20,11 @@ namespace {
 constexpr int kLongestName = 60;  // UTF-16 units: with the ending under 255 bytes, the most for a file's name
 constexpr const char* kEnding = "task.json";
 
-[[noreturn]] void FailAt(const AppParts& parts, std::string_view text, const QString& path,
-                         const std::string& cause) {
-  throw Failure(failure_number::kInvalidCall, parts.Text(text, {FromQt(path), cause}));
-}
-
 // Names that some systems keep for devices, whatever their ending.
 bool IsDeviceName(const QString& name) {
   static const QRegularExpression device("^(con|prn|aux|nul|com\\d|lpt\\d)(\\..*)?$",
                                          QRegularExpression::CaseInsensitiveOption);
   return device.match(name).hasMatch();
-}
-
-// The file's bytes, at most one more than a task file may have.
-std::string Bytes(const AppParts& parts, const QString& path) {
-  if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
-    FailAt(parts, "exchange.unreadable", path, parts.Text("exchange.notAFile"));
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) FailAt(parts, "exchange.unreadable", path, FromQt(file.errorString()));
-  const QByteArray bytes = file.read(kLargestTaskFile + 1);
-  if (file.error() != QFileDevice::NoError)
-    FailAt(parts, "exchange.unreadable", path, FromQt(file.errorString()));
-  return bytes.toStdString();
 }
 
 QString NameFilters(const AppParts& parts) {
@@ -66,20 +50,28 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
 }
 
 void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path) {
+  const auto fail = [&](const std::string& cause) {
+    throw Failure(failure_number::kInvalidCall, parts.Text("exchange.unwritable", {FromQt(path), cause}));
+  };
+  // The file would take the place of the folder, pipe or device.
+  if (const QFileInfo there(path); there.exists() && !there.isFile()) fail(parts.Text("exchange.notAFile"));
   const std::string text = WriteTaskFile(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
   QSaveFile file(path);
   const bool written = file.open(QIODevice::WriteOnly) &&
                        file.write(text.data(), static_cast<qint64>(text.size())) != -1 && file.commit();
-  if (!written) FailAt(parts, "exchange.unwritable", path, FromQt(file.errorString()));
+  if (!written) fail(FromQt(file.errorString()));
 }
 
 ImportedTask LoadTaskFile(const AppParts& parts, const QString& path) {
-  const TaskFile file =
-      ReadTaskFile(Bytes(parts, path), FromQt(QFileInfo(path).fileName()), parts.state.texts);
+  const TextTable& texts = parts.state.texts;
+  const TaskFile file = ReadTaskFile(ReadOrdinaryFile(FromQt(path), kLargestTaskFile, texts),
+                                     FromQt(QFileInfo(path).fileName()), texts);
   return ForImport(file, {.data_source = parts.data.get(),
                           .users = parts.tables.Users(),
                           .tags = parts.tables.Tags(),
-                          .user_id = parts.user.id});
+                          .user_id = parts.user.id,
+                          // Such a task is nobody's own.
+                          .automation_manager = MayCreateShared(parts.user)});
 }
 
 void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
@@ -105,7 +97,7 @@ std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
   const bool taken = DoOrTell(parts, "exchange.importFailed", [&] {
-    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag);
+    for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag, {});
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });
   return taken ? std::optional(imported.task) : std::nullopt;

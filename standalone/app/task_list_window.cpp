@@ -3,6 +3,7 @@
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/model/host_user.h>
 #include <plovix/surfaces/qt/accessibility.h>
+#include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QBoxLayout>
@@ -29,13 +30,14 @@ namespace {
 constexpr int kCharactersWide = 180;
 constexpr int kWidestColumn = 40;  // characters
 constexpr int kLinesHigh = 30;
+constexpr int kRowsMeasured = 100;  // for the width of a column
 
 }  // namespace
 
 TaskListWindow::TaskListWindow(const AppParts& parts)
     : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
   qt::AnnounceAs(*this, QAccessible::Window);
-  setWindowTitle(ToQt(parts_.Text("list.title")));
+  qt::SetTitle(*this, ToQt(parts_.Text("list.title")));
   new QVBoxLayout(this);
   BuildFilter();
   BuildTable();
@@ -51,7 +53,7 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   });
   shortcut(QKeySequence::Refresh, [this] { Reload(); });
   Reload();
-  table_->setFocus();
+  FocusList();
 }
 
 void TaskListWindow::BuildFilter() {
@@ -61,7 +63,7 @@ void TaskListWindow::BuildFilter() {
   filter_->setClearButtonEnabled(true);
   filter_->setPlaceholderText(ToQt(parts_.Text("list.filterHint")));
   filter_->installEventFilter(this);
-  auto* label = new QLabel(ToQt(parts_.Text("list.filter")));
+  QLabel* label = qt::NewLabel(ToQt(parts_.Text("list.filter")));
   label->setBuddy(filter_);
   row->addWidget(label);
   row->addWidget(filter_);
@@ -76,27 +78,33 @@ void TaskListWindow::BuildFilter() {
 void TaskListWindow::BuildTable() {
   shown_->setSourceModel(model_);
   shown_->setFilterKeyColumn(-1);
+  shown_->setFilterRole(TaskTableModel::kSearchRole);
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
   shown_->setSortRole(TaskTableModel::kSortRole);
   shown_->setSortLocaleAware(true);
   table_ = new QTableView;
   table_->setObjectName("tasks");
-  table_->setAccessibleName(windowTitle());
+  table_->setAccessibleName(qt::TitleOf(*this));
   table_->setModel(shown_);
   PrepareRowTable(*table_);
   table_->setSortingEnabled(true);
   table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table_->installEventFilter(this);
+  table_->horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
+  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+    if (!fitting_) set_by_hand_.insert(column);
+  });
   connect(table_, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
   connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &TaskListWindow::UpdateState);
-  hint_ = new QLabel;
+  hint_ = qt::NewWrappedLabel();
   hint_->setAlignment(Qt::AlignCenter);
-  hint_->setTextFormat(Qt::PlainText);
   auto* stack = new QStackedLayout;
   stack->addWidget(table_);
   stack->addWidget(hint_);
   static_cast<QVBoxLayout*>(layout())->addLayout(stack, 1);
+  unreadable_ = NewProblemLabel();
+  layout()->addWidget(unreadable_);
 }
 
 void TaskListWindow::BuildButtons() {
@@ -110,7 +118,7 @@ void TaskListWindow::BuildButtons() {
   export_ = AddButton("list.export", "export", &TaskListWindow::Export);
   users_ = AddButton("list.users", "users", &TaskListWindow::EditUsers);
   row->addStretch();
-  count_ = new QLabel;
+  count_ = qt::NewLabel();
   row->addWidget(count_);
 }
 
@@ -128,7 +136,7 @@ bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (watched == filter_) {
     if (key == Qt::Key_Escape) filter_->clear();
-    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) table_->setFocus();
+    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) FocusList();
     return key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
   }
   if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -146,8 +154,12 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   const int row = SelectedRow();
   if (!select && row >= 0) select = model_->Task(row).id;
   Guarded([this] {
-    auto tasks = parts_.storage.List();
-    std::erase_if(tasks, [this](const auto& task) { return !May(parts_.user, task, TaskRight::kView); });
+    std::vector<UnreadableTask> unreadable;
+    auto tasks = parts_.storage.ListReadable([&](const auto& task) { unreadable.push_back(task); });
+    known_user_ = RefreshUser(parts_.state, parts_.tables, parts_.user);
+    TellUnreadable(unreadable);
+    std::erase_if(
+        tasks, [&](const auto& task) { return !known_user_ || !May(parts_.user, task, TaskRight::kView); });
     model_->SetTasks(std::move(tasks));
   });
   if (select) SelectTask(*select);
@@ -156,12 +168,54 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   UpdateState();
 }
 
-// Every column shows its content up to a limit, so that one long text does not push the others out.
+// Whose an unreadable task is may be what cannot be read: only administrators are told its name.
+void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
+  constexpr std::size_t kMostLines = 3;
+  QStringList lines;
+  for (const UnreadableTask& unreadable : tasks) {
+    if (static_cast<std::size_t>(lines.size()) == kMostLines) break;
+    const std::string number = std::to_string(unreadable.task.id);
+    lines += ToQt(parts_.user.administrator
+                      ? parts_.Text("list.unreadable",
+                                    {NameInSentence(parts_, unreadable.task), number, unreadable.column})
+                      : parts_.Text("list.unreadableOther", {number, unreadable.column}));
+  }
+  if (tasks.size() > kMostLines)
+    lines += ToQt(parts_.Text("list.unreadableMore", {std::to_string(tasks.size() - kMostLines)}));
+  TellProblem(*unreadable_, *table_, lines.join(u'\n'));
+}
+
+// Every column shows its content up to a limit, so that one long text does not push the others out. What the
+// user has set stays.
 void TaskListWindow::FitColumns() {
-  table_->resizeColumnsToContents();
+  fitting_ = true;
   const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
   for (int column = 0; column + 1 < TaskTableModel::kColumnCount; ++column) {
+    if (set_by_hand_.contains(column)) continue;
+    table_->resizeColumnToContents(column);
     table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
+  }
+  fitting_ = false;
+}
+
+// Where the list is empty, on what fills it.
+void TaskListWindow::FocusList() {
+  if (shown_->rowCount() > 0) {
+    table_->setFocus();
+  } else if (filter_->text().isEmpty() && new_->isEnabled()) {
+    new_->setFocus();
+  } else {
+    filter_->setFocus();
+  }
+}
+
+// In a dialog Enter would press the focused button by itself.
+void TaskListWindow::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+    button->click();
+  } else {
+    QWidget::keyPressEvent(event);
   }
 }
 
@@ -187,13 +241,18 @@ void TaskListWindow::UpdateState() {
   };
   edit_->setEnabled(may(TaskRight::kEdit));
   delete_->setEnabled(may(TaskRight::kDelete));
-  duplicate_->setEnabled(selected && MayCreate());
+  const auto may_copy = [this] {
+    const TaskRecord copy = CopyOf(model_->Task(SelectedRow()));
+    return !RefusalOf(parts_.user, nullptr, &copy);
+  };
+  duplicate_->setEnabled(selected && may_copy());
   export_->setEnabled(selected);
   for (QPushButton* button : {new_, import_}) button->setEnabled(MayCreate());
   users_->setEnabled(parts_.user.administrator);
   const int all = model_->rowCount();
   const int visible = shown_->rowCount();
-  hint_->setText(ToQt(parts_.Text(all == 0 ? "list.empty" : "list.noMatch")));
+  const auto* hint = !known_user_ ? "rights.noUser" : all == 0 ? "list.empty" : "list.noMatch";
+  hint_->setText(ToQt(parts_.Text(hint)));
   static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
       ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : static_cast<QWidget*>(table_));
   count_->setText(ToQt(
@@ -205,77 +264,108 @@ bool TaskListWindow::Guarded(const std::function<void()>& work) {
   return DoOrTell(parts_, "list.failed", work);
 }
 
-std::optional<TaskRecord> TaskListWindow::Selected() {
-  const int row = SelectedRow();
-  if (row < 0) return std::nullopt;
-  std::optional<TaskRecord> task;
-  if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
-  if (!task) {
-    parts_.state.dialogs->MessageBox(parts_.Text("list.gone"), message_box::kOkInformation,
-                                     parts_.state.title);
-    Reload();
-  }
-  return task;
+bool TaskListWindow::RefreshRights() {
+  bool known = false;
+  return Guarded([&] { known = RefreshUser(parts_.state, parts_.tables, parts_.user); }) &&
+         AllowedOrTell(known, "rights.noUser");
 }
 
-bool TaskListWindow::MayCreate() const {
-  return parts_.user.administrator || parts_.user.create_personal || parts_.user.create_shared;
-}
-
-bool TaskListWindow::MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text) {
-  if (May(parts_.user, task, right)) return true;
-  parts_.state.dialogs->MessageBox(parts_.Text(text, {TaskName(parts_, task)}), message_box::kOkInformation,
+bool TaskListWindow::AllowedOrTell(bool allowed, std::string_view text,
+                                   const std::vector<std::string>& parameters) {
+  if (allowed) return true;
+  parts_.state.dialogs->MessageBox(parts_.Text(text, parameters), message_box::kOkInformation,
                                    parts_.state.title);
+  Reload();
   return false;
 }
 
+std::optional<TaskRecord> TaskListWindow::Selected() {
+  const int row = SelectedRow();
+  if (row < 0 || !RefreshRights()) return std::nullopt;
+  std::optional<TaskRecord> task;
+  if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
+  const bool seen = task && May(parts_.user, *task, TaskRight::kView);
+  return AllowedOrTell(seen, task ? "list.mayNotView" : "list.gone") ? task : std::nullopt;
+}
+
+bool TaskListWindow::MayCreate() const {
+  return MayCreatePersonal(parts_.user) || MayCreateShared(parts_.user);
+}
+
 void TaskListWindow::New() {
-  if (MayCreate()) Open({}, page_identifier::kAutoTaskType);
+  if (RefreshRights() && AllowedOrTell(MayCreate(), "list.mayNotCreate"))
+    Open({}, page_identifier::kAutoTaskType);
 }
 
 void TaskListWindow::Edit() {
   const auto task = Selected();
-  if (task && MayOrTell(*task, TaskRight::kEdit, "list.mayNotEdit"))
+  if (task && AllowedOrTell(May(parts_.user, *task, TaskRight::kEdit), "list.mayNotEdit",
+                            {NameInSentence(parts_, *task)}))
     Open(*task, page_identifier::kAutoTaskType);
 }
 
-// The copy is stored at once; nothing has to be entered for it.
-// A copy has no schedule: two tasks that do the same at the same time are nobody's wish.
-void TaskListWindow::Duplicate() {
-  auto task = Selected();
-  if (!task || !MayCreate()) return;
-  const bool may_share = parts_.user.administrator || parts_.user.create_shared;
-  if (task->owner.empty() && !may_share) {
-    task->owner = parts_.user.id;
-    task->permissions.reset();
+// A copy has no schedule: two tasks that do the same at the same time are nobody's wish. A personal task's
+// copy is its owner's, too: nothing personal becomes everybody's in passing.
+TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
+  if (task.owner.empty() && !MayCreateShared(parts_.user)) {
+    task.owner = parts_.user.id;
+    task.permissions.reset();
   }
-  task->id = task->version = 0;
-  task->allow_automation_manager = false;
-  task->processing_mode = processing_mode::kEveryTime;
-  task->recurrence.reset();
-  task->schedule_start.reset();
-  if (!task->uses_language_tags) task->name = parts_.Text("list.duplicateName", {task->name});
-  if (Guarded([&] { task = parts_.storage.Save(*task, parts_.state.Now()); })) Reload(task->id);
+  task.id = task.version = 0;
+  task.allow_automation_manager = false;
+  task.processing_mode = processing_mode::kEveryTime;
+  task.recurrence.reset();
+  task.schedule_start.reset();
+  if (!task.uses_language_tags) task.name = parts_.Text("list.duplicateName", {task.name});
+  return task;
 }
 
-void TaskListWindow::Delete() {
+// The copy is stored at once; nothing has to be entered for it.
+void TaskListWindow::Duplicate() {
   const auto task = Selected();
-  if (!task || !MayOrTell(*task, TaskRight::kDelete, "list.mayNotDelete")) return;
-  const WarningQuestion question{parts_.Text("list.deleteQuestion", {TaskName(parts_, *task)}), "button.yes",
-                                 "button.no"};
-  if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
-  const int shown_row = table_->selectionModel()->selectedRows().constFirst().row();
-  if (!Guarded([&] { parts_.storage.Delete(task->id); })) return;
-  Reload();
+  if (!task) return;
+  std::int64_t copy = 0;
+  if (Guarded([&] { copy = parts_.storage.Save(CopyOf(*task), parts_.state.Now()).id; })) Reload(copy);
+}
+
+// What was changed after the question was asked is not what the answer meant: it is shown and asked about
+// anew.
+void TaskListWindow::Delete() {
+  bool changed = false;
+  int shown_row = 0;
+  do {
+    const auto task = Selected();
+    if (!task || !AllowedOrTell(May(parts_.user, *task, TaskRight::kDelete), "list.mayNotDelete",
+                                {NameInSentence(parts_, *task)}))
+      return;
+    const char* text = changed ? "list.deleteChangedQuestion" : "list.deleteQuestion";
+    const WarningQuestion question{parts_.Text(text, {NameInSentence(parts_, *task)}), "button.yes",
+                                   "button.no"};
+    if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
+    shown_row = table_->selectionModel()->selectedRows().constFirst().row();
+    changed = false;
+    const bool tried = Guarded([&] {
+      try {
+        parts_.storage.Delete(task->id, task->version);
+      } catch (const TaskConflict&) {
+        changed = true;
+      }
+    });
+    if (!tried) return;
+    Reload();
+  } while (changed);
+  FocusList();
   table_->selectRow(std::min(shown_row, shown_->rowCount() - 1));
   UpdateState();
 }
 
 // An imported task is settled where it came from: the wizard asks for its details alone.
 void TaskListWindow::Import() {
-  if (!MayCreate()) return;
+  if (!RefreshRights() || !AllowedOrTell(MayCreate(), "list.mayNotCreate")) return;
   const auto task = ImportTask(parts_, this);
-  if (task) Open(*task, page_identifier::kDetails, {{store_key::kImporting, true}});
+  if (!task) return;
+  Open(*task, page_identifier::kDetails,
+       {{store_key::kImporting, true}, {store_key::kPersonalTask, !task->owner.empty()}});
 }
 
 void TaskListWindow::Export() {
@@ -284,29 +374,26 @@ void TaskListWindow::Export() {
 
 // What was changed holds at once for whoever works with the program.
 void TaskListWindow::EditUsers() {
-  Guarded([this] {
-    UsersDialog dialog(parts_.state.texts, parts_.tables, parts_.user.id, this);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const auto users = parts_.tables.Users();
-    const auto found = std::ranges::find(users, parts_.user.id, &UserRecord::id);
-    if (found != users.end()) parts_.user = *found;
-    SetUser(parts_.state, parts_.user);
-  });
+  if (!RefreshRights() || !AllowedOrTell(parts_.user.administrator, "list.mayNotEditUsers")) return;
+  Guarded([this] { UsersDialog(parts_.state.texts, parts_.tables, parts_.user.id, this).exec(); });
   Reload();
 }
 
 void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
                           std::map<std::string, Value> entries) {
-  entries.merge(EntriesFor(parts_.user));
+  entries.merge(StartEditing(parts_.state, parts_.user, task));
   auto* window = new WizardWindow(parts_, task, entries, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
   connect(window, &QDialog::finished, this, [this, window](int result) {
+    StopEditing(parts_.state, parts_.user);
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
-    table_->setFocus();
+    activateWindow();  // also where a question was closed together with the wizard
+    FocusList();
   });
   if (!window->Start(page)) {
     delete window;
+    StopEditing(parts_.state, parts_.user);
     return;
   }
   wizard_ = window;

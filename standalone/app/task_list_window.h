@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "app_parts.h"
 #include "task_table_model.h"
@@ -42,21 +43,29 @@ class TaskListWindow final : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildFilter();
   void BuildTable();
   void BuildButtons();
   QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  // Whether the user may do that with the task; when not, the user is told so in the text.
-  bool MayOrTell(const TaskRecord& task, TaskRight right, std::string_view text);
+  // Reads the user's rights anew; tells, and empties the list, when there is no such user any more.
+  bool RefreshRights();
+  // Tells what is refused, and reads the list again: what it offers was true when it was read last.
+  bool AllowedOrTell(bool allowed, std::string_view text, const std::vector<std::string>& parameters = {});
   // Runs `work`, which uses the storage; tells the user when it fails.
   bool Guarded(const std::function<void()>& work);
-  // The selected task as it is stored now; nothing when there is no selection or it is gone.
+  // The selected task as it is stored now, with the user's rights refreshed; nothing when there is no
+  // selection, it is gone, or the user may not see it any more.
   std::optional<TaskRecord> Selected();
+  void TellUnreadable(const std::vector<UnreadableTask>& tasks);
+  // What Duplicate makes of the task.
+  [[nodiscard]] TaskRecord CopyOf(TaskRecord task) const;
   [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();
+  void FocusList();
   void SelectTask(std::int64_t id);
   void UpdateState();
 
@@ -65,9 +74,12 @@ class TaskListWindow final : public QWidget {
   QSortFilterProxyModel* shown_;
   QLineEdit* filter_ = nullptr;
   QTableView* table_ = nullptr;
-  QLabel *hint_ = nullptr, *count_ = nullptr;
+  QLabel *hint_ = nullptr, *count_ = nullptr, *unreadable_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
+  bool known_user_ = true;  // whether the user still is one, when the list was read last
   QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
+  std::set<int> set_by_hand_;  // columns
+  bool fitting_ = false;       // the columns, to what they show
   WizardWindow* wizard_ = nullptr;
 };
 

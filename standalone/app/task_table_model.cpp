@@ -1,7 +1,11 @@
 #include "task_table_model.h"
 
+#include <plovix/host/host_application.h>
+#include <plovix/standalone/model/task_access.h>
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
+#include <plovix/surfaces/qt/plain_text.h>
 
 #include <QLocale>
 #include <algorithm>
@@ -12,6 +16,8 @@
 namespace plovix::app {
 namespace {
 
+constexpr int kLongestCell = static_cast<int>(kLongestName);  // UTF-16 units; enough to search in
+
 constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shortDescription",
                                      "list.column.categories", "list.column.records",
                                      "list.column.schedule",   "list.column.owner",
@@ -19,14 +25,18 @@ constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shor
 
 }  // namespace
 
+// Sorting and drawing ask for a cell again and again, and making one may be dear: a schedule that can never
+// run, a name that is a megabyte.
 void TaskTableModel::SetTasks(std::vector<TaskRecord> tasks) {
   beginResetModel();
   tasks_ = std::move(tasks);
-  schedules_.clear();
-  const DateTime now = parts_.state.Now();
+  cells_.clear();
   for (const TaskRecord& task : tasks_) {
-    schedules_.push_back(
-        ScheduleSentence(ScheduleOf(task), ScheduleStart(task, now), parts_.state.texts, LocaleTime));
+    auto& cells = cells_.emplace_back();
+    for (int column = 0; column < kColumnCount; ++column) {
+      cells.at(static_cast<std::size_t>(column)) =
+          qt::Shortened(ToQt(Text(task, static_cast<Column>(column))).simplified(), kLongestCell);
+    }
   }
   endResetModel();
 }
@@ -46,14 +56,21 @@ int TaskTableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const TaskRecord& task = Task(index.row());
-  if (index.column() == kModified) {
-    if (role == kSortRole) return WallTime(task.modified);
-    if (role == Qt::DisplayRole) return QLocale().toString(WallTime(task.modified), QLocale::ShortFormat);
+  if (index.column() == kModified && role == kSortRole) return WallTime(Task(index.row()).modified);
+  const QString& text =
+      cells_.at(static_cast<std::size_t>(index.row())).at(static_cast<std::size_t>(index.column()));
+  switch (role) {
+    case Qt::DisplayRole:
+      return qt::Shortened(text, qt::kLongestShown);
+    case Qt::ToolTipRole:
+      return qt::ToolTip(text);
+    case kSortRole:
+      return text.toCaseFolded();
+    case kSearchRole:
+      return text;
+    default:
+      return {};
   }
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != kSortRole) return {};
-  const QString text = ToQt(Text(index.row(), static_cast<Column>(index.column()))).simplified();
-  return role == kSortRole ? text.toCaseFolded() : text;
 }
 
 QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -61,8 +78,7 @@ QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, in
   return ToQt(parts_.Text(kCaptions[section]));
 }
 
-std::string TaskTableModel::Text(int row, Column column) const {
-  const TaskRecord& task = Task(row);
+std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
   switch (column) {
     case kName:
       return TaskName(parts_, task);
@@ -76,19 +92,33 @@ std::string TaskTableModel::Text(int row, Column column) const {
     case kOwner:
       return task.owner;
     case kSchedule:
-      return schedules_.at(static_cast<std::size_t>(row));
+      return ScheduleInWords(task);
     case kModified:
+      return FromQt(QLocale().toString(WallTime(task.modified), QLocale::ShortFormat));
     case kColumnCount:
       break;
   }
   return {};
 }
 
+std::string TaskTableModel::ScheduleInWords(const TaskRecord& task) const {
+  const TextTable& texts = parts_.state.texts;
+  const auto recurrence = ScheduleOf(task);
+  const Outlook outlook = recurrence ? OutlookOf(*recurrence, ScheduleStart(task, parts_.state.Now()),
+                                                 parts_.zone, InstantOf(parts_.state, parts_.zone))
+                                     : Outlook{};
+  return OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts);
+}
+
+// As many as a cell has room for.
 std::string TaskTableModel::Categories(const TaskRecord& task) const {
+  const bool sees_all = HasRight(parts_.user, kRightSeeAllCategories);
   std::string text;
   for (const CategoryRecord& category : task.categories) {
+    if (!category.is_public && !sees_all) continue;
     if (!text.empty()) text += ", ";
     text += parts_.state.TagText(category.tag);
+    if (IsLongerThan(text, kLongestCell)) break;
   }
   return text;
 }

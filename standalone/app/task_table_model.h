@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -13,6 +14,7 @@ class TaskTableModel final : public QAbstractTableModel {
  public:
   enum Column { kName, kShortDescription, kCategories, kRecords, kSchedule, kOwner, kModified, kColumnCount };
   static constexpr int kSortRole = Qt::UserRole;
+  static constexpr int kSearchRole = Qt::UserRole + 1;  // more of the text than is shown
 
   explicit TaskTableModel(AppParts parts, QObject* parent)
       : QAbstractTableModel(parent), parts_(std::move(parts)) {}
@@ -28,13 +30,14 @@ class TaskTableModel final : public QAbstractTableModel {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  [[nodiscard]] std::string Text(int row, Column column) const;
+  [[nodiscard]] std::string Text(const TaskRecord& task, Column column) const;
+  [[nodiscard]] std::string ScheduleInWords(const TaskRecord& task) const;
   [[nodiscard]] std::string Categories(const TaskRecord& task) const;
   [[nodiscard]] std::string Records(const TaskRecord& task) const;
 
   AppParts parts_;
   std::vector<TaskRecord> tasks_;
-  std::vector<std::string> schedules_;  // of each task, in words: dear when a schedule can never run
+  std::vector<std::array<QString, kColumnCount>> cells_;  // of each task
 };
 
 }  // namespace plovix::app

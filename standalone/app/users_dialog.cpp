@@ -1,5 +1,7 @@
 #include "users_dialog.h"
 
+#include <plovix/standalone/model/text_limits.h>
+
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -11,6 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "entry_rules.h"
 #include "qt_text.h"
 #include "user_text.h"
 
@@ -49,6 +52,14 @@ QLayout* Column(std::initializer_list<QWidget*> widgets) {
   return column;
 }
 
+template <class Lines>
+std::vector<UserRecord> UsersOf(const Lines& lines) {
+  std::vector<UserRecord> users;
+  users.reserve(lines.size());
+  for (const auto& line : lines) users.push_back(line.user);
+  return users;
+}
+
 }  // namespace
 
 UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string session_user,
@@ -74,9 +85,19 @@ UsersDialog::UsersDialog(const TextTable& texts, HostTables& tables, std::string
   Rows()->addLayout(columns, 1);
   Rows()->addWidget(save_problem_);
   AddOkAndCancel();
-  for (const Line& line : lines_) list_->addItem(UserText(Texts(), line.user));
-  const auto own = std::ranges::find(lines_, session_user_, [](const Line& line) { return line.user.id; });
-  list_->setCurrentRow(own == lines_.end() ? 0 : static_cast<int>(own - lines_.begin()));
+  ShowLines(session_user_);
+}
+
+void UsersDialog::ShowLines(const std::string& id) {
+  {
+    const QSignalBlocker quiet(list_);  // the rows and the lines agree again below
+    list_->clear();
+    for (const Line& line : lines_)
+      list_->addItem(qt::Shortened(UserText(Texts(), line.user), qt::kLongestShown));
+    const auto chosen = std::ranges::find(lines_, id, [](const Line& line) { return line.user.id; });
+    list_->setCurrentRow(chosen == lines_.end() ? 0 : static_cast<int>(chosen - lines_.begin()));
+  }
+  ShowUser();
 }
 
 QWidget* UsersDialog::BuildList() {
@@ -103,7 +124,7 @@ QWidget* UsersDialog::BuildFields() {
   form->setContentsMargins({});
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   const auto add = [&](std::string_view key, QLineEdit* field, QLayout* content) {
-    auto* label = new QLabel(Text(key));
+    QLabel* label = qt::NewLabel(Text(key));
     label->setBuddy(field);
     field->setAccessibleName(Caption(key));
     form->addRow(label, content);
@@ -197,8 +218,9 @@ void UsersDialog::Edited() {
     // Under an administrator's checks stand the rights that they had before and will have after.
     if (rights_.at(i)->isEnabled()) line.user.*kRights.at(i).granted = rights_.at(i)->isChecked();
   }
-  list_->currentItem()->setText(line.user.id.empty() ? Text("user.new") : UserText(Texts(), line.user));
-  TellProblem(*id_problem_, *id_, line.user.id.empty() ? QString() : IdProblem(list_->currentRow()));
+  list_->currentItem()->setText(qt::Shortened(
+      line.user.id.empty() ? Text("user.new") : UserText(Texts(), line.user), qt::kLongestShown));
+  TellProblem(*id_problem_, *id_, line.user.id.empty() ? QString() : UserProblem(list_->currentRow()));
 }
 
 void UsersDialog::AdministratorClicked(bool checked) {
@@ -209,16 +231,24 @@ void UsersDialog::AdministratorClicked(bool checked) {
   ShowRights();
 }
 
-QString UsersDialog::IdProblem(int row) const {
-  const std::string& id = lines_.at(static_cast<std::size_t>(row)).user.id;
+QString UsersDialog::UserProblem(int row) const {
+  const UserRecord& user = lines_.at(static_cast<std::size_t>(row)).user;
+  const std::string& id = user.id;
   if (id.empty()) return Text("user.problem.id");
   const auto same = std::ranges::count(lines_, id, [](const Line& line) { return line.user.id; });
-  return same > 1 ? Text("user.problem.taken") : QString();
+  if (same > 1) return Text("user.problem.taken");
+  std::vector<std::string> names{id, user.name};
+  names.insert(names.end(), user.groups.begin(), user.groups.end());
+  for (const std::string& name : names) {
+    const std::string problem = LengthProblem(name, kLongestName, Texts());
+    if (!problem.empty()) return ToQt(problem);
+  }
+  return {};
 }
 
 void UsersDialog::accept() {
   for (int row = static_cast<int>(lines_.size()) - 1; row >= 0; --row) {  // new users come last
-    const QString problem = IdProblem(row);
+    const QString problem = UserProblem(row);
     if (problem.isEmpty()) continue;
     list_->setCurrentRow(row);
     TellProblem(*id_problem_, *id_, problem);
@@ -226,10 +256,24 @@ void UsersDialog::accept() {
     id_->selectAll();
     return;
   }
-  std::vector<UserRecord> users;
-  users.reserve(lines_.size());
-  for (const Line& line : lines_) users.push_back(line.user);
-  if (!Changed() || Try("user.failed", *save_problem_, [&] { tables_.SaveUsers(users); })) QDialog::accept();
+  const auto save = [this] { tables_.SaveUsers(UsersOf(lines_), UsersOf(initial_)); };
+  const auto conflict = [this](const auto& ids) { TakeOver(ids); };
+  if (!Changed() || TryToStore("user.failed", *save_problem_, save, conflict)) QDialog::accept();
+}
+
+// What others have stored is what is compared with from now on. Their other changes appear, those of the same
+// users are told, and what was entered here stays.
+void UsersDialog::TakeOver(const std::vector<std::string>& conflicts) {
+  const auto stored = UsersById(tables_.Users());
+  const auto merged = MergeRows(UsersById(UsersOf(initial_)), UsersById(UsersOf(lines_)), stored).rows;
+  initial_.clear();
+  lines_.clear();
+  for (const auto& [id, user] : stored) initial_.push_back({user, true});
+  for (const auto& [id, user] : merged) lines_.push_back({user, stored.contains(id)});
+  ShowLines(conflicts.front());
+  QStringList ids;
+  for (const std::string& id : conflicts) ids += ToQt(id);
+  TellProblem(*save_problem_, *this, Text("user.conflict", {FromQt(ids.join(u", "))}));
 }
 
 }  // namespace plovix::app

@@ -23,7 +23,9 @@ class UsersDialog final : public EditorDialog {
 
   [[nodiscard]] bool Changed() const override { return lines_ != initial_; }
 
-  void accept() override;  // stores the users all at once; stays open when that fails
+  // Stores what was changed, all at once. Stays open when that fails, and when somebody else has changed the
+  // same users meanwhile: that is told, and OK then stores over their changes.
+  void accept() override;
 
  private:
   struct Line {
@@ -35,6 +37,8 @@ class UsersDialog final : public EditorDialog {
   [[nodiscard]] QWidget* BuildList();
   [[nodiscard]] QWidget* BuildFields();
   [[nodiscard]] QLayout* BuildRights();
+  void ShowLines(const std::string& id);
+  void TakeOver(const std::vector<std::string>& conflicts);
   void Add();
   void Remove();
   void ShowUser();
@@ -44,7 +48,7 @@ class UsersDialog final : public EditorDialog {
   [[nodiscard]] Line& Current();
   [[nodiscard]] bool IsLastAdministrator() const;
   // Why the id of a row cannot stay; nothing when it can.
-  [[nodiscard]] QString IdProblem(int row) const;
+  [[nodiscard]] QString UserProblem(int row) const;
 
   HostTables& tables_;
   std::string session_user_;

@@ -2,13 +2,16 @@
 
 #include <plovix/standalone/model/velo_action_list.h>
 #include <plovix/surfaces/qt/accessibility.h>
+#include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 
@@ -55,6 +58,7 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
   BuildButtons();
   ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
   wizard_.SetView(this);
+  qApp->installEventFilter(this);
 }
 
 WizardWindow::~WizardWindow() {
@@ -62,15 +66,11 @@ WizardWindow::~WizardWindow() {
 }
 
 void WizardWindow::BuildHeader() {
-  title_ = new QLabel(this);
-  title_->setTextFormat(Qt::PlainText);
-  title_->setWordWrap(true);
+  title_ = qt::NewWrappedLabel({}, this);
   QFont font = qt::PageFont();
   font.setBold(true);
   title_->setFont(font);
-  description_ = new QLabel(this);
-  description_->setTextFormat(Qt::PlainText);
-  description_->setWordWrap(true);
+  description_ = qt::NewWrappedLabel({}, this);
   for (QWidget* widget : std::initializer_list<QWidget*>{title_, description_, NewRule(this)})
     layout()->addWidget(widget);
 }
@@ -128,17 +128,53 @@ void WizardWindow::keyPressEvent(QKeyEvent* event) {
     return;
   }
   auto* button = qobject_cast<QPushButton*>(focusWidget());
-  if (button != nullptr && !event->modifiers().testFlag(Qt::ControlModifier)) {
+  if (button != nullptr) {
     button->click();
-  } else if (event->modifiers().testFlag(Qt::ControlModifier) || page_ == nullptr ||
-             !page_->FocusTakesEnter()) {
-    (next_->isEnabled() ? next_ : finish_)->click();
+  } else if (page_ == nullptr || !page_->FocusTakesEnter()) {
+    GoOn();
   }
+}
+
+void WizardWindow::GoOn() {
+  (next_->isEnabled() ? next_ : finish_)->click();
+}
+
+// Ctrl+Enter comes here first, whatever has the focus: texts of several lines, lists and popups have uses of
+// their own for Enter, and the windows of popups hand nothing on.
+bool WizardWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+    return QDialog::eventFilter(watched, event);
+  const auto& key = static_cast<QKeyEvent&>(*event);
+  const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  if (!enter || !key.modifiers().testFlag(Qt::ControlModifier) || !Holds(*static_cast<QWidget*>(watched)))
+    return QDialog::eventFilter(watched, event);
+  if (key.isAutoRepeat()) return true;
+  TakeChoices();
+  GoOn();
+  return true;
+}
+
+// Whether the widget is in this window or in a popup that was opened from it.
+bool WizardWindow::Holds(const QWidget& widget) const {
+  const QWidget* at = &widget;
+  while (at != nullptr && at != this && (!at->isWindow() || at->windowType() == Qt::Popup))
+    at = at->parentWidget();
+  return at == this;
+}
+
+// What is highlighted in an open list counts as chosen. A menu does something, so that it is only closed.
+void WizardWindow::TakeChoices() {
+  const QPointer<QWidget> popup = QApplication::activePopupWidget();
+  if (!popup) return;
+  QWidget* keys = popup->focusWidget() != nullptr ? popup->focusWidget() : popup.data();
+  QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+  if (qobject_cast<QMenu*>(popup) == nullptr) QCoreApplication::sendEvent(keys, &enter);
+  if (popup && popup->isVisible()) popup->close();
 }
 
 void WizardWindow::reject() {
   if (wizard_.HasChanges() &&
-      !IsSure(parts_.state.texts, FromQt(windowTitle()), DiscardQuestion(parts_.state.texts), this))
+      !IsSure(parts_.state.texts, FromQt(qt::TitleOf(*this)), DiscardQuestion(parts_.state.texts), this))
     return;
   wizard_.Cancel();
 }
@@ -156,7 +192,7 @@ void WizardWindow::PageShown() {
         auto* list = dynamic_cast<VeloActionList*>(&control);
         return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
       },
-      this, SurfaceTextsOf(texts));
+      this, SurfaceTextsOf(texts), SurfaceOptionsOf(parts_.state));
   page_place_->insertWidget(0, page_, 1);
   page_->show();  // at once: keys may be waiting already
   summary_->Show(wizard_.Task().Record(), wizard_.Store().values);
@@ -171,7 +207,10 @@ void WizardWindow::PageShown() {
 // Assistive technology reads a changed window title, an alert, and the heading of the page as the focus
 // enters it.
 void WizardWindow::Announce() {
-  setWindowTitle(ToQt(parts_.Text("wizard.windowTitle", {FromQt(page_->Heading()), wizard_.Title()})));
+  std::vector<std::string> words{FromQt(page_->Heading()), wizard_.Title()};
+  const bool own = parts_.state.user_id == parts_.user.id;
+  if (!own) words.push_back(parts_.state.user_id);
+  qt::SetTitle(*this, ToQt(parts_.Text(own ? "wizard.windowTitle" : "wizard.windowTitleOwner", words)));
   setAccessibleDescription(ToQt(wizard_.Description()));
   QAccessibleEvent event(page_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);

@@ -34,6 +34,7 @@ class WizardWindow final : public QDialog, private WizardView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void PageShown() override;
@@ -46,6 +47,9 @@ class WizardWindow final : public QDialog, private WizardView {
   QPushButton* AddButton(std::string_view caption, const char* name);
   void Press(QPushButton* button, bool (VeloWiz::*verb)());
   void Announce();
+  void GoOn();  // Next, or Finish where there is no Next
+  [[nodiscard]] bool Holds(const QWidget& widget) const;
+  static void TakeChoices();
 
   AppParts parts_;
   VeloWiz wizard_;

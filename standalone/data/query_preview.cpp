@@ -4,44 +4,45 @@
 
 namespace plovix {
 
-QueryPreview::QueryPreview(std::string path, Post post, const QueryLimits& limits)
-    : path_(std::move(path)),
-      post_(std::move(post)),
-      limits_(limits),
-      worker_([this](const std::stop_token& ended) { Work(ended); }) {}
+QueryPreview::QueryPreview(QueryTarget target, Post post, const QueryLimits& limits)
+    : target_(std::move(target)), limits_(limits), mailbox_(std::make_shared<Mailbox>()) {
+  mailbox_->post = std::move(post);
+}
 
 QueryPreview::~QueryPreview() {
   Cancel();
+  const std::lock_guard lock(mailbox_->mutex);
+  mailbox_->post = nullptr;
 }
 
 void QueryPreview::Ask(BoundQuery query, Arrived arrived) {
   Cancel();
-  latest_ = std::make_shared<Request>(Request{std::move(query), std::move(arrived), {}});
-  const std::lock_guard lock(mutex_);
-  waiting_ = latest_;
-  woken_.notify_one();
+  latest_ = std::make_shared<Request>(Request{.arrived = std::move(arrived)});
+  try {
+    job_ = std::make_unique<BackgroundJob>([mailbox = mailbox_, request = latest_, target = target_,
+                                            limits = limits_,
+                                            query = std::move(query)](const std::stop_token& unwanted) {
+      auto result = RunQuery(target, query, limits, unwanted);
+      if (!unwanted.stop_requested()) Deliver(*mailbox, request, std::move(result));
+    });
+  } catch (const Failure& failure) {
+    Deliver(*mailbox_, latest_, QueryProblem{"query.preview.file", failure.Description()});
+  }
+}
+
+// Whether it is still wanted is asked again where it arrives: only that thread takes requests back.
+void QueryPreview::Deliver(Mailbox& mailbox, const std::shared_ptr<Request>& request, Result result) {
+  const std::lock_guard lock(mailbox.mutex);
+  if (!mailbox.post) return;
+  mailbox.post([request, result = std::move(result)] {
+    if (!request->unwanted) request->arrived(result);
+  });
 }
 
 void QueryPreview::Cancel() {
-  if (latest_) latest_->unwanted.request_stop();
+  if (latest_) latest_->unwanted = true;
   latest_.reset();
-}
-
-void QueryPreview::Work(const std::stop_token& ended) {
-  while (true) {
-    std::unique_lock lock(mutex_);
-    if (!woken_.wait(lock, ended, [this] { return waiting_ != nullptr; })) return;
-    const std::shared_ptr<Request> request = std::exchange(waiting_, nullptr);
-    lock.unlock();
-    const std::stop_token unwanted = request->unwanted.get_token();
-    if (unwanted.stop_requested()) continue;
-    auto result = RunQuery(path_, request->query, limits_, unwanted);
-    if (unwanted.stop_requested()) continue;
-    // Asked for again where it arrives: only that thread takes requests back.
-    post_([request, result = std::move(result)] {
-      if (!request->unwanted.stop_requested()) request->arrived(result);
-    });
-  }
+  job_.reset();
 }
 
 }  // namespace plovix

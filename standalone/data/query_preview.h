@@ -1,13 +1,11 @@
-// Runs queries in the background, one at a time, the newest one only. Used by the query builder.
+// Runs queries in the background, the newest one only. Used by the query builder.
 #pragma once
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <string>
-#include <thread>
 
+#include "background_job.h"
 #include "query_run.h"
 
 namespace plovix {
@@ -16,36 +14,37 @@ class QueryPreview final {
  public:
   using Result = std::variant<QueryRows, QueryProblem>;
   using Arrived = std::function<void(const Result&)>;
-  // Has a function run later on the caller's thread. Called on another thread; lives as long as the preview.
+  // Has a function run later on the caller's thread. Called on another thread, and not any more once the
+  // preview is gone.
   using Post = std::function<void(std::function<void()>)>;
 
-  QueryPreview(std::string path, Post post, const QueryLimits& limits = {});
-  // Interrupts what runs. Results that were posted already do not arrive any more.
+  QueryPreview(QueryTarget target, Post post, const QueryLimits& limits = {});
+  // Waits for nothing that runs. Results that were posted already do not arrive any more.
   ~QueryPreview();
   QueryPreview(const QueryPreview&) = delete;
   QueryPreview& operator=(const QueryPreview&) = delete;
 
-  // Interrupts the former query, whose result does not arrive any more. An SQL text is a query without
-  // values.
+  // Leaves the former query, whose result does not arrive any more. An SQL text is a query without values.
+  // A query that does not answer, in spite of its time limit, never arrives.
   void Ask(BoundQuery query, Arrived arrived);
   void Cancel();
 
  private:
   struct Request {
-    BoundQuery query;
     Arrived arrived;
-    std::stop_source unwanted;
+    bool unwanted = false;  // the caller's thread alone
   };
-  void Work(const std::stop_token& ended);
+  struct Mailbox {
+    std::mutex mutex;
+    Post post;  // guarded by mutex; empty: nobody is there any more
+  };
+  static void Deliver(Mailbox& mailbox, const std::shared_ptr<Request>& request, Result result);
 
-  std::string path_;
-  Post post_;
+  QueryTarget target_;
   QueryLimits limits_;
-  std::shared_ptr<Request> latest_;  // the caller's thread alone
-  std::mutex mutex_;
-  std::condition_variable_any woken_;
-  std::shared_ptr<Request> waiting_;  // guarded by mutex_
-  std::jthread worker_;
+  std::shared_ptr<Mailbox> mailbox_;
+  std::shared_ptr<Request> latest_;
+  std::unique_ptr<BackgroundJob> job_;
 };
 
 }  // namespace plovix

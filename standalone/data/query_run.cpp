@@ -3,6 +3,10 @@
 #include <plovix/standalone/query/sql_tokens.h>
 #include <plovix/standalone/sqlite/connection.h>
 
+#include <functional>
+#include <memory>
+
+#include "schema_map.h"
 #include "time_limit.h"
 
 namespace plovix {
@@ -16,14 +20,29 @@ std::optional<QueryProblem> CheckBeginning(std::string_view sql) {
   return QueryProblem{"query.preview.select", {}};
 }
 
-std::optional<QueryProblem> CheckPrepared(const Statement& statement) {
-  if (!statement.IsReadOnly()) return QueryProblem{"query.preview.write", {}};
-  if (statement.HasTail()) return QueryProblem{"query.preview.second", {}};
+// Before the database sees the text.
+std::optional<QueryProblem> CheckText(std::string_view sql) {
+  if (auto problem = CheckBeginning(sql)) return problem;
+  if (StatementCount(sql) > 1) return QueryProblem{"query.preview.second", {}};
   return std::nullopt;
+}
+
+QueryProblem ProblemOf(const SqlFailure& failure) {
+  if (!failure.Refused()) return {"query.preview.sql", failure.Words()};
+  switch (failure.Refused()->what) {
+    case Refusal::What::kTable:
+      return {"query.preview.table", failure.Refused()->name};
+    case Refusal::What::kFunction:
+      return {"query.preview.function", failure.Refused()->name};
+    case Refusal::What::kAction:
+      break;
+  }
+  return {"query.preview.write", {}};
 }
 
 QueryProblem ProblemOfFailure() {
   const Failure failure = CurrentFailure();
+  if (failure.Number() == failure_number::kInterrupted) return {"query.preview.tooLong", {}};
   return {"query.preview.file", failure.Description()};
 }
 
@@ -86,35 +105,48 @@ QueryRows ReadRows(Statement& statement, const QueryLimits& limits, const TimeLi
   return result;
 }
 
-}  // namespace
+using Read = std::function<QueryRows(Statement&, const TimeLimit&)>;
 
-std::variant<QueryRows, QueryProblem> RunQuery(const std::string& path, const BoundQuery& query,
-                                               const QueryLimits& limits, const std::stop_token& unwanted) {
-  if (auto problem = CheckBeginning(query.sql)) return *std::move(problem);
+// Prepares the text where it can do nothing but read, and gives it to `read`.
+std::variant<QueryRows, QueryProblem> WithStatement(const QueryTarget& target, std::string_view sql,
+                                                    const QueryLimits& limits,
+                                                    const std::stop_token& unwanted, const Read& read) {
+  if (auto problem = CheckText(sql)) return *std::move(problem);
   try {
-    const Connection connection(path, limits.patience, Access::kReadOnly);
+    Connection connection(target.path, limits.patience, Access::kReadOnly);
     const TimeLimit time(connection, limits.time, unwanted);
-    Statement statement = connection.Prepare(query.sql);
-    if (auto problem = CheckPrepared(statement)) return *std::move(problem);
-    Bind(statement, query.values);
-    return ReadRows(statement, limits, time);
+    const auto schema = std::make_shared<SchemaMap>(connection);
+    if (schema->SelectsIn(sql) > kMostSelects) return QueryProblem{"query.preview.nested", {}};
+    connection.Guard(
+        [schema, reads_hidden = target.reads_hidden](std::string_view table, std::string_view column) {
+          return schema->MayRead(table, column, reads_hidden);
+        });
+    Statement statement = connection.Prepare(sql);
+    return read(statement, time);
   } catch (const SqlFailure& failure) {
-    return QueryProblem{"query.preview.sql", failure.Words()};
+    return ProblemOf(failure);
   } catch (...) {
     return ProblemOfFailure();
   }
 }
 
-std::optional<QueryProblem> CheckQuery(const std::string& path, std::string_view sql) {
-  if (auto problem = CheckBeginning(sql)) return problem;
-  try {
-    const Connection connection(path, QueryLimits{}.patience, Access::kReadOnly);
-    return CheckPrepared(connection.Prepare(sql));
-  } catch (const SqlFailure& failure) {
-    return QueryProblem{"query.preview.sql", failure.Words()};
-  } catch (...) {
-    return ProblemOfFailure();
-  }
+}  // namespace
+
+std::variant<QueryRows, QueryProblem> RunQuery(const QueryTarget& target, const BoundQuery& query,
+                                               const QueryLimits& limits, const std::stop_token& unwanted) {
+  return WithStatement(target, query.sql, limits, unwanted,
+                       [&query, &limits](Statement& statement, const TimeLimit& time) {
+                         Bind(statement, query.values);
+                         return ReadRows(statement, limits, time);
+                       });
+}
+
+std::optional<QueryProblem> CheckQuery(const QueryTarget& target, std::string_view sql,
+                                       const std::stop_token& unwanted) {
+  auto result =
+      WithStatement(target, sql, {}, unwanted, [](Statement&, const TimeLimit&) { return QueryRows(); });
+  if (auto* problem = std::get_if<QueryProblem>(&result)) return std::move(*problem);
+  return std::nullopt;
 }
 
 }  // namespace plovix

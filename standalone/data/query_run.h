@@ -15,6 +15,11 @@
 
 namespace plovix {
 
+struct QueryTarget {
+  std::string path;           // the data's file
+  bool reads_hidden = false;  // also what is for administrators only
+};
+
 struct QueryRows {
   std::vector<std::string> columns;
   // The first records. A value is cut after kLongestValue bytes; bytes without a text are written as x'...';
@@ -31,17 +36,21 @@ struct QueryProblem {
 };
 
 struct QueryLimits {
-  std::chrono::milliseconds time{2000};     // for counting
+  std::chrono::milliseconds time{2000};     // for everything; what was counted until then is shown
   std::chrono::milliseconds patience{250};  // for another program that writes
   std::size_t rows = 20;
 };
 inline constexpr std::size_t kLongestValue = 400;
 
-[[nodiscard]] std::variant<QueryRows, QueryProblem> RunQuery(const std::string& path, const BoundQuery& query,
+// Runs a text only when it is one statement that reads what it may. Comes back soon after the time is over or
+// the result is unwanted, but for a function that computes on without end: run it where nobody waits.
+[[nodiscard]] std::variant<QueryRows, QueryProblem> RunQuery(const QueryTarget& target,
+                                                             const BoundQuery& query,
                                                              const QueryLimits& limits = {},
                                                              const std::stop_token& unwanted = {});
 
 // What keeps the text from being run as a query, without running it.
-[[nodiscard]] std::optional<QueryProblem> CheckQuery(const std::string& path, std::string_view sql);
+[[nodiscard]] std::optional<QueryProblem> CheckQuery(const QueryTarget& target, std::string_view sql,
+                                                     const std::stop_token& unwanted = {});
 
 }  // namespace plovix

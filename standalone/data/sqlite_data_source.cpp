@@ -39,69 +39,37 @@ constexpr auto kTypes =
 constexpr auto kShadowEndings = std::to_array<std::string_view>(
     {"content", "segments", "segdir", "docsize", "stat", "data", "idx", "config", "node", "parent", "rowid"});
 
-// One pass. The database's own list of tables and their columns name keys and shadow tables, too, but take
-// time in the square of the number of tables.
-constexpr std::string_view kCatalogue =
-    "SELECT name, type, rootpage, sql FROM sqlite_master "
-    "WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
-
-struct CatalogueEntry {
-  DataObjectRecord object;
-  bool is_view = false;
-  bool is_virtual = false;
-};
-
 struct Column {
   std::string name, declared;
 };
 
-std::vector<CatalogueEntry> ReadCatalogue(const Connection& connection) {
-  std::vector<CatalogueEntry> entries;
-  connection.Prepare(kCatalogue).ForEachRow([&entries](const Statement& row) {
-    CatalogueEntry entry;
-    entry.object.name = row.Text(0);
-    entry.object.caption = CaptionOf(entry.object.name);
-    entry.is_view = row.Text(1) == "view";
-    entry.is_virtual = !entry.is_view && row.Integer(2) == 0;  // it has no page of its own
-    if (!entry.is_view && !entry.is_virtual) entry.object.key = SinglePrimaryKey(row.Text(3));
-    entries.push_back(std::move(entry));
-  });
-  return entries;
-}
-
-std::string Lower(std::string_view name) {
-  std::string lower(name);
-  std::ranges::transform(name, lower.begin(), LowerAscii);
-  return lower;
-}
-
-void RemoveShadowTables(std::vector<CatalogueEntry>& entries) {
+// Those that virtual tables keep their content in, in small letters.
+std::set<std::string> ShadowTables(const SchemaMap& schema) {
   std::set<std::string> shadows;
-  for (const CatalogueEntry& entry : entries) {
-    if (!entry.is_virtual) continue;
-    for (const std::string_view ending : kShadowEndings) {
-      shadows.insert(Lower(entry.object.name) + "_" + std::string(ending));
-    }
+  for (const SchemaEntry& entry : schema.Entries()) {
+    if (entry.kind != SchemaEntry::Kind::kVirtual) continue;
+    for (const std::string_view ending : kShadowEndings)
+      shadows.insert(LowerName(entry.name) + "_" + std::string(ending));
   }
-  if (shadows.empty()) return;
-  std::erase_if(entries, [&shadows](const CatalogueEntry& entry) {
-    return !entry.is_view && !entry.is_virtual && shadows.contains(Lower(entry.object.name));
-  });
+  return shadows;
 }
 
 std::vector<Column> ColumnsOf(const Connection& connection, std::string_view name) {
-  constexpr std::int64_t kHidden = 1;
   std::vector<Column> columns;
-  Statement statement = connection.Prepare("SELECT name, type, hidden FROM pragma_table_xinfo(?)");
-  statement.BindText(0, name);
-  statement.ForEachRow([&columns](const Statement& row) {
-    if (row.Integer(2) != kHidden) columns.push_back({std::string(row.Text(0)), std::string(row.Text(1))});
-  });
+  const Statement statement = connection.Prepare("SELECT * FROM " + QuotedName(name));
+  columns.reserve(static_cast<std::size_t>(statement.Columns()));
+  for (int i = 0; i < statement.Columns(); ++i)
+    columns.push_back({std::string(statement.Name(i)), std::string(statement.DeclaredType(i))});
   return columns;
 }
 
+bool IsBuiltTooHigh(SchemaMap& schema, std::string_view name) {
+  return schema.SelectsIn("SELECT * FROM " + QuotedName(name)) > kMostSelects;
+}
+
 // A view that cannot be read has none; whoever reads it learns why.
-std::string KeyOfView(const Connection& connection, std::string_view name) {
+std::string KeyOfView(const Connection& connection, SchemaMap& schema, std::string_view name) {
+  if (IsBuiltTooHigh(schema, name)) return {};
   try {
     for (const Column& column : ColumnsOf(connection, name)) {
       if (SameName(column.name, "id")) return column.name;
@@ -112,21 +80,31 @@ std::string KeyOfView(const Connection& connection, std::string_view name) {
   return {};
 }
 
-std::vector<DataObjectRecord> ReadObjects(const Connection& connection) {
-  std::vector<CatalogueEntry> entries = ReadCatalogue(connection);
-  RemoveShadowTables(entries);
+using Keys = std::vector<std::string>;  // of the schema's entries
+
+std::vector<DataObjectRecord> ReadObjects(const Connection& connection, SchemaMap& schema, Keys keys) {
+  const std::set<std::string> shadows = ShadowTables(schema);
   std::vector<std::pair<std::string, DataObjectRecord>> sorted;  // by caption, whatever its case
-  sorted.reserve(entries.size());
-  for (CatalogueEntry& entry : entries) {
-    if (entry.is_view) entry.object.key = KeyOfView(connection, entry.object.name);
-    sorted.emplace_back(FoldCase(entry.object.caption), std::move(entry.object));
+  sorted.reserve(keys.size());
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const SchemaEntry& entry = schema.Entries()[i];
+    const bool is_view = entry.kind == SchemaEntry::Kind::kView;
+    const bool is_table = entry.kind == SchemaEntry::Kind::kTable;
+    if (is_table && !shadows.empty() && shadows.contains(LowerName(entry.name))) continue;
+    if (!schema.MayRead(entry.name, {}, true)) continue;
+    DataObjectRecord object{.name = entry.name,
+                            .caption = CaptionOf(entry.name),
+                            .key = is_view ? KeyOfView(connection, schema, entry.name) : std::move(keys[i]),
+                            .reads_hidden = entry.reads_hidden};
+    std::string folded = FoldCase(object.caption);
+    sorted.emplace_back(std::move(folded), std::move(object));
   }
   std::ranges::sort(sorted, {}, [](const auto& item) {
     return std::tuple<std::string_view, std::string_view>(item.first, item.second.name);
   });
   std::vector<DataObjectRecord> objects;
   objects.reserve(sorted.size());
-  for (auto& [key, object] : sorted) objects.push_back(std::move(object));
+  for (auto& [folded, object] : sorted) objects.push_back(std::move(object));
   return objects;
 }
 
@@ -137,8 +115,8 @@ FieldType TypeOfValues(std::string_view storage_class) {
 
 // The values of a field without a declaration are compared as they are stored: a number that is compared with
 // a text would never be equal to it.
-void LookAtUndeclared(const Connection& connection, std::string_view object,
-                      const std::vector<Column>& columns, std::vector<FieldRecord>& fields) {
+void LookAtUndeclared(Connection& connection, std::string_view object, const std::vector<Column>& columns,
+                      std::vector<FieldRecord>& fields) {
   std::string sql;
   std::vector<FieldRecord*> undeclared;
   for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -162,17 +140,20 @@ void LookAtUndeclared(const Connection& connection, std::string_view object,
 
 }  // namespace
 
-void SqliteDataSource::Reading(const std::function<void(const Connection&)>& body) {
-  if (connection_ && FileAt(path_) != file_) connection_.reset();
-  if (!connection_) {
-    connection_ = std::make_unique<Connection>(path_, patience_, Access::kReadOnly);
-    file_ = FileAt(path_);
-  }
+void SqliteDataSource::Reading(const std::function<void(Connection&)>& body) {
   try {
+    if (connection_ && FileAt(path_) != file_) connection_.reset();
+    if (!connection_) {
+      connection_ = std::make_unique<Connection>(path_, patience_, Access::kReadOnly);
+      file_ = FileAt(path_);
+    }
+    const TimeLimit time(*connection_, longest_, unwanted_);
     body(*connection_);
   } catch (...) {
+    const Failure failure = CurrentFailure();
     connection_.reset();
-    throw;
+    if (failure.Number() != failure_number::kInterrupted) throw;
+    throw Failure(failure.Number(), path_ + ": reading the data takes too long and was given up");
   }
 }
 
@@ -181,7 +162,19 @@ const std::vector<DataObjectRecord>& SqliteDataSource::Listed() {
   const FileState state = StateOf(path_);
   if (!listed_ || state.in_use || *listed_ != state) {
     listed_.reset();
-    Reading([this](const Connection& connection) { objects_ = ReadObjects(connection); });
+    Reading([this](Connection& connection) {
+      Keys keys;
+      connection.Guard({});
+      schema_ =
+          std::make_shared<SchemaMap>(connection, [&keys](const SchemaEntry& entry, std::string_view sql) {
+            keys.push_back(entry.kind == SchemaEntry::Kind::kTable ? SinglePrimaryKey(sql) : std::string());
+          });
+      // Their fields are known to everybody; whether they may be used is asked elsewhere.
+      connection.Guard([schema = schema_](std::string_view table, std::string_view column) {
+        return schema->MayRead(table, column, true);
+      });
+      objects_ = ReadObjects(connection, *schema_, std::move(keys));
+    });
     listed_ = state;
   }
   return objects_;
@@ -200,7 +193,13 @@ std::optional<DataObjectRecord> SqliteDataSource::Find(std::string_view name) {
 
 std::vector<FieldRecord> SqliteDataSource::Fields(std::string_view name) {
   std::vector<FieldRecord> fields;
-  Reading([&fields, name](const Connection& connection) {
+  (void)Listed();
+  if (schema_->Find(name) == nullptr) return fields;
+  Reading([&fields, name, this](Connection& connection) {
+    if (IsBuiltTooHigh(*schema_, name)) {
+      connection.Refuse(failure_number::kInvalidCall,
+                        "\"" + std::string(name) + "\" is built on more views than can be read");
+    }
     const std::vector<Column> columns = ColumnsOf(connection, name);
     for (const Column& column : columns) fields.push_back({column.name, FieldTypeOf(column.declared)});
     LookAtUndeclared(connection, name, columns, fields);

@@ -8,9 +8,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "schema_map.h"
 
 namespace plovix {
 
@@ -19,27 +22,36 @@ namespace plovix {
 class SqliteDataSource final : public DataSource {
  public:
   static constexpr std::chrono::milliseconds kPatience{2000};
-  // `patience` is how long a call waits for another program that writes.
-  explicit SqliteDataSource(std::string path, std::chrono::milliseconds patience = kPatience)
-      : path_(std::move(path)), patience_(patience) {}
+  static constexpr std::chrono::milliseconds kLongest{30'000};
+  // `patience` is how long a call waits for another program that writes, `longest` how long it reads before
+  // it gives up and fails.
+  explicit SqliteDataSource(std::string path, std::chrono::milliseconds patience = kPatience,
+                            std::chrono::milliseconds longest = kLongest)
+      : path_(std::move(path)), patience_(patience), longest_(longest) {}
+
+  // Calls from now on give up when that is requested, too.
+  void StopWhen(std::stop_token unwanted) { unwanted_ = std::move(unwanted); }
 
   // Sorted by caption. Without the database's own tables and those in which virtual tables keep their
-  // content.
+  // content, and virtual tables that are not safe.
   [[nodiscard]] std::vector<DataObjectRecord> List() override;
   [[nodiscard]] std::optional<DataObjectRecord> Find(std::string_view name) override;
   // Types follow from the declarations (FieldTypeOf). For a field without one, such as a computed one of a
-  // view, the first record decides, where it can be had at once: else it is text.
+  // view, the first record decides, where it can be had at once: else it is text. Fails for a view that is
+  // built on too many others.
   [[nodiscard]] std::vector<FieldRecord> Fields(std::string_view name) override;
 
  private:
-  void Reading(const std::function<void(const Connection&)>& body);
+  void Reading(const std::function<void(Connection&)>& body);
   // Read anew when the file has changed, and while another program may be changing it.
   [[nodiscard]] const std::vector<DataObjectRecord>& Listed();
 
   std::string path_;
-  std::chrono::milliseconds patience_;
+  std::chrono::milliseconds patience_, longest_;
+  std::stop_token unwanted_;
   std::unique_ptr<Connection> connection_;
   FileId file_;  // the open one
+  std::shared_ptr<SchemaMap> schema_;
   std::vector<DataObjectRecord> objects_;
   std::optional<FileState> listed_;  // the state of the file that they were read from
 };

@@ -4,28 +4,35 @@
 
 #include <plovix/standalone/sqlite/connection.h>
 
-#include <atomic>
 #include <chrono>
+#include <functional>
 #include <stop_token>
-#include <thread>
 
 namespace plovix {
 
-// While it lives, a thread of its own watches the time. The connection outlives it.
+// Holds while it lives; one inside another one's life takes its place for as long. The connection outlives
+// it. From the end on the connection's statements fail with kInterrupted.
 class TimeLimit final {
  public:
   // `unwanted` ends the time at once.
-  TimeLimit(const Connection& connection, std::chrono::milliseconds limit, std::stop_token unwanted = {});
+  TimeLimit(Connection& connection, std::chrono::milliseconds limit, std::stop_token unwanted = {})
+      : connection_(connection),
+        end_(std::chrono::steady_clock::now() + limit),
+        unwanted_(std::move(unwanted)),
+        former_(connection.StopWhen([this] { return IsOver(); })) {}
+  ~TimeLimit() { connection_.StopWhen(std::move(former_)); }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
 
-  // From then on the connection's statements fail with kInterrupted.
-  [[nodiscard]] bool IsOver() const noexcept { return over_; }
+  [[nodiscard]] bool IsOver() const noexcept {
+    return unwanted_.stop_requested() || std::chrono::steady_clock::now() >= end_;
+  }
 
  private:
-  void Watch(const std::stop_token& ended, const Connection& connection, std::chrono::milliseconds limit,
-             const std::stop_token& unwanted);
-
-  std::atomic<bool> over_ = false;
-  std::jthread watcher_;
+  Connection& connection_;
+  std::chrono::steady_clock::time_point end_;
+  std::stop_token unwanted_;
+  std::function<bool()> former_;
 };
 
 }  // namespace plovix

@@ -17,9 +17,10 @@ void FileValue::RefuseValue(std::string_view key, std::vector<std::string> furth
   Refuse(key, std::move(further));
 }
 
-void FileValue::Read(std::string& value) const {
+void FileValue::Read(std::string& value, std::size_t most) const {
   if (!json.is_string()) RefuseValue("exchange.problem.text");
   value = FromJsonText(json.get_ref<const std::string&>());
+  if (IsLongerThan(value, most)) Refuse("exchange.problem.tooLong", {std::to_string(most)});
 }
 
 void FileValue::Read(bool& value) const {
@@ -48,11 +49,14 @@ void FileValue::Read(std::optional<std::chrono::local_days>& value) const {
 
 void FileValue::Read(std::map<std::string, std::string>& value) const {
   value.clear();
-  ForEachMember([&](const std::string& name, const FileValue& member) { member.Read(value[name]); });
+  ForEachMember(
+      [&](const std::string& name, const FileValue& member) { member.Read(value[name], kLongestText); });
 }
 
-std::string FileValue::NameOf(const std::string& key) {
-  return FromJsonText(key);
+std::string FileValue::NameOf(const std::string& key) const {
+  std::string name = FromJsonText(key);
+  if (IsLongerThan(name, kLongestName)) Refuse("exchange.problem.tooLong", {std::to_string(kLongestName)});
+  return name;
 }
 
 FileObject::FileObject(FileValue value) : value_(std::move(value)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plovix/standalone/model/task_fields.h>
+#include <plovix/standalone/model/text_limits.h>
 
 #include <concepts>
 #include <limits>
@@ -26,12 +27,13 @@ struct FileValue {
   // Refuses with what stands there as the second parameter.
   [[noreturn]] void RefuseValue(std::string_view key, std::vector<std::string> further = {}) const;
 
-  void Read(std::string& value) const;
+  // Refuses what is longer than `most` characters.
+  void Read(std::string& value, std::size_t most = kLongestName) const;
   void Read(bool& value) const;
   void Read(DateTime& value) const;
   void Read(std::array<bool, 7>& value) const;
   void Read(std::optional<std::chrono::local_days>& value) const;  // null: nothing
-  void Read(std::map<std::string, std::string>& value) const;
+  void Read(std::map<std::string, std::string>& value) const;      // names of texts
   template <std::integral Number>
   void Read(Number& value) const {
     constexpr auto kLeast = std::numeric_limits<Number>::min();
@@ -58,14 +60,14 @@ struct FileValue {
     std::set<std::string> names;
     for (const auto& [key, member] : json.items()) {
       const FileValue value{member, MemberPlace(place, key), source};
-      const auto [name, is_new] = names.insert(NameOf(key));
+      const auto [name, is_new] = names.insert(value.NameOf(key));
       if (!is_new) value.Refuse("exchange.problem.twice");
       read(*name, value);
     }
   }
 
  private:
-  [[nodiscard]] static std::string NameOf(const std::string& key);
+  [[nodiscard]] std::string NameOf(const std::string& key) const;
 };
 
 // An object with a fixed set of members: each is taken once, then none may be left.
@@ -78,7 +80,12 @@ class FileObject {
   template <class Table, class Record>
   void ReadFields(const Table& fields, Record& record) {
     ForEachField(fields, [&](std::string_view name, auto field) {
-      Take(file_format::MemberName(name)).Read(record.*field);
+      const FileValue value = Take(file_format::MemberName(name));
+      if constexpr (std::is_same_v<std::remove_cvref_t<decltype(record.*field)>, std::string>) {
+        value.Read(record.*field, LongestIn(field));
+      } else {
+        value.Read(record.*field);
+      }
     });
   }
 

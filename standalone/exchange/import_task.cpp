@@ -3,8 +3,12 @@
 #include <plovix/controls/failure.h>
 #include <plovix/host/auto_task.h>
 #include <plovix/standalone/model/action_kinds.h>
+#include <plovix/standalone/model/task_access.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
+#include <string_view>
 
 namespace plovix {
 namespace {
@@ -26,17 +30,16 @@ void CheckDataObject(const std::string& name, DataSource* source, ImportReport& 
   }
 }
 
-bool Exists(const PermissionRecord& line, const std::vector<UserRecord>& users) {
-  return std::ranges::any_of(users, [&](const UserRecord& user) {
-    return line.is_group ? user.groups.contains(line.subject) : user.id == line.subject;
-  });
-}
-
 void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, ImportReport& report) {
   if (!task.permissions || users.empty()) return;
+  std::set<std::string_view> ids, groups;
+  for (const UserRecord& user : users) {
+    ids.insert(user.id);
+    groups.insert(user.groups.begin(), user.groups.end());
+  }
   PermissionSet kept;
   for (const PermissionRecord& line : *task.permissions) {
-    if (Exists(line, users)) {
+    if ((line.is_group ? groups : ids).contains(line.subject)) {
       kept.push_back(line);
     } else {
       report.push_back({line.is_group ? "exchange.note.group" : "exchange.note.user", {line.subject}});
@@ -48,14 +51,14 @@ void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, Im
 }
 
 // Where users are not known, everybody may; else whoever is none of them may not.
-bool MayCreate(const ImportTarget& target, bool UserRecord::*right) {
+bool MayCreate(const ImportTarget& target, bool (*may)(const UserRecord& user)) {
   const auto user = std::ranges::find(target.users, target.user_id, &UserRecord::id);
-  return user == target.users.end() ? target.users.empty() : user->administrator || (*user).*right;
+  return user == target.users.end() ? target.users.empty() : may(*user);
 }
 
 void ChooseOwner(TaskRecord& task, bool was_personal, const ImportTarget& target, ImportReport& report) {
-  const bool may_own = !target.user_id.empty() && MayCreate(target, &UserRecord::create_personal);
-  const bool may_share = MayCreate(target, &UserRecord::create_shared);
+  const bool may_own = !target.user_id.empty() && MayCreate(target, MayCreatePersonal);
+  const bool may_share = MayCreate(target, MayCreateShared);
   const bool personal = may_own && (was_personal || !may_share);
   if (personal) task.owner = target.user_id;
   if (personal && was_personal) report.push_back({"exchange.note.yours", {}});
@@ -74,11 +77,13 @@ void CheckSchedule(TaskRecord& task, bool automation_manager, ImportReport& repo
 
 void CheckTags(const std::vector<TagRecord>& tags, const std::vector<TagRecord>& here,
                ImportedTask& imported) {
+  std::map<std::string_view, const TagRecord*> known;
+  for (const TagRecord& tag : here) known.emplace(tag.tag, &tag);
   for (const TagRecord& tag : TagsUsed(imported.task, tags)) {
-    const auto found = std::ranges::find(here, tag.tag, &TagRecord::tag);
-    if (found == here.end()) {
+    const auto found = known.find(tag.tag);
+    if (found == known.end()) {
       imported.new_tags.push_back(tag);
-    } else if (*found != tag) {
+    } else if (*found->second != tag) {
       imported.report.push_back({"exchange.note.tag", {tag.tag}});
     }
   }

@@ -93,9 +93,11 @@ void CheckVersion(FileObject& object) {
   if (!format.json.is_string() || format.json.get_ref<const std::string&>() != kName)
     format.Refuse("exchange.problem.noTaskFile");
   const FileValue version = object.Take(kFileVersion);
+  // Also one that no type of ours holds.
+  if (version.json.is_number() && version.json > kVersion)
+    version.RefuseValue("exchange.problem.newer", {std::to_string(kVersion)});
   std::int64_t number = 0;
   version.Read(number);
-  if (number > kVersion) version.RefuseValue("exchange.problem.newer", {std::to_string(kVersion)});
   if (number < kVersion) version.RefuseValue("exchange.problem.version", {std::to_string(kVersion)});
 }
 

@@ -26,7 +26,8 @@ struct TaskFile {
 // Of all tags, in their order, those that the task names: for its texts and for its categories.
 [[nodiscard]] std::vector<TagRecord> TagsUsed(const TaskRecord& task, const std::vector<TagRecord>& all);
 
-// The text of the file, JSON in UTF-8; texts of the task come back as they are, whatever bytes they hold.
+// The text of the file, JSON in UTF-8; texts of the task come back as they are, whatever bytes they hold. No
+// two of `tags` have the same name.
 // Fails with 6 where the file could not be read again: a date outside the years 0 to 9999, too large. The
 // failure is told in the language of `texts`.
 [[nodiscard]] std::string WriteTaskFile(const TaskRecord& task, const std::vector<TagRecord>& tags,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 #include "file_format.h"
 #include "task_file.h"
@@ -45,8 +46,13 @@ class Writer {
   // Of any texts by keys.
   [[nodiscard]] static Json Texts(const std::map<std::string, std::string>& texts) {
     Json json = Json::object();
-    for (const auto& [key, text] : texts) json[ToJsonText(key)] = ToJsonText(text);
+    for (const auto& [key, text] : texts) Append(json, key, ToJsonText(text));
     return json;
+  }
+
+  // A name that the object does not have yet: it would look for it one by one.
+  static void Append(Json& object, const std::string& name, Json value) {
+    object.get_ref<Json::object_t&>().emplace_back(ToJsonText(name), std::move(value));
   }
 
   [[noreturn]] void Fail(std::string_view text, const std::string& parameter) const {
@@ -111,12 +117,12 @@ class Writer {
 }  // namespace
 
 std::vector<TagRecord> TagsUsed(const TaskRecord& task, const std::vector<TagRecord>& all) {
+  std::unordered_set<std::string_view> names = {task.name_tag, task.short_description_tag,
+                                                task.description_tag};
+  for (const CategoryRecord& category : task.categories) names.insert(category.tag);
   std::vector<TagRecord> used;
-  std::ranges::copy_if(all, std::back_inserter(used), [&](const TagRecord& tag) {
-    return tag.tag == task.name_tag || tag.tag == task.short_description_tag ||
-           tag.tag == task.description_tag ||
-           std::ranges::count(task.categories, tag.tag, &CategoryRecord::tag);
-  });
+  std::ranges::copy_if(all, std::back_inserter(used),
+                       [&](const TagRecord& tag) { return names.contains(tag.tag); });
   return used;
 }
 
@@ -125,7 +131,7 @@ std::string WriteTaskFile(const TaskRecord& task, const std::vector<TagRecord>& 
   const Writer writer(texts);
   Json file = {{kFormat, kName}, {kFileVersion, kVersion}, {kTask, writer.Task(task)}};
   file[kTags] = Json::object();
-  for (const TagRecord& tag : tags) file[kTags][ToJsonText(tag.tag)] = Writer::Texts(tag.texts);
+  for (const TagRecord& tag : tags) Writer::Append(file[kTags], tag.tag, Writer::Texts(tag.texts));
   std::string text = file.dump(kIndent) + "\n";
   if (text.size() > kLargestTaskFile)
     writer.Fail("exchange.tooLarge", std::to_string(kLargestTaskFile / 1024 / 1024));

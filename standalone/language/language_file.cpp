@@ -1,6 +1,7 @@
 #include "language_file.h"
 
 #include <plovix/controls/failure.h>
+#include <plovix/standalone/model/json_text.h>
 
 #include <charconv>
 #include <nlohmann/json.hpp>
@@ -9,6 +10,8 @@ namespace plovix {
 namespace {
 
 using Json = nlohmann::json;
+
+constexpr std::size_t kDeepest = 16;  // levels; the format needs two
 
 [[noreturn]] void Refuse(const std::string& source, const std::string& problem) {
   throw Failure(failure_number::kInvalidCall, source + ": " + problem);
@@ -44,6 +47,9 @@ int TextId(const std::string& key, const std::string& source) {
 }  // namespace
 
 TextTable ParseLanguage(std::string_view json, const std::string& source) {
+  if (NestsDeeper(json, kDeepest)) {
+    Refuse(source, "\"[\" and \"{\" are nested deeper than " + std::to_string(kDeepest) + " levels");
+  }
   Json file;
   try {
     file = Json::parse(json);

@@ -1,24 +1,15 @@
 #include "languages.h"
 
 #include <plovix/controls/failure.h>
-
-#include <fstream>
-#include <sstream>
+#include <plovix/standalone/model/ordinary_file.h>
 
 #include "language_file.h"
 
 namespace plovix {
 namespace {
 
-constexpr std::string_view kFallback = "en";
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  if (!file) throw Failure(failure_number::kInvalidCall, path + ": the language file cannot be read");
-  return text.str();
-}
+const char* const kFallback = "en";
+constexpr std::size_t kLargestFile = std::size_t{4} * 1024 * 1024;  // bytes; the program's own have 60,000
 
 }  // namespace
 
@@ -30,7 +21,8 @@ std::vector<std::string> LanguageCodes() {
 
 TextTable LoadLanguage(const std::string& wanted) {
   if (wanted == "ids") return TextTable::Ids();
-  if (wanted.ends_with(".json")) return ParseLanguage(ReadFile(wanted), wanted);
+  if (wanted.ends_with(".json") || wanted.find('/') != std::string::npos)
+    return ParseLanguage(ReadOrdinaryFile(wanted, kLargestFile, LoadLanguage(kFallback)), wanted);
   const auto found = EmbeddedLanguages().find(wanted);
   if (found == EmbeddedLanguages().end()) {
     std::string known;
@@ -46,7 +38,7 @@ TextTable LoadPreferredLanguage(const std::vector<std::string>& preferred) {
     const std::string code = name.substr(0, name.find_first_of("-_."));
     if (EmbeddedLanguages().contains(code)) return LoadLanguage(code);
   }
-  return LoadLanguage(std::string(kFallback));
+  return LoadLanguage(kFallback);
 }
 
 }  // namespace plovix

@@ -16,8 +16,9 @@ namespace plovix {
 /// The codes alone, sorted: "en", "fr".
 [[nodiscard]] std::vector<std::string> LanguageCodes();
 
-/// The table for what a user asked for: "ids", the path of a language file (it ends in ".json"), or a code.
-/// Fails with a message that lists the known codes.
+/// The table for what a user asked for: "ids", the path of a language file (it ends in ".json" or holds a
+/// "/"; at most 4 MB), or a code. Fails with words for a person: what is wrong with the file, or the known
+/// codes.
 [[nodiscard]] TextTable LoadLanguage(const std::string& wanted);
 
 /// The first of the user's languages ("fr-CA", "en_GB") that the program carries, else English.

@@ -2,6 +2,8 @@
 /// The users of the stand-alone host and what they may do, as plain values.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <set>
 #include <string>
 

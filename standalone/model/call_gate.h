@@ -3,6 +3,8 @@
 /// the calls or make one fail: it serves the script surface's "fail" and the tests' fault sweep.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>

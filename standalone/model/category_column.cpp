@@ -39,10 +39,28 @@ std::optional<std::vector<CategoryRecord>> DecodePlain(std::string_view rest) {
   return categories;
 }
 
+std::vector<CategoryRecord> DecodeAll(std::string_view column) {
+  if (column.empty()) return {};
+  if (auto categories = DecodePlain(column)) return std::move(*categories);
+  const auto array =
+      IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
+  if (!array.is_array() || !std::ranges::all_of(array, IsCategory)) return {{std::string(column), true}};
+  std::vector<CategoryRecord> categories;
+  for (const auto& item : array) {
+    categories.push_back(
+        {FromJsonText(item["tag"].get_ref<const std::string&>()), item["public"].get<bool>()});
+  }
+  return categories;
+}
+
 }  // namespace
 
+bool IsNoCategory(const std::vector<CategoryRecord>& categories) {
+  return categories.empty() || (categories.size() == 1 && categories[0].tag.empty());
+}
+
 std::string EncodeCategories(const std::vector<CategoryRecord>& categories) {
-  if (categories.empty()) return {};
+  if (IsNoCategory(categories)) return {};
   auto array = nlohmann::ordered_json::array();
   for (const CategoryRecord& category : categories) {
     array.push_back({{"tag", ToJsonText(category.tag)}, {"public", category.is_public}});
@@ -51,17 +69,8 @@ std::string EncodeCategories(const std::vector<CategoryRecord>& categories) {
 }
 
 std::vector<CategoryRecord> DecodeCategories(std::string_view column) {
-  if (column.empty()) return {};
-  if (auto categories = DecodePlain(column)) return std::move(*categories);
-  // The parser would take a NUL byte for the end of the text.
-  const bool has_zero = column.find('\0') != std::string_view::npos;
-  const auto array = has_zero ? nlohmann::json() : nlohmann::json::parse(column, nullptr, false);
-  if (!array.is_array() || !std::ranges::all_of(array, IsCategory)) return {{std::string(column), true}};
-  std::vector<CategoryRecord> categories;
-  for (const auto& item : array) {
-    categories.push_back(
-        {FromJsonText(item["tag"].get_ref<const std::string&>()), item["public"].get<bool>()});
-  }
+  std::vector<CategoryRecord> categories = DecodeAll(column);
+  if (IsNoCategory(categories)) categories.clear();
   return categories;
 }
 

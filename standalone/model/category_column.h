@@ -11,10 +11,13 @@
 
 namespace plovix {
 
-/// A JSON array of {"tag": text, "public": bool}; the empty text when there are no categories.
+/// Whether there is no category, or a lone one without a tag: what a page leaves of an empty box.
+[[nodiscard]] bool IsNoCategory(const std::vector<CategoryRecord>& categories);
+/// A JSON array of {"tag": text, "public": bool}; the empty text for no category.
 [[nodiscard]] std::string EncodeCategories(const std::vector<CategoryRecord>& categories);
-/// Reads such an array. Any other text that is not empty is one public category of that name: the column
-/// held a plain name before it held arrays.
+/// Reads such an array; a lone category without a tag, which files of former versions hold, is none. Any
+/// other text that is not empty is one public category of that name: the column held a plain name before it
+/// held arrays.
 [[nodiscard]] std::vector<CategoryRecord> DecodeCategories(std::string_view column);
 
 }  // namespace plovix

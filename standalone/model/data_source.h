@@ -3,6 +3,8 @@
 /// fields. Implemented over a database file, and in memory for scripts and tests.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,11 +32,17 @@ struct FieldRecord {
 
 /// A table or view.
 struct DataObjectRecord {
-  std::string name;     ///< unique without regard to case
-  std::string caption;  ///< as shown
-  std::string key;      ///< the field that identifies a record; empty when there is none
+  std::string name;           ///< unique without regard to case
+  std::string caption;        ///< as shown
+  std::string key;            ///< the field that identifies a record; empty when there is none
+  bool reads_hidden = false;  ///< it is a view of one with a hidden name, and as hidden as that
   bool operator==(const DataObjectRecord&) const = default;
 };
+
+/// Names that begin with an underscore are for administrators only.
+[[nodiscard]] constexpr bool HasHiddenName(std::string_view name) {
+  return name.starts_with('_');
+}
 
 /// Every member fails with a Failure that names the source and says what a person can do about it.
 class DataSource {

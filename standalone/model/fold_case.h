@@ -2,6 +2,8 @@
 /// Texts without their differences of case, by Unicode. Used wherever names that people give are compared.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <string>
 #include <string_view>
 

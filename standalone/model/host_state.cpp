@@ -16,6 +16,12 @@ namespace {
 
 constexpr std::string_view kMarkerFile = "forceusertask.txt";
 
+// One that cannot be looked at is not there.
+bool IsFile(const std::filesystem::path& path) {
+  std::error_code unreadable;
+  return std::filesystem::is_regular_file(path, unreadable);
+}
+
 class LanguageObject final : public LanguageTable {
  public:
   explicit LanguageObject(HostState& state) : state_(state) {}
@@ -268,8 +274,7 @@ class UtilitiesObject final : public Utilities {
   [[nodiscard]] bool FileExists(const std::string& path) override {
     Called("Utilities.FileExists");
     if (state_.marker_file && path.ends_with(kMarkerFile)) return *state_.marker_file;
-    std::error_code unreadable;  // a file that cannot be looked at is not there
-    return std::filesystem::is_regular_file(path, unreadable);
+    return IsFile(path);
   }
   [[nodiscard]] int BoolToCheck(bool value) override {
     Called("Utilities.BoolToCheck");
@@ -294,6 +299,11 @@ class UtilitiesObject final : public Utilities {
 
 }  // namespace
 
+bool HostState::NewTasksUseTags() const {
+  return language_tag_mode &&
+         !(marker_file ? *marker_file : IsFile(std::filesystem::path(path) / kMarkerFile));
+}
+
 DateTime HostState::Now() const {
   if (clock) return clock();
   const std::time_t now = std::time(nullptr);
@@ -317,8 +327,8 @@ std::string HostState::TagForText(const std::string& tag, const std::string& tex
   std::string filed = text;
   for (int count = 2; tag_texts.contains(filed); ++count) filed = text + " (" + std::to_string(count) + ")";
   if (filed == text) return filed;
-  tag_texts[filed] = text;
   if (tag_filed) tag_filed(filed, text);
+  tag_texts[filed] = text;
   return filed;
 }
 

@@ -43,11 +43,16 @@ struct HostState {
   /// The current user's id and the session's own account id: alike where nobody sits in front of it.
   std::string user_id, session_id;
   /// @}
+  bool permissions_locked = false;  ///< the permission set of the task that is edited is shown, not changed
   std::string decimal_separator = ".";  ///< HostApplication::DecimalSeparator
   bool language_tag_mode = false;       ///< HostApplication::LanguageTagMode
   std::optional<bool> marker_file;      ///< overrides the marker file's presence
   std::function<DateTime()> clock;      ///< local time; the machine's when empty
+  /// The clock's time less UTC: tells the two instants of a repeated time apart. Counts with `clock` only.
+  std::optional<std::chrono::seconds> clock_offset;
 
+  /// Whether a task begun now has language tags for its texts: in language-tag mode without the marker file.
+  [[nodiscard]] bool NewTasksUseTags() const;
   /// What the clock says.
   [[nodiscard]] DateTime Now() const;
   /// A tag without a text of its own is its own text.

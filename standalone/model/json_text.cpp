@@ -1,7 +1,8 @@
 #include "json_text.h"
 
+#include <plovix/controls/utf8.h>
+
 #include <charconv>
-#include <cstddef>
 
 namespace plovix {
 namespace {
@@ -10,26 +11,6 @@ constexpr std::string_view kEscape = "\xF4\x8F\xBF\xBF";
 
 unsigned char Byte(std::string_view text, std::size_t index) {
   return static_cast<unsigned char>(text[index]);
-}
-
-// The second byte's range excludes overlong forms, surrogates and everything above U+10FFFF.
-bool GoodSecond(unsigned char first, unsigned char second) {
-  const int low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
-  const int high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
-  return second >= low && second <= high;
-}
-
-// Bytes of the well-formed character at the start of `text`, which is not empty; 0 when there is none.
-std::size_t CharacterBytes(std::string_view text) {
-  const unsigned char first = Byte(text, 0);
-  if (first < 0x80) return 1;
-  if (first < 0xC2 || first > 0xF4) return 0;
-  const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-  if (text.size() < length || !GoodSecond(first, Byte(text, 1))) return 0;
-  for (std::size_t i = 2; i < length; ++i) {
-    if ((Byte(text, i) & 0xC0) != 0x80) return 0;
-  }
-  return length;
 }
 
 }  // namespace
@@ -85,6 +66,29 @@ bool IsPlainJsonText(std::string_view text) {
     text.remove_prefix(length);
   }
   return true;
+}
+
+bool NestsDeeper(std::string_view json, std::size_t levels) {
+  std::size_t open = 0;
+  bool in_text = false;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const char character = json[i];
+    if (character == '"') {
+      in_text = !in_text;
+    } else if (in_text) {
+      if (character == '\\') ++i;  // whatever it escapes ends no text
+    } else if (character == '[' || character == '{') {
+      if (++open > levels) return true;
+    } else if ((character == ']' || character == '}') && open > 0) {
+      --open;
+    }
+  }
+  return false;
+}
+
+bool IsParsableJson(std::string_view text) {
+  constexpr std::size_t kDeepest = 64;
+  return text.find('\0') == std::string_view::npos && !NestsDeeper(text, kDeepest);
 }
 
 }  // namespace plovix

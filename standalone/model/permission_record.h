@@ -2,6 +2,8 @@
 /// Who may do what with a task, as plain values: what a task's permission set holds and its editor edits.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <string>
 #include <vector>
 

@@ -3,6 +3,8 @@
 /// more rows than should stand in memory at once.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <cstddef>
 #include <string_view>
 

@@ -4,6 +4,8 @@
 /// an "É".
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <algorithm>
 #include <string_view>
 

@@ -62,7 +62,8 @@ std::shared_ptr<Permissions> SessionObject::EditPermissions(
   const auto* own = dynamic_cast<const PermissionsObject*>(permissions.get());
   auto edited =
       state_.dialogs->EditPermissions(own != nullptr ? std::optional(own->set) : std::nullopt, title);
-  return edited ? std::make_shared<PermissionsObject>(std::move(*edited)) : permissions;
+  return edited && !state_.permissions_locked ? std::make_shared<PermissionsObject>(std::move(*edited))
+                                              : permissions;
 }
 
 class RecordsetObject::Column final : public Field {

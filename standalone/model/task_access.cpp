@@ -3,6 +3,7 @@
 #include <plovix/host/host_application.h>
 
 #include <algorithm>
+#include <array>
 
 namespace plovix {
 namespace {
@@ -25,6 +26,14 @@ bool Names(const PermissionRecord& line, const UserRecord& user) {
   return line.is_group ? user.groups.contains(line.subject) : line.subject == user.id;
 }
 
+std::optional<std::string_view> RefusalOfOwner(const UserRecord& user, const std::string& owner) {
+  if (user.administrator) return std::nullopt;
+  if (!owner.empty() && owner != user.id) return "rights.mayNotGiveAway";
+  if (owner.empty() && !MayCreateShared(user)) return "rights.mayNotCreateShared";
+  if (!owner.empty() && !MayCreatePersonal(user)) return "rights.mayNotCreatePersonal";
+  return std::nullopt;
+}
+
 }  // namespace
 
 bool May(const UserRecord& user, const TaskRecord& task, TaskRight right) {
@@ -36,6 +45,32 @@ bool May(const UserRecord& user, const TaskRecord& task, TaskRight right) {
   return std::ranges::any_of(*task.permissions, [&](const PermissionRecord& line) {
     return Names(line, user) && Grants(line, right);
   });
+}
+
+bool MayChangeAccess(const UserRecord& user, const TaskRecord& task) {
+  constexpr std::array kAll{TaskRight::kView, TaskRight::kRun, TaskRight::kEdit, TaskRight::kDelete};
+  return std::ranges::all_of(kAll, [&](TaskRight right) { return May(user, task, right); });
+}
+
+bool MayCreateShared(const UserRecord& user) {
+  return user.administrator || user.create_shared;
+}
+
+bool MayCreatePersonal(const UserRecord& user) {
+  return user.administrator || user.create_personal;
+}
+
+std::optional<std::string_view> RefusalOf(const UserRecord& user, const TaskRecord* stored,
+                                          const TaskRecord* wanted) {
+  if (stored != nullptr && wanted == nullptr && !May(user, *stored, TaskRight::kDelete))
+    return "rights.mayNotDelete";
+  if (wanted == nullptr) return std::nullopt;
+  if (stored == nullptr) return RefusalOfOwner(user, wanted->owner);
+  if (!May(user, *stored, TaskRight::kEdit)) return "rights.mayNotEdit";
+  const bool same_owner = stored->owner == wanted->owner;
+  if (same_owner && stored->permissions == wanted->permissions) return std::nullopt;
+  if (!MayChangeAccess(user, *stored)) return "rights.mayNotChangeAccess";
+  return same_owner ? std::nullopt : RefusalOfOwner(user, wanted->owner);
 }
 
 bool HasRight(const UserRecord& user, int number) {

@@ -19,6 +19,9 @@ struct NamedField {
   std::string_view name;  ///< never changes: files hold it
   Value Record::*field;   ///< where the value stands
 };
+/// What clang 16 does not find for itself.
+template <class Record, class Value>
+NamedField(std::string_view, Value Record::*) -> NamedField<Record, Value>;
 
 /// What a task is called.
 inline constexpr std::tuple kTaskTextFields{

@@ -33,7 +33,7 @@ struct ActionRecord {
 /// A task. What is not said here is said at AutoTask.
 struct TaskRecord {
   std::int64_t id = 0;            ///< 0: not stored yet
-  std::int64_t version = 0;       ///< counts the saves; a save on an older version is refused
+  std::int64_t version = 0;       ///< another one after every save; a save on an older one is refused
   DateTime modified = kZeroDate;  ///< when it was saved last, by the host's clock
 
   /// @{

@@ -2,6 +2,8 @@
 /// The texts of one language: the pages' by number, the host's own by key.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <map>
 #include <optional>
 #include <set>

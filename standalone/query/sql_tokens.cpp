@@ -182,6 +182,18 @@ std::vector<SqlToken> SqlTokens(std::string_view sql) {
   return tokens;
 }
 
+std::size_t StatementCount(std::string_view sql) {
+  std::size_t count = 0;
+  bool is_inside = false;
+  Scanner scanner(sql);
+  for (SqlToken token = scanner.Next(); token.kind != SqlToken::Kind::kEnd; token = scanner.Next()) {
+    const bool is_in_statement = !token.IsSign(";");
+    if (is_in_statement && !is_inside) ++count;
+    is_inside = is_in_statement;
+  }
+  return count;
+}
+
 bool IsReserved(const SqlToken& token) {
   return std::ranges::any_of(kReserved, [&token](std::string_view word) { return token.Is(word); });
 }

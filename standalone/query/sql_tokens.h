@@ -1,6 +1,8 @@
-// The words and signs of an SQL text, as SQLite divides it. Used by the query's reader.
+// The words and signs of an SQL text, as SQLite divides it. Used by the query's reader, and by connections,
+// which take one statement at a time.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +30,9 @@ struct SqlToken {
 
 // Without blanks and comments; always ends with kEnd.
 [[nodiscard]] std::vector<SqlToken> SqlTokens(std::string_view sql);
+
+// Statements are divided by semicolons; blanks and comments alone are none.
+[[nodiscard]] std::size_t StatementCount(std::string_view sql);
 
 // A keyword that can only be a name in quotes.
 [[nodiscard]] bool IsReserved(const SqlToken& token);

@@ -19,14 +19,14 @@ void Insert(std::vector<Run>& runs, Run run) {
 
 }  // namespace
 
-std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, DateTime now, std::size_t count) {
+std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, std::chrono::sys_seconds now,
+                          std::size_t count) {
   std::vector<Run> runs;
   if (count == 0) return runs;
-  const std::chrono::sys_seconds after = zone.At(now).at;
-  std::optional<DateTime> wanted = schedule.Next(zone.EarliestWallAfter(after));
+  std::optional<DateTime> wanted = schedule.Next(zone.EarliestWallAfter(now));
   for (; wanted; wanted = schedule.Next(*wanted)) {
     Run run{zone.At(*wanted), *wanted, schedule.MovedFrom(std::chrono::floor<std::chrono::days>(*wanted))};
-    if (run.moment.at <= after) continue;
+    if (run.moment.at <= now) continue;
     // No later wall time has an earlier instant: for a shifted one that of the clock after the gap.
     const std::chrono::sys_seconds earliest{wanted->time_since_epoch() - run.moment.offset};
     Insert(runs, std::move(run));

@@ -16,9 +16,8 @@ struct Run {
   std::optional<int> moved_from;  // the day number that the month of `wanted` lacks
 };
 
-// The first `count` runs strictly after the instant of `now` (its first one when `now` is repeated),
-// ascending, each instant once. Fewer when the schedule ends.
-[[nodiscard]] std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, DateTime now,
-                                        std::size_t count);
+// The first `count` runs strictly after `now`, ascending, each instant once. Fewer when the schedule ends.
+[[nodiscard]] std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone,
+                                        std::chrono::sys_seconds now, std::size_t count);
 
 }  // namespace plovix

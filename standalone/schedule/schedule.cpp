@@ -15,6 +15,8 @@ using std::chrono::seconds;
 // The calendar repeats after 400 years.
 constexpr days kHorizon{146'097};
 
+constexpr days kYear{366};
+
 }  // namespace
 
 Schedule::Schedule(const RecurrenceRecord& record, local_days start) {
@@ -54,6 +56,28 @@ std::optional<DateTime> Schedule::Previous(DateTime before) const {
 bool Schedule::IsRun(DateTime at) const {
   if (!times_ || at < kFirstSecond || at > kLastSecond) return false;
   return times_->AtOrAfter(at) == at && days_.Selects(floor<days>(at));
+}
+
+// A day has a tick of every interval that is no longer.
+std::optional<Schedule::Gap> Schedule::LongGap(DateTime now) const {
+  if (!times_ || times_->Step() <= days{1}) return std::nullopt;
+  now = std::clamp(now, kFirstSecond, kLastSecond);
+  const std::optional<DateTime> previous = Previous(now + seconds{1});
+  Gap gap{previous.value_or(times_->AtOrAfter(kFirstSecond)), Next(now)};
+  if (!previous && !gap.to) return std::nullopt;
+  const DateTime limit = std::max(now, gap.from) + 10 * kYear;
+  while (!IsLong(gap)) {
+    if (!gap.to || *gap.to > limit) return std::nullopt;
+    gap = {*gap.to, Next(*gap.to)};
+  }
+  return gap;
+}
+
+bool Schedule::IsLong(const Gap& gap) const {
+  const DateTime end = gap.to.value_or(std::min(gap.from + kHorizon, kLastSecond));
+  if (end - gap.from <= kYear) return false;
+  const std::optional<local_days> day = days_.AtOrAfter(floor<days>(gap.from) + days{1});
+  return day && *day < floor<days>(end) && times_->AtOrAfter(gap.from + seconds{1}) < end;
 }
 
 std::optional<int> Schedule::MovedFrom(local_days day) const {

@@ -25,10 +25,21 @@ class Schedule {
   // The last run strictly before; nothing: none.
   [[nodiscard]] std::optional<DateTime> Previous(DateTime before) const;
   [[nodiscard]] bool IsRun(DateTime at) const;
+  // A time without a run. `from`: a run, or the midnight of the start day before the first one. `to`: the
+  // next run; nothing: none after `from`.
+  struct Gap {
+    DateTime from;
+    std::optional<DateTime> to;
+  };
+  // A gap of more than a year only because the ticks and the selected days in it do not meet: the one at
+  // `now`, else the first that begins in the ten years after it. Nothing as well when there is no run at all.
+  [[nodiscard]] std::optional<Gap> LongGap(DateTime now) const;
   // The day number that the record wants and the month of `day` lacks; nothing when `day` is not a moved day.
   [[nodiscard]] std::optional<int> MovedFrom(std::chrono::local_days day) const;
 
  private:
+  [[nodiscard]] bool IsLong(const Gap& gap) const;
+
   DayRule days_;
   std::optional<TimeRule> times_;  // nothing: never runs
 };

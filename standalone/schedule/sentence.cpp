@@ -2,13 +2,16 @@
 
 #include <vector>
 
-#include "schedule.h"
 #include "sentence_keys.h"
 
 namespace plovix {
 namespace {
 
 namespace keys = sentence_keys;
+
+using std::chrono::days;
+using std::chrono::floor;
+using std::chrono::local_days;
 
 // What a pattern says: its sentences, and what they take before the time.
 struct PatternWords {
@@ -33,9 +36,11 @@ std::string TwoDigits(std::int64_t number) {
 }
 
 PatternWords Words(const DailyRecord& record, const TextTable&) {
-  const int days = Counted(record.every_n_days);
-  if (days == 1) return {record.weekdays_only ? keys::kWeekday : keys::kDay, {}};
-  return {record.weekdays_only ? keys::kDaysOnWeekdays : keys::kDays, {std::to_string(days)}};
+  const int step = Counted(record.every_n_days);
+  if (step == 1) return {record.weekdays_only ? keys::kWeekday : keys::kDay, {}};
+  // Of whole weeks every day is that of the start, which is no weekend day where there are runs.
+  const bool meets_weekends = record.weekdays_only && step % 7 != 0;
+  return {meets_weekends ? keys::kDaysOnWeekdays : keys::kDays, {std::to_string(step)}};
 }
 
 // The chosen days, in the order of a week.
@@ -48,25 +53,28 @@ std::vector<std::string> ChosenDays(const WeeklyRecord& record, const TextTable&
 }
 
 // Joins one or more days from the left.
-std::string DayList(const std::vector<std::string>& days, const TextTable& texts) {
-  if (days.size() == 2) return texts.Host("schedule.days.two", days);
-  std::string list = days.at(0);
-  for (std::size_t i = 1; i < days.size(); ++i) {
-    const bool last = i + 1 == days.size();
-    list = texts.Host(last ? "schedule.days.last" : "schedule.days.next", {list, days.at(i)});
+std::string DayList(const std::vector<std::string>& chosen, const TextTable& texts) {
+  if (chosen.size() == 2) return texts.Host("schedule.days.two", chosen);
+  std::string list = chosen.at(0);
+  for (std::size_t i = 1; i < chosen.size(); ++i) {
+    const bool last = i + 1 == chosen.size();
+    list = texts.Host(last ? "schedule.days.last" : "schedule.days.next", {list, chosen.at(i)});
   }
   return list;
 }
 
 PatternWords Words(const WeeklyRecord& record, const TextTable& texts) {
   const int weeks = Counted(record.every_n_weeks);
-  const auto days = ChosenDays(record, texts);
-  if (days.size() == record.days.size()) {
+  const auto chosen = ChosenDays(record, texts);
+  if (chosen.size() == record.days.size()) {
     if (weeks == 1) return {keys::kDay, {}};
     return {keys::kWeeksEveryDay, {std::to_string(weeks)}};
   }
-  if (weeks == 1) return {keys::kWeek, {DayList(days, texts)}};
-  return {keys::kWeeks, {std::to_string(weeks), DayList(days, texts)}};
+  if (weeks == 1) return {keys::kWeek, {DayList(chosen, texts)}};
+  // Only where Sunday is one of several days does it count on which day a week begins.
+  const bool from_sunday = record.days[0] && chosen.size() > 1;
+  return {from_sunday ? keys::kWeeksFromSunday : keys::kWeeks,
+          {std::to_string(weeks), DayList(chosen, texts)}};
 }
 
 // "the first Monday"
@@ -122,19 +130,67 @@ PatternWords Words(const PatternRecord& pattern, const TextTable& texts) {
   return Words(std::get<YearlyRecord>(pattern), texts);
 }
 
-// The pattern's sentence with the time in it.
-std::string WithTime(PatternWords words, const RecurrenceRecord& recurrence, const TextTable& texts,
-                     const TimeFormat& time) {
-  if (recurrence.time_kind == time_kind::kAtTime) {
-    words.parameters.push_back(time(recurrence.execution_time));
-    return texts.Host(words.sentences.at, words.parameters);
-  }
+// "5 January 2026"
+std::string Date(local_days day, const TextTable& texts) {
+  const std::chrono::year_month_day date{day};
+  const auto month = static_cast<int>(static_cast<unsigned>(date.month()));
+  const auto number = static_cast<int>(static_cast<unsigned>(date.day()));
+  return texts.Host("schedule.dateInYear", {Numbered(keys::kDates, month, texts, {DayNumber(number, texts)}),
+                                            std::to_string(static_cast<int>(date.year()))});
+}
+
+constexpr DateTime kMidnight{};
+
+// Whether the interval does not divide a day: it goes on from day to day, and ticks at other times on each,
+// or not at all.
+bool GoesOn(const RecurrenceRecord& recurrence) {
+  if (recurrence.time_kind == time_kind::kAtTime) return false;
+  const int in_a_day = recurrence.time_kind == time_kind::kEveryNMinutes ? 24 * 60 : 24;
+  return in_a_day % Counted(recurrence.interval) != 0;
+}
+
+// Adds what the sentence says of the time; gives its key.
+std::string_view AddTime(PatternWords& words, const RecurrenceRecord& recurrence, local_days start,
+                         const TextTable& texts, const TimeFormat& time) {
+  const auto add = [&](const std::string& parameter) { words.parameters.push_back(parameter); };
   const bool minutes = recurrence.time_kind == time_kind::kEveryNMinutes;
   const int interval = Counted(recurrence.interval);
-  if (interval == 1)
-    return texts.Host(minutes ? words.sentences.minute : words.sentences.hour, words.parameters);
-  words.parameters.push_back(std::to_string(interval));
-  return texts.Host(minutes ? words.sentences.minutes : words.sentences.hours, words.parameters);
+  const bool at_time = recurrence.time_kind == time_kind::kAtTime;
+  if (at_time || interval == (minutes ? 24 * 60 : 24)) {
+    add(time(at_time ? recurrence.execution_time : kMidnight));
+    return words.sentences.at;
+  }
+  if (interval == 1) return minutes ? words.sentences.minute : words.sentences.hour;
+  add(std::to_string(interval));
+  if (!GoesOn(recurrence)) return minutes ? words.sentences.minutes : words.sentences.hours;
+  add(Date(start, texts));
+  add(time(kMidnight));
+  return minutes ? words.sentences.minutes_from : words.sentences.hours_from;
+}
+
+// Adds when the first or next run is, where that is not soon.
+void AddNote(ScheduleWords& words, const Outlook& outlook, const TextTable& texts) {
+  constexpr days kYear{366};
+  if (outlook.runs.empty()) {
+    words.note = texts.Host("schedule.over");
+    return;
+  }
+  const Run& next = outlook.runs.front();
+  const auto day = floor<days>(next.moment.wall);
+  if (outlook.start > floor<days>(outlook.now)) {
+    words.name_start = true;
+    const std::string start = Date(outlook.start, texts);
+    words.note = day == outlook.start ? texts.Host("schedule.starts", {start})
+                                      : texts.Host("schedule.startsLater", {start, Date(day, texts)});
+  } else if (next.moment.wall > outlook.now + kYear) {
+    words.note = texts.Host(outlook.ran ? "schedule.next" : "schedule.first", {Date(day, texts)});
+  }
+}
+
+std::string Warning(const Schedule::Gap& gap, const TextTable& texts) {
+  const std::string from = Date(floor<days>(gap.from), texts);
+  if (!gap.to) return texts.Host("schedule.longGapToTheEnd", {from});
+  return texts.Host("schedule.longGap", {from, Date(floor<days>(*gap.to), texts)});
 }
 
 // Says why there is no run at all.
@@ -147,8 +203,7 @@ std::string NeverSentence(const PatternRecord& pattern, const TextTable& texts) 
 // Why the run is not at the time of day that was wanted; nothing when it is.
 std::optional<std::string> TimeNote(const Run& run, const TextTable& texts, const TimeFormat& time) {
   if (!run.moment.shifted) return std::nullopt;
-  using std::chrono::days;
-  const bool same_day = std::chrono::floor<days>(run.wanted) == std::chrono::floor<days>(run.moment.wall);
+  const bool same_day = floor<days>(run.wanted) == floor<days>(run.moment.wall);
   return texts.Host(same_day ? "schedule.note.time" : "schedule.note.timeOfDayBefore",
                     {time(run.wanted), time(run.moment.wall)});
 }
@@ -163,21 +218,37 @@ std::string ClockTime(DateTime at) {
   return second % 60 == 0 ? time : time + ":" + TwoDigits(second % 60);
 }
 
-std::string ScheduleSentence(const std::optional<RecurrenceRecord>& recurrence, std::chrono::local_days start,
-                             const TextTable& texts, const TimeFormat& time) {
-  if (!recurrence) return texts.Host("schedule.none");
-  if (std::holds_alternative<std::monostate>(recurrence->pattern)) return texts.Host("schedule.incomplete");
-  const Schedule schedule(*recurrence, start);
-  if (!schedule.Next(DateTime{start} - std::chrono::seconds{1}))
-    return NeverSentence(recurrence->pattern, texts);
-  return WithTime(Words(recurrence->pattern, texts), *recurrence, texts, time);
+ScheduleWords InWords(const std::optional<RecurrenceRecord>& recurrence, const Outlook& outlook,
+                      const TextTable& texts, const TimeFormat& time) {
+  ScheduleWords words;
+  if (!recurrence) {
+    words.sentence = texts.Host("schedule.none");
+  } else if (std::holds_alternative<std::monostate>(recurrence->pattern)) {
+    words.sentence = texts.Host("schedule.incomplete");
+  } else if (outlook.runs.empty() && !outlook.ran) {
+    words.sentence = NeverSentence(recurrence->pattern, texts);
+  } else {
+    PatternWords pattern = Words(recurrence->pattern, texts);
+    const std::string_view key = AddTime(pattern, *recurrence, outlook.start, texts, time);
+    words.sentence = texts.Host(key, pattern.parameters);
+    words.name_start = GoesOn(*recurrence);
+    AddNote(words, outlook, texts);
+    if (outlook.gap) words.warning = Warning(*outlook.gap, texts);
+  }
+  return words;
+}
+
+std::string OneLine(const ScheduleWords& words, const TextTable& texts) {
+  std::string line = words.sentence;
+  if (words.warning) line = texts.Host("schedule.both", {*words.warning, line});
+  return words.note ? texts.Host("schedule.both", {line, *words.note}) : line;
 }
 
 std::optional<std::string> RunNote(const Run& run, const TextTable& texts, const TimeFormat& time) {
   auto time_note = TimeNote(run, texts, time);
   if (!run.moved_from) return time_note;
   const std::string day = texts.Host("schedule.note.day", {std::to_string(*run.moved_from)});
-  return time_note ? texts.Host("schedule.note.both", {day, *time_note}) : day;
+  return time_note ? texts.Host("schedule.both", {day, *time_note}) : day;
 }
 
 }  // namespace plovix

@@ -8,83 +8,109 @@
 namespace plovix::sentence_keys {
 
 // One case of a pattern with each way to say the time. Their parameters: the pattern's as the row's comment
-// says, then the time of day, or the number of minutes or hours.
+// says, then the time of day, or the number of minutes or hours; of an interval that is counted from the
+// start on, the day and the time of day of the start, too.
 struct PatternKeys {
   std::string_view at;
-  std::string_view minute, minutes;  // every minute, every N minutes
-  std::string_view hour, hours;
+  std::string_view minute, minutes, minutes_from;  // every minute, every N minutes
+  std::string_view hour, hours, hours_from;
 };
 
 // Every day; no parameters.
-inline constexpr PatternKeys kDay = {"schedule.daily.day.at", "schedule.daily.day.minute",
-                                     "schedule.daily.day.minutes", "schedule.daily.day.hour",
-                                     "schedule.daily.day.hours"};
+inline constexpr PatternKeys kDay = {"schedule.daily.day.at",       "schedule.daily.day.minute",
+                                     "schedule.daily.day.minutes",  "schedule.daily.day.minutesFrom",
+                                     "schedule.daily.day.hour",     "schedule.daily.day.hours",
+                                     "schedule.daily.day.hoursFrom"};
 // Number of days.
-inline constexpr PatternKeys kDays = {"schedule.daily.days.at", "schedule.daily.days.minute",
-                                      "schedule.daily.days.minutes", "schedule.daily.days.hour",
-                                      "schedule.daily.days.hours"};
+inline constexpr PatternKeys kDays = {"schedule.daily.days.at",       "schedule.daily.days.minute",
+                                      "schedule.daily.days.minutes",  "schedule.daily.days.minutesFrom",
+                                      "schedule.daily.days.hour",     "schedule.daily.days.hours",
+                                      "schedule.daily.days.hoursFrom"};
 // Every day from Monday to Friday; no parameters.
-inline constexpr PatternKeys kWeekday = {"schedule.daily.weekday.at", "schedule.daily.weekday.minute",
-                                         "schedule.daily.weekday.minutes", "schedule.daily.weekday.hour",
-                                         "schedule.daily.weekday.hours"};
+inline constexpr PatternKeys kWeekday = {
+    "schedule.daily.weekday.at",          "schedule.daily.weekday.minute", "schedule.daily.weekday.minutes",
+    "schedule.daily.weekday.minutesFrom", "schedule.daily.weekday.hour",   "schedule.daily.weekday.hours",
+    "schedule.daily.weekday.hoursFrom"};
 // Number of days.
 inline constexpr PatternKeys kDaysOnWeekdays = {
-    "schedule.daily.daysOnWeekdays.at", "schedule.daily.daysOnWeekdays.minute",
-    "schedule.daily.daysOnWeekdays.minutes", "schedule.daily.daysOnWeekdays.hour",
-    "schedule.daily.daysOnWeekdays.hours"};
+    "schedule.daily.daysOnWeekdays.at",       "schedule.daily.daysOnWeekdays.minute",
+    "schedule.daily.daysOnWeekdays.minutes",  "schedule.daily.daysOnWeekdays.minutesFrom",
+    "schedule.daily.daysOnWeekdays.hour",     "schedule.daily.daysOnWeekdays.hours",
+    "schedule.daily.daysOnWeekdays.hoursFrom"};
 // Days of the week.
-inline constexpr PatternKeys kWeek = {"schedule.weekly.week.at", "schedule.weekly.week.minute",
-                                      "schedule.weekly.week.minutes", "schedule.weekly.week.hour",
-                                      "schedule.weekly.week.hours"};
+inline constexpr PatternKeys kWeek = {"schedule.weekly.week.at",       "schedule.weekly.week.minute",
+                                      "schedule.weekly.week.minutes",  "schedule.weekly.week.minutesFrom",
+                                      "schedule.weekly.week.hour",     "schedule.weekly.week.hours",
+                                      "schedule.weekly.week.hoursFrom"};
 // Number of weeks, days of the week.
-inline constexpr PatternKeys kWeeks = {"schedule.weekly.weeks.at", "schedule.weekly.weeks.minute",
-                                       "schedule.weekly.weeks.minutes", "schedule.weekly.weeks.hour",
-                                       "schedule.weekly.weeks.hours"};
+inline constexpr PatternKeys kWeeks = {"schedule.weekly.weeks.at",       "schedule.weekly.weeks.minute",
+                                       "schedule.weekly.weeks.minutes",  "schedule.weekly.weeks.minutesFrom",
+                                       "schedule.weekly.weeks.hour",     "schedule.weekly.weeks.hours",
+                                       "schedule.weekly.weeks.hoursFrom"};
+// Number of weeks of which Sunday is the first day, days of the week.
+inline constexpr PatternKeys kWeeksFromSunday = {
+    "schedule.weekly.weeksFromSunday.at",       "schedule.weekly.weeksFromSunday.minute",
+    "schedule.weekly.weeksFromSunday.minutes",  "schedule.weekly.weeksFromSunday.minutesFrom",
+    "schedule.weekly.weeksFromSunday.hour",     "schedule.weekly.weeksFromSunday.hours",
+    "schedule.weekly.weeksFromSunday.hoursFrom"};
 // All seven days; number of weeks.
 inline constexpr PatternKeys kWeeksEveryDay = {
-    "schedule.weekly.weeksEveryDay.at", "schedule.weekly.weeksEveryDay.minute",
-    "schedule.weekly.weeksEveryDay.minutes", "schedule.weekly.weeksEveryDay.hour",
-    "schedule.weekly.weeksEveryDay.hours"};
+    "schedule.weekly.weeksEveryDay.at",       "schedule.weekly.weeksEveryDay.minute",
+    "schedule.weekly.weeksEveryDay.minutes",  "schedule.weekly.weeksEveryDay.minutesFrom",
+    "schedule.weekly.weeksEveryDay.hour",     "schedule.weekly.weeksEveryDay.hours",
+    "schedule.weekly.weeksEveryDay.hoursFrom"};
 // A day that every month has.
-inline constexpr PatternKeys kMonth = {"schedule.monthly.month.at", "schedule.monthly.month.minute",
-                                       "schedule.monthly.month.minutes", "schedule.monthly.month.hour",
-                                       "schedule.monthly.month.hours"};
+inline constexpr PatternKeys kMonth = {
+    "schedule.monthly.month.at",          "schedule.monthly.month.minute", "schedule.monthly.month.minutes",
+    "schedule.monthly.month.minutesFrom", "schedule.monthly.month.hour",   "schedule.monthly.month.hours",
+    "schedule.monthly.month.hoursFrom"};
 // 29 to 31.
 inline constexpr PatternKeys kMonthOrLastDay = {
-    "schedule.monthly.monthOrLastDay.at", "schedule.monthly.monthOrLastDay.minute",
-    "schedule.monthly.monthOrLastDay.minutes", "schedule.monthly.monthOrLastDay.hour",
-    "schedule.monthly.monthOrLastDay.hours"};
+    "schedule.monthly.monthOrLastDay.at",       "schedule.monthly.monthOrLastDay.minute",
+    "schedule.monthly.monthOrLastDay.minutes",  "schedule.monthly.monthOrLastDay.minutesFrom",
+    "schedule.monthly.monthOrLastDay.hour",     "schedule.monthly.monthOrLastDay.hours",
+    "schedule.monthly.monthOrLastDay.hoursFrom"};
 // Relative day.
 inline constexpr PatternKeys kMonthRelative = {
-    "schedule.monthly.monthRelative.at", "schedule.monthly.monthRelative.minute",
-    "schedule.monthly.monthRelative.minutes", "schedule.monthly.monthRelative.hour",
-    "schedule.monthly.monthRelative.hours"};
+    "schedule.monthly.monthRelative.at",       "schedule.monthly.monthRelative.minute",
+    "schedule.monthly.monthRelative.minutes",  "schedule.monthly.monthRelative.minutesFrom",
+    "schedule.monthly.monthRelative.hour",     "schedule.monthly.monthRelative.hours",
+    "schedule.monthly.monthRelative.hoursFrom"};
 // Number of months, day.
-inline constexpr PatternKeys kMonths = {"schedule.monthly.months.at", "schedule.monthly.months.minute",
-                                        "schedule.monthly.months.minutes", "schedule.monthly.months.hour",
-                                        "schedule.monthly.months.hours"};
+inline constexpr PatternKeys kMonths = {
+    "schedule.monthly.months.at",       "schedule.monthly.months.minute",
+    "schedule.monthly.months.minutes",  "schedule.monthly.months.minutesFrom",
+    "schedule.monthly.months.hour",     "schedule.monthly.months.hours",
+    "schedule.monthly.months.hoursFrom"};
 // Number of months, 29 to 31.
 inline constexpr PatternKeys kMonthsOrLastDay = {
-    "schedule.monthly.monthsOrLastDay.at", "schedule.monthly.monthsOrLastDay.minute",
-    "schedule.monthly.monthsOrLastDay.minutes", "schedule.monthly.monthsOrLastDay.hour",
-    "schedule.monthly.monthsOrLastDay.hours"};
+    "schedule.monthly.monthsOrLastDay.at",       "schedule.monthly.monthsOrLastDay.minute",
+    "schedule.monthly.monthsOrLastDay.minutes",  "schedule.monthly.monthsOrLastDay.minutesFrom",
+    "schedule.monthly.monthsOrLastDay.hour",     "schedule.monthly.monthsOrLastDay.hours",
+    "schedule.monthly.monthsOrLastDay.hoursFrom"};
 // Number of months, relative day.
 inline constexpr PatternKeys kMonthsRelative = {
-    "schedule.monthly.monthsRelative.at", "schedule.monthly.monthsRelative.minute",
-    "schedule.monthly.monthsRelative.minutes", "schedule.monthly.monthsRelative.hour",
-    "schedule.monthly.monthsRelative.hours"};
+    "schedule.monthly.monthsRelative.at",       "schedule.monthly.monthsRelative.minute",
+    "schedule.monthly.monthsRelative.minutes",  "schedule.monthly.monthsRelative.minutesFrom",
+    "schedule.monthly.monthsRelative.hour",     "schedule.monthly.monthsRelative.hours",
+    "schedule.monthly.monthsRelative.hoursFrom"};
 // Date.
-inline constexpr PatternKeys kDate = {"schedule.yearly.date.at", "schedule.yearly.date.minute",
-                                      "schedule.yearly.date.minutes", "schedule.yearly.date.hour",
-                                      "schedule.yearly.date.hours"};
+inline constexpr PatternKeys kDate = {"schedule.yearly.date.at",       "schedule.yearly.date.minute",
+                                      "schedule.yearly.date.minutes",  "schedule.yearly.date.minutesFrom",
+                                      "schedule.yearly.date.hour",     "schedule.yearly.date.hours",
+                                      "schedule.yearly.date.hoursFrom"};
 // 29 February; no parameters.
-inline constexpr PatternKeys kLeapDay = {"schedule.yearly.leapDay.at", "schedule.yearly.leapDay.minute",
-                                         "schedule.yearly.leapDay.minutes", "schedule.yearly.leapDay.hour",
-                                         "schedule.yearly.leapDay.hours"};
+inline constexpr PatternKeys kLeapDay = {
+    "schedule.yearly.leapDay.at",       "schedule.yearly.leapDay.minute",
+    "schedule.yearly.leapDay.minutes",  "schedule.yearly.leapDay.minutesFrom",
+    "schedule.yearly.leapDay.hour",     "schedule.yearly.leapDay.hours",
+    "schedule.yearly.leapDay.hoursFrom"};
 // Relative day, "of" month.
 inline constexpr PatternKeys kYearRelative = {
-    "schedule.yearly.relative.at", "schedule.yearly.relative.minute", "schedule.yearly.relative.minutes",
-    "schedule.yearly.relative.hour", "schedule.yearly.relative.hours"};
+    "schedule.yearly.relative.at",       "schedule.yearly.relative.minute",
+    "schedule.yearly.relative.minutes",  "schedule.yearly.relative.minutesFrom",
+    "schedule.yearly.relative.hour",     "schedule.yearly.relative.hours",
+    "schedule.yearly.relative.hoursFrom"};
 
 // Sunday first.
 inline constexpr std::array<std::string_view, 7> kDaysOfWeek = {

@@ -16,6 +16,8 @@ class TimeRule {
   [[nodiscard]] static std::optional<TimeRule> From(const RecurrenceRecord& record,
                                                     std::chrono::local_days start);
 
+  // From one tick to the next.
+  [[nodiscard]] std::chrono::seconds Step() const { return step_; }
   // The nearest tick, `at` itself included. `at`: inside kFirstSecond to kLastSecond.
   [[nodiscard]] DateTime AtOrAfter(DateTime at) const;
   [[nodiscard]] std::optional<DateTime> AtOrBefore(DateTime at) const;  // nothing before the first tick

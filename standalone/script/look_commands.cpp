@@ -1,7 +1,5 @@
 // The commands that look: each prints one JSON object on one line. And the help.
 #include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/schedule/runs.h>
-#include <plovix/standalone/schedule/schedule.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/schedule/zone.h>
@@ -43,7 +41,10 @@ void Store(ScriptSession& session, const Words& /*words*/) {
 
 void Saved(ScriptSession& session, const Words& /*words*/) {
   Json ids = Json::array();
-  for (const TaskRecord& task : session.Storage().List()) ids.push_back(task.id);
+  const auto may_view = session.MayView();
+  for (const TaskRecord& task : session.Storage().List()) {
+    if (may_view(task)) ids.push_back(task.id);
+  }
   session.Print({{"saved", ids}});
 }
 
@@ -66,17 +67,19 @@ void Runs(ScriptSession& session, const Words& words) {
   const TaskRecord task = session.Task();
   const TextTable& texts = session.State().texts;
   const DateTime now = session.State().Now();
-  const auto start = ScheduleStart(task, now);
+  const Zone zone = Zone::Local();
+  Outlook outlook{};
+  if (task.recurrence)
+    outlook = OutlookOf(*task.recurrence, ScheduleStart(task, now), zone, InstantOf(session.State(), zone),
+                        static_cast<std::size_t>(count));
   Json list = Json::array();
-  if (task.recurrence) {
-    const Schedule schedule(*task.recurrence, start);
-    for (const Run& run : NextRuns(schedule, Zone::Local(), now, static_cast<std::size_t>(count))) {
-      const auto note = RunNote(run, texts);
-      list.push_back({{"at", IsoDateTime(run.moment.wall) + OffsetText(run.moment.offset)},
-                      {"note", note ? Json(*note) : Json()}});
-    }
+  for (const Run& run : outlook.runs) {
+    const auto note = RunNote(run, texts);
+    list.push_back({{"at", IsoDateTime(run.moment.wall) + OffsetText(run.moment.offset)},
+                    {"note", note ? Json(*note) : Json()}});
   }
-  session.Print({{"sentence", ScheduleSentence(task.recurrence, start, texts)}, {"runs", list}});
+  const std::string sentence = OneLine(InWords(task.recurrence, outlook, texts), texts);
+  session.Print({{"sentence", sentence}, {"runs", list}});
 }
 
 void Help(ScriptSession& session, const Words& words);

@@ -17,6 +17,7 @@ void NewTask(ScriptSession& session, const Words& /*words*/) {
 void LoadTask(ScriptSession& session, const Words& words) {
   const auto task = session.Storage().Load(IntegerFrom<std::int64_t>(words[0]));
   if (!task) throw LineError("no task is stored under the id " + words[0]);
+  if (!session.MayView()(*task)) throw LineError("the user may not view the task " + words[0]);
   session.BeginTask(*task);
   session.SceneChanged();
 }
@@ -93,12 +94,14 @@ void SetRight(ScriptSession& session, const Words& words) {
 }
 
 void SetNow(ScriptSession& session, const Words& words) {
-  session.State().clock = [now = DateTimeFrom(words[0])] { return now; };
+  const auto [now, offset] = ClockTimeFrom(words[0]);
+  session.State().clock = [now = now] { return now; };
+  session.State().clock_offset = offset;
   session.SceneChanged();
 }
 
 void SetUser(ScriptSession& session, const Words& words) {
-  session.State().user_id = words[0];
+  session.NameUser(words[0]);
 }
 
 void SetSession(ScriptSession& session, const Words& words) {

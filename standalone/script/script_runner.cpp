@@ -3,6 +3,7 @@
 #include <istream>
 #include <optional>
 #include <ostream>
+#include <vector>
 
 #include "commands.h"
 
@@ -13,6 +14,7 @@ constexpr int kDone = 0;
 constexpr int kWrongLine = 2;
 constexpr std::string_view kPrompt = "plovix> ";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t kLongestLine = std::size_t{1024} * 1024;  // bytes; a device may have no end of a line
 
 // What is wrong with the line; nothing when it was run. A storage that fails is told like a wrong line.
 std::optional<std::string> Problem(script::ScriptSession& session, std::string_view line) {
@@ -24,15 +26,15 @@ std::optional<std::string> Problem(script::ScriptSession& session, std::string_v
   }
 }
 
-}  // namespace
-
-int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
-  script::ScriptSession session(out, err, options);
-  std::string line;
-  for (int number = 1;; ++number) {
+int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err,
+             const ScriptOptions& options) {
+  std::vector<char> line(kLongestLine + 1);
+  int number = 1;
+  for (;; ++number) {
     if (options.interactive) err << kPrompt << std::flush;
-    if (!std::getline(in, line)) break;
-    std::string_view text = line;
+    if (!in.getline(line.data(), static_cast<std::streamsize>(line.size()))) break;
+    // The last line may have no end, which is counted.
+    std::string_view text(line.data(), static_cast<std::size_t>(in.gcount()) - (in.eof() ? 0 : 1));
     if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     if (const auto problem = Problem(session, text)) {
       err << options.source_name << ':' << number << ": " << *problem << '\n' << std::flush;
@@ -40,11 +42,24 @@ int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const Scri
     }
   }
   if (options.interactive) err << '\n' << std::flush;
-  if (in.bad()) {
-    err << options.source_name << ": the script cannot be read to its end\n" << std::flush;
+  if (in.eof() && !in.bad()) return kDone;
+  err << options.source_name << ':' << number << ": "
+      << (in.bad() ? "the script cannot be read to its end" : "the line is longer than 1 MB") << '\n'
+      << std::flush;
+  return kWrongLine;
+}
+
+}  // namespace
+
+int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
+  std::optional<script::ScriptSession> session;
+  try {
+    session.emplace(out, err, options);
+  } catch (const Failure& failure) {
+    err << options.source_name << ": " << failure.Description() << '\n' << std::flush;
     return kWrongLine;
   }
-  return kDone;
+  return RunLines(*session, in, err, options);
 }
 
 }  // namespace plovix

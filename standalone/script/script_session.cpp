@@ -1,8 +1,11 @@
 #include "script_session.h"
 
 #include <plovix/component/entry_points.h>
+#include <plovix/controls/utf8.h>
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/category_rows.h>
+#include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/model/task_access.h>
 #include <plovix/standalone/model/velo_action_list.h>
 
 #include <algorithm>
@@ -41,6 +44,8 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
     : out_(out),
       err_(err),
       storage_(*options.storage),
+      tables_(options.tables),
+      user_(options.user),
       open_rows_(options.open_rows),
       state_(StateOf(dialogs_, options.texts)),
       installation_(state_) {
@@ -48,10 +53,21 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
   if (!options.data) named_data_ = std::make_shared<MemoryDataSource>();
   state_.data = options.data ? options.data : named_data_;
   state_.open_rows = [this](const std::string& query) { return OpenRows(query); };
+  if (!user_) return;
+  SetUser(state_, *tables_, FindUser(*tables_, user_, state_.texts));
+  storage_.SetGuard(GuardFor(*tables_, *user_, state_.texts));
 }
 
 ScriptSession::~ScriptSession() {
   if (IsOpen()) wizard_->Cancel();
+  if (user_) storage_.SetGuard({});
+}
+
+std::function<bool(const TaskRecord& task)> ScriptSession::MayView() const {
+  if (!user_) return [](const TaskRecord& /*task*/) { return true; };
+  return [user = UserOf(*tables_, *user_)](const TaskRecord& task) {
+    return user && May(*user, task, TaskRight::kView);
+  };
 }
 
 void ScriptSession::Print(const nlohmann::ordered_json& json) {
@@ -99,10 +115,13 @@ void ScriptSession::SetEntry(const std::string& key, Value value) {
 void ScriptSession::Open(const std::string& identifier) {
   if (IsOpen()) throw LineError("the wizard is open already");
   if (!std::ranges::count(registry_.Identifiers(), identifier)) {
-    throw LineError("there is no page \"" + identifier + "\"");
+    throw LineError("there is no page " + Quoted(identifier));
   }
   task_ = Task();
-  wizard_ = std::make_unique<VeloWiz>(WizardParts{state_, registry_, storage_, MakeControl}, task_, entries_);
+  auto entries = entries_;
+  if (user_) entries.merge(StartEditing(state_, FindUser(*tables_, user_, state_.texts), task_));
+  if (named_user_) state_.user_id = *named_user_;
+  wizard_ = std::make_unique<VeloWiz>(WizardParts{state_, registry_, storage_, MakeControl}, task_, entries);
   wizard_->Open(identifier);
 }
 

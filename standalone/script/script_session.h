@@ -34,6 +34,10 @@ class ScriptSession {
   [[nodiscard]] ScriptDialogs& Dialogs() noexcept { return dialogs_; }
   [[nodiscard]] FaultInjector& Faults() noexcept { return faults_; }
   [[nodiscard]] TaskStorage& Storage() noexcept { return storage_; }
+  // Makes the script name the current user's id, whoever works.
+  void NameUser(const std::string& id) { state_.user_id = named_user_.emplace(id); }
+  // Whether the one who works, as stored now, may see a task; without a user, everybody may.
+  [[nodiscard]] std::function<bool(const TaskRecord& task)> MayView() const;
 
   // The task being edited: the wizard's working copy from the first "open" on, also after the end.
   [[nodiscard]] TaskRecord Task() const;
@@ -76,6 +80,9 @@ class ScriptSession {
   std::ostream& out_;
   std::ostream& err_;
   TaskStorage& storage_;
+  HostTables* tables_;
+  const std::optional<std::string> user_;  // who works; nothing: whoever the scene names
+  std::optional<std::string> named_user_;
   std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows_;
   ScriptDialogs dialogs_;
   HostState state_;

@@ -71,6 +71,17 @@ DateTime DateTimeFrom(const std::string& word) {
   return *value;
 }
 
+ClockTimeWord ClockTimeFrom(const std::string& word) {
+  constexpr std::size_t kSign = 19;  // behind the moment
+  if (word.size() <= kSign || (word[kSign] != '+' && word[kSign] != '-')) return {DateTimeFrom(word), {}};
+  std::string offset = "1970-01-01T" + word.substr(kSign + 1);
+  if (word.size() == kSign + 6) offset += ":00";
+  const auto value = ParseIsoDateTime(offset);
+  if (!value) throw LineError("\"" + word + "\" does not end in an offset such as +01:00");
+  const std::chrono::seconds east = value->time_since_epoch();
+  return {DateTimeFrom(word.substr(0, kSign)), word[kSign] == '-' ? -east : east};
+}
+
 std::chrono::local_days DateFrom(const std::string& word) {
   constexpr std::string_view kMidnight = "T00:00:00";
   const std::string_view day =

@@ -4,7 +4,9 @@
 #include <plovix/controls/kinds.h>
 
 #include <charconv>
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +38,13 @@ template <class Integer>
 
 // "2026-01-05T08:00:00", a moment that exists; anything else is a LineError.
 [[nodiscard]] DateTime DateTimeFrom(const std::string& word);
+// A moment as DateTimeFrom reads it, and how far it is from UTC where that stands behind it as "+01:00" or
+// "-00:09:21"; anything else is a LineError.
+struct ClockTimeWord {
+  DateTime wall;
+  std::optional<std::chrono::seconds> offset;
+};
+[[nodiscard]] ClockTimeWord ClockTimeFrom(const std::string& word);
 // "2026-01-05", or that day's midnight as a date and time; anything else is a LineError.
 [[nodiscard]] std::chrono::local_days DateFrom(const std::string& word);
 

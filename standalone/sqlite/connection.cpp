@@ -1,15 +1,23 @@
 #include "connection.h"
 
+#include <plovix/standalone/query/sql_tokens.h>
 #include <sqlite3.h>
 
 #include <cerrno>
 #include <limits>
 #include <thread>
+#include <utility>
+
+#include "hardening.h"
+#include "shared_memory.h"
 
 namespace plovix {
 namespace {
 
 constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code tells where it happened
+
+// How often a running statement asks whether its time is over: once in so many of its steps.
+constexpr int kStepsBetween = 100;
 
 struct FileProblem {
   int number;
@@ -41,7 +49,7 @@ FileProblem ProblemOf(int code, const std::string& what) {
     case SQLITE_CANTOPEN:
       return {failure_number::kFileAccess, "the file cannot be opened"};
     case SQLITE_TOOBIG:
-      return {failure_number::kOverflow, "a text is longer than the file can take"};
+      return {failure_number::kOverflow, "a text or other value is longer than can be used here"};
     case SQLITE_NOTADB:
       return {failure_number::kInvalidFormat, "this is not a " + what};
     default:
@@ -83,6 +91,21 @@ bool KeepsLog(sqlite3* database) {
          file->pMethods->xRead(file, &version, 1, kReadVersionAt) == SQLITE_OK && version == kWithLog;
 }
 
+// SQLite puts up to this many bytes behind the name of a file, for the files beside it.
+constexpr std::size_t kRoomForSuffix = 8;
+
+void CheckLength(const std::string& path) {
+  const auto limit = static_cast<std::size_t>(sqlite3_vfs_find(nullptr)->mxPathname) - kRoomForSuffix;
+  if (path.size() <= limit) return;
+  throw Failure(failure_number::kPathNotFound, path + ": the path is longer than the " +
+                                                   std::to_string(limit) +
+                                                   " bytes that a database may have; use a shorter one");
+}
+
+// What becomes of a change whose file is out of place.
+constexpr std::string_view kNotStored = "; the change is not stored; ";
+constexpr std::string_view kNotKnown = "; whether the change is stored is not known; ";
+
 // The one way to tell SQLite that it needs no locks. Every byte that could mean something is escaped.
 std::string UnlockedName(const std::string& path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -108,12 +131,19 @@ void Connection::Close::operator()(sqlite3* database) const noexcept {
 Connection::Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
                        std::string_view what)
     : path_(RealPath(path, what)), what_(what), patience_(patience), access_(access) {
+  CheckLength(path_);
   CheckPath(path_, access_, what_);
+  if (access_ == Access::kReadWrite) MakePrivateFile(path_);
   Open();
-  file_ = FileAt(path_);
+  files_.file = FileAt(path_);
 }
 
-Connection::~Connection() = default;
+// Closing, SQLite would move a log that is no longer this file's, and delete what stands at its name.
+Connection::~Connection() {
+  if (files_.log == FileId{}) return;
+  EmptyLog();
+  if (!MayUseLog()) sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
 
 Connection::Handle Connection::OpenAs(const std::string& name, int flags) const {
   constexpr int kAlways = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE | SQLITE_OPEN_EXRESCODE;
@@ -123,10 +153,7 @@ Connection::Handle Connection::OpenAs(const std::string& name, int flags) const 
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) Fail(opened);
   sqlite3_busy_timeout(opened, static_cast<int>(patience_.count()));
-  // A file may come from anywhere: what its schema brings runs nothing that reaches outside it.
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-  sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  if (access_ == Access::kReadOnly) sqlite3_limit(opened, SQLITE_LIMIT_ATTACHED, 0);
+  Harden(opened, access_);
   return handle;
 }
 
@@ -138,13 +165,37 @@ void Connection::Open() const {
   Handle handle = OpenAs(path_, reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   const bool unlocked = reads && !state.in_use && KeepsLog(handle.get());
   if (unlocked) handle = OpenAs(UnlockedName(path_), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-  {
-    const std::lock_guard lock(changing_handle_);
-    handle_.swap(handle);
-  }
+  handle_.swap(handle);
   unlocked_.reset();
   (void)Integer("PRAGMA schema_version");  // reads the file for the first time
   if (unlocked) unlocked_ = state;
+  Watch();
+}
+
+void Connection::Watch() const {
+  if (guard_) guard_->StandOn(handle_.get());
+  if (!guard_) sqlite3_set_authorizer(handle_.get(), nullptr, nullptr);
+  auto* self = const_cast<Connection*>(this);  // NOLINT(cppcoreguidelines-pro-type-const-cast): C's way
+  sqlite3_progress_handler(handle_.get(), is_over_ ? kStepsBetween : 0, &Connection::IsOver, self);
+}
+
+void Connection::Guard(ReadGuard::MayRead may_read) {
+  guard_.reset();
+  Watch();
+  if (!may_read) return;
+  (void)Integer("SELECT count(*) FROM sqlite_master");  // what the database reads for itself, unguarded
+  guard_ = std::make_unique<ReadGuard>(std::move(may_read));
+  Watch();
+}
+
+std::function<bool()> Connection::StopWhen(std::function<bool()> is_over) {
+  auto former = std::exchange(is_over_, std::move(is_over));
+  Watch();
+  return former;
+}
+
+int Connection::IsOver(void* connection) noexcept {
+  return static_cast<const Connection*>(connection)->is_over_() ? 1 : 0;
 }
 
 void Connection::OpenAgainIfChanged() const {
@@ -164,12 +215,44 @@ void Connection::RefuseToWrite() const {
   Refuse(failure_number::kPermissionDenied, "the file is open for reading, and the statement writes");
 }
 
-void Connection::CheckInPlace() const {
-  if (FileAt(path_) == file_ && (log_ == FileId{} || FileAt(path_ + std::string(kLogSuffix)) == log_)) return;
-  Refuse(
-      failure_number::kFileAccess,
-      "the file or its log was deleted, moved or replaced while it was open, and the change is not stored; "
-      "put it back, or start the program again");
+// What was stored before goes into the file as long as that is safe: nobody may find the log again.
+void Connection::CheckInPlace(std::string_view consequence) {
+  const FilesInPlace now = FilesAt(path_);
+  const bool has_log = files_.log != FileId{};
+  const bool same =
+      now.file == files_.file && (!has_log || (now.log == files_.log && now.memory == files_.memory));
+  if (same && !now.has_second_name) return;
+  EmptyLog();
+  if (same) {
+    Refuse(failure_number::kFileAccess,
+           std::string(kSecondName) + std::string(consequence) + "remove one of the names");
+  }
+  RefuseOutOfPlace(consequence);
+}
+
+void Connection::RefuseOutOfPlace(std::string_view consequence) const {
+  Refuse(failure_number::kFileAccess,
+         "the file, or its log (-wal) or shared memory (-shm), was deleted, moved or replaced while it was "
+         "open" +
+             std::string(consequence) + "put it back, or end all programs that use the file and start again");
+}
+
+// Others may have begun a log of their own, or a shared memory that says of this log what the one in use
+// does not know. While nothing stands in place of a file that was taken away, nobody has.
+bool Connection::MayUseLog() const {
+  const FilesInPlace now = FilesAt(path_);
+  const bool both_gone = now.memory == FileId{} && now.log == FileId{};
+  return (now.file == files_.file || now.file == FileId{}) && (now.memory == files_.memory || both_gone) &&
+         (now.log == files_.log || SizeOf(path_ + std::string(kLogSuffix)) == 0);
+}
+
+bool Connection::EmptyLog() {
+  if (files_.log == FileId{} || !MayUseLog()) return true;
+  sqlite3_busy_timeout(handle_.get(), 0);
+  const int code =
+      sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_timeout(handle_.get(), static_cast<int>(patience_.count()));
+  return code == SQLITE_OK;
 }
 
 Statement Connection::Prepare(std::string_view sql) const {
@@ -178,29 +261,20 @@ Statement Connection::Prepare(std::string_view sql) const {
     refuse("the SQL text is too long");
   if (sql.empty()) refuse("the SQL text holds no statement");
   if (sql.find('\0') != std::string_view::npos) refuse("the SQL text holds a zero byte");
+  if (StatementCount(sql) > 1) refuse("the SQL text holds more than one statement");
   OpenAgainIfChanged();
-  const char* const end = sql.data() + sql.size();
-  const char* tail = end;
+  if (guard_) (void)guard_->TakeRefusal();
+  const char* tail = sql.data() + sql.size();
   sqlite3_stmt* prepared = nullptr;
   const int code =
       sqlite3_prepare_v2(handle_.get(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
   Statement::Handle handle(prepared);
   if (code != SQLITE_OK) Fail();
   if (prepared == nullptr) refuse("the SQL text holds no statement");
-  return {*this, std::move(handle), HoldsMoreStatements(tail, end)};
-}
-
-// What does not prepare is no blank either.
-bool Connection::HoldsMoreStatements(const char* sql, const char* end) const {
-  while (sql != end) {
-    sqlite3_stmt* prepared = nullptr;
-    const char* tail = end;
-    const int code = sqlite3_prepare_v2(handle_.get(), sql, static_cast<int>(end - sql), &prepared, &tail);
-    sqlite3_finalize(prepared);
-    if (code != SQLITE_OK || prepared != nullptr) return true;
-    sql = tail;
-  }
-  return false;
+  // Should the database ever divide a text in another way, its rest would be dropped unseen.
+  if (StatementCount(sql.substr(static_cast<std::size_t>(tail - sql.data()))) > 0)
+    refuse("the SQL text holds more than one statement");
+  return {*this, std::move(handle)};
 }
 
 void Connection::Run(std::string_view sql) const {
@@ -228,17 +302,19 @@ std::int64_t Connection::ChangedRows() const noexcept {
 }
 
 void Connection::Write(const std::function<void()>& body, const std::function<bool()>& arrived) {
-  CheckInPlace();
+  CheckInPlace(kNotStored);
   // Takes the write lock first: a transaction that reads and then writes cannot wait for it.
   Run("BEGIN IMMEDIATE");
   try {
     body();
+    CheckInPlace(kNotStored);  // again: others may have been waited for
   } catch (...) {
     RollBack();
     throw;
   }
   Commit(arrived);
-  CheckInPlace();
+  CheckInPlace(kNotKnown);
+  if (written_) written_();
 }
 
 void Connection::Commit(const std::function<bool()>& arrived) {
@@ -275,17 +351,29 @@ void Connection::RollBack() noexcept {
   sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-void Connection::Interrupt() const noexcept {
-  const std::lock_guard lock(changing_handle_);
-  sqlite3_interrupt(handle_.get());
-}
-
 void Connection::PrepareForWriting() {
   Run("PRAGMA foreign_keys = ON");
   Run("PRAGMA synchronous = FULL");
   UseWriteAheadLog();
   (void)Integer("PRAGMA schema_version");  // opens the log
-  log_ = FileAt(path_ + std::string(kLogSuffix));
+  const FilesInPlace now = FilesAt(path_);
+  // Another connection of this process may have opened the file before its shared memory was taken away.
+  int was_moved = 0;
+  sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &was_moved);
+  const bool whole = now.file == files_.file && now.log != FileId{} && now.memory != FileId{};
+  if (was_moved != 0 || !whole || LacksPartOfLog()) {
+    sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    RefuseOutOfPlace("; ");
+  }
+  files_ = now;
+}
+
+// The log was taken away from a program that has the file open, and a new one made: what the shared memory
+// says stands in the other one. Somebody else may empty the log between the questions.
+bool Connection::LacksPartOfLog() const {
+  const std::int64_t told = LogBytes(handle_.get());
+  const std::int64_t there = SizeOf(path_ + std::string(kLogSuffix));
+  return there < told && LogBytes(handle_.get()) == told;
 }
 
 // Another program that opens the same new file holds this up without the usual waiting.
@@ -313,6 +401,8 @@ void Connection::Fail(sqlite3* database) const {
   const int code = CodeOf(database);
   const std::string words = sqlite3_errmsg(database);
   const std::string source = " (SQLite " + std::to_string(code) + ": " + words + ")";
+  if (auto refused = guard_ ? guard_->TakeRefusal() : std::nullopt)
+    throw SqlFailure(path_ + ": the SQL statement may not be run" + source, words, -1, std::move(refused));
   if ((code & kPrimaryCode) == SQLITE_ERROR) {
     throw SqlFailure(path_ + ": the SQL statement cannot be run" + source, words,
                      sqlite3_error_offset(database));

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "file_state.h"
+#include "read_guard.h"
 #include "sql_failure.h"
 #include "statement.h"
 
@@ -20,8 +20,7 @@ struct sqlite3;
 namespace plovix {
 
 // Every member fails with a Failure that names the file and says what a person can do about it; it is a
-// SqlFailure where the statement is at fault. A connection belongs to one thread at a time; Interrupt alone
-// may be called from any.
+// SqlFailure where the statement is at fault. A connection belongs to one thread at a time.
 //
 // A connection for reading needs no right to write the file or into its folder, runs no statement that
 // writes, and leaves nothing beside the file, except the shared memory of a log that another program has
@@ -30,8 +29,8 @@ namespace plovix {
 // older statements exist. So do not keep statements for reading.
 class Connection final {
  public:
-  // Opens the file; for writing, creates it empty where it is missing. `patience` is how long a statement
-  // waits for other programs; `what` is what failures call the file.
+  // Opens the file; for writing, creates it empty, for the user alone, where it is missing. `patience` is how
+  // long a statement waits for other programs; `what` is what failures call the file.
   Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
              std::string_view what = "database");
   ~Connection();
@@ -42,7 +41,8 @@ class Connection final {
   [[nodiscard]] const std::string& Path() const noexcept { return path_; }
   [[nodiscard]] std::chrono::milliseconds Patience() const noexcept { return patience_; }
 
-  // Takes the first statement of `sql`; there must be one.
+  // `sql` must be one statement: of a text with more of them nothing is prepared, as preparing can act
+  // already.
   [[nodiscard]] Statement Prepare(std::string_view sql) const;
   void Run(std::string_view sql) const;
   // The first column of the statement's first row; nothing when there is no row, or NULL in it.
@@ -53,18 +53,27 @@ class Connection final {
   [[nodiscard]] std::int64_t ChangedRows() const noexcept;
 
   // Runs `body` in one transaction, all or nothing. When committing fails, `arrived` is asked whether
-  // the change is in the file nevertheless: a commit may report a failure that came too late to stop it.
+  // the change is in the file nevertheless: a commit may report a failure that came too late to stop it. A
+  // change that other programs might not find, or might overwrite, because the file, its log or its shared
+  // memory is no longer what was opened, is not acknowledged.
   void Write(const std::function<void()>& body, const std::function<bool()>& arrived);
   // Runs `body` on one state of the file, whatever other programs write meanwhile.
   void Read(const std::function<void()>& body);
 
-  // Makes the statements that are running fail with 18, soon; without one, nothing happens.
-  void Interrupt() const noexcept;
+  // From now on statements do nothing but read what the guard says, besides those of this class; with an
+  // empty one whatever they like.
+  void Guard(ReadGuard::MayRead may_read);
+  // From now on statements fail with 18 once `is_over` says so, which is asked all the time while they run;
+  // not inside a single call of a function, however long. Gives back the one before; empty: never.
+  std::function<bool()> StopWhen(std::function<bool()> is_over);
 
   // Settles what the file must be for writing: changes go through a log, each one to the disk.
   void PrepareForWriting();
-  // Fails when the file or its log is no longer the one that is open: what is written would vanish.
-  void CheckInPlace() const;
+  // Moves what the log holds into the file, without waiting for anybody, so that a copy of the file alone is
+  // whole. False when others stood in the way, or the disk did; then it can be tried again.
+  bool EmptyLog();
+  // `told` is called behind every change that Write stored.
+  void OnWritten(std::function<void()> told) { written_ = std::move(told); }
 
   [[noreturn]] void Refuse(int number, const std::string& problem) const;
 
@@ -79,8 +88,12 @@ class Connection final {
   void Open() const;
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
+  void CheckInPlace(std::string_view consequence);
+  [[noreturn]] void RefuseOutOfPlace(std::string_view consequence) const;
+  [[nodiscard]] bool MayUseLog() const;
+  [[nodiscard]] bool LacksPartOfLog() const;
   [[noreturn]] void RefuseToWrite() const;
-  [[nodiscard]] bool HoldsMoreStatements(const char* sql, const char* end) const;
+  void Watch() const;
   void UseWriteAheadLog() const;
   void RollBack() noexcept;
   void Commit(const std::function<bool()>& arrived);
@@ -88,14 +101,17 @@ class Connection final {
   [[noreturn]] void Fail() const;
   [[noreturn]] void Fail(sqlite3* database) const;
 
+  static int IsOver(void* connection) noexcept;
+
   std::string path_, what_;
   std::chrono::milliseconds patience_;
   Access access_;
-  mutable std::mutex changing_handle_;
+  std::unique_ptr<ReadGuard> guard_;  // outlives the handle
+  std::function<bool()> is_over_;
   mutable Handle handle_;
   mutable std::optional<FileState> unlocked_;  // the state of a file that is read without locks
-  FileId file_;
-  FileId log_;  // while there is none, nothing has been written to it
+  FilesInPlace files_;                         // as opened; no log before PrepareForWriting
+  std::function<void()> written_;
 };
 
 }  // namespace plovix

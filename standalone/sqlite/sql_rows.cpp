@@ -1,13 +1,25 @@
 #include "sql_rows.h"
 
+#include <plovix/standalone/query/sql_tokens.h>
+
 namespace plovix {
+namespace {
+
+Statement PrepareGuarded(Connection& connection, std::string_view sql) {
+  connection.Guard([](std::string_view table, std::string_view) { return !table.starts_with("sqlite_"); });
+  try {
+    return connection.Prepare(sql);
+  } catch (const SqlFailure& failure) {
+    if (StatementCount(sql) == 1 && !failure.Refused()) throw;
+  }
+  connection.Refuse(failure_number::kInvalidCall, "rows can only be read from a single SELECT statement");
+}
+
+}  // namespace
 
 SqlRows::SqlRows(const std::string& path, std::chrono::milliseconds patience, std::string_view what,
                  std::string_view sql)
-    : connection_(path, patience, Access::kReadOnly, what), statement_(connection_.Prepare(sql)) {
-  if (statement_.IsReadOnly() && statement_.Columns() > 0 && !statement_.HasTail()) return;
-  connection_.Refuse(failure_number::kInvalidCall, "rows can only be read from a single SELECT statement");
-}
+    : connection_(path, patience, Access::kReadOnly, what), statement_(PrepareGuarded(connection_, sql)) {}
 
 bool SqlRows::Next() {
   if (!at_end_) at_end_ = !statement_.Step();

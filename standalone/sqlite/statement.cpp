@@ -28,10 +28,9 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const noexcept {
   sqlite3_finalize(statement);
 }
 
-Statement::Statement(const Connection& connection, Handle handle, bool has_tail)
+Statement::Statement(const Connection& connection, Handle handle)
     : connection_(&connection),
       handle_(std::move(handle)),
-      has_tail_(has_tail),
       may_run_(connection.access_ == Access::kReadWrite || IsReadOnly()) {}
 
 void Statement::Check(int code) const {
@@ -87,6 +86,11 @@ int Statement::Columns() const noexcept {
 std::string_view Statement::Name(int column) const {
   const char* name = sqlite3_column_name(handle_.get(), column);
   return name == nullptr ? std::string_view() : name;
+}
+
+std::string_view Statement::DeclaredType(int column) const {
+  const char* type = sqlite3_column_decltype(handle_.get(), column);
+  return type == nullptr ? std::string_view() : type;
 }
 
 ColumnType Statement::Type(int column) const noexcept {

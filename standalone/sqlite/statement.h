@@ -35,6 +35,8 @@ class Statement final {
 
   [[nodiscard]] int Columns() const noexcept;
   [[nodiscard]] std::string_view Name(int column) const;
+  // The declared type of the table's column that it gives; empty for anything else.
+  [[nodiscard]] std::string_view DeclaredType(int column) const;
   // The present row's values. Text is the value's bytes, those of a number as SQL writes it, empty for NULL;
   // it is valid until the next Step or Reset.
   [[nodiscard]] ColumnType Type(int column) const noexcept;
@@ -44,8 +46,6 @@ class Statement final {
 
   // Whether running it leaves the file as it is.
   [[nodiscard]] bool IsReadOnly() const noexcept;
-  // Whether the text that it was prepared from goes on with more than blanks and comments.
-  [[nodiscard]] bool HasTail() const noexcept { return has_tail_; }
 
  private:
   friend class Connection;
@@ -53,12 +53,11 @@ class Statement final {
     void operator()(sqlite3_stmt* statement) const noexcept;
   };
   using Handle = std::unique_ptr<sqlite3_stmt, Finalize>;
-  Statement(const Connection& connection, Handle handle, bool has_tail);
+  Statement(const Connection& connection, Handle handle);
   void Check(int code) const;
 
   const Connection* connection_;
   Handle handle_;
-  bool has_tail_;
   bool may_run_;
 };
 

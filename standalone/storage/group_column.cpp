@@ -13,7 +13,8 @@ std::string EncodeGroups(const std::set<std::string>& groups) {
 }
 
 std::optional<std::set<std::string>> DecodeGroups(std::string_view column) {
-  const auto array = nlohmann::json::parse(column, nullptr, false);
+  const auto array =
+      IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
   if (!array.is_array()) return std::nullopt;
   std::set<std::string> groups;
   for (const auto& item : array) {

@@ -31,7 +31,8 @@ std::string EncodePermissions(const PermissionSet& permissions) {
 }
 
 std::optional<PermissionSet> DecodePermissions(std::string_view column) {
-  const auto array = nlohmann::json::parse(column, nullptr, false);
+  const auto array =
+      IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
   if (!array.is_array()) return std::nullopt;
   PermissionSet permissions;
   for (const auto& item : array) {

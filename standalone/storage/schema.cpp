@@ -1,5 +1,8 @@
 #include "schema.h"
 
+#include <plovix/standalone/sqlite/schema_objects.h>
+
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -100,6 +103,25 @@ constexpr std::array kAccounts{
 
 constexpr std::array<MigrationStep, 3> kSteps{kTables, kSchedules, kAccounts};
 
+// Tables that are missing, changed or stand for something else would fail or lie at any statement; triggers
+// would act behind every one. Further tables and indexes are their owner's affair.
+void CheckSchema(const Connection& connection, int version) {
+  const auto expected = SchemaObjectsMadeBy(MigrationSteps().first(static_cast<std::size_t>(version)));
+  const auto found = SchemaObjects(connection);
+  const auto refuse = [&](const SchemaObject& object, const std::string& problem) {
+    connection.Refuse(failure_number::kInvalidFormat, "the file is damaged: the " + object.type + " \"" +
+                                                          object.name + "\" " + problem +
+                                                          "; restore it from a copy");
+  };
+  for (const SchemaObject& object : found) {
+    const bool acts = object.type == "trigger" || object.type == "view";
+    if (acts && !expected.contains(object)) refuse(object, "does not belong to a task file");
+  }
+  for (const SchemaObject& object : expected) {
+    if (!found.contains(object)) refuse(object, "is missing or not as this program makes it");
+  }
+}
+
 // To be asked in a transaction: while a new file gets its tables, answers from before and after do not fit.
 int VersionInTransaction(const Connection& connection, int latest) {
   const std::int64_t application = connection.Integer("PRAGMA application_id").value_or(0);
@@ -117,6 +139,7 @@ int VersionInTransaction(const Connection& connection, int latest) {
                           std::to_string(version) + ", this program knows formats up to " +
                           std::to_string(latest) + "); it was not changed");
   }
+  CheckSchema(connection, version);
   return version;
 }
 

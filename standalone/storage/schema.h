@@ -14,8 +14,8 @@ using MigrationStep = std::span<const char* const>;
 // new version appends one.
 [[nodiscard]] std::span<const MigrationStep> MigrationSteps();
 
-// The file's schema version, 0 for an empty file. Fails on a file that is not a task file and on one of
-// a version later than `latest`; the file is only read.
+// The file's schema version, 0 for an empty file. Fails on a file that is not a task file, on one of a
+// version later than `latest`, and on one whose tables are not those of its version; the file is only read.
 [[nodiscard]] int SchemaVersion(Connection& connection, int latest);
 
 // Brings the file to the version that all `steps` lead to, in one transaction.

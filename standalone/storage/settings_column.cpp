@@ -13,7 +13,8 @@ std::string EncodeSettings(const std::map<std::string, std::string>& settings) {
 }
 
 std::map<std::string, std::string> DecodeSettings(std::string_view column) {
-  const auto object = nlohmann::json::parse(column, nullptr, false);
+  const auto object =
+      IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
   if (!object.is_object()) return {{"", std::string(column)}};
   std::map<std::string, std::string> settings;
   for (const auto& [key, value] : object.items()) {

@@ -63,6 +63,15 @@ std::vector<TagRecord> ReadTags(const Connection& file) {
   return tags;
 }
 
+std::map<std::string, std::string> ReadTexts(const Connection& file, std::string_view tag) {
+  std::map<std::string, std::string> texts;
+  Statement select =
+      file.Prepare("SELECT Language, Text FROM VeloLanguageTags WHERE Tag = ? AND Text IS NOT NULL");
+  select.BindText(0, tag);
+  select.ForEachRow([&](const Statement& row) { texts.emplace(row.Text(0), row.Text(1)); });
+  return texts;
+}
+
 void InsertTag(const Connection& file, const TagRecord& tag) {
   Statement insert = file.Prepare("INSERT INTO VeloLanguageTags (Tag, Language, Text) VALUES (?, ?, ?)");
   insert.BindText(0, tag.tag);
@@ -87,29 +96,32 @@ std::vector<UserRecord> SqliteHostTables::Users() {
   return ReadUsers(*file_);
 }
 
-void SqliteHostTables::SaveUsers(const std::vector<UserRecord>& users) {
-  const std::vector<UserRecord> sorted = CheckedUsers(users);
+// The transaction keeps everybody else from changing what is merged with.
+void SqliteHostTables::SaveUsers(const std::vector<UserRecord>& users, const std::vector<UserRecord>& read) {
+  std::vector<UserRecord> merged;
   const auto body = [&] {
+    merged = MergedUsers(users, read, Users());
     file_->Run("DELETE FROM VeloUsers");
     Statement insert = file_->Prepare(kInsertUser);
-    for (const UserRecord& user : sorted) InsertUser(insert, user);
+    for (const UserRecord& user : merged) InsertUser(insert, user);
   };
-  file_->Write(body, [&] { return Users() == sorted; });
+  file_->Write(body, [&] { return Users() == merged; });
 }
 
 std::vector<TagRecord> SqliteHostTables::Tags() {
   return ReadTags(*file_);
 }
 
-void SqliteHostTables::SaveTag(const TagRecord& tag) {
-  CheckTag(tag);
+void SqliteHostTables::SaveTag(const TagRecord& tag, const std::map<std::string, std::string>& read_texts) {
+  TagRecord merged;
   const auto body = [&] {
+    merged = MergedTag(tag, read_texts, ReadTexts(*file_, tag.tag));
     Statement remove = file_->Prepare("DELETE FROM VeloLanguageTags WHERE Tag = ?");
     remove.BindText(0, tag.tag);
     remove.Run();
-    InsertTag(*file_, tag);
+    InsertTag(*file_, merged);
   };
-  file_->Write(body, [&] { return std::ranges::count(Tags(), tag) == 1; });
+  file_->Write(body, [&] { return std::ranges::count(Tags(), merged) == 1; });
 }
 
 }  // namespace plovix

@@ -7,8 +7,10 @@
 #include <plovix/standalone/model/host_tables.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "task_file.h"
 
@@ -21,9 +23,12 @@ class SqliteHostTables final : public HostTables {
   explicit SqliteHostTables(const std::string& path, std::chrono::milliseconds patience = kTaskFilePatience);
 
   [[nodiscard]] std::vector<UserRecord> Users() override;
-  void SaveUsers(const std::vector<UserRecord>& users) override;
+  void SaveUsers(const std::vector<UserRecord>& users, const std::vector<UserRecord>& read) override;
   [[nodiscard]] std::vector<TagRecord> Tags() override;
-  void SaveTag(const TagRecord& tag) override;
+  void SaveTag(const TagRecord& tag, const std::map<std::string, std::string>& read_texts) override;
+
+  // As Connection::OnWritten.
+  void OnWritten(std::function<void()> told) { file_->OnWritten(std::move(told)); }
 
  private:
   std::unique_ptr<Connection> file_;

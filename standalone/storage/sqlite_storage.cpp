@@ -1,7 +1,9 @@
 #include "sqlite_storage.h"
 
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/sqlite/sql_rows.h>
 
+#include <map>
 #include <span>
 #include <utility>
 
@@ -48,6 +50,20 @@ constexpr std::string_view kInsertAction =
     "INSERT INTO VeloAutoTaskActions (TaskId, Position, RecordModes, Capabilities, Kind, Name, Settings) "
     "VALUES (?, ?, ?, ?, ?, ?, ?)";
 
+// The number of a deleted task is not given again.
+constexpr std::string_view kHighestIdIsGiven =
+    "SELECT 1 FROM sqlite_sequence WHERE seq = 9223372036854775807 "
+    "UNION ALL SELECT 1 FROM VeloAutoTasks WHERE Id = 9223372036854775807";
+
+// Tasks in the order of their ids, and the values that could not be read, by task.
+struct TasksRead {
+  std::vector<TaskRecord> tasks;
+  std::map<std::int64_t, std::string> unreadable;
+  void Note(std::int64_t task, std::string_view column) {
+    if (!column.empty()) unreadable.emplace(task, column);
+  }
+};
+
 }  // namespace
 
 // The open file and the statements on its tables.
@@ -58,28 +74,47 @@ class SqliteStorage::Tables {
 
   [[nodiscard]] Connection& File() noexcept { return *connection_; }
 
-  [[nodiscard]] std::vector<TaskRecord> ReadAll() {
-    std::vector<TaskRecord> tasks;
-    all_tasks_.ForEachRow([&](const Statement& row) { tasks.push_back(ReadTask(row)); });
-    ReadInto(tasks, all_schedules_, &Tables::ReadSchedule);
-    ReadInto(tasks, all_actions_, &Tables::ReadAction);
-    return tasks;
+  [[nodiscard]] TasksRead ReadAll() {
+    TasksRead read;
+    all_tasks_.ForEachRow([&](const Statement& row) { ReadTask(read, row); });
+    ReadInto(read, all_schedules_, ReadSchedule);
+    ReadInto(read, all_actions_, ReadAction);
+    return read;
   }
 
   [[nodiscard]] std::optional<TaskRecord> ReadOne(std::int64_t id) {
-    std::optional<TaskRecord> task;
+    TasksRead read;
     for (Statement* statement : {&one_task_, &its_schedule_, &its_actions_}) {
       statement->BindInteger(0, id);
     }
-    one_task_.ForEachRow([&](const Statement& row) { task = ReadTask(row); });
-    if (!task) return task;
-    ReadInto({&*task, 1}, its_schedule_, &Tables::ReadSchedule);
-    ReadInto({&*task, 1}, its_actions_, &Tables::ReadAction);
-    return task;
+    one_task_.ForEachRow([&](const Statement& row) { ReadTask(read, row); });
+    ReadInto(read, its_schedule_, ReadSchedule);
+    ReadInto(read, its_actions_, ReadAction);
+    RefuseUnreadable(read);
+    if (read.tasks.empty()) return std::nullopt;
+    return std::move(read.tasks.front());
+  }
+
+  void RefuseUnreadable(const TasksRead& read) const {
+    if (read.unreadable.empty()) return;
+    const auto& [task, column] = *read.unreadable.begin();
+    connection_->Refuse(failure_number::kInvalidFormat,
+                        "task " + std::to_string(task) + " holds an unreadable " + column);
+  }
+
+  [[nodiscard]] std::optional<std::int64_t> Version(std::int64_t id) {
+    Statement version = Prepare("SELECT Version FROM VeloAutoTasks WHERE Id = ?");
+    version.BindInteger(0, id);
+    return version.Step() ? std::optional(version.Integer(0)) : std::nullopt;
   }
 
   // Gives back the new task's id.
   [[nodiscard]] std::int64_t Insert(const TaskRecord& task) {
+    if (Prepare(kHighestIdIsGiven).Step()) {
+      connection_->Refuse(failure_number::kOverflow,
+                          "no task can be added: the highest number that a task can have was given already; "
+                          "move the tasks into a new file by exporting and importing them");
+    }
     insert_task_.BindInteger(0, task.version);
     BindColumns(insert_task_, TaskColumns(), task);
     insert_task_.Run();
@@ -136,49 +171,48 @@ class SqliteStorage::Tables {
 
   // Gives each row of a statement to the task that its first column names. Rows and tasks come in the order
   // of the tasks' ids.
-  void ReadInto(std::span<TaskRecord> tasks, Statement& statement,
-                void (Tables::*read)(TaskRecord& task, const Statement& row) const) const {
-    auto task = tasks.begin();
+  static void ReadInto(TasksRead& read, Statement& statement,
+                       std::string_view (*read_row)(TaskRecord& task, const Statement& row)) {
+    auto task = read.tasks.begin();
     statement.ForEachRow([&](const Statement& row) {
       const std::int64_t id = row.Integer(0);
-      while (task != tasks.end() && task->id < id) ++task;
-      if (task != tasks.end() && task->id == id) (this->*read)(*task, row);
+      while (task != read.tasks.end() && task->id < id) ++task;
+      if (task != read.tasks.end() && task->id == id) read.Note(id, read_row(*task, row));
     });
   }
 
-  void ReadColumns(TaskRecord& task, std::span<const TaskColumn> columns, const Statement& row,
-                   int index) const {
+  // These read all that can be read, and give back the name of the first value that cannot; empty when there
+  // is none.
+  static std::string_view ReadColumns(TaskRecord& task, std::span<const TaskColumn> columns,
+                                      const Statement& row, int index) {
+    std::string_view unreadable;
     for (const TaskColumn& column : columns) {
-      if (!column.read(task, row, index++)) RefuseColumn(task.id, column.name);
+      if (!column.read(task, row, index++) && unreadable.empty()) unreadable = column.name;
     }
+    return unreadable;
   }
 
-  [[nodiscard]] TaskRecord ReadTask(const Statement& row) const {
-    TaskRecord task;
+  // The id 0 is that of a task which is not stored.
+  static void ReadTask(TasksRead& read, const Statement& row) {
+    TaskRecord& task = read.tasks.emplace_back();
     task.id = row.Integer(0);
-    task.version = row.Integer(1);
-    ReadColumns(task, TaskColumns(), row, 2);
-    return task;
+    if (task.id == 0) read.Note(task.id, "Id");
+    if (!ReadInteger(task.version, row, 1)) read.Note(task.id, "Version");
+    read.Note(task.id, ReadColumns(task, TaskColumns(), row, 2));
   }
 
-  void ReadSchedule(TaskRecord& task, const Statement& row) const {
+  static std::string_view ReadSchedule(TaskRecord& task, const Statement& row) {
     task.recurrence.emplace();
-    ReadColumns(task, ScheduleColumns(), row, 1);
+    return ReadColumns(task, ScheduleColumns(), row, 1);
   }
 
-  void ReadAction(TaskRecord& task, const Statement& row) const {
-    ActionRecord action{.kind = std::string(row.Text(3)),
-                        .name = std::string(row.Text(4)),
-                        .settings = DecodeSettings(row.Text(5))};
-    if (!ReadInteger(action.record_modes, row, 1) || !ReadInteger(action.capabilities, row, 2)) {
-      RefuseColumn(task.id, "action");
-    }
-    task.actions.push_back(std::move(action));
-  }
-
-  [[noreturn]] void RefuseColumn(std::int64_t task, std::string_view what) const {
-    connection_->Refuse(failure_number::kInvalidFormat,
-                        "task " + std::to_string(task) + " holds an unreadable " + std::string(what));
+  static std::string_view ReadAction(TaskRecord& task, const Statement& row) {
+    ActionRecord& action = task.actions.emplace_back();
+    action.kind = row.Text(3);
+    action.name = row.Text(4);
+    action.settings = DecodeSettings(row.Text(5));
+    const bool fits = ReadInteger(action.record_modes, row, 1) && ReadInteger(action.capabilities, row, 2);
+    return fits ? "" : "action";
   }
 
   [[nodiscard]] Statement Prepare(std::string_view sql) const { return connection_->Prepare(sql); }
@@ -206,8 +240,25 @@ SqliteStorage::SqliteStorage(const std::string& path, std::chrono::milliseconds 
 SqliteStorage::~SqliteStorage() = default;
 
 std::vector<TaskRecord> SqliteStorage::List() {
+  TasksRead read;
+  tables_->File().Read([&] { read = tables_->ReadAll(); });
+  tables_->RefuseUnreadable(read);
+  return std::move(read.tasks);
+}
+
+std::vector<TaskRecord> SqliteStorage::ListReadable(const std::function<void(const UnreadableTask&)>& tell) {
+  TasksRead read;
+  tables_->File().Read([&] { read = tables_->ReadAll(); });
   std::vector<TaskRecord> tasks;
-  tables_->File().Read([&] { tasks = tables_->ReadAll(); });
+  tasks.reserve(read.tasks.size());
+  for (TaskRecord& task : read.tasks) {
+    const auto found = read.unreadable.find(task.id);
+    if (found == read.unreadable.end()) {
+      tasks.push_back(std::move(task));
+    } else {
+      tell({std::move(task), found->second});
+    }
+  }
   return tasks;
 }
 
@@ -218,11 +269,13 @@ std::optional<TaskRecord> SqliteStorage::Load(std::int64_t id) {
 }
 
 TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
+  CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
-  ++saved.version;
+  saved.version = NextVersion(task.version);
   if (!saved.recurrence) saved.schedule_start.reset();  // there is nothing to count from it
   const auto body = [&] {
+    AskAbout(task.id, &task);
     if (task.id == 0) {
       saved.id = tables_->Insert(saved);
     } else if (!tables_->Update(saved, task.version)) {
@@ -235,8 +288,29 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   return saved;
 }
 
-void SqliteStorage::Delete(std::int64_t id) {
-  tables_->File().Write([&] { tables_->Delete(id); }, [&] { return !Load(id).has_value(); });
+void SqliteStorage::Delete(std::int64_t id, std::int64_t version) {
+  const auto body = [&] {
+    if (tables_->Version(id).value_or(version) != version) {
+      throw TaskConflict(failure_number::kInvalidCall, "The task was changed since it was read");
+    }
+    AskAbout(id, nullptr);
+    tables_->Delete(id);
+  };
+  tables_->File().Write(body, [&] { return !tables_->Version(id); });
+}
+
+void SqliteStorage::AskAbout(std::int64_t id, const TaskRecord* wanted) {
+  if (!IsGuarded()) return;
+  const auto stored = tables_->ReadOne(id);
+  AskGuard(stored ? &*stored : nullptr, wanted);
+}
+
+bool SqliteStorage::EmptyLog() {
+  return tables_->File().EmptyLog();
+}
+
+void SqliteStorage::OnWritten(std::function<void()> told) {
+  tables_->File().OnWritten(std::move(told));
 }
 
 std::unique_ptr<RowCursor> SqliteStorage::OpenRows(const std::string& sql) const {

@@ -2,13 +2,14 @@
 //
 // Every save is on the disk when it returns (write-ahead log, synchronous FULL). Several programs may
 // have the file open; a save that finds the task changed by another one is a TaskConflict. The file must
-// lie on a local disk.
+// lie on a local disk, under one name. A copy of it alone holds what EmptyLog has moved into it.
 #pragma once
 
 #include <plovix/standalone/model/row_cursor.h>
 #include <plovix/standalone/model/task_storage.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -26,9 +27,15 @@ class SqliteStorage final : public TaskStorage {
   SqliteStorage& operator=(const SqliteStorage&) = delete;
 
   [[nodiscard]] std::vector<TaskRecord> List() override;
+  [[nodiscard]] std::vector<TaskRecord> ListReadable(
+      const std::function<void(const UnreadableTask&)>& tell) override;
   [[nodiscard]] std::optional<TaskRecord> Load(std::int64_t id) override;
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
-  void Delete(std::int64_t id) override;
+  void Delete(std::int64_t id, std::int64_t version) override;
+
+  // As Connection::EmptyLog and OnWritten; what SqliteHostTables has stored is in the same log.
+  bool EmptyLog();
+  void OnWritten(std::function<void()> told);
 
   // The rows of a single SELECT on the tables of the file, everything that was saved before among them. They
   // keep nobody from saving; what is saved during the pass is not in it.
@@ -36,6 +43,9 @@ class SqliteStorage final : public TaskStorage {
 
  private:
   class Tables;
+  // To be called in the transaction that writes: the guard sees the row that the change will meet.
+  void AskAbout(std::int64_t id, const TaskRecord* wanted);
+
   std::unique_ptr<Tables> tables_;
 };
 

@@ -1,11 +1,22 @@
 #include "velo_wiz.h"
 
+#include <plovix/controls/utf8.h>
 #include <plovix/framework/raised.h>
 #include <plovix/standalone/model/call_gate.h>
+#include <plovix/standalone/model/category_column.h>
 
 #include <utility>
 
 namespace plovix {
+namespace {
+
+TaskRecord AsOpened(const HostState& state, TaskRecord task) {
+  if (task.id == 0 && state.NewTasksUseTags()) task.uses_language_tags = true;
+  return task;
+}
+
+}  // namespace
+
 // What pages hold of the wizard: stays behind, shut, when the wizard is gone.
 class VeloWiz::Door final : public WizardHost {
  public:
@@ -26,8 +37,8 @@ class VeloWiz::Door final : public WizardHost {
 
 VeloWiz::VeloWiz(WizardParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries)
     : parts_(std::move(parts)),
-      original_(task),
-      task_(MakeTask(parts_.state, task)),
+      original_(AsOpened(parts_.state, task)),
+      task_(MakeTask(parts_.state, original_)),
       store_(std::make_shared<StoreObject>()),
       door_(std::make_shared<Door>(this)) {
   store_->values = entries;
@@ -139,7 +150,7 @@ bool VeloWiz::Show(const std::string& identifier) {
   bool shown = false;
   do {
     current_ = {identifier, parts_.registry.Create(identifier)};
-    if (!current_.page) Tell("wizard.noPage", identifier);
+    if (!current_.page) Tell("wizard.noPage", Readable(identifier));
   } while (current_.page && Initialize(shown));
   if (!shown) {
     current_ = std::move(former);
@@ -164,6 +175,7 @@ bool VeloWiz::Initialize(bool& shown) {
     EmbedControls(page->Controls());
     page->IWizardPage_Initialize(door_, store_);
   });
+  if (answer && current_.refreshes == 0) current_.can_continue = false;
   shown = !answer || *answer == ReportAction::kContinue;
   if (!shown) {
     page->IWizardPage_Terminate();
@@ -210,6 +222,7 @@ bool VeloWiz::MayLeave(ChangeDirection direction) {
 // Hands the working copy to the storage. Whatever goes wrong, the wizard stays open with everything in it.
 bool VeloWiz::Save() {
   TaskRecord record = task_->Record();
+  if (IsNoCategory(record.categories)) record.categories.clear();
   while (true) {
     std::optional<Failure> failure;
     bool conflict = false;

@@ -57,7 +57,8 @@ struct WizardParts {
 /// One run of the wizard, from Open to Finish or Cancel. On the user-interface thread.
 class VeloWiz final : private UserListener {
  public:
-  /// Edits a working copy of `task`; entries of `entries` go into the shared store.
+  /// Edits a working copy of `task`; entries of `entries` go into the shared store. A new task (id 0) takes
+  /// its texts from language tags where the host does so now; it keeps that for good.
   VeloWiz(WizardParts parts, const TaskRecord& task, const std::map<std::string, Value>& entries = {});
   ~VeloWiz() override;
   VeloWiz(const VeloWiz&) = delete;
@@ -99,7 +100,8 @@ class VeloWiz final : private UserListener {
   /// The controls, for a surface; the reference keeps the page alive. Nothing without a page.
   [[nodiscard]] std::shared_ptr<Form> Controls() const;
   /// @{
-  /// The flag that the page pushed last, and how many pushes there were since it was shown.
+  /// The flag that the page pushed last, true before the first push, and how many there were since it was
+  /// shown. False for a page that failed to load and was shown all the same, until it pushes.
   [[nodiscard]] bool CanContinue() const noexcept { return current_.can_continue; }
   [[nodiscard]] int Refreshes() const noexcept { return current_.refreshes; }
   /// @}
@@ -122,7 +124,7 @@ class VeloWiz final : private UserListener {
     std::string identifier;
     std::shared_ptr<WizardPage> page;
     std::string title = {}, description = {};
-    bool can_continue = false;
+    bool can_continue = true;  // until the page says otherwise: some have nothing to say
     int refreshes = 0;
     std::optional<std::string> next = {};
     bool next_failed = false;

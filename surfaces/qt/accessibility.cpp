@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QVariant>
 
+#include "plain_text.h"
+
 namespace plovix::qt {
 namespace {
 
@@ -33,7 +35,7 @@ void NameComboBox(QComboBox& box, const QString& name) {
     carrier = label;
   }
   if (carrier == nullptr) {
-    carrier = new QLabel(box.parentWidget());
+    carrier = NewLabel({}, box.parentWidget());
     carrier->setObjectName(kNameLabel);
     carrier->hide();
     carrier->setBuddy(&box);

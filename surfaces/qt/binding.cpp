@@ -6,6 +6,8 @@
 #include <QScrollArea>
 #include <QWidget>
 
+#include "entry_rule.h"
+#include "plain_text.h"
 #include "texts.h"
 
 namespace plovix::qt {
@@ -59,6 +61,22 @@ void Binding::SetAccessibleName(const QString& name) {
 
 void Binding::Announce(QWidget& widget, const QString& name) {
   if (widget.accessibleName() != name) widget.setAccessibleName(name);
+}
+
+QString Binding::ProblemWith(const QString& text) const {
+  const auto& refuse = surface_.options.refuse;
+  return refuse ? Text(refuse(control_, text.toStdString())) : QString();
+}
+
+void Binding::TellProblem(const QString& problem) {
+  if (problem_ != nullptr) qt::TellProblem(*problem_, *widget_, problem);
+}
+
+void Binding::KeepToRule(QLineEdit& field) {
+  if (!surface_.options.refuse) return;
+  new EntryRule(
+      field, [this](const QString& text) { return ProblemWith(text); },
+      [this](const QString& problem) { TellProblem(problem); });
 }
 
 void Binding::Changed(Aspect aspect) {

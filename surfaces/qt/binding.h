@@ -12,10 +12,13 @@
 #include <vector>
 
 #include "slot_factory.h"
+#include "surface_options.h"
 #include "surface_texts.h"
 
 class QEvent;
 class QFocusEvent;
+class QLabel;
+class QLineEdit;
 class QWidget;
 
 namespace plovix::qt {
@@ -28,9 +31,10 @@ struct Surface {
   User& user;
   SlotFactory make_slot;
   SurfaceTexts texts = {};
+  SurfaceOptions options = {};
   std::function<void()> captions_changed = {};
-  std::vector<OptionButtonBinding*> options = {};  // in reading order
-  int page_writes = 0;                             // depth; what widgets signal meanwhile is no user's doing
+  std::vector<OptionButtonBinding*> option_buttons = {};  // in reading order
+  int page_writes = 0;  // depth; what widgets signal meanwhile is no user's doing
 };
 
 // Marks a scope in which the program, not the user, changes widgets.
@@ -60,6 +64,8 @@ class Binding : public QObject, private ControlObserver {
   void Reveal();
   // Whether the Enter key means something to the widget while it has the focus.
   [[nodiscard]] virtual bool TakesEnter() const { return false; }
+  // Where problems with what is typed are told: a hidden label that the page's layout has placed.
+  void TellProblemsAt(QLabel* label) { problem_ = label; }
   // Names the widget for assistive technology.
   virtual void SetAccessibleName(const QString& name);
 
@@ -78,6 +84,12 @@ class Binding : public QObject, private ControlObserver {
   // True when the event is used up.
   virtual bool OnEvent(QEvent& /*event*/) { return false; }
 
+  // What the host says against the text; empty without a rule.
+  [[nodiscard]] QString ProblemWith(const QString& text) const;
+  void TellProblem(const QString& problem);
+  // Lets the host refuse what is typed into the widget, or into that field of it.
+  void KeepToRule(QLineEdit& field);
+
   // Runs a verb of the user's door. The verb may replace the page: afterwards the binding, its widget and
   // the control may be gone, and callers touch nothing of theirs. A refused widget shows its control again.
   template <class Verb>
@@ -95,6 +107,7 @@ class Binding : public QObject, private ControlObserver {
   Surface& surface_;
   Control& control_;
   QWidget* widget_ = nullptr;
+  QLabel* problem_ = nullptr;
 };
 
 // A binding that knows its control's class.

@@ -13,7 +13,7 @@ CheckBoxBinding::CheckBoxBinding(Surface& surface, CheckBox& box, QWidget* paren
 }
 
 void CheckBoxBinding::Draw() {
-  widget_->setText(LiteralCaption(Model().Caption()));
+  widget_->setText(MnemonicCaption(Model().Caption()));
   Announce(*widget_, NameBesides(Model().Caption()));
   widget_->setChecked(Model().Checked());
 }

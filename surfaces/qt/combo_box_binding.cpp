@@ -1,6 +1,7 @@
 #include "combo_box_binding.h"
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QStyle>
 #include <QStyleOptionComboBox>
@@ -49,13 +50,39 @@ QSize ComboBoxWidget::sizeHint() const {
 }
 
 // Whoever is told may replace the page.
-void ComboBoxWidget::showPopup() {
-  if (popup_ && popup_->isVisible()) return;
+bool ComboBoxWidget::AskForEntries() {
+  asked_ = true;
   const QPointer<ComboBoxWidget> self(this);
   const auto tell = before_popup;
   tell();
-  if (!self || !isEnabled() || !isVisible()) return;
+  if (!self || !isEnabled() || !isVisible()) return false;
   draw_entries();
+  return true;
+}
+
+// A closed list goes from entry to entry, too, and a page may fill it only when it is to be opened. In a box
+// that is typed in only the arrows do.
+void ComboBoxWidget::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  const bool along = key == Qt::Key_Up || key == Qt::Key_Down;
+  const bool far =
+      key == Qt::Key_PageUp || key == Qt::Key_PageDown || key == Qt::Key_Home || key == Qt::Key_End;
+  const bool types = key != Qt::Key_Space && !event->text().isEmpty() && event->text().at(0).isPrint();
+  const bool chooses = along || (!isEditable() && (far || types));
+  const bool with_others =
+      (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
+  if (chooses && !with_others && !asked_ && !AskForEntries()) return;
+  QComboBox::keyPressEvent(event);
+}
+
+void ComboBoxWidget::wheelEvent(QWheelEvent* event) {
+  if (!asked_ && !AskForEntries()) return;
+  QComboBox::wheelEvent(event);
+}
+
+void ComboBoxWidget::showPopup() {
+  if (popup_ && popup_->isVisible()) return;
+  if (!AskForEntries()) return;
   opened_ = true;
   if (count() <= kLongList) {
     QComboBox::showPopup();
@@ -93,8 +120,10 @@ void ComboBoxBinding::MakeEditable() {
   QLineEdit* field = widget_->lineEdit();
   disconnect(field, &QLineEdit::editingFinished, widget_, nullptr);
   connect(field, &QLineEdit::textEdited, this, [this](const QString& text) {
+    TellProblem(ProblemWith(text));
     AsUser([&model = Model(), typed = text.toStdString()](User& user) { return user.Type(model, typed); });
   });
+  KeepToRule(*field);
 }
 
 bool ComboBoxBinding::TakesEnter() const {

@@ -30,12 +30,20 @@ class ComboBoxWidget final : public QComboBox {
   void showPopup() override;
   void hidePopup() override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
  private:
+  // Has the control asked for its entries; false when that took the widget away or out of use.
+  [[nodiscard]] bool AskForEntries();
+
   const ComboBox& box_;
   const SurfaceTexts& texts_;
   EntryModel* entries_;
   int letters_ = 0;
   bool opened_ = false;         // at least once
+  bool asked_ = false;          // for the entries, at least once
   QPointer<EntryPopup> popup_;  // while it is open
 };
 

@@ -1,5 +1,6 @@
 #include "entry_model.h"
 
+#include "plain_text.h"
 #include "texts.h"
 
 namespace plovix::qt {
@@ -14,7 +15,8 @@ int EntryModel::rowCount(const QModelIndex& parent) const {
 QVariant EntryModel::data(const QModelIndex& index, int role) const {
   const bool text = role == Qt::DisplayRole || role == Qt::EditRole;
   if (!text || index.row() < 0 || index.row() >= box_.Count()) return {};
-  return Text(box_.ItemText(index.row()));
+  const QString text_of = Text(box_.ItemText(index.row()));
+  return box_.Editable() ? text_of : Shortened(text_of, kLongestShown);
 }
 
 void EntryModel::Update() {

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "accessibility.h"
+#include "plain_text.h"
 #include "texts.h"
 
 namespace plovix::qt {
@@ -28,7 +29,7 @@ EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* 
       choose_(std::move(choose)),
       search_(new QLineEdit),
       list_(new QListView),
-      note_(new QLabel),
+      note_(NewLabel()),
       rows_(new QStringListModel(this)) {
   AnnounceAs(*this, QAccessible::Dialog);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -41,7 +42,6 @@ EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* 
   search_->installEventFilter(this);
   connect(search_, &QLineEdit::textChanged, this, [this] { ShowMatches(); });
   BuildList();
-  note_->setTextFormat(Qt::PlainText);
   note_->setForegroundRole(QPalette::PlaceholderText);
   note_->setMinimumHeight(note_->fontMetrics().lineSpacing());  // without a text, too
   auto* layout = new QVBoxLayout(this);
@@ -99,7 +99,7 @@ void EntryPopup::Place() {
 void EntryPopup::ShowMatches(std::optional<int> around) {
   matches_ = FindMatches(box_, search_->text(), around, kMostShown);
   QStringList texts;
-  for (const int entry : matches_.entries) texts << Text(box_.ItemText(entry));
+  for (const int entry : matches_.entries) texts << Shortened(Text(box_.ItemText(entry)), kLongestShown);
   rows_->setStringList(texts);
   ShowNote();
   SetRow(matches_.row);

@@ -8,6 +8,7 @@
 
 #include "accessibility.h"
 #include "binding_factory.h"
+#include "option_button_binding.h"
 #include "page_layout.h"
 #include "texts.h"
 #include "theme.h"
@@ -47,11 +48,15 @@ class FormWidget::Page final : private FormObserver {
  public:
   Page(Surface surface, QWidget* content) : surface_(std::move(surface)), lines_(ReadLines(Controls())) {
     surface_.captions_changed = [this] { NameFields(lines_, bindings_); };
-    for (const Line& line : lines_) {
-      for (Control* control : line.controls) bindings_[control] = MakeBinding(surface_, *control, content);
+    // Made in the order of the Tab key, so that little has to be chained anew.
+    const std::vector<Control*> order = InOrder(Controls(), lines_, surface_.options.tab_order);
+    for (Control* control : order) bindings_[control] = MakeBinding(surface_, *control, content);
+    for (const Control* control : InOrder(Controls(), lines_, TabOrder::kReading)) {
+      auto* option = dynamic_cast<OptionButtonBinding*>(bindings_.at(control).get());
+      if (option != nullptr) surface_.option_buttons.push_back(option);
     }
-    LayOut(lines_, bindings_, content);
-    ChainTabStops(lines_, bindings_);
+    LayOut(lines_, bindings_, content, static_cast<bool>(surface_.options.refuse));
+    ChainTabStops(order, bindings_);
     RedrawRequested();
     NameFields(lines_, bindings_);
     PointerChanged();
@@ -113,7 +118,7 @@ class FormWidget::Page final : private FormObserver {
 };
 
 FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent,
-                       SurfaceTexts texts)
+                       SurfaceTexts texts, SurfaceOptions options)
     : QWidget(parent) {
   AnnounceAs(*this, QAccessible::Grouping);
   setFont(PageFont());
@@ -126,8 +131,8 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   layout->addWidget(scroll);
   auto* content = new QWidget(scroll->viewport());  // never a window by itself, which would cost more
   scroll->setWidget(content);
-  page_ =
-      std::make_unique<Page>(Surface{std::move(form), user, std::move(make_slot), std::move(texts)}, content);
+  page_ = std::make_unique<Page>(
+      Surface{std::move(form), user, std::move(make_slot), std::move(texts), std::move(options)}, content);
   setAccessibleName(Heading());
 }
 

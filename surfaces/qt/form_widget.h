@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "slot_factory.h"
+#include "surface_options.h"
 #include "surface_texts.h"
 
 namespace plovix::qt {
@@ -24,7 +25,7 @@ class FormWidget final : public QWidget {
   /// follows it until it is destroyed, after which it is not heard of again. A verb of the user's may
   /// replace the page from within: the owner then takes the widget away with deleteLater().
   FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent = nullptr,
-             SurfaceTexts texts = {});
+             SurfaceTexts texts = {}, SurfaceOptions options = {});
   ~FormWidget() override;
 
   /// Caption of the label that names the page; empty without one.

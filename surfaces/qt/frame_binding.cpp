@@ -10,7 +10,7 @@ FrameBinding::FrameBinding(Surface& surface, Frame& frame, QWidget* parent)
 }
 
 void FrameBinding::Draw() {
-  widget_->setTitle(LiteralCaption(Model().Caption()));
+  widget_->setTitle(MnemonicCaption(Model().Caption()));
   Announce(*widget_, NameBesides(Model().Caption()));
 }
 

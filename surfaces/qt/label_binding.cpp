@@ -98,8 +98,8 @@ void LabelBinding::ShowAsHelp() {
 
 void LabelBinding::Draw() {
   const bool buddy = widget_->buddy() != nullptr;
-  const QString text = buddy ? MnemonicCaption(Model().Caption()) : Text(Model().Caption());
-  widget_->announced = buddy ? CaptionToRead(Model().Caption()) : text;
+  widget_->announced = CaptionToRead(Model().Caption());
+  const QString text = buddy ? MnemonicCaption(Model().Caption()) : widget_->announced;
   if (text != widget_->text()) widget_->setText(text);  // tells assistive technology, too
   // Texts stand at the page's leading edge, whatever script they are written in.
   const Qt::Alignment edge = widget_->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;

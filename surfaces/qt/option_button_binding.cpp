@@ -55,22 +55,21 @@ OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button,
     : BindingOf(surface, button), widget_(new OptionWidget(parent)) {
   [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
   widget_->setAutoExclusive(false);  // the controls are exclusive by themselves
-  surface.options.push_back(this);
   Adopt(widget_);
   connect(widget_, &QRadioButton::clicked, this,
           [this] { AsUser([&model = Model()](User& user) { return user.Choose(model); }); });
 }
 
 void OptionButtonBinding::Draw() {
-  widget_->setText(LiteralCaption(Model().Caption()));
+  widget_->setText(MnemonicCaption(Model().Caption()));
   widget_->setChecked(Model().Selected());
-  for (OptionButtonBinding* option : Shared().options) option->UpdateTabStop();
+  for (OptionButtonBinding* option : Shared().option_buttons) option->UpdateTabStop();
 }
 
 // Tab goes to the selected button; past the others, because arriving there would select them. Without a
 // selection it goes to the first.
 void OptionButtonBinding::UpdateTabStop() {
-  const auto& options = Shared().options;
+  const auto& options = Shared().option_buttons;
   const auto selected = [](const OptionButtonBinding* option) { return option->Model().Selected(); };
   const bool stop = std::ranges::any_of(options, selected) ? Model().Selected() : options.front() == this;
   widget_->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
@@ -105,7 +104,7 @@ bool OptionButtonBinding::OnEvent(QEvent& event) {
 
 // Goes to the next usable button in reading order, round the end; arriving there selects it.
 void OptionButtonBinding::Step(int step) {
-  const auto& options = Shared().options;
+  const auto& options = Shared().option_buttons;
   const int count = static_cast<int>(options.size());
   int at = static_cast<int>(std::ranges::find(options, this) - options.begin());
   for (int tried = 1; tried < count; ++tried) {

@@ -9,6 +9,7 @@
 #include "flow_layout.h"
 #include "host_slot_binding.h"
 #include "label_binding.h"
+#include "plain_text.h"
 #include "text_box_binding.h"
 #include "texts.h"
 
@@ -52,7 +53,8 @@ class Grid {
 
 class Arranger {
  public:
-  Arranger(const Bindings& bindings, QWidget* page) : bindings_(bindings), page_(page) {}
+  Arranger(const Bindings& bindings, QWidget* page, bool with_problems)
+      : bindings_(bindings), page_(page), with_problems_(with_problems) {}
 
   void Add(const Line& line) {
     Control& first = *line.controls[0];
@@ -87,6 +89,7 @@ class Arranger {
         AddFlow(grid, line);
         break;
     }
+    if (with_problems_) AddProblem(grid, line);
   }
 
   void Close() {
@@ -144,8 +147,20 @@ class Arranger {
     grid.AddWide(row);
   }
 
+  // The fields of a line share the place: one is typed in at a time.
+  void AddProblem(Grid& grid, const Line& line) {
+    QLabel* label = nullptr;
+    for (const Control* control : line.controls) {
+      const auto* list = dynamic_cast<const ComboBox*>(control);
+      if (control->GetKind() != Kind::kTextBox && (list == nullptr || !list->Editable())) continue;
+      if (label == nullptr) grid.AddWide(label = NewProblemLabel());
+      bindings_.at(control)->TellProblemsAt(label);
+    }
+  }
+
   const Bindings& bindings_;
   QWidget* page_;
+  bool with_problems_;
   std::map<std::string_view, Grid> grids_;  // by frame; empty: the page
 };
 
@@ -177,23 +192,31 @@ QString PhraseAround(const Line& line, std::size_t field) {
 
 }  // namespace
 
-void LayOut(const std::vector<Line>& lines, const Bindings& bindings, QWidget* page) {
-  Arranger arranger(bindings, page);
+void LayOut(const std::vector<Line>& lines, const Bindings& bindings, QWidget* page, bool with_problems) {
+  Arranger arranger(bindings, page, with_problems);
   for (const Line& line : lines) arranger.Add(line);
   arranger.Close();
 }
 
-void ChainTabStops(const std::vector<Line>& lines, const Bindings& bindings) {
+std::vector<Control*> InOrder(const Form& form, const std::vector<Line>& lines, TabOrder order) {
+  std::vector<Control*> controls;
+  if (order == TabOrder::kDeclared) {
+    for (std::size_t i = 0; i < form.Count(); ++i) controls.push_back(&form.At(i));
+    return controls;
+  }
+  for (const Line& line : lines) controls.insert(controls.end(), line.controls.begin(), line.controls.end());
+  return controls;
+}
+
+void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindings) {
   QWidget* last = nullptr;
-  for (const Line& line : lines) {
-    for (const Control* control : line.controls) {
-      QWidget* widget = bindings.at(control)->Widget();
-      std::vector<QWidget*> stops{widget};
-      if (control->GetKind() == Kind::kHostSlot) stops = TabStops(widget);
-      for (QWidget* stop : stops) {
-        if (last != nullptr) QWidget::setTabOrder(last, stop);
-        last = stop;
-      }
+  for (const Control* control : controls) {
+    QWidget* widget = bindings.at(control)->Widget();
+    std::vector<QWidget*> stops{widget};
+    if (control->GetKind() == Kind::kHostSlot) stops = TabStops(widget);
+    for (QWidget* stop : stops) {
+      if (last != nullptr) QWidget::setTabOrder(last, stop);
+      last = stop;
     }
   }
 }
@@ -216,7 +239,7 @@ void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
         binding.SetAccessibleName(around.isEmpty() ? before : around);
       } else if (control.GetKind() == Kind::kOptionButton) {
         // "every" alone says little, and more than one may begin so.
-        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : Text(control.Caption()));
+        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : caption);
       } else if (control.GetKind() == Kind::kCommandButton) {
         // "..." alone says nothing.
         const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;

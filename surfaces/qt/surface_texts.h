@@ -3,6 +3,8 @@
 /// form widget its own; the surface knows no languages.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <functional>
 #include <string>
 

@@ -52,8 +52,10 @@ QSize TextLineWidget::sizeHint() const {
 TextLineBinding::TextLineBinding(Surface& surface, TextBox& box, QWidget* parent)
     : BindingOf(surface, box), widget_(new TextLineWidget(parent)) {
   Adopt(widget_);
+  KeepToRule(*widget_);
   connect(widget_, &QLineEdit::textEdited, this, [this](const QString& text) {
     shown_ = text.toStdString();
+    TellProblem(ProblemWith(text));
     AsUser([&model = Model(), typed = shown_](User& user) { return user.Type(model, typed); });
   });
 }
@@ -62,6 +64,7 @@ TextLineBinding::TextLineBinding(Surface& surface, TextBox& box, QWidget* parent
 void TextLineBinding::Draw() {
   if (Model().Text() == shown_) return;
   shown_ = Model().Text();
+  TellProblem({});
   const int cursor = widget_->hasFocus() ? widget_->cursorPosition() : 0;
   widget_->setText(Text(shown_));
   widget_->setCursorPosition(cursor);
@@ -83,14 +86,34 @@ TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent
     if (PageWrites()) return;
     const QString text = widget_->toPlainText();
     if (text == AreaText(Text(shown_))) return;  // formatting, such as an input method's, is a change there
+    const QString problem = ProblemWith(text);
+    TellProblem(problem);
+    if (!problem.isEmpty() && text.size() > AreaText(Text(shown_)).size()) {
+      TakeBack();
+      return;
+    }
     shown_ = text.toStdString();
     AsUser([&model = Model(), typed = shown_](User& user) { return user.Type(model, typed); });
   });
 }
 
+// As an edit of its own, so that Ctrl+Z still takes back what was typed before.
+void TextAreaBinding::TakeBack() {
+  const PageWrite write(Shared());
+  const QString former = AreaText(Text(shown_));
+  const auto added = widget_->document()->characterCount() - 1 - former.size();
+  const auto at = std::max<qsizetype>(widget_->textCursor().position() - added, 0);
+  QTextCursor cursor(widget_->document());
+  cursor.select(QTextCursor::Document);
+  cursor.insertText(former);
+  cursor.setPosition(static_cast<int>(std::min(at, former.size())));
+  widget_->setTextCursor(cursor);
+}
+
 void TextAreaBinding::Draw() {
   if (Model().Text() == shown_) return;
   shown_ = Model().Text();
+  TellProblem({});
   const int position = widget_->hasFocus() ? widget_->textCursor().position() : 0;
   widget_->setPlainText(Text(shown_));
   QTextCursor cursor = widget_->textCursor();

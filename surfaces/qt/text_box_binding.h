@@ -39,6 +39,7 @@ class TextAreaBinding final : public BindingOf<TextBox> {
  private:
   void Draw() override;
   void DrawSelection() override;
+  void TakeBack();  // the last edit
 
   QPlainTextEdit* widget_;
   std::string shown_;

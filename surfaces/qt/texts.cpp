@@ -3,11 +3,27 @@
 namespace plovix::qt {
 namespace {
 
-// Position of the mnemonic's mark; -1 when every '&' is just a character.
-qsizetype MarkOf(const QString& caption) {
-  const qsizetype mark = caption.indexOf('&');
-  const bool single = mark >= 0 && mark == caption.lastIndexOf('&');
-  return single && mark + 1 < caption.size() && caption[mark + 1].isLetterOrNumber() ? mark : -1;
+// The caption with `shown` for each '&' that is a character, and `mark` before the mnemonic: "&&" is one
+// character, the first other '&' before a letter or digit marks it, any more are characters.
+QString WithMarks(std::string_view utf8, QLatin1StringView shown, QLatin1StringView mark) {
+  const QString caption = Text(utf8);
+  QString result;
+  bool marked = false;
+  for (qsizetype i = 0; i < caption.size(); ++i) {
+    const QChar next = i + 1 < caption.size() ? caption[i + 1] : QChar();
+    if (caption[i] != '&') {
+      result += caption[i];
+    } else if (next == '&') {
+      result += shown;
+      ++i;
+    } else if (!marked && next.isLetterOrNumber()) {
+      result += mark;
+      marked = true;
+    } else {
+      result += shown;
+    }
+  }
+  return result;
 }
 
 }  // namespace
@@ -16,23 +32,16 @@ QString Text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-QString LiteralCaption(std::string_view utf8) {
-  return Text(utf8).replace('&', "&&");
-}
-
 QString MnemonicCaption(std::string_view utf8) {
-  const QString caption = Text(utf8);
-  return MarkOf(caption) >= 0 ? caption : LiteralCaption(utf8);
+  return WithMarks(utf8, QLatin1StringView("&&"), QLatin1StringView("&"));
 }
 
 QString CaptionToRead(std::string_view utf8) {
-  QString caption = Text(utf8);
-  if (const qsizetype mark = MarkOf(caption); mark >= 0) caption.remove(mark, 1);
-  return caption;
+  return WithMarks(utf8, QLatin1StringView("&"), QLatin1StringView());
 }
 
 QString NameBesides(std::string_view utf8) {
-  return utf8.find('&') == std::string_view::npos ? QString() : Text(utf8);
+  return utf8.find('&') == std::string_view::npos ? QString() : CaptionToRead(utf8);
 }
 
 QString FirstCharacters(std::string_view utf8, int count) {

@@ -10,11 +10,10 @@ namespace plovix::qt {
 
 [[nodiscard]] QString Text(std::string_view utf8);
 
-// For widgets that read '&' as the mark of a mnemonic.
-[[nodiscard]] QString LiteralCaption(std::string_view utf8);  // every '&' is shown
-[[nodiscard]] QString MnemonicCaption(
-    std::string_view utf8);                                  // a single '&' before a letter or digit marks it
-[[nodiscard]] QString CaptionToRead(std::string_view utf8);  // the same without the mark
+// For widgets that read '&' as the mark of a mnemonic. In a caption "&&" stands for '&', and the first other
+// '&' before a letter or digit marks it.
+[[nodiscard]] QString MnemonicCaption(std::string_view utf8);
+[[nodiscard]] QString CaptionToRead(std::string_view utf8);  // as it is seen, without the mark
 // What such a widget is to be announced as where its own caption would be read otherwise, with an '&' in it;
 // empty elsewhere.
 [[nodiscard]] QString NameBesides(std::string_view utf8);

@@ -2,6 +2,8 @@
 /// Fonts and colours of the pages and of the program around them.
 #pragma once
 
+#include <plovix/controls/requirements.h>
+
 #include <QFont>
 
 class QApplication;

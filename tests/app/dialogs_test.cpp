@@ -5,11 +5,15 @@
 #include <plovix/standalone/app/category_dialog.h>
 #include <plovix/standalone/app/permission_dialog.h>
 #include <plovix/standalone/app/tag_dialog.h>
+#include <plovix/standalone/app/tag_texts_dialog.h>
 #include <plovix/standalone/app/users_dialog.h>
 #include <plovix/standalone/model/task_access.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -30,12 +34,17 @@ class FakeTables final : public HostTables {
  public:
   FakeTables() {
     kept_.SaveUsers({{.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
-                     {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}});
+                     {.id = "ben", .name = "Ben", .groups = {"Sales", "Stock"}, .create_shared = true}},
+                    kept_.Users());
   }
   std::vector<UserRecord> Users() override { return kept_.Users(); }
-  void SaveUsers(const std::vector<UserRecord>& users) override { NeedRoom(), kept_.SaveUsers(users); }
+  void SaveUsers(const std::vector<UserRecord>& users, const std::vector<UserRecord>& read) override {
+    NeedRoom(), kept_.SaveUsers(users, read);
+  }
   std::vector<TagRecord> Tags() override { return kept_.Tags(); }
-  void SaveTag(const TagRecord& tag) override { NeedRoom(), kept_.SaveTag(tag); }
+  void SaveTag(const TagRecord& tag, const std::map<std::string, std::string>& read) override {
+    NeedRoom(), kept_.SaveTag(tag, read);
+  }
   bool full = false;
 
  private:
@@ -100,7 +109,8 @@ TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   source.tag_for_text = [](const std::string& old_tag, const std::string& text) {
     return old_tag + ">" + text;
   };
-  CategoryDialog dialog(texts_, {{"Sales", true}, {"Old", false}, {"Post", true}}, source, nullptr);
+  CategoryDialog dialog(texts_, {{"Sales", true}, {"", true}, {"Old", false}, {"Post", true}}, source,
+                        nullptr);
   Show(dialog);
   ExpectEveryElementNamed();
   EXPECT_FALSE(dialog.Changed());
@@ -173,7 +183,17 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
   Type("carla\n");
   EXPECT_THAT(Told(), HasSubstr("no user or group \"carla\""));
   Find<QLineEdit>()->clear();
-  Type("group stock\n");
+  // Enter takes the only suggestion; of several it highlights the first.
+  Type("sto\n");
+  Type("n");
+  for (const bool taken : {false, true}) {
+    QTest::keyClick(Find<QComboBox>()->completer()->popup(), Qt::Key_Return);
+    EXPECT_EQ(dialog.Permissions().size(), taken ? 2U : 1U);
+  }
+  Find<QTableWidget>()->setCurrentCell(1, 1);
+  Find<QTableWidget>()->setFocus();
+  Key(Qt::Key_Delete);
+  Mnemonic(Qt::Key_U);
   Type("ben\n");
   Find<QTableWidget>()->setFocus();
   Key(Qt::Key_Space);
@@ -203,8 +223,8 @@ TEST_F(EditorTest, PermissionsImplyViewingAndSaySoWhenNobodyHasAny) {
 }
 
 TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
-  for (int i = 0; i < 3000; ++i) tables_.SaveTag({"t" + std::to_string(i), {{"en", "x"}}});
-  tables_.SaveTag({"t1234", {{"en", "x"}, {"fr", "Été (1)"}}});
+  for (int i = 0; i < 3000; ++i) tables_.SaveTag({"t" + std::to_string(i), {{"en", "x"}}}, {});
+  tables_.SaveTag({"t1234", {{"en", "x"}, {"fr", "Été (1)"}}}, {});
   TagDialog dialog(texts_, "t7", {"t9"}, tables_, {"en", "fr"}, "en", nullptr);
   Show(dialog);
   ExpectEveryElementNamed();
@@ -281,6 +301,47 @@ TEST_F(EditorTest, UsersKeepAnAdministratorAndAreSavedTogether) {
                                                       .administrator = true,
                                                       .groups = {"New group", "Stock"},
                                                       .create_personal = true}));
+}
+
+// Another administrator is faster: what both changed is told and stored at the second OK only, the rest is
+// merged.
+TEST_F(EditorTest, ChangesOfOthersAreMergedOrTold) {
+  const auto other_saves = [this](const std::string& name) {
+    auto users = tables_.Users();
+    for (UserRecord& user : users) user.name = name;
+    tables_.SaveUsers(users, tables_.Users());
+  };
+  UsersDialog dialog(texts_, tables_, "ben", nullptr);
+  Show(dialog);
+  Mnemonic(Qt::Key_N);
+  Type("Benny");
+  other_saves("other");
+  Key(Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("changed or removed these users: ben."));
+  EXPECT_EQ(tables_.Users().back().name, "other");
+  Key(Qt::Key_Return);
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(tables_.Users().front().name, "other");
+  EXPECT_EQ(tables_.Users().back().name, "Benny");
+
+  const TagRecord tag{"t", {{"en", "one"}, {"fr", "un"}}};
+  tables_.SaveTag(tag, {});
+  const auto nobody = [](const std::string&) { return false; };
+  TagTextsDialog texts(texts_, tag, tables_, {"en", "fr"}, "en", nobody, nullptr);
+  Show(texts);
+  Type("My ");
+  tables_.SaveTag({"t", {{"en", "two"}, {"fr", "deux"}}}, tag.texts);
+  QTest::keyClick(&texts, Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("changed the text in these languages: English."));
+  QTest::keyClick(&texts, Qt::Key_Return);
+  EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"t", {{"en", "My one"}, {"fr", "deux"}}}));
+
+  TagTextsDialog made(texts_, {}, tables_, {"en"}, "en", nobody, nullptr);
+  Show(made);
+  Type("t");
+  Find<QPlainTextEdit>()->setPlainText("new");
+  QTest::keyClick(&made, Qt::Key_Return);
+  EXPECT_THAT(Told(), HasSubstr("of this name already"));
 }
 
 TEST(TaskAccess, FollowsOwnerPermissionsAndRights) {

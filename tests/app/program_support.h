@@ -59,7 +59,8 @@ class ProgramTest : public testing::Test {
     state_.marker_file = false;
     state_.data = data_;
     dialogs_.Use(tables_, FromQt(Path()));
-    SetUser(state_, user_);
+    SetUser(state_, tables_, user_);
+    storage_->SetGuard(GuardFor(tables_, user_.id, state_.texts));
     RegisterPages(registry_);
     InstallHost(state_);
     state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };

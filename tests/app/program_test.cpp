@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <plovix/standalone/app/program_options.h>
 #include <plovix/standalone/app/task_exchange.h>
+#include <sys/stat.h>
 
 #include <QAccessible>
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTextBrowser>
+#include <map>
 
 #include "tests/app/program_support.h"
 
@@ -95,9 +97,10 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
   EXPECT_EQ(FocusName(), "txtDay");
   Key(Qt::Key_B, Qt::AltModifier);
   ASSERT_TRUE(QTest::qWaitFor([this] { return FocusName() == "optMonthly"; }));
-  EXPECT_THAT(summary(), AllOf(HasSubstr("Every month on day 31 or the last day of a shorter month, at "),
-                               HasSubstr("This month has no day 31; runs on its last day"),
-                               testing::Not(HasSubstr("Counted from "))));  // every month counts from nowhere
+  EXPECT_THAT(summary(),
+              AllOf(HasSubstr("Every month on day 31, or on the last day of a month that has no day 31, at "),
+                    HasSubstr("This month has no day 31; runs on its last day"),
+                    testing::Not(HasSubstr("Counted from "))));  // every month counts from nowhere
   Key(Qt::Key_Up);
   Key(Qt::Key_Return);
   EXPECT_FALSE(WizardButton("next")->isEnabled()) << "no day of the week is checked";
@@ -113,11 +116,23 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
     Key(Qt::Key_Return);
   }
   WizardButton("finish")->click();
-  const auto* table = list_->findChild<QTableView*>("tasks");
-  EXPECT_THAT(FromQt(table->model()->index(0, TaskTableModel::kSchedule).data().toString()),
-              HasSubstr("Every month on day 31"));
-  const DateTime at = storage_->Load(1)->recurrence->execution_time;
+  const auto listed = [this] {
+    const auto* table = list_->findChild<QTableView*>("tasks");
+    return FromQt(table->model()->index(0, TaskTableModel::kSchedule).data().toString());
+  };
+  EXPECT_THAT(listed(), HasSubstr("Every month on day 31"));
+  TaskRecord stored = storage_->Load(1).value();
+  const DateTime at = stored.recurrence->execution_time;
   EXPECT_EQ(at - std::chrono::floor<std::chrono::days>(at), 21h);
+  stored.recurrence = RecurrenceRecord{3, time_kind::kEveryNHours, 1000, kZeroDate, YearlyRecord{}};
+  storage_->Save(stored, state_.Now());
+  list_->Reload();
+  const auto warns =
+      testing::StartsWith("More than a year without a run: none between 27 February 2026 and ");
+  EXPECT_THAT(listed(), warns);
+  OpenWizard("edit");
+  EXPECT_THAT(summary(), HasSubstr("More than a year without a run"));
+  WizardButton("cancel")->click();
   ListButton("duplicate")->click();
   const TaskRecord copy = storage_->Load(2).value();
   EXPECT_FALSE(copy.allow_automation_manager || copy.recurrence || copy.schedule_start)
@@ -178,14 +193,27 @@ TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
   }
   EXPECT_EQ(storage_->List().size(), 4U);
   {
-    const Answers answers({[](QWidget* box) {
-      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr("Beta (copy)"));
+    const auto yes_to = [](QWidget* box, const char* question) {
+      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()), HasSubstr(question));
       QTest::keyClick(box, Qt::Key_Y, Qt::AltModifier);
-    }});
+    };
+    const Answers answers({[&](QWidget* box) {
+                             TaskRecord changed = storage_->List().back();
+                             changed.name = "Beta (changed)";
+                             storage_->Save(changed, state_.Now());
+                             yes_to(box, "Beta (copy)");
+                           },
+                           [&](QWidget* box) { yes_to(box, "\"Beta (changed)\" has been changed"); }});
     QTest::keyClick(list_->findChild<QTableView*>("tasks"), Qt::Key_Delete);
   }
   QTest::keyClick(filter, Qt::Key_Escape);
   EXPECT_THAT(Names(), ElementsAre("alpha", "Beta", "gamma"));
+  Connection(FromQt(Path()), kTaskFilePatience, Access::kReadWrite)
+      .Run("UPDATE VeloAutoTasks SET MayRun = 'x' WHERE Name = 'Beta'");
+  list_->Reload();
+  EXPECT_THAT(Names(), ElementsAre("alpha", "gamma"));
+  const auto told = list_->findChild<QTableView*>("tasks")->accessibleDescription();
+  EXPECT_THAT(FromQt(told), HasSubstr("\"Beta\" (number 1) cannot be shown: its value \"MayRun\""));
 }
 
 TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
@@ -198,7 +226,7 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   task.name_tag = "T";
   task.categories = {{"C", false}};
   const TaskRecord stored = storage_->Save(task, state_.Now());
-  tables_.SaveTag({"T", {{"en", "Text"}}});
+  tables_.SaveTag({"T", {{"en", "Text"}}}, {});
   list_->Reload();
   const std::string suggested = "Month_ 1_2.task.json";
   const QString path = folder_.filePath(ToQt(suggested));
@@ -239,9 +267,12 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
                                  HasSubstr("1_2.task.json”: line 1, column 4: this is not valid JSON."));
                      QTest::keyClick(box, Qt::Key_Return);
                    }});
-  for (const QString& unreadable : {folder_.path(), folder_.filePath("none")})
+  const QString pipe = folder_.filePath("pipe");
+  ASSERT_EQ(mkfifo(FromQt(pipe).c_str(), 0600), 0);
+  for (const QString& unreadable : {folder_.path(), folder_.filePath("none"), pipe})
     EXPECT_THROW((void)LoadTaskFile(Parts(), unreadable), Failure);
-  EXPECT_THROW(SaveTaskFile(Parts(), task, folder_.filePath("no/where")), Failure);
+  for (const QString& unwritable : {folder_.filePath("no/where"), pipe})
+    EXPECT_THROW(SaveTaskFile(Parts(), task, unwritable), Failure);
 }
 
 TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
@@ -301,21 +332,53 @@ TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
     EXPECT_EQ(dialogs_.Report({6, "Overflow", "Plovix", "Details", "SaveValues", 12}), answer);
 }
 
-TEST(Program, ReadsCommandsWhereThereIsNoDisplayToReach) {
-  const QTemporaryDir home;
-  for (const char* display : {"", ":4077"}) {
+// The program as a process, with a home of its own and no display but what a case brings.
+TEST(Program, ReadsCommandsWithoutADisplayAndSaysInWordsWhatItCannotUse) {
+  const QTemporaryDir folder;
+  const auto at = [&](const char* name) { return folder.filePath(name); };
+  for (const char* pipe : {"pipe.json", "tasks.sqlite-journal"})
+    ASSERT_EQ(mkfifo(FromQt(at(pipe)).c_str(), 0600), 0);
+  QFile large(at("large.json"));
+  ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(5 * 1024 * 1024));
+  struct Case {
+    QStringList arguments = {};
+    std::map<QString, QString> environment = {};
+    int status = 1;
+    std::vector<const char*> words;
+  };
+  const QString device = "/dev/zero";
+  const Case cases[] = {
+      {.status = 0, .words = {"no display", "{\"saved\":[]}\n"}},
+      {.environment = {{"DISPLAY", ":4077"}}, .status = 0, .words = {"no display", "{\"saved\":[]}\n"}},
+      {.environment = {{"QT_QPA_PLATFORM", "nonsense"}}, .words = {"no window", "QT_QPA_PLATFORM=nonsense"}},
+      {.environment = {{"XDG_DATA_HOME", "/proc/no"}}, .words = {"/proc/no/plovix", "with --database"}},
+      {.arguments = {"script", "/dev/stdin"}, .status = 0, .words = {"{\"saved\":[]}\n"}},
+      {.arguments = {"script", folder.path()}, .status = 2, .words = {"Is a directory"}},
+      {.arguments = {"script", device}, .status = 2, .words = {"/dev/zero:1: the line is longer than 1 MB"}},
+      {.arguments = {"script", "-", "--language", at("pipe.json")}, .words = {"no ordinary file but a pipe"}},
+      {.arguments = {"script", "-", "--language", device}, .words = {"no ordinary file"}},
+      {.arguments = {"script", "-", "--language", folder.path()}, .words = {"is a folder"}},
+      {.arguments = {"script", "-", "--language", at("large.json")}, .words = {"larger than 4 MB"}},
+      {.arguments = {"script", "-", "--language", at("no.json")}, .words = {"does not exist"}},
+      {.arguments = {"script", "-", "--database", at("tasks.sqlite")}, .words = {"-journal is no ordinary"}},
+  };
+  for (const Case& each : cases) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) environment.remove(name);
-    environment.insert("DISPLAY", display);
-    environment.insert("XDG_DATA_HOME", home.path());
+    for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) environment.remove(name);
+    environment.insert("XDG_DATA_HOME", folder.path());
+    for (const auto& [name, value] : each.environment) environment.insert(name, value);
     process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationDirPath() + "/plovix", QStringList());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QCoreApplication::applicationDirPath() + "/plovix", each.arguments);
     process.write("saved\n");
     process.closeWriteChannel();
-    ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.readAllStandardOutput(), "{\"saved\":[]}\n") << display;
-    EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr("no display"));
+    ASSERT_TRUE(process.waitForFinished()) << each.words.front();
+    const std::string said = process.readAll().toStdString();
+    EXPECT_EQ(std::pair(process.exitStatus(), process.exitCode()),
+              std::pair(QProcess::NormalExit, each.status))
+        << said;
+    for (const char* words : each.words) EXPECT_THAT(said, HasSubstr(words));
   }
 }
 

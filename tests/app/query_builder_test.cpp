@@ -2,11 +2,13 @@
 #include <gmock/gmock.h>
 #include <plovix/standalone/app/qt_text.h>
 #include <plovix/standalone/app/query_builder_dialog.h>
+#include <plovix/standalone/app/wait_window.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/query/query_text.h>
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -16,6 +18,7 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <future>
 #include <memory>
 
 namespace plovix::app {
@@ -35,8 +38,8 @@ class QueryBuilderTest : public testing::Test {
   ~QueryBuilderTest() override { QLocale::setDefault(QLocale::C); }
 
   void Open(const std::string& text) {
-    dialog_ =
-        std::make_unique<QueryBuilderDialog>(texts_, source_, *source_.Find("a & b"), text, path_, nullptr);
+    dialog_ = std::make_unique<QueryBuilderDialog>(texts_, source_, *source_.Find("a & b"), text,
+                                                   QueryTarget{path_}, nullptr);
     dialog_->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
   }
@@ -195,6 +198,41 @@ TEST_F(QueryBuilderTest, ValuesThatAnEditorWouldChangeGoThroughUnharmed) {
   Text()->moveCursor(QTextCursor::End);
   QTest::keyClicks(Text(), ";");
   EXPECT_EQ(dialog_->Query(), text + ";");
+}
+
+// Where nothing ends a query, or reading the data: measured by a clock that ticks on the window's thread.
+TEST_F(QueryBuilderTest, TheWindowsLiveOnWhateverTheDataDo) {
+  constexpr auto kEndless =
+      "SELECT instr(y, substr(y, 400000) || 'x') FROM (SELECT hex(zeroblob(400000)) AS y)";
+  qint64 longest = 0;
+  QElapsedTimer since;
+  since.start();
+  QTimer clock;
+  clock.callOnTimeout([&] { longest = std::max(longest, since.restart()); });
+  clock.start(5);
+  Open(kEndless);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("do not answer this query in time"); }));
+  TypeText(kEndless);
+  dialog_->accept();
+  dialog_.reset();
+  const auto is_freed = std::make_shared<std::promise<void>>();
+  const BackgroundJob job([is_freed](const std::stop_token&) { is_freed->get_future().wait(); });
+  const auto after = [](int milliseconds, const std::function<void(QMessageBox&)>& act) {
+    QTimer::singleShot(milliseconds, [act] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      act(*box);
+    });
+  };
+  after(400, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_FALSE(WaitWithWindow(texts_)(job));
+  after(400, [&](const QMessageBox& box) {
+    EXPECT_EQ(FromQt(box.text()), "The data are being read...");
+    is_freed->set_value();
+  });
+  EXPECT_TRUE(WaitWithWindow(texts_)(job));
+  EXPECT_LT(longest, 2000) << "milliseconds without a tick";
+  RecordProperty("longest", static_cast<int>(longest));
 }
 
 }  // namespace

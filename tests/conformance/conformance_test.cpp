@@ -115,6 +115,9 @@ Defects MemberDefects() {
       {{"SetRecordMode changes DataObjectName"},
        On("AutoTask.SetRecordMode", [](Rig& rig) { rig.task->SetDataObjectName(""); })},
       {{"A new task exists"}, [](Rig& rig) { rig.new_task.id = 7; }},
+      {{"(ShortDescriptionTag)"},
+       [](Rig& rig) { rig.change_stored = [](auto& it) { it.short_description_tag = ""; }; }},
+      {{"A stored task is loaded"}, [](Rig& rig) { rig.change_stored = [](auto& it) { it.id = 0; }; }},
       {{"SetEveryNDays changes", "SetText changes", "SetTag changes", "SetRecurrenceType changes"},
        ForgetObjects},
       {{"SetDayOfMonth changes what", "(40)"},
@@ -189,6 +192,8 @@ Defects ListDefects() {
        On<CategoryListObject>("Category.SetTag", [](auto& it) { it.Assign(it.Records()); })},
       {{"CategoryList: Item does not"}, FailOn("CategoryList.Item")},
       {{"CategoryList: Clone"}, share},
+      {{"ObjectFactory: The factory gives an object again", "(NewActionList)"},
+       [](Rig& rig) { rig.factory->shared_actions = std::make_shared<ActionListObject>(); }},
       {{"TextCollection: Item is not", "TextCollection: Add does not"}, FailOn("TextCollection.Add")},
   };
 }
@@ -262,15 +267,25 @@ Defects ApplicationDefects() {
   };
 }
 
-// A control that edits the very list it was given.
+// A control that edits the very list it was given, and gives it or a copy of it.
 struct SharingControl final : ActionListControl {
+  explicit SharingControl(bool with_copies) : copies(with_copies) {}
   void Load(const std::shared_ptr<ActionList>& actions) override { list = actions; }
-  std::shared_ptr<ActionList> Actions() override { return list; }
+  std::shared_ptr<ActionList> Actions() override {
+    return copies ? std::make_shared<ActionListObject>(dynamic_cast<ActionListObject&>(*list).records) : list;
+  }
   void OnContextRequest(ContextRequest) override {}
+  bool copies;
   std::shared_ptr<ActionList> list;
 };
 
 Defects DataDefects() {
+  const auto sharing = [](bool copies) {
+    return [=](Rig& rig) {
+      rig.make_control = [=](auto) { return std::make_shared<SharingControl>(copies); };
+      rig.host.remove_action = [](auto& it) { dynamic_cast<SharingControl&>(it).list->Remove(1); };
+    };
+  };
   const auto offer = [](const char* name) {
     return [=](Rig& rig) { rig.scene.data->entries.push_back({{name, "x", "y"}, {}}); };
   };
@@ -292,10 +307,8 @@ Defects DataDefects() {
       {{"The query builder"}, [](Rig& rig) { rig.host.answer_query_builder = [](auto&) {}; }},
       {{"The category editor"}, [](Rig& rig) { rig.host.answer_category_editor = [](auto&) {}; }},
       {{"handler given last"}, [](Rig& rig) { rig.host.ask_context = [](auto&) {}; }},
-      {{
-           "not a list of the control's own",
-       },
-       [](Rig& rig) { rig.make_control = [](auto) { return std::make_shared<SharingControl>(); }; }},
+      {{"not a list of the control's own"}, sharing(false)},
+      {{"Editing changes the list that was loaded"}, sharing(true)},
   };
 }
 
@@ -310,8 +323,15 @@ Defects WizardDefects() {
       {{"is not ended once"}, Wizard("no end")},
       {{"or is kept"}, Wizard("keeps pages")},
       {{"GetNextPage is called with a text"}, Wizard("text in next")},
-      {{"Next does not follow Refresh"}, Wizard("ignores Refresh")},
+      {{"shown by User::Show"}, Wizard("no Show")},
+      {{"Next does not follow Refresh", "Finish does not follow Refresh"}, Wizard("ignores Refresh")},
+      {{"Finish does not follow Refresh"}, Wizard("Finish ignores Refresh")},
       {{"Refresh does not ask", "before the user's last choice"}, Wizard("asks once")},
+      {{"A verb does not ask"}, Wizard("asks at Refresh")},
+      {{"Back does not lead"}, Wizard("Back to the start")},
+      {{"Cancel stores the task"}, Wizard("Cancel stores")},
+      {{"Finish does not store"}, Wizard("Finish stores nothing")},
+      {{"shown that could not be loaded"}, Wizard("shows what failed")},
       {{"with its own direction"}, Wizard("wrong direction")},
       {{"A page that refuses is left"}, Wizard("ignores refusal")},
       {{"MoveNext is not as Next"}, Wizard("no MoveNext")},
@@ -325,8 +345,14 @@ Defects WalkDefects() {
   return {
       {{"RecurrenceTime cannot be filled in", "failure 91 in RetrieveValues, line "}, ForgetTask},
       {{"Details does not show again", "txtName lost  Größe 1 "}, TrimName},
-      {{"WeeklyRecurrence does not show again", "txtWeeks lost 3"},
+      {{"WeeklyRecurrence does not show again what was entered", "txtWeeks lost 3"},
        On<WeeklyPatternObject>("WeeklyPattern.EveryN", forget)},
+      {{"WeeklyRecurrence does not show again what was stored", "chkMonday lost"},
+       [](Rig& rig) {
+         rig.change_stored = [](auto& it) {
+           if (auto* weekly = std::get_if<WeeklyRecord>(&it.recurrence->pattern)) weekly->days = {};
+         };
+       }},
       {{"DailyRecurrence cannot be filled in", "what follows is \"Plovix.Query\""},
        On("DailyPattern.SetEveryN", [](Rig& rig) { rig.task->SetRecordMode(record_mode::kQueryResults); })},
       {{"Details cannot be filled in", "cboDataObject does not take Customers"},
@@ -372,6 +398,21 @@ TEST(Conformance, EveryDefectIsSaidAndEveryCheckCanFail) {
     defect.apply(rig);
     Hold(defect, WalkPages(rig.host), unbroken);
   }
+}
+
+// So a host that crashes shows in which check.
+TEST(Conformance, ACheckIsNamedBeforeItIsMade) {
+  Rig rig;
+  std::vector<std::string> names;
+  rig.host.before_check = [&](const std::string& check) { names.push_back(check); };
+  std::string in_clone;
+  rig.on_call = [&](std::string_view member) {
+    if (member == "CategoryList.Clone" && in_clone.empty()) in_clone = names.back();
+  };
+  for (const Finding& finding : CheckHost(rig.host)) {
+    EXPECT_EQ(std::ranges::count(names, finding.about + ": " + finding.sentence), 1) << Text(finding);
+  }
+  EXPECT_TRUE(in_clone.starts_with("CategoryList: Clone shares")) << in_clone;
 }
 
 TEST(Conformance, AFailureOfAnyMemberIsNoticed) {
@@ -446,7 +487,8 @@ TEST(Conformance, WhatIsLeftOutIsNotRunAndNotPassed) {
                  &Host::make_permissions, &Host::open_wizard, &Host::data_object, &Host::file_tag,
                  &Host::store_categories, &Host::hold_right, &Host::grant, &Host::answer_reports,
                  &Host::answer_boxes, &Host::answer_tag_editor, &Host::answer_query_builder,
-                 &Host::answer_category_editor, &Host::answer_permission_editor, &Host::ask_context),
+                 &Host::answer_category_editor, &Host::answer_permission_editor, &Host::ask_context,
+                 &Host::remove_action, &Host::store_task, &Host::count_tasks),
             0);
   const Findings nothing = CheckHost({});
   for (const Finding& finding : nothing) EXPECT_EQ(finding.verdict, Verdict::kNotRun) << finding.sentence;

@@ -58,6 +58,14 @@ Rig::Rig() {
   host.ask_context = [](ActionListControl& control) {
     (void)dynamic_cast<VeloActionList&>(control).OfferedKinds();
   };
+  host.remove_action = [](ActionListControl& control) { dynamic_cast<VeloActionList&>(control).Remove(0); };
+  host.store_task = [this](const std::shared_ptr<AutoTask>& given) {
+    TaskRecord stored = scene.storage.Save(dynamic_cast<TaskObject&>(*given).Record(), state.Now());
+    change_stored(stored);
+    return task = MakeTask(state, stored);
+  };
+  host.count_tasks = [this] { return scene.storage.List().size(); };
+  host.before_check = [](const std::string&) {};
 }
 
 conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const std::string& first) {
@@ -81,15 +89,19 @@ conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const st
       case ChangeDirection::kNext:
         return (void)wizard.Next();
       case ChangeDirection::kBack:
-        return (void)wizard.Back();
+        while (wizard.Back() && wizard_fault == "Back to the start") {
+        }
+        return;
       case ChangeDirection::kFinish:
-        return (void)wizard.Finish();
+        return (void)(wizard_fault == "Finish stores nothing" ? wizard.Cancel() : wizard.Finish());
       case ChangeDirection::kCancel:
-        return (void)wizard.Cancel();
+        return (void)(wizard_fault == "Cancel stores" && wizard.Buttons().finish ? wizard.Finish()
+                                                                                 : wizard.Cancel());
     }
   };
-  const auto enabled = [opened](ChangeDirection button) {
-    const WizardButtons buttons = opened->wizard->Buttons();
+  const auto enabled = [this, opened](ChangeDirection button) {
+    WizardButtons buttons = opened->wizard->Buttons();
+    if (wizard_fault == "Finish ignores Refresh") buttons.finish = opened->wizard->NextIdentifier() == "";
     const bool by_direction[] = {buttons.next, buttons.back, buttons.finish, buttons.cancel};
     return by_direction[static_cast<std::size_t>(button)];
   };

@@ -23,7 +23,9 @@ struct RiggedFactory final : ObjectFactory {
     if (!same || made.empty()) made.push_back(std::make_shared<T>(arguments...));
     return made.back();
   }
-  std::shared_ptr<ActionList> NewActionList() override { return Made<ActionListObject>(); }
+  std::shared_ptr<ActionList> NewActionList() override {
+    return shared_actions ? shared_actions : Made<ActionListObject>();
+  }
   std::shared_ptr<ValueStore> NewValueStore() override { return Made<StoreObject>(); }
   std::shared_ptr<CategoryList> NewCategoryList() override { return Made<CategoryListObject>(state); }
   std::shared_ptr<Category> NewCategory() override { return Made<CategoryObject>(state); }
@@ -39,6 +41,7 @@ struct RiggedFactory final : ObjectFactory {
 
   HostState& state;
   bool same = false;
+  std::shared_ptr<ActionListObject> shared_actions;
   std::tuple<Objects<ActionListObject>, Objects<StoreObject>, Objects<CategoryListObject>,
              Objects<CategoryObject>, Objects<TextCollectionObject>, Objects<PermissionEditor>,
              Objects<QueryDefinitionObject>, Objects<QueryBuilderObject>, Objects<RecurrenceObject>,
@@ -73,7 +76,12 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
       store = own;
     }
     if (fault == "no task") store = std::make_shared<StoreObject>();
-    page->IWizardPage_Initialize(std::shared_ptr<WizardHost>(shared_from_this(), this), store);
+    try {
+      page->IWizardPage_Initialize(std::shared_ptr<WizardHost>(shared_from_this(), this), store);
+    } catch (const Failure&) {
+      if (fault != "shows what failed") throw;
+    }
+    if (fault == "no Show") Controls().OnShow(nullptr);
   }
   void IWizardPage_Terminate() override {
     if (fault != "no end") page->IWizardPage_Terminate();
@@ -81,7 +89,10 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   }
   void IWizardPage_GetNextPage(std::string& next) override {
     if (fault == "text in next") next = "former";
-    if (fault != "asks once" || answer.empty()) page->IWizardPage_GetNextPage(answer = next);
+    const bool knows = fault == "asks once"         ? !answer.empty()
+                       : fault == "asks at Refresh" ? !std::exchange(refreshed, false)
+                                                    : false;
+    if (!knows) page->IWizardPage_GetNextPage(answer = next);
     next = answer;
   }
   bool IWizardPage_CanChangePage(ChangeDirection direction) override {
@@ -94,13 +105,17 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   bool IWizardPage_NextEnabled() override { return false; }
   void IWizardPage_GetMinimumSize(int&, int&) override {}
   Form& Controls() noexcept override { return page->Controls(); }
-  void Refresh(bool can_continue) override { wizard->Refresh(can_continue || fault == "ignores Refresh"); }
+  void Refresh(bool can_continue) override {
+    refreshed = true;
+    wizard->Refresh(can_continue || fault == "ignores Refresh");
+  }
   void MoveNext() override {
     if (fault != "no MoveNext") wizard->MoveNext();
     if (fault == "drops page" && !wizard) page = nullptr;
   }
 
   std::string fault, answer;
+  bool refreshed = false;
   std::shared_ptr<WizardPage> page;
   std::shared_ptr<WizardHost> wizard;
 };
@@ -145,6 +160,7 @@ struct Rig final : CallObserver {
   std::function<std::shared_ptr<HostControl>(std::string_view name)> make_control = MakeHostControl;
   TaskRecord new_task;
   std::function<void(std::vector<ActionRecord>&)> change_actions = [](auto&) {};
+  std::function<void(TaskRecord&)> change_stored = [](auto&) {};
   conformance::HostUnderTest host;
   std::vector<std::shared_ptr<void>> kept;  // wizards that are never closed
   std::function<void(std::string_view member)> on_call;

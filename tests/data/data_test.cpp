@@ -1,5 +1,6 @@
 // The catalogue of a user's database file, the sample database, and running queries on it.
 #include <gmock/gmock.h>
+#include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <thread>
 
 #include "tests/query/query_support.h"
 
@@ -18,6 +20,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 namespace fs = std::filesystem;
 
 constexpr std::chrono::local_days kToday{std::chrono::year{2026} / 1 / 5};
@@ -42,8 +45,8 @@ class DataTest : public testing::Test {
     }
     return {};
   }
-  [[nodiscard]] std::string ProblemOf(const std::string& sql) const {
-    const auto result = RunQuery(path_, {sql, {}});
+  [[nodiscard]] std::string ProblemOf(const std::string& sql, bool reads_hidden = false) const {
+    const auto result = RunQuery({path_, reads_hidden}, {sql, {}});
     const auto* problem = std::get_if<QueryProblem>(&result);
     return problem == nullptr ? "" : std::string(problem->text) + "|" + problem->detail;
   }
@@ -146,31 +149,119 @@ TEST_F(DataTest, TheSampleIsWholeAndNeverReplacesAFile) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1);
 }
 
-TEST_F(DataTest, AQueryThatWouldChangeAnythingIsRefusedInWords) {
-  Run({"CREATE TABLE a (x)", "INSERT INTO a VALUES (1), (NULL), (x'00ff'), ('é')"});
-  const std::vector<std::pair<std::string, std::string>> cases = {
+TEST_F(DataTest, AQueryReadsWhatItMayAndDoesNothingElse) {
+  Run({"CREATE TABLE a (x)", "INSERT INTO a VALUES (1), (NULL), (x'00ff'), ('é')", "CREATE TABLE _pay (x)",
+       "INSERT INTO _pay VALUES (9)", "CREATE VIEW pay AS SELECT x FROM \"_PAY\"",
+       "CREATE VIEW paid AS WITH a AS (SELECT * FROM pay) SELECT count(*) AS n FROM a",
+       "CREATE VIRTUAL TABLE words USING fts5(w)", "INSERT INTO words VALUES ('b c')",
+       "CREATE VIRTUAL TABLE older USING fts4(w)", "INSERT INTO older VALUES ('b c')",
+       "CREATE VIRTUAL TABLE places USING rtree(id, x0, x1)", "INSERT INTO places VALUES (1, 2, 3)",
+       "CREATE VIRTUAL TABLE pay_words USING fts5(x, content='_pay')",
+       "CREATE VIRTUAL TABLE pages USING dbstat"});
+  for (const char* unsafe : {"places", "pages"}) EXPECT_EQ(source_.Find(unsafe), std::nullopt) << unsafe;
+  constexpr auto kPay = "query.preview.table|_pay";
+  const struct {
+    std::string sql, problem;
+    std::string administrators = problem;
+  } cases[] = {
       {"select * from a; -- fine", ""},
       {"values (1)", ""},
+      {"with recursive n(i) as (select 1 union all select i + 1 from n limit 9) select count(*) from n", ""},
+      {"select upper(x), sum(x) over (), printf('%.2f', x), json_each.value ->> '$' from a, json_each('[1]')",
+       ""},
+      {"select snippet(words, 0, '', '', '', 5), bm25(words) from words where words match 'c'", ""},
+      {"select snippet(older) from older where w match 'c'", ""},
+      {"select id from places where x0 > 1", "query.preview.write|"},
       {"", "query.preview.select|"},
       {"pragma user_version = 5", "query.preview.select|"},
       {"attach 'b.sqlite' as b", "query.preview.select|"},
       {"with t as (select 1) insert into a select * from t", "query.preview.write|"},
       {"select 1; delete from a", "query.preview.second|"},
+      {"select 1; pragma hard_heap_limit = 1048576", "query.preview.second|"},
       {"select nosuch from a", "query.preview.sql|no such column: nosuch"},
-      {"select load_extension('x')", "query.preview.sql|not authorized"}};
-  for (const auto& [sql, problem] : cases) {
-    EXPECT_EQ(ProblemOf(sql), problem) << sql;
-    // An extension is refused only when it is to be loaded.
-    const bool is_known_before = !problem.empty() && problem.find("authorized") == std::string::npos;
-    EXPECT_EQ(CheckQuery(path_, sql).has_value(), is_known_before) << sql;
+      {"select load_extension('x')", "query.preview.function|load_extension"},
+      {"select fts3_tokenizer('t', x'4141414141414141')", "query.preview.function|fts3_tokenizer"},
+      {"select sqlite_compileoption_get(1)", "query.preview.function|sqlite_compileoption_get"},
+      {"select sql from sqlite_master", "query.preview.table|sqlite_master"},
+      {"with t as (select 1) update sqlite_master set sql = ''",
+       "query.preview.sql|table sqlite_master may not be modified"},
+      {"select count(*) from sqlite_schema", "query.preview.table|sqlite_schema"},
+      {"select * from pragma_hard_heap_limit(1048576)", "query.preview.table|pragma_hard_heap_limit"},
+      {"select 1 from pragma_table_info('a')", "query.preview.table|pragma_table_info"},
+      {"select * from dbstat", "query.preview.table|dbstat"},
+      {"select * from pages", "query.preview.table|pages"},
+      {"select * from sqlite_stmt", "query.preview.table|sqlite_stmt"},
+      {"select x from _pay", kPay, ""},
+      {"select 1 in _Pay", kPay, ""},
+      {"select count(*) from main.[_pay]", kPay, ""},
+      {"with a as (select * from _pay) select * from a", kPay, ""},
+      {"select * from pay", kPay, ""},
+      {"select n from paid", kPay, ""},
+      {"select x from pay_words", "query.preview.table|pay_words", ""},
+      {"with _pay(b) as (select 1) select b from _pay", ""},
+  };
+  for (const auto& query : cases) {
+    EXPECT_EQ(ProblemOf(query.sql), query.problem) << query.sql;
+    EXPECT_EQ(ProblemOf(query.sql, true), query.administrators) << query.sql;
+    EXPECT_EQ(CheckQuery({path_}, query.sql).has_value(), !query.problem.empty()) << query.sql;
   }
-  const auto rows = std::get<QueryRows>(RunQuery(path_, {"select x, x as y from a where x is not ?", {"z"}}));
+  const Connection other(path_, 50ms, Access::kReadOnly);
+  EXPECT_GT(other.Integer("PRAGMA hard_heap_limit"), 1 << 20) << "a refused statement acted";
+  for (const DataObjectRecord& object : source_.List())
+    EXPECT_EQ(object.reads_hidden, object.name.starts_with("pa") && object.name != "pages") << object.name;
+  const auto rows =
+      std::get<QueryRows>(RunQuery({path_}, {"select x, x as y from a where x is not ?", {"z"}}));
   EXPECT_THAT(rows.columns, ElementsAre("x", "y"));
   EXPECT_EQ(rows.count, 4);
   EXPECT_THAT(rows.rows[1], ElementsAre(std::nullopt, std::nullopt));
   EXPECT_EQ(rows.rows[2][0], "x'00FF'");
   fs::remove(path_);
   EXPECT_THAT(ProblemOf("select 1"), HasSubstr("query.preview.file|" + path_));
+}
+
+// Each of them kept the database busy for minutes, took all memory, or ended the program.
+TEST_F(DataTest, WhatWouldKeepTheDatabaseBusyIsRefusedOrGivenUp) {
+  constexpr int kViews = 1000;
+  Run({"CREATE TABLE a (x)", "INSERT INTO a VALUES (1)", "CREATE VIEW chain0 AS SELECT * FROM a",
+       "CREATE VIEW wide0 AS SELECT x AS id FROM a"});
+  {
+    const Connection connection(path_, 50ms, Access::kReadWrite);
+    connection.Run("BEGIN");
+    for (int i = 1; i < kViews; ++i) {
+      const std::string below = std::to_string(i - 1);
+      connection.Run("CREATE VIEW chain" + std::to_string(i) + " AS SELECT * FROM chain" + below);
+      if (i > 40) continue;
+      connection.Run("CREATE VIEW wide" + std::to_string(i) + " AS SELECT (SELECT id FROM wide" + below +
+                     ") + (SELECT id FROM 'wide" + below + "') AS id");
+    }
+    connection.Run("COMMIT");
+  }
+  std::string common = "WITH c0 AS (SELECT 1 AS x)";
+  for (int i = 1; i <= 40; ++i) {
+    const std::string below = "c" + std::to_string(i - 1);
+    common += ", c" + std::to_string(i) + "(x) AS NOT MATERIALIZED (SELECT " + below + ".x FROM " + below +
+              " JOIN " + below + " AS b)";
+  }
+  const auto started = std::chrono::steady_clock::now();
+  const std::pair<std::string, std::string> cases[] = {
+      {"SELECT * FROM chain30", ""},
+      {"SELECT * FROM chain999", "query.preview.nested|"},
+      {"SELECT * FROM wide5", ""},
+      {"SELECT * FROM wide40", "query.preview.nested|"},
+      {"SELECT 1 FROM a WHERE x IN main.wide40", "query.preview.nested|"},
+      {common + " SELECT * FROM c40", "query.preview.nested|"},
+      {"SELECT " + std::string(5000, '(') + "1", "query.preview.nested|"},
+      {"SELECT zeroblob(900000000)", "query.preview.file|"},
+  };
+  for (const auto& [sql, problem] : cases)
+    EXPECT_THAT(ProblemOf(sql), StartsWith(problem)) << sql.substr(0, 80);
+  EXPECT_EQ(source_.List().size(), 1042U);
+  EXPECT_EQ(source_.Find("wide5")->key, "id");
+  EXPECT_EQ(source_.Find("wide40")->key, "");
+  EXPECT_THROW((void)source_.Fields("chain999"), Failure);
+  SqliteDataSource hasty(path_, 50ms, 1ms);
+  EXPECT_THROW((void)hasty.List(), Failure);
+  EXPECT_LT(std::chrono::steady_clock::now() - started, 20s);
 }
 
 // Every text, typed or mutated, finds the same records as what is written for the model that is read from it.
@@ -235,6 +326,49 @@ TEST_F(DataTest, WhatIsReadFromATextMeansWhatTheTextMeans) {
   EXPECT_GT(kept, 1000);
 }
 
+// A function that computes on and on notices nothing: nobody waits for it, the owner's end included.
+TEST_F(DataTest, NobodyWaitsForWorkThatDoesNotEnd) {
+  Run({"CREATE TABLE a (x)"});
+  const auto started = std::chrono::steady_clock::now();
+  const auto is_freed = std::make_shared<std::promise<void>>();
+  {
+    BackgroundDataSource source(path_, WaitAtMost(1s));
+    EXPECT_EQ(source.List().size(), 1U);
+    BackgroundDataSource stuck(path_, [](const BackgroundJob&) { return false; });
+    EXPECT_THROW((void)stuck.List(), Failure);
+    std::vector<std::unique_ptr<BackgroundJob>> jobs;
+    const std::shared_future<void> free = is_freed->get_future().share();
+    for (int refusals = 0; refusals < 50;) {  // the one that was given up ends meanwhile
+      try {
+        jobs.push_back(std::make_unique<BackgroundJob>([free](const std::stop_token&) { free.wait(); }));
+      } catch (const Failure&) {
+        std::this_thread::sleep_for(10ms);
+        ++refusals;
+      }
+    }
+    EXPECT_EQ(jobs.size(), std::size_t{kMostJobs});
+    EXPECT_FALSE(jobs.front()->WaitFor(1ms));
+    std::string problem;
+    QueryPreview preview({path_}, [](const std::function<void()>& result) { result(); });
+    preview.Ask({"SELECT 1", {}}, [&problem](const QueryPreview::Result& result) {
+      problem = std::get<QueryProblem>(result).text;
+    });
+    EXPECT_EQ(problem, "query.preview.file");
+    EXPECT_THROW((void)source.List(), Failure);
+    is_freed->set_value();
+    EXPECT_TRUE(jobs.front()->WaitFor(10s));
+    EXPECT_TRUE(jobs.back()->WaitFor(10s));
+    EXPECT_EQ(source.Find("A")->name, "a");
+  }
+  {
+    QueryPreview preview({path_}, [](const std::function<void()>&) { ADD_FAILURE() << "nobody is there"; });
+    preview.Ask({"SELECT instr(y, substr(y, 400000) || 'x') FROM (SELECT hex(zeroblob(400000)) AS y)", {}},
+                {});
+    std::this_thread::sleep_for(100ms);
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - started, 5s);
+}
+
 TEST_F(DataTest, ANewerQueryOrTheEndInterruptsTheRunningOne) {
   Run({"CREATE TABLE a (x)", "INSERT INTO a VALUES (1)"});
   const BoundQuery endless{"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT * FROM n",
@@ -242,7 +376,7 @@ TEST_F(DataTest, ANewerQueryOrTheEndInterruptsTheRunningOne) {
   const BoundQuery silent{endless.sql + " WHERE i < 0", {}};
   std::promise<std::function<void()>> posted;
   {
-    QueryPreview preview(path_,
+    QueryPreview preview({path_},
                          [&posted](std::function<void()> result) { posted.set_value(std::move(result)); });
     std::int64_t count = 0;
     const auto nobody = [](const QueryPreview::Result&) { ADD_FAILURE() << "nobody waits for this"; };
@@ -254,7 +388,7 @@ TEST_F(DataTest, ANewerQueryOrTheEndInterruptsTheRunningOne) {
     preview.Ask(silent, nobody);
   }
   for (const BoundQuery& query : {endless, silent}) {
-    const auto rows = std::get<QueryRows>(RunQuery(path_, query, {.time = 20ms}));
+    const auto rows = std::get<QueryRows>(RunQuery({path_}, query, {.time = 20ms}));
     EXPECT_FALSE(rows.complete);
     EXPECT_EQ(rows.rows.size(), query.sql == silent.sql ? 0U : 20U);
   }

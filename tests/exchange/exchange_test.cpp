@@ -6,6 +6,7 @@
 #include <plovix/standalone/exchange/strict_json.h>
 #include <plovix/standalone/language/languages.h>
 
+#include <ctime>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -40,7 +41,7 @@ std::string Write(const TaskFile& file) {
 TEST(TaskFiles, BringBackWhatWasWritten) {
   for (const std::string& odd :
        {std::string("ö\u202e\U0001F600\"\\\n"), std::string("\xFF\0\xC3\xED\xA0\x80", 6),
-        std::string("\uFEFF\U0010FFFF\x34\x31"), std::string(10'000, 'x')}) {
+        std::string("\uFEFF\U0010FFFF\x34\x31"), std::string(900, 'x')}) {
     for (const PatternRecord& pattern : kPatterns) {
       const TaskFile file{FullTask(pattern, odd), pattern.index() % 2 == 0, Tags(odd)};
       EXPECT_EQ(Read(Write(file)), file) << odd.substr(0, 20) << pattern.index();
@@ -152,7 +153,13 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
        "task.recordMode: a number from -32768 to 32767 was expected, 32768 stands there."},
       {damaged("\"version\": 1", "\"version\": 2"), "the file is of version 2, this program reads version 1"},
+      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file is of version 1e+20, this"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
+      {damaged("Name'", std::string(1001, 'x')), "task.name: this text is longer than 1000 characters."},
+      {damaged("Query'", std::string(100'001, 'x')),
+       "task.query: this text is longer than 100000 characters."},
+      {damaged("\"text\": \"'", '"' + std::string(1001, 'x') + "\": \""),
+       "xxx…: this text is longer than 1000"},
       {damaged("9999-12-31", "2026-02-29"), "task.scheduleStart: null or a date such as"},
       {damaged("\"'2\"", "\"\""), "task.permissions[1].subject: a name is empty here."},
       {damaged("\"'2\"", "\"'\""), "task.permissions[1].subject: this is given twice."},
@@ -171,6 +178,21 @@ TEST(TaskFiles, SayWhatIsWrong) {
       EXPECT_LT(failure.Description().size(), 500U);
     }
   }
+}
+
+// Quadratic, writing and importing would take half a minute of the processor.
+TEST(TaskFiles, WithTensOfThousandsOfTagsAreExchangedAtOnce) {
+  TaskFile file;
+  for (int i = 0; i < 30'000; ++i) {
+    file.tags.push_back({"a tag of number " + std::to_string(i), {}});
+    file.task.categories.push_back({file.tags.back().tag});
+  }
+  const std::clock_t start = std::clock();
+  const TaskFile read = Read(Write(file));
+  ImportTarget target;
+  target.tags = TagsUsed(read.task, read.tags);
+  EXPECT_TRUE(ForImport(read, target).new_tags.empty());
+  EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 10);
 }
 
 class OneObject final : public DataSource {

@@ -67,7 +67,7 @@ TEST(Languages, HoldEveryTextInUseAndNoOtherWithTheSameParameters) {
   const auto keys = FoundInSources(
       {PLOVIX_SOURCE_DIR "/standalone"},
       std::regex(
-          R"re("((?:action|button|category|data|error|exchange|list|permission|program|query|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
+          R"re("((?:action|button|category|data|entry|error|exchange|list|permission|program|query|rights|schedule|summary|surface|tag|user|wizard)\.(?!h")[a-z][A-Za-z.]*)")re"));
   const TextTable english = LoadLanguage("en");
   for (const auto& [code, json] : EmbeddedLanguages()) {
     const TextTable table = LoadLanguage(code);
@@ -98,6 +98,7 @@ TEST(Languages, AreChosenByTheUsersPreference) {
 TEST(Languages, SayWhatIsWrongWithAFile) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"{", "parse error"},
+      {R"({"a]]\"":)" + std::string(1'000'000, '['), "nested deeper than 16 levels"},
       {R"({"language":"x"})", "name"},
       {R"({"language":"x","name":"X","direction":"up","pages":{},"host":{}})", "direction"},
       {R"({"language":"x","name":"X","direction":"rtl","pages":{"a4":"t"},"host":{}})", "a4"},

@@ -57,7 +57,10 @@ TEST_F(LibraryTest, EntryPointsRefuseInWordsAndChangeNothing) {
   EXPECT_EQ(Register(kInterfaceVersion, nullptr), EntryResult::kInvalidArgument);
   EXPECT_EQ(Unregister(&other), EntryResult::kNotRegistered);
   EXPECT_EQ(Factory("Plovix.Nonsense"), EntryResult::kUnknownIdentifier);
-  EXPECT_THAT(error.text, HasSubstr("Plovix.Nonsense"));
+  EXPECT_THAT(error.text, HasSubstr("\"Plovix.Nonsense\""));
+  // Broken bytes, an overlong form, half of a surrogate pair, and what would break a line of a log.
+  EXPECT_EQ(Factory("\u00E9\xC3|\xC0\xAF|\xED\xA0\x80|\n"), EntryResult::kUnknownIdentifier);
+  EXPECT_THAT(error.text, HasSubstr("\"\u00E9\uFFFD|\uFFFD\uFFFD|\uFFFD\uFFFD\uFFFD|\uFFFD\""));
   EXPECT_EQ(Factory(std::string(1000, 'x').c_str()), EntryResult::kUnknownIdentifier);
   EXPECT_EQ(std::string(error.text).size(), sizeof error.text - 1);
   std::string two_bytes_each;

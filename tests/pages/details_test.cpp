@@ -456,34 +456,115 @@ TEST_F(DetailsTest, SettingsPermissionsAndFlags) {
   }
 }
 
-// Continuing after a failure loses neither a category nor a permission set.
+// Fails the calls of one member: the first one, or all.
+class FailMember final : public CallObserver {
+ public:
+  explicit FailMember(std::string_view member, bool always = false) : member_(member), always_(always) {}
+  void HostCalled(std::string_view called) override {
+    if (called != member_ || (failed && !always_)) return;
+    failed = true;
+    throw Failure(5, "fails");
+  }
+  bool failed = false;
+
+ private:
+  std::string_view member_;
+  bool always_;
+  ObserveCalls observe_{*this};
+};
+
+// Continuing after a failure loses neither what is stored nor what is listed, and trying again finds it all.
 TEST_F(DetailsTest, WhatASkippedStatementWasToGiveStaysAsItWas) {
+  task.record_mode = 2;
   task.permissions = PermissionSet{{"bob", false, true}};
-  scene.stored_categories = {"twice", "twice"};
+  task.data_object_name = "Order";
+  task.data_object_caption = "Orders";
   scene.dialogs.on_report = [](const FailureReport&) { return 1; };
-  struct FailOnce final : CallObserver {
-    explicit FailOnce(std::string_view wanted) : member(wanted) {}
-    void HostCalled(std::string_view called) override {
-      if (called == member && !std::exchange(failed, true)) throw Failure(5, "fails once");
-    }
-    std::string_view member;
-    bool failed = false;
-  };
-  for (const std::string_view member :
-       {"LanguageTable.TagForText", "Category.Tag", "AutoTask.Permissions",
-        "ObjectFactory.NewPermissionEditor", "CategoryList.Load", "Category.Text"}) {
-    const bool at_start = member == "CategoryList.Load" || member == "Category.Text";
-    if (!at_start) Open(kBothRights);
-    FailOnce injected(member);
-    const ObserveCalls observe(injected);
-    if (at_start) Open(kBothRights);
+  for (const std::string_view member : {"LanguageTable.TagForText", "Category.Tag", "AutoTask.Permissions",
+                                        "ObjectFactory.NewPermissionEditor", "DataObject.Name"}) {
+    Open(kBothRights);
+    const FailMember injected(member);
     Click("lblPermissions");
     const TaskRecord saved = Left();
     EXPECT_TRUE(injected.failed) << member;
     EXPECT_EQ(saved.categories, task.categories) << member;
     EXPECT_EQ(saved.permissions, task.permissions) << member;
-    EXPECT_EQ(Items(Category()), Texts{"twice"}) << member;
+    EXPECT_EQ(saved.data_object_name + saved.data_object_caption, "OrderOrders") << member;
   }
+  struct Row {
+    const char* member;
+    bool always;
+    const char* list;
+    Texts before, after;
+  };
+  const Texts objects = {"Customers", "Orders"};
+  for (const Row& row :
+       std::vector<Row>{{"CategoryList.Load", false, "cboCategory", {"two"}, {"two", "one"}},
+                        {"Category.Text", false, "cboCategory", {"two"}, {"two", "one"}},
+                        {"Recordset.MoveNext", true, "cboCategory", {"one"}, {"one", "two"}},
+                        {"DataObject.Caption", false, "cboDataObject", {"Orders"}, objects},
+                        {"Utilities.FoldCase", true, "cboDataObject", {"Orders"}, objects}}) {
+    scene.stored_categories = {"one", "two"};
+    const bool categories = std::string_view(row.list) == "cboCategory";
+    if (!categories) Open(kBothRights);
+    {
+      const FailMember injected(row.member, row.always);
+      categories ? Open(kBothRights) : static_cast<void>(bench->user.DropDown(Object()));
+      EXPECT_TRUE(injected.failed) << row.member;
+    }
+    auto& list = bench->Get<ComboBox>(row.list);
+    EXPECT_EQ(Items(list), row.before) << row.member;
+    bench->user.DropDown(list);
+    EXPECT_EQ(Items(list), row.after) << row.member;
+    EXPECT_EQ(Object().Text(), "Orders") << row.member;
+  }
+}
+
+// Also where everything else would go on.
+TEST_F(DetailsTest, AFailedCheckDoesNotPass) {
+  task.actions = {{"kind", "", 8, 4, {}}, {"kind", "", 8, 4, {}}};
+  scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  Open();
+  {
+    const FailMember injected("ActionList.Item");
+    Toggle("chkAutoMan");
+  }
+  EXPECT_TRUE(scene.dialogs.boxes.empty()) << "nobody is asked to drop what nobody has looked at";
+  const FailMember injected("AutoTask.RecordMode");
+  EXPECT_FALSE(bench->Leave(ChangeDirection::kNext));
+  EXPECT_EQ(bench->task->Record(), task);
+}
+
+// The name does not take the place of a description that could not be read, nor nothing that of a data
+// object.
+TEST_F(DetailsTest, WhatCouldNotBeReadWaitsForTheUser) {
+  scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  {
+    const FailMember injected("AutoTask.DataObjectName");
+    Open();
+  }
+  EXPECT_EQ(Left(), task);
+  EXPECT_FALSE(bench->store->values.contains("DataObject"));
+  {
+    const FailMember injected("AutoTask.Description");
+    Open();
+  }
+  bench->user.Leave((*bench)["txtName"]);
+  EXPECT_FALSE(bench->Leave(ChangeDirection::kNext));
+  bench->user.Type((*bench)["txtDescription"], "New");
+  EXPECT_EQ(Left().description, "New");
+}
+
+TEST_F(DetailsTest, AfterSavingCategoriesAreEditedInACopy) {
+  Open();
+  bench->task->SetCategories(nullptr);
+  bench->Initialize();
+  bench->user.Type(Category(), "own");
+  task.categories = Left().categories;
+  scene.dialogs.chosen_categories = {{"a", true}, {"b", true}};
+  Click("lblCategory");
+  EXPECT_EQ(bench->task->Record().categories, task.categories);
+  EXPECT_EQ(Left().categories, *scene.dialogs.chosen_categories);
 }
 
 }  // namespace

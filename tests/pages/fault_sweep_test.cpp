@@ -1,10 +1,11 @@
 // The fault sweep. Every host call that a page makes, in every operation and for every verb of the user,
-// fails once, twice and for ever, under every answer of the error reporter. It knows no page: what is
-// registered is swept.
+// fails once, twice and for ever, under every answer of the error reporter, also while the host ends the
+// page. It knows no page: what is registered is swept.
 #include <set>
 
 #include "tests/support/faults.h"
 #include "tests/support/page_sources.h"
+#include "tests/support/walk_rules.h"
 
 namespace plovix {
 namespace {
@@ -19,7 +20,9 @@ struct Operation {
 };
 
 const std::string kInitialize = "IWizardPage_Initialize";
+const std::string kInitializeAndLeave = kInitialize + " and leave";
 const std::string kLeave = "IWizardPage_CanChangePage";
+constexpr int kEndsThePage = 3;  // an answer of the test's own: ends the page and retries
 
 using Verb = void (*)(Bench&, Control&);
 constexpr Verb kVerbs[] = {
@@ -44,6 +47,7 @@ std::vector<Operation> OperationsOf(const Form& form) {
   };
   std::vector<Operation> operations = {
       operation(kInitialize, [](Bench& bench) { bench.Initialize(); }),
+      {kInitializeAndLeave, [](Bench& bench) { return bench.Initialize().Leave(ChangeDirection::kNext); }},
       operation("IWizardPage_Title", [](Bench& bench) { (void)bench.page->IWizardPage_Title(); }),
       operation("IWizardPage_Description", [](Bench& bench) { (void)bench.page->IWizardPage_Description(); }),
       operation("IWizardPage_GetNextPage", [](Bench& bench) { (void)bench.Next(); }),
@@ -113,14 +117,28 @@ class Sweep {
     Scene scene;
     scene.state.language_tag_mode = state.application_tags;
     Furnish(scene);
-    Bench bench(scene, identifier_, RecordOf(state), EntriesOf(scene, state));
-    if (operation.name != kInitialize) bench.Initialize();
-    if (operation.name != kInitialize && state.typed) EnterSomething(bench);
+    TaskRecord record = RecordOf(state);
+    record.id = record.owner.empty() ? 0 : 7;
+    record.short_description = "Short";
+    record.query = "Query";
+    record.permissions = {{"eve", false, true, false, true, false}};
+    record.skip_row_selection = record.record_mode == record_mode::kQueryResults;
+    Bench bench(scene, identifier_, record, EntriesOf(scene, state));
+    const bool begins = operation.name.starts_with(kInitialize);
+    if (!begins) bench.Initialize();
+    if (!begins && state.typed) EnterSomething(bench);
     Run run;
     run.before = Everything(bench);
-    AnswerReports(scene.dialogs, times, answer);
+    const bool ends = answer == kEndsThePage;
+    AnswerReports(scene.dialogs, times, ends ? 0 : answer);
     {
       Injector injector(n, times);
+      if (ends) {
+        injector.at_fault = [&bench] {
+          bench.host = std::make_shared<RecordingHost>();  // nobody but the page holds the former one
+          bench.page->IWizardPage_Terminate();
+        };
+      }
       try {
         run.answer = operation.run(bench);
       } catch (const Failure& failure) {
@@ -173,13 +191,34 @@ class Sweep {
     }
   }
 
+  // What could not be read, and what was to follow from it, is not written.
+  void CheckKept(const Run& plain, const Run& run) {
+    const std::string lost = Lost(run.before.task, plain.after.task, run.after.task);
+    Expect(lost.empty(), "stored neither what was there nor what is shown:" + lost);
+    for (const auto& [key, value] : run.before.store) {
+      const auto now = run.after.store.find(key);
+      Expect(
+          now != run.after.store.end() && (now->second == value || now->second == plain.after.store.at(key)),
+          "the store lost " + key);
+    }
+  }
+
+  // A host that ends the page and wants a retry gets what was asked for, and no other failure.
+  void CheckEnded(const Run& plain, const Run& run) {
+    Expect(run.escapes.empty() && run.reports.size() == 1, "the page had not what it needed to retry");
+    Expect(run.answer == plain.answer && run.after.task == plain.after.task &&
+               run.after.store == plain.after.store,
+           "an ended page did not end its work");
+  }
+
   // After a skipped statement the procedure goes on behind it; when saving, only that one is missing.
   void CheckContinued(const Run& plain, const Places& places, const Run& run, int n) {
     const auto& place = places[static_cast<std::size_t>(n) - 1];
     const std::string line = sources_.Line(page_, place.first, place.second);
     // A condition, an answer, or a helper of several statements, in which there may be either.
     const bool decides =
-        std::ranges::any_of(std::to_array<std::string_view>({".If(", "MsgBox(", "(run"}),
+        line.find(" Load(run,") == std::string::npos && line.find(" Save(run,") == std::string::npos &&
+        std::ranges::any_of(std::to_array<std::string_view>({".If(", ".Read(", "MsgBox(", "(run"}),
                             [&](const auto part) { return line.find(part) != std::string::npos; });
     if (run.reports.size() > 1 || decides) return;
     const auto next =
@@ -223,15 +262,21 @@ class Sweep {
       if (!run.reports.empty()) places.back() = {run.reports[0].procedure, run.reports[0].line};
     }
     for (int n = 1; n <= calls; ++n) {
-      for (const Times times : {Times::kOnce, Times::kTwice, Times::kForEver}) {
-        for (const int answer : {0, 1, 2, 7}) {
-          if (times == Times::kTwice && answer != 0) continue;  // only a repetition fails again
+      for (const Times times : {Times::kOnce, Times::kTwice, Times::kForEver, Times::kMember}) {
+        for (const int answer : {0, 1, 2, kEndsThePage, 7}) {
+          if (times == Times::kTwice && answer != 0) continue;   // only a repetition fails again
+          if (times == Times::kMember && answer != 1) continue;  // would never end
+          if (times != Times::kOnce && answer == kEndsThePage) continue;
+          if (operation.name == kInitializeAndLeave && answer != 1 && answer != 2) continue;
           context_ = identifier_ + ", " + operation.name + ", " + state.name + ", call " + std::to_string(n) +
                      " (" + plain.calls[static_cast<std::size_t>(n) - 1] + ") fails " +
                      std::to_string(static_cast<int>(times)) + ", answer " + std::to_string(answer);
           const Run run = Do(state, operation, n, times, answer);
           CheckReports(run);
           if (run.reports.empty()) continue;  // no handler: the failure ended the operation
+          if (answer == 1 || answer == 2) CheckKept(plain, run);
+          if (answer == kEndsThePage) CheckEnded(plain, run);
+          if (operation.name == kInitializeAndLeave) continue;
           if (answer == 0) CheckRetried(plain, run, times);
           if (answer == 1 && times == Times::kOnce) CheckContinued(plain, places, run, n);
           if (answer == 2 || answer == 7) CheckLeft(operation, run);

@@ -153,6 +153,13 @@ TEST_F(PagesTest, ActionsGetAContextByRecordMode) {
     EXPECT_EQ(values.size(), mode == 3 ? 4U : 5U);
     EXPECT_EQ(values["DesignerObjectType"], type);
     EXPECT_NE(list->Ask(), list->Ask()) << "each context is a fresh one";
+    bench->page->IWizardPage_Terminate();
+    EXPECT_FALSE(list->request) << "the list may outlive the page";
+    Bench bare(scene, page_identifier::kActions);
+    bare.Get<HostSlot>("VeloActionList").Embed(nullptr);
+    bare.Initialize().page->IWizardPage_Terminate();
+    EXPECT_EQ(std::exchange(scene.dialogs.reports, {}).size(), 1U)
+        << "loading misses the list, ending does not";
   }
 }
 

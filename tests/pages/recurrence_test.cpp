@@ -227,7 +227,7 @@ TEST_F(SchedulePages, Weekly) {
 }
 
 TEST_F(SchedulePages, ListsAreFilledWithoutBeingCleared) {
-  for (const std::string& page : {kMonthlyRecurrence, kYearlyRecurrence}) {
+  for (const std::string page : {kMonthlyRecurrence, kYearlyRecurrence}) {
     Open(page);
     const auto& days = bench->Get<ComboBox>("cboDayOfWeek");
     EXPECT_EQ(days.ItemText(0) + days.ItemText(9), "[44][53]");
@@ -287,6 +287,27 @@ TEST_F(SchedulePages, TheMonthlyChecksAreAsymmetric) {
   EXPECT_EQ(StoredPattern<MonthlyRecord>(), (MonthlyRecord{3, {true, 1, 4, 10}}));
 }
 
+TEST_F(SchedulePages, WhatCouldNotBeReadWaitsForTheUser) {
+  struct Deaf final : CallObserver {
+    void HostCalled(std::string_view member) override {
+      if (member.starts_with("MonthlyPattern.")) throw Failure(5, "fails");
+    }
+    ObserveCalls observe{*this};
+  };
+  const MonthlyRecord stored{3, {true, 31, 4, 10}};
+  scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  {
+    Deaf deaf;
+    Open(kMonthlyRecurrence, Scheduled(stored));
+  }
+  EXPECT_EQ(Selected(), "");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
+  EXPECT_EQ(StoredPattern<MonthlyRecord>(), stored);
+  Type("txtDay", "9");
+  EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
+  EXPECT_EQ(StoredPattern<MonthlyRecord>(), (MonthlyRecord{3, {false, 9, 4, 10}}));
+}
+
 TEST_F(SchedulePages, YearlyDatesAreThoseOfTheHostsYear) {
   using Row = std::tuple<int, int, std::string, bool>;  // year, month, day, accepted
   for (const auto& [year, month, day, accepted] : std::vector<Row>{{2027, 2, "28", true},
@@ -323,7 +344,7 @@ TEST_F(SchedulePages, BothListsOfMonthsShareOneMonth) {
   for (const DayChoice& outside :
        {DayChoice{false, 1, 5, 1}, DayChoice{false, 1, 0, 11}, DayChoice{false, 1, -1, 1},
         DayChoice{false, 1, 0, std::numeric_limits<std::int32_t>::min()}}) {
-    for (const std::string& page : {kMonthlyRecurrence, kYearlyRecurrence}) {
+    for (const std::string page : {kMonthlyRecurrence, kYearlyRecurrence}) {
       scene.dialogs.reports.clear();
       Open(page, page == kYearlyRecurrence ? Scheduled(YearlyRecord{1, outside})
                                            : Scheduled(MonthlyRecord{1, outside}));

@@ -65,17 +65,6 @@ struct RuleOf {
   }
 };
 
-PatternRecord AnyPattern(std::mt19937& random) {
-  const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>{low, high}(random); };
-  WeeklyRecord weekly{pick(1, 4), {}};
-  for (bool& runs : weekly.days) runs = pick(0, 2) == 0;
-  weekly.days.at(static_cast<std::size_t>(pick(0, 6))) = true;
-  const DayChoice day = pick(0, 1) == 0 ? OnDay(pick(1, 31)) : OnThe(pick(0, 4), pick(1, 10));
-  const PatternRecord patterns[] = {DailyRecord{pick(1, 15), pick(0, 2) == 0}, weekly,
-                                    MonthlyRecord{pick(1, 14), day}, YearlyRecord{pick(1, 12), day}};
-  return patterns[pick(0, 3)];
-}
-
 // The first days that a pattern selects, as libical knows them.
 std::vector<local_days> SelectedDays(const Rule& rule, local_days start) {
   const year_month_day origin{rule.origin};

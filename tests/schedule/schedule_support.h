@@ -6,6 +6,7 @@
 #include <plovix/standalone/schedule/schedule.h>
 
 #include <cstdio>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,17 @@ inline RecurrenceRecord AtTime(const PatternRecord& pattern, const std::string& 
 // `kind`: time_kind.
 inline RecurrenceRecord Every(std::int32_t interval, std::int32_t kind, const PatternRecord& pattern) {
   return {0, kind, interval, kZeroDate, pattern};
+}
+
+inline PatternRecord AnyPattern(std::mt19937& random) {
+  const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>{low, high}(random); };
+  WeeklyRecord weekly{pick(1, 4), {}};
+  for (bool& runs : weekly.days) runs = pick(0, 2) == 0;
+  weekly.days.at(static_cast<std::size_t>(pick(0, 6))) = true;
+  const DayChoice day = pick(0, 1) == 0 ? OnDay(pick(1, 31)) : OnThe(pick(0, 4), pick(1, 10));
+  const PatternRecord patterns[] = {DailyRecord{pick(1, 15), pick(0, 2) == 0}, weekly,
+                                    MonthlyRecord{pick(1, 14), day}, YearlyRecord{pick(1, 12), day}};
+  return patterns[pick(0, 3)];
 }
 
 // Asks a schedule for all of its first runs in every way; gives the first run that it has wrong, or "".

@@ -1,7 +1,11 @@
-// Which text, with which parameters, a schedule and a run's note are; and how some of them read.
+// Which text, with which parameters, a schedule and a run's note are; how some of them read; and that what
+// they say is what the engine runs.
 #include <gtest/gtest.h>
 #include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/schedule/sentence.h>
+#include <plovix/standalone/schedule/sentence_keys.h>
+
+#include <algorithm>
 
 #include "schedule_support.h"
 
@@ -20,6 +24,26 @@ WeeklyRecord Weekly(int weeks, const std::string& days) {
   return record;
 }
 
+Outlook UtcOutlook(const RecurrenceRecord& record, local_days start, DateTime now) {
+  return OutlookOf(record, start, *Zone::Named("UTC"), std::chrono::sys_seconds{now.time_since_epoch()});
+}
+
+// From the start on.
+std::string Sentence(const std::optional<RecurrenceRecord>& record, const TextTable& texts,
+                     local_days start = kStart) {
+  return OneLine(InWords(record, UtcOutlook(record.value_or(RecurrenceRecord{}), start, start), texts),
+                 texts);
+}
+
+std::string DateId(local_days day) {
+  const std::chrono::year_month_day date{day};
+  const unsigned number{date.day()};
+  const std::string day_id = number == 1 ? "[schedule.dayOne]" : std::to_string(number);
+  return BracketedText("schedule.dateInYear",
+                       {BracketedText(sentence_keys::kDates.at(unsigned{date.month()} - 1), {day_id}),
+                        std::to_string(int{date.year()})});
+}
+
 TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
   const std::string monday = "[schedule.weekday.monday]", friday = "[schedule.weekday.friday]",
                     sunday = "[schedule.weekday.sunday]", first = "[schedule.relative.first.monday]",
@@ -33,8 +57,13 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
       {DailyRecord{1'000'000}, "daily.days", {"1000000"}},
       {DailyRecord{1, true}, "daily.weekday", {}},
       {DailyRecord{3, true}, "daily.daysOnWeekdays", {"3"}},
+      {DailyRecord{14, true}, "daily.days", {"14"}},  // from a Monday on
       {Weekly(0, "0100000"), "weekly.week", {monday}},
       {Weekly(2, "0100010"), "weekly.weeks", {"2", BracketedText("schedule.days.two", {monday, friday})}},
+      {Weekly(2, "1000001"),
+       "weekly.weeksFromSunday",
+       {"2", BracketedText("schedule.days.two", {sunday, "[schedule.weekday.saturday]"})}},
+      {Weekly(2, "1000000"), "weekly.weeks", {"2", sunday}},
       {Weekly(1, "1100010"),
        "weekly.week",
        {BracketedText("schedule.days.last",
@@ -61,8 +90,12 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
   } times[] = {{time_kind::kAtTime, 7, ".at", {"08:00"}},
                {time_kind::kEveryNMinutes, 0, ".minute", {}},
                {time_kind::kEveryNMinutes, 90, ".minutes", {"90"}},
+               {time_kind::kEveryNMinutes, 1440, ".at", {"00:00"}},
+               {time_kind::kEveryNMinutes, 7, ".minutesFrom", {"7", DateId(kStart), "00:00"}},
                {time_kind::kEveryNHours, 1, ".hour", {}},
-               {time_kind::kEveryNHours, 13, ".hours", {"13"}}};
+               {time_kind::kEveryNHours, 12, ".hours", {"12"}},
+               {time_kind::kEveryNHours, 13, ".hoursFrom", {"13", DateId(kStart), "00:00"}},
+               {time_kind::kEveryNHours, 24, ".at", {"00:00"}}};
   for (const auto& [pattern, pattern_key, parameters] : cases) {
     for (const auto& [kind, interval, time_key, parameter] : times) {
       auto all = parameters;
@@ -70,7 +103,8 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
       RecurrenceRecord record = AtTime(pattern);
       record.time_kind = kind;
       record.interval = interval;
-      EXPECT_EQ(ScheduleSentence(record, kStart, TextTable::Ids()),
+      const Outlook outlook = UtcOutlook(record, kStart, kStart);
+      EXPECT_EQ(InWords(record, outlook, TextTable::Ids()).sentence,
                 BracketedText("schedule." + pattern_key + time_key, all));
     }
   }
@@ -89,37 +123,161 @@ TEST(ScheduleSentence, SaysOddTimesAndWhyNothingRuns) {
       // Ticks lie an even number of days after the start, the Tuesdays of every other week an odd one.
       {Every(48, time_kind::kEveryNHours, Weekly(2, "0010000")), "[schedule.never]"}};
   for (const auto& [record, key] : cases) {
-    EXPECT_EQ(ScheduleSentence(record, kStart, TextTable::Ids()), key);
+    EXPECT_EQ(Sentence(record, TextTable::Ids()), key);
   }
-  constexpr local_days kLast{9999y / 12 / 31};  // with a single run
-  EXPECT_EQ(ScheduleSentence(AtTime(DailyRecord{}, "00:00"), kLast, TextTable::Ids()),
-            "[schedule.daily.day.at:00:00]");
+  constexpr local_days kLast{9999y / 12 / 31};  // with a single run, which is over
+  EXPECT_EQ(Sentence(AtTime(DailyRecord{}, "00:00"), TextTable::Ids(), kLast),
+            "[schedule.both:[schedule.daily.day.at:00:00],[schedule.over]]");
+}
+
+// How often the times tick on a selected day, as the sentence says it.
+void CheckTimes(const std::string& sentence, const RecurrenceRecord& record, const Schedule& schedule,
+                local_days start, DateTime run) {
+  const auto step = std::chrono::minutes{record.interval} * (record.time_kind == 1 ? 1 : 60);
+  const DateTime midnight = std::chrono::floor<std::chrono::days>(run);
+  const auto says = [&](const char* key) { return sentence.find(key) != std::string::npos; };
+  for (DateTime at = midnight; at < midnight + 24h; at += 1min) {
+    bool said = (at - start) % step == 0s;
+    if (says(".at:")) said = sentence.ends_with(ClockTime(at) + "]");
+    if (says(".minutes:") || says(".hours:")) said = (at - midnight) % step == 0s;
+    ASSERT_EQ(schedule.IsRun(at), said) << sentence << " " << Text(at);
+  }
+}
+
+// A gap of more than a year that the days alone, and the ticks alone, would not have.
+bool IsLong(DateTime from, std::optional<DateTime> to, const Schedule& midnights, const Schedule& ticks) {
+  const DateTime end = to.value_or(from + 400 * 366 * 24h);
+  const DateTime next_day = std::chrono::floor<std::chrono::days>(from) + 23h + 59min;
+  return end - from > 366 * 24h && ticks.Next(from) < end &&
+         midnights.Next(next_day) < std::chrono::floor<std::chrono::days>(end);
+}
+
+TEST(ScheduleSentence, SaysWhatTheEngineRuns) {
+  std::mt19937 random(7);
+  const TextTable ids = TextTable::Ids();
+  constexpr std::int32_t kIntervals[] = {1,   5,   7,    12,   24,   36,     48,    90,
+                                         168, 719, 1000, 1440, 2881, 60'000, 70'561};
+  int warnings = 0, nevers = 0;
+  for (int number = 0; number < 700; ++number) {
+    const auto kind = static_cast<std::int32_t>(1 + random() % 2);
+    const RecurrenceRecord record =
+        Every(kIntervals[random() % std::size(kIntervals)], kind, AnyPattern(random));
+    const local_days start = Day("1500-01-01") + std::chrono::days{random() % 220'000};
+    const DateTime now = Day(random() % 4 == 0 ? "1500-01-01" : "2026-02-27") + 10h;
+    const Schedule schedule(record, start), midnights(AtTime(record.pattern, "00:00"), start),
+        ticks(Every(record.interval, kind, DailyRecord{1}), start);
+    const Outlook outlook = UtcOutlook(record, start, now);
+    const ScheduleWords words = InWords(record, outlook, ids);
+    const std::string trace = words.sentence + " at " + Text(now);
+    const auto next = schedule.Next(now), previous = schedule.Previous(now + 1s);
+    ASSERT_EQ(words.sentence == "[schedule.never]", !next && !previous) << trace;
+    ASSERT_EQ(outlook.runs.empty(), !next) << trace;
+    if (!next && !previous) {
+      EXPECT_FALSE(words.note || words.warning) << trace;
+      ++nevers;
+      continue;
+    }
+    CheckTimes(words.sentence, record, schedule, start, next ? *next : *previous);
+    const auto day = [](DateTime time) { return std::chrono::floor<std::chrono::days>(time); };
+    EXPECT_EQ(words.note.has_value(), !next || start > day(now) || *next - now > 366 * 24h) << trace;
+    if (words.note && next) {
+      EXPECT_NE(words.note->find(DateId(day(*next))), std::string::npos) << trace;
+    }
+    std::optional<std::string> warning;
+    std::optional<DateTime> to = next;
+    DateTime from = previous.value_or(start);
+    // Ticks of a day and less come on every day; the runs of the others in ten years are fewer.
+    for (int runs = 0; runs < 3700 && !warning; ++runs, from = *to, to = schedule.Next(from)) {
+      if (IsLong(from, to, midnights, ticks))
+        warning = to ? BracketedText("schedule.longGap", {DateId(day(from)), DateId(day(*to))})
+                     : BracketedText("schedule.longGapToTheEnd", {DateId(day(from))});
+      if (!to || *to > std::max<DateTime>(now, previous.value_or(start)) + 3660 * 24h) break;
+    }
+    EXPECT_EQ(words.warning, warning) << trace;
+    warnings += words.warning.has_value();
+  }
+  EXPECT_TRUE(warnings > 30 && nevers > 30) << warnings << " " << nevers;
+}
+
+constexpr const char* kNoBreak = "\u00a0";
+
+// Whole lines as people read them, on 27 February 2026 with a start in January or as said.
+TEST(ScheduleSentence, ReadsWell) {
+  const auto hours = [](int n, const PatternRecord& pattern) { return Every(n, 2, pattern); };
+  const struct {
+    RecurrenceRecord record;
+    std::string en, fr;  // ~ for a no-break space
+    local_days start = kStart;
+  } cases[] = {
+      {hours(36, Weekly(1, "0100000")),
+       "Every 36 hours, counted from 5 January 2026 at 00:00, but only on Monday",
+       "Toutes les 36~heures, comptées à partir du 5~janvier 2026 à 00:00, mais seulement le lundi"},
+      {hours(1000, YearlyRecord{1, OnDay(1)}),
+       "More than a year without a run: none between 19 January 2026 and 1 January 2037. Every 1000 hours, "
+       "counted from 19 January 2026 at 00:00, but only on 1 January. First run on 1 January 2037",
+       "Plus d’un an sans exécution~: aucune entre le 19~janvier 2026 et le 1er~janvier 2037. Toutes les "
+       "1000~heures, comptées à partir du 19~janvier 2026 à 00:00, mais seulement le 1er~janvier. Première "
+       "exécution le 1er~janvier 2037",
+       local_days{2026y / 1 / 19}},
+      {hours(12, DailyRecord{2, true}),
+       "Every 2 days, except when that is a Saturday or Sunday, every 12 hours counted from midnight",
+       "Tous les 2~jours, sauf quand c’est un samedi ou un dimanche, toutes les 12~heures comptées à partir "
+       "de "
+       "minuit"},
+      {AtTime(Weekly(2, "1000001")),
+       "Every 2 weeks (weeks from Sunday to Saturday) on Sunday and Saturday, at 08:00",
+       "Toutes les 2~semaines (semaines du dimanche au samedi), le dimanche et le samedi, à 08:00"},
+      {AtTime(Weekly(2, "1111111")), "Every 2 weeks, on all seven days from Sunday to Saturday, at 08:00",
+       "Toutes les 2~semaines, les sept jours de la semaine, du dimanche au samedi, à 08:00"},
+      {AtTime(MonthlyRecord{1, OnDay(31)}),
+       "Every month on day 31, or on the last day of a month that has no day 31, at 08:00",
+       "Tous les mois, le 31, ou le dernier jour d’un mois qui n’a pas de 31, à 08:00"},
+      {AtTime(MonthlyRecord{2, OnThe(4, 8)}), "Every 2 months on the last day of the month, at 08:00",
+       "Tous les 2~mois, le dernier jour du mois, à 08:00"},
+      {AtTime(YearlyRecord{1, OnDay(1)}),
+       "Every year on 1 January, at 08:00. Starts on 6 March 2027, with the first run on 1 January 2028",
+       "Tous les ans, le 1er~janvier, à 08:00. Commence le 6~mars 2027, première exécution le 1er~janvier "
+       "2028",
+       local_days{2027y / 3 / 6}},
+      {AtTime(MonthlyRecord{24, OnDay(5)}), "Every 24 months on day 5, at 08:00. Next run on 5 January 2028",
+       "Tous les 24~mois, le 5, à 08:00. Prochaine exécution le 5~janvier 2028"}};
+  for (const char* code : {"en", "fr"}) {
+    const TextTable texts = LoadLanguage(code);
+    for (const auto& c : cases) {
+      const Outlook outlook = UtcOutlook(c.record, c.start, Time("2026-02-27"));
+      std::string line = OneLine(InWords(c.record, outlook, texts), texts);
+      for (auto at = line.find(kNoBreak); at != std::string::npos; at = line.find(kNoBreak))
+        line.replace(at, std::string_view(kNoBreak).size(), "~");
+      EXPECT_EQ(line, texts.code == "en" ? c.en : c.fr);
+    }
+  }
 }
 
 // The pages' texts name the same days and months.
 TEST(ScheduleSentence, NamesDaysAndMonthsAsThePagesDo) {
   const struct {
-    std::string code, week, month, year, at;  // what stands before the phrase, and after it
+    std::string code, week, month, of_month, year, blank, at;  // what stands around the phrase
   } languages[] = {
-      {"en", "Every week on ", "Every month on the ", "Every year on ", ", at 08:00"},
-      {"fr", "Toutes les semaines, le ", "Tous les mois, le ", "Tous les ans, le ", ", à 08:00"}};
-  for (const auto& [code, week, month, year, at] : languages) {
+      {"en", "Every week on ", "Every month on the ", " of the month", "Every year on ", " ", ", at 08:00"},
+      {"fr", "Toutes les semaines, le ", "Tous les mois, le ", " du mois", "Tous les ans, le ", kNoBreak,
+       ", à 08:00"}};
+  for (const auto& [code, week, month, of_month, year, blank, at] : languages) {
     const TextTable texts = LoadLanguage(code);
     const auto page_text = [&](int id) { return texts.Find(id).value_or("missing"); };
     for (int day = 1; day <= 10; ++day) {
       for (int n = 0; n <= 4; ++n) {
-        EXPECT_EQ(ScheduleSentence(AtTime(MonthlyRecord{1, OnThe(n, day)}), kStart, texts),
-                  month + page_text(39 + n) + " " + page_text(43 + day) + at);
+        EXPECT_EQ(Sentence(AtTime(MonthlyRecord{1, OnThe(n, day)}), texts),
+                  month + page_text(39 + n) + " " + page_text(43 + day) + of_month + at);
       }
       if (day > 7) continue;
       WeeklyRecord weekly;
       weekly.days.at(static_cast<std::size_t>(day - 1)) = true;
-      EXPECT_EQ(ScheduleSentence(AtTime(weekly), kStart, texts), week + page_text(43 + day) + at);
+      EXPECT_EQ(Sentence(AtTime(weekly), texts), week + page_text(43 + day) + at);
     }
     for (int number = 1; number <= 12; ++number) {
-      EXPECT_EQ(ScheduleSentence(AtTime(YearlyRecord{number, OnDay(15)}), kStart, texts),
-                year + "15 " + page_text(98 + number) + at);
-      const auto relative = ScheduleSentence(AtTime(YearlyRecord{number, OnThe(0, 1)}), kStart, texts);
+      EXPECT_EQ(Sentence(AtTime(YearlyRecord{number, OnDay(15)}), texts),
+                year + "15" + blank + page_text(98 + number) + at);
+      const auto relative = Sentence(AtTime(YearlyRecord{number, OnThe(0, 1)}), texts);
       EXPECT_TRUE(relative.ends_with(page_text(98 + number) + at)) << relative;
     }
   }
@@ -135,7 +293,7 @@ TEST(RunNote, SaysWhatWasMoved) {
   } cases[] = {{day + 8h, day + 8h, {}, {}},
                {day + 8h, day + 8h, 31, moved_day},
                {day + 150min, day + 210min, {}, moved_time},
-               {day + 150min, day + 210min, 31, "[schedule.note.both:" + moved_day + "," + moved_time + "]"},
+               {day + 150min, day + 210min, 31, "[schedule.both:" + moved_day + "," + moved_time + "]"},
                {day - 30min, day + 30min, {}, "[schedule.note.timeOfDayBefore:23:30,00:30]"}};
   for (const auto& [wanted, wall, moved_from, note] : cases) {
     Zone::Moment moment{};

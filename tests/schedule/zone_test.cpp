@@ -106,7 +106,7 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
                          day_30 = AtTime(MonthlyRecord{1, OnDay(30)});
   const auto minutes = [](int n) { return Every(n, time_kind::kEveryNMinutes, DailyRecord{}); };
   const struct {
-    const char *zone, *now;
+    const char *zone, *now;  // with Z an instant
     RecurrenceRecord record;
     std::string runs;  // instants without the year; for a shifted one the clock
   } cases[] = {
@@ -121,6 +121,7 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
       {"Europe/Paris", "2026-03-29 01:00", minutes(30), "03-29 00:30, 03-29 01:00, 03-29 01:30, 03-29 02:00"},
       {"Europe/Paris", "2026-10-25 01:30", minutes(30), "10-25 00:00, 10-25 00:30, 10-25 02:00, 10-25 02:30"},
       {"Europe/Paris", "2026-10-25 02:10", minutes(30), "10-25 00:30, 10-25 02:00"},
+      {"Europe/Paris", "2026-10-25 01:10Z", minutes(30), "10-25 02:00, 10-25 02:30"},  // the second 02:10
       {"America/Havana", "2026-03-07 12:00", AtTime(WeeklyRecord{1, {true}}, "00:00"),
        "03-08 05:00 (03-08 01:00), 03-15 04:00"},
       {"Australia/Lord_Howe", "2026-10-04 01:45", minutes(20),
@@ -132,7 +133,11 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
     const Schedule schedule(c.record, Day("2011-12-01"));
     const auto count = static_cast<std::size_t>(std::ranges::count(c.runs, ',')) + 1;
     for (std::size_t fewer = 0; fewer <= count; ++fewer) {
-      const auto runs = NextRuns(schedule, *Zone::Named(c.zone), Time(c.now), fewer);
+      const Zone zone = *Zone::Named(c.zone);
+      const DateTime now = Time(c.now);
+      const auto instant =
+          std::string(c.now).ends_with('Z') ? sys_seconds{now.time_since_epoch()} : zone.At(now).at;
+      const auto runs = NextRuns(schedule, zone, instant, fewer);
       std::string text;
       for (const auto& run : runs) {
         text += (text.empty() ? "" : ", ") + Text(run.moment.at).substr(5);
@@ -149,11 +154,11 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
 TEST(Runs, EndWithTheScheduleAndNameMovedDays) {
   const Zone utc = *Zone::Named("UTC");
   const Schedule daily(AtTime(DailyRecord{}), Day("2026-03-07"));
-  EXPECT_EQ(NextRuns(daily, utc, Time("9999-12-29 09:00"), 10).size(), 2U);
-  EXPECT_TRUE(NextRuns(daily, utc, DateTime::max(), 10).empty());
-  EXPECT_EQ(NextRuns(daily, utc, DateTime::min(), 1).at(0).wanted, Time("2026-03-07 08:00"));
+  EXPECT_EQ(NextRuns(daily, utc, utc.At(Time("9999-12-29 09:00")).at, 10).size(), 2U);
+  EXPECT_TRUE(NextRuns(daily, utc, sys_seconds::max(), 10).empty());
+  EXPECT_EQ(NextRuns(daily, utc, sys_seconds::min(), 1).at(0).wanted, Time("2026-03-07 08:00"));
   const Schedule last_days(AtTime(MonthlyRecord{1, OnDay(31)}), Day("2026-03-01"));
-  const auto runs = NextRuns(last_days, utc, Time("2026-03-01"), 2);
+  const auto runs = NextRuns(last_days, utc, utc.At(Time("2026-03-01")).at, 2);
   EXPECT_EQ(runs.at(0).moved_from, std::nullopt);
   EXPECT_EQ(runs.at(1).moved_from, 31);
 }

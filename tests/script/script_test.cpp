@@ -2,6 +2,7 @@
 // the parts of the scene, and whole roads through the wizard's pages.
 #include <gtest/gtest.h>
 #include <plovix/host/services.h>
+#include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/script/words.h>
 
@@ -22,11 +23,16 @@ struct Ran {
   std::string messages;
 };
 
-Ran Play(const std::string& script, TaskStorage& storage, bool interactive = false) {
+Ran Play(const std::string& script, TaskStorage& storage, bool interactive = false,
+         HostTables* tables = nullptr, const std::optional<std::string>& user = {}) {
   std::istringstream in(script);
   std::ostringstream out, err;
-  const ScriptOptions options{
-      .storage = &storage, .texts = TextTable::Ids(), .interactive = interactive, .source_name = "test.txt"};
+  const ScriptOptions options{.storage = &storage,
+                              .texts = TextTable::Ids(),
+                              .tables = tables,
+                              .user = user,
+                              .interactive = interactive,
+                              .source_name = "test.txt"};
   Ran ran{RunScript(in, out, err, options), {}, {}};
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) ran.printed.push_back(Json::parse(line));
@@ -93,6 +99,8 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task set Recurrence.Pattern.Month.1 1", "only Recurrence.Pattern.Day takes an index"},
       {"task set ScheduleStart 2026-02-29", "\"2026-02-29\" is not a date such as"},
       {"task set ScheduleStart 2026-02-28T00:00:01", "\"2026-02-28T00:00:01\" is not a date"},
+      {"host now 2026-10-25T02:10:00+1",
+       "\"2026-10-25T02:10:00+1\" does not end in an offset such as +01:00"},
       {"runs 10001", "the number of runs is from 1 to 10000"},
       {"task load 7", "no task is stored under the id 7"},
       {"task action A 16 8 write-log text=x", "the setting file of write-log is missing or unfit"},
@@ -249,6 +257,15 @@ TEST(ScriptLanguage, PrintsTheNextRuns) {
         "runs 3\ntask set Recurrence.TimeKind 1\nruns 3",
         {R"({"sentence": "[schedule.none]", "runs": []})",
          R"({"sentence": "[schedule.incomplete]", "runs": []})"}}},
+      {"Europe/Paris",
+       {"in the second pass of a repeated hour, and seldom",
+        "host now 2026-10-25T02:10:00+01:00\ntask set Recurrence.TimeKind 1\ntask set Recurrence.Interval "
+        "30\n" +
+            daily +
+            "\ntask set Recurrence.TimeKind 2\ntask set Recurrence.Interval 1000\n"
+            "task set ScheduleStart 2026-01-19\ntask set Recurrence.Pattern YearlyPattern\nruns 1",
+        {R"({"sentence": "[schedule.daily.day.minutes:30]", "runs": [{"at": "2026-10-25T03:00:00+01:00"}]})",
+         R"({"runs": [{"at": "2037-01-01T00:00:00+01:00"}]})"}}},
       {"America/St_Johns",
        {"west of Greenwich",
         "host now 2026-01-05T10:00:00\n" + daily,
@@ -335,9 +352,65 @@ TEST(ScriptWizard, SpeaksOfThePages) {
       // What could not be loaded is not saved as if it were empty.
       {"actions that could not be loaded",
        "task action A 25 8\nopen Plovix.Actions\nfinish\ntask load 1\nfail VeloActionList.Load\n"
-       "open Plovix.Actions\nfinish\nshow\ncancel\ntask load 1\ntask\n",
-       {R"({"page":"Plovix.Actions"})", R"({"Actions":[{"Name":"A"}]})"}},
+       "open Plovix.Actions\nfinish\nshow\ntask load 1\ntask\n",
+       {R"({"page":null,"outcome":"finished"})", R"({"Actions":[{"Name":"A"}]})"}},
   });
+}
+
+// Task 1 is shared, task 2 anna's own, task 3 may be edited by ben.
+TEST(ScriptWizard, WorksWithTheRightsOfItsUser) {
+  MemoryHostTables tables;
+  tables.SaveUsers({FirstAdministrator(),
+                    {.id = "anna", .name = "", .groups = {}, .create_personal = true},
+                    {.id = "ben", .name = "", .groups = {}}},
+                   tables.Users());
+  const std::string save = "open Plovix.Actions\nfinish\nmessages\n";
+  const std::string details = "open Plovix.Details\nnext\nfinish\ntask\n";
+  const auto refused = [](const std::string& why) {
+    return R"({"messages": [{"text": "[wizard.saveFailed:[rights.)" + why + R"(]]"}]})";
+  };
+  const struct {
+    std::optional<std::string> user;
+    std::string script;
+    std::vector<std::string> printed;
+    std::string problem = "";  // with which the run stops
+  } cases[] = {
+      {"carla", "saved", {}, "test.txt: [program.noSuchUser:carla,admin, anna, ben]\n"},
+      {"anna",
+       "saved\ntask load 3",
+       {R"({"saved": [1, 2]})"},
+       "test.txt:2: the user may not view the task 3\n"},
+      {"ben", "saved\ntask load 1\n" + save, {R"({"saved": [1, 3]})", refused("mayNotEdit")}},
+      {"ben", "task load 3\ntask set Permissions ben\n" + save, {refused("mayNotChangeAccess")}},
+      {"ben", save, {refused("mayNotCreateShared")}},
+      {"ben",
+       "dialog permissions ben\ntask load 3\nopen Plovix.Details\nclick lblPermissions\ntask",
+       {R"({"Permissions": "ben: view, run, edit"})"}},
+      {"admin",
+       "task load 2\n" + details + "task new\nopen\nsaved\ntask",
+       {R"({"Owner": "anna"})", R"({"saved": [1, 2, 3]})", R"({"Owner": ""})"}},
+      {"anna", "host user otto\ntask load 2\n" + details, {R"({"Owner": "otto"})"}},
+      {{}, "saved\ntask load 1\n" + save, {R"({"saved": [1, 2, 3]})", R"({"messages": []})"}},
+  };
+  for (const auto& [user, script, printed, problem] : cases) {
+    SCOPED_TRACE(script);
+    MemoryStorage storage;
+    TaskRecord task;
+    task.name = task.description = "N";
+    for (const char* owner : {"", "anna", ""}) {
+      task.owner = owner;
+      if (storage.List().size() == 2)
+        task.permissions = PermissionSet{{.subject = "ben", .view = true, .run = true, .edit = true}};
+      storage.Save(task, {});
+    }
+    const Ran ran = Play(script, storage, false, &tables, user);
+    EXPECT_EQ(ran.status, problem.empty() ? 0 : 2);
+    EXPECT_EQ(ran.messages, problem);
+    ASSERT_EQ(ran.printed.size(), printed.size());
+    for (std::size_t i = 0; i < printed.size(); ++i)
+      EXPECT_TRUE(Matches(Json::parse(printed[i]), ran.printed[i])) << printed[i] << ran.printed[i].dump();
+    EXPECT_NO_THROW(storage.Save({}, {})) << "nobody is asked any more";
+  }
 }
 
 TEST(ScriptWizard, ReportsPlannedFailures) {

@@ -129,7 +129,8 @@ void Fill(const std::string& path) {
   const TempFolder folder;
   SqliteStorage storage(folder / "tasks");
   for (const char* name : {"before", "other"}) storage.Save(WholeTask(name), kNow);
-  SqliteHostTables(folder / "tasks").SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}});
+  SqliteHostTables tables(folder / "tasks");  // closed, it would empty the log
+  tables.SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}}, {});
   CopyWithLog(folder / "tasks", path);
 }
 
@@ -148,9 +149,10 @@ std::function<void()> Open(const std::string& path) {
 
 std::vector<Operation> Operations() {
   const auto change = [](auto& s) { s.Save(WholeTask("after", *s.Load(1)), kNow); };
-  const auto tag = [](auto& tables) { tables.SaveTag({"tag", {{"en", "after"}}}); };
+  const auto tag = [](auto& t) { t.SaveTag({"tag", {{"en", "after"}}}, t.Tags().front().texts); };
   const auto users = [](SqliteHostTables& tables) {
-    tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}});
+    tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}},
+                     {FirstAdministrator()});
   };
   const auto read_all = [](SqliteStorage& storage) {
     EXPECT_EQ(storage.List().size(), 2U);
@@ -162,7 +164,7 @@ std::vector<Operation> Operations() {
           {"bring version 1 up to date", [](auto& path) { MakeVersion(1, path); }, Open, true},
           {"save a new task", Fill, With<SqliteStorage>([](auto& s) { s.Save(WholeTask("after"), kNow); })},
           {"change a task", Fill, With<SqliteStorage>(change)},
-          {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1); })},
+          {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1, 1); })},
           {"save the users", Fill, With<SqliteHostTables>(users)},
           {"save a tag", Fill, With<SqliteHostTables>(tag)},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
@@ -303,7 +305,7 @@ TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
         stored.push_back(storage->Save(WholeTask(std::to_string(stored.size())), kNow));
     };
     const TagRecord tag{"tag", {{"en", std::string(99'999, 'x')}}};
-    for (const auto& deed : {fill, fill, {[&] { SqliteHostTables(path).SaveTag(tag); }}}) {
+    for (const auto& deed : {fill, fill, {[&] { SqliteHostTables(path).SaveTag(tag, {}); }}}) {
       EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
       EXPECT_EQ(storage->List(), stored);
     }

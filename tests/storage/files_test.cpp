@@ -1,6 +1,8 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <random>
 #include <set>
 
@@ -21,12 +23,17 @@ void SaveAndRun(const std::string& path, const std::string& sql, bool leaves_log
   if (leaves_log) CopyWithLog(original, path);
 }
 
+std::function<void(const std::string& path)> Changed(const char* sql) {
+  return [sql](const std::string& path) { SaveAndRun(path, sql); };
+}
+
 TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
   const struct {
     std::string words;
     int number;
     std::function<void(const std::string& path)> make;
     fs::perms file = fs::perms::all, parent = fs::perms::all;
+    std::string name = "tasks.sqlite";
   } cases[] = {
       {"not a task file", 321, [](auto& path) { std::ofstream(path) << "Dear diary"; }},
       {"damaged", 321,
@@ -37,9 +44,20 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
       {"another program's", 321, [](auto& path) { RunSql(path, "CREATE TABLE T (X)"); }},
       {"another program's", 321, [](auto& path) { RunSql(path, "PRAGMA user_version = 1"); }},
       {"another program's", 321, [](auto& path) { SaveAndRun(path, "PRAGMA application_id = 7", true); }},
+      {"trigger \"t\" does not", 321, Changed("CREATE TRIGGER t DELETE ON VeloUsers BEGIN SELECT 1; END")},
+      {"view \"v\" does not", 321, Changed("CREATE VIEW v AS SELECT 1")},
+      {"\"VeloUsers\" is missing", 321, Changed("ALTER TABLE VeloUsers RENAME TO Other")},
+      {"\"VeloAutoTasks\" is missing or", 321, Changed("ALTER TABLE VeloAutoTasks DROP COLUMN Query")},
       {"newer version", 321, [](auto& path) { SaveAndRun(path, "PRAGMA user_version = 4", true); }},
       {"folder, not", 75, [](auto& path) { fs::create_directory(path); }},
-      {"folder", 76, [](auto&) {}},
+      {"second name", 75,
+       [](auto& path) {
+         SaveAndRun(path, "SELECT 1");
+         fs::create_hard_link(path, path + "2");
+       }},
+      {"folder", 76, [](auto&) {}, fs::perms::all, fs::perms::all, "no/such/file"},
+      {"longer than", 76, [](auto&) {}, fs::perms::all, fs::perms::all, std::string(600, 'x')},
+      {"name is too long", 76, [](auto&) {}, fs::perms::all, fs::perms::all, std::string(300, 'x')},
       {"may not read", 70, [](auto& path) { std::ofstream{path}; }, fs::perms::none},
       {"write-protected", 70, [](auto& path) { SaveAndRun(path, "SELECT 1"); }, fs::perms{0444}},
       {"into the folder", 70, [](auto& path) { std::ofstream{path}; }, fs::perms::all, fs::perms{0555}},
@@ -47,10 +65,11 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
   for (const auto& test : cases) {
     SCOPED_TRACE(test.words);
     const TempFolder folder;
-    const std::string path = folder / (test.number == 76 ? "no/such/file" : "tasks.sqlite");
+    const std::string path = folder / test.name;
     test.make(path);
     const auto before = folder.Bytes();
-    if (fs::exists(path)) fs::permissions(path, test.file);
+    std::error_code error;
+    if (fs::exists(path, error)) fs::permissions(path, test.file);
     fs::permissions(folder / ".", test.parent);
     // Rights mean nothing to root, as whom the tests may run.
     const uid_t user = geteuid();
@@ -59,7 +78,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
     EXPECT_EQ(FailureOf([&] { SqliteHostTables{path}; }).Description(), failure.Description());
     EXPECT_EQ(seteuid(user), 0);
     fs::permissions(folder / ".", fs::perms::all);
-    if (fs::exists(path)) fs::permissions(path, fs::perms::all);
+    if (fs::exists(path, error)) fs::permissions(path, fs::perms::all);
     for (const std::string& part : {test.words, path})
       EXPECT_NE(failure.Description().find(part), std::string::npos) << failure.Description();
     EXPECT_EQ(failure.Number(), test.number);
@@ -86,6 +105,47 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
   }
 }
 
+TEST(Files, ThatAreNewAreTheUsersAlone) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  const mode_t former = umask(0);
+  SqliteStorage storage(path);
+  storage.Save(WholeTask("a"), kNow);
+  umask(former);
+  for (const char* suffix : {"", "-wal", "-shm"})
+    EXPECT_EQ(fs::status(path + suffix).permissions(), fs::perms{0600}) << suffix;
+}
+
+TEST(Files, CopiedAloneHoldWhatWasSavedBeforeTheProgramWasIdleOrEnded) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  std::vector<TaskRecord> saved;
+  std::optional<SqliteStorage> storage(path);
+  int copies = 0;
+  const auto save = [&] { saved.push_back(storage->Save(WholeTask(std::to_string(saved.size())), kNow)); };
+  const auto copy = [&] {
+    const std::string to = folder / std::to_string(++copies);
+    fs::copy_file(path, to);
+    return SqliteStorage(to).List();
+  };
+  save();
+  {
+    const Connection other(path, kImpatient, Access::kReadOnly);
+    Statement pass = other.Prepare("SELECT Id FROM VeloAutoTasks");
+    EXPECT_TRUE(pass.Step());
+    save();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(storage->EmptyLog());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, kTaskFilePatience / 2) << "nobody is waited for";
+    pass.Reset();
+    EXPECT_TRUE(storage->EmptyLog());
+    EXPECT_EQ(copy(), saved);
+    save();
+    storage.reset();
+    EXPECT_EQ(copy(), saved) << "also while somebody else has the file open";
+  }
+}
+
 // Every page is overwritten or cut off, and every byte of the header changed.
 TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
   constexpr std::size_t kPage = 4096, kHeader = 100;
@@ -96,7 +156,7 @@ TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
     TaskRecord task;
     task.actions = {{"run-sql", std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};
     SqliteStorage(path).Save(task, kNow);
-    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}});
+    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}}, {});
   }
   const std::string bytes = folder.Bytes().at("tasks.sqlite");
   const Contents whole = ContentsOf(path);

@@ -2,15 +2,19 @@
 // other process.
 #include <QCoreApplication>
 #include <QProcess>
+#include <algorithm>
 #include <iostream>
 #include <memory>
+#include <set>
 
 #include "storage_support.h"
 
 namespace plovix::test {
 namespace {
 
-// This program once more: "save PATH PREFIX COUNT" or "lock PATH".
+namespace fs = std::filesystem;
+
+// This program once more: "save PATH PREFIX COUNT", "stay PATH PREFIX COUNT" or "lock PATH".
 class Process final : public QProcess {
  public:
   explicit Process(const QStringList& words) {
@@ -25,17 +29,19 @@ class Process final : public QProcess {
   [[nodiscard]] bool Ends() { return waitForFinished() || state() == NotRunning; }
 };
 
-// Saves whole tasks, every third one twice, and a tag for each; says when each is saved.
-int SaveTasks(const std::string& path, const std::string& prefix, int count) {
+// Saves whole tasks, every third one twice, and a tag for each; says when each is saved. May stay until it is
+// killed.
+int SaveTasks(const std::string& path, const std::string& prefix, int count, bool stays) {
   SqliteStorage storage(path);
   SqliteHostTables tables(path);
   for (int i = 0; i < count; ++i) {
     const std::string name = prefix + "-" + std::to_string(i);
-    tables.SaveTag({name, {{"en", name}}});
+    tables.SaveTag({name, {{"en", name}}}, {});
     const TaskRecord saved = storage.Save(WholeTask(name), kNow);
     if (i % 3 == 0) storage.Save(WholeTask(name + "-changed", saved), kNow);
     std::cout << name << std::endl;
   }
+  if (stays) std::cin.get();
   return 0;
 }
 
@@ -69,6 +75,86 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
   ExpectIntact(path);
 }
 
+// What becomes of a task file that two programs use.
+struct Mishap {
+  const char* words;  // by which a save is refused
+  std::function<void(const std::string& path)> happens;
+  bool idle = false;           // there was time to empty the log
+  const char* suffix = "";     // of the name by which the other program knows the file
+  bool refuses_other = false;  // while nothing was noticed here
+};
+
+// Whatever either program acknowledged must be in one of the files afterwards.
+void TryMishap(const Mishap& mishap, bool saves_at_once) {
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  std::set<std::string> acknowledged, found;
+  {
+    SqliteStorage storage(path);
+    const auto save = [&](const std::string& name) {
+      storage.Save(WholeTask(name), kNow);
+      acknowledged.insert(name);
+    };
+    const auto try_to_save = [&] {
+      if (*mishap.words == '\0') return save("more" + std::to_string(acknowledged.size()));
+      const Failure failure = FailureOf([&] { save("late"); });
+      EXPECT_EQ(failure.Number(), failure_number::kFileAccess);
+      EXPECT_NE(failure.Description().find(mishap.words), std::string::npos) << failure.Description();
+    };
+    save("mine");
+    EXPECT_TRUE(!mishap.idle || storage.EmptyLog());
+    mishap.happens(path);
+    if (saves_at_once) try_to_save();
+    Process other({"stay", QString::fromStdString(path + mishap.suffix), "other", "4"});
+    int saves = 0;
+    for (std::string line; saves < 4 && !(line = other.Line()).empty(); ++saves)
+      acknowledged.insert(line.substr(0, line.size() - 1));
+    const bool has_names = *mishap.suffix != '\0';
+    EXPECT_EQ(saves, mishap.refuses_other && (has_names || !saves_at_once) ? 0 : 4);
+    other.kill();  // nothing of what it stored is put away
+    EXPECT_TRUE(other.Ends());
+    try_to_save();
+  }
+  if (*mishap.suffix != '\0') fs::remove(path + mishap.suffix);
+  for (const std::string& file : {path, path + "2"}) {
+    if (!fs::exists(file)) continue;
+    ExpectIntact(file);
+    for (const TaskRecord& task : SqliteStorage(file).List())
+      found.insert(task.name.substr(0, task.name.find("-changed")));
+  }
+  EXPECT_TRUE(std::ranges::includes(found, acknowledged));
+}
+
+TEST(Processes, WhoseFilesAreTakenAwayLoseNothingThatTheyAcknowledged) {
+  const auto remove = [](std::string_view suffix) {
+    return [suffix](const std::string& path) { fs::remove(path + std::string(suffix)); };
+  };
+  const auto replace = [](const std::string& path) {
+    fs::copy_file(path, path + "2");
+    fs::rename(path + "2", path);
+  };
+  const Mishap mishaps[] = {
+      {"", [](auto&) {}},
+      {"(-shm), was deleted", remove(kSharedMemorySuffix)},
+      {"log (-wal)", remove(kLogSuffix), true},
+      {"log (-wal)", remove(kLogSuffix), false, "", true},
+      {"(-shm), was deleted",
+       [](auto& path) {
+         fs::remove(path + "-shm");
+         fs::remove(path + "-wal");
+       },
+       true},
+      {"moved", [](auto& path) { fs::rename(path, path + "2"); }, true},
+      {"replaced", replace, true},
+      {"a second name", [](auto& path) { fs::create_hard_link(path, path + "2"); }, false, "2", true}};
+  for (const Mishap& mishap : mishaps) {
+    for (const bool saves_at_once : {false, true}) {
+      SCOPED_TRACE(testing::Message() << mishap.words << saves_at_once);
+      TryMishap(mishap, saves_at_once);
+    }
+  }
+}
+
 TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
@@ -81,8 +167,8 @@ TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   EXPECT_EQ(locker.Line() + old_locker.Line(), "locked\nlocked\n");
   const std::pair<std::string, std::function<void()>> actions[] = {
       {path, [&] { storage.Save(WholeTask("b", task), kNow); }},
-      {path, [&] { storage.Delete(task.id); }},
-      {path, [&] { tables.SaveUsers({FirstAdministrator()}); }},
+      {path, [&] { storage.Delete(task.id, task.version); }},
+      {path, [&] { tables.SaveUsers({FirstAdministrator()}, {}); }},
       {old, [&] { SqliteStorage(old, kImpatient); }}};
   for (const auto& [file, action] : actions) {
     const Failure failure = FailureOf(action);
@@ -106,7 +192,14 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const std::vector<std::string> words(argv, argv + argc);
   using namespace plovix::test;
-  if (argc == 5 && words[1] == "save") return SaveTasks(words[2], words[3], std::stoi(words[4]));
+  if (argc == 5 && (words[1] == "save" || words[1] == "stay")) {
+    try {
+      return SaveTasks(words[2], words[3], std::stoi(words[4]), words[1] == "stay");
+    } catch (const plovix::Failure& refused) {
+      std::cerr << refused.Description() << '\n';
+      return 1;
+    }
+  }
   if (argc == 3 && words[1] == "lock") return LockFile(words[2]);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();

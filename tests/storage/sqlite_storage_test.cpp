@@ -1,4 +1,5 @@
 #include <plovix/standalone/model/category_column.h>
+#include <plovix/standalone/storage/settings_column.h>
 
 #include "storage_support.h"
 #include "tests/support/full_task.h"
@@ -37,7 +38,7 @@ TEST(SqliteStorage, KeepsEveryFieldOverAReopening) {
   std::vector<TaskRecord> tasks{TaskRecord{}, FullTask({}, "")};
   for (const std::string& text :
        {"'\"; DROP TABLE VeloAutoTasks; --"s, "\0 zero \0"s, "\xFF\xC3 no UTF-8"s, "\xEF\xBB\xBF mark"s,
-        "\xF4\x8F\xBF\xBF\x38\x30\r\n\t"s, "12"s, std::string(300'000, 'x')}) {
+        "\xF4\x8F\xBF\xBF\x38\x30\r\n\t"s, "12"s, std::string(900, 'x')}) {
     tasks.push_back(FullTask({}, text));
     tasks.back().name = text;
   }
@@ -81,32 +82,77 @@ TEST(SqliteStorage, ReplacesAndDropsTheScheduleWithItsTask) {
     EXPECT_EQ(storage.Load(task.id), task);
     EXPECT_EQ(other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"), schedule ? 1 : 0);
   }
-  storage.Delete(task.id);
+  storage.Delete(task.id, task.version);
   EXPECT_EQ(other.Integer("SELECT count(*) FROM VeloAutoTaskSchedules"), 0);
 }
 
-TEST(SqliteStorage, RefusesWhatItCannotRead) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"PatternKind", "4"},      {"PatternKind", "-1"},   {"PatternKind", "'x'"},
-      {"StartDate", "''"},       {"Interval", "1 << 31"}, {"StartDate", "'2026-02-29'"},
-      {"ExecutionTime", "'08'"}, {"Sunday", "NULL"},      {"EveryNDays", "1"},
-      {"Monday", "'x'"},         {"Permissions", "''"},   {"Permissions", R"('[{"subject":"a"}]')"},
-      {"MayRun", "'yes'"},
+TEST(SqliteStorage, NamesWhatItCannotReadAndListsTheRest) {
+  const std::string tasks = "VeloAutoTasks", schedules = "VeloAutoTaskSchedules",
+                    actions = "VeloAutoTaskActions", deep(65'000, '[');
+  const struct {
+    std::string table, column, value, named = column;
+  } cases[] = {
+      {schedules, "PatternKind", "4"},
+      {schedules, "PatternKind", "-1"},
+      {schedules, "PatternKind", "'x'"},
+      {schedules, "StartDate", "''"},
+      {schedules, "Interval", "1 << 31"},
+      {schedules, "StartDate", "'2026-02-29'"},
+      {schedules, "ExecutionTime", "'08'"},
+      {schedules, "Sunday", "NULL"},
+      {schedules, "EveryNDays", "1"},
+      {schedules, "Monday", "'x'"},
+      {tasks, "Permissions", "''"},
+      {tasks, "Permissions", R"('[{"subject":"a"}]')"},
+      {tasks, "MayRun", "'yes'"},
+      {tasks, "Version", "'x'"},
+      {tasks, "Permissions", "'" + deep + "'"},
+      {actions, "RecordModes", "'x'", "action"},
   };
-  for (const auto& [column, value] : cases) {
+  for (const auto& [table, column, value, named] : cases) {
+    SCOPED_TRACE(column + value.substr(0, 20));
     const TempFolder folder;
     const std::string path = folder / "tasks.sqlite";
     SqliteStorage storage(path);
     TaskRecord task;
+    task.name = "named";
     task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{}};
+    task.actions = {{"run-sql", "a", 1, 2, {}}};
     storage.Save(task, kNow);
-    const bool is_task = column == "Permissions" || column == "MayRun";
-    const std::string table = is_task ? "VeloAutoTasks" : "VeloAutoTaskSchedules";
-    RunSql(path, "UPDATE " + table + " SET " + column + " = " + value);
-    const Failure failure = FailureOf([&] { (void)storage.List(); });
-    EXPECT_EQ(failure.Number(), failure_number::kInvalidFormat) << column << value;
-    EXPECT_TRUE(failure.Description().ends_with(": task 1 holds an unreadable " + column))
-        << failure.Description();
+    const TaskRecord whole = storage.Save(task, kNow);
+    RunSql(path, "UPDATE " + table + " SET " + column + " = " + value + " WHERE " +
+                     (table == tasks ? "Id" : "TaskId") + " = 1");
+    for (const std::function<void()>& read :
+         {std::function<void()>([&] { (void)storage.List(); }), {[&] { (void)storage.Load(1); }}}) {
+      const Failure failure = FailureOf(read);
+      EXPECT_EQ(failure.Number(), failure_number::kInvalidFormat);
+      EXPECT_TRUE(failure.Description().ends_with(": task 1 holds an unreadable " + named));
+    }
+    std::string told;
+    EXPECT_EQ(storage.ListReadable(
+                  [&](const UnreadableTask& unreadable) { told = unreadable.task.name + unreadable.column; }),
+              std::vector{whole});
+    EXPECT_EQ(told, "named" + named);
+  }
+}
+
+TEST(SqliteStorage, GoesOnWhereNumbersRunOut) {
+  const std::string most = "9223372036854775807";
+  const TempFolder folder;
+  const std::string path = folder / "tasks.sqlite";
+  SqliteStorage storage(path);
+  TaskRecord task = storage.Save(FullTask(), kNow);
+  RunSql(path, "UPDATE VeloAutoTasks SET Version = " + most);
+  for (const std::int64_t version : {1, 2}) {
+    task = storage.Save(*storage.Load(task.id), kNow);
+    EXPECT_EQ(task.version, version);
+  }
+  for (const char* sql : {"UPDATE sqlite_sequence SET seq = ", "UPDATE VeloAutoTasks SET Id = "}) {
+    RunSql(path, sql + most);
+    const Failure failure = FailureOf([&] { storage.Save({}, kNow); });
+    EXPECT_EQ(failure.Number(), failure_number::kOverflow);
+    EXPECT_NE(failure.Description().find("highest number"), std::string::npos) << failure.Description();
+    RunSql(path, "UPDATE sqlite_sequence SET seq = 1");
   }
 }
 
@@ -119,8 +165,9 @@ TEST(SqliteStorage, RefusesToSaveOverAnothersChange) {
   edit.actions = {edit.actions[1]};
   edit = other.Save(edit, kNow);
   EXPECT_THROW(mine.Save(opened, kNow), TaskConflict);
+  EXPECT_THROW(mine.Delete(opened.id, opened.version), TaskConflict);
   EXPECT_EQ(mine.List(), std::vector{edit});
-  other.Delete(opened.id);
+  other.Delete(edit.id, edit.version);
   EXPECT_THROW(mine.Save(edit, kNow), TaskConflict);
   EXPECT_TRUE(mine.List().empty());
   EXPECT_GT(mine.Save(FullTask(), kNow).id, opened.id);
@@ -146,6 +193,16 @@ TEST(SqliteStorage, WalksThroughRowsWithoutHoldingUpSaves) {
   }
 }
 
+// As another program may have written it: nothing of it is dropped, and nothing runs out of stack.
+TEST(SettingsColumn, TakesAnyOtherTextForOneSetting) {
+  std::string deep = R"({"a":)";
+  deep.append(65'000, '[').append(65'000, ']').append("}");
+  for (const std::string& text : {"Mail"s, "[]"s, "{}\0{}"s, deep})
+    EXPECT_EQ(DecodeSettings(text), (std::map<std::string, std::string>{{"", text}}));
+  EXPECT_EQ(DecodeSettings(R"({"a":[1,{"b":[]}],"c":"]"})"),
+            (std::map<std::string, std::string>{{"a", R"([1,{"b":[]}])"}, {"c", "]"}}));
+}
+
 TEST(CategoryColumn, TakesAnyOtherTextForOneCategory) {
   for (const std::string& name :
        {"Mail"s, "[1]"s, R"({"tag":"A","public":true})"s, R"([{"tag":"A"}])"s,
@@ -153,7 +210,9 @@ TEST(CategoryColumn, TakesAnyOtherTextForOneCategory) {
         "[{\"tag\":\"\xC3\",\"public\":true}]"s, "[{\"tag\":\"\t\",\"public\":true}]"s, "[]\0"s}) {
     EXPECT_EQ(DecodeCategories(name), (std::vector<CategoryRecord>{{name, true}})) << name;
   }
+  EXPECT_EQ(EncodeCategories({{"", true}}), "");
   // As older files and people write them.
+  EXPECT_TRUE(DecodeCategories(R"([{"tag":"","public":true}])").empty());
   EXPECT_EQ(DecodeCategories(R"( [{"public":true,"tag":"\u0041"}])"),
             (std::vector<CategoryRecord>{{"A", true}}));
 }

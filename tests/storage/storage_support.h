@@ -6,6 +6,7 @@
 #include <plovix/standalone/storage/schema.h>
 #include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <sqlite3.h>
 
 #include <QTemporaryDir>
 #include <filesystem>
@@ -52,7 +53,11 @@ inline void CopyWithLog(const std::string& from, const std::string& to) {
 
 // What another program does to the file.
 inline void RunSql(const std::string& path, const std::string& sql) {
-  Connection(path, kImpatient, Access::kReadWrite).Run(sql);
+  // Not through a Connection, which refuses what other programs may do.
+  sqlite3* file = nullptr;
+  EXPECT_EQ(sqlite3_open(path.c_str(), &file), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(file);
+  sqlite3_close(file);
 }
 
 inline void ExpectIntact(const std::string& path) {

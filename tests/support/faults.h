@@ -15,11 +15,12 @@ inline constexpr std::chrono::local_days kSomeDay{std::chrono::year{2026} / 3 / 
 
 inline const DataObjectRecord kCustomer{"Customer", "Customers", "CustomerId"};
 
-enum class Times { kOnce, kTwice, kForEver };
+enum class Times { kOnce, kTwice, kForEver, kMember };
 inline constexpr int kRetriesWhileItLasts = 3;
 
 // Writes down the host's members that are called and fails the n-th call (counted from 1): only that one,
-// also the next call of the same member (its repetition, when retried), or every call from it on.
+// also the next call of the same member (its repetition, when retried), every call from it on, or every one
+// of that member.
 class Injector final : public CallObserver {
  public:
   Injector() = default;  // fails nothing
@@ -29,15 +30,18 @@ class Injector final : public CallObserver {
     calls.emplace_back(member);
     const int count = static_cast<int>(calls.size());
     if (n_ == 0 || count < n_) return;
-    const bool again = times_ == Times::kForEver || (times_ == Times::kTwice && delivered.size() == 1 &&
-                                                     member == calls[static_cast<std::size_t>(n_) - 1]);
+    const bool same = member == calls[static_cast<std::size_t>(n_) - 1];
+    const bool again = times_ == Times::kForEver || (times_ == Times::kMember && same) ||
+                       (times_ == Times::kTwice && same && delivered.size() == 1);
     if (count > n_ && !again) return;
     delivered.push_back("injected " + std::to_string(count));
+    if (at_fault) at_fault();
     throw Failure(failure_number::kInvalidCall, delivered.back());
   }
 
   std::vector<std::string> calls;
   std::vector<std::string> delivered;  // descriptions of the failures that were thrown
+  std::function<void()> at_fault;      // done by the host before it fails
 
  private:
   int n_ = 0;
@@ -69,6 +73,7 @@ struct State {
   std::size_t actions, categories;
   bool tags, application_tags, importing, automation, data_object, typed;
   std::optional<RecurrenceRecord> recurrence;
+  const char* owner = "";
 };
 // The schedules differ in kind, so that a pattern page meets none, its own and another one.
 inline const State kStates[] = {
@@ -84,6 +89,8 @@ inline const State kStates[] = {
      Scheduled(YearlyRecord{2, {false, 28, 0, 0}})},
     {"a new task with tags", 0, 0, 0, false, true, false, true, false, false, Scheduled(MonthlyRecord{})},
     {"an imported task", 1, 1, 0, false, false, true, true, true, true, Scheduled(YearlyRecord{}, 2)},
+    {"a personal task", 2, 2, 3, false, false, false, false, true, false, Scheduled(MonthlyRecord{2, {}}, 1),
+     "ann"},
 };
 
 inline TaskRecord RecordOf(const State& state) {
@@ -98,6 +105,7 @@ inline TaskRecord RecordOf(const State& state) {
   task.process_failed_records = state.tags;
   task.process_all_records = state.data_object;
   if (state.typed) task.base_date = kSomeDay + std::chrono::hours{14};
+  task.owner = state.owner;
   task.actions.assign(state.actions, LogAction("line"));
   task.categories.assign(state.categories, {"category", true});
   return task;

@@ -31,6 +31,43 @@ inline std::string Differences(const std::optional<TaskRecord>& stored, const Ta
   return names;
 }
 
+// What is neither as it was before nor as it is wanted after: the names of what was lost.
+inline std::string Lost(const TaskRecord& before, const TaskRecord& wanted, const TaskRecord& after) {
+  std::string names;
+  const auto note = [&](std::string_view name, const auto& former, const auto& good, const auto& now) {
+    if (now != former && now != good) names += " " + std::string(name);
+  };
+  const auto compare = [&](const auto& fields, const auto& former, const auto& good, const auto& now) {
+    ForEachField(fields, [&](auto name, auto field) { note(name, former.*field, good.*field, now.*field); });
+  };
+  compare(kTaskFields, before, wanted, after);
+  note("Actions", before.actions, wanted.actions, after.actions);
+  note("Categories", before.categories, wanted.categories, after.categories);
+  note("Permissions", before.permissions, wanted.permissions, after.permissions);
+  note("Recurrence", before.recurrence.has_value(), wanted.recurrence.has_value(),
+       after.recurrence.has_value());
+  if (!after.recurrence) return names;
+  const auto former = before.recurrence.value_or(RecurrenceRecord{});
+  const auto good = wanted.recurrence.value_or(RecurrenceRecord{});
+  compare(kRecurrenceFields, former, good, *after.recurrence);
+  note("Pattern", former.pattern.index(), good.pattern.index(), after.recurrence->pattern.index());
+  // A pattern of another kind has nothing to lose.
+  if (former.pattern.index() != after.recurrence->pattern.index()) return names;
+  ForEachField(kPatternFields, [&](auto name, auto field) {
+    const auto* now = FieldIn(after.recurrence->pattern, field);
+    if (now == nullptr) return;
+    const auto& kept = *FieldIn(former.pattern, field);
+    const auto* typed = FieldIn(good.pattern, field);
+    if constexpr (requires { now->size(); }) {  // the days, each by itself
+      for (std::size_t i = 0; i < now->size(); ++i)
+        note(name, kept[i], (typed ? *typed : kept)[i], (*now)[i]);
+    } else {
+      note(name, kept, typed ? *typed : kept, *now);
+    }
+  });
+  return names;
+}
+
 inline bool IsOn(const Form& form, std::string_view name) {
   return ValueOf(form.Get(name)) == "1";
 }

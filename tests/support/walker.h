@@ -31,6 +31,8 @@ class Walked {
   [[nodiscard]] virtual Hand& UsersHand() = 0;
   // Whether the button was enabled.
   virtual bool Press(Button button) = 0;
+  // Whether the host lets that be typed into the control.
+  [[nodiscard]] virtual bool Takes(const Control& /*control*/, const std::string& /*text*/) { return true; }
   // What the surface owes beyond the wizard.
   virtual void Check() {}
 };
@@ -141,7 +143,7 @@ class Walker {
   }
   std::string AnyText() {
     static const std::vector<std::string> texts = [] {
-      std::vector<std::string> all{std::string(400, '9'), std::string(3000, 'x')};
+      std::vector<std::string> all{std::string(400, '9'), std::string(900, 'x')};
       std::istringstream pieces(
           "| "
           "|1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
@@ -199,7 +201,10 @@ class Walker {
     for (const int right : {kRightEditCategories, kRightSeeAllCategories, kRightGoOnWithLanguageTags})
       scene_.state.rights[right] = !OneIn(4);
     scene_.state.language_tag_mode = OneIn(4);
-    if (stored_.size() > 5) storage_.Delete(AnyOf(stored_).id);
+    if (stored_.size() > 5) {
+      const TaskRecord& gone = AnyOf(stored_);
+      storage_.Delete(gone.id, gone.version);
+    }
     const State& varied = AnyOf(kStates);
     TaskRecord task = RecordOf(varied);
     if (OneIn(3)) task.name = AnyText();
@@ -240,7 +245,7 @@ class Walker {
     Wizard().AskNextPage();
     if (opened_.id == 0 || conflict_ || !OneIn(2)) return;
     conflict_ = true;
-    OneIn(3) ? storage_.Delete(opened_.id)
+    OneIn(3) ? storage_.Delete(opened_.id, opened_.version)
              : static_cast<void>(storage_.Save(*storage_.Load(opened_.id), now_));
     stored_ = storage_.List();
   }
@@ -281,7 +286,7 @@ class Walker {
   [[nodiscard]] std::string ValueAfter(const Control& control, const Act& act, const std::string& former) {
     const auto* combo = dynamic_cast<const ComboBox*>(&control);
     const Kind kind = control.GetKind();
-    if (act.verb == Verb::kType) return act.text;
+    if (act.verb == Verb::kType) return walked_.Takes(control, act.text) ? act.text : former;
     if (act.verb == Verb::kSet) return PartOf(dynamic_cast<const DateTimePicker&>(control), act.value);
     if (kind == Kind::kOptionButton && act.verb != Verb::kLeave) return "1";
     if (kind == Kind::kCheckBox && act.verb == Verb::kClick)
@@ -375,6 +380,7 @@ class Walker {
     roads_.insert(way_);
     TaskRecord expected = Wizard().Task().Record();
     StartSchedule(expected, now_);
+    if (IsNoCategory(expected.categories)) expected.categories.clear();
     EXPECT_EQ(saved.id == opened_.id, opened_.id != 0 && !conflict_);
     expected.id = saved.id;
     expected.version = saved.id == opened_.id ? opened_.version + 1 : 1;

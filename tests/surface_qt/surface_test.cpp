@@ -3,6 +3,8 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -51,8 +53,11 @@ class PageTest : public EveryKindTest {
 
   // Draws the form and gives its window the activation.
   void Open() {
-    page = new FormWidget(form, user, [](HostControl&, QWidget* parent) { return new QLineEdit(parent); });
+    page = new FormWidget(
+        form, user, [](HostControl&, QWidget* parent) { return new QLineEdit(parent); }, nullptr, {},
+        options);
     layout->addWidget(page);
+    page->show();
     window.resize(700, 700);
     Activate(window);
     events.clear();
@@ -89,6 +94,7 @@ class PageTest : public EveryKindTest {
     return widget == nullptr ? "" : widget->objectName().toStdString();
   }
 
+  SurfaceOptions options;
   bool with_lost_focus = false;  // it has rules of its own, and a test of its own
   QWidget window;
   QVBoxLayout* layout = new QVBoxLayout(&window);
@@ -107,6 +113,9 @@ TEST_F(PageTest, KeysDoWhatTheMouseDoes) {
       {"arrow", [&] { Press("optA", Qt::Key_Down); }, {"optB_Click"}},
       {"button", [&] { Press("cmd", Qt::Key_Space); }, {"cmd_Click"}},
       {"link", [&] { Press("lblLink", Qt::Key_Space); }, {"lblLink_Click"}},
+      {"the first key asks for the entries",
+       [&] { Press("lst", Qt::Key_Down); },
+       {"lst_DropDown", "lst_Click"}},
       {"next entry", [&] { Press("lst", Qt::Key_Down); }, {"lst_Click"}},
       {"typing an entry's text", [&] { QTest::keyClicks(At("cbo"), "first"); }, {}},
       {"leaving it", [&] { Click("txt"); }, {}},
@@ -199,18 +208,28 @@ TEST_F(PageTest, TheWaitPointerEndsWithThePage) {
   form->Get("txt").SetCaption("nobody listens");
 }
 
-TEST_F(PageTest, TabFollowsTheReadingOrder) {
+// The group is one stop, at the selected button.
+TEST_F(PageTest, TabFollowsTheReadingOrderOrThatOfTheDeclaration) {
   Get<OptionButton>("optB").Select();
-  Open();
-  page->FocusFirst();
-  std::vector<std::string> order{Focused()};
-  for (int i = 0; i < 12; ++i) {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    order.push_back(Focused());
+  const std::pair<TabOrder, std::vector<std::string>> orders[] = {
+      {TabOrder::kReading,
+       {"txt", "cmd", "cbo", "optB", "lst", "txtDay", "chk", "dtp", "tim", "chkInside", "memo", "lblLink",
+        "slot"}},
+      {TabOrder::kDeclared,
+       {"txt", "lblLink", "slot", "cmd", "memo", "chkInside", "tim", "dtp", "chk", "txtDay", "lst", "optB",
+        "cbo"}}};
+  for (const auto& [chosen, wanted] : orders) {
+    delete page;
+    options.tab_order = chosen;
+    Open();
+    At("txt")->setFocus();
+    std::vector<std::string> order{Focused()};
+    while (order.size() < wanted.size()) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+      order.push_back(Focused());
+    }
+    EXPECT_EQ(order, wanted);
   }
-  // The group is one stop, at the selected button.
-  EXPECT_EQ(order, (std::vector<std::string>{"txt", "cmd", "cbo", "optB", "lst", "txtDay", "chk", "dtp",
-                                             "tim", "chkInside", "memo", "lblLink", "slot"}));
 }
 
 TEST_F(PageTest, ALeftFieldIsToldOnlyWhenTheUserWent) {
@@ -294,6 +313,35 @@ TEST_F(PageTest, EverythingIsAnnounced) {
   QTest::qWait(0);
   EXPECT_EQ(events, (std::vector<std::string>{"lblLink_Click", "optB_Click"}));
   EXPECT_TRUE(access("optB")->state().checked);
+}
+
+// One rule for every kind: what the widget is given, and what is read of it.
+TEST_F(PageTest, CaptionsMarkTheirMnemonicOnce) {
+  Open();
+  const struct {
+    const char *caption, *given, *read;
+  } rows[] = {
+      {"R&&D", "R&&D", "R&D"},
+      {"Research & more&", "Research && more&&", "Research & more&"},
+      {"&All of R&&D", "&All of R&&D", "All of R&D"},
+      {"&&&All", "&&&All", "&All"},
+      {"&One &Two", "&One &&Two", "One &Two"},
+  };
+  for (const auto& row : rows) {
+    for (const char* name : {"chk", "optA", "cmd"}) {
+      Get(name).SetCaption(row.caption);
+      EXPECT_EQ(At<QAbstractButton>(name)->text(), row.given) << name;
+    }
+    for (const char* name : {"lblName", "lblTitle", "fra"}) Get(name).SetCaption(row.caption);
+    EXPECT_EQ(At<QGroupBox>("fra")->title(), row.given);
+    EXPECT_EQ(At<QLabel>("lblName")->text(), row.given);
+    EXPECT_EQ(At<QLabel>("lblTitle")->text(), row.read) << "names no field";
+    for (const char* name : {"chk", "fra", "lblName", "lblTitle"})
+      EXPECT_EQ(QAccessible::queryAccessibleInterface(At(name))->text(QAccessible::Name), row.read) << name;
+  }
+  QTest::keyClick(At("txt"), Qt::Key_R, Qt::AltModifier);
+  EXPECT_TRUE(
+      QTest::qWaitFor([this] { return Get<CheckBox>("chkInside").Checked(); }));  // pressed for a moment
 }
 
 TEST_F(PageTest, LinesBecomeRowsThatWrapAndScrollOnlyDown) {

@@ -1,6 +1,7 @@
 // The wizard without a toolkit: navigation, buttons and saving, with the real pages and with pages that
 // follow the test's script.
 #include <plovix/framework/page_controls.h>
+#include <plovix/standalone/model/category_column.h>
 
 #include "tests/support/faults.h"
 
@@ -240,6 +241,45 @@ TEST_F(VeloWizTest, AFailingInitializeIsAnswered) {
   EXPECT_EQ(scene.dialogs.reports.back().procedure, "IWizardPage_Initialize");
 }
 
+// A kind of time that the page does not know: it pushes nothing, and changes nothing.
+TEST_F(VeloWizTest, APageThatSaysNothingIsPassed) {
+  TaskRecord task = CompleteTask();
+  task.recurrence->time_kind = 7;
+  Make(task);
+  wizard->Open("Plovix.RecurrenceTime");
+  EXPECT_EQ(wizard->Refreshes(), 0);
+  EXPECT_TRUE(wizard->Next());
+  EXPECT_EQ(Where(), "Plovix.RecurrencePattern BN-C");
+  EXPECT_EQ(wizard->Task().Record(), task);
+}
+
+// A task begun in language-tag mode keeps its tags when the mode is off; what an empty box leaves is stored
+// as no category.
+TEST_F(VeloWizTest, ANewTaskIsWhatTheModeSays) {
+  for (const bool marker : {true, false}) {
+    scene.state.language_tag_mode = true;
+    scene.state.marker_file = marker;
+    scene.state.tag_texts["t"] = "Text";
+    Make({});
+    EXPECT_FALSE(wizard->HasChanges());
+    wizard->Open("Plovix.Details");
+    scene.dialogs.chosen_tag = "t";
+    for (const char* text : {"Name", "Description"}) {
+      if (marker) Type(std::string("txt") + text, "Text");
+      if (!marker) wizard->User().Press(At(std::string("cmd") + text + "LangTag"));
+    }
+    wizard->Next();
+    EXPECT_TRUE(wizard->Finish());
+    scene.state.language_tag_mode = false;
+    const TaskRecord saved = wizard->Saved();
+    EXPECT_EQ(saved.uses_language_tags, !marker);
+    EXPECT_TRUE(saved.categories.empty());
+    Make(saved);
+    wizard->Open("Plovix.Details");
+    EXPECT_EQ(dynamic_cast<TextBox&>(At("txtName")).Text(), "Text");
+  }
+}
+
 TEST_F(VeloWizTest, AFailedSaveKeepsEverythingOpen) {
   wizard->Open("A");
   for (const char* text : {"B", ""}) Type("txtNext", text);
@@ -274,6 +314,7 @@ std::pair<int, bool> WalkWithFault(const State& state, int n, Times times, int a
   expected.version = stored.version + (finished ? 1 : 0);
   if (finished) expected.modified = scene.state.Now();
   if (finished) StartSchedule(expected, scene.state.Now());
+  if (finished && IsNoCategory(expected.categories)) expected.categories.clear();
   EXPECT_EQ(scene.storage.List(), std::vector{expected});
   return {static_cast<int>(injector.calls.size()), finished};
 }

@@ -1,0 +1,44 @@
+# What Plovix is compiled with. Everything here holds for this tree alone: nothing reaches a project that adds Plovix
+# to itself, and of that project's settings only those that Plovix can live with reach in.
+
+# Older ones lack what std::source_location and ranges need. controls/requirements.h refuses the same for programs that
+# include the headers.
+set(minimum_GNU 12)
+set(minimum_Clang 16)
+set(minimum ${minimum_${CMAKE_CXX_COMPILER_ID}})
+if(NOT minimum OR CMAKE_CXX_COMPILER_VERSION VERSION_LESS minimum)
+  message(FATAL_ERROR "Plovix needs g++ 12 or newer, or clang 16 or newer; "
+                      "${CMAKE_CXX_COMPILER} is ${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}")
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET default)  # cmake/*.map.in say what is exported
+set(CMAKE_VISIBILITY_INLINES_HIDDEN OFF)
+set(CMAKE_UNITY_BUILD OFF)  # sources have names of their own
+set(CMAKE_AUTOMOC OFF)
+set(CMAKE_AUTOUIC OFF)
+set(CMAKE_AUTORCC OFF)
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  find_program(CCACHE ccache)
+  if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  endif()
+endif()
+
+# g++ 12 sees an overlap in every optimised `literal + string`, where there is none: no -Wrestrict. clang minds what its
+# standard library's stable_sort is made of: no -Wdeprecated-declarations.
+add_library(plovix_warnings INTERFACE)
+target_compile_options(plovix_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+                                                 $<$<CXX_COMPILER_ID:Clang>:-Wno-deprecated-declarations>
+                                                 $<$<BOOL:${PLOVIX_WERROR}>:-Werror>)
+if(PLOVIX_SANITIZE)
+  add_compile_options(-fsanitize=${PLOVIX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${PLOVIX_SANITIZE})
+endif()

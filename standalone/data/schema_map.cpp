@@ -1,0 +1,154 @@
+#include "schema_map.h"
+
+#include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/query/sql_tokens.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace plovix {
+namespace {
+
+// One pass. The database's own list of tables and their columns names keys and shadow tables, too, but take
+// time in the square of the number of tables.
+constexpr std::string_view kSchema =
+    "SELECT name, type, rootpage, sql FROM sqlite_master "
+    "WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
+
+// Virtual tables that the database itself trusts in a file from anywhere, and that can be read without being
+// prepared for writing.
+constexpr auto kSafeModules = std::to_array<std::string_view>({"fts3", "fts4", "fts5"});
+// Functions that give rows.
+constexpr auto kSafeFunctions = std::to_array<std::string_view>({"json_each", "json_tree"});
+
+bool IsAmong(std::span<const std::string_view> list, std::string_view name) {
+  return std::ranges::find(list, name) != list.end();
+}
+
+// "CREATE VIRTUAL TABLE name USING module(...)".
+void ReadVirtual(std::string_view sql, SchemaEntry& entry) {
+  const std::vector<SqlToken> tokens = SqlTokens(sql);
+  const auto is_using = [](const SqlToken& token) { return token.Is("USING"); };
+  const auto word = std::ranges::find_if(tokens, is_using);
+  if (word == tokens.end()) return;
+  entry.module = LowerName((word + 1)->text);
+  entry.reads_hidden =
+      std::any_of(word, tokens.end(), [](const SqlToken& token) { return HasHiddenName(token.text); });
+}
+
+}  // namespace
+
+SchemaMap::SchemaMap(const Connection& connection, const Each& each) {
+  std::vector<std::string> view_texts;
+  Read(connection, each, view_texts);
+  nodes_.resize(views_.size());
+  for (std::size_t view = 0; view < view_texts.size(); ++view) Link(view, SourcesOf(view_texts[view]));
+  Weigh(0);
+  for (const auto& [name, node] : views_)
+    entries_[by_name_.at(name)].reads_hidden = nodes_[node].reads_hidden;
+  connection.Prepare("SELECT name FROM pragma_module_list").ForEachRow([this](const Statement& row) {
+    modules_.insert(LowerName(row.Text(0)));
+  });
+}
+
+void SchemaMap::Read(const Connection& connection, const Each& each, std::vector<std::string>& view_texts) {
+  connection.Prepare(kSchema).ForEachRow([&](const Statement& row) {
+    SchemaEntry entry;
+    entry.name = row.Text(0);
+    if (row.Text(1) == "view") {
+      entry.kind = SchemaEntry::Kind::kView;
+    } else if (row.Integer(2) == 0) {  // it has no page of its own
+      entry.kind = SchemaEntry::Kind::kVirtual;
+      ReadVirtual(row.Text(3), entry);
+    }
+    std::string name = LowerName(entry.name);
+    if (entry.kind == SchemaEntry::Kind::kView && views_.try_emplace(name, view_texts.size()).second)
+      view_texts.emplace_back(row.Text(3));
+    if (each) each(entry, row.Text(3));
+    by_name_.try_emplace(std::move(name), entries_.size());
+    entries_.push_back(std::move(entry));
+  });
+}
+
+const SchemaEntry* SchemaMap::Find(std::string_view name) const {
+  const auto found = by_name_.find(LowerName(name));
+  return found == by_name_.end() ? nullptr : &entries_[found->second];
+}
+
+std::size_t SchemaMap::SelectsIn(std::string_view sql) {
+  const std::size_t node = nodes_.size();
+  nodes_.emplace_back();
+  Link(node, SourcesOf(sql));
+  Weigh(node);
+  const std::size_t selects = nodes_[node].selects;
+  nodes_.resize(node);
+  return selects;
+}
+
+// Common table expressions of one name become one; they are visible in the whole of their text.
+void SchemaMap::Link(std::size_t node, const SqlSources& sources) {
+  Names common;
+  for (const CommonTable& table : sources.common) {
+    if (common.try_emplace(table.name, nodes_.size()).second) nodes_.emplace_back();
+  }
+  LinkOne(node, sources.all, common);
+  for (const CommonTable& table : sources.common) LinkOne(common.at(table.name), table.sources, common);
+  if (sources.too_deep) nodes_[node].reads.push_back(node);  // waits for itself and is never known
+}
+
+void SchemaMap::LinkOne(std::size_t node, const std::vector<std::string>& sources, const Names& common) {
+  for (const std::string& name : sources) {
+    const auto local = common.find(name);
+    if (local != common.end()) {
+      if (local->second != node) nodes_[node].reads.push_back(local->second);  // else it is recursive
+      continue;
+    }
+    const auto view = views_.find(name);
+    if (view != views_.end()) nodes_[node].reads.push_back(view->second);
+    nodes_[node].reads_hidden = nodes_[node].reads_hidden || HasHiddenName(name);
+  }
+}
+
+// A pass finds at least what is built on the storeys below. What is not known then goes round in circles, or
+// too far up.
+void SchemaMap::Weigh(std::size_t first) {
+  for (int pass = 0; pass < kMostStoreys; ++pass) {
+    bool found = false;
+    for (std::size_t i = first; i < nodes_.size(); ++i)
+      found = (!nodes_[i].is_known && Weigh(nodes_[i])) || found;
+    if (!found) break;
+  }
+  for (std::size_t i = first; i < nodes_.size(); ++i) {
+    if (!nodes_[i].is_known || nodes_[i].storeys > kMostStoreys) nodes_[i].selects = kMostSelects + 1;
+    if (!nodes_[i].is_known) nodes_[i].reads_hidden = true;
+  }
+}
+
+bool SchemaMap::Weigh(Node& node) const {
+  const auto is_known = [this](std::size_t read) { return nodes_[read].is_known; };
+  if (!std::ranges::all_of(node.reads, is_known)) return false;
+  for (const std::size_t read : node.reads) {
+    node.selects = std::min(node.selects + nodes_[read].selects, kMostSelects + 1);
+    node.storeys = std::max(node.storeys, nodes_[read].storeys + 1);
+    node.reads_hidden = node.reads_hidden || nodes_[read].reads_hidden;
+  }
+  return node.is_known = true;
+}
+
+// A name that the file does not have is that of a common table expression, or of what the database offers by
+// itself: that gives away how it is made, and how other programs use it.
+bool SchemaMap::MayRead(std::string_view table, std::string_view column, bool reads_hidden) const {
+  const std::string name = LowerName(table);
+  const auto found = by_name_.find(name);
+  if (found != by_name_.end()) {
+    const SchemaEntry& entry = entries_[found->second];
+    if (entry.kind == SchemaEntry::Kind::kVirtual && !IsAmong(kSafeModules, entry.module)) return false;
+    return reads_hidden || (!HasHiddenName(entry.name) && !entry.reads_hidden);
+  }
+  if (IsAmong(kSafeFunctions, name)) return true;
+  return column.empty() && !modules_.contains(name) && !name.starts_with("pragma_") &&
+         !name.starts_with("sqlite_");
+}
+
+}  // namespace plovix

@@ -1,0 +1,93 @@
+// Who may put which task in the place of which other one: the storage asks the users and the row as they are
+// when it writes, not as they were when the task was opened.
+#include <plovix/standalone/model/host_user.h>
+
+#include "storage_support.h"
+
+namespace plovix::test {
+namespace {
+
+const std::vector<UserRecord> kUsers{
+    {.id = "root", .name = "", .administrator = true, .groups = {}},
+    {.id = "anna", .name = "", .groups = {}, .create_personal = true, .create_shared = true},
+    {.id = "clerk", .name = "", .groups = {}, .create_shared = true},
+    {.id = "solo", .name = "", .groups = {}, .create_personal = true},
+    {.id = "guest", .name = "", .groups = {"Guests"}}};
+const PermissionSet kGranted{
+    {.subject = "Guests", .is_group = true, .view = true, .run = true, .edit = true},
+    {.subject = "anna", .is_group = false, .view = true, .run = true, .edit = true, .erase = true}};
+
+TEST(Rights, AreAskedWhereATaskIsStored) {
+  const struct {
+    std::string actor, task;  // "new", "shared", "granted", or its owner
+    std::string change;       // "rename", "permit", "delete", or the new owner; "": shared
+    std::string answer;
+    std::string meanwhile = {};  // SQL
+  } cases[] = {
+      {"guest", "granted", "rename", ""},
+      {"guest", "granted", "permit", "[rights.mayNotChangeAccess]"},
+      {"guest", "granted", "guest", "[rights.mayNotChangeAccess]"},
+      {"guest", "granted", "delete", "[rights.mayNotDelete]"},
+      {"guest", "shared", "rename", "[rights.mayNotEdit]"},
+      {"clerk", "granted", "rename", "[rights.mayNotEdit]"},
+      {"clerk", "shared", "permit", ""},
+      {"clerk", "shared", "clerk", "[rights.mayNotCreatePersonal]"},
+      {"anna", "granted", "permit", ""},
+      {"anna", "granted", "anna", ""},
+      {"anna", "granted", "guest", "[rights.mayNotGiveAway]"},
+      {"anna", "granted", "delete", ""},
+      {"anna", "anna", "", ""},
+      {"anna", "solo", "rename", "[rights.mayNotEdit]"},
+      {"solo", "solo", "", "[rights.mayNotCreateShared]"},
+      {"clerk", "clerk", "rename", ""},
+      {"root", "solo", "rename", ""},
+      {"root", "solo", "anna", ""},
+      {"gone", "shared", "rename", "[rights.noUser]"},
+      {"solo", "new", "solo", ""},
+      {"solo", "new", "rename", "[rights.mayNotCreateShared]"},
+      {"clerk", "new", "clerk", "[rights.mayNotCreatePersonal]"},
+      {"anna", "new", "root", "[rights.mayNotGiveAway]"},
+      {"root", "new", "solo", ""},
+      {"clerk", "shared", "rename", "[rights.mayNotEdit]", "UPDATE VeloUsers SET CreateShared = 0"},
+      {"clerk", "shared", "delete", "[rights.noUser]", "DELETE FROM VeloUsers WHERE Id = 'clerk'"},
+      {"clerk", "shared", "delete", "[rights.mayNotDelete]", "UPDATE VeloAutoTasks SET Permissions = '[]'"},
+      {"clerk", "shared", "rename", "conflict", "UPDATE VeloAutoTasks SET Owner = 'anna', Version = 2"},
+      {"clerk", "shared", "rename", "conflict", "DELETE FROM VeloAutoTasks"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(&each - cases);
+    const TempFolder folder;
+    const std::string path = folder / "tasks.sqlite";
+    SqliteStorage storage(path);
+    SqliteHostTables tables(path);
+    tables.SaveUsers(kUsers, tables.Users());
+    TaskRecord task;
+    if (each.task == "granted") task.permissions = kGranted;
+    if (each.task != "granted" && each.task != "shared" && each.task != "new") task.owner = each.task;
+    if (each.task != "new") task = storage.Save(task, kNow);
+    storage.SetGuard(GuardFor(tables, each.actor, TextTable::Ids()));
+    if (!each.meanwhile.empty()) RunSql(path, each.meanwhile);
+    const auto before = storage.List();
+    if (each.change == "rename") {
+      task.name = "renamed";
+    } else if (each.change == "permit") {
+      task.permissions = PermissionSet{};
+    } else {
+      task.owner = each.change, task.permissions.reset();
+    }
+    std::string answer;
+    try {
+      each.change == "delete" ? storage.Delete(task.id, task.version)
+                              : static_cast<void>(storage.Save(task, kNow));
+    } catch (const TaskConflict&) {
+      answer = "conflict";
+    } catch (const Failure& failure) {
+      answer = failure.Description();
+    }
+    EXPECT_EQ(answer, each.answer);
+    EXPECT_EQ(storage.List() != before, answer.empty());
+  }
+}
+
+}  // namespace
+}  // namespace plovix::test
