@@ -17,6 +17,7 @@ namespace plovix {
 /// nothing is stored then.
 class RowConflict final : public Failure {
  public:
+  /// `description` tells a person what happened; `rows` are the keys of the rows.
   RowConflict(const std::string& description, std::vector<std::string> rows)
       : Failure(failure_number::kInvalidCall, description), rows_(std::move(rows)) {}
   /// The keys of these rows.
