@@ -13,6 +13,8 @@
 - no header of the product defines an object that a constructor makes or a destructor ends: each library and
   program that shares it would make it, at a moment of its own, and compilers disagree on who does;
 - a comment that serves several declarations, between @{ and @}, ends before the next one begins;
+- the sources below standalone/ name every key of the language tables and no other, and every text's number in the
+  component is in the tables;
 - a widget gets no text in a way that lets the toolkit take it for markup or for a placeholder.
 It also prints how much of the code is test code.
 """
@@ -122,9 +124,25 @@ def problems_in(name, text):
             yield f"{place}: {included} is neither the standard library's nor a room's"
 
 
+def language_problems(texts):
+    # The samples have tags whose names look like keys.
+    standalone = "".join(text for name, text in texts.items()
+                         if name.startswith("standalone/") and not name.endswith("/editor_samples.cpp"))
+    component = "".join(text for name, text in texts.items() if name.startswith(("framework/", "designs/", "pages/")))
+    numbers = set(re.findall(r'\bk\w+Text = (\d+);|"[Ll]ng=(\d+);?"', component))
+    for name in (name for name in texts if name.startswith("languages/")):
+        table = json.loads(texts[name])
+        begins = "|".join({key.split(".")[0] for key in table["host"]})
+        used = set(re.findall(rf'"((?:{begins})\.(?!h")[a-z][A-Za-z.]*)"', standalone))
+        yield from (f"{name}: {key} is missing, or nothing uses it" for key in sorted(used ^ set(table["host"])))
+        missing = {first or second for first, second in numbers} - set(table["pages"])
+        yield from (f"{name}: the text {number} is missing" for number in sorted(missing))
+
+
 def main(names):
     texts = {name: Path(name).read_text(encoding="utf-8") for name in names}
     problems = [problem for name, text in texts.items() for problem in problems_in(name, text)]
+    problems += [] if problems else language_problems(texts)
     for problem in problems:
         print(problem, file=sys.stderr)
     lines = {name: text.count("\n") for name, text in texts.items() if name.endswith((".h", ".cpp"))}

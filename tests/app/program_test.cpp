@@ -139,44 +139,6 @@ TEST_F(ProgramTest, AScheduleIsMadeByKeyboardAndSaidInWords) {
       << "nothing runs twice";
 }
 
-TEST_F(ProgramTest, LeavingTheWizardAsks) {
-  const TaskRecord stored = storage_->Save({}, state_.Now());
-  list_->Reload();
-  OpenWizard("edit");
-  Key(Qt::Key_Return);
-  Type("New");
-  {
-    const Answers answers(
-        {PressKey(Qt::Key_Escape), [](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
-    Key(Qt::Key_Escape);  // asks; Esc in the question goes on editing
-    ASSERT_NE(Wizard(), nullptr);
-    Key(Qt::Key_Escape);
-  }
-  EXPECT_EQ(Wizard(), nullptr);
-  EXPECT_EQ(storage_->Load(stored.id), stored);
-}
-
-// The causes that there are, and their words, are for the tests of the storage.
-TEST_F(ProgramTest, AFailedSaveSaysWhyAndKeepsTheWizardOpen) {
-  OpenWizard("new");
-  Key(Qt::Key_Return);
-  Type("kept");
-  Key(Qt::Key_Return);
-  QFile::rename(Path(), Path() + "2");
-  {
-    const Answers answers({[](QWidget* box) {
-      EXPECT_THAT(FromQt(qobject_cast<QMessageBox*>(box)->text()),
-                  AllOf(HasSubstr("could not be saved"), HasSubstr("moved")));
-      QTest::keyClick(box, Qt::Key_Return);
-    }});
-    WizardButton("finish")->click();
-  }
-  QFile::rename(Path() + "2", Path());
-  ASSERT_TRUE(Wizard() != nullptr && Names().empty());
-  WizardButton("finish")->click();
-  EXPECT_THAT(Names(), ElementsAre("kept"));
-}
-
 TEST_F(ProgramTest, TheListFiltersDuplicatesAndDeletesAfterAQuestion) {
   TaskRecord task;
   for (const char* name : {"Beta", "alpha", "gamma"}) task.name = name, storage_->Save(task, state_.Now());
@@ -287,40 +249,15 @@ TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
   }
 }
 
-TEST_F(ProgramTest, EveryElementOfEveryPageHasANameAndIsReachedByTab) {
-  for (const std::string& identifier : registry_.Identifiers()) {
-    TaskRecord task;
-    task.recurrence = RecurrenceRecord{};
-    WizardWindow window(Parts(), task);
-    ASSERT_TRUE(window.Start(identifier));
-    window.show();
-    std::set<QWidget*> reached;
-    QStringList order;
-    for (QWidget* widget = window.focusWidget(); widget != nullptr && reached.insert(widget).second;) {
-      order += widget->objectName();
-      QTest::keyClick(widget, Qt::Key_Tab);
-      widget = window.focusWidget();
-    }
-    for (QWidget* widget : window.findChildren<QWidget*>()) {
-      if (!widget->isVisible() || !widget->isEnabled() || !(widget->focusPolicy() & Qt::TabFocus)) continue;
-      if (widget->focusProxy() != nullptr || qobject_cast<QRadioButton*>(widget) != nullptr) continue;
-      EXPECT_TRUE(reached.contains(widget)) << identifier << " " << FromQt(widget->objectName());
-      EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
-          << identifier << " " << FromQt(widget->objectName()) << widget->metaObject()->className();
-    }
-    EXPECT_GT(order.indexOf("summary"), order.indexOf("cancel")) << "what is only read comes last";
-    window.Wizard().Cancel();
-  }
-}
-
 TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
-  const std::vector<std::tuple<int, int, int, QMessageBox::Icon>> cases = {
-      // value, answer to Enter, answer to Esc, icon
-      {48, 1, 1, QMessageBox::Warning},
-      {64, 1, 1, QMessageBox::Information},
-      {49, 1, 2, QMessageBox::Warning},
-      {33, 1, 2, QMessageBox::Question},
-      {36, 6, 7, QMessageBox::Question}};
+  const struct {
+    int value, enter, escape;
+    QMessageBox::Icon icon;
+  } cases[] = {{48, 1, 1, QMessageBox::Warning},
+               {64, 1, 1, QMessageBox::Information},
+               {49, 1, 2, QMessageBox::Warning},
+               {33, 1, 2, QMessageBox::Question},
+               {36, 6, 7, QMessageBox::Question}};
   for (const auto& [value, enter, escape, icon] : cases) {
     EXPECT_EQ(dialogs_.MakeMessageBox("<b>text", value, "title")->icon(), icon);
     const Answers answers({PressKey(Qt::Key_Return), PressKey(Qt::Key_Escape)});
@@ -361,6 +298,9 @@ TEST(Program, ReadsCommandsWithoutADisplayAndSaysInWordsWhatItCannotUse) {
       {.arguments = {"script", "-", "--language", at("large.json")}, .words = {"larger than 4 MB"}},
       {.arguments = {"script", "-", "--language", at("no.json")}, .words = {"does not exist"}},
       {.arguments = {"script", "-", "--database", at("tasks.sqlite")}, .words = {"-journal is no ordinary"}},
+      {.arguments = {"--nonsense"}, .status = 2, .words = {"unknown argument: --nonsense"}},
+      {.arguments = {"--database"}, .status = 2, .words = {"--database needs a value"}},
+      {.arguments = {"script"}, .status = 2, .words = {"script needs a value"}},
   };
   for (const Case& each : cases) {
     QProcess process;
@@ -380,15 +320,6 @@ TEST(Program, ReadsCommandsWithoutADisplayAndSaysInWordsWhatItCannotUse) {
         << said;
     for (const char* words : each.words) EXPECT_THAT(said, HasSubstr(words));
   }
-}
-
-TEST(Options, AreReadOrRefusedByName) {
-  const ProgramOptions options = ParseOptions({"script", "-", "--database", "a b", "--language", "ids"});
-  EXPECT_EQ(std::tuple(options.script, options.database, options.language), std::tuple("-", "a b", "ids"));
-  using Words = std::vector<std::string>;
-  for (const Words& wrong :
-       {Words{"--nonsense"}, {"--database"}, {"script"}, {"--palette", "red"}, {"file.txt"}})
-    EXPECT_THROW((void)ParseOptions(wrong), Failure) << wrong.front();
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // What the windows do with rights: asked when something happens, not when the list was read.
 #include <gmock/gmock.h>
+#include <plovix/host/host_application.h>
 #include <plovix/standalone/app/task_exchange.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
@@ -13,6 +14,7 @@
 namespace plovix::app {
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 
 const UserRecord kClerk{
@@ -161,16 +163,27 @@ TEST_F(RightsTest, APersonalTaskStaysItsOwners) {
   EXPECT_FALSE(ListButton("duplicate")->isEnabled());
 }
 
-TEST_F(RightsTest, PrivateCategoriesAreSeenByThoseWhoMay) {
+TEST_F(RightsTest, CategoriesAreSeenAndEditedByThoseWhoMay) {
+  SaveUsers({kClerk,
+             {.id = "seer", .name = "", .groups = {}, .see_all_categories = true},
+             {.id = "editor", .name = "", .groups = {}, .edit_categories = true}});
   Put("");
-  for (const auto& [user, seen] : {std::pair("admin", "Secret, Open"), {"clerk", "Open"}}) {
+  const struct {
+    std::string user, seen;
+    bool edits;
+  } cases[] = {{"admin", "Secret, Open", true},
+               {"seer", "Secret, Open", false},
+               {"editor", "Open", true},
+               {"clerk", "Open", false}};
+  for (const auto& [user, seen, edits] : cases) {
     WorkAs(user);
+    EXPECT_EQ(state_.rights[kRightEditCategories], edits) << user;
     const QModelIndex cell =
         list_->findChild<QTableView*>("tasks")->model()->index(0, TaskTableModel::kCategories);
     EXPECT_EQ(FromQt(cell.data().toString()), seen);
     EXPECT_EQ(cell.data(Qt::ToolTipRole).toString(), qt::ToolTip(cell.data().toString()));
     list_->findChild<QLineEdit*>("filter")->setText("secret");
-    EXPECT_EQ(Names().isEmpty(), user == std::string("clerk"));
+    EXPECT_EQ(Names().isEmpty(), seen == "Open");
   }
 }
 

@@ -197,6 +197,7 @@ TEST_F(WindowsTest, CtrlEnterGoesOnFromEverywhereInTheWizard) {
   }
 }
 
+// Leaving a changed task asks; Esc in the question goes on editing.
 TEST_F(WindowsTest, EnterOnAnEmptyListPressesAndTheListHasTheFocusAfterDiscard) {
   list_->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(list_.get()));
@@ -206,16 +207,20 @@ TEST_F(WindowsTest, EnterOnAnEmptyListPressesAndTheListHasTheFocusAfterDiscard) 
   QTest::keyClick(Wizard(), Qt::Key_Escape);
   TaskRecord task;
   task.name = "a";
-  storage_->Save(task, state_.Now());
+  task = storage_->Save(task, state_.Now());
   list_->Reload();
   OpenWizard("edit");
   Key(Qt::Key_Return);
   Type("changed");
   {
-    const Answers answers({[](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
+    const Answers answers(
+        {PressKey(Qt::Key_Escape), [](QWidget* box) { QTest::keyClick(box, Qt::Key_D, Qt::AltModifier); }});
+    Key(Qt::Key_Escape);
+    ASSERT_NE(Wizard(), nullptr);
     Key(Qt::Key_Escape);
   }
   ASSERT_EQ(Wizard(), nullptr);
+  EXPECT_EQ(storage_->List(), std::vector{task});
   ASSERT_TRUE(QTest::qWaitForWindowActive(list_.get()));
   EXPECT_EQ(QApplication::focusWidget(), list_->findChild<QTableView*>("tasks"));
 }

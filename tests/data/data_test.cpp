@@ -129,13 +129,8 @@ TEST_F(DataTest, TheSampleIsWholeAndNeverReplacesAFile) {
   const Connection connection(path_, 50ms, Access::kReadOnly);
   EXPECT_EQ(connection.Text("PRAGMA integrity_check"), "ok");
   EXPECT_EQ(connection.Text("PRAGMA foreign_key_check"), std::nullopt);
-  std::int64_t rows = 0;
-  for (const DataObjectRecord& object : source_.List()) {
-    EXPECT_EQ(object.key, "id") << object.name;
-    rows += *connection.Integer("SELECT count(*) FROM " + QuotedName(object.name));
-  }
+  for (const DataObjectRecord& object : source_.List()) EXPECT_EQ(object.key, "id") << object.name;
   EXPECT_EQ(source_.List().size(), 9U);
-  EXPECT_NEAR(static_cast<double>(rows), 11'000, 1500);
   EXPECT_EQ(
       connection.Integer("SELECT count(*) FROM orders WHERE round(total, 2) <> (SELECT "
                          "round(sum(quantity * price), 2) FROM order_lines WHERE order_id = orders.id)"),

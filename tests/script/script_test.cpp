@@ -94,10 +94,8 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       {"task set Recurrence.Pattern Hourly", "a pattern is nothing, or a DailyPattern"},
       {"task set Recurrence.Pattern.Fly 1", "no pattern has a member \"Fly\""},
       {"task set Recurrence.Pattern.Day on", "the days of a week are Day.1, Sunday, to Day.7"},
-      {"task set Recurrence.Pattern.Day.8 on", "the days of a week are"},
       {"task set Recurrence.Pattern.Day.7 yes", "\"yes\" is neither on nor off"},
       {"task set Recurrence.Pattern.Month.1 1", "only Recurrence.Pattern.Day takes an index"},
-      {"task set ScheduleStart 2026-02-29", "\"2026-02-29\" is not a date such as"},
       {"task set ScheduleStart 2026-02-28T00:00:01", "\"2026-02-28T00:00:01\" is not a date"},
       {"host now 2026-10-25T02:10:00+1",
        "\"2026-10-25T02:10:00+1\" does not end in an offset such as +01:00"},
@@ -126,37 +124,25 @@ TEST(ScriptLanguage, StopsAtAWrongLineAndNamesItsPlace) {
       ran.messages.starts_with("plovix> test.txt:1: unknown command \"fly\"\nplovix> plovix> task new"));
 }
 
-TEST(ScriptLanguage, SetsAndPrintsEveryMember) {
-  Json wanted = Json::parse(R"({"RecordMode": -2, "ProcessingMode": 3, "BaseDate": "2026-01-05T08:00:00",
-      "Recurrence": null, "IsExisting": false,
+// The plain fields are in the table that the task file has, too: here is one of each type.
+TEST(ScriptLanguage, SetsAndPrintsMembers) {
+  const std::string set =
+      "task set Name N\ntask set MayRun off\ntask set RecordMode -2\n"
+      "task set BaseDate 2026-01-05T08:00:00\ntask set NameTag T\ntask set LocalizedName \"text of T\"\n"
+      "task set Recurrence nothing\ntask category T\ntask category two private\n"
+      "task action First 17 8\ntask action Second 16 8 write-log text=a=b file=f\n";
+  const std::string full = R"({"Name": "N", "MayRun": false, "MayEdit": true, "RecordMode": -2,
+      "BaseDate": "2026-01-05T08:00:00", "LocalizedName": "text of T", "Recurrence": null, "IsExisting": false,
       "Actions": [{"Name": "First", "Kind": "", "RecordModes": 17, "Capabilities": 8, "Settings": {}},
                   {"Name": "Second", "Kind": "write-log", "RecordModes": 16, "Capabilities": 8,
                    "Settings": {"text": "a=b", "file": "f"}}],
-      "Categories": [{"Tag": "NameTag's", "Text": "LocalizedName's", "Public": true},
-                     {"Tag": "two", "Text": "two", "Public": false}]})");
-  std::string set;
-  for (const std::string member :
-       {"Name", "ShortDescription", "Description", "NameTag", "ShortDescriptionTag", "DescriptionTag",
-        "LocalizedName", "LocalizedShortDescription", "LocalizedDescription", "DataObjectName",
-        "DataObjectCaption", "Query", "Owner"}) {
-    set += "task set " + member + " " + member + "'s\n";
-    wanted[member] = member + "'s";
-  }
-  for (const std::string member :
-       {"UsesLanguageTags", "AllowAutomationManager", "SkipRowSelection", "ProcessAllRecords",
-        "ProcessFailedRecords", "MayRun", "MayEdit", "MayDelete"}) {
-    set += "task set " + member + " off\ntask set " + member + " on\n";
-    wanted[member] = true;
-  }
-  set +=
-      "task set RecordMode -2\ntask set ProcessingMode 3\ntask set BaseDate 2026-01-05T08:00:00\n"
-      "task set Recurrence nothing\ntask category NameTag's\ntask category two private\n"
-      "task action First 17 8\ntask action Second 16 8 write-log text=a=b file=f\n";
+      "Categories": [{"Tag": "T", "Text": "text of T", "Public": true},
+                     {"Tag": "two", "Text": "two", "Public": false}]})";
   const std::string empty =
       R"({"Name": "", "Actions": [], "Categories": [], "BaseDate": "1899-12-30T00:00:00"})";
   Check({
-      {"before open", set + "task\ntask new\ntask", {wanted.dump(), empty}},
-      {"after open", "open\n" + set + "task\ntask new\ntask", {wanted.dump(), empty}},
+      {"before open", set + "task\ntask new\ntask", {full, empty}},
+      {"after open", "open\n" + set + "task\ntask new\ntask", {full, empty}},
       {"the store",
        "store set Importing on\nstore set N -5\nstore set T \"a b\"\nstore set O nothing\nstore\nopen\nstore",
        {R"({"Importing": true, "N": -5, "T": "a b", "O": null})",
@@ -184,16 +170,6 @@ std::string HasPattern(const std::string& json) {
 }
 
 TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
-  const std::string least = "-2147483648", most = "2147483647";
-  const auto in_month = [&](const std::string& first) {
-    return Recurs({"Pattern." + first + "=2", "Pattern.UseRelativeDay=on", "Pattern.DayOfMonth=31",
-                   "Pattern.RelativeWeek=" + least, "Pattern.RelativeDayOfWeek=" + most});
-  };
-  const auto has_month = [&](const std::string& kind_and_first) {
-    return HasPattern(R"({"kind": )" + kind_and_first + R"(: 2, "UseRelativeDay": true, "DayOfMonth": 31,
-                       "RelativeWeek": )" +
-                      least + R"(, "RelativeDayOfWeek": )" + most + "}");
-  };
   const std::string own =
       Recurs({"RecurrenceType=-1", "TimeKind=9", "Interval=7", "ExecutionTime=2026-01-05T08:00:01"});
   const std::string has_own = R"({"Recurrence": {"RecurrenceType": -1, "TimeKind": 9, "Interval": 7,
@@ -209,13 +185,13 @@ TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
       {"a member makes the class that has it",
        Recurs({"Pattern.EveryNDays=3", "Pattern.WeekdaysOnly=on"}) +
            Recurs({"Pattern.EveryNWeeks=2", "Pattern.Day.1=on", "Pattern.Day=7 on", "Pattern.Day(3)=on"}) +
-           in_month("EveryNMonths") + in_month("Month") + Recurs({"Pattern.WeekdaysOnly=off"}) +
-           Recurs({"Pattern.Day.2=on"}),
+           Recurs({"Pattern.EveryNMonths=-2147483648", "Pattern.UseRelativeDay=on"}) +
+           Recurs({"Pattern.Month=2147483647"}),
        {HasPattern(R"({"kind": "DailyPattern", "EveryNDays": 3, "WeekdaysOnly": true})"),
         HasPattern(R"({"kind": "WeeklyPattern", "EveryNWeeks": 2,
                        "Day": [true, false, true, false, false, false, true]})"),
-        has_month(R"("MonthlyPattern", "EveryNMonths")"), has_month(R"("YearlyPattern", "Month")"),
-        HasPattern(R"({"kind": "DailyPattern"})"), HasPattern(R"({"kind": "WeeklyPattern"})")}},
+        HasPattern(R"({"kind": "MonthlyPattern", "EveryNMonths": -2147483648, "UseRelativeDay": true})"),
+        HasPattern(R"({"kind": "YearlyPattern", "Month": 2147483647})")}},
       {"the type decides, a pattern that fits stays",
        Recurs({"RecurrenceType=0", "Pattern.DayOfMonth=9", "RecurrenceType=3", "Pattern.RelativeWeek=8"}) +
            Recurs({"Pattern=DailyPattern", "Pattern.RelativeWeek=4"}),
@@ -226,17 +202,6 @@ TEST(ScriptLanguage, SetsAndPrintsTheRecurrence) {
            Recurs({"Pattern=nothing", "Pattern=DailyPattern"}),
        {HasPattern(R"({"EveryNDays": 3})"), HasPattern(R"({"EveryNDays": 0})")}},
   });
-}
-
-TEST(ScriptLanguage, PrintsPermissionsInWords) {
-  MemoryStorage storage;
-  TaskRecord task;
-  task.permissions = {{"anna", false, true, true, true, true},
-                      {"clerks", true, true, true, false, false},
-                      {"guests", true, false, false, false, false}};
-  storage.Save(task, {});
-  EXPECT_EQ(Play("task load 1\ntask", storage).printed.at(0)["Permissions"],
-            "anna; clerks: view, run; guests: none");
 }
 
 TEST(ScriptLanguage, PrintsTheNextRuns) {
@@ -326,13 +291,6 @@ TEST(ScriptWizard, SpeaksOfThePages) {
        {R"({"direction": 0, "answer": true})", R"({"answer": true})", R"({"direction": 2, "answer": false})",
         R"({"answer": true})", R"({"direction": 4, "answer": false})", R"({"refused": "back"})",
         R"({"refused": "finish"})"}},
-      {"a task that is changed meanwhile",
-       kOnDetails + "task set RecordMode 2\ntoggle chkAutoMan\nshow",
-       {R"({"next": "Plovix.Records"})"}},
-      {"the store's entries",
-       "store set Importing on\n" + kOnDetails + "show\nnext\nfinish\nsaved",
-       {R"({"next": "", "buttons": {"next": false, "finish": true}})", R"({"refused": "next"})",
-        R"({"saved": [1]})"}},
       {"tag mode", tag_mode, {R"({"controls": {"cmdNameLangTag": {"visible": true}}})"}},
       {"marker file",
        "host marker on\n" + tag_mode,
@@ -424,12 +382,6 @@ TEST(ScriptWizard, ReportsPlannedFailures) {
       {"retry",
        fails + "report retry\nnext\nreports\nreports\ntask\nshow",
        {reported(0), R"({"reports": []})", R"({"Name": "A"})", R"({"page": "Plovix.Actions"})"}},
-      {"continue",
-       fails + "report continue\nnext\nreports\ntask\nshow",
-       {reported(1), R"({"Name": "N", "Description": "D"})", R"({"page": "Plovix.Actions"})"}},
-      {"any other number",
-       fails + "report 7\nnext\nreports\nshow",
-       {reported(7), R"({"page": "Plovix.Details"})"}},
       {"the n-th call, once",
        "fail AutoTask.SetName 2\n" + kOnDetails + "leave-page 0\nleave-page 0\nleave-page 0\nreports",
        {R"({"answer": true})", R"({"answer": false})", R"({"answer": true})", reported(2)}},

@@ -1,6 +1,7 @@
 // Who may put which task in the place of which other one: the storage asks the users and the row as they are
 // when it writes, not as they were when the task was opened.
 #include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/model/task_access.h>
 
 #include "storage_support.h"
 
@@ -86,6 +87,20 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     }
     EXPECT_EQ(answer, each.answer);
     EXPECT_EQ(storage.List() != before, answer.empty());
+  }
+}
+
+TEST(Rights, OfAPermissionsLineAreEachItsOwn) {
+  const std::pair<bool PermissionRecord::*, TaskRight> rights[] = {
+      {&PermissionRecord::view, TaskRight::kView},
+      {&PermissionRecord::run, TaskRight::kRun},
+      {&PermissionRecord::edit, TaskRight::kEdit},
+      {&PermissionRecord::erase, TaskRight::kDelete}};
+  for (const auto& [flag, right] : rights) {
+    TaskRecord task;
+    task.permissions = PermissionSet{{.subject = "guest"}};
+    task.permissions->front().*flag = true;
+    for (const auto& [other, asked] : rights) EXPECT_EQ(May(kUsers.back(), task, asked), asked == right);
   }
 }
 
