@@ -1,6 +1,5 @@
 // A random walk through the wizard's window: every act is one of mouse and keys on the widgets, and what they
 // show is what the controls hold. Tasks go to a file and come back from it.
-#include <plovix/standalone/app/entry_rules.h>
 #include <plovix/standalone/app/wizard_window.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
@@ -47,10 +46,6 @@ class WalkedWindow final : public Walked {
     ClickOn(pressed);
     window_->activateWindow();  // as a window manager does when the question is gone
     return enabled;
-  }
-
-  [[nodiscard]] bool Takes(const Control& control, const std::string& text) override {
-    return EntryProblem(control, text, parts_.state.decimal_separator, parts_.state.texts).empty();
   }
 
   void Check() override {

@@ -55,7 +55,7 @@ std::function<void(Rig&)> On(std::string_view member, std::function<void(Rig&)> 
 template <class T, class Act>
 std::function<void(Rig&)> On(std::string_view member, Act act) {
   return On(member, [=](Rig& rig) {
-    for (const auto& object : rig.All<T>()) act(*object);
+    for (const auto& object : rig.factory->All<T>()) act(*object);
   });
 }
 
@@ -63,7 +63,7 @@ template <class Act>
 std::function<void(Rig&)> OnStore(Act act) {
   return On("ValueStore.", [=](Rig& rig) {
     if (rig.store) act(rig.store->values);
-    for (const auto& made : rig.All<StoreObject>()) act(made->values);
+    for (const auto& made : rig.factory->All<StoreObject>()) act(made->values);
   });
 }
 
@@ -98,13 +98,13 @@ void ForgetObjects(Rig& rig) {
     const auto forget = [](const auto& objects) {
       for (const auto& object : objects) object->record = {};
     };
-    forget(rig.All<DailyPatternObject>());
-    forget(rig.All<WeeklyPatternObject>());
-    forget(rig.All<MonthlyPatternObject>());
-    forget(rig.All<YearlyPatternObject>());
-    forget(rig.All<CategoryObject>());
-    for (const auto& recurrence : rig.All<RecurrenceObject>()) recurrence->Assign({});
-    for (const auto& query : rig.All<QueryDefinitionObject>()) query->text = "";
+    forget(rig.factory->All<DailyPatternObject>());
+    forget(rig.factory->All<WeeklyPatternObject>());
+    forget(rig.factory->All<MonthlyPatternObject>());
+    forget(rig.factory->All<YearlyPatternObject>());
+    forget(rig.factory->All<CategoryObject>());
+    for (const auto& recurrence : rig.factory->All<RecurrenceObject>()) recurrence->Assign({});
+    for (const auto& query : rig.factory->All<QueryDefinitionObject>()) query->text = "";
   };
 }
 
@@ -152,7 +152,7 @@ Defects ListDefects() {
   const auto share = [](Rig& rig) {
     rig.on_call = [&rig, cloned = false](std::string_view member) mutable {
       cloned = cloned || member == "CategoryList.Clone";
-      if (cloned && member == "CategoryList.Add") rig.All<CategoryListObject>().back()->Assign({});
+      if (cloned && member == "CategoryList.Add") rig.factory->All<CategoryListObject>().back()->Assign({});
     };
   };
   const auto idle = [](auto& records) {

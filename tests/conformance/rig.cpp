@@ -76,7 +76,13 @@ conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const st
   const auto opened = std::make_shared<Opened>();
   for (const std::string& identifier : pages.Identifiers()) {
     const auto real = pages.Find(identifier);
-    opened->registry.Add(wizard_fault.empty() ? real : std::make_shared<MeddlingFactory>(wizard_fault, real));
+    opened->registry.Add(std::make_shared<FactoryOf>(
+        identifier, [=, this, made = std::shared_ptr<WizardPage>()]() mutable -> std::shared_ptr<WizardPage> {
+          if (wizard_fault.empty()) return real->CreatePage();
+          if (!made || wizard_fault != "same page")
+            made = std::make_shared<Meddler>(wizard_fault, real->CreatePage());
+          return made;
+        }));
   }
   opened->wizard.emplace(WizardParts{state, opened->registry, scene.storage, make_control}, TaskRecord{});
   opened->wizard->Open(first);

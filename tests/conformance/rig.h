@@ -5,7 +5,6 @@
 #include <plovix/framework/raised.h>
 
 #include <set>
-#include <tuple>
 
 #include "tests/support/scene.h"
 
@@ -17,11 +16,21 @@ using Objects = std::vector<std::shared_ptr<T>>;
 // Makes the host's own objects and remembers them; `same` makes only one of each class.
 struct RiggedFactory final : ObjectFactory {
   explicit RiggedFactory(HostState& host_state) : state(host_state) {}
+  template <class T>
+  [[nodiscard]] Objects<T> All() const {
+    Objects<T> objects;
+    for (const ObjectRef& made : all) {
+      if (auto object = std::dynamic_pointer_cast<T>(made)) objects.push_back(std::move(object));
+    }
+    return objects;
+  }
   template <class T, class... Arguments>
   std::shared_ptr<T> Made(Arguments&... arguments) {
-    auto& made = std::get<Objects<T>>(all);
-    if (!same || made.empty()) made.push_back(std::make_shared<T>(arguments...));
-    return made.back();
+    const Objects<T> made = All<T>();
+    if (same && !made.empty()) return made.front();
+    const auto another = std::make_shared<T>(arguments...);
+    all.push_back(another);
+    return another;
   }
   std::shared_ptr<ActionList> NewActionList() override {
     return shared_actions ? shared_actions : Made<ActionListObject>();
@@ -42,12 +51,7 @@ struct RiggedFactory final : ObjectFactory {
   HostState& state;
   bool same = false;
   std::shared_ptr<ActionListObject> shared_actions;
-  std::tuple<Objects<ActionListObject>, Objects<StoreObject>, Objects<CategoryListObject>,
-             Objects<CategoryObject>, Objects<TextCollectionObject>, Objects<PermissionEditor>,
-             Objects<QueryDefinitionObject>, Objects<QueryBuilderObject>, Objects<RecurrenceObject>,
-             Objects<DailyPatternObject>, Objects<WeeklyPatternObject>, Objects<MonthlyPatternObject>,
-             Objects<YearlyPatternObject>>
-      all;
+  std::vector<ObjectRef> all;
 };
 
 struct RiggedServices final : HostServices {
@@ -120,19 +124,6 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   std::shared_ptr<WizardHost> wizard;
 };
 
-struct MeddlingFactory final : PageFactory {
-  MeddlingFactory(std::string what, std::shared_ptr<PageFactory> real)
-      : fault(std::move(what)), factory(std::move(real)) {}
-  const std::string& Identifier() const noexcept override { return factory->Identifier(); }
-  std::shared_ptr<WizardPage> CreatePage() override {
-    if (!made || fault != "same page") made = std::make_shared<Meddler>(fault, factory->CreatePage());
-    return made;
-  }
-  std::string fault;
-  std::shared_ptr<PageFactory> factory;
-  std::shared_ptr<Meddler> made;
-};
-
 // The host under test. What a test changes here, or does when one of the host's members is called, is its
 // defect.
 struct Rig final : CallObserver {
@@ -141,10 +132,6 @@ struct Rig final : CallObserver {
     if (busy || !on_call) return;
     const Raised guard(busy);  // what a defect calls itself goes through
     on_call(member);
-  }
-  template <class T>
-  [[nodiscard]] const Objects<T>& All() const {
-    return std::get<Objects<T>>(factory->all);
   }
   conformance::WizardUnderTest OpenWizard(const PageRegistry& pages, const std::string& first);
 

@@ -1,5 +1,7 @@
 // The controls through the user's door: the contract of the surfaces, what a user is refused, where a
 // failing handler goes.
+#include <plovix/controls/utf8.h>
+
 #include <new>
 
 #include "tests/support/surface_contract.h"
@@ -16,17 +18,6 @@ class Verbs final : public UserHand {
   Verbs(const std::shared_ptr<Form>& /*form*/, User& user) : UserHand(user) {}
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(UsersVerbs, SurfaceContract, Verbs);
-
-// Beyond what every surface refuses: a verb of another kind by its own name, and an entry that there is not.
-TEST_F(ControlsTest, TheUserIsRefused) {
-  for (const char* name : {"lblHelp", "txt", "lst", "dtp", "fra", "chkOff", "cmdLater"}) {
-    Control& control = Get(name);
-    EXPECT_FALSE(user.Toggle(control) || user.Choose(control) || user.Press(control)) << name;
-  }
-  EXPECT_FALSE(user.Pick(Get("lst"), 3) || user.Pick(Get("lst"), -1) || user.Enter(Get("chkOff")));
-  EXPECT_FALSE(user.Leave(Get("cmdLater")) || user.Type(Get("lst"), "first"));
-  EXPECT_TRUE(events.empty() && form->Focused() == nullptr);
-}
 
 TEST_F(ControlsTest, AFailingHandlerReachesTheListenerOnly) {
   failing = true;
@@ -81,6 +72,18 @@ TEST_F(ControlsTest, TextSelectionCountsCharacters) {
   EXPECT_EQ(text.SelectionLength(), 2);
   text.SelectText(-3, -1);
   EXPECT_EQ(text.SelectionStart() + text.SelectionLength(), 0);
+}
+
+TEST(Utf8, IsReadableWhateverBytesThereAre) {
+  EXPECT_EQ(CharacterBytes(""), 0U);
+  const std::string good = "a\u00E9\u0800\uD7FF\u20AC\U00010000\U0010FFFF";
+  EXPECT_EQ(Quoted(good), '"' + good + '"');
+  for (const std::string broken : {"\n", "\x7F", "\x80", "\xF5", "\xC3", "\xC3\xC3", "\xE0\x9F\x80",
+                                   "\xED\xA0\x80", "\xE2\x82\xC3", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80"}) {
+    std::string marks;
+    while (marks.size() < broken.size() * 3) marks += "\uFFFD";
+    EXPECT_EQ(Readable(broken), marks) << testing::PrintToString(broken);
+  }
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
-// What pages build on: the binary shape of their contract, the statement runner, the provider of the
-// services objects, and the rules of values.
+// What pages build on: the statement runner, the provider of the services objects, and the rules of values.
 #include <plovix/framework/in_use.h>
 #include <plovix/framework/statements.h>
 #include <plovix/framework/text_rules.h>
 
-#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -14,27 +12,6 @@
 
 namespace plovix {
 namespace {
-
-// Slot of a virtual member: its place in the table of virtual functions. The first word of the pointer
-// is the offset in that table, with the lowest bit as a mark where the platform sets it there.
-template <class Member>
-std::size_t Slot(Member member) {
-  std::size_t offset = 0;
-  std::memcpy(&offset, &member, sizeof offset);
-  return (offset & ~std::size_t{1}) / sizeof(void*);
-}
-
-TEST(PageContract, OperationsStandInSlotOrder) {
-  using Page = IWizardPage;
-  const std::size_t slots[] = {Slot(&Page::IWizardPage_Title),         Slot(&Page::IWizardPage_Description),
-                               Slot(&Page::IWizardPage_Initialize),    Slot(&Page::IWizardPage_Terminate),
-                               Slot(&Page::IWizardPage_GetNextPage),   Slot(&Page::IWizardPage_CanChangePage),
-                               Slot(&Page::IWizardPage_BackEnabled),   Slot(&Page::IWizardPage_CancelEnabled),
-                               Slot(&Page::IWizardPage_FinishEnabled), Slot(&Page::IWizardPage_NextEnabled),
-                               Slot(&Page::IWizardPage_GetMinimumSize)};
-  for (std::size_t i = 0; i < std::size(slots); ++i) EXPECT_EQ(slots[i], i);
-  static_assert(sizeof(ChangeDirection) == 4);
-}
 
 static_assert(Trimmed("  a b\t\r\n") == "a b" && Trimmed(" \t\r\n").empty() && Trimmed("").empty());
 

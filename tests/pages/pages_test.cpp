@@ -31,13 +31,19 @@ class PagesTest : public testing::Test {
     if (identifier == page_identifier::kActions) bench->Get<HostSlot>("VeloActionList").Embed(list);
     bench->Initialize();
   }
+  // The selected option when it has the focus, too; nullptr when there is neither.
+  static const Control* Chosen(const Bench& bench) {
+    for (const OptionButton* option : bench.Controls().OptionButtons()) {
+      EXPECT_EQ(option->Selected(), option->HasFocus()) << option->Name();
+    }
+    return bench.Controls().Focused();
+  }
   Scene scene;
   std::unique_ptr<Bench> bench;
   std::shared_ptr<AskingList> list = std::make_shared<AskingList>();
 };
 
 constexpr std::array kOptions = {"optNoData", "optSingleRecord", "optQueryResults"};
-constexpr std::array kHelps = {"lblNoData", "lblSingleRecord", "lblQueryResults"};
 
 class AutoTaskTypeTest : public PagesTest {
  protected:
@@ -46,13 +52,6 @@ class AutoTaskTypeTest : public PagesTest {
     task.allow_automation_manager = true;
     task.actions.assign(actions, LogAction("line"));
     PagesTest::Open(page_identifier::kAutoTaskType, task);
-  }
-  // The selected option when it has the focus, too; nullptr when there is neither.
-  static const Control* Chosen(const Bench& bench) {
-    for (const OptionButton* option : bench.Controls().OptionButtons()) {
-      EXPECT_EQ(option->Selected(), option->HasFocus()) << option->Name();
-    }
-    return bench.Controls().Focused();
   }
 };
 
@@ -65,42 +64,51 @@ TEST_F(AutoTaskTypeTest, ShowsTheModeAndPushesOnce) {
   }
 }
 
-TEST_F(AutoTaskTypeTest, HelpTextsAndDoubleClicks) {
-  for (std::size_t i = 0; i < kOptions.size(); ++i) {
-    Open(3);
-    Control& option = (*bench)[kOptions[i]];
-    bench->user.Click((*bench)[kHelps[i]]);
-    EXPECT_EQ(Chosen(*bench), &option);
-    bench->user.Choose((*bench)[kOptions[(i + 1) % 3]]);
-    bench->user.DoubleClick((*bench)[kHelps[i]]);
-    EXPECT_EQ(Chosen(*bench), &option);
-    EXPECT_EQ(bench->host->moves, 1);
-    bench->user.DoubleClick(option);
-    EXPECT_EQ(bench->host->moves, 2);
+TEST_F(PagesTest, LabelsChooseAndDoubleClicksMoveOn) {
+  const std::pair<std::string, std::vector<std::string>> rows[] = {
+      {page_identifier::kAutoTaskType, {"NoData", "SingleRecord", "QueryResults"}},
+      {page_identifier::kRecurrencePattern, {"Daily", "Weekly", "Monthly", "Yearly"}},
+  };
+  for (const auto& [page, choices] : rows) {
+    for (const std::string& choice : choices) {
+      Open(page, CompleteTask(3));
+      Control &option = (*bench)["opt" + choice], &label = (*bench)["lbl" + choice];
+      bench->user.Click(label);
+      EXPECT_EQ(Chosen(*bench), &option);
+      bench->user.Choose((*bench)["opt" + choices[choice == choices[0] ? 1 : 0]]);
+      bench->user.DoubleClick(label);
+      EXPECT_EQ(Chosen(*bench), &option);
+      bench->user.DoubleClick(option);
+      EXPECT_EQ(bench->host->moves, 2);
+      bench->page->IWizardPage_Terminate();
+      bench->user.DoubleClick(label);
+      EXPECT_EQ(bench->host->moves, 2) << "without a wizard nothing moves";
+    }
   }
 }
 
 TEST_F(AutoTaskTypeTest, SavingTheChoice) {
-  // The stored mode and actions, the mode that is chosen (-1: as loaded), the answer to the question (0:
-  // none), whether the page is left; then the mode, the actions, whether a data object and automation are
-  // left.
-  const std::vector<
-      std::tuple<std::int16_t, std::size_t, int, int, bool, std::int16_t, std::size_t, bool, bool>>
-      rows = {
-          {0, 0, -1, 0, true, 0, 0, false, true},  // no data: no data object
-          {0, 0, 1, 0, true, 1, 0, true, false},   // single record: never automatic
-          {1, 2, -1, 0, true, 1, 2, true, false},  // also when the mode stays
-          {2, 2, -1, 0, true, 2, 2, true, true},  {2, 2, 0, 1, true, 0, 0, false, true},
-          {2, 2, 0, 2, false, 2, 2, true, true},  {0, 1, 1, 1, true, 1, 0, true, false},
-          {3, 0, -1, 0, true, 0, 0, false, true},  // nothing selected counts as no data
-      };
-  for (const auto& [stored, actions, chosen, reply, left, mode, actions_after, object, automation] : rows) {
+  struct Row {
+    std::int16_t stored;
+    std::size_t actions;
+    int chosen, reply;  // the chosen mode (-1: as loaded), the answer to the question (0: none)
+    bool left;
+    std::int16_t
+        mode;  // afterwards; without data there is no data object, a single record is never automatic
+    std::size_t actions_after;
+  };
+  const Row rows[] = {
+      {0, 0, -1, 0, true, 0, 0}, {0, 0, 1, 0, true, 1, 0},  {1, 2, -1, 0, true, 1, 2},
+      {2, 2, -1, 0, true, 2, 2}, {2, 2, 0, 1, true, 0, 0},  {2, 2, 0, 2, false, 2, 2},
+      {0, 1, 1, 1, true, 1, 0},  {3, 0, -1, 0, true, 0, 0},  // nothing selected counts as no data
+  };
+  for (const auto& [stored, actions, chosen, reply, left, mode, actions_after] : rows) {
     Open(stored, actions);
     TaskRecord expected = bench->task->Record();
     expected.record_mode = mode;
     expected.actions.resize(actions_after);
-    if (!object) expected.data_object_name = expected.data_object_caption = "";
-    expected.allow_automation_manager = automation;
+    if (mode == 0) expected.data_object_name = expected.data_object_caption = "";
+    expected.allow_automation_manager = mode != 1;
     if (chosen >= 0) bench->user.Choose((*bench)[kOptions[static_cast<std::size_t>(chosen)]]);
     scene.dialogs.boxes.clear();
     if (reply != 0) scene.dialogs.answers = {reply};

@@ -237,13 +237,6 @@ TEST_F(SchedulePages, ListsAreFilledWithoutBeingCleared) {
   }
   const auto& months = bench->Get<ComboBox>("cboSpecificDayMonth");
   EXPECT_EQ(months.ItemText(0) + months.ItemText(11), "[99][110]");
-  EXPECT_EQ((*bench)["lblIntro"].Caption(), "[82]") << "the time page's text";
-  Open(kRecurrenceTime);
-  EXPECT_EQ((*bench)["lblIntro"].Caption(), "[82]");
-  EXPECT_EQ((*bench)["optEveryNHour"].Caption(), "[84]");
-  Open(kMonthlyRecurrence);
-  EXPECT_EQ((*bench)["lblMonths"].Caption(), bench->Get<ComboBox>("cboRelativeDay").ItemText(0));
-  EXPECT_EQ((*bench)["lblDays"].Caption(), "[36]");
 }
 
 TEST_F(SchedulePages, DaysThatMonthsLackAreWarnedOf) {
@@ -288,16 +281,10 @@ TEST_F(SchedulePages, TheMonthlyChecksAreAsymmetric) {
 }
 
 TEST_F(SchedulePages, WhatCouldNotBeReadWaitsForTheUser) {
-  struct Deaf final : CallObserver {
-    void HostCalled(std::string_view member) override {
-      if (member.starts_with("MonthlyPattern.")) throw Failure(5, "fails");
-    }
-    ObserveCalls observe{*this};
-  };
   const MonthlyRecord stored{3, {true, 31, 4, 10}};
   scene.dialogs.on_report = [](const FailureReport&) { return 1; };
   {
-    Deaf deaf;
+    const FailMember injected("MonthlyPattern.", true);
     Open(kMonthlyRecurrence, Scheduled(stored));
   }
   EXPECT_EQ(Selected(), "");
@@ -437,35 +424,24 @@ TEST_F(SchedulePages, TheChoiceOfAPattern) {
     Open(kRecurrencePattern, record);
     EXPECT_EQ(Selected(), "opt" + kind + "|");
     EXPECT_TRUE((*bench)["opt" + kind].HasFocus());
-    EXPECT_EQ(bench->Next(), "Plovix." + kind + "Recurrence");
-    for (const std::int32_t unknown : {4, -1}) {
-      record.recurrence_type = unknown;
-      Open(kRecurrencePattern, record);
-      EXPECT_EQ(Selected(), "");
-    }
+    record.recurrence_type = -1;
+    Open(kRecurrencePattern, record);
+    EXPECT_EQ(Selected(), "");
     EXPECT_EQ(bench->Next("Given.Page"), "Given.Page");
     EXPECT_EQ(bench->Next(""), "Plovix.DailyRecurrence");
     EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
     EXPECT_EQ(Stored().recurrence_type, -1) << "no choice writes nothing";
-    bench->user.Click((*bench)["lbl" + kind]);
-    EXPECT_TRUE(Selected() == "opt" + kind + "|" && (*bench)["opt" + kind].HasFocus());
-    bench->user.Choose((*bench)[type == 0 ? "optYearly" : "optDaily"]);
-    bench->user.DoubleClick((*bench)["lbl" + kind]);
-    EXPECT_EQ(Selected(), "opt" + kind + "|");
-    bench->user.DoubleClick((*bench)["opt" + kind]);
-    EXPECT_EQ(bench->host->moves, 2);
+    Choose("opt" + kind);
     EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
     EXPECT_EQ(Stored().recurrence_type, type);
     bench->page->IWizardPage_Terminate();
-    bench->user.DoubleClick((*bench)["lbl" + kind]);  // without a host nothing moves
-    EXPECT_EQ(bench->host->moves, 2);
     auto& page = dynamic_cast<RecurrencePattern&>(*bench->page);
     EXPECT_EQ(page.GetStore(), nullptr);
     page.SetStore(bench->store);
     page.SetWizard(bench->host);
     EXPECT_EQ(page.GetStore(), bench->store);
     bench->user.DoubleClick((*bench)["opt" + kind]);
-    EXPECT_EQ(bench->host->moves, 3);
+    EXPECT_EQ(bench->host->moves, 1);
   }
 }
 

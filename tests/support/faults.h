@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "hand.h"
 #include "scene.h"
 
 namespace plovix::testing_support {
@@ -46,6 +47,23 @@ class Injector final : public CallObserver {
  private:
   int n_ = 0;
   Times times_ = Times::kOnce;
+  ObserveCalls observe_{*this};
+};
+
+// Fails the calls of the members that begin so: the first one, or all.
+class FailMember final : public CallObserver {
+ public:
+  explicit FailMember(std::string_view member, bool always = false) : member_(member), always_(always) {}
+  void HostCalled(std::string_view called) override {
+    if (!called.starts_with(member_) || (failed && !always_)) return;
+    failed = true;
+    throw Failure(5, "fails");
+  }
+  bool failed = false;
+
+ private:
+  std::string_view member_;
+  bool always_;
   ObserveCalls observe_{*this};
 };
 
@@ -150,19 +168,12 @@ struct Snapshot {
   bool operator==(const Snapshot&) const = default;
 };
 
-inline std::string Shown(Control& control) {
+inline std::string Shown(const Control& control) {
   std::ostringstream text;
-  text << control.Caption() << '|' << control.Enabled() << control.Visible() << control.HasFocus() << '|';
-  if (auto* box = dynamic_cast<TextBox*>(&control)) {
-    text << box->Text() << '|' << box->SelectionStart() << '+' << box->SelectionLength();
-  }
-  if (auto* check = dynamic_cast<CheckBox*>(&control)) text << check->Value();
-  if (auto* option = dynamic_cast<OptionButton*>(&control)) text << option->Selected();
-  if (auto* label = dynamic_cast<Label*>(&control)) text << label->Link();
-  if (auto* picker = dynamic_cast<DateTimePicker*>(&control))
-    text << picker->Value().time_since_epoch().count();
-  if (auto* combo = dynamic_cast<ComboBox*>(&control)) {
-    text << combo->Text() << '|' << combo->Index();
+  text << control.Caption() << '|' << control.Enabled() << control.HasFocus() << '|' << Held(control);
+  if (const auto* box = dynamic_cast<const TextBox*>(&control))
+    text << '|' << box->SelectionStart() << '+' << box->SelectionLength();
+  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) {
     for (int i = 0; i < combo->Count(); ++i) text << '|' << combo->ItemText(i) << '/' << combo->ItemData(i);
   }
   return text.str();

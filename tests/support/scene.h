@@ -96,6 +96,19 @@ inline std::shared_ptr<HostControl> MakeHostControl(std::string_view registered_
   return std::make_shared<VeloActionList>();
 }
 
+// Makes its pages as the test says.
+class FactoryOf final : public PageFactory {
+ public:
+  using Make = std::function<std::shared_ptr<WizardPage>()>;
+  FactoryOf(std::string identifier, Make make) : identifier_(std::move(identifier)), make_(std::move(make)) {}
+  [[nodiscard]] const std::string& Identifier() const noexcept override { return identifier_; }
+  [[nodiscard]] std::shared_ptr<WizardPage> CreatePage() override { return make_(); }
+
+ private:
+  std::string identifier_;
+  Make make_;
+};
+
 // Installed for as long as it lives. Every text is its number: "[27]".
 struct Scene {
   Scene() {
