@@ -21,7 +21,7 @@ class Content final : public QWidget {
 
 }  // namespace
 
-EditorArea::EditorArea() : rows_(nullptr) {
+EditorArea::EditorArea() {
   auto* content = new Content;
   rows_ = new QVBoxLayout(content);
   rows_->setContentsMargins({});

@@ -20,7 +20,7 @@ class EditorArea final : public QScrollArea {
   [[nodiscard]] int MissingHeight() const;
 
  private:
-  QVBoxLayout* rows_;
+  QVBoxLayout* rows_ = nullptr;
 };
 
 }  // namespace plovix::app

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <set>
 
 #include "commands.h"
 #include "task_members.h"
@@ -40,11 +42,14 @@ void Store(ScriptSession& session, const Words& /*words*/) {
 }
 
 void Saved(ScriptSession& session, const Words& /*words*/) {
-  Json ids = Json::array();
   const auto may_view = session.MayView();
-  for (const TaskRecord& task : session.Storage().List()) {
-    if (may_view(task)) ids.push_back(task.id);
-  }
+  std::set<std::int64_t> ids;  // also of tasks that cannot be read; `task load` says why
+  const auto add = [&](const TaskRecord& task) {
+    if (may_view(task)) ids.insert(task.id);
+  };
+  const auto readable =
+      session.Storage().ListReadable([&](const UnreadableTask& unreadable) { add(unreadable.task); });
+  std::ranges::for_each(readable, add);
   session.Print({{"saved", ids}});
 }
 
