@@ -95,7 +95,7 @@ void SetRight(ScriptSession& session, const Words& words) {
 
 void SetNow(ScriptSession& session, const Words& words) {
   const auto [now, offset] = ClockTimeFrom(words[0]);
-  session.State().clock = [now = now] { return now; };
+  session.State().clock = [stopped = now] { return stopped; };
   session.State().clock_offset = offset;
   session.SceneChanged();
 }
