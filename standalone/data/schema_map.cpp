@@ -26,6 +26,33 @@ bool IsAmong(std::span<const std::string_view> list, std::string_view name) {
   return std::ranges::find(list, name) != list.end();
 }
 
+// What virtual tables keep their content in: their own name, "_", and one of these.
+constexpr auto kShadowEndings = std::to_array<std::string_view>(
+    {"content", "segments", "segdir", "docsize", "stat", "data", "idx", "config", "node", "parent", "rowid"});
+
+// Modules read their arguments each in its own way: whatever name stands there, its words do.
+std::vector<std::string> WordsIn(std::string_view text) {
+  const auto is_in_word = [](char character) {
+    return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9') ||
+           character == '_' || character == '$' || static_cast<unsigned char>(character) >= 0x80U;
+  };
+  const std::string lower = LowerName(text);
+  std::vector<std::string> words;
+  for (auto at = lower.begin(); at != lower.end();) {
+    const auto end = std::find_if_not(at, lower.end(), is_in_word);
+    if (end != at) words.emplace_back(at, end);
+    at = std::find_if(end, lower.end(), is_in_word);
+  }
+  return words;
+}
+
+// One that stands in every text with the name in it; empty when there is none.
+std::string LongestWord(std::string_view name) {
+  const std::vector<std::string> words = WordsIn(name);
+  const auto longest = std::ranges::max_element(words, {}, &std::string::size);
+  return longest == words.end() ? std::string() : *longest;
+}
+
 // "CREATE VIRTUAL TABLE name USING module(...)".
 void ReadVirtual(std::string_view sql, SchemaEntry& entry) {
   const std::vector<SqlToken> tokens = SqlTokens(sql);
@@ -43,10 +70,16 @@ SchemaMap::SchemaMap(const Connection& connection, const Each& each) {
   std::vector<std::string> view_texts;
   Read(connection, each, view_texts);
   nodes_.resize(views_.size());
+  AddVirtualNodes();
   for (std::size_t view = 0; view < view_texts.size(); ++view) Link(view, SourcesOf(view_texts[view]));
   Weigh(0);
-  for (const auto& [name, node] : views_)
-    entries_[by_name_.at(name)].reads_hidden = nodes_[node].reads_hidden;
+  SpreadHidden();
+  for (const Names* names : {&views_, &virtuals_}) {
+    for (const auto& [name, node] : *names) {
+      const auto entry = by_name_.find(name);
+      if (entry != by_name_.end()) entries_[entry->second].reads_hidden = nodes_[node].reads_hidden;
+    }
+  }
   connection.Prepare("SELECT name FROM pragma_module_list").ForEachRow([this](const Statement& row) {
     modules_.insert(LowerName(row.Text(0)));
   });
@@ -65,10 +98,79 @@ void SchemaMap::Read(const Connection& connection, const Each& each, std::vector
     std::string name = LowerName(entry.name);
     if (entry.kind == SchemaEntry::Kind::kView && views_.try_emplace(name, view_texts.size()).second)
       view_texts.emplace_back(row.Text(3));
+    if (entry.kind == SchemaEntry::Kind::kVirtual) {
+      const std::string_view sql = row.Text(3);
+      const std::vector<std::string> words = WordsIn(sql.substr(std::min(sql.find('('), sql.size())));
+      virtual_list_.push_back({entries_.size(), Words(words.begin(), words.end())});
+    }
     if (each) each(entry, row.Text(3));
     by_name_.try_emplace(std::move(name), entries_.size());
     entries_.push_back(std::move(entry));
   });
+}
+
+// A virtual table is no SELECT and reads none while a statement is prepared.
+void SchemaMap::AddVirtualNodes() {
+  for (const Virtual& table : virtual_list_) {
+    const SchemaEntry& entry = entries_[table.entry];
+    const std::string name = LowerName(entry.name);
+    virtuals_.insert_or_assign(name, nodes_.size());
+    for (const std::string_view ending : kShadowEndings) {
+      const std::string shadow = name + "_" + std::string(ending);
+      const SchemaEntry* kept = Find(shadow);
+      if (kept != nullptr && kept->kind == SchemaEntry::Kind::kTable)
+        virtuals_.emplace(shadow, nodes_.size());
+    }
+    nodes_.push_back({.reads = {},
+                      .selects = 0,
+                      .storeys = 0,
+                      .reads_hidden = entry.reads_hidden || HasHiddenName(entry.name),
+                      .is_known = true});
+  }
+}
+
+// Nobody may read these words in the arguments of a virtual table that others may read.
+SchemaMap::Words SchemaMap::HiddenWords() const {
+  Words words;
+  for (const SchemaEntry& entry : entries_) {
+    if (HasHiddenName(entry.name)) words.insert(LongestWord(entry.name));
+  }
+  for (const Names* names : {&views_, &virtuals_}) {
+    for (const auto& [name, node] : *names) {
+      if (nodes_[node].reads_hidden) words.insert(LongestWord(name));
+    }
+  }
+  return words;
+}
+
+// From what is hidden to the virtual tables that name it, to the views on them, and so on. What is not found
+// in so many passes is built too high to be told from what is hidden.
+void SchemaMap::SpreadHidden() {
+  for (int pass = 0; !virtual_list_.empty(); ++pass) {
+    bool found = false;
+    const Words hidden = HiddenWords();
+    for (const Virtual& table : virtual_list_) {
+      Node& node = nodes_[virtuals_.at(LowerName(entries_[table.entry].name))];
+      const bool names_hidden =
+          pass >= kMostStoreys || hidden.contains(std::string()) ||
+          std::ranges::any_of(table.words, [&](const std::string& word) { return hidden.contains(word); });
+      found = found || (names_hidden && !node.reads_hidden);
+      node.reads_hidden = node.reads_hidden || names_hidden;
+    }
+    for (Node& node : nodes_) {
+      const auto is_hidden = [this](std::size_t read) { return nodes_[read].reads_hidden; };
+      if (node.reads_hidden || !std::ranges::any_of(node.reads, is_hidden)) continue;
+      found = node.reads_hidden = true;
+    }
+    if (!found) return;
+  }
+}
+
+const SchemaEntry* SchemaMap::OwnerOfShadow(std::string_view name) const {
+  const auto found = virtuals_.find(LowerName(name));
+  if (found == virtuals_.end()) return nullptr;
+  const SchemaEntry& owner = entries_[virtual_list_[found->second - views_.size()].entry];
+  return LowerName(owner.name) == found->first ? nullptr : &owner;
 }
 
 const SchemaEntry* SchemaMap::Find(std::string_view name) const {
@@ -86,26 +188,30 @@ std::size_t SchemaMap::SelectsIn(std::string_view sql) {
   return selects;
 }
 
-// Common table expressions of one name become one; they are visible in the whole of their text.
+// Common table expressions of one name become one; they are visible in the whole of their text, and so is the
+// view whose name they take: where in the text they end is not known.
 void SchemaMap::Link(std::size_t node, const SqlSources& sources) {
   Names common;
   for (const CommonTable& table : sources.common) {
     if (common.try_emplace(table.name, nodes_.size()).second) nodes_.emplace_back();
   }
-  LinkOne(node, sources.all, common);
-  for (const CommonTable& table : sources.common) LinkOne(common.at(table.name), table.sources, common);
+  LinkOne(node, node, sources.all, common);
+  for (const CommonTable& table : sources.common) LinkOne(node, common.at(table.name), table.sources, common);
   if (sources.too_deep) nodes_[node].reads.push_back(node);  // waits for itself and is never known
 }
 
-void SchemaMap::LinkOne(std::size_t node, const std::vector<std::string>& sources, const Names& common) {
+void SchemaMap::LinkOne(std::size_t text, std::size_t node, const std::vector<std::string>& sources,
+                        const Names& common) {
   for (const std::string& name : sources) {
     const auto local = common.find(name);
-    if (local != common.end()) {
-      if (local->second != node) nodes_[node].reads.push_back(local->second);  // else it is recursive
-      continue;
-    }
+    const bool is_common = local != common.end();
+    if (is_common && local->second != node) nodes_[node].reads.push_back(local->second);  // else recursive
     const auto view = views_.find(name);
-    if (view != views_.end()) nodes_[node].reads.push_back(view->second);
+    // The database refuses a view of itself.
+    if (view != views_.end() && !(is_common && view->second == text))
+      nodes_[node].reads.push_back(view->second);
+    const auto table = virtuals_.find(name);
+    if (table != virtuals_.end()) nodes_[node].reads.push_back(table->second);
     nodes_[node].reads_hidden = nodes_[node].reads_hidden || HasHiddenName(name);
   }
 }

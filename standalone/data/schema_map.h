@@ -26,8 +26,9 @@ struct SchemaEntry {
   enum class Kind { kTable, kView, kVirtual };
   std::string name;
   Kind kind = Kind::kTable;
-  std::string module;         // of a virtual table, in small letters
-  bool reads_hidden = false;  // a view or virtual table on something with a hidden name
+  std::string module;  // of a virtual table, in small letters
+  // A view or virtual table on something with a hidden name, or a table that such a virtual table keeps.
+  bool reads_hidden = false;
 };
 
 class SchemaMap final {
@@ -43,11 +44,13 @@ class SchemaMap final {
   // How many SELECTs the text comes to once every view and common table expression stands where it is named;
   // more than kMostSelects: too many to be counted.
   [[nodiscard]] std::size_t SelectsIn(std::string_view sql);
-  // What queries may read. The map outlives it.
+  // The virtual table that keeps its content in this table; nullptr for every other table and view.
+  [[nodiscard]] const SchemaEntry* OwnerOfShadow(std::string_view name) const;
+  // What queries may read, and what virtual tables read for them. The map outlives it.
   [[nodiscard]] bool MayRead(std::string_view table, std::string_view column, bool reads_hidden) const;
 
  private:
-  // A view, a common table expression, or a query.
+  // A view, a virtual table, a common table expression, or a query.
   struct Node {
     std::vector<std::size_t> reads;  // other nodes
     std::size_t selects = 1;
@@ -56,15 +59,26 @@ class SchemaMap final {
     bool is_known = false;
   };
   using Names = std::unordered_map<std::string, std::size_t>;
+  using Words = std::unordered_set<std::string>;
+  struct Virtual {
+    std::size_t entry = 0;
+    Words words;  // of its arguments, those in quotes, too
+  };
   void Read(const Connection& connection, const Each& each, std::vector<std::string>& view_texts);
+  void AddVirtualNodes();
+  void SpreadHidden();
+  [[nodiscard]] Words HiddenWords() const;
   void Link(std::size_t node, const SqlSources& sources);
-  void LinkOne(std::size_t node, const std::vector<std::string>& sources, const Names& common);
+  void LinkOne(std::size_t text, std::size_t node, const std::vector<std::string>& sources,
+               const Names& common);
   void Weigh(std::size_t first);
   [[nodiscard]] bool Weigh(Node& node) const;
 
   std::vector<SchemaEntry> entries_;
   Names by_name_;
-  Names views_;  // their nodes
+  Names views_;     // their nodes
+  Names virtuals_;  // likewise, also of the tables that they keep
+  std::vector<Virtual> virtual_list_;
   std::vector<Node> nodes_;
   std::unordered_set<std::string> modules_;
 };

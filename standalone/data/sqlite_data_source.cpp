@@ -2,11 +2,11 @@
 
 #include <plovix/standalone/model/fold_case.h>
 #include <plovix/standalone/model/same_name.h>
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/query/query_text.h>
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <tuple>
 #include <utility>
 
@@ -35,24 +35,9 @@ constexpr auto kTypes =
                                                            {"NUMERIC", FieldType::kReal},
                                                            {"DECIMAL", FieldType::kReal}});
 
-// Behind the name of a virtual table and "_".
-constexpr auto kShadowEndings = std::to_array<std::string_view>(
-    {"content", "segments", "segdir", "docsize", "stat", "data", "idx", "config", "node", "parent", "rowid"});
-
 struct Column {
   std::string name, declared;
 };
-
-// Those that virtual tables keep their content in, in small letters.
-std::set<std::string> ShadowTables(const SchemaMap& schema) {
-  std::set<std::string> shadows;
-  for (const SchemaEntry& entry : schema.Entries()) {
-    if (entry.kind != SchemaEntry::Kind::kVirtual) continue;
-    for (const std::string_view ending : kShadowEndings)
-      shadows.insert(LowerName(entry.name) + "_" + std::string(ending));
-  }
-  return shadows;
-}
 
 std::vector<Column> ColumnsOf(const Connection& connection, std::string_view name) {
   std::vector<Column> columns;
@@ -83,14 +68,13 @@ std::string KeyOfView(const Connection& connection, SchemaMap& schema, std::stri
 using Keys = std::vector<std::string>;  // of the schema's entries
 
 std::vector<DataObjectRecord> ReadObjects(const Connection& connection, SchemaMap& schema, Keys keys) {
-  const std::set<std::string> shadows = ShadowTables(schema);
   std::vector<std::pair<std::string, DataObjectRecord>> sorted;  // by caption, whatever its case
   sorted.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const SchemaEntry& entry = schema.Entries()[i];
     const bool is_view = entry.kind == SchemaEntry::Kind::kView;
-    const bool is_table = entry.kind == SchemaEntry::Kind::kTable;
-    if (is_table && !shadows.empty() && shadows.contains(LowerName(entry.name))) continue;
+    if (IsLongerThan(entry.name, kLongestName)) continue;
+    if (schema.OwnerOfShadow(entry.name) != nullptr) continue;
     if (!schema.MayRead(entry.name, {}, true)) continue;
     DataObjectRecord object{.name = entry.name,
                             .caption = CaptionOf(entry.name),

@@ -16,9 +16,9 @@ using Kind = SqlToken::Kind;
 
 constexpr std::size_t kDeepest = 200;  // brackets; the database's own reader stops at half of that
 
-constexpr auto kBehindFrom =
-    std::to_array<std::string_view>({"SELECT", "VALUES", "WHERE", "GROUP", "HAVING", "ORDER", "LIMIT",
-                                     "WINDOW", "UNION", "EXCEPT", "INTERSECT"});
+// Only words that cannot be an alias, so not WINDOW.
+constexpr auto kBehindFrom = std::to_array<std::string_view>(
+    {"SELECT", "VALUES", "WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT"});
 
 class SourceReader {
  public:
@@ -36,6 +36,7 @@ class SourceReader {
   };
 
   void Take(const SqlToken& token) {
+    if (HidesItsRest(token)) found_.too_deep = true;
     if (token.IsSign("(")) return Open();
     if (token.IsSign(")")) {
       if (brackets_.size() > 1) brackets_.pop_back();

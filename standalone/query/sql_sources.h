@@ -17,9 +17,11 @@ struct CommonTable {
 // Names are in small letters from A to Z. Never a name too few: every place is counted at which the database
 // could look for a table. A column at such a place is counted, too.
 struct SqlSources {
-  std::vector<std::string> all;  // one for each place
-  std::vector<CommonTable> common;
-  bool too_deep = false;  // brackets within brackets beyond any purpose; the rest is not listed
+  std::vector<std::string> all;     // one for each place
+  std::vector<CommonTable> common;  // and windows: WINDOW name AS (...)
+  // Brackets within brackets beyond any purpose, or a parameter that takes in brackets; the rest is not
+  // listed.
+  bool too_deep = false;
 };
 
 [[nodiscard]] SqlSources SourcesOf(std::string_view sql);

@@ -48,6 +48,10 @@ bool IsDigit(char character) {
 bool IsBlank(char character) {
   return std::string_view(" \t\n\f\r").find(character) != std::string_view::npos;
 }
+// Only behind another blank.
+bool IsFurtherBlank(char character) {
+  return IsBlank(character) || character == '\v';
+}
 bool StartsWord(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
          character == '_' || static_cast<unsigned char>(character) >= 0x80U;
@@ -65,6 +69,12 @@ std::optional<unsigned> HexDigit(char character) {
   if (upper >= 'A' && upper <= 'F') return static_cast<unsigned>(upper - 'A') + 10U;
   return std::nullopt;
 }
+
+bool IsHexDigit(char character) {
+  return HexDigit(character).has_value();
+}
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // a blank where a word could begin
 
 class Scanner {
  public:
@@ -101,8 +111,11 @@ class Scanner {
   // A comment that is not ended goes to the end of the text.
   void SkipBlanks() {
     while (true) {
-      Take(LengthWhile(0, IsBlank));
-      if (rest_.starts_with("--")) {
+      if (!rest_.empty() && IsBlank(rest_.front())) {
+        Take(LengthWhile(1, IsFurtherBlank));
+      } else if (rest_.starts_with(kByteOrderMark)) {
+        Take(kByteOrderMark.size());
+      } else if (rest_.starts_with("--")) {
         Take(std::min(rest_.find('\n'), rest_.size()));
       } else if (rest_.starts_with("/*") && rest_.size() > 2) {
         const std::size_t end = rest_.find("*/", 2);
@@ -145,6 +158,8 @@ class Scanner {
   }
 
   SqlToken Number() {
+    if (rest_.size() > 2 && rest_[0] == '0' && Upper(rest_[1]) == 'X' && IsHexDigit(rest_[2]))
+      return NumberOf(LengthWhile(2, IsHexDigit));
     std::size_t length = LengthWhile(0, IsDigit);
     if (length < rest_.size() && rest_[length] == '.') length = LengthWhile(length + 1, IsDigit);
     if (length < rest_.size() && Upper(rest_[length]) == 'E') {
@@ -152,15 +167,27 @@ class Scanner {
       if (exponent < rest_.size() && (rest_[exponent] == '+' || rest_[exponent] == '-')) ++exponent;
       if (exponent < rest_.size() && IsDigit(rest_[exponent])) length = LengthWhile(exponent, IsDigit);
     }
+    return NumberOf(length);
+  }
+
+  SqlToken NumberOf(std::size_t length) {
     if (length < rest_.size() && IsInWord(rest_[length])) return Unreadable();
     return {SqlToken::Kind::kNumber, Take(length)};
+  }
+
+  // A parameter takes in brackets that directly follow its name, whatever they hold.
+  [[nodiscard]] bool IsParameterWithBrackets() const {
+    if (std::string_view("$@#:").find(rest_.front()) == std::string_view::npos) return false;
+    std::size_t length = LengthWhile(1, IsInWord);
+    while (rest_.substr(length).starts_with("::")) length = LengthWhile(length + 2, IsInWord);
+    return length > 1 && rest_.substr(length).starts_with("(");
   }
 
   SqlToken Sign() {
     for (const std::string_view sign : kDoubleSigns) {
       if (rest_.starts_with(sign)) return {SqlToken::Kind::kSign, Take(sign.size())};
     }
-    if (rest_.front() == '\0') return Unreadable();
+    if (rest_.front() == '\0' || rest_.front() == '\v' || IsParameterWithBrackets()) return Unreadable();
     return {SqlToken::Kind::kSign, Take(1)};
   }
 
@@ -171,6 +198,11 @@ class Scanner {
 
 bool SqlToken::Is(std::string_view keyword) const {
   return kind == Kind::kWord && std::ranges::equal(text, keyword, {}, Upper);
+}
+
+bool HidesItsRest(const SqlToken& token) {
+  return token.kind == SqlToken::Kind::kUnreadable &&
+         std::string_view("$@#:").find(token.text.front()) != std::string_view::npos;
 }
 
 std::vector<SqlToken> SqlTokens(std::string_view sql) {

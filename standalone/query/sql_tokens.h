@@ -17,7 +17,7 @@ struct SqlToken {
     kBytes,       // x'00ff': the bytes
     kNumber,      // without sign, as it stands
     kSign,        // an operator or one of other characters
-    kUnreadable,  // unended quotes, a zero byte, "12ab"; the last token
+    kUnreadable,  // unended quotes, a zero byte, "12ab", "$a(b)"; the last token
     kEnd
   };
   Kind kind = Kind::kEnd;
@@ -27,6 +27,9 @@ struct SqlToken {
   [[nodiscard]] bool Is(std::string_view keyword) const;
   [[nodiscard]] bool IsSign(std::string_view sign) const { return kind == Kind::kSign && text == sign; }
 };
+
+// Whether a parameter with brackets, "$a(b)", is in the text; nothing behind it can be told.
+[[nodiscard]] bool HidesItsRest(const SqlToken& token);
 
 // Without blanks and comments; always ends with kEnd.
 [[nodiscard]] std::vector<SqlToken> SqlTokens(std::string_view sql);

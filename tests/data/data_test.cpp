@@ -4,6 +4,7 @@
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
+#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/query/query_reader.h>
 
 #include <filesystem>
@@ -152,7 +153,10 @@ TEST_F(DataTest, AQueryReadsWhatItMayAndDoesNothingElse) {
        "CREATE VIRTUAL TABLE older USING fts4(w)", "INSERT INTO older VALUES ('b c')",
        "CREATE VIRTUAL TABLE places USING rtree(id, x0, x1)", "INSERT INTO places VALUES (1, 2, 3)",
        "CREATE VIRTUAL TABLE pay_words USING fts5(x, content='_pay')",
-       "CREATE VIRTUAL TABLE pages USING dbstat"});
+       "CREATE VIEW \"paid it's\" AS SELECT block AS x FROM pay_words_data",
+       "CREATE VIRTUAL TABLE pay_index USING fts4(x, tokenize=simple, content=\"pay\")",
+       "CREATE VIRTUAL TABLE pay_more USING fts5(x, content='paid it''s')",
+       "CREATE VIEW pay_end AS SELECT x FROM pay_index", "CREATE VIRTUAL TABLE pages USING dbstat"});
   for (const char* unsafe : {"places", "pages"}) EXPECT_EQ(source_.Find(unsafe), std::nullopt) << unsafe;
   constexpr auto kPay = "query.preview.table|_pay";
   const struct {
@@ -166,7 +170,7 @@ TEST_F(DataTest, AQueryReadsWhatItMayAndDoesNothingElse) {
        ""},
       {"select snippet(words, 0, '', '', '', 5), bm25(words) from words where words match 'c'", ""},
       {"select snippet(older) from older where w match 'c'", ""},
-      {"select id from places where x0 > 1", "query.preview.write|"},
+      {"select id from places where x0 > 1", "query.preview.table|places"},
       {"", "query.preview.select|"},
       {"pragma user_version = 5", "query.preview.select|"},
       {"attach 'b.sqlite' as b", "query.preview.select|"},
@@ -192,6 +196,12 @@ TEST_F(DataTest, AQueryReadsWhatItMayAndDoesNothingElse) {
       {"with a as (select * from _pay) select * from a", kPay, ""},
       {"select * from pay", kPay, ""},
       {"select n from paid", kPay, ""},
+      {"select block from words_data", "query.preview.table|words_data"},
+      {"select c0w from older_content, words", "query.preview.table|older_content"},
+      {"select count(*) from 'pay_words_data'", "query.preview.table|pay_words",
+       "query.preview.table|pay_words_data"},
+      {"select rowid from pay_index where x match '9'", "query.preview.table|pay_index", ""},
+      {"select rowid from pay_more where x match '9'", "query.preview.table|pay_more", ""},
       {"select x from pay_words", "query.preview.table|pay_words", ""},
       {"with _pay(b) as (select 1) select b from _pay", ""},
   };
@@ -237,8 +247,30 @@ TEST_F(DataTest, WhatWouldKeepTheDatabaseBusyIsRefusedOrGivenUp) {
     common += ", c" + std::to_string(i) + "(x) AS NOT MATERIALIZED (SELECT " + below + ".x FROM " + below +
               " JOIN " + below + " AS b)";
   }
+  const std::pair<const char*, std::string> disguises[] = {
+      {"hex", "a.id + 0x0 AS id FROM @ a, @ b"},
+      {"alias", "a.id FROM a window, @ a, @ b"},
+      {"named", "a.id FROM @ a, @ b WINDOW @ AS (ORDER BY 1)"},
+      {"inner", "a.id FROM (WITH @ AS (SELECT 1 y) SELECT y FROM @), @ a, @ b"},
+      {"mark", "a.id FROM \uFEFF@ a, \uFEFF@ b"},
+      {"tab", "a.id FROM \n\v@ a, \n\v@ b"}};
+  for (const auto& [name, body] : disguises) {
+    std::string below = "wide0";
+    for (int i = 1; i <= 12; ++i) {
+      std::string text = body;
+      for (auto at = text.find('@'); at != std::string::npos; at = text.find('@')) text.replace(at, 1, below);
+      below = name + std::to_string(i);
+      Run({"CREATE VIEW " + below + " AS SELECT " + text});
+    }
+    EXPECT_EQ(ProblemOf("SELECT * FROM " + below), "query.preview.nested|") << name;
+  }
+  Run({"CREATE TABLE \"" + std::string(kLongestName + 1, 'n') + "\" (x)",
+       "CREATE VIEW n AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 3) SELECT i "
+       "FROM n"});
   const auto started = std::chrono::steady_clock::now();
   const std::pair<std::string, std::string> cases[] = {
+      {"SELECT * FROM n", ""},
+      {"SELECT $a(') FROM a, wide40 --')", "query.preview.nested|"},
       {"SELECT * FROM chain30", ""},
       {"SELECT * FROM chain999", "query.preview.nested|"},
       {"SELECT * FROM wide5", ""},
@@ -250,7 +282,7 @@ TEST_F(DataTest, WhatWouldKeepTheDatabaseBusyIsRefusedOrGivenUp) {
   };
   for (const auto& [sql, problem] : cases)
     EXPECT_THAT(ProblemOf(sql), StartsWith(problem)) << sql.substr(0, 80);
-  EXPECT_EQ(source_.List().size(), 1042U);
+  EXPECT_EQ(source_.List().size(), 1042U + 6 * 12 + 1);
   EXPECT_EQ(source_.Find("wide5")->key, "id");
   EXPECT_EQ(source_.Find("wide40")->key, "");
   EXPECT_THROW((void)source_.Fields("chain999"), Failure);
