@@ -208,7 +208,7 @@ void SchemaMap::LinkOne(std::size_t text, std::size_t node, const std::vector<st
     if (is_common && local->second != node) nodes_[node].reads.push_back(local->second);  // else recursive
     const auto view = views_.find(name);
     // The database refuses a view of itself.
-    if (view != views_.end() && !(is_common && view->second == text))
+    if (view != views_.end() && (!is_common || view->second != text))
       nodes_[node].reads.push_back(view->second);
     const auto table = virtuals_.find(name);
     if (table != virtuals_.end()) nodes_[node].reads.push_back(table->second);

@@ -66,7 +66,8 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     if (each.task == "granted") task.permissions = kGranted;
     if (each.task != "granted" && each.task != "shared" && each.task != "new") task.owner = each.task;
     if (each.task != "new") task = storage.Save(task, kNow);
-    storage.SetGuard(GuardFor(tables, each.actor, TextTable::Ids()));
+    const TextTable texts = TextTable::Ids();
+    storage.SetGuard(GuardFor(tables, each.actor, texts));
     if (!each.meanwhile.empty()) RunSql(path, each.meanwhile);
     const auto before = storage.List();
     if (each.change == "rename") {
