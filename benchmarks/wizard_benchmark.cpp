@@ -77,7 +77,7 @@ class StartPage final : public PageBase {
  public:
   explicit StartPage(const std::string& target) : PageBase(kStartDesign.View()), target_(target) {}
   void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
-    Keep(std::move(host), std::move(store));
+    Begin(std::move(host), std::move(store));
     Wizard->Refresh(true);
   }
   void IWizardPage_GetNextPage(std::string& next) override { next = target_; }
