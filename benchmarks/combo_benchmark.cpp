@@ -72,6 +72,7 @@ class Ours final : public Subject, private UserListener {
   void Fill() override {
     auto& list = dynamic_cast<ComboBox&>(form_->Get("lstEntry"));
     list.Clear();
+    const EntryBatch batch(list);
     for (int index = 0; index < count_; ++index) list.AddItem(EntryText(index, count_));
   }
 

@@ -67,7 +67,7 @@ function(plovix_library name)
   endforeach()
 endfunction()
 
-plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host
+plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host surfaces/common
                HEADERS framework component)
 plovix_library(Core OUTPUT plovix EXPORTS door.map.in SET Core
                ROOMS framework designs pages/task pages/records pages/recurrence component LINKS Controls)

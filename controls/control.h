@@ -50,13 +50,13 @@ inline constexpr std::size_t kEventCount = 5;
 /// What an observer is told has changed.
 enum class Aspect {
   kCaption,        ///< Control::Caption
-  kEnabled,        ///< Control::Enabled
-  kVisible,        ///< Control::Visible
+  kEnabled,        ///< Control::Enabled, of the control or of a frame that it stands in
+  kVisible,        ///< Control::Visible, of the same
   kFocus,          ///< the page gave the control the focus; never told of a focus that the user moved
   kText,           ///< the text of a text box or an editable combo box
   kTextSelection,  ///< the selection in a text box
   kValue,          ///< a check box, an option button, a picker
-  kItems,          ///< the entries of a combo box
+  kItems,          ///< the entries of a combo box: it has more than before, or was emptied
   kIndex,          ///< the selected entry of a combo box
   kLook            ///< Label::Link
 };
@@ -169,6 +169,7 @@ class Control {
 
  private:
   friend class Form;
+  void NotifyWithMembers(Aspect aspect);
   Form& form_;
   const ControlInfo& info_;
   std::string caption_;

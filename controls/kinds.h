@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "control.h"
@@ -113,7 +115,7 @@ class ComboBox final : public Control {
   [[nodiscard]] const std::string& ItemText(int index) const;
   [[nodiscard]] std::int32_t ItemData(int index) const;
   /// @}
-  /// Appends an entry; selects and raises nothing.
+  /// Appends an entry; selects and raises nothing. Whoever adds many makes an EntryBatch first.
   void AddItem(std::string text, std::int32_t data = 0);
   /// Fails with 9 outside the list.
   void SetItemData(int index, std::int32_t data);
@@ -140,17 +142,42 @@ class ComboBox final : public Control {
   };
   [[nodiscard]] const Item& At(int index) const;
   bool Show(int index);
+  void TellItems();
+
+  friend class EntryBatch;
+  int batches_ = 0;      // that are open
+  bool untold_ = false;  // entries were added of which the observer has not been told
   std::vector<Item> items_;
   int index_ = -1;
   std::string text_;
+};
+
+/// Entries that are added while it lives are told to the observer together, when it ends or one of them is
+/// selected.
+class EntryBatch {
+ public:
+  /// `list` outlives the batch; batches on one list may nest.
+  explicit EntryBatch(ComboBox& list) : list_(list) { ++list_.batches_; }
+  ~EntryBatch() {
+    if (--list_.batches_ == 0) list_.TellItems();
+  }
+  EntryBatch(const EntryBatch&) = delete;
+  EntryBatch& operator=(const EntryBatch&) = delete;
+
+ private:
+  ComboBox& list_;
 };
 
 /// A date or, with Style::kTime, a time of day. Raises Change when its value changes.
 class DateTimePicker final : public Control {
  public:
   using Control::Control;
+  /// Whether it shows the time of day, as the design says.
+  [[nodiscard]] bool ShowsTime() const noexcept { return Has(Info().style, Style::kTime); }
   /// A whole moment, of which a surface shows one half and keeps the other.
   [[nodiscard]] DateTime Value() const noexcept { return value_; }
+  /// The value with the shown part of another moment: what a user makes of it who enters that part.
+  [[nodiscard]] DateTime WithShown(DateTime entered) const;
   void SetValue(DateTime value);          ///< The same value again raises nothing.
   void Set(UserKey key, DateTime value);  ///< The whole moment as it is now.
 
@@ -181,5 +208,24 @@ class HostSlot final : public Control {
  private:
   std::shared_ptr<HostControl> embedded_;
 };
+
+/// The class of each kind, in the order of Kind. What is made or done by kind follows from this list.
+using ControlClasses = std::tuple<Label, TextBox, CheckBox, OptionButton, ComboBox, CommandButton, Frame,
+                                  DateTimePicker, HostSlot>;
+/// The class of one kind.
+template <Kind kKind>
+using ControlOf = std::tuple_element_t<static_cast<std::size_t>(kKind), ControlClasses>;
+
+/// Calls `visit` with the control as the class of its kind.
+template <class AnyControl, class Visit>
+void VisitKind(AnyControl& control, Visit visit) {
+  [&]<class... Classes>(std::type_identity<std::tuple<Classes...>> /*classes*/) {
+    const auto as = [&visit](auto* typed) {
+      if (typed != nullptr) visit(*typed);
+    };
+    (as(dynamic_cast<std::conditional_t<std::is_const_v<AnyControl>, const Classes, Classes>*>(&control)),
+     ...);
+  }(std::type_identity<ControlClasses>{});
+}
 
 }  // namespace plovix

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <tuple>
 
 namespace plovix {
 
@@ -71,11 +70,5 @@ struct ControlName {
   [[nodiscard]] constexpr std::string_view View() const { return {value, kSize - 1}; }
   char value[kSize]{};
 };
-
-// The class of a control of each kind, in the order of the kinds.
-using ControlClasses = std::tuple<Label, TextBox, CheckBox, OptionButton, ComboBox, CommandButton, Frame,
-                                  DateTimePicker, HostSlot>;
-template <Kind kKind>
-using ControlOf = std::tuple_element_t<static_cast<std::size_t>(kKind), ControlClasses>;
 
 }  // namespace plovix

@@ -23,7 +23,8 @@ import re
 import sys
 from pathlib import Path
 
-COMPONENT = ("base/", "controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
+COMPONENT = ("base/", "controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/",
+             "surfaces/common/")
 TEST_CODE = ("tests/", "fuzz/")
 NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)

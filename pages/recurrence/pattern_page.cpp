@@ -30,6 +30,7 @@ void AnyPatternPage::StorePattern(Statements& run, const char* key,
 
 void AnyPatternPage::AddTexts(Statements& run, ComboBox& list, int first, int last,
                               std::source_location where) {
+  const EntryBatch batch(list);
   for (int id = first; id <= last; ++id) {
     const auto text = run.Read([&] { return GetString(id); }, where);
     list.AddItem(text.value_or(""));  // an entry's position is its meaning

@@ -33,6 +33,7 @@ void Details::RetrieveCategories() {
     });
     if (run.If([&] { return Set(rows)->Bof() && rows->Eof(); })) return;
     if (!CategoryTags) run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
+    const EntryBatch batch(cboCategory);
     std::unordered_set<std::string> met;
     int stuck = 0;  // a row that cannot be left would be read for ever
     while (stuck < kTriesOfARow && run.If([&] { return !Set(rows)->Eof(); })) {

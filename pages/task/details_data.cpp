@@ -115,6 +115,7 @@ void Details::RetrieveDataObjects() {
     if (!shown.empty()) chosen = FindEntry(run, entries, shown);
     if (run.Skipped() > 0) return;
     cboDataObject.Clear();
+    const EntryBatch batch(cboDataObject);
     for (auto& [caption, handle] : entries) cboDataObject.AddItem(std::move(caption), handle);
     if (chosen != -1) cboDataObject.Select(chosen);
     DataObjectsLoaded = true;

@@ -56,20 +56,15 @@ void Describe(const HostSlot& slot, Json& json) {
   json["items"] = std::move(items);
 }
 
-template <class... Kinds>
-void DescribeAsOneOf(const Control& control, Json& json) {
-  const auto describe = [&](const auto* typed) {
-    if (typed != nullptr) Describe(*typed, json);
-  };
-  (describe(dynamic_cast<const Kinds*>(&control)), ...);
-}
+// Its caption says all.
+void Describe(const Control& /*control*/, Json& /*json*/) {}
 
 Json ControlJson(const Control& control) {
   Json json = {{"kind", KindName(control.GetKind())},
                {"caption", control.Caption()},
                {"enabled", control.Enabled()},
                {"visible", control.Visible()}};
-  DescribeAsOneOf<Label, TextBox, CheckBox, OptionButton, ComboBox, DateTimePicker, HostSlot>(control, json);
+  VisitKind(control, [&](const auto& typed) { Describe(typed, json); });
   return json;
 }
 

@@ -39,6 +39,11 @@ void Binding::Adopt(QWidget* widget, bool watched) {
 void Binding::DrawAll() {
   const PageWrite write(surface_);
   Draw();
+  DrawState();
+}
+
+// A frame's widget rules over those in it, as the frame does over its controls.
+void Binding::DrawState() {
   widget_->setEnabled(control_.Enabled());
   // One that was never hidden is shown with its page; showing it now would lay it out by itself.
   if (widget_->isHidden() == control_.Visible()) widget_->setVisible(control_.Visible());
@@ -83,10 +88,8 @@ void Binding::Changed(Aspect aspect) {
   const PageWrite write(surface_);
   switch (aspect) {
     case Aspect::kEnabled:
-      widget_->setEnabled(control_.Enabled());
-      break;
     case Aspect::kVisible:
-      widget_->setVisible(control_.Visible());
+      DrawState();
       break;
     case Aspect::kFocus:
       TakeFocus();

@@ -3,13 +3,14 @@
 #pragma once
 
 #include <plovix/controls/user.h>
+#include <plovix/surfaces/common/page_reading.h>
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
 #include <functional>
+#include <map>
 #include <memory>
-#include <vector>
 
 #include "slot_factory.h"
 #include "surface_options.h"
@@ -23,7 +24,8 @@ class QWidget;
 
 namespace plovix::qt {
 
-class OptionButtonBinding;
+class Binding;
+using Bindings = std::map<const Control*, std::unique_ptr<Binding>>;
 
 // What the bindings of one page share.
 struct Surface {
@@ -32,8 +34,9 @@ struct Surface {
   SlotFactory make_slot;
   SurfaceTexts texts = {};
   SurfaceOptions options = {};
+  surface::PageReading reading = surface::PageReading(*form);
   std::function<void()> captions_changed = {};
-  std::vector<OptionButtonBinding*> option_buttons = {};  // in reading order
+  Bindings bindings = {};
   int page_writes = 0;  // depth; what widgets signal meanwhile is no user's doing
 };
 
@@ -100,6 +103,7 @@ class Binding : public QObject, private ControlObserver {
   }
 
  private:
+  void DrawState();
   void Changed(Aspect aspect) final;
   bool eventFilter(QObject* watched, QEvent* event) final;
   void FocusMoved(const QFocusEvent& event);

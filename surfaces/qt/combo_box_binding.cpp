@@ -14,8 +14,7 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kWidestContents = 24;  // characters; longer entries show in the opened list
-constexpr int kLeastHeight = 14;     // pixels, of the contents; as QComboBox has it
+constexpr int kLeastHeight = 14;  // pixels, of the contents; as QComboBox has it
 constexpr int kLongList = 500;  // entries; Qt's popup takes 4 to 5 microseconds for each, whatever is in view
 
 }  // namespace
@@ -55,9 +54,7 @@ bool ComboBoxWidget::AskForEntries() {
   const QPointer<ComboBoxWidget> self(this);
   const auto tell = before_popup;
   tell();
-  if (!self || !isEnabled() || !isVisible()) return false;
-  draw_entries();
-  return true;
+  return self && isEnabled() && isVisible();
 }
 
 // A closed list goes from entry to entry, too, and a page may fill it only when it is to be opened. In a box
@@ -106,7 +103,6 @@ ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* paren
   Adopt(widget_);
   FitWidth();
   widget_->before_popup = [this] { AsUser([&model = Model()](User& user) { return user.DropDown(model); }); };
-  widget_->draw_entries = [this] { DrawItems(); };
   connect(widget_, &QComboBox::activated, this, [this](int index) {
     AsUser([&model = Model(), index](User& user) { return user.Pick(model, index); });
   });
@@ -136,39 +132,12 @@ void ComboBoxBinding::SetAccessibleName(const QString& name) {
   NameComboBox(*widget_, name);
 }
 
-// Entries that a page adds one by one are drawn together, unless one of them is selected at once.
-void ComboBoxBinding::Draw() {
-  const int drawn = widget_->count();
-  if (Model().Count() < drawn || Model().Index() >= drawn) {
-    DrawItems();
-    return;
-  }
-  if (Model().Count() > drawn) DrawItemsSoon();
-  DrawText();
-}
-
-void ComboBoxBinding::DrawItemsSoon() {
-  if (std::exchange(waiting_, true)) return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        waiting_ = false;
-        DrawItems();
-      },
-      Qt::QueuedConnection);
-}
-
 // Qt selects the first entry of a list that was empty; the text puts that right.
-void ComboBoxBinding::DrawItems() {
-  const PageWrite write(Shared());
+void ComboBoxBinding::Draw() {
   if (Model().Count() != widget_->count()) {
     widget_->UpdateEntries();
     FitWidth();
   }
-  DrawText();
-}
-
-void ComboBoxBinding::DrawText() {
   const QString text = Text(Model().Text());
   // What is being typed stays although no entry is selected.
   const bool typed = Model().Index() < 0 && Model().Editable() && widget_->currentText() == text;
@@ -177,12 +146,7 @@ void ComboBoxBinding::DrawText() {
 }
 
 void ComboBoxBinding::FitWidth() {
-  if (Model().Count() < measured_) longest_ = measured_ = 0;
-  for (; measured_ < Model().Count() && longest_ < kWidestContents; ++measured_) {
-    const auto length = static_cast<int>(Text(Model().ItemText(measured_)).size());
-    longest_ = std::min(std::max(longest_, length), kWidestContents);
-  }
-  widget_->SetContentsLength(longest_);
+  widget_->SetContentsLength(width_.Of(Model()));
 }
 
 }  // namespace plovix::qt

@@ -1,6 +1,8 @@
 // Combo boxes: lists, and lists with a field to type in.
 #pragma once
 
+#include <plovix/surfaces/common/widths.h>
+
 #include <QComboBox>
 #include <QPointer>
 
@@ -16,7 +18,6 @@ class ComboBoxWidget final : public QComboBox {
   // `box` and `texts` outlive the widget.
   ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent);
   std::function<void()> before_popup;
-  std::function<void()> draw_entries;  // those that came meanwhile
 
   [[nodiscard]] bool PopupIsOpen() const;
   // Takes over what has come or gone in the control's list.
@@ -55,16 +56,11 @@ class ComboBoxBinding final : public BindingOf<ComboBox> {
 
  private:
   void Draw() override;
-  void DrawItems();
-  void DrawItemsSoon();
-  void DrawText();
   void FitWidth();
   void MakeEditable();
 
   ComboBoxWidget* widget_;
-  int longest_ = 0;       // entry, in characters; counted up to what makes a difference
-  int measured_ = 0;      // entries of these
-  bool waiting_ = false;  // for the event loop, with entries to draw
+  surface::ListWidth width_;
 };
 
 }  // namespace plovix::qt

@@ -97,7 +97,7 @@ void EntryPopup::Place() {
 }
 
 void EntryPopup::ShowMatches(std::optional<int> around) {
-  matches_ = FindMatches(box_, search_->text(), around, kMostShown);
+  matches_ = surface::FindMatches(box_, search_->text().toStdString(), around, kMostShown, Characters());
   QStringList texts;
   for (const int entry : matches_.entries) texts << Shortened(Text(box_.ItemText(entry)), kLongestShown);
   rows_->setStringList(texts);

@@ -2,6 +2,8 @@
 // nearest to what is selected. Used by the combo box binding; short lists have Qt's own popup.
 #pragma once
 
+#include <plovix/surfaces/common/entry_search.h>
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -10,7 +12,6 @@
 #include <functional>
 #include <optional>
 
-#include "entry_search.h"
 #include "surface_texts.h"
 
 namespace plovix::qt {
@@ -46,7 +47,7 @@ class EntryPopup final : public QWidget {
   const SurfaceTexts& texts_;
   QWidget* owner_;
   std::function<void(int)> choose_;
-  Matches matches_;
+  surface::Matches matches_;
   QLineEdit* search_;
   QListView* list_;
   QLabel* note_;

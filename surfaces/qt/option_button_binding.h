@@ -15,7 +15,6 @@ class OptionButtonBinding final : public BindingOf<OptionButton> {
   void Draw() override;
   bool OnEvent(QEvent& event) override;
   void Step(int step);
-  void UpdateTabStop();
 
   QRadioButton* widget_;
 };

@@ -3,7 +3,7 @@
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QWidget>
-#include <algorithm>
+#include <map>
 #include <string_view>
 
 #include "flow_layout.h"
@@ -11,10 +11,12 @@
 #include "label_binding.h"
 #include "plain_text.h"
 #include "text_box_binding.h"
-#include "texts.h"
 
 namespace plovix::qt {
 namespace {
+
+using surface::Line;
+using surface::LineKind;
 
 constexpr int kLabelColumn = 0;
 constexpr int kFieldColumn = 1;
@@ -89,6 +91,10 @@ class Arranger {
         AddFlow(grid, line);
         break;
     }
+    for (std::size_t i = 0; i < line.controls.size(); ++i) {
+      const Label* label = surface::NamingLabel(line, i);
+      if (label != nullptr) LabelOf(*label).SetBuddy(WidgetOf(*line.controls[i]));
+    }
     if (with_problems_) AddProblem(grid, line);
   }
 
@@ -118,7 +124,6 @@ class Arranger {
 
   void AddRow(Grid& grid, const Line& line) {
     QWidget* field = WidgetOf(*line.controls[1]);
-    LabelOf(*line.controls[0]).SetBuddy(field);
     QWidget* label = WidgetOf(*line.controls[0]);
     const bool picker = line.controls[1]->GetKind() == Kind::kDateTimePicker;
     if (!picker) field->setSizePolicy(QSizePolicy::Expanding, field->sizePolicy().verticalPolicy());
@@ -136,11 +141,8 @@ class Arranger {
 
   void AddFlow(Grid& grid, const Line& line) {
     auto* row = new FlowLayout;
-    for (std::size_t i = 0; i < line.controls.size(); ++i) {
-      const Control& control = *line.controls[i];
-      QWidget* widget = WidgetOf(control);
-      if (IsField(control) && LabelBefore(line, i) != nullptr)
-        LabelOf(*line.controls[i - 1]).SetBuddy(widget);
+    for (const Control* control : line.controls) {
+      QWidget* widget = WidgetOf(*control);
       if (auto* text = dynamic_cast<TextLineWidget*>(widget)) text->SetNarrow();
       row->addWidget(widget);
     }
@@ -151,8 +153,7 @@ class Arranger {
   void AddProblem(Grid& grid, const Line& line) {
     QLabel* label = nullptr;
     for (const Control* control : line.controls) {
-      const auto* list = dynamic_cast<const ComboBox*>(control);
-      if (control->GetKind() != Kind::kTextBox && (list == nullptr || !list->Editable())) continue;
+      if (!surface::TakesText(*control)) continue;
       if (label == nullptr) grid.AddWide(label = NewProblemLabel());
       bindings_.at(control)->TellProblemsAt(label);
     }
@@ -164,48 +165,12 @@ class Arranger {
   std::map<std::string_view, Grid> grids_;  // by frame; empty: the page
 };
 
-bool HasLetters(const QString& text) {
-  return std::ranges::any_of(text, [](QChar character) { return character.isLetterOrNumber(); });
-}
-
-// The line as a person would read it, with an ellipsis for what is to be entered.
-QString Sentence(const Line& line) {
-  QStringList words;
-  for (const Control* control : line.controls) {
-    words << (IsField(*control) ? QString(QChar(0x2026)) : CaptionToRead(control->Caption()));
-  }
-  const QString sentence = words.join(' ').trimmed();
-  return HasLetters(sentence) ? sentence : QString();
-}
-
-// What stands on both sides of a field in a line of words: "every … minute(s).". Empty where there is
-// nothing.
-QString PhraseAround(const Line& line, std::size_t field) {
-  const auto words = [&line](std::size_t at) {
-    const bool text = at < line.controls.size() && !IsField(*line.controls[at]);
-    return text ? CaptionToRead(line.controls[at]->Caption()) : QString();
-  };
-  const QString phrase =
-      (words(field - 1) + ' ' + QChar(0x2026) + ' ' + words(field + 1)).trimmed();  // before the first: none
-  return HasLetters(phrase) ? phrase : QString();
-}
-
 }  // namespace
 
 void LayOut(const std::vector<Line>& lines, const Bindings& bindings, QWidget* page, bool with_problems) {
   Arranger arranger(bindings, page, with_problems);
   for (const Line& line : lines) arranger.Add(line);
   arranger.Close();
-}
-
-std::vector<Control*> InOrder(const Form& form, const std::vector<Line>& lines, TabOrder order) {
-  std::vector<Control*> controls;
-  if (order == TabOrder::kDeclared) {
-    for (std::size_t i = 0; i < form.Count(); ++i) controls.push_back(&form.At(i));
-    return controls;
-  }
-  for (const Line& line : lines) controls.insert(controls.end(), line.controls.begin(), line.controls.end());
-  return controls;
 }
 
 void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindings) {
@@ -217,34 +182,6 @@ void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindin
     for (QWidget* stop : stops) {
       if (last != nullptr) QWidget::setTabOrder(last, stop);
       last = stop;
-    }
-  }
-}
-
-void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
-  QString above;  // the last text that stood alone
-  for (const Line& line : lines) {
-    const QString first = CaptionToRead(line.controls[0]->Caption());
-    if (line.kind == LineKind::kText) above = first;
-    if (line.explained != nullptr) bindings.at(line.explained)->Widget()->setAccessibleDescription(first);
-    const QString sentence = Sentence(line).isEmpty() ? above : Sentence(line);
-    for (std::size_t i = 0; i < line.controls.size(); ++i) {
-      const Control& control = *line.controls[i];
-      const QString caption = CaptionToRead(control.Caption());
-      Binding& binding = *bindings.at(&control);
-      if (IsField(control)) {
-        const Label* label = LabelBefore(line, i);
-        const QString around = line.kind == LineKind::kFlow ? PhraseAround(line, i) : QString();
-        const QString before = label != nullptr ? CaptionToRead(label->Caption()) : sentence;
-        binding.SetAccessibleName(around.isEmpty() ? before : around);
-      } else if (control.GetKind() == Kind::kOptionButton) {
-        // "every" alone says little, and more than one may begin so.
-        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : caption);
-      } else if (control.GetKind() == Kind::kCommandButton) {
-        // "..." alone says nothing.
-        const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;
-        binding.SetAccessibleName(speaks ? caption : first + ' ' + caption);
-      }
     }
   }
 }

@@ -2,18 +2,14 @@
 /// What a host may choose about how pages are shown and typed in.
 #pragma once
 
-#include <plovix/controls/control.h>
+#include <plovix/surfaces/common/page_reading.h>
 
 #include <functional>
 #include <string>
 
 namespace plovix::qt {
 
-/// The order in which the Tab key goes through a page.
-enum class TabOrder {
-  kReading,   ///< line by line, as the page is read; what is near on the screen is near for the keyboard
-  kDeclared,  ///< as the page's design declares its controls, which is also the order of Form::At
-};
+using surface::TabOrder;
 
 /// Given to the form widget.
 struct SurfaceOptions {

@@ -1,5 +1,7 @@
 #include "text_box_binding.h"
 
+#include <plovix/surfaces/common/widths.h>
+
 #include <QTextCursor>
 #include <QTextDocument>
 #include <algorithm>
@@ -10,15 +12,11 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kUsualWidth = 17;  // in letters x: what a line edit asks for by itself
-constexpr int kNarrowWidth = 8;
-constexpr int kAreaLines = 3;
-
 class TextAreaWidget final : public QPlainTextEdit {
  public:
   using QPlainTextEdit::QPlainTextEdit;
   [[nodiscard]] QSize minimumSizeHint() const override {
-    const int text = kAreaLines * fontMetrics().lineSpacing();
+    const int text = surface::kAreaLines * fontMetrics().lineSpacing();
     const int margins = static_cast<int>(std::ceil(2 * document()->documentMargin())) + 2 * frameWidth();
     return {QPlainTextEdit::minimumSizeHint().width(), text + margins};
   }
@@ -33,7 +31,7 @@ QString AreaText(QString text) {
 }
 
 int AreaPosition(const std::string& text, int characters) {
-  return static_cast<int>(AreaText(FirstCharacters(text, characters)).size());
+  return static_cast<int>(AreaText(Text(surface::FirstCharacters(text, characters))).size());
 }
 
 }  // namespace
@@ -45,7 +43,10 @@ void TextLineWidget::SetNarrow() {
 
 QSize TextLineWidget::sizeHint() const {
   QSize size = QLineEdit::sizeHint();
-  if (narrow_) size.rwidth() -= (kUsualWidth - kNarrowWidth) * fontMetrics().horizontalAdvance('x');
+  // By itself a line edit asks for the usual width.
+  if (narrow_)
+    size.rwidth() -=
+        (surface::kFieldWidth - surface::kNarrowFieldWidth) * fontMetrics().horizontalAdvance('x');
   return size;
 }
 
@@ -72,8 +73,9 @@ void TextLineBinding::Draw() {
 
 void TextLineBinding::DrawSelection() {
   const std::string& text = Model().Text();
-  const auto start = FirstCharacters(text, Model().SelectionStart()).size();
-  const auto end = FirstCharacters(text, Model().SelectionStart() + Model().SelectionLength()).size();
+  const auto units = [&](int characters) { return Text(surface::FirstCharacters(text, characters)).size(); };
+  const auto start = units(Model().SelectionStart());
+  const auto end = units(Model().SelectionStart() + Model().SelectionLength());
   widget_->setSelection(static_cast<int>(start), static_cast<int>(end - start));
 }
 

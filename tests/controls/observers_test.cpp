@@ -1,7 +1,7 @@
 // What a surface's observers are told of, and what lies at the ends of the controls' ranges.
 #include <gmock/gmock.h>
 
-#include "tests/support/surface_contract.h"
+#include "tests/support/every_kind.h"
 
 namespace plovix {
 namespace {
@@ -52,7 +52,16 @@ TEST_F(ObserversTest, AreToldOfEveryChangeOnce) {
       {[&] { Get<CheckBox>("chk").SetValue(1); }, "chk.value ", false},
       {[&] { Get<OptionButton>("optA").Select(); }, "optA.value ", false},
       {[&] { user.Choose(form->Get("optB")); }, "optA.value optB.value ", false},
+      {[&] { Get("fra").SetEnabled(false); }, "fra.enabled chkInside.enabled ", false},
+      {[&] { Get("fra").SetVisible(false); }, "fra.visible chkInside.visible ", false},
       {[&] { lst.AddItem("x"); }, "lst.items ", true},
+      {[&] {
+         const EntryBatch batch(lst), nested(lst);
+         for (const char* text : {"x", "y"}) lst.AddItem(text);
+         lst.Select(lst.Count() - 1);
+         for (const char* text : {"x", "y"}) lst.AddItem(text);
+       },
+       "lst.items lst.index lst.items ", true},
       {[&] { lst.Select(1); }, "lst.index ", true},
       {[&] { lst.SetFocus(); }, "lst.focus ", true},
       {[&] { lst.Clear(); }, "lst.items ", true},

@@ -45,20 +45,10 @@ inline bool Fits(Verb verb, const Control& control) {
   return false;
 }
 
-// The value of a picker when the user sets the part that it shows, a day or a time of day.
-inline DateTime WithPart(const DateTimePicker& picker, DateTime value) {
-  const auto day_of = [](DateTime time) { return std::chrono::floor<std::chrono::days>(time); };
-  const bool time = Has(picker.Info().style, Style::kTime);
-  const DateTime day = day_of(time ? picker.Value() : value);
-  const DateTime of_day = time ? value : picker.Value();
-  return day + (of_day - day_of(of_day));
-}
-
 // The part of a time that the picker shows, in days or in seconds since midnight.
 inline std::string PartOf(const DateTimePicker& picker, DateTime time) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
-  const bool of_day = Has(picker.Info().style, Style::kTime);
-  return std::to_string(of_day ? (time - day).count() : day.time_since_epoch().count());
+  return std::to_string(picker.ShowsTime() ? (time - day).count() : day.time_since_epoch().count());
 }
 
 // The value of the control as far as a user sees it; line ends are one character.
@@ -125,7 +115,7 @@ class UserHand : public Hand {
       }
       case Verb::kSet: {
         const auto* picker = dynamic_cast<const DateTimePicker*>(&control);
-        return user_.Set(control, picker ? WithPart(*picker, act.value) : act.value);
+        return user_.Set(control, picker ? picker->WithShown(act.value) : act.value);
       }
       case Verb::kEnter:
         return fits && user_.Enter(control);
