@@ -79,12 +79,6 @@ bool HasLetters(std::string_view utf8, const Unicode& unicode) {
   return false;
 }
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
 std::string Folded(std::string_view utf8, const Unicode& unicode) {
   std::string folded;
   folded.reserve(utf8.size());

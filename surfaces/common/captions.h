@@ -34,8 +34,6 @@ struct Caption {
 
 /// Whether it has something to say.
 [[nodiscard]] bool HasLetters(std::string_view utf8, const Unicode& unicode = {});
-/// Without the blanks at both ends.
-[[nodiscard]] std::string_view Trimmed(std::string_view text);
 /// Without regard to case. What is no well-formed character stays as it is.
 [[nodiscard]] std::string Folded(std::string_view utf8, const Unicode& unicode = {});
 

@@ -1,5 +1,7 @@
 #include "page_reading.h"
 
+#include <plovix/base/text_rules.h>
+
 #include <algorithm>
 
 namespace plovix::surface {
@@ -64,7 +66,7 @@ std::string NameOf(const Line& line, std::size_t at, const Words& words, const s
   const std::string& told = sentence.empty() ? above : sentence;
   // "every" alone says little, and more than one option may begin so.
   if (!IsField(control)) return line.controls.size() > 1 ? told : words.Caption(at);
-  const std::string around = line.kind == LineKind::kFlow ? words.Around(at) : std::string();
+  std::string around = line.kind == LineKind::kFlow ? words.Around(at) : std::string();
   if (!around.empty()) return around;
   return NamingLabel(line, at) != nullptr ? words.Caption(at - 1) : told;
 }
