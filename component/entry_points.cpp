@@ -119,7 +119,7 @@ EntryResult plovix_class_factory(std::uint32_t interface_version, const char* id
     plovix::RequirePointer(factory, "place for the factory");
     factory->reset();
     plovix::RequirePointer(identifier, "identifier");
-    const auto& makers = plovix::PageMakers();
+    const auto makers = plovix::PageMakers();
     const auto maker =
         std::ranges::find(makers, std::string_view(identifier), &plovix::PageMaker::identifier);
     plovix::Require(maker != makers.end(), EntryResult::kUnknownIdentifier,

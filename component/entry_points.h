@@ -41,7 +41,7 @@ struct EntryError {
 /// anything else. This function alone never changes its signature.
 PLOVIX_ENTRY_POINT std::uint32_t plovix_interface_version() noexcept;
 
-/// Enters the eleven pages into `registry`, all of them or none.
+/// Enters all pages into `registry`, or none.
 /// @param interface_version  kInterfaceVersion as the caller was compiled with
 /// @param registry           the caller's; holds the library in use until plovix_unregister()
 /// @param error              receives the reason; may be null

@@ -13,6 +13,8 @@ namespace plovix {
 template <const auto& kDesign, class Base = CommonPage>
 class PageWith : public Base {
  public:
+  static constexpr std::string_view kPageName = kDesign.page;
+
   PageWith() : Base(kDesign.View()) {}
 
  protected:

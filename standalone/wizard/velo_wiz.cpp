@@ -58,8 +58,7 @@ bool VeloWiz::Press(bool enabled, Work work) {
     const Raised busy(busy_);
     work();
   }
-  UpdateNext();
-  Changed();
+  AskNextPage();
   return true;
 }
 
@@ -68,7 +67,9 @@ bool VeloWiz::Open(const std::string& identifier) {
   return IsOpen();
 }
 
+// In an event of the page, as MoveNext, the answer may be older than what the event has changed.
 bool VeloWiz::Next() {
+  if (depth_ > 0 && !busy_) UpdateNext();
   return Press(Buttons().next, [&] {
     if (!MayLeave(ChangeDirection::kNext)) return;
     UpdateNext();  // asked again: the answer sees what has just been saved
@@ -104,9 +105,11 @@ bool VeloWiz::AskToLeave(std::int32_t direction) {
   return IsOpen() && MayLeave(static_cast<ChangeDirection>(direction));
 }
 
+// Once for whatever a verb or a button did: it ends with this.
 void VeloWiz::AskNextPage() {
+  if (busy_ || depth_ > 0) return;
   UpdateNext();
-  Changed();
+  if (view_ != nullptr && IsOpen()) view_->ButtonsChanged();
 }
 
 WizardButtons VeloWiz::Buttons() const {
@@ -127,9 +130,7 @@ std::shared_ptr<Form> VeloWiz::Controls() const {
 void VeloWiz::EventEnds() {
   if (--depth_ > 0) return;
   retired_.clear();
-  if (busy_) return;  // the button's work ends with an update
-  UpdateNext();
-  Changed();
+  AskNextPage();
 }
 
 void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
@@ -139,9 +140,7 @@ void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
 void VeloWiz::Refresh(bool can_continue) {
   current_.can_continue = can_continue;
   ++current_.refreshes;
-  if (busy_) return;  // the page is being loaded or left; its answer is taken afterwards
-  UpdateNext();
-  Changed();
+  AskNextPage();
 }
 
 // Makes the identified page the current one; on failure the former page stays.
@@ -207,10 +206,6 @@ void VeloWiz::UpdateNext() {
   current_.next = failure ? std::nullopt : std::optional(next);
   const bool known = std::exchange(current_.next_failed, failure.has_value());
   if (failure && !known) Report(*failure, "IWizardPage_GetNextPage");
-}
-
-void VeloWiz::Changed() {
-  if (view_ != nullptr && IsOpen()) view_->ButtonsChanged();
 }
 
 bool VeloWiz::MayLeave(ChangeDirection direction) {

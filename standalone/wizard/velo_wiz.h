@@ -79,14 +79,15 @@ class VeloWiz final : private UserListener {
   /// @}
   /// Asks the page with a raw direction code and moves nowhere; false without a page.
   bool AskToLeave(std::int32_t direction);
-  /// Asks the page for its next page again: to be called after something outside the wizard has changed.
+  /// Asks the page for its next page again: to be called after something outside the wizard has changed. From
+  /// within an event it is put off to the event's end, as a page's Refresh is.
   void AskNextPage();
 
   /// Whether there is a current page.
   [[nodiscard]] bool IsOpen() const noexcept { return current_.page != nullptr; }
   /// Nothing before the end.
   [[nodiscard]] std::optional<WizardEnd> End() const noexcept { return end_; }
-  /// Follow from the way back, the page's flag and its next page.
+  /// Follow from the way back, the page's flag and its next page, as it was when the last event ended.
   [[nodiscard]] WizardButtons Buttons() const;
   /// True when the working copy differs from the task as it was opened, or the user has entered something.
   [[nodiscard]] bool HasChanges() const;
@@ -141,7 +142,6 @@ class VeloWiz final : private UserListener {
   bool Initialize(bool& shown);
   void EmbedControls(Form& form);
   void UpdateNext();
-  void Changed();
   bool MayLeave(ChangeDirection direction);
   bool Save();
   void Close(WizardEnd end);

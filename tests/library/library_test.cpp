@@ -77,8 +77,9 @@ TEST_F(LibraryTest, EntryPointsRefuseInWordsAndChangeNothing) {
   EXPECT_EQ(Register(kInterfaceVersion, &other), EntryResult::kAlreadyRegistered);
   EXPECT_THAT(error.text, HasSubstr("Plovix.Query"));
   EXPECT_EQ(other.Identifiers().size(), 1U);
+  const auto pages = registry.Identifiers();
   EXPECT_THROW(PageLibrary(PLOVIX_LIBRARY, registry), Failure);
-  EXPECT_EQ(registry.Identifiers().size(), 11U);
+  EXPECT_EQ(registry.Identifiers(), pages);
   EXPECT_THROW(PageLibrary("libplovix-nowhere.so", other), Failure);
   EXPECT_THROW(PageLibrary("libstdc++.so.6", other), Failure);
 }

@@ -150,6 +150,18 @@ TEST_F(VeloWizTest, MoveNextIsNextAndTheReplacedPageLivesOn) {
   wizard->User().Press(At("cmdGo"));
   EXPECT_EQ(Where(), "B B-FC");
   EXPECT_EQ(std::pair(script.alive_behind_go, script.alive), std::pair(2, 1));
+  // A verb asks once; on the way a page that moves on is asked first, as its event may have changed the
+  // answer.
+  int answers = 0;
+  script.next = [&](const std::string& text) { return ++answers, text; };
+  Type("txtNext", "A");
+  EXPECT_EQ(answers, 1);
+  script.go = [this](WizardHost& host) {
+    dynamic_cast<TextBox&>(At("txtNext")).SetText("");
+    host.MoveNext();
+  };
+  wizard->User().Press(At("cmdGo"));
+  EXPECT_EQ(Where(), "B B-FC");
   // A page that asks to move on while it is being left is not left twice.
   int asked = 0;
   script.leave = [&] { return !wizard->Next() && !wizard->Cancel() && ++asked > 0; };

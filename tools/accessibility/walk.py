@@ -10,6 +10,7 @@ wrong; exit status 1 when something is.
 """
 import json
 import os
+import re
 import sqlite3
 import subprocess
 import sys
@@ -26,7 +27,7 @@ COMPOSITE = {"combo box", "list", "spin button", "table", "text", "tree"}  # wha
 SPOKEN = {"alert", "dialog", "frame", "panel"}  # a screen reader says their names when the focus enters them
 WAYS = {"Tab": ["Tab"], "Shift+Tab": ["Shift_L", "Tab"]}
 MOST_STOPS = 60  # of any window
-PAGES = 11  # of the wizard
+PAGES = re.findall(r'"Plovix\.\w+"', (HERE.parents[1] / "framework/page_identifiers.h").read_text())
 
 
 # A label that says that it takes the focus takes it from the mouse, to have its text selected.
@@ -248,8 +249,8 @@ class Walk:
                 seen.add(self.turn(self.keys("Control_L", "Return")))
                 self.turn(self.button("button.back"), look=False)
                 self.program.move("Down")
-        if len(seen) != PAGES:
-            self.wrong(f"the way through the wizard has {len(seen)} pages, not {PAGES}")
+        if len(seen) != len(PAGES):
+            self.wrong(f"the way through the wizard has {len(seen)} pages, not {len(PAGES)}")
         self.dialog("action: another", self.button("action.list.edit"))
         self.dialog("action: a program", self.button("action.list.add"), self.other_kinds, self.discard)
         self.discard()
