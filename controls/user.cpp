@@ -1,21 +1,14 @@
 #include "user.h"
 
-#include <optional>
+#include <plovix/base/failure_of.h>
 
 namespace plovix {
 
-// Copies a failure out of its catch block before the listener shows it: no exception may be alive while
-// a dialog runs its own event loop.
 template <class Verb>
 void User::Run(Form& form, std::string_view procedure, Verb verb) {
   listener_.EventBegins();
   const unsigned changes = form.Changes();
-  std::optional<Failure> failure;
-  try {
-    verb();
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf(verb);
   if (form.Changes() != changes) form.Touch(UserKey{});
   if (failure) listener_.EventFailed(*failure, procedure);
   listener_.EventEnds();

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <plovix/component/page_registry.h>
+#include <plovix/host/host_application.h>
 #include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/schedule/zone.h>
 #include <plovix/standalone/tasks/task_storage.h>
 #include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/widgets/qt_text.h>
 
 #include <functional>
 #include <memory>
@@ -29,11 +31,17 @@ struct AppParts {
                                  const std::vector<std::string>& parameters = {}) const {
     return state.texts.Host(key, parameters);
   }
+  [[nodiscard]] QString Shown(std::string_view key, const std::vector<std::string>& parameters = {}) const {
+    return ToQt(Text(key, parameters));
+  }
 };
 
+// Tells a sentence of the host's in a box with OK: a warning unless said otherwise.
+void TellUser(const HostState& state, std::string_view text, const std::vector<std::string>& parameters,
+              int buttons = message_box::kOkWarning);
 // Runs `work`; a failure is told in the sentence `text`, whose parameter it is. Gives back whether it
 // succeeded.
-bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work);
+bool DoOrTell(const HostState& state, std::string_view text, const std::function<void()>& work);
 
 // The name a task goes by: its text in the current language, or a stand-in when it has none.
 [[nodiscard]] inline std::string TaskName(const AppParts& parts, const TaskRecord& task) {
@@ -41,7 +49,7 @@ bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<
   return name.empty() ? parts.Text("list.unnamed") : name;
 }
 
-// The same as far as a sentence has room for it.
-[[nodiscard]] std::string NameInSentence(const AppParts& parts, const TaskRecord& task);
+// A name as far as a sentence has room for it.
+[[nodiscard]] std::string InSentence(const std::string& name);
 
 }  // namespace plovix::app

@@ -2,17 +2,17 @@
 #pragma once
 
 #include <plovix/standalone/exchange/import_task.h>
-
-#include <QDialog>
+#include <plovix/standalone/widgets/editor_dialog.h>
 
 namespace plovix::app {
 
 // Accepted: go on; rejected: import nothing.
-class ImportReportDialog final : public QDialog {
+class ImportReportDialog final : public EditorDialog {
  public:
   // `file_name` is the file as the user knows it.
   ImportReportDialog(const TextTable& texts, const std::string& file_name, const ImportReport& report,
                      QWidget* parent);
+  [[nodiscard]] bool Changed() const override { return false; }  // nothing is entered
 };
 
 }  // namespace plovix::app

@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <plovix/base/failure_of.h>
 #include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -165,14 +166,9 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   QGuiApplication::setDesktopFileName(QStringLiteral("plovix"));
   QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("plovix")));
   std::unique_ptr<ProgramHost> host;
-  std::string problem;
-  try {
-    host = std::make_unique<ProgramHost>(WithTaskFile(options), texts);
-  } catch (const Failure& failure) {
-    problem = failure.Description();
-  }
-  if (!host) {
-    const std::string text = texts.Host("program.startFailed", {problem});
+  const auto failed = FailureOf([&] { host = std::make_unique<ProgramHost>(WithTaskFile(options), texts); });
+  if (failed) {
+    const std::string text = texts.Host("program.startFailed", {failed->Description()});
     std::cerr << "plovix: " << text << '\n';
     Tell(texts, texts.Host("list.title"), text, nullptr);
     return kFailed;

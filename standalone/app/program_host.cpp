@@ -74,24 +74,18 @@ AppParts ProgramHost::Parts() {
 }
 
 void ProgramHost::OpenData(const std::string& path, bool make_sample) {
-  const auto tell = [this](const char* text, const std::string& parameter) {
-    dialogs_.MessageBox(state_.texts.Host(text, {parameter}), message_box::kOkWarning, state_.title);
-  };
-  std::string problem;
   std::error_code error;
-  try {
-    if (make_sample && !std::filesystem::exists(path, error)) {
-      std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-      CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
-    }
-  } catch (const Failure& failure) {
-    problem = failure.Description();
+  if (make_sample && !std::filesystem::exists(path, error)) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    DoOrTell(state_, "data.noSample",
+             [&] { CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now())); });
   }
-  if (!problem.empty()) tell("data.noSample", problem);
+  const auto tell = [this](const char* text) {
+    return [this, text](const std::string& parameter) { TellUser(state_, text, {parameter}); };
+  };
   data_ = std::make_shared<BackgroundDataSource>(path, WaitWithWindow(state_.texts));
   state_.data = std::make_shared<StandInDataSource>(
-      data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
-                                     [tell](const std::string& name) { tell("data.missing", name); }});
+      data_, StandInDataSource::Tell{tell("data.unreadable"), tell("data.missing")});
   dialogs_.Use(*tables_, path);
 }
 

@@ -2,7 +2,7 @@
 
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
-#include <plovix/standalone/widgets/date_text.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -12,6 +12,8 @@
 #include <QScrollBar>
 #include <array>
 #include <utility>
+
+#include "date_text.h"
 
 namespace plovix::app {
 namespace {
@@ -26,21 +28,11 @@ QString Heading(const QString& text) {
          QStringLiteral("</h4>");
 }
 
-std::string InSentence(const std::string& name) {
-  return FromQt(qt::Shortened(ToQt(name), qt::kLongestShown));
-}
-
 std::string_view RecordsKey(std::int16_t mode) {
-  switch (mode) {
-    case record_mode::kNoData:
-      return "summary.noData";
-    case record_mode::kSingleRecord:
-      return "summary.singleRecord";
-    case record_mode::kQueryResults:
-      return "summary.queryResults";
-    default:
-      return "summary.unknownRecords";
-  }
+  constexpr std::array<const char*, 3> kKeys{"summary.noData", "summary.singleRecord",
+                                             "summary.queryResults"};
+  const auto at = static_cast<std::size_t>(mode);
+  return at < kKeys.size() ? kKeys.at(at) : "summary.unknownRecords";
 }
 
 // The schedule that the task will have. Between choosing another kind of pattern and its page, the pattern is
@@ -76,7 +68,7 @@ QString DateText(DateTime time) {
 
 SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(std::move(parts)) {
   setObjectName("summary");
-  setAccessibleName(ToQt(parts_.Text("summary.title")));
+  setAccessibleName(parts_.Shown("summary.title"));
   setFont(qt::PageFont());
   setOpenLinks(false);
   setTabChangesFocus(true);
@@ -87,11 +79,11 @@ SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(paren
 
 void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Value>& store) {
   const auto sentence = [this](std::string_view key, const std::vector<std::string>& parameters = {}) {
-    return Paragraph(ToQt(parts_.Text(key, parameters)));
+    return Paragraph(parts_.Shown(key, parameters));
   };
   QString html;
   if (parts_.state.user_id != parts_.user.id) html += sentence("summary.owner", {parts_.state.user_id});
-  html += Heading(ToQt(parts_.Text("summary.title")));
+  html += Heading(parts_.Shown("summary.title"));
   const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
   html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {InSentence(name)});
   html += sentence(RecordsKey(task.record_mode));
@@ -100,7 +92,7 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
     html += caption.empty() ? sentence("summary.noDataObject")
                             : sentence("summary.dataObject", {InSentence(caption)});
   }
-  html += Heading(ToQt(parts_.Text("summary.schedule"))) + ScheduleText(Draft(task, store), task);
+  html += Heading(parts_.Shown("summary.schedule")) + ScheduleText(Draft(task, store), task);
   setHtml(html);
   verticalScrollBar()->setValue(0);
 }
@@ -120,16 +112,16 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   if (words.note) html += Paragraph(ToQt(*words.note));
   if (outlook.runs.empty()) return html;
   if (!words.name_start && StartMatters(*recurrence))
-    html += Paragraph(ToQt(parts_.Text("summary.start", {FromQt(DateText(start))})));
-  html += Heading(ToQt(parts_.Text("summary.nextRuns")));
+    html += Paragraph(parts_.Shown("summary.start", {FromQt(DateText(start))}));
+  html += Heading(parts_.Shown("summary.nextRuns"));
   for (const Run& run : outlook.runs) html += RunText(run);
   return html;
 }
 
 QString SummaryPanel::RunText(const Run& run) const {
   QString html =
-      Paragraph(ToQt(parts_.Text("summary.run", {FromQt(DateText(run.moment.wall)),
-                                                 LocaleTime(run.moment.wall), run.moment.abbreviation})));
+      Paragraph(parts_.Shown("summary.run", {FromQt(DateText(run.moment.wall)), LocaleTime(run.moment.wall),
+                                             run.moment.abbreviation}));
   if (const auto note = RunNote(run, parts_.state.texts, LocaleTime)) {
     html.chop(4);  // the end of the paragraph, which the note belongs to
     html += QStringLiteral("<br><i>") + ToQt(*note).toHtmlEscaped() + QStringLiteral("</i></p>");
@@ -139,7 +131,7 @@ QString SummaryPanel::RunText(const Run& run) const {
 
 // Enter means to the wizard what it means elsewhere.
 void SummaryPanel::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+  if (IsEnter(*event)) {
     event->ignore();
   } else {
     QTextBrowser::keyPressEvent(event);

@@ -28,8 +28,8 @@ bool IsDeviceName(const QString& name) {
 }
 
 QString NameFilters(const AppParts& parts) {
-  return ToQt(parts.Text("exchange.exports")) + " (*." + kEnding + ");;" +
-         ToQt(parts.Text("exchange.allFiles")) + " (*)";
+  return parts.Shown("exchange.exports") + " (*." + kEnding + ");;" + parts.Shown("exchange.allFiles") +
+         " (*)";
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   if (!name.isEmpty() && name.back().isHighSurrogate()) name.chop(1);
   static const QRegularExpression edges("^[. ]+|[. ]+$");
   name.remove(edges);
-  if (name.isEmpty()) name = ToQt(parts.Text("exchange.fileName"));
+  if (name.isEmpty()) name = parts.Shown("exchange.fileName");
   return (IsDeviceName(name) ? "_" : "") + name + "." + kEnding;
 }
 
@@ -75,28 +75,28 @@ ImportedTask LoadExport(const AppParts& parts, const QString& path) {
 }
 
 void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
-  QFileDialog dialog(parent, ToQt(parts.Text("exchange.exportTitle")), {}, NameFilters(parts));
+  QFileDialog dialog(parent, parts.Shown("exchange.exportTitle"), {}, NameFilters(parts));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(kEnding);
   dialog.selectFile(SuggestedFileName(parts, task));
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return;
-  DoOrTell(parts, "exchange.exportFailed", [&] { SaveExport(parts, task, path); });
+  DoOrTell(parts.state, "exchange.exportFailed", [&] { SaveExport(parts, task, path); });
 }
 
 std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
-  QFileDialog dialog(parent, ToQt(parts.Text("exchange.importTitle")), {}, NameFilters(parts));
+  QFileDialog dialog(parent, parts.Shown("exchange.importTitle"), {}, NameFilters(parts));
   dialog.setFileMode(QFileDialog::ExistingFile);
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
-  if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadExport(parts, path); }))
+  if (!DoOrTell(parts.state, "exchange.importFailed", [&] { imported = LoadExport(parts, path); }))
     return std::nullopt;
   if (!imported.report.empty()) {
     ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
-  const bool taken = DoOrTell(parts, "exchange.importFailed", [&] {
+  const bool taken = DoOrTell(parts.state, "exchange.importFailed", [&] {
     for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag, {});
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plovix/standalone/tasks/task_access.h>
+#include <plovix/standalone/widgets/filtered_table.h>
 
 #include <QWidget>
 #include <functional>
@@ -13,10 +14,7 @@
 #include "task_table_model.h"
 
 class QLabel;
-class QLineEdit;
 class QPushButton;
-class QSortFilterProxyModel;
-class QTableView;
 
 namespace plovix::app {
 
@@ -46,10 +44,8 @@ class TaskListWindow final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void BuildFilter();
   void BuildTable();
   void BuildButtons();
-  QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
   // Reads the user's rights anew; tells, and empties the list, when there is no such user any more.
   bool RefreshRights();
   // Tells what is refused, and reads the list again: what it offers was true when it was read last.
@@ -59,21 +55,19 @@ class TaskListWindow final : public QWidget {
   // The selected task as it is stored now, with the user's rights refreshed; nothing when there is no
   // selection, it is gone, or the user may not see it any more.
   std::optional<TaskRecord> Selected();
+  // The same, as far as the user has that right to it; tells `refusal` where not.
+  std::optional<TaskRecord> SelectedFor(TaskRight right, std::string_view refusal);
   void TellUnreadable(const std::vector<UnreadableTask>& tasks);
   // What Duplicate makes of the task.
   [[nodiscard]] TaskRecord CopyOf(TaskRecord task) const;
-  [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();
   void FocusList();
-  void SelectTask(std::int64_t id);
   void UpdateState();
 
   AppParts parts_;
   TaskTableModel* model_;
-  QSortFilterProxyModel* shown_;
-  QLineEdit* filter_ = nullptr;
-  QTableView* table_ = nullptr;
+  FilteredTable rows_;
   QLabel *hint_ = nullptr, *count_ = nullptr, *unreadable_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
   bool known_user_ = true;  // whether the user still is one, when the list was read last

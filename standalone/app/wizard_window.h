@@ -44,7 +44,6 @@ class WizardWindow final : public QDialog, private WizardView {
   void BuildHeader();
   void BuildSummary();
   void BuildButtons();
-  QPushButton* AddButton(std::string_view caption, const char* name);
   void Press(QPushButton* button, bool (VeloWiz::*verb)());
   void Announce();
   void GoOn();  // Next, or Finish where there is no Next

@@ -3,16 +3,13 @@
 
 #include <plovix/standalone/tasks/action_kinds.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <map>
 #include <string>
 #include <vector>
 
-class QComboBox;
 class QFormLayout;
-class QLabel;
-class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace plovix::app {
@@ -31,30 +28,22 @@ class ActionDialog final : public EditorDialog {
 
  private:
   struct Field {
-    const ActionField* info = nullptr;
-    QLineEdit* line = nullptr;  // one of the two
-    QPlainTextEdit* text = nullptr;
-    QPushButton* browse = nullptr;  // for paths
-    QLabel* problem = nullptr;
-    [[nodiscard]] QString Value() const;
-    [[nodiscard]] QWidget* Editor() const;
+    const ActionField* info;
+    TextField text;
+    QPushButton* browse;  // for paths
   };
 
   void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
   void ChooseKind(const ActionKind& kind);
   void BuildFields();
   void AddField(const ActionField& info);
-  QPushButton* AddBrowseButton(const Field& field, QLayout* line);
   void ChainTabStops();
-  void Browse(const Field& field);
-  [[nodiscard]] bool CheckLengths();
-  void ShowProblem(const Field& field, const QString& problem);
+  void Browse(const ActionField& info, const TextField& text);
 
   ActionRecord initial_, action_;
   std::map<std::string, ActionRecord> drafts_;  // what was typed for each kind visited
   QFormLayout* form_ = nullptr;
-  QLineEdit* name_ = nullptr;
-  QLabel* name_problem_ = nullptr;
+  TextField name_;
   QWidget* field_area_ = nullptr;
   std::vector<Field> fields_;
 };

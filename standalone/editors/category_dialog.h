@@ -3,11 +3,15 @@
 
 #include <plovix/standalone/tasks/task_record.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/pieces.h>
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+class QTableWidget;
+class QTableWidgetItem;
 
 namespace plovix::app {
 
@@ -48,9 +52,8 @@ class CategoryDialog final : public EditorDialog {
   void BuildButtons(QLayout& column);
   [[nodiscard]] std::vector<Line> Lines() const;
   void Append(const Line& line);
-  void AddTag();
   void Rename();
-  void RenameTag();
+  void EditTag(QTableWidgetItem* item);  // nothing: adds one
   void Remove();
   void Move(int by);
   void TogglePublic();
@@ -67,7 +70,7 @@ class CategoryDialog final : public EditorDialog {
   QTableWidget* table_;
   QLabel* problem_;
   AddField* add_ = nullptr;  // nothing when tagged
-  QPushButton *rename_ = nullptr, *remove_ = nullptr, *up_ = nullptr, *down_ = nullptr;
+  RowButtons buttons_;
 };
 
 }  // namespace plovix::app

@@ -7,6 +7,7 @@
 
 #include <optional>
 
+class QTableWidget;
 class QTableWidgetItem;
 
 namespace plovix::app {
@@ -35,6 +36,9 @@ class PermissionDialog final : public EditorDialog {
     std::string id;
     bool is_group = false;
     QString text;
+    [[nodiscard]] bool Is(const PermissionRecord& line) const {
+      return id == line.subject && is_group == line.is_group;
+    }
   };
 
   void ReadSubjects(UsersAndTags& tables);

@@ -3,16 +3,13 @@
 
 #include <plovix/standalone/tasks/users_and_tags.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/filtered_table.h>
 
 #include <string>
 #include <vector>
 
 class QCheckBox;
-class QLineEdit;
-class QModelIndex;
 class QPlainTextEdit;
-class QSortFilterProxyModel;
-class QTableView;
 
 namespace plovix::app {
 
@@ -40,9 +37,7 @@ class TagDialog final : public EditorDialog {
   void BuildTable();
   void BuildButtons();
   void Edit(bool make_new);
-  void Select(const std::string& tag);
   [[nodiscard]] const TagRecord* Selected() const;
-  void Filtered();
   void ShowSelected();
 
   std::string tag_;
@@ -50,10 +45,8 @@ class TagDialog final : public EditorDialog {
   std::vector<std::string> languages_;
   std::string current_;
   TagTableModel* model_;
-  QSortFilterProxyModel* shown_;
-  QLineEdit* search_;
+  FilteredTable tags_;
   QCheckBox* only_;
-  QTableView* table_;
   QPlainTextEdit* tag_texts_;
   QLabel* problem_;
   QPushButton* edit_ = nullptr;

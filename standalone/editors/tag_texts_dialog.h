@@ -3,14 +3,11 @@
 
 #include <plovix/standalone/tasks/users_and_tags.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <functional>
 #include <string>
 #include <vector>
-
-class QBoxLayout;
-class QLineEdit;
-class QPlainTextEdit;
 
 namespace plovix::app {
 
@@ -36,22 +33,20 @@ class TagTextsDialog final : public EditorDialog {
  private:
   struct Field {
     std::string language;
-    QPlainTextEdit* text;
-    QLabel* problem;
+    TextField text;
   };
 
-  void BuildName(QLayout& column);
-  void BuildField(QBoxLayout& column, const std::string& language);
-  bool Check();
+  void BuildName();
+  void BuildField(const std::string& language);
+  [[nodiscard]] bool IsInOrder() const;
   void TakeOver(const std::vector<std::string>& conflicts);
-  void TellTaken(const QString& problem);
 
   TagRecord initial_;
   UsersAndTags& tables_;
   std::string current_;
   IsTaken is_taken_;
-  QLineEdit* name_;
-  QLabel *name_problem_, *problem_;
+  TextField name_;
+  QLabel* problem_;
   std::vector<Field> fields_;
 };
 

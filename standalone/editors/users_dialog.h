@@ -33,8 +33,8 @@ class UsersDialog final : public EditorDialog {
     bool operator==(const Line&) const = default;
   };
 
-  [[nodiscard]] QWidget* BuildList();
-  [[nodiscard]] QWidget* BuildFields();
+  [[nodiscard]] QLayout* BuildList();
+  [[nodiscard]] QLayout* BuildFields();
   [[nodiscard]] QLayout* BuildRights();
   void ShowLines(const std::string& id);
   void TakeOver(const std::vector<std::string>& conflicts);

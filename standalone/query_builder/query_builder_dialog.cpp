@@ -4,9 +4,10 @@
 #include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/entry_rules.h>
 #include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <QDialogButtonBox>
 #include <QFontDatabase>
@@ -71,15 +72,12 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
 }
 
 void QueryBuilderDialog::BuildText() {
-  QLabel* label = qt::NewLabel(Text("query.text"));
-  label->setBuddy(text_);
-  text_->setAccessibleName(Caption("query.text"));
   text_->setTabChangesFocus(true);
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   const int margins = 2 * (text_->frameWidth() + static_cast<int>(text_->document()->documentMargin()));
   text_->setFixedHeight(text_->fontMetrics().lineSpacing() * kLinesOfText + margins);
   connect(text_, &QPlainTextEdit::textChanged, this, &QueryBuilderDialog::TextTyped);
-  Rows()->addWidget(label);
+  Rows()->addWidget(NewCaption(Text("query.text"), *text_));
   Rows()->addWidget(text_);
   Rows()->addWidget(notice_);
 }
@@ -182,8 +180,7 @@ bool QueryBuilderDialog::IsKept() {
   const auto problem = Problem();
   if (!problem) return true;
   const std::string words = Texts().Host(problem->text, {problem->detail});
-  return IsSure(Texts(), FromQt(qt::TitleOf(*this)),
-                {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, this);
+  return IsSure(Texts(), {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, *this);
 }
 
 void QueryBuilderDialog::accept() {

@@ -6,9 +6,8 @@
 #include <functional>
 #include <vector>
 
+#include "member_list.h"
 #include "query_condition_row.h"
-
-class QVBoxLayout;
 
 namespace plovix::app {
 
@@ -22,7 +21,7 @@ class QueryGroupWidget final : public QFrame {
   QueryGroupWidget(const TextTable& texts, QueryFields& fields, const Group& group, bool boxed);
 
   [[nodiscard]] Group Value() const;
-  [[nodiscard]] const std::vector<QueryConditionRow*>& Rows() const { return rows_; }
+  [[nodiscard]] const std::vector<QueryConditionRow*>& Rows() const { return rows_.All(); }
   // Counted from 1.
   void SetNumber(int number);
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
@@ -37,10 +36,10 @@ class QueryGroupWidget final : public QFrame {
 
   const TextTable& texts_;
   QueryFields& fields_;
-  QVBoxLayout* column_;
+  QBoxLayout* column_;
   QComboBox* join_ = nullptr;  // with a box, as the buttons
   QPushButton *add_ = nullptr, *remove_ = nullptr;
-  std::vector<QueryConditionRow*> rows_;
+  MemberList<QueryConditionRow> rows_;
 };
 
 }  // namespace plovix::app

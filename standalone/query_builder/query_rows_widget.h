@@ -36,13 +36,10 @@ class QueryRowsWidget final : public QWidget {
 
  private:
   void BuildChoice();
-  void BuildButtons();
   void Choose(bool all_records);
   QueryGroupWidget* AddGroup(const Group& group, bool boxed);
-  void RemoveGroup(QueryGroupWidget* group);
   QueryGroupWidget* NewGroup(bool boxed);  // with a condition to fill in
   void GoToNewGroup(bool boxed);
-  void Clear();
   void Edited();
   void UpdateState();
   [[nodiscard]] std::vector<QueryConditionRow*> Rows() const;
@@ -53,9 +50,8 @@ class QueryRowsWidget final : public QWidget {
   QRadioButton *all_, *matching_;
   QComboBox* join_;
   QScrollArea* area_;
-  QVBoxLayout* column_ = nullptr;
   QPushButton *add_condition_, *add_group_;
-  std::vector<QueryGroupWidget*> groups_;
+  MemberList<QueryGroupWidget> groups_;
   bool in_use_ = true;
 };
 

@@ -1,5 +1,5 @@
-// What the editors of categories, permissions, language tags and users share: OK and Cancel, the question
-// before changes are dropped, and problems told where they are.
+// What all editors share: OK and Cancel, the question before changes are dropped, and problems told where
+// they are.
 #pragma once
 
 #include <plovix/standalone/text/text_table.h>
@@ -14,8 +14,6 @@
 class QDialogButtonBox;
 class QLabel;
 class QPushButton;
-class QTableView;
-class QTableWidget;
 class QVBoxLayout;
 
 namespace plovix::app {
@@ -52,12 +50,10 @@ class EditorDialog : public QDialog {
   [[nodiscard]] QLabel* NewNote(std::string_view key) const;
   // Never the default button: Enter in a field means OK.
   [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
-  // Below Rows().
-  void AddOkAndCancel();
+  // Below Rows(). OK may have another caption.
+  void AddOkAndCancel(std::string_view ok_key = "button.ok");
   // For what is only looked at; Esc stays.
   void HideCancel();
-  // Keys of a table or list that hold while it has the focus.
-  void OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action);
   // Does the work; a failure is told at `place` in the words of `key` with the failure's own. Gives back
   // whether it succeeded.
   bool Try(std::string_view key, QLabel& place, const std::function<void()>& work);
@@ -71,12 +67,5 @@ class EditorDialog : public QDialog {
   EditorArea* area_;
   QDialogButtonBox* buttons_ = nullptr;
 };
-
-// What all tables of the program have in common: Tab leaves them, and cells are not typed in.
-void PrepareTable(QTableView& table);
-// A table in which a row is chosen.
-void PrepareRowTable(QTableView& table);
-// A table that is edited as a whole: Tab leaves it, the first column takes the room that is left.
-void PrepareTable(QTableWidget& table, const QStringList& columns);
 
 }  // namespace plovix::app

@@ -121,9 +121,9 @@ std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts, const s
   return box;
 }
 
-bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
-            QWidget* parent) {
-  return Ask(*MakeWarningQuestion(texts, title, question, parent)) == message_box::kYes;
+bool IsSure(const TextTable& texts, const WarningQuestion& question, QWidget& window) {
+  const std::string title = FromQt(qt::TitleOf(window));
+  return Ask(*MakeWarningQuestion(texts, title, question, &window)) == message_box::kYes;
 }
 
 // The toolkit's own dialog leaves its lists without names.

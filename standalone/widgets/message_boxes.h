@@ -42,8 +42,8 @@ struct WarningQuestion {
                                                                const std::string& title,
                                                                const WarningQuestion& question,
                                                                QWidget* parent);
-[[nodiscard]] bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
-                          QWidget* parent);
+// Asks under the window's title.
+[[nodiscard]] bool IsSure(const TextTable& texts, const WarningQuestion& question, QWidget& window);
 // Lets the user choose a file or a folder. The path; empty when they cancelled.
 [[nodiscard]] QString ChoosePath(QFileDialog& dialog);
 

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QScreen>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <algorithm>
 #include <string>
@@ -18,6 +19,14 @@ namespace plovix::app {
 }
 [[nodiscard]] inline std::string FromQt(const QString& text) {
   return text.toStdString();
+}
+
+// A list in a sentence, each as `shown` by the function.
+template <class Texts, class Shown>
+[[nodiscard]] QString Joined(const Texts& texts, Shown shown) {
+  QStringList list;
+  for (const auto& text : texts) list += shown(text);
+  return list.join(u", ");
 }
 
 // A text without its differences of case: how names that people give are compared.

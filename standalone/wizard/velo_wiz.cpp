@@ -1,5 +1,6 @@
 #include "velo_wiz.h"
 
+#include <plovix/base/failure_of.h>
 #include <plovix/base/raised.h>
 #include <plovix/base/utf8.h>
 #include <plovix/standalone/objects/call_gate.h>
@@ -197,12 +198,7 @@ void VeloWiz::EmbedControls(Form& form) {
 void VeloWiz::UpdateNext() {
   if (!IsOpen()) return;
   std::string next;
-  std::optional<Failure> failure;
-  try {
-    current_.page->IWizardPage_GetNextPage(next);
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf([&] { current_.page->IWizardPage_GetNextPage(next); });
   current_.next = failure ? std::nullopt : std::optional(next);
   const bool known = std::exchange(current_.next_failed, failure.has_value());
   if (failure && !known) Report(*failure, "IWizardPage_GetNextPage");
@@ -219,19 +215,18 @@ bool VeloWiz::Save() {
   TaskRecord record = task_->Record();
   if (IsNoCategory(record.categories)) record.categories.clear();
   while (true) {
-    std::optional<Failure> failure;
     bool conflict = false;
-    try {
+    const auto failure = FailureOf([&] {
       const DateTime now = parts_.state.Now();
       StartSchedule(record, now);
-      saved_ = parts_.storage.Save(record, now);
-      return true;
-    } catch (const TaskConflict& refused) {
-      failure = refused;
-      conflict = true;
-    } catch (...) {
-      failure = CurrentFailure();
-    }
+      try {
+        saved_ = parts_.storage.Save(record, now);
+      } catch (const TaskConflict&) {
+        conflict = true;
+        throw;
+      }
+    });
+    if (!failure) return true;
     if (!conflict) {
       Tell("wizard.saveFailed", failure->Description());
       return false;
@@ -264,14 +259,8 @@ ReportAction VeloWiz::Report(const Failure& failure, std::string_view procedure)
 // Runs a call to the page; after a failure gives the reporter's answer.
 template <class Call>
 std::optional<ReportAction> VeloWiz::Guarded(std::string_view procedure, Call call) {
-  std::optional<Failure> failure;
-  try {
-    call();
-    return std::nullopt;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  return Report(*failure, procedure);
+  const auto failure = FailureOf(call);
+  return failure ? std::optional(Report(*failure, procedure)) : std::nullopt;
 }
 
 void VeloWiz::Tell(std::string_view text_key, const std::string& parameter) {

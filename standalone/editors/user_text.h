@@ -3,8 +3,7 @@
 
 #include <plovix/standalone/tasks/user_record.h>
 #include <plovix/standalone/text/text_table.h>
-
-#include "qt_text.h"
+#include <plovix/standalone/widgets/qt_text.h>
 
 namespace plovix::app {
 
