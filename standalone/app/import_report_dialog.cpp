@@ -9,7 +9,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 72;
+constexpr int kCharactersWide = 70;  // beside them the editor leaves room for a scroll bar
 constexpr int kLinesHigh = 10;
 
 // One paragraph for each note; any number of them stays inside the window.

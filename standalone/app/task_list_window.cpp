@@ -70,8 +70,7 @@ void TaskListWindow::BuildTable() {
   table.setSortingEnabled(true);
   table.sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table.horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
-  for (const auto enter : {Qt::Key_Return, Qt::Key_Enter}) OnKey(table, enter, [this] { Edit(); });
-  OnKey(table, Qt::Key_Delete, [this] { Delete(); });
+  table.installEventFilter(this);
   connect(table.horizontalHeader(), &QHeaderView::sectionResized, this, [this](int resized) {
     if (!fitting_) set_by_hand_.insert(resized);
   });
@@ -105,14 +104,19 @@ void TaskListWindow::BuildButtons() {
       NewRow({new_, edit_, duplicate_, delete_, import_, export_, users_, nullptr, count_}));
 }
 
-// In the field of the filter.
+// The keys of the filter and of the list.
 bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = static_cast<QKeyEvent&>(*event);
-  const bool to_list = IsEnter(key) || key.key() == Qt::Key_Down;
-  if (to_list) FocusList();
-  if (key.key() == Qt::Key_Escape) rows_.Field().clear();
-  return to_list || key.key() == Qt::Key_Escape;
+  if (watched == &rows_.Field()) {
+    const bool to_list = IsEnter(key) || key.key() == Qt::Key_Down;
+    if (to_list) FocusList();
+    if (key.key() == Qt::Key_Escape) rows_.Field().clear();
+    return to_list || key.key() == Qt::Key_Escape;
+  }
+  if (IsEnter(key)) Edit();
+  if (key.key() == Qt::Key_Delete) Delete();
+  return IsEnter(key) || key.key() == Qt::Key_Delete;
 }
 
 void TaskListWindow::Reload(std::optional<std::int64_t> select) {
