@@ -59,6 +59,10 @@ TEST_F(ProgramTest, ATaskIsCreatedByKeyboardAloneAndFoundByASecondProcess) {
     ASSERT_TRUE(QTest::qWaitFor([rows] { return rows->count() == 1; }));
   }
   EXPECT_EQ(Wizard()->focusWidget(), rows);
+  {
+    const Answers answers({PressKey(Qt::Key_Escape)});
+    Key(Qt::Key_Return);  // edits the row
+  }
   Key(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Wizard(), nullptr);
   EXPECT_THAT(Names(), ElementsAre("Nightly \"import\""));
