@@ -1,5 +1,6 @@
 #include "summary_panel.h"
 
+#include <plovix/standalone/objects/recurrence_object.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/widgets/date_text.h>

@@ -10,22 +10,23 @@
 #include <unordered_set>
 #include <vector>
 
+#include "arguments.h"
+#include "gated_fields.h"
+
 namespace plovix {
 
 struct HostState;
 
 /// A category over plain values.
-class CategoryObject final : public Category {
+class CategoryObject final : public FieldsObject<Category, CategoryRecord> {
  public:
   /// `state` outlives the object.
-  explicit CategoryObject(HostState& state, CategoryRecord initial = {})
-      : record(std::move(initial)), state_(state) {}
-  [[nodiscard]] std::string Tag() override;
-  void SetTag(const std::string& tag) override;
+  explicit CategoryObject(HostState& state, const CategoryRecord& initial = {})
+      : FieldsObject(initial), state_(state) {}
+  [[nodiscard]] std::string Tag() override { return Get<&CategoryRecord::tag>(); }
+  void SetTag(const std::string& tag) override { Put<&CategoryRecord::tag>(tag); }
   [[nodiscard]] std::string Text() override;
-  [[nodiscard]] bool Public() override;
-
-  CategoryRecord record;  ///< the host's own view, not gated
+  [[nodiscard]] bool Public() override { return Get<&CategoryRecord::is_public>(); }
 
  private:
   HostState& state_;
@@ -39,7 +40,7 @@ class CategoryListObject final : public CategoryList {
       : state_(state) {
     Assign(initial);
   }
-  [[nodiscard]] std::int32_t Count() override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("CategoryList.Count", CountOf(items_)); }
   [[nodiscard]] std::shared_ptr<Category> Item(std::int32_t index) override;
   /// Fails with 13 on a category that this host did not make.
   void Add(std::shared_ptr<Category> category) override;
@@ -63,7 +64,7 @@ class CategoryListObject final : public CategoryList {
 class TextCollectionObject final : public TextCollection {
  public:
   void Add(const std::string& text, const std::string& key) override;
-  [[nodiscard]] std::int32_t Count() override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("TextCollection.Count", CountOf(texts_)); }
   [[nodiscard]] std::string Item(std::int32_t index) override;
 
   /// The host's own view, not gated.

@@ -2,9 +2,7 @@
 
 #include <plovix/standalone/tasks/action_kinds.h>
 
-#include "call_gate.h"
 #include "host_state.h"
-#include "list_position.h"
 
 namespace plovix {
 
@@ -22,21 +20,6 @@ HostDataObject::~HostDataObject() {
   if (handle_ != 0) handles_->Remove(handle_);
 }
 
-std::string HostDataObject::Name() {
-  Called("DataObject.Name");
-  return record_.name;
-}
-
-std::string HostDataObject::Caption() {
-  Called("DataObject.Caption");
-  return record_.caption;
-}
-
-std::string HostDataObject::Key() {
-  Called("DataObject.Key");
-  return record_.key;
-}
-
 std::int32_t HostDataObject::Handle() {
   Called("DataObject.Handle");
   if (handle_ == 0) handle_ = handles_->Add(weak_from_this());
@@ -48,14 +31,9 @@ std::shared_ptr<FieldSource> HostDataObject::Fields() {
   return std::make_shared<FieldSourceObject>(record_);
 }
 
-std::int32_t DataObjectsObject::Count() {
-  Called("DataObjects.Count");
-  return static_cast<std::int32_t>(items.size());
-}
-
 std::shared_ptr<DataObject> DataObjectsObject::Item(std::int32_t index) {
   Called("DataObjects.Item");
-  return items[ListPosition(index, items.size())];
+  return ItemAt(items, index);
 }
 
 std::shared_ptr<DataObject> CatalogObject::Find(const std::string& name) {
@@ -81,11 +59,6 @@ std::shared_ptr<ObjectCollection> LoaderObject::LoadDesignerObjects() {
   return objects;
 }
 
-std::string QueryDefinitionObject::Text() {
-  Called("QueryDefinition.Text");
-  return text;
-}
-
 void QueryDefinitionObject::SetText(const std::string& new_text) {
   Called("QueryDefinition.SetText");
   text = new_text;
@@ -94,9 +67,8 @@ void QueryDefinitionObject::SetText(const std::string& new_text) {
 bool QueryBuilderObject::Show(const std::shared_ptr<QueryDefinition>& definition,
                               const std::shared_ptr<FieldSource>& source) {
   Called("QueryBuilder.Show");
-  const auto own = std::dynamic_pointer_cast<QueryDefinitionObject>(definition);
-  const auto fields = std::dynamic_pointer_cast<FieldSourceObject>(source);
-  if (!own || !fields) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  const auto own = OwnObject<QueryDefinitionObject>(definition);
+  const auto fields = OwnObject<FieldSourceObject>(source);
   const auto built = state_.dialogs->BuildQuery(own->text, fields->Object());
   if (built) own->text = *built;
   return built.has_value();

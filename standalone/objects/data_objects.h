@@ -11,6 +11,10 @@
 #include <utility>
 #include <vector>
 
+#include "arguments.h"
+#include "call_gate.h"
+#include "state_object.h"
+
 namespace plovix {
 
 class HostDataObject;
@@ -55,9 +59,9 @@ class HostDataObject final : public DataObject, public std::enable_shared_from_t
 
   /// The host's own view, not gated.
   [[nodiscard]] const DataObjectRecord& Record() const noexcept { return record_; }
-  [[nodiscard]] std::string Name() override;
-  [[nodiscard]] std::string Caption() override;
-  [[nodiscard]] std::string Key() override;
+  [[nodiscard]] std::string Name() override { return Gated("DataObject.Name", record_.name); }
+  [[nodiscard]] std::string Caption() override { return Gated("DataObject.Caption", record_.caption); }
+  [[nodiscard]] std::string Key() override { return Gated("DataObject.Key", record_.key); }
   [[nodiscard]] std::int32_t Handle() override;
   [[nodiscard]] std::shared_ptr<FieldSource> Fields() override;
 
@@ -69,7 +73,7 @@ class HostDataObject final : public DataObject, public std::enable_shared_from_t
 
 /// The data objects of the source, as they were when they were loaded.
 struct DataObjectsObject final : DataObjectCollection {
-  [[nodiscard]] std::int32_t Count() override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("DataObjects.Count", CountOf(items)); }
   [[nodiscard]] std::shared_ptr<DataObject> Item(std::int32_t index) override;
 
   std::vector<std::shared_ptr<HostDataObject>> items;  ///< the host's own view, not gated
@@ -81,48 +85,36 @@ struct DesignerObjectsObject final : ObjectCollection {
 };
 
 /// Finds data objects in HostState::data.
-class CatalogObject final : public DataObjectCatalog {
+class CatalogObject final : public StateObject<DataObjectCatalog> {
  public:
-  /// `state` outlives the object; here and below.
-  explicit CatalogObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<DataObject> Find(const std::string& name) override;
-
- private:
-  HostState& state_;
 };
 
 /// Loads what HostState::data lists.
-class LoaderObject final : public ObjectLoader {
+class LoaderObject final : public StateObject<ObjectLoader> {
  public:
-  /// See above.
-  explicit LoaderObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<DataObjectCollection> LoadDataObjects() override;
   [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override;
-
- private:
-  HostState& state_;
 };
 
 /// A query text in memory.
 class QueryDefinitionObject final : public QueryDefinition {
  public:
-  [[nodiscard]] std::string Text() override;
+  [[nodiscard]] std::string Text() override { return Gated("QueryDefinition.Text", text); }
   void SetText(const std::string& new_text) override;
 
   std::string text;  ///< the host's own view, not gated
 };
 
 /// Opens HostDialogs::BuildQuery.
-class QueryBuilderObject final : public QueryBuilder {
+class QueryBuilderObject final : public StateObject<QueryBuilder> {
  public:
-  /// See above.
-  explicit QueryBuilderObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   /// Fails with 13 on a definition or a source that this host did not make.
   [[nodiscard]] bool Show(const std::shared_ptr<QueryDefinition>& definition,
                           const std::shared_ptr<FieldSource>& source) override;
-
- private:
-  HostState& state_;
 };
 
 }  // namespace plovix

@@ -10,7 +10,9 @@
 
 #include "call_gate.h"
 #include "category_object.h"
+#include "recurrence_object.h"
 #include "session_object.h"
+#include "state_object.h"
 
 namespace plovix {
 namespace {
@@ -23,9 +25,9 @@ bool IsFile(const std::filesystem::path& path) {
   return std::filesystem::is_regular_file(path, unreadable);
 }
 
-class LanguageObject final : public LanguageTable {
+class LanguageObject final : public StateObject<LanguageTable> {
  public:
-  explicit LanguageObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
 
   [[nodiscard]] std::string GetString(int id, std::string_view module,
                                       const std::vector<std::string>& parameters) override {
@@ -52,14 +54,11 @@ class LanguageObject final : public LanguageTable {
     if (!language.empty()) throw Failure(failure_number::kInvalidCall, "Only the current language is filed");
     return state_.TagForText(tag, text);
   }
-
- private:
-  HostState& state_;
 };
 
-class TranslatorObject final : public Translator {
+class TranslatorObject final : public StateObject<Translator> {
  public:
-  explicit TranslatorObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
 
   void TranslateControls(Form& form, std::string_view module, int /*flag*/) override {
     Called("Translator.TranslateControls");
@@ -76,95 +75,61 @@ class TranslatorObject final : public Translator {
     Called("Translator.SetLinkStyle");
     label.SetLink(on);
   }
-
- private:
-  HostState& state_;
 };
 
 // Not gated: the way a failure is reported must not fail itself.
-class ReporterObject final : public ErrorReporter {
+class ReporterObject final : public StateObject<ErrorReporter> {
  public:
-  explicit ReporterObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] ReportAction Report(int number, const std::string& description, std::string_view project,
                                     std::string_view page, std::string_view procedure, int line) override {
     return state_.dialogs->Report(
         {number, description, std::string(project), std::string(page), std::string(procedure), line});
   }
-
- private:
-  HostState& state_;
 };
 
-class RightsObject final : public UserRights {
+class RightsObject final : public StateObject<UserRights> {
  public:
-  explicit RightsObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] bool HasRight(int number) override {
     Called("UserRights.HasRight");
     const auto found = state_.rights.find(number);
     return found == state_.rights.end() || found->second;
   }
-
- private:
-  HostState& state_;
 };
 
-class ApplicationObject final : public HostApplication {
+class ApplicationObject final : public StateObject<HostApplication> {
  public:
-  explicit ApplicationObject(HostState& state)
-      : state_(state),
-        language_(std::make_shared<LanguageObject>(state)),
-        translator_(std::make_shared<TranslatorObject>(state)),
-        reporter_(std::make_shared<ReporterObject>(state)),
-        rights_(std::make_shared<RightsObject>(state)),
-        session_(std::make_shared<SessionObject>(state)),
-        database_(std::make_shared<DatabaseObject>(state)),
-        catalog_(std::make_shared<CatalogObject>(state)),
-        loader_(std::make_shared<LoaderObject>(state)) {}
-
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<LanguageTable> Language() override {
-    Called("HostApplication.Language");
-    return language_;
+    return Gated("HostApplication.Language", language_);
   }
   [[nodiscard]] std::shared_ptr<plovix::Translator> Translator() override {
-    Called("HostApplication.Translator");
-    return translator_;
+    return Gated("HostApplication.Translator", translator_);
   }
   [[nodiscard]] std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
   [[nodiscard]] std::shared_ptr<plovix::UserRights> UserRights() override {
-    Called("HostApplication.UserRights");
-    return rights_;
+    return Gated("HostApplication.UserRights", rights_);
   }
   [[nodiscard]] std::shared_ptr<plovix::Session> Session() override {
-    Called("HostApplication.Session");
-    return session_;
+    return Gated("HostApplication.Session", session_);
   }
   [[nodiscard]] std::shared_ptr<plovix::Database> Database() override {
-    Called("HostApplication.Database");
-    return database_;
+    return Gated("HostApplication.Database", database_);
   }
   [[nodiscard]] std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    Called("HostApplication.DataObjectCatalog");
-    return catalog_;
+    return Gated("HostApplication.DataObjectCatalog", catalog_);
   }
   [[nodiscard]] std::shared_ptr<ObjectLoader> Loader() override {
-    Called("HostApplication.Loader");
-    return loader_;
+    return Gated("HostApplication.Loader", loader_);
   }
-  [[nodiscard]] std::string Title() override {
-    Called("HostApplication.Title");
-    return state_.title;
-  }
-  [[nodiscard]] std::string Path() override {
-    Called("HostApplication.Path");
-    return state_.path;
-  }
+  [[nodiscard]] std::string Title() override { return Gated("HostApplication.Title", state_.title); }
+  [[nodiscard]] std::string Path() override { return Gated("HostApplication.Path", state_.path); }
   [[nodiscard]] bool LanguageTagMode() override {
-    Called("HostApplication.LanguageTagMode");
-    return state_.language_tag_mode;
+    return Gated("HostApplication.LanguageTagMode", state_.language_tag_mode);
   }
   [[nodiscard]] std::string DecimalSeparator() override {
-    Called("HostApplication.DecimalSeparator");
-    return state_.decimal_separator;
+    return Gated("HostApplication.DecimalSeparator", state_.decimal_separator);
   }
   [[nodiscard]] DateTime Now() override {
     Called("HostApplication.Now");
@@ -177,75 +142,64 @@ class ApplicationObject final : public HostApplication {
   }
 
  private:
-  HostState& state_;
-  std::shared_ptr<LanguageTable> language_;
-  std::shared_ptr<plovix::Translator> translator_;
-  std::shared_ptr<plovix::ErrorReporter> reporter_;
-  std::shared_ptr<plovix::UserRights> rights_;
-  std::shared_ptr<plovix::Session> session_;
-  std::shared_ptr<plovix::Database> database_;
-  std::shared_ptr<plovix::DataObjectCatalog> catalog_;
-  std::shared_ptr<ObjectLoader> loader_;
+  const std::shared_ptr<LanguageTable> language_ = std::make_shared<LanguageObject>(state_);
+  const std::shared_ptr<plovix::Translator> translator_ = std::make_shared<TranslatorObject>(state_);
+  const std::shared_ptr<plovix::ErrorReporter> reporter_ = std::make_shared<ReporterObject>(state_);
+  const std::shared_ptr<plovix::UserRights> rights_ = std::make_shared<RightsObject>(state_);
+  const std::shared_ptr<plovix::Session> session_ = std::make_shared<SessionObject>(state_);
+  const std::shared_ptr<plovix::Database> database_ = std::make_shared<DatabaseObject>(state_);
+  const std::shared_ptr<plovix::DataObjectCatalog> catalog_ = std::make_shared<CatalogObject>(state_);
+  const std::shared_ptr<ObjectLoader> loader_ = std::make_shared<LoaderObject>(state_);
 };
 
-class FactoryObject final : public ObjectFactory {
+template <class Object, class... Arguments>
+std::shared_ptr<Object> Made(HostMember member, Arguments&... arguments) {
+  Called(member);
+  return std::make_shared<Object>(arguments...);
+}
+
+class FactoryObject final : public StateObject<ObjectFactory> {
  public:
-  explicit FactoryObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<ActionList> NewActionList() override {
-    Called("ObjectFactory.NewActionList");
-    return std::make_shared<ActionListObject>();
+    return Made<ActionListObject>("ObjectFactory.NewActionList");
   }
   [[nodiscard]] std::shared_ptr<ValueStore> NewValueStore() override {
-    Called("ObjectFactory.NewValueStore");
-    return std::make_shared<StoreObject>();
+    return Made<StoreObject>("ObjectFactory.NewValueStore");
   }
   [[nodiscard]] std::shared_ptr<Recurrence> NewRecurrence() override {
-    Called("ObjectFactory.NewRecurrence");
-    return std::make_shared<RecurrenceObject>();
+    return Made<RecurrenceObject>("ObjectFactory.NewRecurrence");
   }
   [[nodiscard]] std::shared_ptr<DailyPattern> NewDailyPattern() override {
-    Called("ObjectFactory.NewDailyPattern");
-    return std::make_shared<DailyPatternObject>();
+    return Made<DailyPatternObject>("ObjectFactory.NewDailyPattern");
   }
   [[nodiscard]] std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override {
-    Called("ObjectFactory.NewWeeklyPattern");
-    return std::make_shared<WeeklyPatternObject>();
+    return Made<WeeklyPatternObject>("ObjectFactory.NewWeeklyPattern");
   }
   [[nodiscard]] std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override {
-    Called("ObjectFactory.NewMonthlyPattern");
-    return std::make_shared<MonthlyPatternObject>();
+    return Made<MonthlyPatternObject>("ObjectFactory.NewMonthlyPattern");
   }
   [[nodiscard]] std::shared_ptr<YearlyPattern> NewYearlyPattern() override {
-    Called("ObjectFactory.NewYearlyPattern");
-    return std::make_shared<YearlyPatternObject>();
+    return Made<YearlyPatternObject>("ObjectFactory.NewYearlyPattern");
   }
   [[nodiscard]] std::shared_ptr<CategoryList> NewCategoryList() override {
-    Called("ObjectFactory.NewCategoryList");
-    return std::make_shared<CategoryListObject>(state_);
+    return Made<CategoryListObject>("ObjectFactory.NewCategoryList", state_);
   }
   [[nodiscard]] std::shared_ptr<Category> NewCategory() override {
-    Called("ObjectFactory.NewCategory");
-    return std::make_shared<CategoryObject>(state_);
+    return Made<CategoryObject>("ObjectFactory.NewCategory", state_);
   }
   [[nodiscard]] std::shared_ptr<TextCollection> NewTextCollection() override {
-    Called("ObjectFactory.NewTextCollection");
-    return std::make_shared<TextCollectionObject>();
+    return Made<TextCollectionObject>("ObjectFactory.NewTextCollection");
   }
   [[nodiscard]] std::shared_ptr<PermissionEditor> NewPermissionEditor() override {
-    Called("ObjectFactory.NewPermissionEditor");
-    return std::make_shared<PermissionEditor>();
+    return Made<PermissionEditor>("ObjectFactory.NewPermissionEditor");
   }
   [[nodiscard]] std::shared_ptr<QueryDefinition> NewQueryDefinition() override {
-    Called("ObjectFactory.NewQueryDefinition");
-    return std::make_shared<QueryDefinitionObject>();
+    return Made<QueryDefinitionObject>("ObjectFactory.NewQueryDefinition");
   }
   [[nodiscard]] std::shared_ptr<QueryBuilder> NewQueryBuilder() override {
-    Called("ObjectFactory.NewQueryBuilder");
-    return std::make_shared<QueryBuilderObject>(state_);
+    return Made<QueryBuilderObject>("ObjectFactory.NewQueryBuilder", state_);
   }
-
- private:
-  HostState& state_;
 };
 
 class ServicesObject final : public HostServices {
@@ -256,8 +210,7 @@ class ServicesObject final : public HostServices {
   // The application is also asked for when a failure is reported, so only its members are gated.
   [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
   [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
-    Called("HostServices.Factory");
-    return factory_;
+    return Gated("HostServices.Factory", factory_);
   }
 
  private:
@@ -265,9 +218,9 @@ class ServicesObject final : public HostServices {
   std::shared_ptr<ObjectFactory> factory_;
 };
 
-class UtilitiesObject final : public Utilities {
+class UtilitiesObject final : public StateObject<Utilities> {
  public:
-  explicit UtilitiesObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::string BuildPath(const std::string& folder, const std::string& file) override {
     Called("Utilities.BuildPath");
     return (std::filesystem::path(folder) / file).string();
@@ -277,14 +230,8 @@ class UtilitiesObject final : public Utilities {
     if (state_.marker_file && path.ends_with(kMarkerFile)) return *state_.marker_file;
     return IsFile(path);
   }
-  [[nodiscard]] int BoolToCheck(bool value) override {
-    Called("Utilities.BoolToCheck");
-    return value ? 1 : 0;
-  }
-  [[nodiscard]] bool CheckToBool(int value) override {
-    Called("Utilities.CheckToBool");
-    return value != 0;
-  }
+  [[nodiscard]] int BoolToCheck(bool value) override { return Gated("Utilities.BoolToCheck", value ? 1 : 0); }
+  [[nodiscard]] bool CheckToBool(int value) override { return Gated("Utilities.CheckToBool", value != 0); }
   [[nodiscard]] ObjectRef ObjectFromHandle(std::int32_t handle) override {
     Called("Utilities.ObjectFromHandle");
     return Set(state_.handles->Find(handle));
@@ -293,9 +240,6 @@ class UtilitiesObject final : public Utilities {
     Called("Utilities.FoldCase");
     return plovix::FoldCase(text);
   }
-
- private:
-  HostState& state_;
 };
 
 }  // namespace
@@ -344,10 +288,6 @@ ServicesProvider ProviderOf(HostState& state) {
 
 void InstallHost(HostState& state) {
   InstallServices(ProviderOf(state));
-}
-
-std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
-  return std::make_shared<TaskObject>(state, record);
 }
 
 std::optional<int> TextNumber(std::string_view tag) {

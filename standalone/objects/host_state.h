@@ -70,9 +70,6 @@ struct HostState {
 /// InstallServices({}) takes them away.
 void InstallHost(HostState& state);
 
-/// A task object whose tags are read in the state's language.
-[[nodiscard]] std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record);
-
 /// The number that a tag "Lng=NN;" names, read without regard to case and with or without its semicolon;
 /// nothing for any other tag.
 [[nodiscard]] std::optional<int> TextNumber(std::string_view tag);

@@ -2,7 +2,6 @@
 
 #include <plovix/base/failure.h>
 
-#include "call_gate.h"
 #include "data_objects.h"
 #include "host_state.h"
 
@@ -12,19 +11,16 @@ namespace {
 class UserObject final : public SessionUser {
  public:
   explicit UserObject(std::string id) : id_(std::move(id)) {}
-  [[nodiscard]] std::string UserId() override {
-    Called("User.UserId");
-    return id_;
-  }
+  [[nodiscard]] std::string UserId() override { return Gated("User.UserId", id_); }
 
  private:
   std::string id_;
 };
 
 // The host knows one kind of cursor only, so the arguments behind the query select nothing.
-class ConnectionObject final : public DatabaseConnection {
+class ConnectionObject final : public StateObject<DatabaseConnection> {
  public:
-  explicit ConnectionObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<Recordset> OpenRecordset(const std::string& query, std::int32_t /*type*/,
                                                          std::int32_t /*options*/,
                                                          std::optional<std::int32_t> /*lock*/,
@@ -32,9 +28,6 @@ class ConnectionObject final : public DatabaseConnection {
     Called("Connection.OpenRecordset");
     return std::make_shared<RecordsetObject>(state_.open_rows ? state_.open_rows(query) : nullptr);
   }
-
- private:
-  HostState& state_;
 };
 
 }  // namespace
@@ -45,8 +38,7 @@ std::shared_ptr<SessionUser> SessionObject::CurrentUser() {
 }
 
 std::string SessionObject::AccountId() {
-  Called("Session.AccountId");
-  return state_.session_id;
+  return Gated("Session.AccountId", state_.session_id);
 }
 
 bool SessionObject::HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) {
@@ -89,16 +81,6 @@ RecordsetObject::RecordsetObject(std::unique_ptr<RowCursor> rows) {
   empty_ = pass_->at_end;
 }
 
-bool RecordsetObject::Bof() {
-  Called("Recordset.BOF");
-  return empty_;
-}
-
-bool RecordsetObject::Eof() {
-  Called("Recordset.EOF");
-  return pass_->at_end;
-}
-
 // Asked once for each row, mostly for the same column.
 std::shared_ptr<Field> RecordsetObject::Fields(const std::string& name) {
   Called("Recordset.Fields");
@@ -122,10 +104,5 @@ void RecordsetObject::Advance() {
 }
 
 DatabaseObject::DatabaseObject(HostState& state) : connection_(std::make_shared<ConnectionObject>(state)) {}
-
-std::shared_ptr<DatabaseConnection> DatabaseObject::Connection() {
-  Called("Database.Connection");
-  return connection_;
-}
 
 }  // namespace plovix

@@ -11,6 +11,9 @@
 #include <string>
 #include <utility>
 
+#include "call_gate.h"
+#include "state_object.h"
+
 namespace plovix {
 
 struct HostState;
@@ -24,10 +27,9 @@ class PermissionsObject final : public Permissions {
 };
 
 /// The session as HostState describes it.
-class SessionObject final : public Session {
+class SessionObject final : public StateObject<Session> {
  public:
-  /// `state` outlives the object.
-  explicit SessionObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::shared_ptr<SessionUser> CurrentUser() override;
   [[nodiscard]] std::string AccountId() override;
   [[nodiscard]] bool HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) override;
@@ -35,9 +37,6 @@ class SessionObject final : public Session {
                                                              const std::shared_ptr<Permissions>& permissions,
                                                              const std::shared_ptr<SessionUser>& user,
                                                              const std::string& title) override;
-
- private:
-  HostState& state_;
 };
 
 /// A pass over a RowCursor.
@@ -45,8 +44,8 @@ class RecordsetObject final : public Recordset {
  public:
   /// Goes to the first row; nothing stands for no rows.
   explicit RecordsetObject(std::unique_ptr<RowCursor> rows);
-  [[nodiscard]] bool Bof() override;
-  [[nodiscard]] bool Eof() override;
+  [[nodiscard]] bool Bof() override { return Gated("Recordset.BOF", empty_); }
+  [[nodiscard]] bool Eof() override { return Gated("Recordset.EOF", pass_->at_end); }
   [[nodiscard]] std::shared_ptr<Field> Fields(const std::string& name) override;
   void MoveNext() override;
 
@@ -69,7 +68,9 @@ class DatabaseObject final : public Database {
  public:
   /// `state` outlives the object.
   explicit DatabaseObject(HostState& state);
-  [[nodiscard]] std::shared_ptr<DatabaseConnection> Connection() override;
+  [[nodiscard]] std::shared_ptr<DatabaseConnection> Connection() override {
+    return Gated("Database.Connection", connection_);
+  }
 
  private:
   std::shared_ptr<DatabaseConnection> connection_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "arguments.h"
 #include "call_gate.h"
 #include "task_object.h"
 
@@ -9,9 +10,7 @@ namespace plovix {
 
 void VeloActionList::Load(const std::shared_ptr<ActionList>& actions) {
   Called("VeloActionList.Load");
-  const auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
-  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  rows_ = own->records;
+  rows_ = OwnObject<ActionListObject>(actions)->records;
   loaded_ = true;
   if (changed_) changed_();
 }

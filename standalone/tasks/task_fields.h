@@ -108,7 +108,7 @@ inline constexpr std::tuple kPermissionFields{
 
 /// Calls visit(name, pointer to member) for each field of a table, in its order.
 template <class Fields, class Visit>
-void ForEachField(const Fields& fields, Visit visit) {
+constexpr void ForEachField(const Fields& fields, Visit visit) {
   std::apply([&](const auto&... row) { (visit(row.name, row.field), ...); }, fields);
 }
 

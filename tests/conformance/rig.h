@@ -3,6 +3,9 @@
 
 #include <plovix/base/raised.h>
 #include <plovix/conformance/conformance.h>
+#include <plovix/standalone/objects/category_object.h>
+#include <plovix/standalone/objects/recurrence_object.h>
+#include <plovix/standalone/objects/session_object.h>
 
 #include <set>
 

@@ -2,6 +2,8 @@
 // the pages and the wizard and the contract of the pages.
 #pragma once
 
+#include <plovix/standalone/objects/recurrence_object.h>
+
 #include <map>
 #include <sstream>
 #include <string>
