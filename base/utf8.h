@@ -10,14 +10,24 @@
 
 namespace plovix {
 
+/// Whether a character may begin with the byte: it continues none.
+[[nodiscard]] constexpr bool BeginsCharacter(char byte) noexcept {
+  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
 /// Number of characters (code points); a stray continuation byte does not count.
 [[nodiscard]] inline int CharacterCount(std::string_view utf8) {
   int count = 0;
-  for (const char byte : utf8) {
-    if ((static_cast<unsigned char>(byte) & 0xC0U) != 0x80U) ++count;
-  }
+  for (const char byte : utf8) count += BeginsCharacter(byte) ? 1 : 0;
   return count;
 }
+
+/// The first `count` characters, or all that there are.
+[[nodiscard]] std::string_view FirstCharacters(std::string_view utf8, int count) noexcept;
+/// As much of the beginning as `most` bytes hold without cutting a character in two.
+[[nodiscard]] std::string_view FirstBytes(std::string_view utf8, std::size_t most) noexcept;
+/// The same, with an ellipsis behind it where something was left out.
+[[nodiscard]] std::string Shortened(std::string_view utf8, std::size_t most);
 
 /// Bytes of the well-formed character at the start of `text`; 0 when there is none.
 [[nodiscard]] std::size_t CharacterBytes(std::string_view text) noexcept;

@@ -37,12 +37,9 @@ struct Refusal {
 
 void Write(EntryError* error, const std::string& reason) {
   if (error == nullptr) return;
-  std::size_t size = std::min(reason.size(), sizeof error->text - 1);
-  if (size < reason.size()) {
-    while (size > 0 && (reason[size] & 0xC0) == 0x80) --size;  // no character is cut in two
-  }
-  std::memcpy(error->text, reason.data(), size);
-  error->text[size] = '\0';
+  const std::string_view kept = FirstBytes(reason, sizeof error->text - 1);
+  std::memcpy(error->text, kept.data(), kept.size());
+  error->text[kept.size()] = '\0';
 }
 
 void Require(bool holds, EntryResult result, const std::string& reason) {

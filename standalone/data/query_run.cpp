@@ -1,5 +1,6 @@
 #include "query_run.h"
 
+#include <plovix/base/utf8.h>
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/query/sql_tokens.h>
 #include <plovix/standalone/sqlite/connection.h>
@@ -59,14 +60,6 @@ void Bind(Statement& statement, const std::vector<BoundValue>& values) {
   }
 }
 
-// Not in the middle of a character.
-std::string Cut(std::string_view text) {
-  if (text.size() <= kLongestValue) return std::string(text);
-  std::size_t length = kLongestValue;
-  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
-  return std::string(text.substr(0, length)) + "…";
-}
-
 std::string BytesText(std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   constexpr std::size_t kMost = 32;
@@ -86,7 +79,7 @@ std::vector<std::optional<std::string>> RowOf(const Statement& statement) {
       row.emplace_back();
     } else {
       const std::string_view text = statement.Text(column);
-      row.emplace_back(type == ColumnType::kBlob ? BytesText(text) : Cut(text));
+      row.emplace_back(type == ColumnType::kBlob ? BytesText(text) : Shortened(text, kLongestValue));
     }
   }
   return row;

@@ -1,5 +1,7 @@
 #include "strict_json.h"
 
+#include <plovix/base/utf8.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,10 +15,7 @@ using Json = nlohmann::json;
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto line = std::ranges::count(before, '\n') + 1;
   const std::string_view start = before.substr(before.rfind('\n') + 1);
-  const auto column =
-      std::ranges::count_if(start,
-                            [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }) +
-      1;
+  const auto column = CharacterCount(start) + 1;
   source.Refuse("exchange.problem.syntax", {std::to_string(line), std::to_string(column)});
 }
 

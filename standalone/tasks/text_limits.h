@@ -4,10 +4,12 @@
 #pragma once
 
 #include <plovix/base/failure.h>
+#include <plovix/base/utf8.h>
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "task_fields.h"
 
@@ -24,9 +26,7 @@ inline constexpr std::size_t kLongestText = 100'000;
 /// Whether `text`, UTF-8, has more than `most` characters.
 [[nodiscard]] inline bool IsLongerThan(std::string_view text, std::size_t most) {
   if (text.size() <= most) return false;  // the usual case
-  std::size_t characters = 0;
-  for (const char byte : text) characters += (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U ? 1 : 0;
-  return characters > most;
+  return std::cmp_greater(CharacterCount(text), most);
 }
 
 /// The most characters of a field of the tables in task_fields.h.

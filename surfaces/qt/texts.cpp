@@ -1,5 +1,7 @@
 #include "texts.h"
 
+#include <plovix/base/utf8.h>
+
 namespace plovix::qt {
 namespace {
 
@@ -45,14 +47,7 @@ QString NameBesides(std::string_view utf8) {
 }
 
 QString FirstCharacters(std::string_view utf8, int count) {
-  std::size_t end = 0;
-  const auto continues = [&] { return (static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U; };
-  for (; count > 0 && end < utf8.size(); --count) {
-    do {
-      ++end;
-    } while (end < utf8.size() && continues());
-  }
-  return Text(utf8.substr(0, end));
+  return Text(plovix::FirstCharacters(utf8, count));
 }
 
 }  // namespace plovix::qt
