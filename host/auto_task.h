@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "action_list.h"
@@ -21,6 +22,20 @@ inline constexpr std::int16_t kNoData = 0;        ///< none
 inline constexpr std::int16_t kSingleRecord = 1;  ///< the one that the user stands on
 inline constexpr std::int16_t kQueryResults = 2;  ///< those that AutoTask::Query selects
 }  // namespace record_mode
+
+/// The one of record_mode_bit for a record mode; nothing for a mode that is none of these.
+[[nodiscard]] constexpr std::optional<std::int32_t> RecordModeBit(std::int16_t mode) {
+  switch (mode) {
+    case record_mode::kNoData:
+      return record_mode_bit::kNoData;
+    case record_mode::kSingleRecord:
+      return record_mode_bit::kSingleRecord;
+    case record_mode::kQueryResults:
+      return record_mode_bit::kQueryResults;
+    default:
+      return std::nullopt;
+  }
+}
 
 /// AutoTask::ProcessingMode: which records a run processes. Other values may be stored; pages show no choice.
 namespace processing_mode {

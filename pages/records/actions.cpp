@@ -3,24 +3,6 @@
 #include <plovix/framework/in_use.h>
 
 namespace plovix {
-namespace {
-
-// The designer library's code of a record mode; nothing for a mode it does not know.
-std::optional<std::int32_t> DesignerObjectType(std::int16_t mode) {
-  switch (mode) {
-    case record_mode::kNoData:
-      return record_mode_bit::kNoData;
-    case record_mode::kSingleRecord:
-      return record_mode_bit::kSingleRecord;
-    case record_mode::kQueryResults:
-      return record_mode_bit::kQueryResults;
-    default:
-      return std::nullopt;
-  }
-}
-
-}  // namespace
-
 std::shared_ptr<ActionListControl> Actions::List() const {
   return Set(std::dynamic_pointer_cast<ActionListControl>(VeloActionList.Embedded()));
 }
@@ -75,7 +57,7 @@ std::shared_ptr<ValueStore> Actions::GetProperties() {
     if (DataObject) run([&] { key = DataObject->Key(); });
     run([&] { Set(context)->Add("DataObjectKey", key); });
     std::optional<std::int32_t> type;
-    run([&] { type = DesignerObjectType(Set(Task)->RecordMode()); });
+    run([&] { type = RecordModeBit(Set(Task)->RecordMode()); });
     if (type) run([&] { Set(context)->Add("DesignerObjectType", *type); });
     run([&] { Set(context)->Add(store_key::kDataObject, DataObject); });
     if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });

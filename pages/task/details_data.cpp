@@ -13,20 +13,7 @@ constexpr int kOtherDataObjectText = 113;
 constexpr int kPermissionsTitleText = 114;
 constexpr int kUnfitActionsText = 120;
 constexpr std::int32_t kNoHandle = 0;
-
-// The bit that an action must have to fit the mode; 0, which every action has, for a mode that is unknown.
-std::int32_t RecordModeBit(std::int16_t mode) {
-  switch (mode) {
-    case record_mode::kNoData:
-      return record_mode_bit::kNoData;
-    case record_mode::kSingleRecord:
-      return record_mode_bit::kSingleRecord;
-    case record_mode::kQueryResults:
-      return record_mode_bit::kQueryResults;
-    default:
-      return 0;
-  }
-}
+constexpr std::int32_t kEveryAction = 0;  // the bit that all actions have, for a mode that is unknown
 
 bool EqualText(const std::string& left, const std::string& right) {
   Utilities& utilities = ServicesUtilities();
@@ -188,7 +175,7 @@ bool Details::IsInvalid(Action& action, std::int32_t mode_bit) const {
 bool Details::HasInvalidActions() {
   return Answer("HasInvalidActions", [&](Statements& run) {
     std::int32_t bit = 0;
-    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()); });
+    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()).value_or(kEveryAction); });
     std::shared_ptr<ActionList> actions;
     run([&] { actions = Set(Task)->Actions(); });
     bool found = false;
@@ -202,7 +189,7 @@ bool Details::HasInvalidActions() {
 void Details::ClearInvalidActions() {
   Procedure("ClearInvalidActions", [&](Statements& run) {
     std::int32_t bit = 0;
-    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()); });
+    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()).value_or(kEveryAction); });
     std::shared_ptr<ActionList> actions;
     run([&] { actions = Set(Task)->Actions(); });
     std::int32_t count = 0;

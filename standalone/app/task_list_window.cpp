@@ -312,10 +312,7 @@ TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
     task.permissions.reset();
   }
   task.id = task.version = 0;
-  task.allow_automation_manager = false;
-  task.processing_mode = processing_mode::kEveryTime;
-  task.recurrence.reset();
-  task.schedule_start.reset();
+  TakeFromManager(task);
   if (!task.uses_language_tags) task.name = parts_.Text("list.duplicateName", {task.name});
   return task;
 }

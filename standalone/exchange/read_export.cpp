@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <utility>
 
 #include "file_value.h"
@@ -41,7 +40,7 @@ PatternRecord ReadPattern(const FileValue& value) {
   const FileValue kind = object.Take(kKind);
   std::string name;
   kind.Read(name);
-  const auto* found = std::ranges::find(kPatternClasses, name, [](const auto& each) { return each.first; });
+  const auto* found = ClassNamed(name);
   if (found == kPatternClasses.end()) kind.RefuseValue("exchange.problem.pattern");
   PatternRecord pattern = found->second;
   ForEachField(kPatternFields, [&](std::string_view field_name, auto field) {

@@ -101,8 +101,7 @@ class Writer {
   }
 
   [[nodiscard]] Json Pattern(const PatternRecord& pattern) const {
-    const auto* found = std::ranges::find(kPatternClasses, pattern.index(),
-                                          [](const auto& each) { return each.second.index(); });
+    const auto* found = ClassOf(pattern);
     if (found == kPatternClasses.end()) return nullptr;
     Json json = {{kKind, found->first}};
     ForEachField(kPatternFields, [&](std::string_view name, auto field) {

@@ -2,8 +2,6 @@
 
 #include <plovix/standalone/tasks/task_fields.h>
 
-#include <algorithm>
-
 #include "member_value.h"
 
 namespace plovix::script {
@@ -43,9 +41,8 @@ void SetPatternField(RecurrenceRecord& recurrence, Value Record::*field, const s
 }
 
 Json PatternJson(const PatternRecord& pattern) {
-  if (std::holds_alternative<std::monostate>(pattern)) return nullptr;
-  const auto* kind =
-      std::ranges::find(kPatternClasses, pattern.index(), [](auto& each) { return each.second.index(); });
+  const auto* kind = ClassOf(pattern);
+  if (kind == kPatternClasses.end()) return nullptr;
   Json json = {{"kind", kind->first}};
   ForEachField(kPatternFields, [&](std::string_view name, auto field) {
     if (const auto* value = FieldIn(pattern, field)) json[std::string(name)] = MemberJson(*value);
@@ -56,7 +53,7 @@ Json PatternJson(const PatternRecord& pattern) {
 void SetPattern(PatternRecord& pattern, const std::string& word) {
   PatternRecord wanted;
   if (word != kNothing) {
-    const auto* found = std::ranges::find(kPatternClasses, word, [](auto& each) { return each.first; });
+    const auto* found = ClassNamed(word);
     if (found == kPatternClasses.end()) {
       throw LineError(
           "a pattern is nothing, or a DailyPattern, WeeklyPattern, MonthlyPattern or YearlyPattern");

@@ -1,4 +1,4 @@
-// The text of a user's GroupNames column. Used by the host's tables.
+// The text of a user's GroupNames column. Used by the users' storage.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Opening a task file. Used by the storage and the host's tables, which share the file and not the
+// Opening a task file. Used by the storage and that of users and tags, which share the file and not the
 // connection.
 #pragma once
 

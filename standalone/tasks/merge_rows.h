@@ -1,6 +1,6 @@
 /// @file
 /// Two people change rows that both have read: what the second one stores goes into what the first one has
-/// stored. Used by the host's tables and by the windows that edit them.
+/// stored. Used by the users and tags and by the windows that edit them.
 #pragma once
 
 #include <plovix/base/failure.h>

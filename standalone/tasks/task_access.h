@@ -39,6 +39,9 @@ enum class TaskRight {
 [[nodiscard]] std::optional<std::string_view> RefusalOf(const UserRecord& user, const TaskRecord* stored,
                                                         const TaskRecord* wanted);
 
+/// Takes a task away from the automation manager: without a schedule, each run processes all records.
+void TakeFromManager(TaskRecord& task);
+
 /// A number that stands for no right of the table belongs to administrators alone.
 [[nodiscard]] bool HasRight(const UserRecord& user, int number);
 

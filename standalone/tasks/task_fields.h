@@ -3,6 +3,7 @@
 /// fields works on these tables: the script's members, exported tasks, columns.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <tuple>
@@ -72,6 +73,17 @@ inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view
     {"MonthlyPattern", MonthlyRecord{}},
     {"YearlyPattern", YearlyRecord{}},
 });
+
+/// @{
+/// The row of a pattern's class, or of the class of that name; kPatternClasses.end() when there is none.
+[[nodiscard]] inline const auto* ClassOf(const PatternRecord& pattern) {
+  return std::ranges::find(kPatternClasses, pattern.index(),
+                           [](const auto& row) { return row.second.index(); });
+}
+[[nodiscard]] inline const auto* ClassNamed(std::string_view name) {
+  return std::ranges::find(kPatternClasses, name, [](const auto& row) { return row.first; });
+}
+/// @}
 
 /// Each belongs to one class of pattern; those of DayChoice to the monthly and the yearly one alike.
 inline constexpr std::tuple kPatternFields{

@@ -68,10 +68,15 @@ struct TaskRecord {
   bool operator==(const TaskRecord&) const = default;
 };
 
+/// Without a schedule there is nothing to count from its start.
+inline void DropUnusedStart(TaskRecord& task) {
+  if (!task.recurrence) task.schedule_start.reset();
+}
+
 /// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
 /// `now`, one that was dropped has no start.
 inline void StartSchedule(TaskRecord& task, DateTime now) {
-  if (!task.recurrence) task.schedule_start.reset();
+  DropUnusedStart(task);
   if (task.recurrence && !task.schedule_start)
     task.schedule_start = std::chrono::floor<std::chrono::days>(now);
 }
