@@ -4,6 +4,7 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 
 #include "requirements.h"
@@ -48,6 +49,18 @@ class Failure : public std::exception {
 /// The exception being handled, as a Failure: memory exhaustion becomes 7, an index error 9, a wrong
 /// type 13, anything else 51. Call it only inside a catch block.
 [[nodiscard]] Failure CurrentFailure();
+
+/// What `work` throws, as a Failure; nothing when it comes to its end. The exception is gone by then: whoever
+/// tells of it may take any time.
+template <class Work>
+[[nodiscard]] std::optional<Failure> FailureOf(const Work& work) {
+  try {
+    work();
+    return std::nullopt;
+  } catch (...) {
+    return CurrentFailure();
+  }
+}
 
 /// Throws Failure 91 when `reference` is empty, else gives it back: every use of a counted reference
 /// that may be nothing goes through here. Use the result in the same expression.

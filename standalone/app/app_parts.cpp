@@ -6,15 +6,9 @@
 
 namespace plovix::app {
 
-// The dialog is shown behind the catch block: no exception is alive while it is open.
 bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work) {
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf(work);
+  if (!failure) return true;
   parts.state.dialogs->MessageBox(parts.Text(text, {failure->Description()}), message_box::kOkWarning,
                                   parts.state.title);
   return false;

@@ -77,17 +77,13 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
   const auto tell = [this](const char* text, const std::string& parameter) {
     dialogs_.MessageBox(state_.texts.Host(text, {parameter}), message_box::kOkWarning, state_.title);
   };
-  std::string problem;
-  std::error_code error;
-  try {
-    if (make_sample && !std::filesystem::exists(path, error)) {
-      std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-      CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
-    }
-  } catch (const Failure& failure) {
-    problem = failure.Description();
-  }
-  if (!problem.empty()) tell("data.noSample", problem);
+  const auto failure = FailureOf([&] {
+    std::error_code error;
+    if (!make_sample || std::filesystem::exists(path, error)) return;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
+  });
+  if (failure) tell("data.noSample", failure->Description());
   data_ = std::make_shared<BackgroundDataSource>(path, WaitWithWindow(state_.texts));
   state_.data = std::make_shared<StandInDataSource>(
       data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },

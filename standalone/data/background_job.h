@@ -59,11 +59,7 @@ template <typename Found>
   };
   const auto outcome = std::make_shared<Outcome>();
   job = std::make_unique<BackgroundJob>([outcome, find = std::move(find)](const std::stop_token& unwanted) {
-    try {
-      outcome->found.emplace(find(unwanted));
-    } catch (...) {
-      outcome->failure = CurrentFailure();
-    }
+    outcome->failure = FailureOf([&] { outcome->found.emplace(find(unwanted)); });
   });
   if (!wait(*job)) {
     job->Leave();

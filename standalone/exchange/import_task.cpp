@@ -23,10 +23,12 @@ void CheckActions(const TaskRecord& task, ImportReport& report) {
 
 void CheckDataObject(const std::string& name, DataSource* source, ImportReport& report) {
   if (name.empty() || source == nullptr) return;
-  try {
-    if (!source->Find(name)) report.push_back({"exchange.note.dataObject", {name}});
-  } catch (const Failure& failure) {
-    report.push_back({"exchange.note.dataObjectUnknown", {name, failure.Description()}});
+  bool found = false;
+  const auto failure = FailureOf([&] { found = source->Find(name).has_value(); });
+  if (failure) {
+    report.push_back({"exchange.note.dataObjectUnknown", {name, failure->Description()}});
+  } else if (!found) {
+    report.push_back({"exchange.note.dataObject", {name}});
   }
 }
 
@@ -68,10 +70,7 @@ void ChooseOwner(TaskRecord& task, bool was_personal, const ImportTarget& target
 
 void CheckSchedule(TaskRecord& task, bool automation_manager, ImportReport& report) {
   if (!task.allow_automation_manager || automation_manager) return;
-  task.allow_automation_manager = false;
-  task.processing_mode = processing_mode::kEveryTime;
-  task.recurrence.reset();
-  task.schedule_start.reset();
+  TakeFromManager(task);
   report.push_back({"exchange.note.automationManager", {}});
 }
 

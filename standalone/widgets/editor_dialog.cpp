@@ -126,13 +126,8 @@ void EditorDialog::OnKey(QWidget& widget, const QKeySequence& keys, std::functio
 
 bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<void()>& work) {
   TellProblem(place, *this, {});
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf(work);
+  if (!failure) return true;
   TellProblem(place, *this, Text(key, {failure->Description()}));
   return false;
 }

@@ -198,12 +198,7 @@ void VeloWiz::EmbedControls(Form& form) {
 void VeloWiz::UpdateNext() {
   if (!IsOpen()) return;
   std::string next;
-  std::optional<Failure> failure;
-  try {
-    current_.page->IWizardPage_GetNextPage(next);
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf([&] { current_.page->IWizardPage_GetNextPage(next); });
   current_.next = failure ? std::nullopt : std::optional(next);
   const bool known = std::exchange(current_.next_failed, failure.has_value());
   if (failure && !known) Report(*failure, "IWizardPage_GetNextPage");
@@ -269,14 +264,8 @@ ReportAction VeloWiz::Report(const Failure& failure, std::string_view procedure)
 // Runs a call to the page; after a failure gives the reporter's answer.
 template <class Call>
 std::optional<ReportAction> VeloWiz::Guarded(std::string_view procedure, Call call) {
-  std::optional<Failure> failure;
-  try {
-    call();
-    return std::nullopt;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  return Report(*failure, procedure);
+  const auto failure = FailureOf(call);
+  return failure ? std::optional(Report(*failure, procedure)) : std::nullopt;
 }
 
 void VeloWiz::Tell(std::string_view text_key, const std::string& parameter) {
