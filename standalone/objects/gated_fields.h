@@ -14,7 +14,7 @@ namespace plovix {
 
 /// What kHostMembers calls the interface to a record.
 template <class Record>
-inline constexpr std::string_view kInterfaceTo = "";
+inline constexpr std::string_view kInterfaceTo;  // no other record has members here
 /// @{
 /// One for each record of which members are made here.
 template <>
