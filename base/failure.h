@@ -49,12 +49,4 @@ class Failure : public std::exception {
 /// type 13, anything else 51. Call it only inside a catch block.
 [[nodiscard]] Failure CurrentFailure();
 
-/// Throws Failure 91 when `reference` is empty, else gives it back: every use of a counted reference
-/// that may be nothing goes through here. Use the result in the same expression.
-template <class Pointer>
-const Pointer& Set(const Pointer& reference) {
-  if (!reference) throw Failure(failure_number::kObjectNotSet, "Object variable not set");
-  return reference;  // NOLINT(bugprone-return-const-ref-from-parameter): used in the same expression
-}
-
 }  // namespace plovix

@@ -76,7 +76,7 @@ constexpr auto kStartDesign = MakeDesign("Start", {{"lblTitle", Kind::kLabel, "S
 class StartPage final : public PageBase {
  public:
   explicit StartPage(const std::string& target) : PageBase(kStartDesign.View()), target_(target) {}
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override {
     Begin(std::move(host), std::move(store));
     Wizard->Refresh(true);
   }

@@ -139,7 +139,7 @@ bool Stores(Examination& exam, const Kind& kind) {
   const auto value = [&](const Member& member) {
     return std::string_view(member.name) == "Owner" ? user : member.values[1];
   };
-  const auto task = std::dynamic_pointer_cast<AutoTask>(kind.make());
+  const auto task = As<AutoTask>(kind.make());
   for (const Member& member : kind.members) member.set(*task, value(member));
   const auto stored = Given(store(task), "store_task");
   for (const Member& member : kind.members) {

@@ -43,7 +43,7 @@ class ProbePage final : public WizardPage {
   }
   std::string IWizardPage_Title() override { return "Title"; }
   std::string IWizardPage_Description() override { return "Description"; }
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> shared) override {
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> shared) override {
     wizard = std::move(host);
     store = std::move(shared);
     control = dynamic_cast<HostSlot&>(form_.At(2)).Embedded();
@@ -73,8 +73,8 @@ class ProbePage final : public WizardPage {
 
   const std::string identifier;
   std::size_t number = 0;  // counted from 1, in the order of making
-  std::shared_ptr<WizardHost> wizard;
-  std::shared_ptr<ValueStore> store;
+  Ref<WizardHost> wizard;
+  Ref<ValueStore> store;
   std::shared_ptr<HostControl> control;
 
  private:
@@ -126,7 +126,7 @@ class Ride {
   }
   void Refresh(bool can_continue) const { Given(Page().wizard, "Initialize")->Refresh(can_continue); }
   // In the store of the page; may be nothing.
-  [[nodiscard]] std::shared_ptr<AutoTask> Task() const {
+  [[nodiscard]] Ref<AutoTask> Task() const {
     return ObjectFrom<AutoTask>(Given(Page().store, "Initialize")->GetValue(store_key::kAutoTask, {}));
   }
   // What the first page answers from now on, as after a choice of the user's.

@@ -22,8 +22,8 @@ const Function& Needed(const Function& function, const char* member) {
 }
 
 // `reference`, which the host must not leave empty; `member` says where it came from.
-template <class T>
-std::shared_ptr<T> Given(std::shared_ptr<T> reference, const char* member) {
+template <class Reference>
+Reference Given(Reference reference, const char* member) {
   if (!reference) throw Failure(failure_number::kObjectNotSet, std::string(member) + " gives nothing");
   return reference;
 }
@@ -52,16 +52,16 @@ class Examination {
   void Check(const std::string& sentence, const std::function<bool()>& holds);
 
   // The host's objects; never nothing.
-  [[nodiscard]] std::shared_ptr<HostApplication> Application() const;
-  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() const;
+  [[nodiscard]] Ref<HostApplication> Application() const;
+  [[nodiscard]] Ref<ObjectFactory> Factory() const;
   template <class T>
-  [[nodiscard]] std::shared_ptr<T> New(std::shared_ptr<T> (ObjectFactory::*make)()) const {
+  [[nodiscard]] Ref<T> New(Ref<T> (ObjectFactory::*make)()) const {
     return Given(((*Factory()).*make)(), "The factory");
   }
-  [[nodiscard]] std::shared_ptr<AutoTask> Task() const;
-  [[nodiscard]] std::shared_ptr<ValueStore> Store() const;  // the wizard's
-  [[nodiscard]] std::shared_ptr<ActionList> Actions(const std::vector<std::int32_t>& record_modes) const;
-  [[nodiscard]] std::shared_ptr<ActionListControl> Control() const;
+  [[nodiscard]] Ref<AutoTask> Task() const;
+  [[nodiscard]] Ref<ValueStore> Store() const;  // the wizard's
+  [[nodiscard]] Ref<ActionList> Actions(const std::vector<std::int32_t>& record_modes) const;
+  [[nodiscard]] Ref<ActionListControl> Control() const;
 
   const HostUnderTest& host;
   Findings findings;

@@ -38,15 +38,15 @@ struct HostUnderTest {
   ServicesProvider services;
 
   /// A task that was never stored, with an action list of its own and nothing else set.
-  std::function<std::shared_ptr<AutoTask>()> make_task;
+  std::function<Ref<AutoTask>()> make_task;
   /// The store that the host's wizard shares between pages, empty.
-  std::function<std::shared_ptr<ValueStore>()> make_store;
+  std::function<Ref<ValueStore>()> make_store;
   /// The control to embed in a slot, by its registered name.
   std::function<std::shared_ptr<HostControl>(std::string_view registered_name)> make_control;
   /// A list with one action for each number, its RecordModes; the automation manager may run them all.
-  std::function<std::shared_ptr<ActionList>(const std::vector<std::int32_t>& record_modes)> make_actions;
+  std::function<Ref<ActionList>(const std::vector<std::int32_t>& record_modes)> make_actions;
   /// A permission set.
-  std::function<std::shared_ptr<Permissions>()> make_permissions;
+  std::function<Ref<Permissions>()> make_permissions;
   /// Opens the host's wizard on a new task; `registry` holds the kit's own pages and outlives the wizard.
   std::function<WizardUnderTest(const PageRegistry& registry, const std::string& first_page)> open_wizard;
 
@@ -81,7 +81,7 @@ struct HostUnderTest {
 
   /// Stores a task that was never stored, as Finish does, and gives it as it is loaded again. The walk over
   /// the pages uses it, too, as far as it is there.
-  std::function<std::shared_ptr<AutoTask>(const std::shared_ptr<AutoTask>& task)> store_task;
+  std::function<Ref<AutoTask>(const Ref<AutoTask>& task)> store_task;
   /// Number of stored tasks.
   std::function<std::size_t()> count_tasks;
 

@@ -28,17 +28,17 @@ class Company final : public HostApplication,
                       public WizardHost,
                       public UserListener {
  public:
-  explicit Company(std::shared_ptr<HostApplication> real) : real_(std::move(real)) {}
-  std::shared_ptr<LanguageTable> Language() override { return real_->Language(); }
-  std::shared_ptr<plovix::Translator> Translator() override { return real_->Translator(); }
-  std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return {real_, this}; }
-  std::shared_ptr<plovix::UserRights> UserRights() override { return real_->UserRights(); }
-  std::shared_ptr<plovix::Session> Session() override { return real_->Session(); }
-  std::shared_ptr<plovix::Database> Database() override { return real_->Database(); }
-  std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    return real_->DataObjectCatalog();
+  explicit Company(Ref<HostApplication> real) : real_(std::move(real)) {}
+  Ref<LanguageTable> Language() override { return real_->Language(); }
+  Ref<plovix::Translator> Translator() override { return real_->Translator(); }
+  Ref<plovix::ErrorReporter> ErrorReporter() override {
+    return std::shared_ptr<plovix::ErrorReporter>(real_.Shared(), this);
   }
-  std::shared_ptr<ObjectLoader> Loader() override { return real_->Loader(); }
+  Ref<plovix::UserRights> UserRights() override { return real_->UserRights(); }
+  Ref<plovix::Session> Session() override { return real_->Session(); }
+  Ref<plovix::Database> Database() override { return real_->Database(); }
+  Ref<plovix::DataObjectCatalog> DataObjectCatalog() override { return real_->DataObjectCatalog(); }
+  Ref<ObjectLoader> Loader() override { return real_->Loader(); }
   std::string Title() override { return real_->Title(); }
   std::string Path() override { return real_->Path(); }
   bool LanguageTagMode() override { return (void)real_->LanguageTagMode(), false; }  // texts are typed
@@ -66,16 +66,16 @@ class Company final : public HostApplication,
   bool can_continue = true;  // until the page says otherwise
 
  private:
-  std::shared_ptr<HostApplication> real_;
+  Ref<HostApplication> real_;
 };
 
 struct WatchedServices final : HostServices {
-  explicit WatchedServices(std::shared_ptr<HostServices> real_services)
+  explicit WatchedServices(Ref<HostServices> real_services)
       : real(std::move(real_services)),
         company(std::make_shared<Company>(Given(real->Application(), "Application"))) {}
-  std::shared_ptr<HostApplication> Application() override { return company; }
-  std::shared_ptr<ObjectFactory> Factory() override { return real->Factory(); }
-  std::shared_ptr<HostServices> real;
+  Ref<HostApplication> Application() override { return company; }
+  Ref<ObjectFactory> Factory() override { return real->Factory(); }
+  Ref<HostServices> real;
   std::shared_ptr<Company> company;
 };
 
@@ -161,7 +161,7 @@ class Walk {
   }
 
  private:
-  [[nodiscard]] std::shared_ptr<ValueStore> NewStore() const {
+  [[nodiscard]] Ref<ValueStore> NewStore() const {
     const auto store = exam_.Store();
     store->SetItem(store_key::kAutoTask, task_);
     return store;
@@ -171,15 +171,15 @@ class Walk {
     return false;
   }
 
-  [[nodiscard]] std::shared_ptr<WizardPage> Open(const std::string& name,
-                                                 const std::shared_ptr<ValueStore>& store) {
+  [[nodiscard]] std::shared_ptr<WizardPage> Open(const std::string& name, const Ref<ValueStore>& store) {
     company_->told.clear();
     company_->can_continue = true;
     std::shared_ptr<PageFactory> factory;
     (void)plovix_class_factory(kInterfaceVersion, ("Plovix." + name).c_str(), &factory, nullptr);
     auto page = Given(factory, "plovix_class_factory")->CreatePage();
     for (std::size_t i = 0; i < page->Controls().Count(); ++i) {
-      if (auto* slot = dynamic_cast<HostSlot*>(&page->Controls().At(i))) slot->Embed(exam_.Control());
+      if (auto* slot = dynamic_cast<HostSlot*>(&page->Controls().At(i)))
+        slot->Embed(exam_.Control().Shared());
     }
     page->IWizardPage_Initialize(company_, store);
     user_.Show(page->Controls());
@@ -212,8 +212,8 @@ class Walk {
 
   Examination& exam_;
   std::shared_ptr<Company> company_;
-  std::shared_ptr<AutoTask> task_;
-  std::shared_ptr<ValueStore> store_;
+  Ref<AutoTask> task_;
+  Ref<ValueStore> store_;
   User user_{*company_};
 };
 
@@ -243,8 +243,7 @@ Findings WalkPages(const HostUnderTest& host) {
       (void)Needed(host.services.host_services, "services");
       const auto watched =
           std::make_shared<WatchedServices>(Given(host.services.host_services(), "services"));
-      InstallServices(
-          {[watched]() -> std::shared_ptr<HostServices> { return watched; }, host.services.utilities});
+      InstallServices({[watched] { return watched; }, host.services.utilities});
       Walk(exam, watched->company).Go(RoadTo(option, pattern, caption));
     });
   }

@@ -7,7 +7,6 @@
 #include <plovix/host/services.h>
 
 #include <optional>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -75,21 +74,19 @@ class PageBase : public WizardPage {
 
   // What Initialize starts with, so that a page does not remember what it was before: keeps the references,
   // has no task, selects no option and has read nothing.
-  void Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store);
+  void Begin(Ref<WizardHost> host, Ref<ValueStore> store);
   // Re-captions the controls; lets failures through.
   void TranslateCaptions();
 
   // Text `id` of the pages' module.
   [[nodiscard]] static std::string GetString(int id, const std::vector<std::string>& parameters = {});
-  [[nodiscard]] static std::shared_ptr<HostApplication> Application() {
-    return Set(Services().Application());
-  }
+  [[nodiscard]] static Ref<HostApplication> Application() { return Services().Application(); }
   // A box of the host's with a text of the pages under the application's title; gives back the user's answer.
   static int MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters = {});
 
-  std::shared_ptr<WizardHost> Wizard;
-  std::shared_ptr<ValueStore> Store;
-  std::shared_ptr<AutoTask> Task;
+  Ref<WizardHost> Wizard;
+  Ref<ValueStore> Store;
+  Ref<AutoTask> Task;
 
  private:
   class Working {
@@ -114,7 +111,7 @@ class PageBase : public WizardPage {
 class CommonPage : public PageBase {
  public:
   using PageBase::PageBase;
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) final;
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) final;
   bool IWizardPage_CanChangePage(ChangeDirection direction) final;
 
   // Pushes the can-continue flag to the host; does nothing before Initialize and after Terminate.
@@ -122,10 +119,9 @@ class CommonPage : public PageBase {
 
  protected:
   // Takes the task out of the store where it holds one, as statements of the calling procedure.
-  void TakeTask(Statements& run, std::source_location where = std::source_location::current());
+  void TakeTask(RunAt run);
   // Gives the option the focus and selects it.
-  static void Choose(Statements& run, OptionButton& option,
-                     std::source_location where = std::source_location::current());
+  static void Choose(RunAt run, OptionButton& option);
 
  private:
   // Page-specific preparation between translating and refreshing.

@@ -5,8 +5,8 @@
 namespace plovix {
 
 bool Statements::WantsRetry(const Failure& failure, int line) const {
-  switch (Set(Set(Services().Application())->ErrorReporter())
-              ->Report(failure.Number(), failure.Description(), kModule, page_, procedure_, line)) {
+  switch (Services().Application()->ErrorReporter()->Report(failure.Number(), failure.Description(), kModule,
+                                                            page_, procedure_, line)) {
     case ReportAction::kRetry:
       return true;
     case ReportAction::kContinue:

@@ -48,11 +48,17 @@ class Statements {
     return value;
   }
 
+  // The same for what has a value of its own for nothing: that value when it was skipped.
+  template <class Expression>
+  [[nodiscard]] auto Get(Expression&& read, std::source_location where = std::source_location::current()) {
+    return Read(read, where).value_or(std::decay_t<std::invoke_result_t<Expression&>>());
+  }
+
   // Evaluates a condition as one statement; one that failed and was skipped counts as false. Only for
   // conditions whose other side loses nothing; else Read.
   template <class Condition>
   [[nodiscard]] bool If(Condition&& condition, std::source_location where = std::source_location::current()) {
-    return Read(condition, where).value_or(false);
+    return Get(condition, where);
   }
 
   // How many statements were skipped so far, by the reporter's answer.
@@ -73,6 +79,29 @@ class Statements {
   std::string_view page_;
   std::string_view procedure_;
   int skipped_ = 0;
+};
+
+// What a helper takes in place of the Statements of the procedure that calls it: its statements count as that
+// procedure's, at the line of the call, which must not be broken into several lines.
+struct RunAt {
+  RunAt(Statements& run,  // NOLINT(google-explicit-constructor): made by the call
+        std::source_location line = std::source_location::current())
+      : statements(run), where(line) {}
+  template <class Statement>
+  bool operator()(Statement&& statement) const {
+    return statements(statement, where);
+  }
+  template <class Expression>
+  [[nodiscard]] auto Read(Expression&& read) const {
+    return statements.Read(read, where);
+  }
+  template <class Condition>
+  [[nodiscard]] bool If(Condition&& condition) const {
+    return statements.If(condition, where);
+  }
+
+  Statements& statements;
+  const std::source_location where;
 };
 
 // Runs `body`, called with a Statements, as the named procedure of a page.

@@ -33,8 +33,7 @@ class IWizardPage {
   /// @}
   /// Keeps both references until Terminate, translates the captions, loads the values and pushes the
   /// can-continue flag through `host`. The store holds the task; the page's slots have been filled before.
-  virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
-                                      std::shared_ptr<ValueStore> store) = 0;
+  virtual void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) = 0;
   /// Drops both references; saves nothing.
   virtual void IWizardPage_Terminate() = 0;
   /// Writes the identifier of the page that follows, empty where this page ends the wizard. May leave

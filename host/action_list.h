@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "value.h"
 
@@ -34,7 +33,7 @@ class ActionList : public HostObject {
   /// @{
   /// 1-based; fails with 9 outside 1 .. Count(). Details removes the actions that do not fit any more, from
   /// the last to the first.
-  [[nodiscard]] virtual std::shared_ptr<Action> Item(std::int32_t index) = 0;
+  [[nodiscard]] virtual Ref<Action> Item(std::int32_t index) = 0;
   virtual void Remove(std::int32_t index) = 0;
   /// @}
 };

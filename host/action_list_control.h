@@ -4,7 +4,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 
 #include "action_list.h"
 #include "value_store.h"
@@ -18,13 +17,13 @@ class ActionListControl : public HostControl {
   /// "DataObjectKey" (text), "DesignerObjectType" (one of record_mode_bit; absent for an unknown record
   /// mode), and the store keys kDataObject, kDataObjects and kDesignerObjects. It stays nothing when that
   /// failed.
-  using ContextRequest = std::function<void(std::shared_ptr<ValueStore>& context)>;
+  using ContextRequest = std::function<void(Ref<ValueStore>& context)>;
 
   /// Takes the actions to edit; the list given is not changed by editing. Called while the page is
   /// initialized.
-  virtual void Load(const std::shared_ptr<ActionList>& actions) = 0;
+  virtual void Load(const Ref<ActionList>& actions) = 0;
   /// The actions as edited: a list of their own, never nothing. Called whenever the page saves.
-  [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
+  [[nodiscard]] virtual Ref<ActionList> Actions() = 0;
   /// Replaces an earlier handler; an empty one takes it away, which the page does in its Terminate. It may be
   /// called while the page that gave it is the current one.
   virtual void OnContextRequest(ContextRequest handler) = 0;

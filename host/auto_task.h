@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "action_list.h"
@@ -107,8 +106,8 @@ class AutoTask : public HostObject {
   /// @}
   /// @{
   /// By reference; nothing for a task without a set of its own, as every personal task is.
-  [[nodiscard]] virtual std::shared_ptr<plovix::Permissions> Permissions() = 0;
-  virtual void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) = 0;
+  [[nodiscard]] virtual Ref<plovix::Permissions> Permissions() = 0;
+  virtual void SetPermissions(Ref<plovix::Permissions> permissions) = 0;
   /// @}
   /// @{
   /// What the session might do with tasks on the data object when the task was last edited.
@@ -141,19 +140,19 @@ class AutoTask : public HostObject {
   /// @{
   /// When the task runs, by reference; nothing for a task without a schedule. RecurrenceTime makes one where
   /// there is none, Details drops it when the task is no longer given to the automation manager.
-  [[nodiscard]] virtual std::shared_ptr<plovix::Recurrence> Recurrence() = 0;
-  virtual void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) = 0;
+  [[nodiscard]] virtual Ref<plovix::Recurrence> Recurrence() = 0;
+  virtual void SetRecurrence(Ref<plovix::Recurrence> recurrence) = 0;
   /// @}
 
   /// @{
   /// By reference, never nothing; replaced by the first page, Details and Actions.
-  [[nodiscard]] virtual std::shared_ptr<ActionList> Actions() = 0;
-  virtual void SetActions(std::shared_ptr<ActionList> actions) = 0;
+  [[nodiscard]] virtual Ref<ActionList> Actions() = 0;
+  virtual void SetActions(Ref<ActionList> actions) = 0;
   /// @}
   /// @{
   /// By reference; may be nothing. Details edits a clone and gives it back.
-  [[nodiscard]] virtual std::shared_ptr<CategoryList> Categories() = 0;
-  virtual void SetCategories(std::shared_ptr<CategoryList> categories) = 0;
+  [[nodiscard]] virtual Ref<CategoryList> Categories() = 0;
+  virtual void SetCategories(Ref<CategoryList> categories) = 0;
   /// @}
 };
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "text_collection.h"
@@ -30,11 +29,11 @@ class CategoryList : public HostObject {
   /// The number of categories.
   [[nodiscard]] virtual std::int32_t Count() = 0;
   /// 1-based; fails with 9 outside 1 .. Count().
-  [[nodiscard]] virtual std::shared_ptr<Category> Item(std::int32_t index) = 0;
+  [[nodiscard]] virtual Ref<Category> Item(std::int32_t index) = 0;
   /// Appends a category, never nothing.
-  virtual void Add(std::shared_ptr<Category> category) = 0;
+  virtual void Add(Ref<Category> category) = 0;
   /// A list of its own with copies of the categories; never nothing.
-  [[nodiscard]] virtual std::shared_ptr<CategoryList> Clone() = 0;
+  [[nodiscard]] virtual Ref<CategoryList> Clone() = 0;
   /// Replaces the categories by those that a stored column value holds; the format is the host's. Called for
   /// every row of the query on stored tasks; fails on a value that cannot be read.
   virtual void Load(const std::string& column) = 0;
@@ -42,8 +41,7 @@ class CategoryList : public HostObject {
   /// @param tagged       the texts are language tags
   /// @param choose_tags  the tags are chosen in the tag editor
   /// @param known        tags, or texts, of the categories in use; may be nothing
-  [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags,
-                                  const std::shared_ptr<TextCollection>& known) = 0;
+  [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags, const Ref<TextCollection>& known) = 0;
 };
 
 }  // namespace plovix

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "value.h"
@@ -24,7 +23,7 @@ class DataObject : public HostObject {
   /// A number that Utilities::ObjectFromHandle turns back into this object while it lives; never 0.
   [[nodiscard]] virtual std::int32_t Handle() = 0;
   /// For the query builder; never nothing.
-  [[nodiscard]] virtual std::shared_ptr<FieldSource> Fields() = 0;
+  [[nodiscard]] virtual Ref<FieldSource> Fields() = 0;
 };
 
 /// A collection that a page only keeps and hands on (designer objects).
@@ -36,7 +35,7 @@ class DataObjectCollection : public ObjectCollection {
   /// The number of data objects.
   [[nodiscard]] virtual std::int32_t Count() = 0;
   /// 1-based; fails with 9 outside 1 .. Count(). In the order in which they are offered.
-  [[nodiscard]] virtual std::shared_ptr<DataObject> Item(std::int32_t index) = 0;
+  [[nodiscard]] virtual Ref<DataObject> Item(std::int32_t index) = 0;
 };
 
 /// Single data objects by name, at once.
@@ -44,7 +43,7 @@ class DataObjectCatalog {
  public:
   virtual ~DataObjectCatalog() = default;
   /// The data object of that name, never nothing; fails with 5 when there is none.
-  [[nodiscard]] virtual std::shared_ptr<DataObject> Find(const std::string& name) = 0;
+  [[nodiscard]] virtual Ref<DataObject> Find(const std::string& name) = 0;
 };
 
 /// Loads the application's collections. Loading may be slow; pages keep what they got.
@@ -52,9 +51,9 @@ class ObjectLoader {
  public:
   virtual ~ObjectLoader() = default;
   /// All data objects, offered or not; asked for when the user opens the list of the Details page.
-  [[nodiscard]] virtual std::shared_ptr<DataObjectCollection> LoadDataObjects() = 0;
+  [[nodiscard]] virtual Ref<DataObjectCollection> LoadDataObjects() = 0;
   /// What the action list wants to know of the application; may be an empty collection, never nothing.
-  [[nodiscard]] virtual std::shared_ptr<ObjectCollection> LoadDesignerObjects() = 0;
+  [[nodiscard]] virtual Ref<ObjectCollection> LoadDesignerObjects() = 0;
 };
 
 }  // namespace plovix

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -30,7 +29,7 @@ class Recordset {
   [[nodiscard]] virtual bool Eof() = 0;
   /// @}
   /// The column of that name, never nothing; fails with 3265 when there is none.
-  [[nodiscard]] virtual std::shared_ptr<Field> Fields(const std::string& name) = 0;
+  [[nodiscard]] virtual Ref<Field> Fields(const std::string& name) = 0;
   /// Fails with 3021 behind the last row. A row that cannot be read fails and ends the pass.
   virtual void MoveNext() = 0;
 };
@@ -41,10 +40,9 @@ class DatabaseConnection {
   virtual ~DatabaseConnection() = default;
   /// Opens a query, on its first row; never nothing. `type` (4), `options` (0), `lock` (none) and `flags`
   /// (-1) select the host's kind of cursor; a host may take no notice of them.
-  [[nodiscard]] virtual std::shared_ptr<Recordset> OpenRecordset(const std::string& query, std::int32_t type,
-                                                                 std::int32_t options,
-                                                                 std::optional<std::int32_t> lock,
-                                                                 std::int32_t flags) = 0;
+  [[nodiscard]] virtual Ref<Recordset> OpenRecordset(const std::string& query, std::int32_t type,
+                                                     std::int32_t options, std::optional<std::int32_t> lock,
+                                                     std::int32_t flags) = 0;
 };
 
 /// From HostApplication::Database.
@@ -52,7 +50,7 @@ class Database {
  public:
   virtual ~Database() = default;
   /// Never nothing.
-  [[nodiscard]] virtual std::shared_ptr<DatabaseConnection> Connection() = 0;
+  [[nodiscard]] virtual Ref<DatabaseConnection> Connection() = 0;
 };
 
 }  // namespace plovix

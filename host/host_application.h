@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "data_object.h"
@@ -50,14 +49,14 @@ class HostApplication {
   virtual ~HostApplication() = default;
   /// @{
   /// The host's object of that kind.
-  [[nodiscard]] virtual std::shared_ptr<LanguageTable> Language() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::Translator> Translator() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::ErrorReporter> ErrorReporter() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::UserRights> UserRights() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::Session> Session() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::Database> Database() = 0;
-  [[nodiscard]] virtual std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() = 0;
-  [[nodiscard]] virtual std::shared_ptr<ObjectLoader> Loader() = 0;
+  [[nodiscard]] virtual Ref<LanguageTable> Language() = 0;
+  [[nodiscard]] virtual Ref<plovix::Translator> Translator() = 0;
+  [[nodiscard]] virtual Ref<plovix::ErrorReporter> ErrorReporter() = 0;
+  [[nodiscard]] virtual Ref<plovix::UserRights> UserRights() = 0;
+  [[nodiscard]] virtual Ref<plovix::Session> Session() = 0;
+  [[nodiscard]] virtual Ref<plovix::Database> Database() = 0;
+  [[nodiscard]] virtual Ref<plovix::DataObjectCatalog> DataObjectCatalog() = 0;
+  [[nodiscard]] virtual Ref<ObjectLoader> Loader() = 0;
   /// @}
   [[nodiscard]] virtual std::string Title() = 0;  ///< title of message boxes
   [[nodiscard]] virtual std::string

@@ -2,7 +2,6 @@
 /// The host's query builder, as the Query page opens it.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "data_object.h"
@@ -25,8 +24,7 @@ class QueryBuilder : public HostObject {
  public:
   /// Opens the builder on the definition and the fields of `source`. True when the user confirmed: the
   /// definition then holds the text as built. Modal.
-  [[nodiscard]] virtual bool Show(const std::shared_ptr<QueryDefinition>& definition,
-                                  const std::shared_ptr<FieldSource>& source) = 0;
+  [[nodiscard]] virtual bool Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) = 0;
 };
 
 }  // namespace plovix

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "value.h"
 
@@ -115,8 +114,8 @@ class Recurrence : public HostObject {
   /// @}
   /// @{
   /// The current pattern, by reference; nothing while the task has none.
-  [[nodiscard]] virtual std::shared_ptr<PatternBase> Pattern() = 0;
-  virtual void SetPattern(std::shared_ptr<PatternBase> pattern) = 0;
+  [[nodiscard]] virtual Ref<PatternBase> Pattern() = 0;
+  virtual void SetPattern(Ref<PatternBase> pattern) = 0;
   /// @}
   /// @{
   /// One of time_kind.

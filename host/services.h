@@ -4,7 +4,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 
 #include "action_list.h"
@@ -21,22 +20,22 @@ namespace plovix {
 class ObjectFactory {
  public:
   virtual ~ObjectFactory() = default;
-  [[nodiscard]] virtual std::shared_ptr<ActionList> NewActionList() = 0;          ///< empty
-  [[nodiscard]] virtual std::shared_ptr<ValueStore> NewValueStore() = 0;          ///< empty
-  [[nodiscard]] virtual std::shared_ptr<CategoryList> NewCategoryList() = 0;      ///< empty
-  [[nodiscard]] virtual std::shared_ptr<Category> NewCategory() = 0;              ///< public, without a tag
-  [[nodiscard]] virtual std::shared_ptr<TextCollection> NewTextCollection() = 0;  ///< empty
-  [[nodiscard]] virtual std::shared_ptr<PermissionEditor> NewPermissionEditor() = 0;  ///< for one use
-  [[nodiscard]] virtual std::shared_ptr<QueryDefinition> NewQueryDefinition() = 0;    ///< without a text
-  [[nodiscard]] virtual std::shared_ptr<QueryBuilder> NewQueryBuilder() = 0;          ///< for one use
+  [[nodiscard]] virtual Ref<ActionList> NewActionList() = 0;              ///< empty
+  [[nodiscard]] virtual Ref<ValueStore> NewValueStore() = 0;              ///< empty
+  [[nodiscard]] virtual Ref<CategoryList> NewCategoryList() = 0;          ///< empty
+  [[nodiscard]] virtual Ref<Category> NewCategory() = 0;                  ///< public, without a tag
+  [[nodiscard]] virtual Ref<TextCollection> NewTextCollection() = 0;      ///< empty
+  [[nodiscard]] virtual Ref<PermissionEditor> NewPermissionEditor() = 0;  ///< for one use
+  [[nodiscard]] virtual Ref<QueryDefinition> NewQueryDefinition() = 0;    ///< without a text
+  [[nodiscard]] virtual Ref<QueryBuilder> NewQueryBuilder() = 0;          ///< for one use
   /// With the host's initial values; without a pattern.
-  [[nodiscard]] virtual std::shared_ptr<Recurrence> NewRecurrence() = 0;
+  [[nodiscard]] virtual Ref<Recurrence> NewRecurrence() = 0;
   /// @{
   /// With nothing set: every number 0, every choice off.
-  [[nodiscard]] virtual std::shared_ptr<DailyPattern> NewDailyPattern() = 0;
-  [[nodiscard]] virtual std::shared_ptr<WeeklyPattern> NewWeeklyPattern() = 0;
-  [[nodiscard]] virtual std::shared_ptr<MonthlyPattern> NewMonthlyPattern() = 0;
-  [[nodiscard]] virtual std::shared_ptr<YearlyPattern> NewYearlyPattern() = 0;
+  [[nodiscard]] virtual Ref<DailyPattern> NewDailyPattern() = 0;
+  [[nodiscard]] virtual Ref<WeeklyPattern> NewWeeklyPattern() = 0;
+  [[nodiscard]] virtual Ref<MonthlyPattern> NewMonthlyPattern() = 0;
+  [[nodiscard]] virtual Ref<YearlyPattern> NewYearlyPattern() = 0;
   /// @}
 };
 
@@ -45,9 +44,9 @@ class HostServices {
  public:
   virtual ~HostServices() = default;
   /// Never nothing. Also on the way to the error reporter, so it must not fail.
-  [[nodiscard]] virtual std::shared_ptr<HostApplication> Application() = 0;
+  [[nodiscard]] virtual Ref<HostApplication> Application() = 0;
   /// Never nothing.
-  [[nodiscard]] virtual std::shared_ptr<ObjectFactory> Factory() = 0;
+  [[nodiscard]] virtual Ref<ObjectFactory> Factory() = 0;
 };
 
 /// What ServicesUtilities() answers with: small services of the host. All texts are UTF-8.
@@ -73,9 +72,8 @@ class Utilities {
 /// What the host installs. Each function is called at most once per thread and installation, on that
 /// thread, and must not return nothing.
 struct ServicesProvider {
-  std::function<std::shared_ptr<HostServices>()> host_services;  ///< makes what Services() answers with
-  std::function<std::shared_ptr<plovix::Utilities>()>
-      utilities;  ///< makes what ServicesUtilities() answers with
+  std::function<Ref<HostServices>()> host_services;   ///< makes what Services() answers with
+  std::function<Ref<plovix::Utilities>()> utilities;  ///< makes what ServicesUtilities() answers with
 };
 
 /// Installs a provider; objects made by an earlier one are dropped on each thread's next use. An empty

@@ -7,9 +7,10 @@
 #include <plovix/controls/kinds.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <variant>
+
+#include "ref.h"
 
 namespace plovix {
 
@@ -19,19 +20,19 @@ class HostObject {
   virtual ~HostObject() = default;
 };
 
-/// A counted reference; may be nothing.
-using ObjectRef = std::shared_ptr<HostObject>;
+/// To any of them; may be nothing.
+using ObjectRef = Ref<HostObject>;
 /// A value of any of these types; monostate is a missing one. Texts are UTF-8.
 using Value = std::variant<std::monostate, bool, std::int32_t, double, std::string, DateTime, ObjectRef>;
 
 /// The object in `value` as a T; nothing for a missing value or an empty reference. Fails with 13 when the
 /// value is no object, or an object of another class.
 template <class T>
-[[nodiscard]] std::shared_ptr<T> ObjectFrom(const Value& value) {
+[[nodiscard]] Ref<T> ObjectFrom(const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return nullptr;
   const auto* reference = std::get_if<ObjectRef>(&value);
   if (reference != nullptr && !*reference) return nullptr;
-  auto object = reference != nullptr ? std::dynamic_pointer_cast<T>(*reference) : nullptr;
+  const auto object = reference != nullptr ? As<T>(*reference) : nullptr;
   if (!object) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   return object;
 }

@@ -21,7 +21,7 @@ class ValueStore : public HostObject {
   /// Adds under a new key; fails with 457 when the key is in use.
   virtual void Add(const std::string& key, Value value) = 0;
   /// The entry under the key; fails with 5 when there is none.
-  [[nodiscard]] virtual std::shared_ptr<StoreEntry> Item(const std::string& key) = 0;
+  [[nodiscard]] virtual Ref<StoreEntry> Item(const std::string& key) = 0;
   /// The value under the key, else `fallback`; never fails for an absent key.
   [[nodiscard]] virtual Value GetValue(const std::string& key, const Value& fallback) = 0;
   /// Stores, replacing any earlier value.

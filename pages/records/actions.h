@@ -19,15 +19,15 @@ class Actions final : public PageWith<kActionsDesign> {
   Outcome SaveValues() override;
   // The context of the action list. Loads each collection at most once in the page's life; where a
   // failure leaves it, the wait pointer stays until the next change of pointer.
-  std::shared_ptr<ValueStore> GetProperties();
+  Ref<ValueStore> GetProperties();
 
   // The embedded control; fails with 91 when the host embedded none.
-  [[nodiscard]] std::shared_ptr<ActionListControl> List() const;
+  [[nodiscard]] Ref<ActionListControl> List() const;
 
   plovix::HostSlot& VeloActionList = control<"VeloActionList">();
-  std::shared_ptr<plovix::DataObject> DataObject;
-  std::shared_ptr<ObjectCollection> DataObjects;
-  std::shared_ptr<ObjectCollection> DesignerObjects;
+  Ref<plovix::DataObject> DataObject;
+  Ref<ObjectCollection> DataObjects;
+  Ref<ObjectCollection> DesignerObjects;
 };
 
 }  // namespace plovix

@@ -29,20 +29,16 @@ class NumericPage : public CommonPage {
                                      std::int32_t limit = kNoLimit);
   // What Validate says of a field: one text when it is not numeric, another when it is out of range. False
   // when it said something; the user is then in the field with its text selected.
-  static bool Accepts(Statements& run, TextBox& box, int not_numeric_text, int out_of_range_text,
-                      std::int32_t limit = kNoLimit,
-                      std::source_location where = std::source_location::current());
-  static void Refuse(Statements& run, TextBox& box, int text,
-                     std::source_location where = std::source_location::current());
+  static bool Accepts(RunAt run, TextBox& box, int not_numeric_text, int out_of_range_text,
+                      std::int32_t limit = kNoLimit);
+  static void Refuse(RunAt run, TextBox& box, int text);
   // Gives the field the focus and selects its text.
-  static void SendTo(Statements& run, TextBox& box,
-                     std::source_location where = std::source_location::current());
+  static void SendTo(RunAt run, TextBox& box);
   // What saving does with a field that failed its silent test: writes "1" into it. Leaves the procedure
   // when the test was left, so that nothing is replaced that may be good.
-  void Repair(Statements& run, std::optional<bool> valid, TextBox& box,
-              std::source_location where = std::source_location::current());
+  void Repair(RunAt run, std::optional<bool> valid, TextBox& box);
   // Writes "1" with the guard raised.
-  void SetToOne(Statements& run, TextBox& box, std::source_location where = std::source_location::current());
+  void SetToOne(RunAt run, TextBox& box);
 
   // The event procedure of editing a value: chooses its line, which under the guard does not happen, and
   // refreshes.

@@ -15,28 +15,24 @@ class AnyPatternPage : public NumericPage {
 
  protected:
   // The task's current pattern object; nothing when it has none.
-  [[nodiscard]] std::shared_ptr<PatternBase> CurrentPattern() const;
+  [[nodiscard]] Ref<PatternBase> CurrentPattern() const;
   // Puts the working object into the store and, where the task has a recurrence, makes it the task's pattern.
-  void StorePattern(Statements& run, const char* key, const std::shared_ptr<PatternBase>& pattern,
-                    std::source_location where);
+  void StorePattern(RunAt run, const char* key, const Ref<PatternBase>& pattern);
   // Chooses the line that the pattern says, `relative` or `specific`; neither where that cannot be read.
   template <class Expression>
-  void LoadLine(Statements& run, OptionButton& relative, OptionButton& specific, Expression&& is_relative,
-                std::source_location where = std::source_location::current()) {
+  void LoadLine(RunAt run, OptionButton& relative, OptionButton& specific, Expression&& is_relative) {
     bool answer = false;
-    if (Load(
-            run, relative, [&] { answer = is_relative(); }, where))
-      Choose(run, answer ? relative : specific, where);
+    const auto read = [&] { answer = is_relative(); };
+    if (Load(run.statements, relative, read, run.where)) Choose(run, answer ? relative : specific);
   }
   // Appends the texts `first` to `last` to the list; an empty one where a text cannot be had.
-  static void AddTexts(Statements& run, ComboBox& list, int first, int last,
-                       std::source_location where = std::source_location::current());
+  static void AddTexts(RunAt run, ComboBox& list, int first, int last);
   // Selects the entry at a 0-based position; fails with 380 outside the list.
   static void SelectEntry(ComboBox& list, std::int64_t position);
 };
 
 // PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: makes a fresh object.
-template <class PatternType, const char* kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
+template <class PatternType, const char* kKey, Ref<PatternType> (ObjectFactory::*kNew)()>
 class PatternPage : public AnyPatternPage {
  public:
   using AnyPatternPage::AnyPatternPage;
@@ -45,32 +41,27 @@ class PatternPage : public AnyPatternPage {
   // Takes the task, then the working object: the store's; else the task's own when it is of this page's kind;
   // else a new one. A pattern of another kind stays the task's until this page saves. Without one where
   // what there is could not be read: nothing may take its place.
-  void TakePattern(Statements& run, std::source_location where = std::source_location::current()) {
+  void TakePattern(RunAt run) {
     Pattern = nullptr;
-    TakeTask(run, where);
-    const auto held = run.Read([&] { return Set(Store)->Exists(kKey); }, where);
+    TakeTask(run);
+    const auto held = run.Read([&] { return Store->Exists(kKey); });
     if (!held) return;
     if (*held) {
-      run([&] { Pattern = ObjectFrom<PatternType>(Set(Set(Store)->Item(kKey))->Value()); }, where);
+      run([&] { Pattern = ObjectFrom<PatternType>(Store->Item(kKey)->Value()); });
       return;
     }
-    const auto current = run.Read([&] { return CurrentPattern(); }, where);
+    const auto current = run.Read([&] { return CurrentPattern(); });
     if (!current) return;
-    Pattern = std::dynamic_pointer_cast<PatternType>(*current);
-    if (!Pattern) run([&] { Pattern = ((*Services().Factory()).*kNew)(); }, where);
+    Pattern = As<PatternType>(*current);
+    if (!Pattern) run([&] { Pattern = ((*Services().Factory()).*kNew)(); });
   }
-  void StorePattern(Statements& run, std::source_location where = std::source_location::current()) {
-    AnyPatternPage::StorePattern(run, kKey, Pattern, where);
-  }
+  void StorePattern(RunAt run) { AnyPatternPage::StorePattern(run, kKey, Pattern); }
   // Gives a number of the pattern that is not yet set the value 1, at once.
-  void SetUnsetToOne(Statements& run, std::int32_t (PatternType::*get)(),
-                     void (PatternType::*set)(std::int32_t),
-                     std::source_location where = std::source_location::current()) {
-    const auto unset = [&] { return ((*Set(Pattern)).*get)() == 0; };
-    if (run.If(unset, where)) run([&] { ((*Set(Pattern)).*set)(1); }, where);
+  void SetUnsetToOne(RunAt run, std::int32_t (PatternType::*get)(), void (PatternType::*set)(std::int32_t)) {
+    if (run.If([&] { return ((*Pattern).*get)() == 0; })) run([&] { ((*Pattern).*set)(1); });
   }
 
-  std::shared_ptr<PatternType> Pattern;  // the working object
+  Ref<PatternType> Pattern;  // the working object
 };
 
 }  // namespace plovix

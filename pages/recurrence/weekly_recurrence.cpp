@@ -22,11 +22,11 @@ Outcome WeeklyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     SetUnsetToOne(run, &WeeklyPattern::EveryNWeeks, &WeeklyPattern::SetEveryNWeeks);
-    Load(run, txtWeeks, [&] { txtWeeks.SetText(std::to_string(Set(Pattern)->EveryNWeeks())); });
+    Load(run, txtWeeks, [&] { txtWeeks.SetText(std::to_string(Pattern->EveryNWeeks())); });
     std::int32_t index = 0;
     for (CheckBox* day : days_) {
       ++index;
-      Load(run, *day, [&] { day->SetValue(Set(Pattern)->Day(index) ? 1 : day->Value()); });
+      Load(run, *day, [&] { day->SetValue(Pattern->Day(index) ? 1 : day->Value()); });
     }
   });
 }
@@ -54,11 +54,11 @@ bool WeeklyRecurrence::Validate() {
 Outcome WeeklyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateWeeks(), txtWeeks);
-    Save(run, txtWeeks, [&] { Set(Pattern)->SetEveryNWeeks(Integer(txtWeeks)); });
+    Save(run, txtWeeks, [&] { Pattern->SetEveryNWeeks(Integer(txtWeeks)); });
     std::int32_t index = 0;
     for (const CheckBox* day : days_) {
       ++index;
-      Save(run, *day, [&] { Set(Pattern)->SetDay(index, day->Checked()); });
+      Save(run, *day, [&] { Pattern->SetDay(index, day->Checked()); });
     }
     StorePattern(run);
   });

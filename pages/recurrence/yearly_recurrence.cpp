@@ -54,16 +54,16 @@ Outcome YearlyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     const Raised guard(updating);
-    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Set(Pattern)->UseRelativeDay(); });
+    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Pattern->UseRelativeDay(); });
     SetUnsetToOne(run, &YearlyPattern::DayOfMonth, &YearlyPattern::SetDayOfMonth);
     SetUnsetToOne(run, &YearlyPattern::Month, &YearlyPattern::SetMonth);
     SetUnsetToOne(run, &YearlyPattern::RelativeDayOfWeek, &YearlyPattern::SetRelativeDayOfWeek);
-    Load(run, txtSpecificDay, [&] { txtSpecificDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    Load(run, txtSpecificDay, [&] { txtSpecificDay.SetText(std::to_string(Pattern->DayOfMonth())); });
     for (ComboBox* list : {&cboSpecificDayMonth, &cboRelativeDayMonth})
-      Load(run, *list, [&] { SelectEntry(*list, std::int64_t{Set(Pattern)->Month()} - 1); });
-    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+      Load(run, *list, [&] { SelectEntry(*list, std::int64_t{Pattern->Month()} - 1); });
+    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Pattern->RelativeWeek()); });
     Load(run, cboDayOfWeek,
-         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Pattern->RelativeDayOfWeek()} - 1); });
   });
 }
 
@@ -102,14 +102,14 @@ bool YearlyRecurrence::Validate() {
 Outcome YearlyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateSpecificDay(), txtSpecificDay);
-    Save(run, optRelativeDay, [&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
-    if (const auto relative = run.Read([&] { return Set(Pattern)->UseRelativeDay(); })) {
+    Save(run, optRelativeDay, [&] { Pattern->SetUseRelativeDay(optRelativeDay.Selected()); });
+    if (const auto relative = run.Read([&] { return Pattern->UseRelativeDay(); })) {
       const ComboBox& month = *relative ? cboRelativeDayMonth : cboSpecificDayMonth;
-      Save(run, month, [&] { Set(Pattern)->SetMonth(month.Index() + 1); });
+      Save(run, month, [&] { Pattern->SetMonth(month.Index() + 1); });
     }
-    Save(run, txtSpecificDay, [&] { Set(Pattern)->SetDayOfMonth(Integer(txtSpecificDay)); });
-    Save(run, cboRelativeDay, [&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
-    Save(run, cboDayOfWeek, [&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    Save(run, txtSpecificDay, [&] { Pattern->SetDayOfMonth(Integer(txtSpecificDay)); });
+    Save(run, cboRelativeDay, [&] { Pattern->SetRelativeWeek(cboRelativeDay.Index()); });
+    Save(run, cboDayOfWeek, [&] { Pattern->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
     StorePattern(run);
   });
 }

@@ -11,7 +11,7 @@ class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, PageBase> {
   AutoTaskType();
 
   // No handler: failures go to the caller, as from every operation of this page.
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override;
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override;
   void IWizardPage_GetNextPage(std::string& next) override;
   bool IWizardPage_CanChangePage(ChangeDirection direction) override;
 

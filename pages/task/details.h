@@ -30,8 +30,7 @@ class Details final : public PageWith<kDetailsDesign> {
   void Forget();
   // Opens the tag editor on `tag`, with `choices` or nothing, and shows the chosen tag's text in `box`.
   template <class Box>
-  void ChooseTag(std::string_view procedure, std::string& tag, const std::shared_ptr<TextCollection>& choices,
-                 Box& box);
+  void ChooseTag(std::string_view procedure, std::string& tag, const Ref<TextCollection>& choices, Box& box);
   void txtName_LostFocus();
   void UserControl_Show();
 
@@ -86,15 +85,15 @@ class Details final : public PageWith<kDetailsDesign> {
   std::string DescriptionTag;
   std::string ShortDescriptionTag;
 
-  std::shared_ptr<CategoryList> Categories;  // the working list; the task gets it in SaveValues
+  Ref<CategoryList> Categories;  // the working list; the task gets it in SaveValues
   bool MultipleCategories = false;
   std::string CategoryTag;
-  std::shared_ptr<TextCollection> CategoryTags;      // of the listed categories; nothing before there is one
+  Ref<TextCollection> CategoryTags;                  // of the listed categories; nothing before there is one
   std::unordered_set<std::string> ListedCategories;  // their texts, folded
   bool CategoriesLoaded = false;
 
-  std::shared_ptr<plovix::DataObject> DataObject;
-  std::shared_ptr<DataObjectCollection> DataObjects;
+  Ref<plovix::DataObject> DataObject;
+  Ref<DataObjectCollection> DataObjects;
   bool DataObjectsLoaded = false;
 
   CommandButton& cmdShortDescriptionLangTag = control<"cmdShortDescriptionLangTag">();

@@ -54,7 +54,7 @@ std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std
   if (type >= keys.size() || type + 1 == recurrence->pattern.index()) return recurrence;
   const auto entry = store.find(keys.at(type));
   const auto* held = entry == store.end() ? nullptr : std::get_if<ObjectRef>(&entry->second);
-  auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->get());
+  auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->Get());
   recurrence->pattern = PatternValues(pattern).value_or(PatternRecord{});
   return recurrence;
 }

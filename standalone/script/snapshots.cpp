@@ -110,7 +110,7 @@ Json ValueJson(const Value& value, ObjectNumbers& numbers) {
         } else if constexpr (std::is_same_v<T, ObjectRef>) {
           if (!held) return nullptr;
           const auto* kind =
-              std::ranges::find_if(kObjectKinds, [&](const auto& each) { return each.fits(held.get()); });
+              std::ranges::find_if(kObjectKinds, [&](const auto& each) { return each.fits(held.Get()); });
           return {{"kind", kind->name}, {"number", numbers.Of(held)}};
         } else {
           return held;
@@ -149,7 +149,7 @@ Json PageJson(const VeloWiz* wizard) {
 }
 
 int ObjectNumbers::Of(const ObjectRef& object) {
-  return numbers_.try_emplace(object, static_cast<int>(numbers_.size()) + 1).first->second;
+  return numbers_.try_emplace(object.Shared(), static_cast<int>(numbers_.size()) + 1).first->second;
 }
 
 Json StoreJson(const std::map<std::string, Value>& values, ObjectNumbers& numbers) {

@@ -217,13 +217,12 @@ struct ForgivingUtilities final : OddUtilities {
       return nullptr;
     }
   }
-  std::shared_ptr<Utilities> real;
+  Ref<Utilities> real;
 };
 
 Defects ApplicationDefects() {
   const auto on_one_thread = [](Rig& rig) {
-    rig.host.services.host_services = [&rig,
-                                       here = std::this_thread::get_id()]() -> std::shared_ptr<HostServices> {
+    rig.host.services.host_services = [&rig, here = std::this_thread::get_id()]() -> Ref<HostServices> {
       return std::this_thread::get_id() == here ? rig.services : nullptr;
     };
   };
@@ -262,21 +261,20 @@ Defects ApplicationDefects() {
        On("LanguageTable.GetString", [](Rig& rig) { rig.state.texts.page_texts[4] += "x"; })},
       {{"SetLinkStyle does not"}, FailOn("Translator.SetLinkStyle")},
       {{"gives nothing"}, [](Rig& rig) { rig.services->no_application = true; }},
-      {{"Unknown failure"},
-       [](Rig& rig) { rig.host.make_task = []() -> std::shared_ptr<AutoTask> { throw 42; }; }},
+      {{"Unknown failure"}, [](Rig& rig) { rig.host.make_task = []() -> Ref<AutoTask> { throw 42; }; }},
   };
 }
 
 // A control that edits the very list it was given, and gives it or a copy of it.
 struct SharingControl final : ActionListControl {
   explicit SharingControl(bool with_copies) : copies(with_copies) {}
-  void Load(const std::shared_ptr<ActionList>& actions) override { list = actions; }
-  std::shared_ptr<ActionList> Actions() override {
+  void Load(const Ref<ActionList>& actions) override { list = actions; }
+  Ref<ActionList> Actions() override {
     return copies ? std::make_shared<ActionListObject>(dynamic_cast<ActionListObject&>(*list).records) : list;
   }
   void OnContextRequest(ContextRequest) override {}
   bool copies;
-  std::shared_ptr<ActionList> list;
+  Ref<ActionList> list;
 };
 
 Defects DataDefects() {
@@ -431,21 +429,19 @@ TEST(Conformance, AFailureOfAnyMemberIsNoticed) {
 
 // An application of which one reference is nothing.
 struct Gappy final : HostApplication {
-  Gappy(std::shared_ptr<HostApplication> all, int which) : real(std::move(all)), gap(which) {}
+  Gappy(Ref<HostApplication> all, int which) : real(std::move(all)), gap(which) {}
   template <class T>
-  std::shared_ptr<T> Unless(int which, std::shared_ptr<T> object) {
+  Ref<T> Unless(int which, Ref<T> object) {
     return which == gap ? nullptr : object;
   }
-  std::shared_ptr<LanguageTable> Language() override { return Unless(0, real->Language()); }
-  std::shared_ptr<plovix::Translator> Translator() override { return Unless(1, real->Translator()); }
-  std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return Unless(2, real->ErrorReporter()); }
-  std::shared_ptr<plovix::UserRights> UserRights() override { return Unless(3, real->UserRights()); }
-  std::shared_ptr<plovix::Session> Session() override { return Unless(4, real->Session()); }
-  std::shared_ptr<plovix::Database> Database() override { return Unless(5, real->Database()); }
-  std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    return Unless(6, real->DataObjectCatalog());
-  }
-  std::shared_ptr<ObjectLoader> Loader() override { return Unless(7, real->Loader()); }
+  Ref<LanguageTable> Language() override { return Unless(0, real->Language()); }
+  Ref<plovix::Translator> Translator() override { return Unless(1, real->Translator()); }
+  Ref<plovix::ErrorReporter> ErrorReporter() override { return Unless(2, real->ErrorReporter()); }
+  Ref<plovix::UserRights> UserRights() override { return Unless(3, real->UserRights()); }
+  Ref<plovix::Session> Session() override { return Unless(4, real->Session()); }
+  Ref<plovix::Database> Database() override { return Unless(5, real->Database()); }
+  Ref<plovix::DataObjectCatalog> DataObjectCatalog() override { return Unless(6, real->DataObjectCatalog()); }
+  Ref<ObjectLoader> Loader() override { return Unless(7, real->Loader()); }
   std::string Title() override { return real->Title(); }
   std::string Path() override { return real->Path(); }
   bool LanguageTagMode() override { return real->LanguageTagMode(); }
@@ -455,7 +451,7 @@ struct Gappy final : HostApplication {
              const std::string& help) override {
     return real->MsgBox(prompt, buttons, title, help);
   }
-  std::shared_ptr<HostApplication> real;
+  Ref<HostApplication> real;
   int gap;
 };
 

@@ -59,7 +59,7 @@ Rig::Rig() {
     (void)dynamic_cast<VeloActionList&>(control).OfferedKinds();
   };
   host.remove_action = [](ActionListControl& control) { dynamic_cast<VeloActionList&>(control).Remove(0); };
-  host.store_task = [this](const std::shared_ptr<AutoTask>& given) {
+  host.store_task = [this](const Ref<AutoTask>& given) {
     TaskRecord stored = scene.storage.Save(dynamic_cast<TaskObject&>(*given).Record(), state.Now());
     change_stored(stored);
     return task = MakeTask(state, stored);

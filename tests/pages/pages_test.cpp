@@ -12,15 +12,15 @@ using namespace testing_support;
 // Keeps the context that the page gives out: an action list that asks on demand.
 class AskingList final : public ActionListControl {
  public:
-  void Load(const std::shared_ptr<ActionList>& actions) override { loaded = actions; }
-  std::shared_ptr<ActionList> Actions() override { return std::make_shared<ActionListObject>(); }
+  void Load(const Ref<ActionList>& actions) override { loaded = actions; }
+  Ref<ActionList> Actions() override { return std::make_shared<ActionListObject>(); }
   void OnContextRequest(ContextRequest handler) override { request = std::move(handler); }
   std::shared_ptr<StoreObject> Ask() {
-    std::shared_ptr<ValueStore> context;
+    Ref<ValueStore> context;
     request(context);
-    return std::dynamic_pointer_cast<StoreObject>(context);
+    return As<StoreObject>(context).Shared();
   }
-  std::shared_ptr<ActionList> loaded;
+  Ref<ActionList> loaded;
   ContextRequest request;
 };
 

@@ -184,7 +184,7 @@ inline Snapshot TaskAndStore(const Bench& bench) {
   for (auto& [key, value] : all.store) {
     const auto* object = std::get_if<ObjectRef>(&value);
     if (object == nullptr) continue;
-    if (const auto pattern = PatternValues(dynamic_cast<PatternBase*>(object->get()))) {
+    if (const auto pattern = PatternValues(dynamic_cast<PatternBase*>(object->Get()))) {
       all.patterns.push_back(*pattern);
     }
     value = *object != nullptr;

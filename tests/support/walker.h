@@ -46,7 +46,7 @@ struct PageMade {
 
 // The wizard as a page holds it.
 struct PageAccess : PageBase {
-  static std::shared_ptr<WizardHost>& Host(PageBase& page) { return page.*&PageAccess::Wizard; }
+  static Ref<WizardHost>& Host(PageBase& page) { return page.*&PageAccess::Wizard; }
 };
 
 class Walker {

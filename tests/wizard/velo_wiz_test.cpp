@@ -30,7 +30,7 @@ class ScriptedPage final : public PageWith<kScripted, CommonPage> {
     ++script_.made;
     txtNext.On(Event::kChange, [this] { RefreshWizard(); });
     control<"cmdGo">().On(Event::kClick, [this] {
-      script_.go(*Set(Wizard));
+      script_.go(*Wizard);
       script_.alive_behind_go = script_.alive;
     });
   }
