@@ -33,19 +33,19 @@ std::int32_t CategoryListObject::Count() {
   return static_cast<std::int32_t>(items_.size());
 }
 
-std::shared_ptr<Category> CategoryListObject::Item(std::int32_t index) {
+Ref<Category> CategoryListObject::Item(std::int32_t index) {
   Called("CategoryList.Item");
   return items_[ListPosition(index, items_.size())];
 }
 
-void CategoryListObject::Add(std::shared_ptr<Category> category) {
+void CategoryListObject::Add(Ref<Category> category) {
   Called("CategoryList.Add");
-  auto own = std::dynamic_pointer_cast<CategoryObject>(category);
+  auto own = As<CategoryObject>(category);
   if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   items_.push_back(std::move(own));
 }
 
-std::shared_ptr<CategoryList> CategoryListObject::Clone() {
+Ref<CategoryList> CategoryListObject::Clone() {
   Called("CategoryList.Clone");
   return std::make_shared<CategoryListObject>(state_, Records());
 }
@@ -55,10 +55,9 @@ void CategoryListObject::Load(const std::string& column) {
   Assign(DecodeCategories(column));
 }
 
-bool CategoryListObject::Edit(bool tagged, bool /*choose_tags*/,
-                              const std::shared_ptr<TextCollection>& known) {
+bool CategoryListObject::Edit(bool tagged, bool /*choose_tags*/, const Ref<TextCollection>& known) {
   Called("CategoryList.Edit");
-  const auto edited = state_.dialogs->EditCategories(Records(), tagged, TextsOf(known.get()));
+  const auto edited = state_.dialogs->EditCategories(Records(), tagged, TextsOf(known.Get()));
   if (edited) Assign(*edited);
   return edited.has_value();
 }

@@ -40,13 +40,12 @@ class CategoryListObject final : public CategoryList {
     Assign(initial);
   }
   [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<Category> Item(std::int32_t index) override;
+  [[nodiscard]] Ref<Category> Item(std::int32_t index) override;
   /// Fails with 13 on a category that this host did not make.
-  void Add(std::shared_ptr<Category> category) override;
-  [[nodiscard]] std::shared_ptr<CategoryList> Clone() override;
+  void Add(Ref<Category> category) override;
+  [[nodiscard]] Ref<CategoryList> Clone() override;
   void Load(const std::string& column) override;
-  [[nodiscard]] bool Edit(bool tagged, bool choose_tags,
-                          const std::shared_ptr<TextCollection>& known) override;
+  [[nodiscard]] bool Edit(bool tagged, bool choose_tags, const Ref<TextCollection>& known) override;
 
   /// @{
   /// The host's own view, not gated: the values, taken from the objects and made into new ones.
@@ -56,7 +55,7 @@ class CategoryListObject final : public CategoryList {
 
  private:
   HostState& state_;
-  std::vector<std::shared_ptr<CategoryObject>> items_;
+  std::vector<Ref<CategoryObject>> items_;
 };
 
 /// Texts in memory.

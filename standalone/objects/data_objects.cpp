@@ -43,7 +43,7 @@ std::int32_t HostDataObject::Handle() {
   return handle_;
 }
 
-std::shared_ptr<FieldSource> HostDataObject::Fields() {
+Ref<FieldSource> HostDataObject::Fields() {
   Called("DataObject.Fields");
   return std::make_shared<FieldSourceObject>(record_);
 }
@@ -53,12 +53,12 @@ std::int32_t DataObjectsObject::Count() {
   return static_cast<std::int32_t>(items.size());
 }
 
-std::shared_ptr<DataObject> DataObjectsObject::Item(std::int32_t index) {
+Ref<DataObject> DataObjectsObject::Item(std::int32_t index) {
   Called("DataObjects.Item");
   return items[ListPosition(index, items.size())];
 }
 
-std::shared_ptr<DataObject> CatalogObject::Find(const std::string& name) {
+Ref<DataObject> CatalogObject::Find(const std::string& name) {
   Called("DataObjectCatalog.Find");
   auto record = state_.data->Find(name);
   if (record) return state_.MakeDataObject(std::move(*record));
@@ -66,7 +66,7 @@ std::shared_ptr<DataObject> CatalogObject::Find(const std::string& name) {
                 name.empty() ? "The task has no data object" : "There is no data object \"" + name + "\"");
 }
 
-std::shared_ptr<DataObjectCollection> LoaderObject::LoadDataObjects() {
+Ref<DataObjectCollection> LoaderObject::LoadDataObjects() {
   Called("ObjectLoader.LoadDataObjects");
   auto objects = std::make_shared<DataObjectsObject>();
   for (DataObjectRecord& record : state_.data->List())
@@ -74,7 +74,7 @@ std::shared_ptr<DataObjectCollection> LoaderObject::LoadDataObjects() {
   return objects;
 }
 
-std::shared_ptr<ObjectCollection> LoaderObject::LoadDesignerObjects() {
+Ref<ObjectCollection> LoaderObject::LoadDesignerObjects() {
   Called("ObjectLoader.LoadDesignerObjects");
   auto objects = std::make_shared<DesignerObjectsObject>();
   for (const ActionKind& kind : ActionKinds()) objects->kinds.emplace_back(kind.id);
@@ -91,11 +91,10 @@ void QueryDefinitionObject::SetText(const std::string& new_text) {
   text = new_text;
 }
 
-bool QueryBuilderObject::Show(const std::shared_ptr<QueryDefinition>& definition,
-                              const std::shared_ptr<FieldSource>& source) {
+bool QueryBuilderObject::Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) {
   Called("QueryBuilder.Show");
-  const auto own = std::dynamic_pointer_cast<QueryDefinitionObject>(definition);
-  const auto fields = std::dynamic_pointer_cast<FieldSourceObject>(source);
+  const auto own = As<QueryDefinitionObject>(definition);
+  const auto fields = As<FieldSourceObject>(source);
   if (!own || !fields) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   const auto built = state_.dialogs->BuildQuery(own->text, fields->Object());
   if (built) own->text = *built;

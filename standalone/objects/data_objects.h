@@ -59,7 +59,7 @@ class HostDataObject final : public DataObject, public std::enable_shared_from_t
   [[nodiscard]] std::string Caption() override;
   [[nodiscard]] std::string Key() override;
   [[nodiscard]] std::int32_t Handle() override;
-  [[nodiscard]] std::shared_ptr<FieldSource> Fields() override;
+  [[nodiscard]] Ref<FieldSource> Fields() override;
 
  private:
   std::shared_ptr<HandleTable> handles_;
@@ -70,7 +70,7 @@ class HostDataObject final : public DataObject, public std::enable_shared_from_t
 /// The data objects of the source, as they were when they were loaded.
 struct DataObjectsObject final : DataObjectCollection {
   [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<DataObject> Item(std::int32_t index) override;
+  [[nodiscard]] Ref<DataObject> Item(std::int32_t index) override;
 
   std::vector<std::shared_ptr<HostDataObject>> items;  ///< the host's own view, not gated
 };
@@ -85,7 +85,7 @@ class CatalogObject final : public DataObjectCatalog {
  public:
   /// `state` outlives the object; here and below.
   explicit CatalogObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<DataObject> Find(const std::string& name) override;
+  [[nodiscard]] Ref<DataObject> Find(const std::string& name) override;
 
  private:
   HostState& state_;
@@ -96,8 +96,8 @@ class LoaderObject final : public ObjectLoader {
  public:
   /// See above.
   explicit LoaderObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<DataObjectCollection> LoadDataObjects() override;
-  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override;
+  [[nodiscard]] Ref<DataObjectCollection> LoadDataObjects() override;
+  [[nodiscard]] Ref<ObjectCollection> LoadDesignerObjects() override;
 
  private:
   HostState& state_;
@@ -118,8 +118,7 @@ class QueryBuilderObject final : public QueryBuilder {
   /// See above.
   explicit QueryBuilderObject(HostState& state) : state_(state) {}
   /// Fails with 13 on a definition or a source that this host did not make.
-  [[nodiscard]] bool Show(const std::shared_ptr<QueryDefinition>& definition,
-                          const std::shared_ptr<FieldSource>& source) override;
+  [[nodiscard]] bool Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) override;
 
  private:
   HostState& state_;

@@ -37,7 +37,7 @@ class LanguageObject final : public LanguageTable {
 
   [[nodiscard]] std::string EditTag(const std::string& tag, const ObjectRef& choices) override {
     Called("LanguageTable.EditTag");
-    return state_.dialogs->EditTag(tag, TextsOf(choices.get())).value_or(tag);
+    return state_.dialogs->EditTag(tag, TextsOf(choices.Get())).value_or(tag);
   }
 
   [[nodiscard]] std::string TagText(const std::string& tag, const ObjectRef& /*context*/) override {
@@ -121,32 +121,32 @@ class ApplicationObject final : public HostApplication {
         catalog_(std::make_shared<CatalogObject>(state)),
         loader_(std::make_shared<LoaderObject>(state)) {}
 
-  [[nodiscard]] std::shared_ptr<LanguageTable> Language() override {
+  [[nodiscard]] Ref<LanguageTable> Language() override {
     Called("HostApplication.Language");
     return language_;
   }
-  [[nodiscard]] std::shared_ptr<plovix::Translator> Translator() override {
+  [[nodiscard]] Ref<plovix::Translator> Translator() override {
     Called("HostApplication.Translator");
     return translator_;
   }
-  [[nodiscard]] std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
-  [[nodiscard]] std::shared_ptr<plovix::UserRights> UserRights() override {
+  [[nodiscard]] Ref<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
+  [[nodiscard]] Ref<plovix::UserRights> UserRights() override {
     Called("HostApplication.UserRights");
     return rights_;
   }
-  [[nodiscard]] std::shared_ptr<plovix::Session> Session() override {
+  [[nodiscard]] Ref<plovix::Session> Session() override {
     Called("HostApplication.Session");
     return session_;
   }
-  [[nodiscard]] std::shared_ptr<plovix::Database> Database() override {
+  [[nodiscard]] Ref<plovix::Database> Database() override {
     Called("HostApplication.Database");
     return database_;
   }
-  [[nodiscard]] std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
+  [[nodiscard]] Ref<plovix::DataObjectCatalog> DataObjectCatalog() override {
     Called("HostApplication.DataObjectCatalog");
     return catalog_;
   }
-  [[nodiscard]] std::shared_ptr<ObjectLoader> Loader() override {
+  [[nodiscard]] Ref<ObjectLoader> Loader() override {
     Called("HostApplication.Loader");
     return loader_;
   }
@@ -178,68 +178,68 @@ class ApplicationObject final : public HostApplication {
 
  private:
   HostState& state_;
-  std::shared_ptr<LanguageTable> language_;
-  std::shared_ptr<plovix::Translator> translator_;
-  std::shared_ptr<plovix::ErrorReporter> reporter_;
-  std::shared_ptr<plovix::UserRights> rights_;
-  std::shared_ptr<plovix::Session> session_;
-  std::shared_ptr<plovix::Database> database_;
-  std::shared_ptr<plovix::DataObjectCatalog> catalog_;
-  std::shared_ptr<ObjectLoader> loader_;
+  Ref<LanguageTable> language_;
+  Ref<plovix::Translator> translator_;
+  Ref<plovix::ErrorReporter> reporter_;
+  Ref<plovix::UserRights> rights_;
+  Ref<plovix::Session> session_;
+  Ref<plovix::Database> database_;
+  Ref<plovix::DataObjectCatalog> catalog_;
+  Ref<ObjectLoader> loader_;
 };
 
 class FactoryObject final : public ObjectFactory {
  public:
   explicit FactoryObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<ActionList> NewActionList() override {
+  [[nodiscard]] Ref<ActionList> NewActionList() override {
     Called("ObjectFactory.NewActionList");
     return std::make_shared<ActionListObject>();
   }
-  [[nodiscard]] std::shared_ptr<ValueStore> NewValueStore() override {
+  [[nodiscard]] Ref<ValueStore> NewValueStore() override {
     Called("ObjectFactory.NewValueStore");
     return std::make_shared<StoreObject>();
   }
-  [[nodiscard]] std::shared_ptr<Recurrence> NewRecurrence() override {
+  [[nodiscard]] Ref<Recurrence> NewRecurrence() override {
     Called("ObjectFactory.NewRecurrence");
     return std::make_shared<RecurrenceObject>();
   }
-  [[nodiscard]] std::shared_ptr<DailyPattern> NewDailyPattern() override {
+  [[nodiscard]] Ref<DailyPattern> NewDailyPattern() override {
     Called("ObjectFactory.NewDailyPattern");
     return std::make_shared<DailyPatternObject>();
   }
-  [[nodiscard]] std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override {
+  [[nodiscard]] Ref<WeeklyPattern> NewWeeklyPattern() override {
     Called("ObjectFactory.NewWeeklyPattern");
     return std::make_shared<WeeklyPatternObject>();
   }
-  [[nodiscard]] std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override {
+  [[nodiscard]] Ref<MonthlyPattern> NewMonthlyPattern() override {
     Called("ObjectFactory.NewMonthlyPattern");
     return std::make_shared<MonthlyPatternObject>();
   }
-  [[nodiscard]] std::shared_ptr<YearlyPattern> NewYearlyPattern() override {
+  [[nodiscard]] Ref<YearlyPattern> NewYearlyPattern() override {
     Called("ObjectFactory.NewYearlyPattern");
     return std::make_shared<YearlyPatternObject>();
   }
-  [[nodiscard]] std::shared_ptr<CategoryList> NewCategoryList() override {
+  [[nodiscard]] Ref<CategoryList> NewCategoryList() override {
     Called("ObjectFactory.NewCategoryList");
     return std::make_shared<CategoryListObject>(state_);
   }
-  [[nodiscard]] std::shared_ptr<Category> NewCategory() override {
+  [[nodiscard]] Ref<Category> NewCategory() override {
     Called("ObjectFactory.NewCategory");
     return std::make_shared<CategoryObject>(state_);
   }
-  [[nodiscard]] std::shared_ptr<TextCollection> NewTextCollection() override {
+  [[nodiscard]] Ref<TextCollection> NewTextCollection() override {
     Called("ObjectFactory.NewTextCollection");
     return std::make_shared<TextCollectionObject>();
   }
-  [[nodiscard]] std::shared_ptr<PermissionEditor> NewPermissionEditor() override {
+  [[nodiscard]] Ref<PermissionEditor> NewPermissionEditor() override {
     Called("ObjectFactory.NewPermissionEditor");
     return std::make_shared<PermissionEditor>();
   }
-  [[nodiscard]] std::shared_ptr<QueryDefinition> NewQueryDefinition() override {
+  [[nodiscard]] Ref<QueryDefinition> NewQueryDefinition() override {
     Called("ObjectFactory.NewQueryDefinition");
     return std::make_shared<QueryDefinitionObject>();
   }
-  [[nodiscard]] std::shared_ptr<QueryBuilder> NewQueryBuilder() override {
+  [[nodiscard]] Ref<QueryBuilder> NewQueryBuilder() override {
     Called("ObjectFactory.NewQueryBuilder");
     return std::make_shared<QueryBuilderObject>(state_);
   }
@@ -254,15 +254,15 @@ class ServicesObject final : public HostServices {
       : application_(std::make_shared<ApplicationObject>(state)),
         factory_(std::make_shared<FactoryObject>(state)) {}
   // The application is also asked for when a failure is reported, so only its members are gated.
-  [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
-  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
+  [[nodiscard]] Ref<HostApplication> Application() override { return application_; }
+  [[nodiscard]] Ref<ObjectFactory> Factory() override {
     Called("HostServices.Factory");
     return factory_;
   }
 
  private:
-  std::shared_ptr<HostApplication> application_;
-  std::shared_ptr<ObjectFactory> factory_;
+  Ref<HostApplication> application_;
+  Ref<ObjectFactory> factory_;
 };
 
 class UtilitiesObject final : public Utilities {
@@ -287,7 +287,7 @@ class UtilitiesObject final : public Utilities {
   }
   [[nodiscard]] ObjectRef ObjectFromHandle(std::int32_t handle) override {
     Called("Utilities.ObjectFromHandle");
-    return Set(state_.handles->Find(handle));
+    return ObjectRef(state_.handles->Find(handle)).OrFail();
   }
   [[nodiscard]] std::string FoldCase(const std::string& text) override {
     Called("Utilities.FoldCase");

@@ -3,9 +3,9 @@
 namespace plovix {
 namespace {
 
-std::shared_ptr<PatternBase> MakePattern(const PatternRecord& record) {
+Ref<PatternBase> MakePattern(const PatternRecord& record) {
   return std::visit(
-      []<class Record>(const Record& held) -> std::shared_ptr<PatternBase> {
+      []<class Record>(const Record& held) -> Ref<PatternBase> {
         if constexpr (std::is_same_v<Record, DailyRecord>) return std::make_shared<DailyPatternObject>(held);
         if constexpr (std::is_same_v<Record, WeeklyRecord>)
           return std::make_shared<WeeklyPatternObject>(held);
@@ -111,7 +111,7 @@ void RecurrenceObject::Assign(const RecurrenceRecord& record) {
   fields_ = record;
   fields_.pattern = {};
   bool filled = false;
-  VisitPattern(pattern_.get(), [&](auto& object) {
+  VisitPattern(pattern_.Get(), [&](auto& object) {
     const auto* same = std::get_if<std::remove_reference_t<decltype(object.record)>>(&record.pattern);
     filled = same != nullptr;
     if (filled) object.record = *same;
@@ -121,7 +121,7 @@ void RecurrenceObject::Assign(const RecurrenceRecord& record) {
 
 RecurrenceRecord RecurrenceObject::Record() const {
   RecurrenceRecord record = fields_;
-  record.pattern = PatternValues(pattern_.get()).value_or(PatternRecord{});
+  record.pattern = PatternValues(pattern_.Get()).value_or(PatternRecord{});
   return record;
 }
 
@@ -135,14 +135,14 @@ void RecurrenceObject::SetRecurrenceType(std::int32_t type) {
   fields_.recurrence_type = type;
 }
 
-std::shared_ptr<PatternBase> RecurrenceObject::Pattern() {
+Ref<PatternBase> RecurrenceObject::Pattern() {
   Called("Recurrence.Pattern");
   return pattern_;
 }
 
-void RecurrenceObject::SetPattern(std::shared_ptr<PatternBase> pattern) {
+void RecurrenceObject::SetPattern(Ref<PatternBase> pattern) {
   Called("Recurrence.SetPattern");
-  if (!PatternValues(pattern.get())) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  if (!PatternValues(pattern.Get())) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   pattern_ = std::move(pattern);
 }
 

@@ -138,9 +138,9 @@ class RecurrenceObject final : public Recurrence {
 
   [[nodiscard]] std::int32_t RecurrenceType() override;
   void SetRecurrenceType(std::int32_t type) override;
-  [[nodiscard]] std::shared_ptr<PatternBase> Pattern() override;
+  [[nodiscard]] Ref<PatternBase> Pattern() override;
   /// Fails with 13 on a pattern that this host did not make.
-  void SetPattern(std::shared_ptr<PatternBase> pattern) override;
+  void SetPattern(Ref<PatternBase> pattern) override;
   [[nodiscard]] std::int32_t TimeKind() override;
   void SetTimeKind(std::int32_t kind) override;
   [[nodiscard]] std::int32_t Interval() override;
@@ -150,7 +150,7 @@ class RecurrenceObject final : public Recurrence {
 
  private:
   RecurrenceRecord fields_;  // without its pattern
-  std::shared_ptr<PatternBase> pattern_;
+  Ref<PatternBase> pattern_;
 };
 
 /// The values of a pattern object, of none for nullptr; nothing for a pattern that this host did not make.

@@ -25,10 +25,9 @@ class UserObject final : public SessionUser {
 class ConnectionObject final : public DatabaseConnection {
  public:
   explicit ConnectionObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<Recordset> OpenRecordset(const std::string& query, std::int32_t /*type*/,
-                                                         std::int32_t /*options*/,
-                                                         std::optional<std::int32_t> /*lock*/,
-                                                         std::int32_t /*flags*/) override {
+  [[nodiscard]] Ref<Recordset> OpenRecordset(const std::string& query, std::int32_t /*type*/,
+                                             std::int32_t /*options*/, std::optional<std::int32_t> /*lock*/,
+                                             std::int32_t /*flags*/) override {
     Called("Connection.OpenRecordset");
     return std::make_shared<RecordsetObject>(state_.open_rows ? state_.open_rows(query) : nullptr);
   }
@@ -39,7 +38,7 @@ class ConnectionObject final : public DatabaseConnection {
 
 }  // namespace
 
-std::shared_ptr<SessionUser> SessionObject::CurrentUser() {
+Ref<SessionUser> SessionObject::CurrentUser() {
   Called("Session.CurrentUser");
   return std::make_shared<UserObject>(state_.user_id);
 }
@@ -49,17 +48,17 @@ std::string SessionObject::AccountId() {
   return state_.session_id;
 }
 
-bool SessionObject::HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) {
+bool SessionObject::HasPermission(std::string_view key, const Ref<DataObject>& object) {
   Called("Session.HasPermission");
-  const auto* own = dynamic_cast<const HostDataObject*>(object.get());
+  const auto* own = dynamic_cast<const HostDataObject*>(object.Get());
   return !state_.has_permission || state_.has_permission(key, own != nullptr ? &own->Record() : nullptr);
 }
 
-std::shared_ptr<Permissions> SessionObject::EditPermissions(
-    const std::shared_ptr<PermissionEditor>& /*editor*/, const std::shared_ptr<Permissions>& permissions,
-    const std::shared_ptr<SessionUser>& /*user*/, const std::string& title) {
+Ref<Permissions> SessionObject::EditPermissions(const Ref<PermissionEditor>& /*editor*/,
+                                                const Ref<Permissions>& permissions,
+                                                const Ref<SessionUser>& /*user*/, const std::string& title) {
   Called("Session.EditPermissions");
-  const auto* own = dynamic_cast<const PermissionsObject*>(permissions.get());
+  const auto* own = dynamic_cast<const PermissionsObject*>(permissions.Get());
   auto edited =
       state_.dialogs->EditPermissions(own != nullptr ? std::optional(own->set) : std::nullopt, title);
   return edited && !state_.permissions_locked ? std::make_shared<PermissionsObject>(std::move(*edited))
@@ -100,7 +99,7 @@ bool RecordsetObject::Eof() {
 }
 
 // Asked once for each row, mostly for the same column.
-std::shared_ptr<Field> RecordsetObject::Fields(const std::string& name) {
+Ref<Field> RecordsetObject::Fields(const std::string& name) {
   Called("Recordset.Fields");
   if (column_ && column_->Name() == name) return column_;
   for (std::size_t i = 0; pass_->rows && i < pass_->rows->Columns(); ++i) {
@@ -123,7 +122,7 @@ void RecordsetObject::Advance() {
 
 DatabaseObject::DatabaseObject(HostState& state) : connection_(std::make_shared<ConnectionObject>(state)) {}
 
-std::shared_ptr<DatabaseConnection> DatabaseObject::Connection() {
+Ref<DatabaseConnection> DatabaseObject::Connection() {
   Called("Database.Connection");
   return connection_;
 }

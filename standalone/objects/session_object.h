@@ -28,13 +28,13 @@ class SessionObject final : public Session {
  public:
   /// `state` outlives the object.
   explicit SessionObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<SessionUser> CurrentUser() override;
+  [[nodiscard]] Ref<SessionUser> CurrentUser() override;
   [[nodiscard]] std::string AccountId() override;
-  [[nodiscard]] bool HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) override;
-  [[nodiscard]] std::shared_ptr<Permissions> EditPermissions(const std::shared_ptr<PermissionEditor>& editor,
-                                                             const std::shared_ptr<Permissions>& permissions,
-                                                             const std::shared_ptr<SessionUser>& user,
-                                                             const std::string& title) override;
+  [[nodiscard]] bool HasPermission(std::string_view key, const Ref<DataObject>& object) override;
+  [[nodiscard]] Ref<Permissions> EditPermissions(const Ref<PermissionEditor>& editor,
+                                                 const Ref<Permissions>& permissions,
+                                                 const Ref<SessionUser>& user,
+                                                 const std::string& title) override;
 
  private:
   HostState& state_;
@@ -47,7 +47,7 @@ class RecordsetObject final : public Recordset {
   explicit RecordsetObject(std::unique_ptr<RowCursor> rows);
   [[nodiscard]] bool Bof() override;
   [[nodiscard]] bool Eof() override;
-  [[nodiscard]] std::shared_ptr<Field> Fields(const std::string& name) override;
+  [[nodiscard]] Ref<Field> Fields(const std::string& name) override;
   void MoveNext() override;
 
  private:
@@ -69,10 +69,10 @@ class DatabaseObject final : public Database {
  public:
   /// `state` outlives the object.
   explicit DatabaseObject(HostState& state);
-  [[nodiscard]] std::shared_ptr<DatabaseConnection> Connection() override;
+  [[nodiscard]] Ref<DatabaseConnection> Connection() override;
 
  private:
-  std::shared_ptr<DatabaseConnection> connection_;
+  Ref<DatabaseConnection> connection_;
 };
 
 }  // namespace plovix

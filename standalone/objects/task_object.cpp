@@ -9,8 +9,8 @@ namespace {
 
 // The object as the host made it; nothing for nothing. Fails with 13 on any other object.
 template <class Own, class Object>
-std::shared_ptr<Own> OwnOrNothing(const std::shared_ptr<Object>& object) {
-  auto own = std::dynamic_pointer_cast<Own>(object);
+Ref<Own> OwnOrNothing(const Ref<Object>& object) {
+  auto own = As<Own>(object);
   if (object && !own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   return own;
 }
@@ -44,7 +44,7 @@ std::int32_t ActionListObject::Count() {
   return static_cast<std::int32_t>(records.size());
 }
 
-std::shared_ptr<Action> ActionListObject::Item(std::int32_t index) {
+Ref<Action> ActionListObject::Item(std::int32_t index) {
   Called("ActionList.Item");
   return std::make_shared<ActionObject>(records[ListPosition(index, records.size())]);
 }
@@ -240,12 +240,12 @@ void TaskObject::SetOwner(const std::string& user_id) {
   fields_.owner = user_id;
 }
 
-std::shared_ptr<plovix::Permissions> TaskObject::Permissions() {
+Ref<plovix::Permissions> TaskObject::Permissions() {
   Called("AutoTask.Permissions");
   return permissions_;
 }
 
-void TaskObject::SetPermissions(std::shared_ptr<plovix::Permissions> permissions) {
+void TaskObject::SetPermissions(Ref<plovix::Permissions> permissions) {
   Called("AutoTask.SetPermissions");
   permissions_ = OwnOrNothing<PermissionsObject>(permissions);
 }
@@ -305,33 +305,33 @@ void TaskObject::SetBaseDate(DateTime date) {
   fields_.base_date = date;
 }
 
-std::shared_ptr<plovix::Recurrence> TaskObject::Recurrence() {
+Ref<plovix::Recurrence> TaskObject::Recurrence() {
   Called("AutoTask.Recurrence");
   return recurrence_;
 }
 
-void TaskObject::SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) {
+void TaskObject::SetRecurrence(Ref<plovix::Recurrence> recurrence) {
   Called("AutoTask.SetRecurrence");
   recurrence_ = OwnOrNothing<RecurrenceObject>(recurrence);
 }
 
-std::shared_ptr<ActionList> TaskObject::Actions() {
+Ref<ActionList> TaskObject::Actions() {
   Called("AutoTask.Actions");
   return actions_;
 }
 
-void TaskObject::SetActions(std::shared_ptr<ActionList> actions) {
+void TaskObject::SetActions(Ref<ActionList> actions) {
   Called("AutoTask.SetActions");
   if (!actions) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
   actions_ = OwnOrNothing<ActionListObject>(actions);
 }
 
-std::shared_ptr<CategoryList> TaskObject::Categories() {
+Ref<CategoryList> TaskObject::Categories() {
   Called("AutoTask.Categories");
   return categories_;
 }
 
-void TaskObject::SetCategories(std::shared_ptr<CategoryList> categories) {
+void TaskObject::SetCategories(Ref<CategoryList> categories) {
   Called("AutoTask.SetCategories");
   categories_ = OwnOrNothing<CategoryListObject>(categories);
 }
@@ -343,7 +343,7 @@ void StoreObject::Add(const std::string& key, Value value) {
   }
 }
 
-std::shared_ptr<StoreEntry> StoreObject::Item(const std::string& key) {
+Ref<StoreEntry> StoreObject::Item(const std::string& key) {
   Called("ValueStore.Item");
   const auto found = values.find(key);
   if (found == values.end()) throw Failure(failure_number::kInvalidCall, "The store holds no entry " + key);

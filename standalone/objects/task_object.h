@@ -39,7 +39,7 @@ class ActionListObject final : public ActionList {
   /// Empty, or with these actions.
   explicit ActionListObject(std::vector<ActionRecord> initial = {}) : records(std::move(initial)) {}
   [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<Action> Item(std::int32_t index) override;
+  [[nodiscard]] Ref<Action> Item(std::int32_t index) override;
   void Remove(std::int32_t index) override;
 
   std::vector<ActionRecord> records;  ///< the host's own view, not gated
@@ -87,8 +87,8 @@ class TaskObject final : public AutoTask {
   [[nodiscard]] std::string Owner() override;
   void SetOwner(const std::string& user_id) override;
   // Here and below: setting fails with 13 on an object that this host did not make.
-  [[nodiscard]] std::shared_ptr<plovix::Permissions> Permissions() override;
-  void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) override;
+  [[nodiscard]] Ref<plovix::Permissions> Permissions() override;
+  void SetPermissions(Ref<plovix::Permissions> permissions) override;
   void SetMayRun(bool may) override;
   void SetMayEdit(bool may) override;
   void SetMayDelete(bool may) override;
@@ -100,27 +100,27 @@ class TaskObject final : public AutoTask {
   void SetProcessFailedRecords(bool failed) override;
   [[nodiscard]] DateTime BaseDate() override;
   void SetBaseDate(DateTime date) override;
-  [[nodiscard]] std::shared_ptr<plovix::Recurrence> Recurrence() override;
-  void SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) override;
-  [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
-  void SetActions(std::shared_ptr<ActionList> actions) override;
-  [[nodiscard]] std::shared_ptr<CategoryList> Categories() override;
-  void SetCategories(std::shared_ptr<CategoryList> categories) override;
+  [[nodiscard]] Ref<plovix::Recurrence> Recurrence() override;
+  void SetRecurrence(Ref<plovix::Recurrence> recurrence) override;
+  [[nodiscard]] Ref<ActionList> Actions() override;
+  void SetActions(Ref<ActionList> actions) override;
+  [[nodiscard]] Ref<CategoryList> Categories() override;
+  void SetCategories(Ref<CategoryList> categories) override;
 
  private:
   HostState& state_;
   TaskRecord fields_;  // without what the objects below hold
-  std::shared_ptr<ActionListObject> actions_;
-  std::shared_ptr<CategoryListObject> categories_;
-  std::shared_ptr<RecurrenceObject> recurrence_;
-  std::shared_ptr<PermissionsObject> permissions_;
+  Ref<ActionListObject> actions_;
+  Ref<CategoryListObject> categories_;
+  Ref<RecurrenceObject> recurrence_;
+  Ref<PermissionsObject> permissions_;
 };
 
 /// A store in memory.
 class StoreObject final : public ValueStore {
  public:
   void Add(const std::string& key, Value value) override;
-  [[nodiscard]] std::shared_ptr<StoreEntry> Item(const std::string& key) override;
+  [[nodiscard]] Ref<StoreEntry> Item(const std::string& key) override;
   [[nodiscard]] Value GetValue(const std::string& key, const Value& fallback) override;
   void SetItem(const std::string& key, Value value) override;
   [[nodiscard]] bool Exists(const std::string& key) override;

@@ -15,9 +15,9 @@ namespace plovix {
 /// Actions as plain values, for the slot of the Actions page.
 class VeloActionList final : public ActionListControl {
  public:
-  void Load(const std::shared_ptr<ActionList>& actions) override;
+  void Load(const Ref<ActionList>& actions) override;
   /// Fails with 91 as long as no list was loaded: what could not be read must not be saved as empty.
-  [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
+  [[nodiscard]] Ref<ActionList> Actions() override;
   void OnContextRequest(ContextRequest handler) override;
   [[nodiscard]] bool Touched() const override { return touched_; }
 
