@@ -1,21 +1,9 @@
 // The editors of categories, permissions, language tags and users, driven by keyboard.
-#include <gmock/gmock.h>
 #include <plovix/standalone/app/category_dialog.h>
 #include <plovix/standalone/app/permission_dialog.h>
 #include <plovix/standalone/app/tag_dialog.h>
 #include <plovix/standalone/app/tag_texts_dialog.h>
 #include <plovix/standalone/app/users_dialog.h>
-
-#include <QAbstractItemView>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QCompleter>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QTableWidget>
 
 #include "tests/app/program_support.h"
 
@@ -71,14 +59,7 @@ class EditorTest : public testing::Test {
   [[nodiscard]] Widget* Find() {
     return dialog_->findChild<Widget*>();
   }
-  // What the dialog's visible labels say.
-  [[nodiscard]] std::string Told() {
-    QString told;
-    for (const QLabel* label : dialog_->findChildren<QLabel*>()) {
-      if (label->isVisible()) told += label->text() + u'\n';
-    }
-    return FromQt(told);
-  }
+  [[nodiscard]] std::string Told() const { return app::Told(*dialog_); }
   // Alt with the letter; a button is pressed a moment later.
   void Mnemonic(Qt::Key key) {
     Key(key, Qt::AltModifier);
@@ -320,13 +301,6 @@ TEST_F(EditorTest, ChangesOfOthersAreMergedOrTold) {
   EXPECT_THAT(Told(), HasSubstr("changed the text in these languages: English."));
   QTest::keyClick(&texts, Qt::Key_Return);
   EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"t", {{"en", "My one"}, {"fr", "deux"}}}));
-
-  TagTextsDialog made(texts_, {}, tables_, {"en"}, "en", nobody, nullptr);
-  Show(made);
-  Type("t");
-  Find<QPlainTextEdit>()->setPlainText("new");
-  QTest::keyClick(&made, Qt::Key_Return);
-  EXPECT_THAT(Told(), HasSubstr("of this name already"));
 }
 
 }  // namespace

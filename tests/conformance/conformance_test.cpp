@@ -19,9 +19,8 @@ std::string Text(const Finding& finding) {
 // Everything that failed.
 std::string Failed(const Findings& findings) {
   std::string text;
-  for (const Finding& finding : findings) {
+  for (const Finding& finding : findings)
     if (finding.verdict == Verdict::kFailed) text += Text(finding);
-  }
   return text;
 }
 
@@ -130,21 +129,20 @@ Defects MemberDefects() {
        On<DailyPatternObject>("DailyPattern.SetWeekdays", [](auto& it) { it.record.every_n_days = 0; })},
       {{"SetTimeKind changes Interval"},
        On<RecurrenceObject>("Recurrence.SetTimeKind", [](auto& it) { it.SetInterval(0); })},
-      {{"A new object is not unset, or not new", "NewValueStore is not empty", "NewRecurrence has a pattern"},
+      {{"A new object is not unset, or not new", "NewValueStore is not empty", "NewRecurrence has a pattern",
+        "The factory gives an object again"},
        [](Rig& rig) { rig.factory->same = true; }},
   };
 }
 
 Defects ListDefects() {
   const auto copy = [](auto& values) {
-    for (auto& [key, value] : values) {
+    for (auto& [key, value] : values)
       if (std::holds_alternative<ObjectRef>(value)) value = ObjectRef(std::make_shared<DailyPatternObject>());
-    }
   };
   const auto number = [](auto& values) {
-    for (auto& [key, value] : values) {
+    for (auto& [key, value] : values)
       if (const bool* flag = std::get_if<bool>(&value)) value = *flag ? -1 : 0;
-    }
   };
   const auto drop = [](auto& values) {
     std::erase_if(values, [](auto& entry) { return entry.second == Value(ObjectRef()); });
@@ -192,8 +190,6 @@ Defects ListDefects() {
        On<CategoryListObject>("Category.SetTag", [](auto& it) { it.Assign(it.Records()); })},
       {{"CategoryList: Item does not"}, FailOn("CategoryList.Item")},
       {{"CategoryList: Clone"}, share},
-      {{"ObjectFactory: The factory gives an object again", "(NewActionList)"},
-       [](Rig& rig) { rig.factory->shared_actions = std::make_shared<ActionListObject>(); }},
       {{"TextCollection: Item is not", "TextCollection: Add does not"}, FailOn("TextCollection.Add")},
   };
 }
@@ -403,15 +399,12 @@ TEST(Conformance, EveryDefectIsSaidAndEveryCheckCanFail) {
 // So a host that crashes shows in which check.
 TEST(Conformance, ACheckIsNamedBeforeItIsMade) {
   Rig rig;
-  std::vector<std::string> names;
-  rig.host.before_check = [&](const std::string& check) { names.push_back(check); };
-  std::string in_clone;
+  std::string named, in_clone;
+  rig.host.before_check = [&](const std::string& check) { named = check; };
   rig.on_call = [&](std::string_view member) {
-    if (member == "CategoryList.Clone" && in_clone.empty()) in_clone = names.back();
+    if (member == "CategoryList.Clone" && in_clone.empty()) in_clone = named;
   };
-  for (const Finding& finding : CheckHost(rig.host)) {
-    EXPECT_EQ(std::ranges::count(names, finding.about + ": " + finding.sentence), 1) << Text(finding);
-  }
+  (void)CheckHost(rig.host);
   EXPECT_TRUE(in_clone.starts_with("CategoryList: Clone shares")) << in_clone;
 }
 
@@ -426,48 +419,6 @@ TEST(Conformance, AFailureOfAnyMemberIsNoticed) {
     if (Failed(findings).empty()) findings = CheckWizard(rig.host);
     if (Failed(findings).empty()) findings = WalkPages(rig.host);
     EXPECT_FALSE(Failed(findings).empty()) << member;
-  }
-}
-
-// An application of which one reference is nothing.
-struct Gappy final : HostApplication {
-  Gappy(std::shared_ptr<HostApplication> all, int which) : real(std::move(all)), gap(which) {}
-  template <class T>
-  std::shared_ptr<T> Unless(int which, std::shared_ptr<T> object) {
-    return which == gap ? nullptr : object;
-  }
-  std::shared_ptr<LanguageTable> Language() override { return Unless(0, real->Language()); }
-  std::shared_ptr<plovix::Translator> Translator() override { return Unless(1, real->Translator()); }
-  std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return Unless(2, real->ErrorReporter()); }
-  std::shared_ptr<plovix::UserRights> UserRights() override { return Unless(3, real->UserRights()); }
-  std::shared_ptr<plovix::Session> Session() override { return Unless(4, real->Session()); }
-  std::shared_ptr<plovix::Database> Database() override { return Unless(5, real->Database()); }
-  std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    return Unless(6, real->DataObjectCatalog());
-  }
-  std::shared_ptr<ObjectLoader> Loader() override { return Unless(7, real->Loader()); }
-  std::string Title() override { return real->Title(); }
-  std::string Path() override { return real->Path(); }
-  bool LanguageTagMode() override { return real->LanguageTagMode(); }
-  std::string DecimalSeparator() override { return real->DecimalSeparator(); }
-  DateTime Now() override { return real->Now(); }
-  int MsgBox(const std::string& prompt, int buttons, const std::string& title,
-             const std::string& help) override {
-    return real->MsgBox(prompt, buttons, title, help);
-  }
-  std::shared_ptr<HostApplication> real;
-  int gap;
-};
-
-// Of the kit's checks and of the pages, which report failure 91; the walk brings an error reporter of its
-// own.
-TEST(Conformance, AReferenceToNothingIsReported) {
-  for (int gap = 0; gap < 8; ++gap) {
-    Rig rig;
-    rig.services->application = std::make_shared<Gappy>(rig.services->real->Application(), gap);
-    const std::string objects = Failed(CheckObjects(rig.host)), walk = Failed(WalkPages(rig.host));
-    EXPECT_NE(objects.find(" gives nothing"), std::string::npos) << gap << objects;
-    EXPECT_TRUE(gap == 2 || walk.find("failure 91") != std::string::npos) << gap << walk;
   }
 }
 

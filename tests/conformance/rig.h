@@ -19,9 +19,8 @@ struct RiggedFactory final : ObjectFactory {
   template <class T>
   [[nodiscard]] Objects<T> All() const {
     Objects<T> objects;
-    for (const ObjectRef& made : all) {
+    for (const ObjectRef& made : all)
       if (auto object = std::dynamic_pointer_cast<T>(made)) objects.push_back(std::move(object));
-    }
     return objects;
   }
   template <class T, class... Arguments>
@@ -32,9 +31,7 @@ struct RiggedFactory final : ObjectFactory {
     all.push_back(another);
     return another;
   }
-  std::shared_ptr<ActionList> NewActionList() override {
-    return shared_actions ? shared_actions : Made<ActionListObject>();
-  }
+  std::shared_ptr<ActionList> NewActionList() override { return Made<ActionListObject>(); }
   std::shared_ptr<ValueStore> NewValueStore() override { return Made<StoreObject>(); }
   std::shared_ptr<CategoryList> NewCategoryList() override { return Made<CategoryListObject>(state); }
   std::shared_ptr<Category> NewCategory() override { return Made<CategoryObject>(state); }
@@ -50,19 +47,17 @@ struct RiggedFactory final : ObjectFactory {
 
   HostState& state;
   bool same = false;
-  std::shared_ptr<ActionListObject> shared_actions;
   std::vector<ObjectRef> all;
 };
 
 struct RiggedServices final : HostServices {
   std::shared_ptr<HostApplication> Application() override {
-    return no_application ? nullptr : application ? application : real->Application();
+    return no_application ? nullptr : real->Application();
   }
   std::shared_ptr<ObjectFactory> Factory() override { return factory; }
   std::shared_ptr<HostServices> real;
   std::shared_ptr<RiggedFactory> factory;
   bool no_application = false;
-  std::shared_ptr<HostApplication> application;  // instead of the real one
 };
 
 // Stands between the wizard and a page and does one thing wrong, as a wizard would.

@@ -24,16 +24,9 @@ const std::string kLeave = "IWizardPage_CanChangePage";
 constexpr int kEndsThePage = 3;  // an answer of the test's own: ends the page and retries
 
 const Act kActs[] = {
-    {Verb::kType, "7"},
-    {Verb::kType},
-    {Verb::kClick},
-    {Verb::kDoubleClick},
-    {Verb::kDropDown},
-    {Verb::kPick},
-    {Verb::kSet, "", 0, DateTime{std::chrono::hours{2}}},
-    {Verb::kEnter},
-    {Verb::kLeave},
-};
+    {Verb::kType, "7"},   {Verb::kType},     {Verb::kClick},
+    {Verb::kDoubleClick}, {Verb::kDropDown}, {Verb::kPick},
+    {Verb::kEnter},       {Verb::kLeave},    {Verb::kSet, "", 0, DateTime{std::chrono::hours{2}}}};
 
 std::vector<Operation> OperationsOf(const Form& form) {
   const auto operation = [](std::string name, auto work) {

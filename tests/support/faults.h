@@ -2,10 +2,7 @@
 // the pages and the wizard and the contract of the pages.
 #pragma once
 
-#include <map>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "hand.h"
 #include "scene.h"
@@ -21,21 +18,20 @@ inline constexpr int kRetriesWhileItLasts = 3;
 
 // Writes down the host's members that are called and fails the n-th call (counted from 1): only that one,
 // also the next call of the same member (its repetition, when retried), every call from it on, or every one
-// of that member.
+// of that member. Or else the members that begin with a text: the first call, or all.
 class Injector final : public CallObserver {
  public:
   Injector() = default;  // fails nothing
-  Injector(int n, Times times) : n_(n), times_(times) {}
+  Injector(int n, Times times) : n_(static_cast<std::size_t>(n)), times_(times) {}
+  explicit Injector(std::string_view members, Times times = Times::kOnce)
+      : members_(members), times_(times) {}
 
   void HostCalled(std::string_view member) override {
     calls.emplace_back(member);
-    const int count = static_cast<int>(calls.size());
-    if (n_ == 0 || count < n_) return;
-    const bool same = member == calls[static_cast<std::size_t>(n_) - 1];
-    const bool again = times_ == Times::kForEver || (times_ == Times::kMember && same) ||
-                       (times_ == Times::kTwice && same && delivered.size() == 1);
-    if (count > n_ && !again) return;
-    delivered.push_back("injected " + std::to_string(count));
+    if (members_.empty() ? !IsDue(member)
+                         : !member.starts_with(members_) || (times_ == Times::kOnce && !delivered.empty()))
+      return;
+    delivered.push_back("injected " + std::to_string(calls.size()));
     if (at_fault) at_fault();
     throw Failure(failure_number::kInvalidCall, delivered.back());
   }
@@ -45,25 +41,16 @@ class Injector final : public CallObserver {
   std::function<void()> at_fault;      // done by the host before it fails
 
  private:
-  int n_ = 0;
-  Times times_ = Times::kOnce;
-  ObserveCalls observe_{*this};
-};
-
-// Fails the calls of the members that begin so: the first one, or all.
-class FailMember final : public CallObserver {
- public:
-  explicit FailMember(std::string_view member, bool always = false) : member_(member), always_(always) {}
-  void HostCalled(std::string_view called) override {
-    if (!called.starts_with(member_) || (failed && !always_)) return;
-    failed = true;
-    throw Failure(5, "fails");
+  [[nodiscard]] bool IsDue(std::string_view member) const {
+    if (n_ == 0 || calls.size() <= n_) return n_ != 0 && calls.size() == n_;
+    const bool same = member == calls[n_ - 1];
+    return times_ == Times::kForEver || (times_ == Times::kMember && same) ||
+           (times_ == Times::kTwice && same && delivered.size() == 1);
   }
-  bool failed = false;
 
- private:
-  std::string_view member_;
-  bool always_;
+  std::size_t n_ = 0;
+  std::string_view members_ = {};
+  Times times_ = Times::kOnce;
   ObserveCalls observe_{*this};
 };
 

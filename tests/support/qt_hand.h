@@ -3,18 +3,8 @@
 
 #include <plovix/surfaces/qt/form_widget.h>
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDateTimeEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QRadioButton>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <functional>
 
 #include "hand.h"

@@ -6,7 +6,6 @@
 // step is written down before it is made.
 #pragma once
 
-#include <plovix/framework/page_base.h>
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/model/text_limits.h>
@@ -17,7 +16,6 @@
 #include <set>
 
 #include "faults.h"
-#include "hand.h"
 #include "task_parts.h"
 
 namespace plovix::testing_support {
@@ -44,11 +42,6 @@ struct PageMade {
   int count = 0;
 };
 
-// The wizard as a page holds it.
-struct PageAccess : PageBase {
-  static std::shared_ptr<WizardHost>& Host(PageBase& page) { return page.*&PageAccess::Wizard; }
-};
-
 class Walker {
  public:
   Walker(Scene& scene, TaskStorage& storage, Walked& walked)
@@ -69,7 +62,7 @@ class Walker {
       for (const TaskRecord& task : stored_) columns.push_back(EncodeCategories(task.categories));
       return CategoryRows(columns);
     };
-    scene.dialogs.on_box = [this](const std::string& prompt, int buttons) { return Answer(prompt, buttons); };
+    scene.dialogs.on_box = [this](const std::string&, int buttons) { return Answer(buttons); };
     scene.dialogs.on_report = [this](const FailureReport&) { return Below(3); };
     Furnish(scene);
     // After a declined choice the details page looks for the former data object by its name among captions.
@@ -94,9 +87,8 @@ class Walker {
     for (const auto& [what, times] : counts_) std::cout << " " << what << " " << times << ",";
     std::cout << " roads " << roads_.size() << "\n";
     if (testing::Test::HasFailure()) {
-      std::cout << "Again: PLOVIX_WALK_SEED=" << seed << " PLOVIX_WALK_STEPS=" << steps_
-                << "; the last steps:\n";
-      for (const std::string& line : trace_) std::cout << "  " << line << "\n";
+      std::cout << "Again: PLOVIX_WALK_TRACE=1 PLOVIX_WALK_SEED=" << seed << " PLOVIX_WALK_STEPS=" << steps_
+                << "\n";
     } else if (steps >= usual_steps) {
       for (const char* what : {"saved", "cancelled", "walked through", "refused", "returns"})
         EXPECT_GT(counts_[what], 0) << what;
@@ -123,10 +115,9 @@ class Walker {
   }
   std::string AnyText() {
     static const std::vector<std::string> texts = [] {
-      std::vector<std::string> all{std::string(400, '9'), std::string(900, 'x')};
+      std::vector<std::string> all{"", std::string(400, '9'), std::string(900, 'x')};
       std::istringstream pieces(
-          "| "
-          "|1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
+          " |1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
           "|Un|one|\"'\\%_;--|t\u00E2che \U0001F600|e\u0301|two\nlines");
       for (std::string piece; std::getline(pieces, piece, '|');) all.push_back(piece);
       return all;
@@ -135,16 +126,14 @@ class Walker {
   }
   VeloWiz& Wizard() { return walked_.Wizard(); }
   void Note(const std::string& line) {
-    trace_.push_back(std::to_string(++steps_) + " " + line.substr(0, 160));
-    if (trace_.size() > 25) trace_.pop_front();
-    if (std::getenv("PLOVIX_WALK_TRACE") != nullptr) std::cout << trace_.back() << std::endl;
+    ++steps_;
+    if (std::getenv("PLOVIX_WALK_TRACE") != nullptr) std::cout << steps_ << " " << line << std::endl;
   }
 
-  int Answer(const std::string& prompt, int buttons) {
+  int Answer(int buttons) {
     using namespace message_box;
     const bool one_button = buttons == kOkInformation || buttons == kOkWarning;
     const bool declines = !one_button && !walking_through_ && OneIn(3);
-    if (declines) declined_.push_back(prompt);
     if (buttons == kYesNoQuestion) return declines ? kNo : kYes;
     return declines ? kCancel : kOk;
   }
@@ -154,7 +143,6 @@ class Walker {
     ScriptedDialogs& dialogs = scene_.dialogs;
     dialogs.boxes.clear();
     dialogs.reports.clear();
-    declined_.clear();
     const auto maybe = [this](auto value) { return OneIn(2) ? std::optional(value) : std::nullopt; };
     dialogs.chosen_tag = maybe(AnyText());
     dialogs.chosen_query = maybe(AnyText());
@@ -386,22 +374,10 @@ class Walker {
     return next;
   }
 
-  // What the page tells the wizard when it is asked now, which must be what it said last. The first page says
-  // once that the user may go on.
-  bool MayContinue() {
-    const auto page = std::dynamic_pointer_cast<CommonPage>(page_.page.lock());
-    if (!page) return true;
-    const auto recorder = std::make_shared<RecordingHost>();
-    const auto host = std::exchange(PageAccess::Host(*page), recorder);
-    page->RefreshWizard();
-    PageAccess::Host(*page) = host;
-    return recorder->pushes.empty() ? Wizard().CanContinue() : recorder->pushes.back();
-  }
-
   void Check() {
     EXPECT_TRUE(storage_.List() == stored_) << "nothing but Finish changes the storage";
     if (!Wizard().IsOpen()) return;
-    const bool on = MayContinue();
+    const bool on = Wizard().CanContinue();
     const bool last = NextPage().empty();
     EXPECT_EQ(Wizard().NextIdentifier(), NextPage());
     EXPECT_EQ(Wizard().Buttons(), (WizardButtons{!way_.empty(), on && !last, on && last, true}));
@@ -418,10 +394,8 @@ class Walker {
   std::vector<TaskRecord> stored_;  // what the storage has to hold
   TaskRecord opened_;
   Entries entries_;
-  bool conflict_ = false;              // the opened task was changed in the storage
-  bool walking_through_ = false;       // by a user who declines nothing
-  std::vector<std::string> declined_;  // the questions of this step
-  std::deque<std::string> trace_;
+  bool conflict_ = false;                     // the opened task was changed in the storage
+  bool walking_through_ = false;              // by a user who declines nothing
   std::set<std::vector<std::string>> roads_;  // that led to Finish
   std::map<std::string, int> counts_;
   int steps_ = 0;

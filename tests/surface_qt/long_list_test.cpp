@@ -3,11 +3,8 @@
 #include <plovix/surfaces/qt/entry_popup.h>
 #include <plovix/surfaces/qt/form_widget.h>
 
-#include <QAbstractItemView>
-#include <QAccessible>
-#include <QComboBox>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <map>
 
 #include "tests/support/surface_contract.h"
