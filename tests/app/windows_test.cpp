@@ -22,10 +22,20 @@ class WindowsTest : public ProgramTest {
   // Makes each window in turn and hands it over. `name` stands wherever others may have named something.
   void ForEachWindow(const std::string& name, const std::function<void(QWidget&, const std::string&)>& look) {
     TaskRecord task;
+    task.id = 1;
     task.name = task.short_description = task.owner = name;
     task.categories = {{name, true}};
-    MemoryStorage foreign;  // takes what no file of this program holds
-    task = foreign.Save(task, {});
+    class Foreign final : public TaskStorage {  // a file that was not made by this program
+     public:
+      explicit Foreign(TaskRecord record) : record_(std::move(record)) {}
+      std::vector<TaskRecord> List() override { return {record_}; }
+      std::optional<TaskRecord> Load(std::int64_t) override { return record_; }
+      TaskRecord Save(const TaskRecord& saved, DateTime) override { return saved; }
+      void Delete(std::int64_t, std::int64_t) override {}
+
+     private:
+      TaskRecord record_;
+    } foreign(task);
     AppParts parts{state_, registry_, foreign, tables_, user_, data_};
     TaskListWindow list(parts);
     look(list, "list");

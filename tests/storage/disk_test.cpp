@@ -180,12 +180,9 @@ std::vector<Fault> Faults() {
                         {"locked", kLock, EAGAIN, {kPermissionDenied, kDeviceError}},
                         {"no locks", kLock, ENOLCK, {kDeviceError, kPermissionDenied}},
                         {"no memory map", kMap, ENOMEM, {kDeviceError}}};
-  std::vector<Fault> faults(std::begin(once), std::end(once));
-  for (Fault each : once) {
-    each.for_ever = true;
-    faults.push_back(each);
-  }
-  faults.push_back({"killed", ~0U, kKilled});
+  std::vector<Fault> faults{{"killed", ~0U, kKilled}};
+  for (const bool for_ever : {false, true})
+    for (Fault each : once) each.for_ever = for_ever, faults.push_back(each);
   return faults;
 }
 
