@@ -79,14 +79,15 @@ constexpr const char* kType = "Plovix.AutoTaskType";
 
 // A schedule starts on the day on which it was stored first, and takes its start along when it goes.
 TEST_F(VeloWizTest, AScheduleAndItsStartAreStoredTogether) {
-  TaskRecord task = CompleteTask();
+  TaskRecord task;
+  task.name = task.description = "Report";
   task.allow_automation_manager = true;
+  task.recurrence.emplace();
   for (const bool scheduled : {true, false}) {
     Make(task);
-    wizard->Open("Plovix.Details");
+    wizard->Open(scheduled ? "Plovix.Actions" : "Plovix.Details");
     if (!scheduled) wizard->User().Toggle(At("chkAutoMan"));
-    while (wizard->Next()) {
-    }
+    EXPECT_NE(wizard->Next(), scheduled);
     EXPECT_TRUE(wizard->Finish());
     task = wizard->Saved();
     EXPECT_EQ(storage.List(), std::vector{task});
