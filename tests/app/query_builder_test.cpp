@@ -1,8 +1,8 @@
 // The query builder, driven by keyboard and mouse.
-#include <plovix/standalone/app/query_builder_dialog.h>
-#include <plovix/standalone/app/wait_window.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/query/query_text.h>
+#include <plovix/standalone/query_builder/query_builder_dialog.h>
+#include <plovix/standalone/query_builder/wait_window.h>
 
 #include <future>
 

@@ -33,7 +33,7 @@ class Process final : public QProcess {
 // killed.
 int SaveTasks(const std::string& path, const std::string& prefix, int count, bool stays) {
   SqliteStorage storage(path);
-  SqliteHostTables tables(path);
+  SqliteUsersAndTags tables(path);
   for (int i = 0; i < count; ++i) {
     const std::string name = prefix + "-" + std::to_string(i);
     tables.SaveTag({name, {{"en", name}}}, {});
@@ -69,7 +69,7 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
     EXPECT_EQ(process->exitCode(), 0);
   }
   EXPECT_EQ(reader.List().size(), processes.size() * kSaves);
-  EXPECT_EQ(SqliteHostTables(path).Tags().size(), processes.size() * kSaves);
+  EXPECT_EQ(SqliteUsersAndTags(path).Tags().size(), processes.size() * kSaves);
   ExpectIntact(path);
 }
 
@@ -155,7 +155,7 @@ TEST(Processes, WhoseFilesAreTakenAwayLoseNothingThatTheyAcknowledged) {
 TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const auto [folder, path] = OwnTaskFile();
   SqliteStorage storage(path, kImpatient);
-  SqliteHostTables tables(path, kImpatient);
+  SqliteUsersAndTags tables(path, kImpatient);
   const TaskRecord task = storage.Save(WholeTask("a"), kNow);
   Process locker({"lock", QString::fromStdString(path)});
   EXPECT_EQ(locker.Line(), "locked\n");

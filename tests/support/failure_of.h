@@ -2,7 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <functional>
 
