@@ -1,6 +1,7 @@
 // Days and moments as text against the C library's calendar, and any moment there and back.
 #include <plovix/standalone/text/iso_time.h>
 
+#include <array>
 #include <cstring>
 #include <ctime>
 
