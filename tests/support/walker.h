@@ -76,7 +76,7 @@ class Walker {
     for (auto& entry : scene.data->entries) entry.record.caption = entry.record.name;
   }
 
-  // PLOVIX_WALK_DIVISOR comes from the build: walks under the sanitizers are shorter.
+  // PLOVIX_WALK_DIVISOR comes from the build: walks and sweeps under the sanitizers are shorter.
   void Walk(int usual_steps) {
     usual_steps /= PLOVIX_WALK_DIVISOR;
     const int seed = FromEnvironment("PLOVIX_WALK_SEED", 1);
