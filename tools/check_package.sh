@@ -3,7 +3,9 @@
 # examples and projects of its own against that, with Qt and on a machine's worth of files without Qt, by the libraries'
 # compiler and by another one, and from the sources; and looks into the Debian packages.
 #
-#   tools/check_package.sh              builds the release preset and build/plain
+#   tools/check_package.sh              of the release preset
+#   tools/check_package.sh --whole      also builds build/plain without Qt and tests that, makes packages of it, and
+#                                       builds Plovix in another project
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
@@ -11,6 +13,11 @@ need_packages "${packages_program[@]}" "${packages_tests[@]}" "${packages_packag
 outside=$(mktemp -d) || exit
 trap 'rm -rf -- "$outside"' EXIT
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
+case $* in
+  '') whole='' ;;
+  --whole) whole=1 ;;
+  *) fail "usage: tools/check_package.sh [--whole]" ;;
+esac
 plain=$root/build/plain
 other_compiler=clang++-19
 
@@ -21,9 +28,15 @@ build_plain() {
   with_lock cmake --build "$plain" --parallel "$(nproc)" || return
   ctest --test-dir "$plain" --output-on-failure --no-tests=error --parallel 2 >"$outside/log" || { cat "$outside/log"; return 1; }
   say "plain release: $(grep 'tests passed' "$outside/log")"
-  cmake -S "$root" -B "$outside/untested" -DPLOVIX_QT=OFF -DBUILD_TESTING=OFF >/dev/null || return
-  [[ ! -e $outside/untested/tests ]] || fail "BUILD_TESTING=OFF is not honoured"
 }
+
+check_untested() {
+  cmake -S "$root" -B "$outside/untested" -DPLOVIX_QT=OFF -DBUILD_TESTING=OFF >/dev/null &&
+    [[ ! -e $outside/untested/tests ]]
+}
+
+# install TREE NAME [COMPONENT]: into a prefix of that name, as a user would install it for others to build against.
+install_tree() { DESTDIR='' cmake --install "$1" --prefix "$outside/$2" ${3:+--component "$3"} >/dev/null || exit; }
 
 wanted="Nightly report: every 2 days, 1 action"
 
@@ -115,6 +128,8 @@ check_embedding() {
   local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
   cp -r "$root/tests/embedding" "$project" || return
   cmake -S "$project" -B "$outside/fetched" "${settings[@]}" -DFETCH=ON -DPLOVIX_QT=ON >/dev/null || return
+  cmake -S "$project" -B "$outside/embedded" "${settings[@]}" >/dev/null || return
+  [[ $whole ]] || return 0
   build_outside "$project" "" "${settings[@]}"
   runs "by add_subdirectory" "$project/build/first_wizard"
   runs "by add_subdirectory, static" "$project/build/static_wizard"
@@ -181,11 +196,16 @@ check_qt_packages() {
 }
 
 build release
-build_plain || fail "a plain release build fails"
 awk '/^```/ { found = 0 } found { print } /^\/\/ first_wizard.cpp/ { found = 1 }' "$root/docs/guide.md" >"$outside/first_wizard.cpp"
-for tree in release plain; do
-  DESTDIR='' cmake --install "$root/build/$tree" --prefix "$outside/$tree" >/dev/null || exit
-done
+install_tree "$root/build/release" release
+if [[ $whole ]]; then
+  build_plain || fail "a plain release build fails"
+  install_tree "$plain" plain
+else  # what a build without Qt installs
+  install_tree "$root/build/release" plain runtime
+  install_tree "$root/build/release" plain development
+fi
+check_untested || fail "BUILD_TESTING=OFF is not honoured"
 check_prefix "with Qt" "$outside/release" "Core;Qt"
 [[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt has files of it"
 check_prefix "without Qt" "$outside/plain" Core
@@ -196,7 +216,7 @@ check_requirements "$outside/plain/include"
 check_pkg_config "$outside/plain" || fail "the pkg-config files do not serve"
 check_missing_component "$outside/plain"
 check_optional_qt "$outside/release" || fail "a package is not found without its optional component"
-check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
+[[ ! $whole ]] || check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
 if ! check_debian_packages "$root/build/release" libplovix-dev libplovix-qt-dev libplovix-qt1 libplovix1 plovix ||
   ! check_qt_packages; then
   fail "the Debian packages are not as they should be"
