@@ -20,12 +20,18 @@ endfunction()
 foreach(room controls host standalone/model standalone/wizard standalone/language)
   plovix_headers(${room})
 endforeach()
+plovix_headers(standalone/exchange import_task.h task_file.h)
 plovix_headers(framework wizard_page.h page_identifiers.h)
 plovix_headers(conformance conformance.h host_under_test.h)
 plovix_headers(component entry_points.h page_library.h page_registry.h)
 if(PLOVIX_QT)
   plovix_headers(surfaces/qt PART -qt form_widget.h slot_factory.h surface_options.h surface_texts.h theme.h)
 endif()
+
+# What developers copy: hosts to start from, and the language files.
+set(examples_folder ${CMAKE_INSTALL_DATADIR}/doc/libplovix-dev/examples)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/ DESTINATION ${examples_folder} COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/languages DESTINATION ${examples_folder} COMPONENT development)
 
 # The package files.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Plovix)

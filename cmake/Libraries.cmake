@@ -72,8 +72,8 @@ plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core
 plovix_library(Core OUTPUT plovix EXPORTS door.map.in SET Core
                ROOMS framework designs pages/task pages/records pages/recurrence component LINKS Controls)
 # By its plain name: only a static link needs more of ICU than the library.
-plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core
-               ROOMS standalone/model standalone/wizard standalone/language LINKS Controls LIBRARIES icuuc)
+set(PLOVIX_HOST_ROOMS standalone/model standalone/wizard standalone/language standalone/exchange)
+plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core ROOMS ${PLOVIX_HOST_ROOMS} LINKS Controls LIBRARIES icuuc)
 # For test programs: archives alone.
 plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)

@@ -8,7 +8,6 @@ plovix_globbed_room(standalone/data LINKS standalone/sqlite standalone/query LIB
 plovix_globbed_room(standalone/storage LINKS standalone/model standalone/sqlite LIBRARIES Qt6::Core nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/script LINKS standalone/wizard standalone/language standalone/schedule standalone/storage
                     LIBRARIES nlohmann_json::nlohmann_json)
-plovix_globbed_room(standalone/exchange LINKS standalone/model LIBRARIES nlohmann_json::nlohmann_json)
 plovix_globbed_room(standalone/app LINKS surfaces/qt standalone/script standalone/exchange standalone/data LIBRARIES Qt6::Widgets)
 target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")
 

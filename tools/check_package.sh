@@ -25,13 +25,13 @@ build_plain() {
   [[ ! -e $outside/untested/tests ]] || fail "BUILD_TESTING=OFF is not honoured"
 }
 
-wanted="Nightly report: every 2 days, 1 action"
-
-# runs NAME PROGRAM: whether the headless host, or the guide's first wizard, walks its road.
+# runs NAME PROGRAM: whether the terminal's host stores a task and reads it again, or the guide's first wizard walks its road.
 runs() {
-  local output
-  output=$("$2") || fail "$1 failed"
-  [[ $output == *"$wanted"* || $output == "1 task: Say hello" ]] || fail "$1 printed something else: $output"
+  local tasks output
+  tasks=$(mktemp -u "$outside/tasks.XXXX")
+  output=$("$2" "$tasks" new <"$root/examples/terminal_host/nightly.txt" && "$2" "$tasks") || fail "$1 failed: $output"
+  [[ $output == *$'\n1: Nightly report, scheduled, 1 action(s)' || $output == $'1 task: Say hello\n1 task: Say hello' ]] ||
+    fail "$1 printed something else: $output"
   say "$1 runs"
 }
 
@@ -48,17 +48,17 @@ build_outside() {
 check_prefix() {
   local name=$1 prefix=$2 components=$3 qt=OFF work=$outside/$1 header program
   [[ $components == *Qt* ]] && qt=ON
-  mkdir -p "$work" && cp -r "$root/examples" "$root/tests/consumer" "$work" || return
+  mkdir -p "$work" && cp -r "$prefix/share/doc/libplovix-dev/examples" "$root/tests/consumer" "$work" || return
   (cd "$prefix/include" && find plovix -name '*.h' -printf '#include <%p>\n' | sort) >"$work/consumer/all_headers.cpp"
   echo 'int main() {}' >>"$work/consumer/all_headers.cpp"
-  build_outside "$work/examples" "$prefix" -DEXAMPLES_QT=$qt \
-    -DCMAKE_DISABLE_FIND_PACKAGE_Qt6="$([[ $qt == ON ]] || echo ON)"
+  build_outside "$work/examples" "$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6="$([[ $qt == ON ]] || echo ON)"
+  [[ $qt == OFF || -x $work/examples/build/plovix_minimal_host ]] || fail "$name: the example with windows is not built"
   build_outside "$work/consumer" "$prefix" -DEXAMPLES="$work/examples" -DCOMPONENTS="$components"
-  runs "$name: shared libraries" "$work/examples/build/plovix_headless_host"
+  runs "$name: shared libraries" "$work/examples/build/plovix_terminal_host"
   runs "$name: pages loaded at run time" "$work/examples/build/plovix_loading_host"
   runs "$name: static libraries" "$work/consumer/build/static_host"
-  for program in all_headers kit static_kit; do
-    "$work/consumer/build/$program" >"$outside/log" || { cat "$outside/log"; fail "$name: $program does not run"; }
+  for program in consumer/build/all_headers consumer/build/static_check examples/build/plovix_check_host; do
+    (cd "$work" && "$work/$program" &>"$outside/log") || { cat "$outside/log"; fail "$name: $program does not run"; }
   done
   header=$(wc -l <"$work/consumer/all_headers.cpp")
   say "$name: $((header - 1)) headers"
@@ -70,11 +70,11 @@ check_pkg_config() {
   export PKG_CONFIG_PATH=$library_folder
   flags=$(pkg-config --cflags --libs plovix-host plovix) || return
   # shellcheck disable=SC2086  # several words
-  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/headless_host/main.cpp" $flags || return
+  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/terminal_host/main.cpp" $flags || return
   LD_LIBRARY_PATH=${library_folder%/pkgconfig} runs "pkg-config" "$outside/by_hand"
   flags=$(pkg-config --static --cflags --libs plovix-host plovix) || return
   # shellcheck disable=SC2086
-  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/headless_host/main.cpp" -Wl,-Bstatic ${flags//-licuuc/} \
+  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/terminal_host/main.cpp" -Wl,-Bstatic ${flags//-licuuc/} \
     -Wl,-Bdynamic $flags || return
   runs "pkg-config --static" "$outside/by_hand"
 }
@@ -100,19 +100,16 @@ PROJECT
   cmake -S "$project" -B "$project/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >/dev/null
 }
 
-# The guide's first wizard by a compiler that did not build the libraries.
+# The guide's first project, by a compiler that did not build the libraries.
 check_other_compiler() {
-  local project=$outside/other
-  cp -r "$root/tests/consumer" "$project" || return
-  build_outside "$project" "$outside/plain" -DCOMPONENTS=Core -DFIRST_WIZARD="$outside/first_wizard.cpp" \
-    -DCMAKE_CXX_COMPILER="$other_compiler"
-  runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$project/build/first_wizard"
+  build_outside "$outside/wizard" "$outside/plain" -DCMAKE_CXX_COMPILER="$other_compiler"
+  runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$outside/wizard/build/first_wizard"
 }
 
 # Plovix in the build of another project, which gets the libraries, Qt's where it asks for them, and nothing more.
 check_embedding() {
   local project=$outside/embedding
-  local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
+  local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/wizard/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
   cp -r "$root/tests/embedding" "$project" || return
   cmake -S "$project" -B "$outside/fetched" "${settings[@]}" -DFETCH=ON -DPLOVIX_QT=ON >/dev/null || return
   build_outside "$project" "" "${settings[@]}"
@@ -182,7 +179,9 @@ check_qt_packages() {
 
 build release
 build_plain || fail "a plain release build fails"
-awk '/^```/ { found = 0 } found { print } /^\/\/ first_wizard.cpp/ { found = 1 }' "$root/docs/guide.md" >"$outside/first_wizard.cpp"
+# The blocks of the guide whose first lines name these files.
+mkdir "$outside/wizard" && awk -v folder="$outside/wizard/" '/^```/ { file = "" } file { print >file }
+  /^(#|\/\/) (CMakeLists.txt|first_wizard.cpp)$/ { file = folder $2 }' "$root/docs/guide.md"
 for tree in release plain; do
   DESTDIR='' cmake --install "$root/build/$tree" --prefix "$outside/$tree" >/dev/null || exit
 done
