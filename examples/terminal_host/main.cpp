@@ -80,8 +80,9 @@ std::string Drawn(const Control& control) {
   const auto* label = dynamic_cast<const Label*>(&control);
   const bool answers = label != nullptr ? label->Link() : control.GetKind() != Kind::kFrame;
   std::string text = value ? "[" + *value + "] " : "";
-  if (control.GetKind() != Kind::kHostSlot) text += Plain(control.Caption());
-  return text + (answers && control.Usable() ? " {" + std::string(control.Name()) + "} " : " ");
+  const std::string caption = control.GetKind() == Kind::kHostSlot ? "" : Plain(control.Caption());
+  if (!caption.empty()) text += caption + " ";
+  return text + (answers && control.Usable() ? "{" + std::string(control.Name()) + "} " : "");
 }
 
 class TerminalWizard {
@@ -93,6 +94,7 @@ class TerminalWizard {
   bool Run() {
     std::string line;
     if (!wizard_.Open(page_identifier::kAutoTaskType)) return false;
+    std::cout << "NAME clicks, NAME=TEXT types or picks.\n\n";
     for (Draw(); wizard_.IsOpen() && std::getline(std::cin, line); Draw()) Obey(line);
     return wizard_.End() == WizardEnd::kFinished;
   }
