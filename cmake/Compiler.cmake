@@ -1,7 +1,7 @@
 # What Plovix is compiled with. Everything here holds for this tree alone: nothing reaches a project that adds Plovix
 # to itself, and of that project's settings only those that Plovix can live with reach in.
 
-# Older ones lack what std::source_location and ranges need. controls/requirements.h refuses the same for programs that
+# Older ones lack what std::source_location and ranges need. base/requirements.h refuses the same for programs that
 # include the headers.
 set(minimum_GNU 12)
 set(minimum_Clang 16)

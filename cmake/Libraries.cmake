@@ -67,13 +67,14 @@ function(plovix_library name)
   endforeach()
 endfunction()
 
-plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS controls host
+plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host
                HEADERS framework component)
 plovix_library(Core OUTPUT plovix EXPORTS door.map.in SET Core
                ROOMS framework designs pages/task pages/records pages/recurrence component LINKS Controls)
 # By its plain name: only a static link needs more of ICU than the library.
-set(PLOVIX_HOST_ROOMS standalone/model standalone/wizard standalone/language standalone/exchange)
-plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core ROOMS ${PLOVIX_HOST_ROOMS} LINKS Controls LIBRARIES icuuc)
+set(PLOVIX_HOST_ROOMS standalone/text standalone/tasks standalone/exchange standalone/objects standalone/wizard)
+plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core
+               ROOMS ${PLOVIX_HOST_ROOMS} LINKS Controls LIBRARIES icuuc)
 # For test programs: archives alone.
 plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)

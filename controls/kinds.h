@@ -4,6 +4,8 @@
 /// User calls them.
 #pragma once
 
+#include <plovix/base/date_time.h>
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -13,9 +15,6 @@
 #include "control.h"
 
 namespace plovix {
-
-/// Wall-clock time of the host, without a zone.
-using DateTime = std::chrono::local_seconds;
 
 /// Captioned text. A user's Click and DoubleClick raise Click and DblClick.
 class Label final : public Control {

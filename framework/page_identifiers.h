@@ -3,7 +3,7 @@
 /// docs/page-flow.md.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 /// "Plovix." and the name of the page. Plain characters: an object with a constructor would be made once by
 /// each library and program that shares it.

@@ -2,7 +2,7 @@
 // per call; what a statement does before it fails stays done, so compute first and change state last.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <optional>
 #include <source_location>

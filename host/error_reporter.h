@@ -2,7 +2,7 @@
 /// Where every unexpected failure of a page goes.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 #include <cstdint>
 #include <string>

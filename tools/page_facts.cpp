@@ -1,5 +1,6 @@
-// Writes docs/page-flow.md, page-calls.md and page-texts.md from what the pages really do, by running every
-// page. The tests start it to compare; with PLOVIX_UPDATE_DOCS set it writes the files first.
+// Writes docs/page-flow.md, page-calls.md, page-texts.md and page-controls.md from what the pages really do,
+// by running every page. The tests start it to compare; with PLOVIX_UPDATE_DOCS set it writes the files
+// first.
 #include <gmock/gmock.h>
 #include <plovix/designs/design.h>
 #include <plovix/framework/page_identifiers.h>

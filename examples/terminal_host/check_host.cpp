@@ -2,16 +2,15 @@
 // status is 0 when all that the pages count on is there. Works on a file of its own, which the argument
 // names.
 #include <plovix/conformance/conformance.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/category_rows.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/category_rows.h>
+#include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
 #include <iostream>
 #include <set>
 
-#include "task_text_file.h"
+#include "text_storage.h"
 
 using namespace plovix;
 
@@ -72,6 +71,22 @@ conformance::WizardUnderTest OpenWizard(const WizardParts& parts, const std::str
   return {press, enabled, [wizard](Control& control) { wizard->User().Click(control); }};
 }
 
+void LetAnswer(conformance::HostUnderTest& host, ToldDialogs& dialogs) {
+  host.answer_reports = [&](ReportAction answer) { dialogs.report = answer; };
+  host.answer_boxes = [&](int answer) { dialogs.box = answer; };
+  host.answer_tag_editor = [&](const auto& tag) { dialogs.tag = tag; };
+  host.answer_query_builder = [&](const auto& query) { dialogs.query = query; };
+  host.answer_category_editor = [&](const std::optional<std::vector<std::string>>& texts) {
+    dialogs.categories.reset();
+    if (texts) dialogs.categories.emplace();
+    for (const std::string& text : texts.value_or(std::vector<std::string>()))
+      dialogs.categories->push_back({text});
+  };
+  host.answer_permission_editor = [&](bool confirmed) {
+    dialogs.permissions = confirmed ? std::optional(PermissionSet()) : std::nullopt;
+  };
+}
+
 int Check(const std::string& path) {
   ToldDialogs dialogs;
   HostState state;
@@ -84,7 +99,7 @@ int Check(const std::string& path) {
   state.data = data;
   std::set<std::string, std::less<>> denied;
   state.has_permission = [&](std::string_view key, const DataObjectRecord*) { return !denied.contains(key); };
-  TaskTextFile storage(path, state.texts);
+  TextStorage storage(path, state.texts);
   std::vector<std::string> stored_categories;
   state.open_rows = [&](const std::string&) { return CategoryRows(stored_categories); };
 
@@ -113,19 +128,7 @@ int Check(const std::string& path) {
     if (!granted) denied.emplace(key);
     if (granted) denied.erase(std::string(key));
   };
-  host.answer_reports = [&](ReportAction answer) { dialogs.report = answer; };
-  host.answer_boxes = [&](int answer) { dialogs.box = answer; };
-  host.answer_tag_editor = [&](const auto& tag) { dialogs.tag = tag; };
-  host.answer_query_builder = [&](const auto& query) { dialogs.query = query; };
-  host.answer_category_editor = [&](const std::optional<std::vector<std::string>>& texts) {
-    dialogs.categories.reset();
-    if (texts) dialogs.categories.emplace();
-    for (const std::string& text : texts.value_or(std::vector<std::string>()))
-      dialogs.categories->push_back({text});
-  };
-  host.answer_permission_editor = [&](bool confirmed) {
-    dialogs.permissions = confirmed ? std::optional(PermissionSet()) : std::nullopt;
-  };
+  LetAnswer(host, dialogs);
   host.ask_context = [](ActionListControl& list) {
     (void)dynamic_cast<VeloActionList&>(list).OfferedKinds();
   };

@@ -8,16 +8,16 @@
 // Compiled a second time, with LOAD_PAGES_FROM, the program is not linked with the pages but loads them.
 #include <plovix/component/page_library.h>
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/category_rows.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/category_column.h>
+#include <plovix/standalone/tasks/category_rows.h>
+#include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
 #include <cstdlib>
 #include <iostream>
 
-#include "task_text_file.h"
+#include "text_storage.h"
 
 using namespace plovix;
 
@@ -168,7 +168,7 @@ int Run(const std::vector<std::string>& arguments) {
   auto data = std::make_shared<MemoryDataSource>();
   data->entries = {{{"Customer", "Customers", "Id"}, {}}, {{"Invoice", "Invoices", "Number"}, {}}};
   state.data = data;
-  TaskTextFile storage(arguments.at(0), state.texts);
+  TextStorage storage(arguments.at(0), state.texts);
   state.open_rows = [&storage](const std::string& /*query*/) {
     std::vector<std::string> columns;
     for (const TaskRecord& task : storage.List()) columns.push_back(EncodeCategories(task.categories));

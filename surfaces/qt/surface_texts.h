@@ -3,7 +3,7 @@
 /// form widget its own; the surface knows no languages.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 #include <functional>
 #include <string>
