@@ -71,82 +71,102 @@ conformance::WizardUnderTest OpenWizard(const WizardParts& parts, const std::str
   return {press, enabled, [wizard](Control& control) { wizard->User().Click(control); }};
 }
 
-void LetAnswer(conformance::HostUnderTest& host, ToldDialogs& dialogs) {
-  host.answer_reports = [&](ReportAction answer) { dialogs.report = answer; };
-  host.answer_boxes = [&](int answer) { dialogs.box = answer; };
-  host.answer_tag_editor = [&](const auto& tag) { dialogs.tag = tag; };
-  host.answer_query_builder = [&](const auto& query) { dialogs.query = query; };
-  host.answer_category_editor = [&](const std::optional<std::vector<std::string>>& texts) {
-    dialogs.categories.reset();
-    if (texts) dialogs.categories.emplace();
-    for (const std::string& text : texts.value_or(std::vector<std::string>()))
-      dialogs.categories->push_back({text});
-  };
-  host.answer_permission_editor = [&](bool confirmed) {
-    dialogs.permissions = confirmed ? std::optional(PermissionSet()) : std::nullopt;
-  };
-}
+// The host, with what the kit needs to play its user and its application.
+class CheckedHost {
+ public:
+  explicit CheckedHost(const std::string& path) : storage_(path, state_.texts) {
+    state_.dialogs = &dialogs_;
+    state_.user_id = "ann";
+    state_.session_id = "session";
+    state_.texts = LoadLanguage("en");
+    auto data = std::make_shared<MemoryDataSource>();
+    data->entries = {{{"Customer", "Customers", "Id"}, {}}, {{"Invoice", "Invoices", "Number"}, {}}};
+    state_.data = data;
+    state_.has_permission = [this](std::string_view key, const DataObjectRecord*) {
+      return !denied_.contains(key);
+    };
+    state_.open_rows = [this](const std::string&) { return CategoryRows(stored_categories_); };
+    FillInObjects();
+    FillInApplication();
+    FillInAnswers();
+  }
+  ~CheckedHost() { InstallServices({}); }
+  CheckedHost(const CheckedHost&) = delete;
+  CheckedHost& operator=(const CheckedHost&) = delete;
 
-int Check(const std::string& path) {
-  ToldDialogs dialogs;
-  HostState state;
-  state.dialogs = &dialogs;
-  state.user_id = "ann";
-  state.session_id = "session";
-  state.texts = LoadLanguage("en");
-  auto data = std::make_shared<MemoryDataSource>();
-  data->entries = {{{"Customer", "Customers", "Id"}, {}}, {{"Invoice", "Invoices", "Number"}, {}}};
-  state.data = data;
-  std::set<std::string, std::less<>> denied;
-  state.has_permission = [&](std::string_view key, const DataObjectRecord*) { return !denied.contains(key); };
-  TextStorage storage(path, state.texts);
-  std::vector<std::string> stored_categories;
-  state.open_rows = [&](const std::string&) { return CategoryRows(stored_categories); };
+  [[nodiscard]] const conformance::HostUnderTest& UnderTest() const { return host_; }
 
-  conformance::HostUnderTest host;
-  host.services = ProviderOf(state);
-  host.make_task = [&] { return MakeTask(state, {}); };
-  host.make_store = [] { return std::make_shared<StoreObject>(); };
-  host.make_control = MakeControl;
-  host.make_actions = [](const std::vector<std::int32_t>& record_modes) {
-    auto actions = std::make_shared<ActionListObject>();
-    for (const std::int32_t modes : record_modes) {
-      actions->records.push_back(NewAction(*FindActionKind("write-log")));
-      actions->records.back().record_modes = modes;
-    }
-    return actions;
-  };
-  host.make_permissions = [] { return std::make_shared<PermissionsObject>(PermissionSet{}); };
-  host.open_wizard = [&](const PageRegistry& pages, const std::string& first_page) {
-    return OpenWizard({state, pages, storage, MakeControl}, first_page);
-  };
-  host.data_object = "Customer";
-  host.file_tag = [&](const std::string& tag, const std::string& text) { state.tag_texts[tag] = text; };
-  host.store_categories = [&](const std::vector<std::string>& texts) { stored_categories = texts; };
-  host.hold_right = [&](int number, bool held) { state.rights[number] = held; };
-  host.grant = [&](std::string_view key, bool granted) {
-    if (!granted) denied.emplace(key);
-    if (granted) denied.erase(std::string(key));
-  };
-  LetAnswer(host, dialogs);
-  host.ask_context = [](ActionListControl& list) {
-    (void)dynamic_cast<VeloActionList&>(list).OfferedKinds();
-  };
-  host.remove_action = [](ActionListControl& list) { dynamic_cast<VeloActionList&>(list).Remove(0); };
-  host.store_task = [&](const std::shared_ptr<AutoTask>& task) {
-    const TaskRecord saved = storage.Save(dynamic_cast<TaskObject&>(*task).Record(), state.Now());
-    return MakeTask(state, storage.Load(saved.id).value());
-  };
-  host.count_tasks = [&] { return storage.List().size(); };
-  const int status = conformance::Print(conformance::CheckHost(host), std::cout);
-  InstallServices({});
-  return status;
-}
+ private:
+  void FillInObjects() {
+    host_.services = ProviderOf(state_);
+    host_.make_task = [this] { return MakeTask(state_, {}); };
+    host_.make_store = [] { return std::make_shared<StoreObject>(); };
+    host_.make_control = MakeControl;
+    host_.make_actions = [](const std::vector<std::int32_t>& record_modes) {
+      auto actions = std::make_shared<ActionListObject>();
+      for (const std::int32_t modes : record_modes) {
+        actions->records.push_back(NewAction(*FindActionKind("write-log")));
+        actions->records.back().record_modes = modes;
+      }
+      return actions;
+    };
+    host_.make_permissions = [] { return std::make_shared<PermissionsObject>(PermissionSet{}); };
+    host_.open_wizard = [this](const PageRegistry& pages, const std::string& first_page) {
+      return OpenWizard({state_, pages, storage_, MakeControl}, first_page);
+    };
+  }
+
+  void FillInApplication() {
+    host_.data_object = "Customer";
+    host_.file_tag = [this](const std::string& tag, const std::string& text) {
+      state_.tag_texts[tag] = text;
+    };
+    host_.store_categories = [this](const std::vector<std::string>& texts) { stored_categories_ = texts; };
+    host_.hold_right = [this](int number, bool held) { state_.rights[number] = held; };
+    host_.grant = [this](std::string_view key, bool granted) {
+      if (!granted) denied_.emplace(key);
+      if (granted) denied_.erase(std::string(key));
+    };
+    host_.store_task = [this](const std::shared_ptr<AutoTask>& task) {
+      const TaskRecord saved = storage_.Save(dynamic_cast<TaskObject&>(*task).Record(), state_.Now());
+      return MakeTask(state_, storage_.Load(saved.id).value());
+    };
+    host_.count_tasks = [this] { return storage_.List().size(); };
+  }
+
+  void FillInAnswers() {
+    host_.answer_reports = [this](ReportAction answer) { dialogs_.report = answer; };
+    host_.answer_boxes = [this](int answer) { dialogs_.box = answer; };
+    host_.answer_tag_editor = [this](const auto& tag) { dialogs_.tag = tag; };
+    host_.answer_query_builder = [this](const auto& query) { dialogs_.query = query; };
+    host_.answer_category_editor = [this](const std::optional<std::vector<std::string>>& texts) {
+      dialogs_.categories.reset();
+      if (texts) dialogs_.categories.emplace();
+      for (const std::string& text : texts.value_or(std::vector<std::string>()))
+        dialogs_.categories->push_back({text});
+    };
+    host_.answer_permission_editor = [this](bool confirmed) {
+      dialogs_.permissions = confirmed ? std::optional(PermissionSet()) : std::nullopt;
+    };
+    host_.ask_context = [](ActionListControl& list) {
+      (void)dynamic_cast<VeloActionList&>(list).OfferedKinds();
+    };
+    host_.remove_action = [](ActionListControl& list) { dynamic_cast<VeloActionList&>(list).Remove(0); };
+  }
+
+  ToldDialogs dialogs_;
+  HostState state_;
+  TextStorage storage_;
+  std::set<std::string, std::less<>> denied_;
+  std::vector<std::string> stored_categories_;
+  conformance::HostUnderTest host_;
+};
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::string path = argc > 1 ? argv[1] : "checked_tasks.txt";
   std::filesystem::remove(path);
-  return Check(path);
+  const CheckedHost host(path);
+  return conformance::Print(conformance::CheckHost(host.UnderTest()), std::cout);
 }
