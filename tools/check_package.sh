@@ -1,7 +1,7 @@
 #!/bin/bash
-# Checks the package as another project gets it: builds by the plain command line, installs what was built, builds the
-# examples and projects of its own against that, with Qt and on a machine's worth of files without Qt, by the libraries'
-# compiler and by another one, and from the sources; and looks into the Debian packages.
+# Checks the package as another project gets it. Makes a plain build and installs it; builds the examples and test
+# projects against the installed files, with and without Qt, with the libraries' compiler and with another one, and
+# with the sources embedded; and inspects the Debian packages.
 #
 #   tools/check_package.sh              builds the release preset and build/plain
 set -uo pipefail
@@ -14,7 +14,7 @@ export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_
 plain=$root/build/plain
 other_compiler=clang++-19
 
-# The command line that knows no preset, but for warnings, which are errors here: a release without Qt. Its tests pass.
+# A release without Qt and without a preset, except that warnings are errors. Its tests must pass.
 build_plain() {
   with_lock env CMAKE_GENERATOR=Ninja \
     cmake -S "$root" -B "$plain" -DCMAKE_BUILD_TYPE=Release -DPLOVIX_QT=OFF -DPLOVIX_WERROR=ON || return
@@ -27,7 +27,7 @@ build_plain() {
 
 wanted="Nightly report: every 2 days, 1 action"
 
-# runs NAME PROGRAM: whether the headless host, or the guide's first wizard, walks its road.
+# runs NAME PROGRAM: the headless host, or the guide's first wizard, runs and prints what it should.
 runs() {
   local output
   output=$("$2") || fail "$1 failed"
@@ -86,7 +86,7 @@ check_missing_component() {
   [[ $output == *"no component Qt"* ]] || fail "a package without Qt does not say so: $output"
 }
 
-# Where Qt is not, a package that offers it is found without it, unless it has to be there.
+# Without Qt on the machine, a package with the component Qt is still found if that component is optional.
 check_optional_qt() {
   local prefix=$1 project=$outside/optional
   mkdir -p "$project" && cat >"$project/CMakeLists.txt" <<'PROJECT' || return
@@ -100,7 +100,7 @@ PROJECT
   cmake -S "$project" -B "$project/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >/dev/null
 }
 
-# The guide's first wizard by a compiler that did not build the libraries.
+# The guide's first wizard, built with a compiler other than the libraries'.
 check_other_compiler() {
   local project=$outside/other
   cp -r "$root/tests/consumer" "$project" || return
@@ -109,7 +109,7 @@ check_other_compiler() {
   runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$project/build/first_wizard"
 }
 
-# Plovix in the build of another project, which gets the libraries, Qt's where it asks for them, and nothing more.
+# Plovix in the build of another project, which gets only the libraries, and the Qt library only if it asks for it.
 check_embedding() {
   local project=$outside/embedding
   local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
@@ -122,8 +122,8 @@ check_embedding() {
   [[ ! -e $outside/nothing ]] || fail "a project that contains Plovix installs it"
 }
 
-# refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header says what it needs, where a program's settings would make
-# another thing of it.
+# refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header refuses a setting that would change its meaning and says
+# what it needs.
 refuses() {
   local words
   words=$(c++ -std=c++20 "$3" -I "$1" -E -x c++ -include "$2" /dev/null 2>&1 >/dev/null) && fail "$2 takes $3"
@@ -143,7 +143,7 @@ check_requirements() {
 # field DEB FIELD
 field() { dpkg-deb --field "$1" "$2"; }
 
-# check_debian_packages TREE NAME...: the packages of a tree are those, would install, and are as Debian wants them.
+# check_debian_packages TREE NAME...: the tree makes exactly these packages; they can be installed and follow Debian's rules.
 check_debian_packages() {
   local tree=$1 debs=$outside/debs-${1##*/} system=$outside/system-${1##*/} deb name names=()
   shift
@@ -155,7 +155,7 @@ check_debian_packages() {
     dpkg-deb --extract "$deb" "$system"
     grep -q /usr/share/common-licenses/Apache-2.0 "$system/usr/share/doc/$name/copyright" || fail "$name has no licence"
     [[ $name != libplovix*1 ]] || [[ $(dpkg-deb --ctrl-tarfile "$deb" | tar --list) == *shlibs*triggers* ]] ||
-      fail "$name does not say what depends on its libraries, or does not make them known"
+      fail "$name lacks shlibs or triggers, which make its libraries known"
   done
   [[ ${names[*]} == "$*" ]] || fail "other packages than $*: ${names[*]}"
   apt-get --simulate install "$debs"/*.deb >"$outside/log" || { cat "$outside/log"; return 1; }
@@ -163,13 +163,13 @@ check_debian_packages() {
     fail "the libraries are not where those of this architecture are"
 }
 
-# What the Qt packages bring, and the others do not; what Debian's own check says of them all; the program starts.
+# Only the Qt packages bring Qt; Debian's own check accepts all packages; the program starts.
 check_qt_packages() {
   local debs=$outside/debs-release system=$outside/system-release deb
   lintian --allow-root --fail-on error "$debs"/*.deb || return
-  field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not ask for Qt"
+  field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not depend on Qt"
   field "$debs"/libplovix-qt-dev_*.deb Depends | grep -q 'libplovix-dev.*qt6-base-dev\|qt6-base-dev.*libplovix-dev' ||
-    fail "the package for Qt's developers lacks what it needs"
+    fail "the Qt development package lacks a dependency"
   for deb in "$debs"/libplovix1_*.deb "$debs"/libplovix-dev_*.deb; do
     { field "$deb" Depends Recommends; dpkg-deb --contents "$deb"; } | grep -i qt && fail "$deb brings Qt"
   done
@@ -187,13 +187,13 @@ for tree in release plain; do
   DESTDIR='' cmake --install "$root/build/$tree" --prefix "$outside/$tree" >/dev/null || exit
 done
 check_prefix "with Qt" "$outside/release" "Core;Qt"
-[[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt has files of it"
+[[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt contains Qt files"
 check_prefix "without Qt" "$outside/plain" Core
-check_other_compiler || fail "the libraries serve their own compiler alone"
+check_other_compiler || fail "the libraries work only with their own compiler"
 check_embedding || fail "Plovix cannot be a part of another project's build"
 check_requirements "$outside/plain/include"
 "$root/tools/build_docs.sh" "$outside/release/include" || exit
-check_pkg_config "$outside/plain" || fail "the pkg-config files do not serve"
+check_pkg_config "$outside/plain" || fail "the pkg-config files do not work"
 check_missing_component "$outside/plain"
 check_optional_qt "$outside/release" || fail "a package is not found without its optional component"
 check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"

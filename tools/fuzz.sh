@@ -4,8 +4,8 @@
 #   tools/fuzz.sh [NAME...]                    for instance: tools/fuzz.sh numeric date
 #   PLOVIX_FUZZ_SECONDS=600 tools/fuzz.sh      ten minutes each
 #
-# The same seed each time. What an input added to the coverage is kept in build/fuzz/corpus and taken up by the
-# next run; an input that breaks a promise is kept in build/fuzz/found, its path printed.
+# The seed is always the same. Inputs that add coverage are kept in build/fuzz/corpus and used by the next run.
+# An input that breaks a promise is kept in build/fuzz/found and its path is printed.
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
