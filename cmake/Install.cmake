@@ -1,8 +1,8 @@
-# What find_package(Plovix) and pkg-config find. Parts that need Qt are components of their own, so that a package without
-# them brings no Qt.
+# What find_package(Plovix) and pkg-config find. Parts that need Qt are separate components, so that a package without
+# them does not depend on Qt.
 include(CMakePackageConfigHelpers)
 
-# Headers. What is named here is what applications may include.
+# Headers. Applications may include those that are listed here.
 function(plovix_headers room)
   cmake_parse_arguments(ARG "" "PART" "" ${ARGN})
   set(patterns ${ARG_UNPARSED_ARGUMENTS})
