@@ -108,7 +108,7 @@ TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   Key(Qt::Key_F2);
   Type("sales\n");
   QTest::qWait(0);
-  EXPECT_THAT(Told(), HasSubstr("\"sales\" is in the list already"));
+  EXPECT_THAT(Told(), HasSubstr("\"sales\" is already in the list"));
   Key(Qt::Key_Return);
   EXPECT_TRUE(dialog.isVisible()) << "two categories of one name";
   Find<QTableWidget>()->setCurrentCell(0, 0);
@@ -120,7 +120,7 @@ TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   Key(Qt::Key_Delete);
   Mnemonic(Qt::Key_N);
   Type("INVOICES\n");
-  EXPECT_THAT(Told(), HasSubstr("\"INVOICES\" is in the list already"));
+  EXPECT_THAT(Told(), HasSubstr("\"INVOICES\" is already in the list"));
   Type("Stock\n");
   Type("last");
   QTest::keyClick(&dialog, Qt::Key_Return);  // what is typed is not lost
@@ -147,7 +147,7 @@ TEST_F(EditorTest, CategoriesInTagsComeFromTheTagEditor) {
   EXPECT_FALSE(dialog.Changed()) << "the tag editor was cancelled";
   Mnemonic(Qt::Key_A);
   Mnemonic(Qt::Key_A);
-  EXPECT_THAT(Told(), HasSubstr("\"T.A\" is in the list already"));
+  EXPECT_THAT(Told(), HasSubstr("\"T.A\" is already in the list"));
   Key(Qt::Key_F2);
   Mnemonic(Qt::Key_A);
   EXPECT_THAT(Told(), HasSubstr("No tags today."));
@@ -233,7 +233,7 @@ TEST_F(EditorTest, TagsAreFoundByTheirTextsInEveryLanguageAndMade) {
       QTest::keyClick(box, Qt::Key_Return);
     };
     for (const auto& [text, told] : {std::pair("", "enter a name"),
-                                     {"T9", "of this name already"},
+                                     {"T9", "already a tag"},
                                      {"made", "enter the text in this language"}}) {
       type(text);
       EXPECT_THAT(FromQt(box->focusWidget()->accessibleDescription()), HasSubstr(told));
@@ -326,7 +326,7 @@ TEST_F(EditorTest, ChangesOfOthersAreMergedOrTold) {
   Type("t");
   Find<QPlainTextEdit>()->setPlainText("new");
   QTest::keyClick(&made, Qt::Key_Return);
-  EXPECT_THAT(Told(), HasSubstr("of this name already"));
+  EXPECT_THAT(Told(), HasSubstr("already a tag"));
 }
 
 }  // namespace

@@ -143,7 +143,7 @@ TEST_F(QueryBuilderTest, TheTextAndTheRowsKeepInStep) {
   EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("2 records match"); }));
   EXPECT_EQ(dialog_->Query(), "select * from [A & b] where n>=2 or paid=0");
   TypeText("select n from [a & b] order by n");
-  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("chooses columns") && Tells("used as it stands"); }));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("chooses columns") && Tells("used as it is"); }));
   EXPECT_FALSE(Get<QLineEdit>("Value of condition 1")->isEnabled());
   EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("3 records match"); }));
   EXPECT_EQ(Get<QTableWidget>("The first records that the query finds")->columnCount(), 1);
@@ -169,7 +169,7 @@ TEST_F(QueryBuilderTest, NothingWrongPassesUnseenAndNothingTypedIsLost) {
   EXPECT_TRUE(Tells("whole number"));
   EXPECT_THAT(FromQt(value->accessibleDescription()), HasSubstr("whole number"));
   EXPECT_TRUE(value->hasFocus());
-  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("still lacks its value"); }));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("has no value yet"); }));
   EXPECT_THAT(FromQt(Answer(Qt::Key_Escape, Qt::Key_K)), HasSubstr("Discard"));
   EXPECT_TRUE(dialog_->isVisible());
   TypeText("select * from nosuch");
@@ -211,7 +211,7 @@ TEST_F(QueryBuilderTest, TheWindowsLiveOnWhateverTheDataDo) {
   clock.callOnTimeout([&] { longest = std::max(longest, since.restart()); });
   clock.start(5);
   Open(kEndless);
-  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("do not answer this query in time"); }));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Tells("took too long"); }));
   TypeText(kEndless);
   dialog_->accept();
   dialog_.reset();
@@ -227,7 +227,7 @@ TEST_F(QueryBuilderTest, TheWindowsLiveOnWhateverTheDataDo) {
   after(400, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
   EXPECT_FALSE(WaitWithWindow(texts_)(job));
   after(400, [&](const QMessageBox& box) {
-    EXPECT_EQ(FromQt(box.text()), "The data are being read...");
+    EXPECT_EQ(FromQt(box.text()), "Reading the data...");
     is_freed->set_value();
   });
   EXPECT_TRUE(WaitWithWindow(texts_)(job));

@@ -138,10 +138,10 @@ TEST(TaskFiles, SayWhatIsWrong) {
   };
   const std::vector<std::pair<std::string, std::string>> cases = {
       {damaged("\"everyNDays\": 3", "\"everyNDays\": \"x\""),
-       "task.recurrence.pattern.everyNDays: a whole number was expected, \"x\" stands there."},
+       "task.recurrence.pattern.everyNDays: a whole number was expected, but \"x\" was found."},
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
-       "task.recordMode: a number from -32768 to 32767 was expected, 32768 stands there."},
-      {damaged("\"version\": 1", "\"version\": 2"), "the file is of version 2, this program reads version 1"},
+       "task.recordMode: a number from -32768 to 32767 was expected, but 32768 was found."},
+      {damaged("\"version\": 1", "\"version\": 2"), "the file has version 2; this program reads version 1"},
       {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file is of version 1e+20, this"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
       {damaged("Name'", std::string(1001, 'x')), "task.name: this text is longer than 1000 characters."},
