@@ -142,7 +142,7 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
        "task.recordMode: a number from -32768 to 32767 was expected, but 32768 was found."},
       {damaged("\"version\": 1", "\"version\": 2"), "the file has version 2; this program reads version 1"},
-      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file is of version 1e+20, this"},
+      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file has version 1e+20; this"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
       {damaged("Name'", std::string(1001, 'x')), "task.name: this text is longer than 1000 characters."},
       {damaged("Query'", std::string(100'001, 'x')),
@@ -156,7 +156,7 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
       {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
-      {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},
+      {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is not a kind"},
   };
   for (const auto& [text, problem] : cases) {
     try {
