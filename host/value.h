@@ -1,6 +1,6 @@
 /// @file
-/// The values that travel between host and pages: a closed variant. Objects are counted references to
-/// anything that derives from HostObject.
+/// The values that host and pages exchange: a closed variant. Objects are counted references to anything that
+/// derives from HostObject.
 #pragma once
 
 #include <plovix/controls/failure.h>
@@ -13,19 +13,19 @@
 
 namespace plovix {
 
-/// Base of every object of the host that can stand in a Value.
+/// Base of every host object that a Value can hold.
 class HostObject {
  public:
   virtual ~HostObject() = default;
 };
 
-/// A counted reference; may be nothing.
+/// A counted reference; may be null.
 using ObjectRef = std::shared_ptr<HostObject>;
-/// A value of any of these types; monostate is a missing one. Texts are UTF-8.
+/// A value of any of these types; monostate is a missing value. Texts are UTF-8.
 using Value = std::variant<std::monostate, bool, std::int32_t, double, std::string, DateTime, ObjectRef>;
 
-/// The object in `value` as a T; nothing for a missing value or an empty reference. Fails with 13 when the
-/// value is no object, or an object of another class.
+/// The object in `value` as a T; null for a missing value or an empty reference. Fails with 13 if the value
+/// is not an object, or an object of another class.
 template <class T>
 [[nodiscard]] std::shared_ptr<T> ObjectFrom(const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return nullptr;
@@ -36,7 +36,7 @@ template <class T>
   return object;
 }
 
-/// A truth value: a Boolean, or a number that is not zero. Fails with 13 on anything else.
+/// The Boolean value of a Boolean or a number; only zero is false. Fails with 13 on anything else.
 [[nodiscard]] inline bool BooleanFrom(const Value& value) {
   if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
   if (const auto* integer = std::get_if<std::int32_t>(&value)) return *integer != 0;
