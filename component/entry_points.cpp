@@ -29,7 +29,7 @@ bool IsOurs(const std::shared_ptr<PageFactory>& factory) {
   return dynamic_cast<const Factory*>(factory.get()) != nullptr;
 }
 
-// What goes wrong in an entry point: the answer, and its reason.
+// What goes wrong in an entry point: the result, and the reason.
 struct Refusal {
   EntryResult result;
   std::string reason;
@@ -39,7 +39,7 @@ void Write(EntryError* error, const std::string& reason) {
   if (error == nullptr) return;
   std::size_t size = std::min(reason.size(), sizeof error->text - 1);
   if (size < reason.size()) {
-    while (size > 0 && (reason[size] & 0xC0) == 0x80) --size;  // no character is cut in two
+    while (size > 0 && (reason[size] & 0xC0) == 0x80) --size;  // never cuts a character in two
   }
   std::memcpy(error->text, reason.data(), size);
   error->text[size] = '\0';
@@ -49,8 +49,7 @@ void Require(bool holds, EntryResult result, const std::string& reason) {
   if (!holds) throw Refusal{result, reason};
 }
 
-// The frame of every entry point: nothing is touched for a caller of another version, and no failure gets
-// out.
+// The frame of every entry point: a caller of another version changes nothing, and no failure escapes.
 template <class Work>
 EntryResult Enter(std::uint32_t version, EntryError* error, Work work) noexcept {
   try {

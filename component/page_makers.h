@@ -1,4 +1,4 @@
-// Which page stands behind which identifier. Used by the entry points alone.
+// Which page each identifier names. Used only by the entry points.
 #pragma once
 
 #include <plovix/framework/wizard_page.h>

@@ -117,7 +117,7 @@ void ComboBox::Clear() {
   Notify(Aspect::kItems);
 }
 
-// Shows the entry without raising anything; true when the index is another one than before.
+// Shows the entry without raising anything; true if the index has changed.
 bool ComboBox::Show(int index) {
   if (index < -1 || index >= Count()) {
     throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");

@@ -4,8 +4,8 @@
 
 namespace plovix {
 
-// Copies a failure out of its catch block before the listener shows it: no exception may be alive while
-// a dialog runs its own event loop.
+// Copies a failure out of its catch block before the listener shows it, because no exception may be alive
+// while a dialog runs its own event loop.
 template <class Verb>
 void User::Run(Form& form, std::string_view procedure, Verb verb) {
   listener_.EventBegins();
@@ -21,7 +21,7 @@ void User::Run(Form& form, std::string_view procedure, Verb verb) {
   listener_.EventEnds();
 }
 
-// `verb` takes the control as its own kind.
+// `verb` gets the control as its actual class.
 template <class Type, class Verb>
 bool User::On(Control& control, Event event, Verb verb) {
   auto* typed = dynamic_cast<Type*>(&control);
@@ -105,7 +105,7 @@ bool User::Enter(Control& control) {
 }
 
 bool User::Leave(Control& control) {
-  // A control that was disabled or hidden while it had the focus is left all the same.
+  // A control that was disabled or hidden while it had the focus can still be left.
   if (!control.Usable() && !control.HasFocus()) return false;
   Run(control.Container(), std::string(control.Name()) + "_LostFocus",
       [&] { control.LeaveFocus(UserKey{}); });

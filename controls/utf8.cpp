@@ -7,7 +7,7 @@ unsigned char Byte(std::string_view text, std::size_t index) {
   return static_cast<unsigned char>(text[index]);
 }
 
-// The second byte's range excludes overlong forms, surrogates and everything above U+10FFFF.
+// The range of the second byte excludes overlong forms, surrogates and everything above U+10FFFF.
 bool GoodSecond(unsigned char first, unsigned char second) {
   const int low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
   const int high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;

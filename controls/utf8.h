@@ -19,13 +19,13 @@ namespace plovix {
   return count;
 }
 
-/// Bytes of the well-formed character at the start of `text`; 0 when there is none.
+/// The number of bytes of the well-formed character at the start of `text`; 0 if there is none.
 [[nodiscard]] std::size_t CharacterBytes(std::string_view text) noexcept;
 
-/// The text for a message: UTF-8 whatever bytes it holds. A byte that is no part of a well-formed character,
-/// and a control character, becomes U+FFFD.
+/// The text for a message: always valid UTF-8. A byte that is not part of a well-formed character, and a
+/// control character, becomes U+FFFD.
 [[nodiscard]] std::string Readable(std::string_view text);
-/// The same between quotation marks.
+/// The same in quotation marks.
 [[nodiscard]] std::string Quoted(std::string_view text);
 
 }  // namespace plovix

@@ -59,7 +59,7 @@ void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::s
   });
 }
 
-// The answer is set last: a procedure that was left on the way keeps the user on the page.
+// The answer is set last, so that the user stays on the page if a procedure is left before.
 bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
   bool answer = false;
   Procedure("IWizardPage_CanChangePage", [&](Statements& /*run*/) {
@@ -75,7 +75,7 @@ bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
 
 Outcome CommonPage::RefreshWizard() {
   return Procedure("RefreshWizard", [&](Statements& run) {
-    const auto wizard = Wizard;  // held: it may end the page
+    const auto wizard = Wizard;  // held, because it may end the page
     if (!wizard) return;
     std::optional<bool> flag;
     run([&] { flag = CanContinue(); });

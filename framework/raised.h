@@ -1,11 +1,11 @@
-// A flag that is up for a scope: loading guards, and whatever must not be entered twice.
+// A flag that is raised for a scope: for loading guards, and for code that must not be entered twice.
 #pragma once
 
 #include <utility>
 
 namespace plovix {
 
-// Raises the flag and gives it its former state back at the end, also when a failure ends the scope.
+// Raises the flag and restores its former state at the end, even if a failure ends the scope.
 class Raised {
  public:
   explicit Raised(bool& flag) : flag_(flag), former_(std::exchange(flag, true)) {}

@@ -14,7 +14,7 @@ bool Statements::WantsRetry(const Failure& failure, int line) const {
     case ReportAction::kLeave:
       break;
   }
-  throw Left{};  // also for an answer outside the enumeration
+  throw Left{};  // even for an answer outside the enumeration
 }
 
 }  // namespace plovix

@@ -1,4 +1,4 @@
-// Rules for text that a user typed, shared by the pages' checks.
+// Rules for texts that users type, shared by the pages' checks.
 #pragma once
 
 #include <string_view>
