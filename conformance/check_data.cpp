@@ -92,7 +92,7 @@ void CheckRows(Examination& exam) {
   });
 }
 
-// Whether handles are never 0 nor shared, and stand for the very objects while these live.
+// Whether handles are never 0 and never shared, and identify these very objects while they live.
 bool HaveHandles(std::vector<std::shared_ptr<DataObject>> objects) {
   std::map<std::int32_t, std::weak_ptr<DataObject>> handles;
   for (const auto& object : objects) {

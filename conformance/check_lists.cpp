@@ -1,4 +1,4 @@
-// Checks of what is kept by reference: stores, what a task refers to, and lists.
+// Checks of everything that is kept by reference: stores, the objects of a task, and lists.
 #include <algorithm>
 #include <climits>
 
@@ -46,7 +46,7 @@ void CheckStore(Examination& exam, ValueStore& store, const ObjectRef& object) {
   });
 }
 
-// Whether the task keeps the very object, and nothing after it.
+// Whether the task keeps the very object, and can be set to null after it.
 template <class T>
 bool Refers(const Examination& exam, const std::shared_ptr<T>& object, std::shared_ptr<T> (AutoTask::*get)(),
             void (AutoTask::*set)(std::shared_ptr<T>)) {

@@ -14,7 +14,7 @@ Examination::Examination(const HostUnderTest& under_test) : host(under_test) {
 void Examination::About(const std::string& subject, const std::function<void()>& body) {
   about_ = subject;
   Judge("An object that pages need cannot be had", [&] { return body(), true; });
-  // The checks that were made speak for themselves.
+  // The checks already made have their own findings.
   if (findings.back().verdict == Verdict::kPassed) findings.pop_back();
 }
 
@@ -22,7 +22,7 @@ void Examination::Check(const std::string& sentence, const std::function<bool()>
   Judge(sentence, holds);
 }
 
-// At once: nobody knows whether the check comes to its end.
+// Flushed at once, because the check may crash.
 void Examination::Announce(const std::string& check) const {
   if (host.before_check) return host.before_check(check);
   std::cerr << "checking " << check << std::endl;

@@ -14,14 +14,14 @@ struct Missing {
   const char* member;
 };
 
-// `function`, which must be there.
+// Returns `function`, which must not be empty.
 template <class Function>
 const Function& Needed(const Function& function, const char* member) {
   if (!function) throw Missing{member};
   return function;  // NOLINT(bugprone-return-const-ref-from-parameter): a member of HostUnderTest
 }
 
-// `reference`, which the host must not leave empty; `member` says where it came from.
+// Returns `reference`, which the host must not leave empty; `member` says where it came from.
 template <class T>
 std::shared_ptr<T> Given(std::shared_ptr<T> reference, const char* member) {
   if (!reference) throw Failure(failure_number::kObjectNotSet, std::string(member) + " gives nothing");
@@ -46,12 +46,12 @@ class Examination {
   // Installs the services of `under_test`, which outlives the examination.
   explicit Examination(const HostUnderTest& under_test);
 
-  // Runs `body`, which makes the checks about one interface. What it throws between them ends it.
+  // Runs `body`, which makes the checks of one interface. An exception between checks ends it.
   void About(const std::string& subject, const std::function<void()>& body);
-  // A check: `sentence` is said unless `holds`.
+  // A check: it fails with `sentence` unless `holds` returns true.
   void Check(const std::string& sentence, const std::function<bool()>& holds);
 
-  // The host's objects; never nothing.
+  // The host's objects; never null.
   [[nodiscard]] std::shared_ptr<HostApplication> Application() const;
   [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() const;
   template <class T>
@@ -65,7 +65,7 @@ class Examination {
 
   const HostUnderTest& host;
   Findings findings;
-  std::string detail;  // a check that does not hold may say here what was wrong
+  std::string detail;  // a failing check may say here what was wrong
 
  private:
   void Announce(const std::string& check) const;

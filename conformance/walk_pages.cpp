@@ -1,5 +1,5 @@
-// Walks the component's real pages on the host's objects. Apart from the other checks, so that a program that
-// leaves it out does not link the pages.
+// Walks the component's real pages on the host's objects. Separate from the other checks, so that a program
+// without this walk does not link the pages.
 #include <plovix/component/entry_points.h>
 #include <plovix/controls/user.h>
 
@@ -10,8 +10,8 @@
 namespace plovix::conformance {
 namespace {
 
-// What a user enters into a control: a text, an entry of a list, a moment in seconds; nothing more for a box
-// or an option, which is then on.
+// What a user enters into a control: a text, an entry of a list, or a time in seconds; empty for a check box
+// or an option, which is turned on.
 struct Entry {
   const char* control;
   std::string value = {};
@@ -22,7 +22,7 @@ struct Stop {
 };
 using Road = std::vector<Stop>;
 
-// Stands around a page: wizard, listener, and the host's application but for what would wait for a person.
+// Surrounds a page: wizard, listener, and the host's application except for what would wait for a person.
 class Company final : public HostApplication,
                       public plovix::ErrorReporter,
                       public WizardHost,
@@ -62,7 +62,7 @@ class Company final : public HostApplication,
     (void)Report(failure.Number(), failure.Description(), "", "", procedure, 0);
   }
 
-  std::string told;          // to the user: nothing, as long as all is well
+  std::string told;          // what the user was told; empty as long as all is well
   bool can_continue = true;  // until the page says otherwise
 
  private:
@@ -83,7 +83,7 @@ DateTime Moment(const std::string& seconds) {
   return kZeroDate + std::chrono::seconds(std::stoll(seconds));
 }
 
-// False when the user cannot.
+// False if the user cannot.
 bool Enter(User& user, Control& control, const std::string& value) {
   if (dynamic_cast<OptionButton*>(&control) != nullptr) return user.Choose(control);
   if (auto* box = dynamic_cast<CheckBox*>(&control)) return box->Checked() || user.Toggle(control);
@@ -104,7 +104,7 @@ bool Shows(const Control& control, const std::string& value) {
   return dynamic_cast<const TextBox&>(control).Text() == value;
 }
 
-// The road of a task with the given pattern; `data`: caption of the data object that it works on, or empty.
+// The path of a task with the given pattern; `data`: caption of the data object that it works on, or empty.
 Road RoadTo(const char* option, const Stop& pattern, const std::string& data) {
   Road road = {{"AutoTaskType", {{data.empty() ? "optNoData" : "optQueryResults"}}},
                {"Details",
@@ -138,7 +138,8 @@ class Walk {
   Walk(Examination& exam, std::shared_ptr<Company> company)
       : exam_(exam), company_(std::move(company)), task_(exam.Task()), store_(NewStore()) {}
 
-  // Visits the pages in turn, and then each again from the task alone; once more as the host stored it.
+  // Visits the pages in turn, then each again with only the task, and once more with the task as the host
+  // stored it.
   void Go(const Road& road) {
     for (std::size_t i = 0; i < road.size(); ++i) {
       const std::string next = i + 1 < road.size() ? "Plovix." + road[i + 1].page : "";

@@ -5,7 +5,7 @@
 namespace plovix {
 namespace {
 
-// The designer library's code of a record mode; nothing for a mode it does not know.
+// The designer library's code of a record mode; nothing for an unknown mode.
 std::optional<std::int32_t> DesignerObjectType(std::int16_t mode) {
   switch (mode) {
     case record_mode::kNoData:

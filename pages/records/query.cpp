@@ -25,7 +25,7 @@ Outcome Query::SaveValues() {
   });
 }
 
-// The builder starts from what is in the box, saved or not.
+// The builder starts from the text in the box, saved or not.
 void Query::cmdBuild_Click() {
   Procedure("cmdBuild_Click", [&](Statements& run) {
     std::shared_ptr<DataObject> object;

@@ -55,7 +55,7 @@ Outcome Records::RetrieveValues() {
   });
 }
 
-// All records include the failed ones, so the second box has nothing to say then.
+// All records include the failed ones, so the second box has no meaning then.
 void Records::chkProcessAll_Click() {
   Procedure("chkProcessAll_Click",
             [&](Statements& run) { run([&] { chkFailedRecords.SetEnabled(!chkProcessAll.Checked()); }); });

@@ -74,8 +74,8 @@ std::optional<bool> MonthlyRecurrence::ValidateRelativeDayMonth() {
   return ValidateNumber("ValidateRelativeDayMonth", txtRelativeDayMonth);
 }
 
-// Asymmetric on purpose: a specific day is checked without its interval, which saving repairs; with a
-// relative day the interval of the other line is checked, too, and first.
+// Asymmetric on purpose: a specific day is checked without its interval, which saving repairs. With a
+// relative day, the interval of the other line is checked, too, and first.
 bool MonthlyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     if (optSpecificDay.Selected()) {

@@ -62,7 +62,7 @@ void NumericPage::SetToOne(Statements& run, TextBox& box, std::source_location w
   const Raised guard(updating);
   const bool unread = IsUnread(box);
   run([&] { box.SetText("1"); }, where);
-  if (unread) MarkUnread(box);  // the user has given no value
+  if (unread) MarkUnread(box);  // the user has not entered a value
 }
 
 void NumericPage::EditChooses(std::string_view procedure, OptionButton& option) {

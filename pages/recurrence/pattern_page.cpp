@@ -7,7 +7,7 @@ namespace plovix {
 void AnyPatternPage::IWizardPage_GetNextPage(std::string& next) {
   using namespace page_identifier;
   const bool tags = Set(Task)->UsesLanguageTags();
-  // Asked each time: the user's rights may change while the wizard is open.
+  // Asked each time, because the user's rights may change while the wizard is open.
   const bool may_go_on = Set(Application()->UserRights())->HasRight(kRightGoOnWithLanguageTags);
   if (tags && !may_go_on) {
     next.clear();

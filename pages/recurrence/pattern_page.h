@@ -1,5 +1,5 @@
-// Base of the four pattern pages: how a page takes its working pattern object and gives it back, and the
-// page that follows.
+// Base of the four pattern pages: how a page gets its working pattern object and stores it, and which page
+// follows.
 #pragma once
 
 #include "numeric_page.h"
@@ -10,16 +10,16 @@ namespace plovix {
 class AnyPatternPage : public NumericPage {
  public:
   using NumericPage::NumericPage;
-  // Nothing follows for a user who may not go on with a task of language tags.
+  // No page follows for a user who may not go on with a task that uses language tags.
   void IWizardPage_GetNextPage(std::string& next) final;
 
  protected:
-  // The task's current pattern object; nothing when it has none.
+  // The task's current pattern object; null if it has none.
   [[nodiscard]] std::shared_ptr<PatternBase> CurrentPattern() const;
-  // Puts the working object into the store and, where the task has a recurrence, makes it the task's pattern.
+  // Puts the working object into the store and, if the task has a recurrence, makes it the task's pattern.
   void StorePattern(Statements& run, const char* key, const std::shared_ptr<PatternBase>& pattern,
                     std::source_location where);
-  // Chooses the line that the pattern says, `relative` or `specific`; neither where that cannot be read.
+  // Chooses the line according to the pattern, `relative` or `specific`; neither if that cannot be read.
   template <class Expression>
   void LoadLine(Statements& run, OptionButton& relative, OptionButton& specific, Expression&& is_relative,
                 std::source_location where = std::source_location::current()) {
@@ -28,23 +28,23 @@ class AnyPatternPage : public NumericPage {
             run, relative, [&] { answer = is_relative(); }, where))
       Choose(run, answer ? relative : specific, where);
   }
-  // Appends the texts `first` to `last` to the list; an empty one where a text cannot be had.
+  // Appends the texts `first` to `last` to the list, with an empty entry for a text that fails.
   static void AddTexts(Statements& run, ComboBox& list, int first, int last,
                        std::source_location where = std::source_location::current());
   // Selects the entry at a 0-based position; fails with 380 outside the list.
   static void SelectEntry(ComboBox& list, std::int64_t position);
 };
 
-// PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: makes a fresh object.
+// PatternType: the page's pattern interface; kKey: its key in the shared store; kNew: creates a new object.
 template <class PatternType, const char* kKey, std::shared_ptr<PatternType> (ObjectFactory::*kNew)()>
 class PatternPage : public AnyPatternPage {
  public:
   using AnyPatternPage::AnyPatternPage;
 
  protected:
-  // Takes the task, then the working object: the store's; else the task's own when it is of this page's kind;
-  // else a new one. A pattern of another kind stays the task's until this page saves. Without one where
-  // what there is could not be read: nothing may take its place.
+  // Gets the task, then the working object: the store's, else the task's own if it is of this page's kind,
+  // else a new one. A pattern of another kind stays the task's until this page saves. If an existing one
+  // cannot be read, there is no working object, because nothing may replace it.
   void TakePattern(Statements& run, std::source_location where = std::source_location::current()) {
     Pattern = nullptr;
     TakeTask(run, where);
@@ -62,7 +62,7 @@ class PatternPage : public AnyPatternPage {
   void StorePattern(Statements& run, std::source_location where = std::source_location::current()) {
     AnyPatternPage::StorePattern(run, kKey, Pattern, where);
   }
-  // Gives a number of the pattern that is not yet set the value 1, at once.
+  // Immediately sets a number of the pattern that is not yet set to 1.
   void SetUnsetToOne(Statements& run, std::int32_t (PatternType::*get)(),
                      void (PatternType::*set)(std::int32_t),
                      std::source_location where = std::source_location::current()) {

@@ -21,7 +21,7 @@ RecurrencePattern::RecurrencePattern() {
   optYearly.On(Event::kDblClick, [this] { DoubleClickOption("optYearly_DblClick"); });
 }
 
-// With nothing selected, an identifier that the caller brought stays; without one, daily follows.
+// If nothing is selected, the caller's identifier stays; if that is empty, the daily page follows.
 void RecurrencePattern::IWizardPage_GetNextPage(std::string& next) {
   using namespace page_identifier;
   const std::array<const char*, 4> pages{kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence,
@@ -70,7 +70,7 @@ void RecurrencePattern::DoubleClickOption(std::string_view procedure) {
 }
 
 void RecurrencePattern::MoveOn(Statements& run, std::source_location where) {
-  const auto wizard = Wizard;  // held: it may end the page
+  const auto wizard = Wizard;  // held, because it may end the page
   if (wizard) run([&] { wizard->MoveNext(); }, where);
 }
 

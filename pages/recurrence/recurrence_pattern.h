@@ -14,7 +14,7 @@ class RecurrencePattern final : public PageWith<kRecurrencePatternDesign> {
 
   void IWizardPage_GetNextPage(std::string& next) override;
 
-  // Plain properties over the references that Initialize keeps; either may be nothing.
+  // Plain properties for the references that Initialize keeps; either may be null.
   void SetWizard(std::shared_ptr<WizardHost> wizard) { Wizard = std::move(wizard); }
   [[nodiscard]] const std::shared_ptr<ValueStore>& GetStore() const { return Store; }
   void SetStore(std::shared_ptr<ValueStore> store) { Store = std::move(store); }
@@ -22,7 +22,7 @@ class RecurrencePattern final : public PageWith<kRecurrencePatternDesign> {
  private:
   Outcome RetrieveValues() override;
   Outcome SaveValues() override;
-  // The selected option's position, which is its RecurrenceType; nothing when none is selected.
+  // The selected option's position, which is its RecurrenceType; nothing if none is selected.
   [[nodiscard]] std::optional<std::int32_t> SelectedType() const;
   // Event procedures: a help text is part of its option; a double click moves on.
   void ClickHelp(std::string_view procedure, OptionButton& option);

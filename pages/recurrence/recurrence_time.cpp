@@ -29,7 +29,7 @@ void RecurrenceTime::IWizardPage_GetNextPage(std::string& next) {
   next = page_identifier::kRecurrencePattern;
 }
 
-// Both fields show the one interval that there is, whichever unit is in force.
+// Both fields show the same interval, whichever unit applies.
 Outcome RecurrenceTime::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);

@@ -17,7 +17,7 @@ WeeklyRecurrence::WeeklyRecurrence() {
   for (CheckBox* day : days_) day->On(Event::kClick, [this] { RefreshWizard(); });
 }
 
-// Boxes are only ever checked here: a page is loaded once, with every box unchecked.
+// Boxes are only checked here, never unchecked: a page is loaded once, with every box unchecked.
 Outcome WeeklyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
@@ -44,7 +44,7 @@ bool WeeklyRecurrence::IsOneDayChecked() {
   return std::ranges::any_of(days_, &CheckBox::Checked);
 }
 
-// That no day is checked is not said here: the wizard's buttons hold the user back.
+// There is no message if no day is checked: the wizard's disabled buttons hold the user back.
 bool WeeklyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     return Accepts(run, txtWeeks, kWeeksNotNumericText, kWeeksNotPositiveText);

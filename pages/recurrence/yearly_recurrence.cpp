@@ -11,11 +11,11 @@
 namespace plovix {
 namespace {
 
-constexpr int kFirstMonthText = 99;  // January; twelve in a row: position plus one is Month
+constexpr int kFirstMonthText = 99;  // January; twelve in a row: the position plus one is Month
 constexpr int kLastMonthText = 110;
 constexpr int kNoSuchDateText = 112;
 
-// One or two digits, blanks around allowed; 0, which is no day, for any other text.
+// One or two digits, with optional blanks around them; 0, which is not a day, for any other text.
 unsigned DayNumber(std::string_view text) {
   const std::string_view digits = Trimmed(text);
   unsigned day = 0;
@@ -26,7 +26,7 @@ unsigned DayNumber(std::string_view text) {
 
 }  // namespace
 
-// There is nothing to do when optSpecificDay is chosen: the other line has no field to repair.
+// Nothing to do when optSpecificDay is chosen: the other line has no field to repair.
 YearlyRecurrence::YearlyRecurrence() {
   optRelativeDay.On(Event::kClick, [this] { RepairNonNumeric("optRelativeDay_Click", {&txtSpecificDay}); });
   cboSpecificDayMonth.On(Event::kClick, [this] { EditChooses("cboSpecificDayMonth_Click", optSpecificDay); });
@@ -67,7 +67,7 @@ Outcome YearlyRecurrence::RetrieveValues() {
   });
 }
 
-// The day is held against the month's length in this very year, so 29 February passes in leap years only.
+// The day is compared with the month's length in the current year, so 29 February passes only in leap years.
 bool YearlyRecurrence::IsDateOfThisYear() const {
   using namespace std::chrono;
   const year_month_day today(floor<days>(Application()->Now()));
@@ -84,7 +84,7 @@ std::optional<bool> YearlyRecurrence::ValidateSpecificDay() {
   return answer;
 }
 
-// The date is checked whatever is selected: a relative day is refused while the other line is bad.
+// The date is checked whatever is selected: a relative day is refused while the other line is invalid.
 bool YearlyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     if (run.If([&] { return !Number(txtSpecificDay); })) {

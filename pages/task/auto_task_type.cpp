@@ -16,7 +16,7 @@ AutoTaskType::AutoTaskType() {
       option.SetFocus();
     };
     const auto move_on = [this] {
-      const auto wizard = Wizard;  // held: it may end the page
+      const auto wizard = Wizard;  // held, because it may end the page
       Set(wizard)->MoveNext();
     };
     help.On(Event::kClick, choose);
@@ -96,10 +96,10 @@ bool AutoTaskType::SaveValues() {
     const std::int16_t mode = ChosenMode();
     if (!run.If([&] { return Set(Set(Task)->Actions())->Count() == 0; })) {
       const auto former = run.Read([&] { return Set(Task)->RecordMode(); });
-      if (!former) return;  // nobody knows whether the actions fit
+      if (!former) return;  // unknown whether the actions fit
       if (*former != mode && !DropActions(run)) return;
     }
-    const bool written = run([&] { Set(Task)->SetRecordMode(mode); });  // else the rest would not fit
+    const bool written = run([&] { Set(Task)->SetRecordMode(mode); });  // otherwise the rest would not fit
     if (written && mode == record_mode::kNoData) {
       run([&] { Set(Task)->SetDataObjectName(""); });
       run([&] { Set(Task)->SetDataObjectCaption(""); });

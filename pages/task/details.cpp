@@ -74,7 +74,7 @@ Outcome Details::RetrieveValues() {
   });
 }
 
-// What a page holds when it is new, so that another Initialize finds no rest of the former task.
+// Restores the state of a new page, so that another Initialize finds nothing left of the former task.
 void Details::Forget() {
   Importing = CreateGroup = CreatePersonal = TaggedTask = DataObjectsLoaded = MultipleCategories = false;
   DataObject = nullptr;
@@ -139,8 +139,8 @@ void Details::ChooseTag(std::string_view procedure, std::string& tag,
   });
 }
 
-// A description that holds anything, blanks included, is never overwritten; nor is one that could not be
-// read.
+// A description that is not empty, even if it is only blanks, is never overwritten; nor is one that could not
+// be read.
 void Details::txtName_LostFocus() {
   Procedure("txtName_LostFocus", [&](Statements& run) {
     if (txtDescription.Text().empty() && !IsUnread(txtDescription))
@@ -195,7 +195,7 @@ Outcome Details::SaveValues() {
     Save(run, chkSkipRowSelection, [&] {
       Set(Task)->SetSkipRowSelection(ServicesUtilities().CheckToBool(chkSkipRowSelection.Value()));
     });
-    // What the automation manager does not run has no schedule.
+    // A task that the automation manager does not run has no schedule.
     if (settled && run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
       run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
       run([&] { Set(Task)->SetRecurrence(nullptr); });
@@ -206,7 +206,7 @@ Outcome Details::SaveValues() {
     const bool owned = owner && run([&] { Set(Task)->SetOwner(*owner); }) && !owner->empty();
     if (owned) run([&] { Set(Task)->SetPermissions(nullptr); });
     if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
-    // A copy: what is edited from here on reaches the task when it is saved again.
+    // A copy, so that later edits reach the task only when it is saved again.
     if (Categories) run([&] { Set(Task)->SetCategories(Categories->Clone()); });
   });
 }

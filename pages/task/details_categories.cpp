@@ -1,4 +1,4 @@
-// The categories of the details page: the list of those in use, and the task's own.
+// The categories on the details page: the list of those in use, and the task's own.
 #include "details.h"
 
 namespace plovix {
@@ -6,7 +6,7 @@ namespace {
 
 const char* const kCategoryQuery = "SELECT Category FROM VeloAutoTasks";
 const char* const kCategoryColumn = "Category";
-// The kind of recordset that the host is asked for.
+// The kind of recordset requested from the host.
 constexpr std::int32_t kRecordsetType = 4;
 constexpr std::int32_t kRecordsetOptions = 0;
 constexpr std::int32_t kRecordsetFlags = -1;
@@ -21,8 +21,8 @@ std::string TextOf(const Value& value) {
 
 }  // namespace
 
-// A column text that has been met brings nothing new, unless something was skipped at it: hundreds of
-// thousands of tasks may share it.
+// A column text is read only once, unless a statement was skipped: hundreds of thousands of tasks may share
+// it.
 void Details::RetrieveCategories() {
   Procedure("RetrieveCategories", [&](Statements& run) {
     std::shared_ptr<Recordset> rows;
@@ -34,7 +34,7 @@ void Details::RetrieveCategories() {
     if (run.If([&] { return Set(rows)->Bof() && rows->Eof(); })) return;
     if (!CategoryTags) run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
     std::unordered_set<std::string> met;
-    int stuck = 0;  // a row that cannot be left would be read for ever
+    int stuck = 0;  // a row that cannot be left would be read forever
     while (stuck < kTriesOfARow && run.If([&] { return !Set(rows)->Eof(); })) {
       std::string column;
       run([&] { column = TextOf(Set(rows->Fields(kCategoryColumn))->Value()); });
@@ -43,7 +43,7 @@ void Details::RetrieveCategories() {
       if (run.Skipped() == skipped) met.insert(column);
       stuck = run([&] { rows->MoveNext(); }) ? 0 : stuck + 1;
     }
-    CategoriesLoaded = run.Skipped() == 0;  // else the list is read again when it is opened
+    CategoriesLoaded = run.Skipped() == 0;  // otherwise the list is read again when it is opened
   });
 }
 
@@ -102,7 +102,7 @@ Outcome Details::ShowCategoryInfo() {
       cboCategory.SetText(kSeveralCategories);
       return;
     }
-    const bool is_one = *count == 1;  // else there is nothing to read
+    const bool is_one = *count == 1;  // otherwise there is nothing to read
     const bool known =
         Load(run, CategoryTag, [&] { CategoryTag = is_one ? Set(Categories->Item(1))->Tag() : ""; });
     const auto show = [&] {
@@ -112,7 +112,7 @@ Outcome Details::ShowCategoryInfo() {
   });
 }
 
-// Without a text there is one category with an empty text, never an empty list.
+// An empty text gives one category with an empty text, never an empty list.
 Outcome Details::ApplyCategories() {
   return Procedure("ApplyCategories", [&](Statements& run) {
     if (MultipleCategories) return;

@@ -14,7 +14,7 @@ constexpr int kPermissionsTitleText = 114;
 constexpr int kUnfitActionsText = 120;
 constexpr std::int32_t kNoHandle = 0;
 
-// The bit that an action must have to fit the mode; 0, which every action has, for a mode that is unknown.
+// The bit that an action must have to fit the mode; 0, which every action has, for an unknown mode.
 std::int32_t RecordModeBit(std::int16_t mode) {
   switch (mode) {
     case record_mode::kNoData:
@@ -33,7 +33,7 @@ bool EqualText(const std::string& left, const std::string& right) {
   return utilities.FoldCase(left) == utilities.FoldCase(right);
 }
 
-// The hourglass for as long as it lives.
+// Shows the wait pointer during its lifetime.
 class WaitPointer {
  public:
   explicit WaitPointer(Form& form) : form_(form) { form_.SetMousePointer(Pointer::kWait); }
@@ -56,7 +56,7 @@ bool Details::IsPersonal() const {
 
 void Details::RetrieveSettings(Statements& run) {
   Load(run, chkPersonalTask, [&] { chkPersonalTask.SetValue(IsPersonal() ? 1 : 0); });
-  // Where nobody sits in front of the session, there is nobody to own a task.
+  // If no person works in the session, nobody can own a task.
   const bool unattended = run.If([&] {
     const auto session = Set(Application()->Session());
     return Set(session->CurrentUser())->UserId() == session->AccountId();
@@ -75,13 +75,14 @@ void Details::RetrieveSettings(Statements& run) {
   chkSkipRowSelection.SetEnabled(on_query);
 }
 
-// A task on a single record runs where that record is; an imported one is settled where it came from.
+// A task on a single record runs where that record is; for an imported task this was decided where it came
+// from.
 bool Details::MayBeAutomatic() const {
   return Set(Task)->RecordMode() != record_mode::kSingleRecord && !Importing &&
          BooleanFrom(Set(Store)->GetValue(store_key::kAllowAutomationManager, true));
 }
 
-// With a data object the list holds that one alone until it is opened: loading all may be slow. Where it
+// With a data object, the list has only that one until it is opened, because loading all may be slow. If it
 // could not be read, nothing is chosen in its place.
 void Details::InitDataObjects(Statements& run) {
   cboDataObject.Clear();
@@ -101,7 +102,7 @@ void Details::InitDataObjects(Statements& run) {
   if (mode) cboDataObject.SetEnabled(*mode != record_mode::kNoData && !Importing);
 }
 
-// Without records there is nothing to choose from; what the list holds stays.
+// Without records there is nothing to choose from; the list stays as it is.
 void Details::RetrieveDataObjects() {
   Procedure("RetrieveDataObjects", [&](Statements& run) {
     const WaitPointer waiting(Controls());
@@ -121,7 +122,8 @@ void Details::RetrieveDataObjects() {
   });
 }
 
-// Offered is what the session may read and, where the task works on records, what can tell them apart.
+// Offers the data objects that the session may read and, if the task works on records, that can tell these
+// apart.
 Details::Entries Details::OfferedDataObjects(Statements& run, std::int16_t mode) {
   const bool needs_key = mode == record_mode::kSingleRecord || mode == record_mode::kQueryResults;
   if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });
@@ -170,7 +172,7 @@ void Details::SaveDataObject(Statements& run) {
   run([&] { Set(Task)->SetMayDelete(may(permission_key::kDelete)); });
 }
 
-// A task for the automation manager is nobody's own, whoever's it was.
+// A task for the automation manager has no owner, whoever owned it before.
 Outcome Details::GetOwner(std::optional<std::string>& owner) {
   return Procedure("GetOwner", [&](Statements& run) {
     if (IsUnread(chkPersonalTask) && !chkAutoMan.Checked()) return;
@@ -198,7 +200,7 @@ bool Details::HasInvalidActions() {
   });
 }
 
-// Downwards, so that the positions of the actions still to be looked at stay.
+// Downwards, so that the positions of the actions still to be checked do not change.
 void Details::ClearInvalidActions() {
   Procedure("ClearInvalidActions", [&](Statements& run) {
     std::int32_t bit = 0;
@@ -220,7 +222,7 @@ void Details::cboDataObject_DropDown() {
   });
 }
 
-// Actions are made for a data object: with another one they all go, or the choice does.
+// Actions are made for a data object: if it changes, either all actions or the change must go.
 void Details::cboDataObject_Click() {
   Procedure("cboDataObject_Click", [&](Statements& run) {
     if (cboDataObject.Index() == -1) return;
@@ -262,7 +264,7 @@ void Details::chkPersonalTask_Click() {
   });
 }
 
-// A task for the automation manager is nobody's own, and its actions must be able to run there.
+// A task for the automation manager has no owner, and its actions must be able to run there.
 void Details::chkAutoMan_Click() {
   Procedure("chkAutoMan_Click", [&](Statements& run) {
     const bool asks = !Loading && !RevertingAutoMan &&
