@@ -1,4 +1,4 @@
-// Combo boxes: lists, and lists with a field to type in.
+// Combo boxes: lists, and editable lists.
 #pragma once
 
 #include <QComboBox>
@@ -10,19 +10,19 @@
 
 namespace plovix::qt {
 
-// Opens Qt's own popup on a short list and an EntryPopup on a long one.
+// Opens Qt's own popup for a short list and an EntryPopup for a long one.
 class ComboBoxWidget final : public QComboBox {
  public:
   // `box` and `texts` outlive the widget.
   ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent);
   std::function<void()> before_popup;
-  std::function<void()> draw_entries;  // those that came meanwhile
+  std::function<void()> draw_entries;  // draws entries added meanwhile
 
   [[nodiscard]] bool PopupIsOpen() const;
-  // Takes over what has come or gone in the control's list.
+  // Follows additions to the control's list, and its emptying.
   void UpdateEntries();
 
-  // Asks for room for entries of so many letters. The list itself is not measured: it may be long.
+  // Requests room for entries of so many letters. The list itself is not measured, because it may be long.
   void SetContentsLength(int letters);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -35,7 +35,7 @@ class ComboBoxWidget final : public QComboBox {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
-  // Has the control asked for its entries; false when that took the widget away or out of use.
+  // Asks the control for its entries; false if that deleted or disabled the widget.
   [[nodiscard]] bool AskForEntries();
 
   const ComboBox& box_;
@@ -62,9 +62,9 @@ class ComboBoxBinding final : public BindingOf<ComboBox> {
   void MakeEditable();
 
   ComboBoxWidget* widget_;
-  int longest_ = 0;       // entry, in characters; counted up to what makes a difference
-  int measured_ = 0;      // entries of these
-  bool waiting_ = false;  // for the event loop, with entries to draw
+  int longest_ = 0;       // longest entry, in characters, up to the limit that matters
+  int measured_ = 0;      // number of entries measured
+  bool waiting_ = false;  // for the event loop, to draw entries
 };
 
 }  // namespace plovix::qt

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kShortCaption = 3;
 
-// As wide as a style makes it, but narrow where it says "...".
+// As wide as the style makes it, but narrow if its caption is "...".
 class ButtonWidget final : public QPushButton {
  public:
   using QPushButton::QPushButton;

@@ -20,13 +20,12 @@ class OneStop : public Edit {
   using Edit::Edit;
 
  protected:
-  // The parent's own would go from section to section.
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  // The base class would move from section to section. NOLINTNEXTLINE(bugprone-parent-virtual-call)
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 
-// Where the locale tells the halves of the day apart, the first letter of one chooses it. The toolkit wants
-// the whole word, and takes half of one back without saying so.
+// In locales with AM and PM, the first letter chooses the half of the day. The toolkit wants the whole word,
+// and silently removes an incomplete one.
 class TimeField final : public OneStop<QTimeEdit> {
  public:
   using OneStop<QTimeEdit>::OneStop;
@@ -103,7 +102,7 @@ void DateTimePickerBinding::Draw() {
   }
 }
 
-// The part that the picker does not show stays as it is.
+// The part that the picker does not show is unchanged.
 void DateTimePickerBinding::Entered() {
   const local_days day = std::chrono::floor<days>(Model().Value());
   DateTime value = day + seconds(widget_->time().msecsSinceStartOfDay() / 1000);

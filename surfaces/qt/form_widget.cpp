@@ -16,11 +16,11 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kTextWidth = 72;     // letters x: a line of text that reads well
+constexpr int kTextWidth = 72;     // in letters x: a line of text of readable length
 constexpr int kMinimumWidth = 30;  // below it the page scrolls
 constexpr int kMinimumLines = 6;
 
-// The waiting pointer, over all of the program, while it is wanted.
+// The wait pointer over the whole program, while it is wanted.
 class WaitPointer {
  public:
   WaitPointer() = default;
@@ -43,12 +43,12 @@ class WaitPointer {
 
 }  // namespace
 
-// What the widget shows: the bindings of a form, in its layout.
+// The contents of the widget: the bindings of a form, in its layout.
 class FormWidget::Page final : private FormObserver {
  public:
   Page(Surface surface, QWidget* content) : surface_(std::move(surface)), lines_(ReadLines(Controls())) {
     surface_.captions_changed = [this] { NameFields(lines_, bindings_); };
-    // Made in the order of the Tab key, so that little has to be chained anew.
+    // Created in Tab order, so that little has to be chained again.
     const std::vector<Control*> order = InOrder(Controls(), lines_, surface_.options.tab_order);
     for (Control* control : order) bindings_[control] = MakeBinding(surface_, *control, content);
     for (const Control* control : InOrder(Controls(), lines_, TabOrder::kReading)) {
@@ -69,7 +69,7 @@ class FormWidget::Page final : private FormObserver {
   [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
   [[nodiscard]] Binding& BindingOf(const Control& control) const { return *bindings_.at(&control); }
 
-  // The binding whose widget is or holds `widget`; nullptr outside the page.
+  // The binding whose widget is or contains `widget`; nullptr outside the page.
   [[nodiscard]] Binding* Holding(const QWidget* widget) const {
     for (; widget != nullptr; widget = widget->parentWidget()) {
       for (const auto& [control, binding] : bindings_) {
@@ -79,7 +79,7 @@ class FormWidget::Page final : private FormObserver {
     return nullptr;
   }
 
-  // Where the focus goes when the page did not say.
+  // Where the focus goes if the page has not set it.
   [[nodiscard]] Control* First() const {
     Control* first = nullptr;
     for (const Line& line : lines_) {
@@ -129,14 +129,14 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
   layout->addWidget(scroll);
-  auto* content = new QWidget(scroll->viewport());  // never a window by itself, which would cost more
+  auto* content = new QWidget(scroll->viewport());  // never a separate window, which would cost more
   scroll->setWidget(content);
   page_ = std::make_unique<Page>(
       Surface{std::move(form), user, std::move(make_slot), std::move(texts), std::move(options)}, content);
   setAccessibleName(Heading());
 }
 
-// Embedded widgets draw what only the form holds, so they go before it.
+// Embedded widgets draw what only the form owns, so they are deleted before it.
 FormWidget::~FormWidget() {
   const std::shared_ptr<Form> kept = page_->Kept();
   page_.reset();

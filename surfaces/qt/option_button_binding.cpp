@@ -13,7 +13,7 @@ namespace {
 
 using OptionWidget = PassiveButton<QRadioButton>;
 
-// To the toolkit, a button that is not exclusive by itself is a check box.
+// The toolkit reports a button that is not auto-exclusive as a check box.
 class OptionAccess final : public QAccessibleWidget {
  public:
   explicit OptionAccess(OptionWidget* option)
@@ -30,7 +30,7 @@ class OptionAccess final : public QAccessibleWidget {
     if (option_->isEnabled()) names.prepend(toggleAction());
     return names;
   }
-  // Later: who asked waits for an answer, and choosing may ask the user something.
+  // Delayed, because choosing may ask the user something while the caller waits for an answer.
   void doAction(const QString& action) override {
     if (action != toggleAction()) {
       QAccessibleWidget::doAction(action);
@@ -54,7 +54,7 @@ QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
 OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button, QWidget* parent)
     : BindingOf(surface, button), widget_(new OptionWidget(parent)) {
   [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
-  widget_->setAutoExclusive(false);  // the controls are exclusive by themselves
+  widget_->setAutoExclusive(false);  // the controls themselves are exclusive
   Adopt(widget_);
   connect(widget_, &QRadioButton::clicked, this,
           [this] { AsUser([&model = Model()](User& user) { return user.Choose(model); }); });
@@ -66,7 +66,7 @@ void OptionButtonBinding::Draw() {
   for (OptionButtonBinding* option : Shared().option_buttons) option->UpdateTabStop();
 }
 
-// Tab goes to the selected button; past the others, because arriving there would select them. Without a
+// Tab goes to the selected button and skips the others, because arriving there would select them. Without a
 // selection it goes to the first.
 void OptionButtonBinding::UpdateTabStop() {
   const auto& options = Shared().option_buttons;
@@ -102,7 +102,7 @@ bool OptionButtonBinding::OnEvent(QEvent& event) {
   }
 }
 
-// Goes to the next usable button in reading order, round the end; arriving there selects it.
+// Goes to the next usable button in reading order, wrapping around; arriving there selects it.
 void OptionButtonBinding::Step(int step) {
   const auto& options = Shared().option_buttons;
   const int count = static_cast<int>(options.size());

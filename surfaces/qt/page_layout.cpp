@@ -37,10 +37,10 @@ class Grid {
     layout_->addWidget(label, row_, kLabelColumn, Qt::AlignLeft | alignment);
     layout_->addLayout(field, row_++, kFieldColumn);
   }
-  // Space that sets apart what follows.
+  // Space before a new section.
   void AddGap(int height) { layout_->setRowMinimumHeight(row_++, height); }
   [[nodiscard]] bool Empty() const { return row_ == 0; }
-  // Leaves what height there is below the last row.
+  // Puts the remaining height below the last row.
   void Close() {
     if (!filled_) layout_->setRowStretch(row_, 1);
   }
@@ -129,7 +129,7 @@ class Arranger {
     for (std::size_t i = 2; i < line.controls.size(); ++i)
       row->addWidget(WidgetOf(*line.controls[i]), 0, alignment);
     if (picker) row->addStretch(1);
-    // Level with the first line of the text.
+    // Aligns the label with the first line of the text.
     if (tall) label->setContentsMargins(0, page_->fontMetrics().lineSpacing() / 3, 0, 0);
     grid.AddRow(label, alignment, row);
   }
@@ -147,7 +147,7 @@ class Arranger {
     grid.AddWide(row);
   }
 
-  // The fields of a line share the place: one is typed in at a time.
+  // The fields of a line share the place, because only one is edited at a time.
   void AddProblem(Grid& grid, const Line& line) {
     QLabel* label = nullptr;
     for (const Control* control : line.controls) {
@@ -161,7 +161,7 @@ class Arranger {
   const Bindings& bindings_;
   QWidget* page_;
   bool with_problems_;
-  std::map<std::string_view, Grid> grids_;  // by frame; empty: the page
+  std::map<std::string_view, Grid> grids_;  // by frame; empty name: the page
 };
 
 bool HasLetters(const QString& text) {
@@ -178,15 +178,14 @@ QString Sentence(const Line& line) {
   return HasLetters(sentence) ? sentence : QString();
 }
 
-// What stands on both sides of a field in a line of words: "every … minute(s).". Empty where there is
-// nothing.
+// The words on both sides of a field: "every … minute(s).". Empty if there are none.
 QString PhraseAround(const Line& line, std::size_t field) {
   const auto words = [&line](std::size_t at) {
     const bool text = at < line.controls.size() && !IsField(*line.controls[at]);
     return text ? CaptionToRead(line.controls[at]->Caption()) : QString();
   };
   const QString phrase =
-      (words(field - 1) + ' ' + QChar(0x2026) + ' ' + words(field + 1)).trimmed();  // before the first: none
+      (words(field - 1) + ' ' + QChar(0x2026) + ' ' + words(field + 1)).trimmed();  // none before the first
   return HasLetters(phrase) ? phrase : QString();
 }
 
@@ -222,7 +221,7 @@ void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindin
 }
 
 void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
-  QString above;  // the last text that stood alone
+  QString above;  // the last text on a line by itself
   for (const Line& line : lines) {
     const QString first = CaptionToRead(line.controls[0]->Caption());
     if (line.kind == LineKind::kText) above = first;
@@ -238,7 +237,7 @@ void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
         const QString before = label != nullptr ? CaptionToRead(label->Caption()) : sentence;
         binding.SetAccessibleName(around.isEmpty() ? before : around);
       } else if (control.GetKind() == Kind::kOptionButton) {
-        // "every" alone says little, and more than one may begin so.
+        // "every" alone says little, and several captions may begin like that.
         binding.SetAccessibleName(line.controls.size() > 1 ? sentence : caption);
       } else if (control.GetKind() == Kind::kCommandButton) {
         // "..." alone says nothing.

@@ -1,4 +1,4 @@
-// Reads a design's lines: what each line is, from the kinds that stand on it. Used to lay a page out and
+// Reads a design's lines: derives the kind of each line from the controls on it. Used to lay out a page and
 // to name its fields.
 #pragma once
 
@@ -10,26 +10,26 @@ namespace plovix::qt {
 
 enum class LineKind {
   kText,   // one label: wraps, as wide as the page
-  kHelp,   // one label right under a lone option button: explains it
+  kHelp,   // one label directly below a single option button, which it explains
   kRow,    // a label, its field, buttons that belong to it
-  kField,  // one field alone
-  kFill,   // one control that takes the height that is left
-  kFrame,  // a frame; the controls in it have lines of their own
+  kField,  // a single field
+  kFill,   // one control that takes the remaining height
+  kFrame,  // a frame; the controls in it have their own lines
   kFlow,   // anything else, side by side
 };
 
 struct Line {
   LineKind kind;
   std::vector<Control*> controls;     // in reading order
-  OptionButton* explained = nullptr;  // by a help line
+  OptionButton* explained = nullptr;  // the option that a help line explains
 };
 
 [[nodiscard]] std::vector<Line> ReadLines(const Form& form);
 
-// Takes an entry and has no caption of its own: text box, combo box, picker.
+// Whether the control takes input and has no caption: text box, combo box, picker.
 [[nodiscard]] bool IsField(const Control& control);
 
-// The label that names the field at `index` of the line, the one right before it; nullptr without one.
+// The label that names the field at `index` of the line: the one directly before it; nullptr without one.
 [[nodiscard]] Label* LabelBefore(const Line& line, std::size_t index);
 
 }  // namespace plovix::qt

@@ -10,7 +10,7 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kUsualWidth = 17;  // in letters x: what a line edit asks for by itself
+constexpr int kUsualWidth = 17;  // in letters x: the width that a line edit requests by default
 constexpr int kNarrowWidth = 8;
 constexpr int kAreaLines = 3;
 
@@ -27,7 +27,7 @@ class TextAreaWidget final : public QPlainTextEdit {
   }
 };
 
-// A text area has one character for any line end.
+// A text area uses one character for every line end.
 QString AreaText(QString text) {
   return text.replace("\r\n", "\n").replace('\r', '\n');
 }
@@ -60,7 +60,7 @@ TextLineBinding::TextLineBinding(Surface& surface, TextBox& box, QWidget* parent
   });
 }
 
-// While the user is in the box, the cursor stays where it is as far as the text reaches.
+// While the box has the focus, the cursor keeps its position if the text is long enough.
 void TextLineBinding::Draw() {
   if (Model().Text() == shown_) return;
   shown_ = Model().Text();
@@ -85,7 +85,7 @@ TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent
   connect(widget_, &QPlainTextEdit::textChanged, this, [this] {
     if (PageWrites()) return;
     const QString text = widget_->toPlainText();
-    if (text == AreaText(Text(shown_))) return;  // formatting, such as an input method's, is a change there
+    if (text == AreaText(Text(shown_))) return;  // ignores formatting, such as an input method's
     const QString problem = ProblemWith(text);
     TellProblem(problem);
     if (!problem.isEmpty() && text.size() > AreaText(Text(shown_)).size()) {
@@ -97,7 +97,7 @@ TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent
   });
 }
 
-// As an edit of its own, so that Ctrl+Z still takes back what was typed before.
+// As a separate edit, so that Ctrl+Z still undoes what was typed before.
 void TextAreaBinding::TakeBack() {
   const PageWrite write(Shared());
   const QString former = AreaText(Text(shown_));

@@ -3,8 +3,8 @@
 namespace plovix::qt {
 namespace {
 
-// The caption with `shown` for each '&' that is a character, and `mark` before the mnemonic: "&&" is one
-// character, the first other '&' before a letter or digit marks it, any more are characters.
+// The caption with `shown` for each literal '&' and `mark` before the mnemonic: "&&" is one literal '&', the
+// first other '&' before a letter or digit marks the mnemonic, and any more are literal.
 QString WithMarks(std::string_view utf8, QLatin1StringView shown, QLatin1StringView mark) {
   const QString caption = Text(utf8);
   QString result;
