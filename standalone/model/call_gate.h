@@ -1,6 +1,6 @@
 /// @file
-/// The gate that every call of a page to an object of the stand-alone host passes. An observer can count
-/// the calls or make one fail: it serves the script surface's "fail" and the tests' fault sweep.
+/// The gate that every call from a page to an object of the stand-alone host passes. An observer can count
+/// the calls or make one fail, as the script surface's "fail" and the tests' fault sweep do.
 #pragma once
 
 #include <plovix/controls/requirements.h>
@@ -197,29 +197,29 @@ inline constexpr auto kHostMembers = std::to_array<std::string_view>({
     "WizardHost.MoveNext",
 });
 
-/// A member's name that is known to stand in the list: any other literal does not compile.
+/// The name of a listed member; any other literal does not compile.
 class HostMember {
  public:
   /// Does not compile for a name that is not listed.
   consteval HostMember(const char* name) : name_(name) {  // NOLINT(*-explicit-*)
     if (std::ranges::find(kHostMembers, name_) == kHostMembers.end()) throw "an unlisted host member";
   }
-  /// As it is listed.
+  /// The name as listed.
   [[nodiscard]] constexpr std::string_view Name() const { return name_; }
 
  private:
   std::string_view name_;
 };
 
-/// Sees every call of a page to the host's objects.
+/// Sees every call from a page to the host's objects.
 class CallObserver {
  public:
   virtual ~CallObserver() = default;
-  /// Called before the member does anything; throwing makes the call fail.
+  /// Called before the member does anything; an exception makes the call fail.
   virtual void HostCalled(std::string_view member) = 0;
 };
 
-/// Hangs an observer on this thread's gate for as long as it lives; the former one comes back after it.
+/// Sets an observer for this thread's gate during its lifetime; afterwards restores the former one.
 class ObserveCalls {
  public:
   /// `observer` outlives this object.

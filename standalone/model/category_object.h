@@ -35,14 +35,14 @@ class CategoryObject final : public Category {
 /// The categories of a task, or those of a stored column.
 class CategoryListObject final : public CategoryList {
  public:
-  /// Makes an object of each record; `state` outlives the list.
+  /// Creates an object for each record; `state` outlives the list.
   explicit CategoryListObject(HostState& state, const std::vector<CategoryRecord>& initial = {})
       : state_(state) {
     Assign(initial);
   }
   [[nodiscard]] std::int32_t Count() override;
   [[nodiscard]] std::shared_ptr<Category> Item(std::int32_t index) override;
-  /// Fails with 13 on a category that this host did not make.
+  /// Fails with 13 on a category that this host did not create.
   void Add(std::shared_ptr<Category> category) override;
   [[nodiscard]] std::shared_ptr<CategoryList> Clone() override;
   void Load(const std::string& column) override;
@@ -50,7 +50,7 @@ class CategoryListObject final : public CategoryList {
                           const std::shared_ptr<TextCollection>& known) override;
 
   /// @{
-  /// The host's own view, not gated: the values, taken from the objects and made into new ones.
+  /// The host's own view, not gated: reads the values from the objects, or replaces these by new ones.
   [[nodiscard]] std::vector<CategoryRecord> Records() const;
   void Assign(const std::vector<CategoryRecord>& records);
   /// @}
@@ -75,7 +75,7 @@ class TextCollectionObject final : public TextCollection {
   std::unordered_set<std::string> keys_;
 };
 
-/// The texts of a collection that a page handed over; none for nothing, or for another kind of object.
+/// The texts of a collection that a page passed; none for nullptr or another kind of object.
 [[nodiscard]] std::vector<std::string> TextsOf(const HostObject* collection);
 
 }  // namespace plovix

@@ -17,14 +17,14 @@ namespace plovix {
 class DataObjectObject;
 struct HostState;
 
-/// Numbers for objects that are asked for one, in that order; knows those that live.
+/// Numbers objects in the order in which their handles are requested; knows the living ones.
 class HandleTable {
  public:
-  /// The handle, 1 or greater, of an object that has none yet.
+  /// Gives a handle, 1 or greater, to an object that has none yet.
   [[nodiscard]] std::int32_t Add(const std::weak_ptr<DataObjectObject>& object);
-  /// By the object, when it goes.
+  /// Called by the object's destructor.
   void Remove(std::int32_t handle) { objects_.erase(handle); }
-  /// Nothing when there is none.
+  /// Null if there is none.
   [[nodiscard]] std::shared_ptr<DataObjectObject> Find(std::int32_t handle) const;
 
  private:
@@ -35,7 +35,7 @@ class HandleTable {
 /// Names the data object whose fields a query builder offers.
 class FieldSourceObject final : public FieldSource {
  public:
-  /// Made by DataObjectObject::Fields.
+  /// Created by DataObjectObject::Fields.
   explicit FieldSourceObject(DataObjectRecord object) : object_(std::move(object)) {}
   /// The data object.
   [[nodiscard]] const DataObjectRecord& Object() const noexcept { return object_; }
@@ -44,10 +44,10 @@ class FieldSourceObject final : public FieldSource {
   DataObjectRecord object_;
 };
 
-/// A data object over plain values; made by HostState::MakeDataObject.
+/// A data object over plain values; created by HostState::MakeDataObject.
 class DataObjectObject final : public DataObject, public std::enable_shared_from_this<DataObjectObject> {
  public:
-  /// `handles` gives out its handle when one is asked for.
+  /// `handles` assigns its handle when it is requested.
   DataObjectObject(std::shared_ptr<HandleTable> handles, DataObjectRecord record)
       : handles_(std::move(handles)), record_(std::move(record)) {}
   ~DataObjectObject() override;
@@ -65,10 +65,10 @@ class DataObjectObject final : public DataObject, public std::enable_shared_from
  private:
   std::shared_ptr<HandleTable> handles_;
   DataObjectRecord record_;
-  std::int32_t handle_ = 0;  // 0: not asked for yet
+  std::int32_t handle_ = 0;  // 0: not requested yet
 };
 
-/// The data objects of the source, as they were when they were loaded.
+/// The data objects of the source at the time of loading.
 struct DataObjectsObject final : DataObjectCollection {
   [[nodiscard]] std::int32_t Count() override;
   [[nodiscard]] std::shared_ptr<DataObject> Item(std::int32_t index) override;
@@ -76,7 +76,7 @@ struct DataObjectsObject final : DataObjectCollection {
   std::vector<std::shared_ptr<DataObjectObject>> items;  ///< the host's own view, not gated
 };
 
-/// What the loader gives as designer objects.
+/// What the loader returns as designer objects.
 struct DesignerObjectsObject final : ObjectCollection {
   std::vector<std::string> kinds;  ///< the identifiers of the action kinds
 };
@@ -84,7 +84,7 @@ struct DesignerObjectsObject final : ObjectCollection {
 /// Finds data objects in HostState::data.
 class CatalogObject final : public DataObjectCatalog {
  public:
-  /// `state` outlives the object; here and below.
+  /// `state` outlives the object.
   explicit CatalogObject(HostState& state) : state_(state) {}
   [[nodiscard]] std::shared_ptr<DataObject> Find(const std::string& name) override;
 
@@ -95,7 +95,7 @@ class CatalogObject final : public DataObjectCatalog {
 /// Loads what HostState::data lists.
 class LoaderObject final : public ObjectLoader {
  public:
-  /// See above.
+  /// `state` outlives the object.
   explicit LoaderObject(HostState& state) : state_(state) {}
   [[nodiscard]] std::shared_ptr<DataObjectCollection> LoadDataObjects() override;
   [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override;
@@ -116,9 +116,9 @@ class QueryDefinitionObject final : public QueryDefinition {
 /// Opens HostDialogs::BuildQuery.
 class QueryBuilderObject final : public QueryBuilder {
  public:
-  /// See above.
+  /// `state` outlives the object.
   explicit QueryBuilderObject(HostState& state) : state_(state) {}
-  /// Fails with 13 on a definition or a source that this host did not make.
+  /// Fails with 13 on a definition or a source that this host did not create.
   [[nodiscard]] bool Show(const std::shared_ptr<QueryDefinition>& definition,
                           const std::shared_ptr<FieldSource>& source) override;
 

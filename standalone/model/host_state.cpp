@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view kMarkerFile = "forceusertask.txt";
 
-// One that cannot be looked at is not there.
+// A file that cannot be accessed counts as missing.
 bool IsFile(const std::filesystem::path& path) {
   std::error_code unreadable;
   return std::filesystem::is_regular_file(path, unreadable);
@@ -80,7 +80,7 @@ class TranslatorObject final : public Translator {
   HostState& state_;
 };
 
-// Not gated: the way a failure is reported must not fail itself.
+// Not gated, because reporting a failure must not fail itself.
 class ReporterObject final : public ErrorReporter {
  public:
   explicit ReporterObject(HostState& state) : state_(state) {}
@@ -252,7 +252,7 @@ class ServicesObject final : public HostServices {
   explicit ServicesObject(HostState& state)
       : application_(std::make_shared<ApplicationObject>(state)),
         factory_(std::make_shared<FactoryObject>(state)) {}
-  // The application is also asked for when a failure is reported, so only its members are gated.
+  // Reporting a failure needs the application, too, so only its members are gated.
   [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
   [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
     Called("HostServices.Factory");

@@ -18,7 +18,7 @@ std::shared_ptr<PatternBase> MakePattern(const PatternRecord& record) {
       record);
 }
 
-// The pattern as one of the classes that this host makes: calls `visit` with it; false for any other.
+// Calls `visit` with the pattern as one of this host's classes; false for any other class.
 template <class... Objects, class Visit>
 bool VisitAs(PatternBase* pattern, Visit visit) {
   const auto try_as = [&](auto* object) { return object != nullptr && (visit(*object), true); };

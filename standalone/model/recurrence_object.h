@@ -15,7 +15,7 @@ namespace plovix {
 /// A daily pattern over plain values.
 class DailyPatternObject final : public DailyPattern {
  public:
-  /// With nothing set, or a copy of `initial`; here and below.
+  /// With nothing set, or a copy of `initial`.
   explicit DailyPatternObject(const DailyRecord& initial = {}) : record(initial) {}
   [[nodiscard]] std::int32_t EveryNDays() override;
   void SetEveryNDays(std::int32_t days) override;
@@ -28,7 +28,7 @@ class DailyPatternObject final : public DailyPattern {
 /// A weekly pattern over plain values.
 class WeeklyPatternObject final : public WeeklyPattern {
  public:
-  /// See above.
+  /// With nothing set, or a copy of `initial`.
   explicit WeeklyPatternObject(const WeeklyRecord& initial = {}) : record(initial) {}
   [[nodiscard]] std::int32_t EveryNWeeks() override;
   void SetEveryNWeeks(std::int32_t weeks) override;
@@ -41,7 +41,7 @@ class WeeklyPatternObject final : public WeeklyPattern {
   bool& At(std::int32_t index);
 };
 
-/// The gate's names of the members that the monthly and the yearly pattern share.
+/// The gate's names for the members that the monthly and yearly patterns share.
 struct DayMembers {
   /// @{
   /// The member of that name.
@@ -63,11 +63,11 @@ inline constexpr DayMembers kYearlyMembers{
     "YearlyPattern.SetDayOfMonth",     "YearlyPattern.RelativeWeek",        "YearlyPattern.SetRelativeWeek",
     "YearlyPattern.RelativeDayOfWeek", "YearlyPattern.SetRelativeDayOfWeek"};
 
-/// What the two objects have in common, over a Record with a DayChoice `day`.
+/// What the two objects share, over a Record with a DayChoice `day`.
 template <class Interface, class Record, const DayMembers& kMembers>
 class DayInMonthObject : public Interface {
  public:
-  /// See above.
+  /// Copies `initial`.
   explicit DayInMonthObject(const Record& initial) : record(initial) {}
   [[nodiscard]] bool UseRelativeDay() final {
     return Get(kMembers.use_relative_day, record.day.use_relative_day);
@@ -110,7 +110,7 @@ class DayInMonthObject : public Interface {
 /// A monthly pattern over plain values.
 class MonthlyPatternObject final : public DayInMonthObject<MonthlyPattern, MonthlyRecord, kMonthlyMembers> {
  public:
-  /// See above.
+  /// With nothing set, or a copy of `initial`.
   explicit MonthlyPatternObject(const MonthlyRecord& initial = {}) : DayInMonthObject(initial) {}
   [[nodiscard]] std::int32_t EveryNMonths() override;
   void SetEveryNMonths(std::int32_t months) override;
@@ -119,27 +119,27 @@ class MonthlyPatternObject final : public DayInMonthObject<MonthlyPattern, Month
 /// A yearly pattern over plain values.
 class YearlyPatternObject final : public DayInMonthObject<YearlyPattern, YearlyRecord, kYearlyMembers> {
  public:
-  /// See above.
+  /// With nothing set, or a copy of `initial`.
   explicit YearlyPatternObject(const YearlyRecord& initial = {}) : DayInMonthObject(initial) {}
   [[nodiscard]] std::int32_t Month() override;
   void SetMonth(std::int32_t month) override;
 };
 
-/// A schedule over plain values, its pattern an object of its own.
+/// A schedule over plain values, with its pattern as a separate object.
 class RecurrenceObject final : public Recurrence {
  public:
-  /// See above.
+  /// With the initial values, or those of `initial`.
   explicit RecurrenceObject(const RecurrenceRecord& initial = {}) { Assign(initial); }
-  /// Takes over the values; a pattern object of the same kind is kept and filled, so that whoever holds it
-  /// sees the change.
+  /// Copies the values; a pattern object of the same kind is kept and updated, so that its holders see the
+  /// change.
   void Assign(const RecurrenceRecord& record);
-  /// The schedule as values; the pattern is taken from the object that it holds now.
+  /// The schedule as values, including those of the current pattern object.
   [[nodiscard]] RecurrenceRecord Record() const;
 
   [[nodiscard]] std::int32_t RecurrenceType() override;
   void SetRecurrenceType(std::int32_t type) override;
   [[nodiscard]] std::shared_ptr<PatternBase> Pattern() override;
-  /// Fails with 13 on a pattern that this host did not make.
+  /// Fails with 13 on a pattern that this host did not create.
   void SetPattern(std::shared_ptr<PatternBase> pattern) override;
   [[nodiscard]] std::int32_t TimeKind() override;
   void SetTimeKind(std::int32_t kind) override;
@@ -153,7 +153,8 @@ class RecurrenceObject final : public Recurrence {
   std::shared_ptr<PatternBase> pattern_;
 };
 
-/// The values of a pattern object, of none for nullptr; nothing for a pattern that this host did not make.
+/// The values of a pattern object, or of no pattern for nullptr; nothing for a pattern that this host did not
+/// create.
 [[nodiscard]] std::optional<PatternRecord> PatternValues(PatternBase* pattern);
 
 }  // namespace plovix

@@ -21,7 +21,7 @@ class UserObject final : public SessionUser {
   std::string id_;
 };
 
-// The host knows one kind of cursor only, so the arguments behind the query select nothing.
+// The host has only one kind of cursor, so the arguments after the query have no effect.
 class ConnectionObject final : public DatabaseConnection {
  public:
   explicit ConnectionObject(HostState& state) : state_(state) {}
@@ -99,7 +99,7 @@ bool RecordsetObject::Eof() {
   return pass_->at_end;
 }
 
-// Asked once for each row, mostly for the same column.
+// Called once for each row, mostly for the same column.
 std::shared_ptr<Field> RecordsetObject::Fields(const std::string& name) {
   Called("Recordset.Fields");
   if (column_ && column_->Name() == name) return column_;
@@ -115,7 +115,7 @@ void RecordsetObject::MoveNext() {
   Advance();
 }
 
-// At the end until the next row is there: a row that cannot be read ends the pass.
+// At the end until the next row has been read, so a row that cannot be read ends the pass.
 void RecordsetObject::Advance() {
   pass_->at_end = true;
   pass_->at_end = !pass_->rows || !pass_->rows->Next();

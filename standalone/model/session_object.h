@@ -16,10 +16,10 @@ namespace plovix {
 
 struct HostState;
 
-/// A permission set that does not change; editing makes another one.
+/// An immutable permission set; editing creates another one.
 class PermissionsObject final : public Permissions {
  public:
-  /// Takes the set over.
+  /// Takes over the set.
   explicit PermissionsObject(PermissionSet initial) : set(std::move(initial)) {}
   const PermissionSet set;  ///< the host's own view, not gated
 };
@@ -44,7 +44,7 @@ class SessionObject final : public Session {
 /// A pass over a RowCursor.
 class RecordsetObject final : public Recordset {
  public:
-  /// Goes to the first row; nothing stands for no rows.
+  /// Goes to the first row; nullptr means no rows.
   explicit RecordsetObject(std::unique_ptr<RowCursor> rows);
   [[nodiscard]] bool Bof() override;
   [[nodiscard]] bool Eof() override;
@@ -62,10 +62,10 @@ class RecordsetObject final : public Recordset {
 
   std::shared_ptr<Pass> pass_ = std::make_shared<Pass>();
   bool empty_ = false;
-  std::shared_ptr<Column> column_;  // asked for last
+  std::shared_ptr<Column> column_;  // requested last
 };
 
-/// Opens what HostState::open_rows gives.
+/// Opens the cursors of HostState::open_rows.
 class DatabaseObject final : public Database {
  public:
   /// `state` outlives the object.

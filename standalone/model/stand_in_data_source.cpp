@@ -5,7 +5,7 @@
 namespace plovix {
 namespace {
 
-// The failure's text when `read` fails; told only after it, when no exception is alive.
+// The failure's text if `read` fails; reported only afterwards, when no exception is alive.
 template <class Read>
 std::optional<std::string> ProblemOf(const Read& read) {
   try {
@@ -27,7 +27,7 @@ std::vector<DataObjectRecord> StandInDataSource::List() {
   return records;
 }
 
-// With a key, so that it stays on offer for tasks on records.
+// With a key, so that it is still offered to tasks on records.
 std::optional<DataObjectRecord> StandInDataSource::Find(std::string_view name) {
   if (name.empty()) return std::nullopt;
   std::optional<DataObjectRecord> record;

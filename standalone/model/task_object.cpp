@@ -7,7 +7,7 @@
 namespace plovix {
 namespace {
 
-// The object as the host made it; nothing for nothing. Fails with 13 on any other object.
+// The object as this host's class; null for null. Fails with 13 on any other object.
 template <class Own, class Object>
 std::shared_ptr<Own> OwnOrNothing(const std::shared_ptr<Object>& object) {
   auto own = std::dynamic_pointer_cast<Own>(object);

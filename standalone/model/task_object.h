@@ -22,7 +22,7 @@ struct HostState;
 /// An action over plain values.
 class ActionObject final : public Action {
  public:
-  /// Takes the values over; they do not change.
+  /// Takes over the values; they do not change.
   explicit ActionObject(ActionRecord record) : record_(std::move(record)) {}
   /// The host's own view, not gated.
   [[nodiscard]] const ActionRecord& Record() const noexcept { return record_; }
@@ -33,7 +33,7 @@ class ActionObject final : public Action {
   ActionRecord record_;
 };
 
-/// Actions over plain values; Item makes an object of each.
+/// Actions over plain values; Item creates an object for each.
 class ActionListObject final : public ActionList {
  public:
   /// Empty, or with these actions.
@@ -45,14 +45,14 @@ class ActionListObject final : public ActionList {
   std::vector<ActionRecord> records;  ///< the host's own view, not gated
 };
 
-/// A task over plain values; made by MakeTask.
+/// A task over plain values; created by MakeTask.
 class TaskObject final : public AutoTask {
  public:
-  /// The texts of tags are those of `state`, which outlives the object.
+  /// Reads the texts of tags from `state`, which outlives the object.
   TaskObject(HostState& state, const TaskRecord& record);
-  /// The task as values; its lists and its recurrence are taken from the objects that it holds now.
+  /// The task as values, including those of its current list and recurrence objects.
   [[nodiscard]] TaskRecord Record() const;
-  /// Replaces the values and makes new list objects; recurrence and pattern objects that fit are kept.
+  /// Replaces the values and creates new list objects; recurrence and pattern objects that fit are kept.
   void Assign(const TaskRecord& record);
 
   [[nodiscard]] bool IsExisting() override;
@@ -86,7 +86,7 @@ class TaskObject final : public AutoTask {
   void SetQuery(const std::string& query) override;
   [[nodiscard]] std::string Owner() override;
   void SetOwner(const std::string& user_id) override;
-  // Here and below: setting fails with 13 on an object that this host did not make.
+  // Here and below: setting fails with 13 on an object that this host did not create.
   [[nodiscard]] std::shared_ptr<plovix::Permissions> Permissions() override;
   void SetPermissions(std::shared_ptr<plovix::Permissions> permissions) override;
   void SetMayRun(bool may) override;
@@ -109,7 +109,7 @@ class TaskObject final : public AutoTask {
 
  private:
   HostState& state_;
-  TaskRecord fields_;  // without what the objects below hold
+  TaskRecord fields_;  // without the contents of the objects below
   std::shared_ptr<ActionListObject> actions_;
   std::shared_ptr<CategoryListObject> categories_;
   std::shared_ptr<RecurrenceObject> recurrence_;
