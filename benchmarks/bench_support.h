@@ -5,9 +5,9 @@
 #include <plovix/component/entry_points.h>
 #include <plovix/component/page_registry.h>
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/model/category_rows.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/category_rows.h>
 
 #include <algorithm>
 #include <ctime>

@@ -1,6 +1,6 @@
 // The peer's pages of the task itself: its kind, its details, its records, its query and its actions.
 #include <plovix/host/auto_task.h>
-#include <plovix/standalone/model/action_kinds.h>
+#include <plovix/standalone/tasks/action_kinds.h>
 
 #include <QCheckBox>
 #include <QDateEdit>

@@ -2,8 +2,8 @@
 // writes one. docs/performance.md says what "the same" means.
 #pragma once
 
-#include <plovix/standalone/model/task_record.h>
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/tasks/task_record.h>
+#include <plovix/standalone/text/text_table.h>
 
 #include <QStringList>
 #include <QWizard>

@@ -6,10 +6,10 @@
 #include <malloc.h>
 #include <plovix/designs/design.h>
 #include <plovix/framework/page_base.h>
-#include <plovix/standalone/app/action_list_widget.h>
-#include <plovix/standalone/app/host_surface_texts.h>
-#include <plovix/standalone/app/qt_text.h>
-#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/editors/action_list_widget.h>
+#include <plovix/standalone/text/languages.h>
+#include <plovix/standalone/widgets/host_surface_texts.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 #include <plovix/surfaces/qt/form_widget.h>
 #include <plovix/surfaces/qt/theme.h>

@@ -1,7 +1,7 @@
 # How Plovix is compiled. Everything here applies to this tree only: nothing reaches a project that adds Plovix to its
 # build, and settings of that project that would break Plovix are overridden.
 
-# Older compilers lack what std::source_location and ranges need. controls/requirements.h makes the same check in programs
+# Older compilers lack what std::source_location and ranges need. base/requirements.h makes the same check in programs
 # that include the headers.
 set(minimum_GNU 12)
 set(minimum_Clang 16)

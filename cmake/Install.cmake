@@ -17,7 +17,7 @@ function(plovix_headers room)
           COMPONENT development${ARG_PART} FILES_MATCHING ${filter})
 endfunction()
 
-foreach(room controls host standalone/model standalone/wizard standalone/language)
+foreach(room base controls host standalone/text standalone/tasks standalone/objects standalone/wizard)
   plovix_headers(${room})
 endforeach()
 plovix_headers(framework wizard_page.h page_identifiers.h)

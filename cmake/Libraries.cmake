@@ -67,13 +67,13 @@ function(plovix_library name)
   endforeach()
 endfunction()
 
-plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS controls host
+plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host
                HEADERS framework component)
 plovix_library(Core OUTPUT plovix EXPORTS door.map.in SET Core
                ROOMS framework designs pages/task pages/records pages/recurrence component LINKS Controls)
 # ICU by its plain library name: only a static link needs its development package.
 plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core
-               ROOMS standalone/model standalone/wizard standalone/language LINKS Controls LIBRARIES icuuc)
+               ROOMS standalone/text standalone/tasks standalone/objects standalone/wizard LINKS Controls LIBRARIES icuuc)
 # For test programs: only archives.
 plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)

@@ -2,14 +2,15 @@
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 find_package(SQLite3 3.40 REQUIRED)
 
-plovix_globbed_room(standalone/schedule LINKS standalone/model LIBRARIES Qt6::Core)
-plovix_globbed_room(standalone/sqlite LINKS controls standalone/model standalone/query LIBRARIES SQLite::SQLite3)
-plovix_globbed_room(standalone/data LINKS standalone/sqlite standalone/query LIBRARIES Qt6::Core)
-plovix_globbed_room(standalone/storage LINKS standalone/model standalone/sqlite LIBRARIES Qt6::Core nlohmann_json::nlohmann_json)
-plovix_globbed_room(standalone/script LINKS standalone/wizard standalone/language standalone/schedule standalone/storage
-                    LIBRARIES nlohmann_json::nlohmann_json)
-plovix_globbed_room(standalone/exchange LINKS standalone/model LIBRARIES nlohmann_json::nlohmann_json)
-plovix_globbed_room(standalone/app LINKS surfaces/qt standalone/script standalone/exchange standalone/data LIBRARIES Qt6::Widgets)
+plovix_room(standalone/schedule LINKS standalone/tasks LIBRARIES Qt6::Core)
+plovix_room(standalone/sqlite LINKS standalone/query LIBRARIES SQLite::SQLite3)
+plovix_room(standalone/data LINKS standalone/sqlite LIBRARIES Qt6::Core)
+plovix_room(standalone/storage LINKS standalone/sqlite LIBRARIES Qt6::Core)
+plovix_room(standalone/script LINKS standalone/wizard standalone/schedule standalone/storage)
+plovix_room(standalone/widgets LINKS surfaces/qt framework standalone/objects)
+plovix_room(standalone/editors LINKS standalone/widgets)
+plovix_room(standalone/query_builder LINKS standalone/widgets standalone/data)
+plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/script standalone/exchange)
 target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")
 
 add_executable(plovix standalone/app/main.cpp)

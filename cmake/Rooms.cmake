@@ -2,11 +2,12 @@
 # <plovix/ROOM/header.h> through a link that only this target publishes, so a target that does not
 # link a room cannot include its headers: a forbidden include does not build.
 #
-#   plovix_room(pages/task SOURCES a.cpp b.cpp LINKS framework designs)
+#   plovix_room(pages/task LINKS framework)
 #
-# makes the target plovix_pages_task. What a room uses without showing it to its own users stands in HIDES.
+# makes the target plovix_pages_task of all the sources in the directory; main.cpp is the program's. Rooms that a
+# linked room links come with it. HIDES: rooms that this one uses without showing them to its own users.
 function(plovix_room room)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;HIDES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "LINKS;HIDES;LIBRARIES" ${ARGN})
   string(REPLACE "/" "_" id ${room})
   set(target plovix_${id})
   set(publish ${PROJECT_BINARY_DIR}/rooms/${id})
@@ -14,9 +15,10 @@ function(plovix_room room)
   file(MAKE_DIRECTORY ${parent})
   file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${room} ${publish}/plovix/${room} SYMBOLIC)
 
-  if(ARG_SOURCES)
-    list(TRANSFORM ARG_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
-    add_library(${target} STATIC ${ARG_SOURCES})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  if(sources)
+    add_library(${target} STATIC ${sources})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE plovix_warnings)
   else()
@@ -50,11 +52,4 @@ function(plovix_room room)
     add_library(${target}_headers OBJECT ${checks})
     target_link_libraries(${target}_headers PRIVATE ${target} plovix_warnings)
   endif()
-endfunction()
-
-# A room of all the sources in its directory.
-function(plovix_globbed_room room)
-  file(GLOB sources CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/${room} ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
-  list(REMOVE_ITEM sources main.cpp)
-  plovix_room(${room} SOURCES ${sources} ${ARGN})
 endfunction()

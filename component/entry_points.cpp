@@ -1,6 +1,6 @@
 #include "entry_points.h"
 
-#include <plovix/controls/utf8.h>
+#include <plovix/base/utf8.h>
 #include <plovix/framework/in_use.h>
 
 #include <algorithm>

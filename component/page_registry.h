@@ -3,7 +3,7 @@
 /// add their pages to it, this one through plovix_register().
 #pragma once
 
-#include <plovix/controls/utf8.h>
+#include <plovix/base/utf8.h>
 #include <plovix/framework/wizard_page.h>
 
 #include <map>

@@ -3,12 +3,12 @@
 /// surface. Pages use the public members; a surface goes through User (user.h).
 #pragma once
 
+#include <plovix/base/requirements.h>
+
 #include <array>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "requirements.h"
 
 /// Wizard pages for automated tasks: the pages' contract, the controls they own, the interfaces that a host
 /// implements, and plain classes for hosts that need no storage of their own.

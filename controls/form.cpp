@@ -1,9 +1,9 @@
 #include "form.h"
 
+#include <plovix/base/failure.h>
+
 #include <algorithm>
 #include <string>
-
-#include "failure.h"
 
 namespace plovix {
 namespace {

@@ -1,10 +1,11 @@
 #include "kinds.h"
 
+#include <plovix/base/failure.h>
+#include <plovix/base/utf8.h>
+
 #include <algorithm>
 
-#include "failure.h"
 #include "form.h"
-#include "utf8.h"
 
 namespace plovix {
 

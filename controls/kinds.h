@@ -3,6 +3,8 @@
 /// toolkits differ from widget to widget. Members that take a UserKey are for the user; User calls them.
 #pragma once
 
+#include <plovix/base/date_time.h>
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -12,9 +14,6 @@
 #include "control.h"
 
 namespace plovix {
-
-/// Wall-clock time of the host, without a zone.
-using DateTime = std::chrono::local_seconds;
 
 /// Captioned text. A user's Click and DoubleClick raise Click and DblClick.
 class Label final : public Control {

@@ -3,10 +3,11 @@
 /// failure escapes from them: a failure that a page lets through goes to the listener under the event's name.
 #pragma once
 
+#include <plovix/base/failure.h>
+
 #include <string>
 #include <string_view>
 
-#include "failure.h"
 #include "form.h"
 
 namespace plovix {

@@ -1,13 +1,12 @@
 #include "numeric_text.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
+#include <plovix/base/text_rules.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
-
-#include "text_rules.h"
 
 namespace plovix {
 namespace {

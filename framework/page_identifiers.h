@@ -3,7 +3,7 @@
 /// page follows which.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 /// "Plovix." and the name of the page. Character arrays, because each library and program that includes this
 /// would construct its own copy of an object with a constructor.

@@ -2,7 +2,7 @@
 // source statement. What a statement does before it fails stays done, so compute first and change state last.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <optional>
 #include <source_location>

@@ -1,7 +1,7 @@
 // The category column: what is read from any text is written and read again as the same, by both of its
 // readers; and categories of any bytes come back. And how deep JSON is nested.
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/json_text.h>
+#include <plovix/standalone/tasks/category_column.h>
+#include <plovix/standalone/text/json_text.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,5 @@
 // Days and moments as text against the C library's calendar, and any moment there and back.
-#include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <cstring>
 #include <ctime>

@@ -1,7 +1,7 @@
 // What the fuzzers share; each is one source that includes this and says in Try what holds for every input.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <cstdint>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // Language files: a refusal names the file and a place, and an accepted file gives each of its texts.
-#include <plovix/standalone/language/language_file.h>
+#include <plovix/standalone/text/language_file.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 // Numeric text against the C library's doubles. The first byte chooses the separator.
+#include <plovix/base/text_rules.h>
 #include <plovix/framework/numeric_text.h>
-#include <plovix/framework/text_rules.h>
 
 #include <array>
 #include <cmath>

@@ -2,7 +2,7 @@
 /// The receiver of every unexpected failure of a page.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 #include <cstdint>
 #include <string>

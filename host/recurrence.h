@@ -11,9 +11,6 @@
 
 namespace plovix {
 
-/// "No date": 1899-12-30 00:00:00, the zero of the customary date-time values.
-inline constexpr DateTime kZeroDate{std::chrono::local_days{std::chrono::year{1899} / 12 / 30}};
-
 /// Recurrence::RecurrenceType. Stored with the task: these never change. Other values show no choice.
 namespace recurrence_type {
 inline constexpr std::int32_t kDaily = 0;    ///< DailyPattern

@@ -3,7 +3,7 @@
 /// derives from HostObject.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 #include <plovix/controls/kinds.h>
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 /// The host's wizard object as a page sees it.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 namespace plovix {
 

@@ -22,7 +22,7 @@ import re
 import sys
 from pathlib import Path
 
-COMPONENT = ("controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
+COMPONENT = ("base/", "controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
 TEST_CODE = ("tests/", "fuzz/")
 NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
@@ -58,9 +58,9 @@ GUESSES = [
         (r"(?:setToolTip|QToolTip::showText)\((?!(?:qt::)?ToolTip\()", (), "qt::ToolTip"),
         (r"Qt::ToolTipRole\b(?!(?::\s*return|,)\s*(?:qt::)?ToolTip\()", (), "a case that returns qt::ToolTip"),
         (r"setStatusTip|setWhatsThis|Qt::(?:StatusTip|WhatsThis)Role", (), "qt::ToolTip"),
-        (r"QMessageBox::(?:about|critical|information|question|warning)\b|setDetailedText", (), "NewBox of qt_dialogs.cpp"),
+        (r"QMessageBox::(?:about|critical|information|question|warning)\b|setDetailedText", (), "NewBox of message_boxes.cpp"),
         (r"\bQMessageBox>?\(|\bQMessageBox \w+[({;]|setInformativeText",
-         ("standalone/app/qt_dialogs.cpp", "examples/minimal_host/main.cpp"), "NewBox of qt_dialogs.cpp"),
+         ("standalone/widgets/message_boxes.cpp", "examples/minimal_host/main.cpp"), "NewBox of message_boxes.cpp"),
         (r"\bQ(?:ErrorMessage|InputDialog|ProgressDialog|SplashScreen)\b", ("examples/minimal_host/main.cpp",),
          "a dialog with labels of qt::NewLabel"),
         (r"\bsetWindowTitle\(", ("surfaces/qt/plain_text.cpp", "examples/minimal_host/main.cpp"), "qt::SetTitle"),

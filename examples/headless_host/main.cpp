@@ -2,10 +2,10 @@
 // prints what came of it. Compiled a second time, with LOAD_PAGES_FROM, it is not linked with the pages but
 // loads them.
 #include <plovix/component/page_library.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/action_kinds.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/action_kinds.h>
+#include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
 #include <iostream>

@@ -1,10 +1,10 @@
 // A host in one file: the wizard in a Qt window, on the plain host objects in memory. An application of your
 // own replaces them one by one: MemoryStorage by its database, HostState's members by what it knows.
 #include <plovix/component/entry_points.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/action_kinds.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/action_kinds.h>
+#include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 #include <plovix/surfaces/qt/form_widget.h>
 #include <plovix/surfaces/qt/theme.h>

@@ -1,6 +1,6 @@
 #include "daily_recurrence.h"
 
-#include <plovix/framework/text_rules.h>
+#include <plovix/base/text_rules.h>
 
 namespace plovix {
 namespace {

@@ -1,6 +1,6 @@
 #include "numeric_page.h"
 
-#include <plovix/framework/raised.h>
+#include <plovix/base/raised.h>
 
 namespace plovix {
 

@@ -1,8 +1,8 @@
 #include "recurrence_time.h"
 
+#include <plovix/base/raised.h>
+#include <plovix/base/text_rules.h>
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/framework/raised.h>
-#include <plovix/framework/text_rules.h>
 
 namespace plovix {
 namespace {

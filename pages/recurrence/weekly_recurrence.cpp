@@ -1,6 +1,6 @@
 #include "weekly_recurrence.h"
 
-#include <plovix/framework/text_rules.h>
+#include <plovix/base/text_rules.h>
 
 #include <algorithm>
 

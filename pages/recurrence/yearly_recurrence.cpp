@@ -1,7 +1,7 @@
 #include "yearly_recurrence.h"
 
-#include <plovix/framework/raised.h>
-#include <plovix/framework/text_rules.h>
+#include <plovix/base/raised.h>
+#include <plovix/base/text_rules.h>
 
 #include <charconv>
 #include <chrono>

@@ -1,5 +1,5 @@
 // The settings of the details page, its data object, and the actions that depend on both.
-#include <plovix/framework/raised.h>
+#include <plovix/base/raised.h>
 
 #include <algorithm>
 

@@ -1,9 +1,8 @@
 #include "app_parts.h"
 
 #include <plovix/host/host_application.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
-
-#include "qt_text.h"
 
 namespace plovix::app {
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <plovix/component/page_registry.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/host_tables.h>
-#include <plovix/standalone/model/task_storage.h>
+#include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/schedule/zone.h>
+#include <plovix/standalone/tasks/task_storage.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
 
 #include <functional>
 #include <memory>
@@ -20,7 +20,7 @@ struct AppParts {
   HostState& state;
   const PageRegistry& registry;
   TaskStorage& storage;
-  HostTables& tables;
+  UsersAndTags& tables;
   UserRecord& user;                  // who works with the program
   std::shared_ptr<DataSource> data;  // as it is, without stand-ins; never nothing
   Zone zone = Zone::Local();         // in which tasks run

@@ -1,7 +1,7 @@
 // The QApplication of the program: lets no failure into the toolkit's event loop.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <QApplication>
 #include <functional>

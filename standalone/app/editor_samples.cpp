@@ -1,18 +1,17 @@
 #include "editor_samples.h"
 
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/host_tables.h>
-
-#include "category_dialog.h"
-#include "permission_dialog.h"
-#include "tag_dialog.h"
-#include "tag_texts_dialog.h"
-#include "users_dialog.h"
+#include <plovix/standalone/editors/category_dialog.h>
+#include <plovix/standalone/editors/permission_dialog.h>
+#include <plovix/standalone/editors/tag_dialog.h>
+#include <plovix/standalone/editors/tag_texts_dialog.h>
+#include <plovix/standalone/editors/users_dialog.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/text/languages.h>
 
 namespace plovix::app {
 namespace {
 
-void FillTables(MemoryHostTables& tables) {
+void FillTables(MemoryUsersAndTags& tables) {
   tables.SaveUsers({{.id = "anna", .name = "Anna Berg", .administrator = true, .groups = {"Accounting"}},
                     {.id = "ben",
                      .name = "Ben Roux",
@@ -32,7 +31,7 @@ void FillTables(MemoryHostTables& tables) {
 
 void PictureEditors(const TextTable& texts,
                     const std::function<void(QWidget& editor, const std::string& name)>& save) {
-  MemoryHostTables tables;
+  MemoryUsersAndTags tables;
   FillTables(tables);
   const std::vector<CategoryRecord> categories = {
       {"Accounting", true}, {"Reports", true}, {"Drafts", false}, {"reports", true}};

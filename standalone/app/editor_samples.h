@@ -1,7 +1,7 @@
 // The editors of categories, permissions, language tags and users with sample content, for the pictures.
 #pragma once
 
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/text/text_table.h>
 
 #include <QWidget>
 #include <functional>

@@ -1,5 +1,6 @@
 #include "import_report_dialog.h"
 
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
 #include <QDialogButtonBox>
@@ -7,8 +8,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-#include "qt_text.h"
 
 namespace plovix::app {
 namespace {

@@ -1,10 +1,12 @@
 #include "program.h"
 
 #include <plovix/standalone/data/background_data_source.h>
-#include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/script/script_runner.h>
-#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/storage/sqlite_users_and_tags.h>
+#include <plovix/standalone/text/languages.h>
+#include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/theme.h>
 #include <pwd.h>
 #include <unistd.h>
@@ -24,8 +26,6 @@
 #include "application.h"
 #include "program_host.h"
 #include "program_options.h"
-#include "qt_dialogs.h"
-#include "qt_text.h"
 #include "screenshots.h"
 #include "task_list_window.h"
 
@@ -109,9 +109,9 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
 // Without a database a script's tasks stay in memory: nothing of the user's is in its way.
 int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
-  MemoryHostTables memory_tables;
+  MemoryUsersAndTags memory_tables;
   std::unique_ptr<SqliteStorage> file_storage;
-  std::unique_ptr<SqliteHostTables> file_tables;
+  std::unique_ptr<SqliteUsersAndTags> file_tables;
   const bool from_input = *options.script == "-";
   ScriptOptions script{.storage = &memory,
                        .texts = ChosenLanguage(options),
@@ -123,7 +123,7 @@ int RunScriptFile(const ProgramOptions& options) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
     file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // between two commands it may wait for long
-    if (options.user) file_tables = std::make_unique<SqliteHostTables>(*options.database);
+    if (options.user) file_tables = std::make_unique<SqliteUsersAndTags>(*options.database);
     if (file_tables) script.tables = file_tables.get();
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }

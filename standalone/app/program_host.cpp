@@ -3,16 +3,15 @@
 #include <plovix/component/entry_points.h>
 #include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/data/sample_database.h>
-#include <plovix/standalone/model/host_user.h>
-#include <plovix/standalone/model/stand_in_data_source.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/query_builder/wait_window.h>
+#include <plovix/standalone/tasks/stand_in_data_source.h>
+#include <plovix/standalone/widgets/qt_text.h>
 
 #include <QCoreApplication>
 #include <QLocale>
 #include <chrono>
 #include <filesystem>
-
-#include "qt_text.h"
-#include "wait_window.h"
 
 namespace plovix::app {
 
@@ -24,7 +23,7 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   state_.decimal_separator = FromQt(QLocale().decimalPoint());
   const std::string path = options.database.value_or(DefaultDatabasePath());
   storage_ = std::make_unique<SqliteStorage>(path);
-  tables_ = std::make_unique<SqliteHostTables>(path);
+  tables_ = std::make_unique<SqliteUsersAndTags>(path);
   user_ = FindUser(*tables_, options.user, state_.texts);
   SetUser(state_, *tables_, user_);
   storage_->SetGuard(GuardFor(*tables_, user_.id, state_.texts));

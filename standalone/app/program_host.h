@@ -2,9 +2,9 @@
 // host made of them. Owned by the program's main function.
 #pragma once
 
-#include <plovix/standalone/model/host_tables.h>
-#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/storage/sqlite_users_and_tags.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
 
 #include <QTimer>
 #include <memory>
@@ -36,7 +36,7 @@ class ProgramHost final {
   HostState state_;
   QtDialogs dialogs_;
   std::unique_ptr<SqliteStorage> storage_;
-  std::unique_ptr<SqliteHostTables> tables_;
+  std::unique_ptr<SqliteUsersAndTags> tables_;
   QTimer idle_;  // runs out some time after the last change of the task file
   UserRecord user_;
   std::shared_ptr<DataSource> data_;

@@ -1,6 +1,6 @@
 #include "program_options.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 namespace plovix::app {
 namespace {

@@ -1,17 +1,13 @@
-// The stand-alone host's dialogs as windows. Each box can also be made without being shown, for pictures.
+// The stand-alone host's dialogs as windows.
 #pragma once
 
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/host_tables.h>
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/text/text_table.h>
 
-#include <QMessageBox>
-#include <memory>
-
-class QDialog;
-class QFileDialog;
-class QString;
-class QWidget;
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace plovix::app {
 
@@ -21,7 +17,7 @@ class QtDialogs final : public HostDialogs {
   explicit QtDialogs(HostState& state) : state_(state), texts_(state.texts) {}
   // To be called before a dialog on stored tables or on data is opened. `tables` outlives the dialogs; `data`
   // is the data file.
-  void Use(HostTables& tables, std::string data) {
+  void Use(UsersAndTags& tables, std::string data) {
     tables_ = &tables;
     data_ = std::move(data);
   }
@@ -37,40 +33,11 @@ class QtDialogs final : public HostDialogs {
   std::optional<PermissionSet> EditPermissions(const std::optional<PermissionSet>& permissions,
                                                const std::string& title) override;
 
-  [[nodiscard]] std::unique_ptr<QMessageBox> MakeMessageBox(const std::string& prompt, int buttons,
-                                                            const std::string& title) const;
-  [[nodiscard]] std::unique_ptr<QMessageBox> MakeReportBox(const FailureReport& report) const;
-
  private:
   HostState& state_;
   const TextTable& texts_;
-  HostTables* tables_ = nullptr;
+  UsersAndTags* tables_ = nullptr;
   std::string data_;
 };
-
-// A box without buttons, whose texts are never markup and never longer than a screen takes.
-[[nodiscard]] std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title,
-                                                  const std::string& text, QWidget* parent);
-
-// Tells something that only needs an OK.
-void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent);
-
-// A question whose Yes takes something away: Enter and Esc both mean No.
-struct WarningQuestion {
-  std::string text;
-  const char* yes;  // keys of host texts
-  const char* no;
-};
-[[nodiscard]] std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts,
-                                                               const std::string& title,
-                                                               const WarningQuestion& question,
-                                                               QWidget* parent);
-[[nodiscard]] bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
-                          QWidget* parent);
-// Lets the user choose a file or a folder. The path; empty when they cancelled.
-[[nodiscard]] QString ChoosePath(QFileDialog& dialog);
-
-// Asked before entered things are thrown away.
-[[nodiscard]] WarningQuestion DiscardQuestion(const TextTable& texts);
 
 }  // namespace plovix::app

@@ -4,9 +4,13 @@
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/host_user.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/editors/action_dialog.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/query_builder/query_builder_dialog.h>
+#include <plovix/standalone/text/languages.h>
+#include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
 #include <QDir>
@@ -15,12 +19,9 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 
-#include "action_dialog.h"
 #include "editor_samples.h"
 #include "import_report_dialog.h"
 #include "qt_dialogs.h"
-#include "qt_text.h"
-#include "query_builder_dialog.h"
 #include "task_list_window.h"
 #include "wizard_window.h"
 
@@ -184,11 +185,13 @@ class Session {
                                                nullptr),
          "ImportReport");
     const auto text = [this](int id) { return state_.texts.Find(id).value_or(""); };
-    Save(*dialogs_.MakeMessageBox(text(kActionsWillBeLostText), message_box::kOkCancelQuestion, state_.title),
+    Save(*MakeMessageBox(state_.texts, text(kActionsWillBeLostText), message_box::kOkCancelQuestion,
+                         state_.title),
          "MessageBoxQuestion");
-    Save(*dialogs_.MakeMessageBox(text(kNameMissingText), message_box::kOkInformation, state_.title),
+    Save(*MakeMessageBox(state_.texts, text(kNameMissingText), message_box::kOkInformation, state_.title),
          "MessageBoxInformation");
-    Save(*dialogs_.MakeReportBox({6, "Overflow", "Plovix", "Details", "SaveValues", 170}), "ErrorReport");
+    Save(*MakeReportBox(state_.texts, {6, "Overflow", "Plovix", "Details", "SaveValues", 170}),
+         "ErrorReport");
     Save(
         *MakeWarningQuestion(state_.texts, state_.title, plovix::app::DiscardQuestion(state_.texts), nullptr),
         "DiscardQuestion");
@@ -202,7 +205,7 @@ class Session {
   QtDialogs dialogs_{state_};
   PageRegistry registry_;
   MemoryStorage storage_;
-  MemoryHostTables tables_;
+  MemoryUsersAndTags tables_;
   UserRecord user_ = FirstAdministrator();
   std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
   AppParts parts_{state_,

@@ -2,6 +2,8 @@
 
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
+#include <plovix/standalone/widgets/date_text.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
@@ -10,9 +12,6 @@
 #include <QScrollBar>
 #include <array>
 #include <utility>
-
-#include "date_text.h"
-#include "qt_text.h"
 
 namespace plovix::app {
 namespace {
@@ -112,7 +111,8 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
   const auto start = ScheduleStart(task, parts_.state.Now());
   const Outlook outlook =
-      OutlookOf(*recurrence, start, parts_.zone, InstantOf(parts_.state, parts_.zone), kRuns);
+      OutlookOf(*recurrence, start, parts_.zone,
+                InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone), kRuns);
   const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
   QString html;
   if (words.warning) html += Paragraph(ToQt(*words.warning), QStringLiteral("font-weight:bold"));

@@ -1,9 +1,11 @@
 #include "task_exchange.h"
 
 #include <plovix/host/host_application.h>
-#include <plovix/standalone/model/host_user.h>
-#include <plovix/standalone/model/ordinary_file.h>
-#include <plovix/standalone/model/task_access.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/tasks/task_access.h>
+#include <plovix/standalone/text/ordinary_file.h>
+#include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/qt_text.h>
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -11,8 +13,6 @@
 #include <QSaveFile>
 
 #include "import_report_dialog.h"
-#include "qt_dialogs.h"
-#include "qt_text.h"
 
 namespace plovix::app {
 namespace {
@@ -28,7 +28,7 @@ bool IsDeviceName(const QString& name) {
 }
 
 QString NameFilters(const AppParts& parts) {
-  return ToQt(parts.Text("exchange.taskFiles")) + " (*." + kEnding + ");;" +
+  return ToQt(parts.Text("exchange.exports")) + " (*." + kEnding + ");;" +
          ToQt(parts.Text("exchange.allFiles")) + " (*)";
 }
 
@@ -49,22 +49,22 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   return (IsDeviceName(name) ? "_" : "") + name + "." + kEnding;
 }
 
-void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path) {
+void SaveExport(const AppParts& parts, const TaskRecord& task, const QString& path) {
   const auto fail = [&](const std::string& cause) {
     throw Failure(failure_number::kInvalidCall, parts.Text("exchange.unwritable", {FromQt(path), cause}));
   };
   // The file would take the place of the folder, pipe or device.
   if (const QFileInfo there(path); there.exists() && !there.isFile()) fail(parts.Text("exchange.notAFile"));
-  const std::string text = WriteTaskFile(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
+  const std::string text = WriteExport(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
   QSaveFile file(path);
   const bool written = file.open(QIODevice::WriteOnly) &&
                        file.write(text.data(), static_cast<qint64>(text.size())) != -1 && file.commit();
   if (!written) fail(FromQt(file.errorString()));
 }
 
-ImportedTask LoadTaskFile(const AppParts& parts, const QString& path) {
+ImportedTask LoadExport(const AppParts& parts, const QString& path) {
   const TextTable& texts = parts.state.texts;
-  const TaskFile file = ReadTaskFile(ReadOrdinaryFile(FromQt(path), kLargestTaskFile, texts),
+  const TaskExport file = ReadExport(ReadOrdinaryFile(FromQt(path), kLargestExport, texts),
                                      FromQt(QFileInfo(path).fileName()), texts);
   return ForImport(file, {.data_source = parts.data.get(),
                           .users = parts.tables.Users(),
@@ -81,7 +81,7 @@ void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) 
   dialog.selectFile(SuggestedFileName(parts, task));
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return;
-  DoOrTell(parts, "exchange.exportFailed", [&] { SaveTaskFile(parts, task, path); });
+  DoOrTell(parts, "exchange.exportFailed", [&] { SaveExport(parts, task, path); });
 }
 
 std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
@@ -90,7 +90,7 @@ std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
-  if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadTaskFile(parts, path); }))
+  if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadExport(parts, path); }))
     return std::nullopt;
   if (!imported.report.empty()) {
     ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);

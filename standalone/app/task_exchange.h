@@ -17,9 +17,9 @@ namespace plovix::app {
 
 // Writes the file all or nothing: a file that was there stays until the new one is complete. Fails with a
 // Failure for a person.
-void SaveTaskFile(const AppParts& parts, const TaskRecord& task, const QString& path);
+void SaveExport(const AppParts& parts, const TaskRecord& task, const QString& path);
 // Fails with a Failure for a person.
-[[nodiscard]] ImportedTask LoadTaskFile(const AppParts& parts, const QString& path);
+[[nodiscard]] ImportedTask LoadExport(const AppParts& parts, const QString& path);
 
 // Asks for the file. A failure is told.
 void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent);

@@ -1,7 +1,11 @@
 #include "task_list_window.h"
 
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/editors/users_dialog.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -17,11 +21,7 @@
 #include <QStackedLayout>
 #include <QTableView>
 
-#include "editor_dialog.h"
-#include "qt_dialogs.h"
-#include "qt_text.h"
 #include "task_exchange.h"
-#include "users_dialog.h"
 #include "wizard_window.h"
 
 namespace plovix::app {

@@ -1,7 +1,7 @@
 // The program's main window: the stored tasks, a filter, and what can be done with a task.
 #pragma once
 
-#include <plovix/standalone/model/task_access.h>
+#include <plovix/standalone/tasks/task_access.h>
 
 #include <QWidget>
 #include <functional>

@@ -1,17 +1,16 @@
 #include "task_table_model.h"
 
 #include <plovix/host/host_application.h>
-#include <plovix/standalone/model/task_access.h>
-#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
+#include <plovix/standalone/tasks/task_access.h>
+#include <plovix/standalone/tasks/text_limits.h>
+#include <plovix/standalone/widgets/date_text.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
 #include <QLocale>
 #include <algorithm>
-
-#include "date_text.h"
-#include "qt_text.h"
 
 namespace plovix::app {
 namespace {
@@ -104,9 +103,10 @@ std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
 std::string TaskTableModel::ScheduleInWords(const TaskRecord& task) const {
   const TextTable& texts = parts_.state.texts;
   const auto recurrence = ScheduleOf(task);
-  const Outlook outlook = recurrence ? OutlookOf(*recurrence, ScheduleStart(task, parts_.state.Now()),
-                                                 parts_.zone, InstantOf(parts_.state, parts_.zone))
-                                     : Outlook{};
+  const Outlook outlook =
+      recurrence ? OutlookOf(*recurrence, ScheduleStart(task, parts_.state.Now()), parts_.zone,
+                             InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone))
+                 : Outlook{};
   return OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts);
 }
 

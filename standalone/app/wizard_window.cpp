@@ -1,6 +1,10 @@
 #include "wizard_window.h"
 
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/editors/action_list_widget.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/widgets/host_surface_texts.h>
+#include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -15,10 +19,6 @@
 #include <QPointer>
 #include <QPushButton>
 
-#include "action_list_widget.h"
-#include "host_surface_texts.h"
-#include "qt_dialogs.h"
-#include "qt_text.h"
 #include "summary_panel.h"
 
 namespace plovix::app {

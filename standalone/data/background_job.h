@@ -3,7 +3,7 @@
 // scripts.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <chrono>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "primary_key.h"
 
-#include <plovix/standalone/model/same_name.h>
+#include <plovix/base/same_name.h>
 #include <plovix/standalone/query/sql_tokens.h>
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "sample_rows.h"
 
-#include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <array>
 #include <random>

@@ -1,7 +1,7 @@
 #include "schema_map.h"
 
-#include <plovix/standalone/model/data_source.h>
 #include <plovix/standalone/query/sql_tokens.h>
+#include <plovix/standalone/tasks/data_source.h>
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #include "sqlite_data_source.h"
 
-#include <plovix/standalone/model/fold_case.h>
-#include <plovix/standalone/model/same_name.h>
-#include <plovix/standalone/model/text_limits.h>
+#include <plovix/base/same_name.h>
 #include <plovix/standalone/query/query_text.h>
+#include <plovix/standalone/tasks/text_limits.h>
+#include <plovix/standalone/text/fold_case.h>
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // The tables and views of a user's SQLite file as data objects. The file is only ever read.
 #pragma once
 
-#include <plovix/standalone/model/data_source.h>
 #include <plovix/standalone/sqlite/connection.h>
+#include <plovix/standalone/tasks/data_source.h>
 
 #include <chrono>
 #include <functional>

@@ -1,4 +1,4 @@
-// The words of the task file that its writer and its reader share.
+// The words of an exported task that its writer and its reader share.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "file_source.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 namespace plovix {
 namespace {

@@ -1,7 +1,7 @@
-// The task file being read, for saying what is wrong with it. Used by this room's readers.
+// The exported task being read, for saying what is wrong with it. Used by this room's readers.
 #pragma once
 
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/text/text_table.h>
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "file_value.h"
 
-#include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/model/json_text.h>
+#include <plovix/standalone/text/iso_time.h>
+#include <plovix/standalone/text/json_text.h>
 
 #include <utility>
 

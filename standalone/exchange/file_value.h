@@ -1,8 +1,9 @@
-// A value of the task file together with its place: what the reader checks and takes apart, field by field.
+// A value of an exported task together with its place: what the reader checks and takes apart, field by
+// field.
 #pragma once
 
-#include <plovix/standalone/model/task_fields.h>
-#include <plovix/standalone/model/text_limits.h>
+#include <plovix/standalone/tasks/task_fields.h>
+#include <plovix/standalone/tasks/text_limits.h>
 
 #include <concepts>
 #include <limits>

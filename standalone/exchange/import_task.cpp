@@ -1,9 +1,9 @@
 #include "import_task.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 #include <plovix/host/auto_task.h>
-#include <plovix/standalone/model/action_kinds.h>
-#include <plovix/standalone/model/task_access.h>
+#include <plovix/standalone/tasks/action_kinds.h>
+#include <plovix/standalone/tasks/task_access.h>
 
 #include <algorithm>
 #include <map>
@@ -91,7 +91,7 @@ void CheckTags(const std::vector<TagRecord>& tags, const std::vector<TagRecord>&
 
 }  // namespace
 
-ImportedTask ForImport(const TaskFile& file, const ImportTarget& target) {
+ImportedTask ForImport(const TaskExport& file, const ImportTarget& target) {
   ImportedTask imported{file.task, {}, {}};
   CheckDataObject(imported.task.data_object_name, target.data_source, imported.report);
   CheckActions(imported.task, imported.report);

@@ -1,9 +1,9 @@
 // What becomes of a task that comes from another installation. Used by the program's import.
 #pragma once
 
-#include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/tasks/data_source.h>
 
-#include "task_file.h"
+#include "task_export.h"
 
 namespace plovix {
 
@@ -35,6 +35,6 @@ struct ImportedTask {
 // told: permissions of those who do not exist here, a schedule where no task may have one. A personal
 // task becomes the importing user's own, as far as they may have one, and a shared one stays shared, as far
 // as they may make one; it is told where this differs from what the file says or the owner changes.
-[[nodiscard]] ImportedTask ForImport(const TaskFile& file, const ImportTarget& target);
+[[nodiscard]] ImportedTask ForImport(const TaskExport& file, const ImportTarget& target);
 
 }  // namespace plovix

@@ -1,5 +1,5 @@
 // JSON without the freedoms that a parser usually takes: for files that people edit by hand and that must
-// not be half understood. Used by the reader of task files.
+// not be half understood. Used by the reader of exported tasks.
 #pragma once
 
 #include <nlohmann/json.hpp>

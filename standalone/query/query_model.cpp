@@ -1,7 +1,7 @@
 #include "query_model.h"
 
-#include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/model/same_name.h>
+#include <plovix/base/same_name.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // conditions. Shared by the query's writer, its reader and the query builder.
 #pragma once
 
-#include <plovix/standalone/model/data_source.h>
+#include <plovix/standalone/tasks/data_source.h>
 
 #include <optional>
 #include <span>

@@ -1,6 +1,6 @@
 #include "sql_sources.h"
 
-#include <plovix/standalone/model/same_name.h>
+#include <plovix/base/same_name.h>
 
 #include <algorithm>
 #include <array>

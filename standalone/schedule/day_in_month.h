@@ -1,7 +1,7 @@
 // The one day that a monthly or yearly record chooses in each of its months. Used by the rules of days.
 #pragma once
 
-#include <plovix/standalone/model/recurrence_record.h>
+#include <plovix/standalone/tasks/recurrence_record.h>
 
 #include <chrono>
 #include <cstdint>

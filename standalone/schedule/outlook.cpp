@@ -17,11 +17,12 @@ Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days st
   return outlook;
 }
 
-std::chrono::sys_seconds InstantOf(const HostState& state, const Zone& zone) {
-  if (!state.clock) return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  const DateTime wall = state.clock();
-  if (!state.clock_offset) return zone.At(wall).at;
-  return std::chrono::sys_seconds{wall.time_since_epoch() - *state.clock_offset};
+std::chrono::sys_seconds InstantOf(const std::function<DateTime()>& clock,
+                                   const std::optional<std::chrono::seconds>& offset, const Zone& zone) {
+  if (!clock) return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const DateTime wall = clock();
+  if (!offset) return zone.At(wall).at;
+  return std::chrono::sys_seconds{wall.time_since_epoch() - *offset};
 }
 
 }  // namespace plovix

@@ -2,10 +2,9 @@
 // both tell the same.
 #pragma once
 
-#include <plovix/standalone/model/host_state.h>
-
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -25,8 +24,10 @@ struct Outlook {
 [[nodiscard]] Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start,
                                 const Zone& zone, std::chrono::sys_seconds now, std::size_t count = 1);
 
-// The instant of the host's now. A clock that was set to a repeated time without its offset means the first
-// one.
-[[nodiscard]] std::chrono::sys_seconds InstantOf(const HostState& state, const Zone& zone);
+// The instant that `clock` shows, the machine's when it is empty. `offset`: its time less UTC; without one a
+// repeated time means its first instant.
+[[nodiscard]] std::chrono::sys_seconds InstantOf(const std::function<DateTime()>& clock,
+                                                 const std::optional<std::chrono::seconds>& offset,
+                                                 const Zone& zone);
 
 }  // namespace plovix

@@ -1,7 +1,7 @@
 // When a recurrence runs, in wall times: no zone, no clock. Used by NextRuns and by whoever asks for one run.
 #pragma once
 
-#include <plovix/standalone/model/recurrence_record.h>
+#include <plovix/standalone/tasks/recurrence_record.h>
 
 #include <chrono>
 #include <optional>

@@ -2,8 +2,8 @@
 // surface. Every sentence is one text of the language table, so that a translator has the whole of it.
 #pragma once
 
-#include <plovix/standalone/model/recurrence_record.h>
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/tasks/recurrence_record.h>
+#include <plovix/standalone/text/text_table.h>
 
 #include <functional>
 #include <optional>

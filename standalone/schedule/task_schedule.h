@@ -1,7 +1,7 @@
 // The schedule by which a task runs, for whoever lists, previews or starts tasks.
 #pragma once
 
-#include <plovix/standalone/model/task_record.h>
+#include <plovix/standalone/tasks/task_record.h>
 
 #include <chrono>
 #include <optional>

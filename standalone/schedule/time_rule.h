@@ -1,7 +1,7 @@
 // When a schedule ticks, whatever the days its pattern selects. Used by Schedule.
 #pragma once
 
-#include <plovix/standalone/model/recurrence_record.h>
+#include <plovix/standalone/tasks/recurrence_record.h>
 
 #include <chrono>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "fault_injector.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <string>
 

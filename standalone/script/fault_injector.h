@@ -1,7 +1,7 @@
 // Makes chosen calls to the host fail: what "fail MEMBER N" sets up.
 #pragma once
 
-#include <plovix/standalone/model/call_gate.h>
+#include <plovix/standalone/objects/call_gate.h>
 
 #include <string_view>
 #include <vector>

@@ -1,8 +1,8 @@
 // The commands that look: each prints one JSON object on one line. And the help.
-#include <plovix/standalone/model/iso_time.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/schedule/zone.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
 #include <array>
@@ -75,7 +75,8 @@ void Runs(ScriptSession& session, const Words& words) {
   const Zone zone = Zone::Local();
   Outlook outlook{};
   if (task.recurrence)
-    outlook = OutlookOf(*task.recurrence, ScheduleStart(task, now), zone, InstantOf(session.State(), zone),
+    outlook = OutlookOf(*task.recurrence, ScheduleStart(task, now), zone,
+                        InstantOf(session.State().clock, session.State().clock_offset, zone),
                         static_cast<std::size_t>(count));
   Json list = Json::array();
   for (const Run& run : outlook.runs) {

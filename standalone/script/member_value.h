@@ -1,7 +1,7 @@
 // A member's value, to JSON and from a script's word, by its type. Used by the tables of members.
 #pragma once
 
-#include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <nlohmann/json.hpp>
 #include <string>

@@ -1,6 +1,6 @@
 #include "recurrence_members.h"
 
-#include <plovix/standalone/model/task_fields.h>
+#include <plovix/standalone/tasks/task_fields.h>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // printing. Used by the task's members.
 #pragma once
 
-#include <plovix/standalone/model/recurrence_record.h>
+#include <plovix/standalone/tasks/recurrence_record.h>
 
 #include <nlohmann/json_fwd.hpp>
 #include <optional>

@@ -1,5 +1,5 @@
 // The commands that set the scene: the task, the shared store, the host.
-#include <plovix/standalone/model/action_kinds.h>
+#include <plovix/standalone/tasks/action_kinds.h>
 
 #include <array>
 

@@ -2,7 +2,7 @@
 // was shown is kept until the script asks for it.
 #pragma once
 
-#include <plovix/standalone/model/dialogs.h>
+#include <plovix/standalone/objects/dialogs.h>
 
 #include <deque>
 #include <nlohmann/json_fwd.hpp>

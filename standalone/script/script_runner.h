@@ -2,11 +2,11 @@
 // "script" command and, on a machine without a display, in place of the window.
 #pragma once
 
-#include <plovix/standalone/model/data_source.h>
-#include <plovix/standalone/model/host_tables.h>
-#include <plovix/standalone/model/row_cursor.h>
-#include <plovix/standalone/model/task_storage.h>
-#include <plovix/standalone/model/text_table.h>
+#include <plovix/standalone/tasks/data_source.h>
+#include <plovix/standalone/tasks/row_cursor.h>
+#include <plovix/standalone/tasks/task_storage.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/text/text_table.h>
 
 #include <functional>
 #include <iosfwd>
@@ -17,9 +17,9 @@
 namespace plovix {
 
 struct ScriptOptions {
-  TaskStorage* storage;          // not owned, outlives the run
-  TextTable texts;               // TextTable::Ids() shows every text as its number
-  HostTables* tables = nullptr;  // not owned, outlives the run: where `user` is looked up
+  TaskStorage* storage;            // not owned, outlives the run
+  TextTable texts;                 // TextTable::Ids() shows every text as its number
+  UsersAndTags* tables = nullptr;  // not owned, outlives the run: where `user` is looked up
   // Who works, with the rights that they have there; nothing: the scene says who, and nothing is refused.
   std::optional<std::string> user = {};
   // Opens a query on the file behind `storage`; empty where there is none.

@@ -1,12 +1,12 @@
 #include "script_session.h"
 
+#include <plovix/base/utf8.h>
 #include <plovix/component/entry_points.h>
-#include <plovix/controls/utf8.h>
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/category_rows.h>
-#include <plovix/standalone/model/host_user.h>
-#include <plovix/standalone/model/task_access.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/category_column.h>
+#include <plovix/standalone/tasks/category_rows.h>
+#include <plovix/standalone/tasks/task_access.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -80,7 +80,7 @@ class ScriptSession {
   std::ostream& out_;
   std::ostream& err_;
   TaskStorage& storage_;
-  HostTables* tables_;
+  UsersAndTags* tables_;
   const std::optional<std::string> user_;  // who works; nothing: whoever the scene names
   std::optional<std::string> named_user_;
   std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows_;

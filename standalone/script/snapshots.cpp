@@ -1,8 +1,8 @@
 #include "snapshots.h"
 
 #include <plovix/host/recurrence.h>
-#include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <array>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,7 @@
 #include "task_members.h"
 
-#include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/model/task_fields.h>
+#include <plovix/standalone/tasks/task_fields.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
 #include <array>

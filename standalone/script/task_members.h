@@ -1,7 +1,7 @@
 // The members of a task by their documented names, for "task set" and "task".
 #pragma once
 
-#include <plovix/standalone/model/host_state.h>
+#include <plovix/standalone/objects/host_state.h>
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>

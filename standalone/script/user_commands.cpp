@@ -1,6 +1,6 @@
 // The commands that play the user: through the user's door of the controls, and the wizard's buttons.
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/velo_action_list.h>
 
 #include <array>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "words.h"
 
-#include <plovix/standalone/model/iso_time.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
 #include <array>

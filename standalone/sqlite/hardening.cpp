@@ -24,7 +24,8 @@ constexpr std::pair<int, int> kSettings[] = {
 // A schema is held to them, too: a file that goes beyond is refused as a whole. So no limit is below what
 // such files have been seen to need.
 constexpr std::pair<int, int> kLimits[] = {
-    {SQLITE_LIMIT_LENGTH, 32 * kMebibyte},  // bytes of a value, and of a record; twice the largest task file
+    {SQLITE_LIMIT_LENGTH,
+     32 * kMebibyte},  // bytes of a value, and of a record; twice the largest exported task
     {SQLITE_LIMIT_SQL_LENGTH, kMebibyte},
     {SQLITE_LIMIT_COLUMN, 2000},
     {SQLITE_LIMIT_EXPR_DEPTH, 500},

@@ -2,7 +2,7 @@
 // wrote.
 #pragma once
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 // nor keeps them waiting, and what its owner saves meanwhile does not disturb it. Used by the storage.
 #pragma once
 
-#include <plovix/standalone/model/row_cursor.h>
+#include <plovix/standalone/tasks/row_cursor.h>
 
 #include <chrono>
 #include <string>

@@ -1,6 +1,6 @@
 #include "group_column.h"
 
-#include <plovix/standalone/model/json_text.h>
+#include <plovix/standalone/text/json_text.h>
 
 #include <nlohmann/json.hpp>
 

@@ -1,7 +1,7 @@
 // The text of a task's Permissions column. Used by the storage.
 #pragma once
 
-#include <plovix/standalone/model/permission_record.h>
+#include <plovix/standalone/tasks/permission_record.h>
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "sqlite_storage.h"
 
-#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/sqlite/sql_rows.h>
+#include <plovix/standalone/tasks/text_limits.h>
 
 #include <map>
 #include <span>

@@ -5,8 +5,8 @@
 // lie on a local disk, under one name. A copy of it alone holds what EmptyLog has moved into it.
 #pragma once
 
-#include <plovix/standalone/model/row_cursor.h>
-#include <plovix/standalone/model/task_storage.h>
+#include <plovix/standalone/tasks/row_cursor.h>
+#include <plovix/standalone/tasks/task_storage.h>
 
 #include <chrono>
 #include <functional>
@@ -33,7 +33,7 @@ class SqliteStorage final : public TaskStorage {
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
 
-  // As Connection::EmptyLog and OnWritten; what SqliteHostTables has stored is in the same log.
+  // As Connection::EmptyLog and OnWritten; what SqliteUsersAndTags has stored is in the same log.
   bool EmptyLog();
   void OnWritten(std::function<void()> told);
 

@@ -1,9 +1,9 @@
 #include "task_columns.h"
 
-#include <plovix/controls/failure.h>
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/iso_time.h>
-#include <plovix/standalone/model/task_fields.h>
+#include <plovix/base/failure.h>
+#include <plovix/standalone/tasks/category_column.h>
+#include <plovix/standalone/tasks/task_fields.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 // storage, which makes its statements from them.
 #pragma once
 
-#include <plovix/standalone/model/task_record.h>
 #include <plovix/standalone/sqlite/statement.h>
+#include <plovix/standalone/tasks/task_record.h>
 
 #include <concepts>
 #include <cstdint>

@@ -1,9 +1,9 @@
 #include "velo_wiz.h"
 
-#include <plovix/controls/utf8.h>
-#include <plovix/framework/raised.h>
-#include <plovix/standalone/model/call_gate.h>
-#include <plovix/standalone/model/category_column.h>
+#include <plovix/base/raised.h>
+#include <plovix/base/utf8.h>
+#include <plovix/standalone/objects/call_gate.h>
+#include <plovix/standalone/tasks/category_column.h>
 
 #include <utility>
 

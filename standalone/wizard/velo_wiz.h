@@ -5,8 +5,8 @@
 
 #include <plovix/component/page_registry.h>
 #include <plovix/controls/user.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/task_storage.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/tasks/task_storage.h>
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "binding_factory.h"
 
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 
 #include "check_box_binding.h"
 #include "combo_box_binding.h"

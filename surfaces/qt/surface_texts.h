@@ -3,7 +3,7 @@
 /// widget; the surface knows no languages.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 #include <functional>
 #include <string>

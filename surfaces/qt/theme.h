@@ -2,7 +2,7 @@
 /// Fonts and colours of the pages and of the program around them.
 #pragma once
 
-#include <plovix/controls/requirements.h>
+#include <plovix/base/requirements.h>
 
 #include <QFont>
 

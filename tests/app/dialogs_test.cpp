@@ -1,10 +1,10 @@
 // The editors of categories, permissions, language tags and users, driven by keyboard.
 #include <gmock/gmock.h>
-#include <plovix/standalone/app/category_dialog.h>
-#include <plovix/standalone/app/permission_dialog.h>
-#include <plovix/standalone/app/tag_dialog.h>
-#include <plovix/standalone/app/tag_texts_dialog.h>
-#include <plovix/standalone/app/users_dialog.h>
+#include <plovix/standalone/editors/category_dialog.h>
+#include <plovix/standalone/editors/permission_dialog.h>
+#include <plovix/standalone/editors/tag_dialog.h>
+#include <plovix/standalone/editors/tag_texts_dialog.h>
+#include <plovix/standalone/editors/users_dialog.h>
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -26,7 +26,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 // On a disk that may be full.
-class FakeTables final : public HostTables {
+class FakeTables final : public UsersAndTags {
  public:
   FakeTables() {
     kept_.SaveUsers({{.id = "anna", .name = "Anna", .administrator = true, .groups = {"Sales"}},
@@ -47,7 +47,7 @@ class FakeTables final : public HostTables {
   void NeedRoom() const {
     if (full) throw Failure(failure_number::kInvalidCall, "The disk is full.");
   }
-  MemoryHostTables kept_;
+  MemoryUsersAndTags kept_;
 };
 
 class EditorTest : public testing::Test {

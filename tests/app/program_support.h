@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 #include <plovix/component/entry_points.h>
 #include <plovix/standalone/app/qt_dialogs.h>
-#include <plovix/standalone/app/qt_text.h>
 #include <plovix/standalone/app/task_list_window.h>
 #include <plovix/standalone/app/wizard_window.h>
-#include <plovix/standalone/language/languages.h>
-#include <plovix/standalone/model/host_user.h>
+#include <plovix/standalone/objects/host_user.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/text/languages.h>
+#include <plovix/standalone/widgets/qt_text.h>
 
 #include <QApplication>
 #include <QPointer>
@@ -110,7 +110,7 @@ class ProgramTest : public testing::Test {
   QTemporaryDir folder_;
   HostState state_;
   QtDialogs dialogs_{state_};
-  MemoryHostTables tables_;
+  MemoryUsersAndTags tables_;
   UserRecord user_ = FirstAdministrator();
   std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
   PageRegistry registry_;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <plovix/standalone/app/program_options.h>
 #include <plovix/standalone/app/task_exchange.h>
+#include <plovix/standalone/widgets/message_boxes.h>
 #include <sys/stat.h>
 
 #include <QAccessible>
@@ -204,7 +205,7 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
     ListButton(button)->click();
   };
   press("export", {choose});
-  tables_ = MemoryHostTables();
+  tables_ = MemoryUsersAndTags();
   press("import", {choose, PressKey(Qt::Key_Escape)});
   EXPECT_TRUE(Wizard() == nullptr && tables_.Tags().empty()) << "cancelled";
   press("import", {choose, [](QWidget* box) {
@@ -232,9 +233,9 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   const QString pipe = folder_.filePath("pipe");
   ASSERT_EQ(mkfifo(FromQt(pipe).c_str(), 0600), 0);
   for (const QString& unreadable : {folder_.path(), folder_.filePath("none"), pipe})
-    EXPECT_THROW((void)LoadTaskFile(Parts(), unreadable), Failure);
+    EXPECT_THROW((void)LoadExport(Parts(), unreadable), Failure);
   for (const QString& unwritable : {folder_.filePath("no/where"), pipe})
-    EXPECT_THROW(SaveTaskFile(Parts(), task, unwritable), Failure);
+    EXPECT_THROW(SaveExport(Parts(), task, unwritable), Failure);
 }
 
 TEST_F(ProgramTest, EveryFileSystemTakesTheSuggestedName) {
@@ -259,7 +260,7 @@ TEST_F(ProgramTest, MessageBoxesMapTheButtonValues) {
                {33, 1, 2, QMessageBox::Question},
                {36, 6, 7, QMessageBox::Question}};
   for (const auto& [value, enter, escape, icon] : cases) {
-    EXPECT_EQ(dialogs_.MakeMessageBox("<b>text", value, "title")->icon(), icon);
+    EXPECT_EQ(MakeMessageBox(state_.texts, "<b>text", value, "title")->icon(), icon);
     const Answers answers({PressKey(Qt::Key_Return), PressKey(Qt::Key_Escape)});
     EXPECT_EQ(dialogs_.MessageBox("<b>text", value, "title"), enter) << value;
     EXPECT_EQ(dialogs_.MessageBox("<b>text", value, "title"), escape) << value;

@@ -1,11 +1,11 @@
 // The query builder, driven by keyboard and mouse.
 #include <gmock/gmock.h>
-#include <plovix/standalone/app/qt_text.h>
-#include <plovix/standalone/app/query_builder_dialog.h>
-#include <plovix/standalone/app/wait_window.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
-#include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/query/query_text.h>
+#include <plovix/standalone/query_builder/query_builder_dialog.h>
+#include <plovix/standalone/text/languages.h>
+#include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/query_builder/wait_window.h>
 
 #include <QComboBox>
 #include <QElapsedTimer>

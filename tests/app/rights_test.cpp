@@ -143,7 +143,7 @@ TEST_F(RightsTest, APersonalTaskStaysItsOwners) {
   FinishFromDetails();
   EXPECT_EQ(state_.user_id, "admin");
   const QString path = folder_.filePath("personal.task.json");
-  SaveTaskFile(Parts(), stored, path);
+  SaveExport(Parts(), stored, path);
   WorkAs("clerk");
   ListButton("duplicate")->click();
   {

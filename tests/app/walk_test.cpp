@@ -75,7 +75,7 @@ class WalkedWindow final : public Walked {
   }
   [[nodiscard]] bool IsOn(Button button) const { return Find(button)->isEnabled(); }
 
-  MemoryHostTables tables_;
+  MemoryUsersAndTags tables_;
   UserRecord user_ = FirstAdministrator();
   AppParts parts_;
   std::unique_ptr<WizardWindow> window_;

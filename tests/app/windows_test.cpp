@@ -1,14 +1,15 @@
 // What holds for every window: texts of others stay texts, nothing is larger than the screen, and keys do
 // what the program's description says wherever they are pressed.
 #include <gmock/gmock.h>
-#include <plovix/standalone/app/action_dialog.h>
-#include <plovix/standalone/app/action_list_widget.h>
 #include <plovix/standalone/app/editor_samples.h>
 #include <plovix/standalone/app/import_report_dialog.h>
-#include <plovix/standalone/app/permission_dialog.h>
-#include <plovix/standalone/app/query_builder_dialog.h>
-#include <plovix/standalone/app/tag_dialog.h>
-#include <plovix/standalone/model/text_limits.h>
+#include <plovix/standalone/editors/action_dialog.h>
+#include <plovix/standalone/editors/action_list_widget.h>
+#include <plovix/standalone/editors/permission_dialog.h>
+#include <plovix/standalone/editors/tag_dialog.h>
+#include <plovix/standalone/query_builder/query_builder_dialog.h>
+#include <plovix/standalone/tasks/text_limits.h>
+#include <plovix/standalone/widgets/message_boxes.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
 #include <QComboBox>
@@ -63,8 +64,8 @@ class WindowsTest : public ProgramTest {
     look(tags, "tags");
     ImportReportDialog report(state_.texts, name, {{"exchange.note.user", {name}}}, nullptr);
     look(report, "import");
-    look(*dialogs_.MakeMessageBox(name, message_box::kOkWarning, name), "box");
-    look(*dialogs_.MakeReportBox({6, name, name, name, name, 1}), "report");
+    look(*MakeMessageBox(state_.texts, name, message_box::kOkWarning, name), "box");
+    look(*MakeReportBox(state_.texts, {6, name, name, name, name, 1}), "report");
     const std::unique_ptr<QMessageBox> question =
         MakeWarningQuestion(state_.texts, name, {name, "button.yes", "button.no"}, nullptr);
     look(*question, "question");

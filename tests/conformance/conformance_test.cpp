@@ -1,6 +1,6 @@
 // The conformance kit on the stand-alone host's own classes: whole, and broken in every way that a check
 // looks for.
-#include <plovix/framework/text_rules.h>
+#include <plovix/base/text_rules.h>
 
 #include <sstream>
 #include <thread>

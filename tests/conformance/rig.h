@@ -1,8 +1,8 @@
 // The stand-alone host in the hands of the conformance kit, with places where a test can break it.
 #pragma once
 
+#include <plovix/base/raised.h>
 #include <plovix/conformance/conformance.h>
-#include <plovix/framework/raised.h>
 
 #include <set>
 

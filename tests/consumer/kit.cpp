@@ -1,6 +1,6 @@
 // A host that has nothing but texts: the kit finds nothing wrong, and says what it could not look at.
 #include <plovix/conformance/conformance.h>
-#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/text/languages.h>
 
 #include <iostream>
 

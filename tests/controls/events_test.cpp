@@ -1,6 +1,6 @@
 // The controls through the user's door: the contract of the surfaces, what a user is refused, where a
 // failing handler goes.
-#include <plovix/controls/utf8.h>
+#include <plovix/base/utf8.h>
 
 #include <new>
 

@@ -4,8 +4,8 @@
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
-#include <plovix/standalone/model/text_limits.h>
 #include <plovix/standalone/query/query_reader.h>
+#include <plovix/standalone/tasks/text_limits.h>
 
 #include <filesystem>
 #include <fstream>

@@ -1,9 +1,9 @@
-// The task file: what is written comes back, whatever is damaged is refused with its place; and what becomes
+// Exported tasks: what is written comes back, whatever is damaged is refused with its place; and what becomes
 // of a task in another installation.
 #include <gmock/gmock.h>
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 #include <plovix/standalone/exchange/import_task.h>
-#include <plovix/standalone/language/languages.h>
+#include <plovix/standalone/text/languages.h>
 
 #include <ctime>
 #include <fstream>
@@ -28,45 +28,45 @@ std::vector<TagRecord> Tags(const std::string& odd) {
   return {{"NameTag" + odd, {{"en", odd}, {"fr", ""}}}, {odd + "2", {}}};
 }
 
-TaskFile Read(const std::string& text) {
-  return ReadTaskFile(text, "f.json", TextTable::Ids());
+TaskExport Read(const std::string& text) {
+  return ReadExport(text, "f.json", TextTable::Ids());
 }
-std::string Write(const TaskFile& file) {
+std::string Write(const TaskExport& file) {
   TaskRecord task = file.task;
   if (file.is_personal) task.owner = "somebody";
-  return WriteTaskFile(task, file.tags, TextTable::Ids());
+  return WriteExport(task, file.tags, TextTable::Ids());
 }
 
-TEST(TaskFiles, BringBackWhatWasWritten) {
+TEST(TaskExports, BringBackWhatWasWritten) {
   for (const std::string& odd :
        {std::string("ö\u202e\U0001F600\"\\\n"), std::string("\xFF\0\xC3\xED\xA0\x80", 6),
         std::string("\uFEFF\U0010FFFF\x34\x31"), std::string(900, 'x')}) {
     for (const PatternRecord& pattern : kPatterns) {
-      const TaskFile file{FullTask(pattern, odd), pattern.index() % 2 == 0, Tags(odd)};
+      const TaskExport file{FullTask(pattern, odd), pattern.index() % 2 == 0, Tags(odd)};
       EXPECT_EQ(Read(Write(file)), file) << odd.substr(0, 20) << pattern.index();
     }
   }
-  const TaskFile empty{};
+  const TaskExport empty{};
   EXPECT_EQ(Read(Write(empty)), empty);
   TaskRecord local = FullTask({});
   local.id = local.version = 7;
   local.owner = "somebody";
   local.may_run = local.may_edit = local.may_delete = false;
-  EXPECT_EQ(WriteTaskFile(local, {}, TextTable::Ids()), Write({FullTask({}), true, {}})) << "stays behind";
+  EXPECT_EQ(WriteExport(local, {}, TextTable::Ids()), Write({FullTask({}), true, {}})) << "stays behind";
   // 65,536 years on, what holds a year shows the same one again.
   for (const DateTime far : {DateTime(std::chrono::local_days{std::chrono::year{10000} / 1 / 1}),
                              kZeroDate + std::chrono::days{23'936'533}}) {
     local.base_date = far;
     EXPECT_THROW((void)Write({local, false, {}}), Failure) << "would not come back";
   }
-  EXPECT_THROW((void)Write({{}, false, {{std::string(kLargestTaskFile / 6, '\1'), {}}}}), Failure);
+  EXPECT_THROW((void)Write({{}, false, {{std::string(kLargestExport / 6, '\1'), {}}}}), Failure);
 }
 
-TEST(TaskFiles, AreReadAsTheDocumentedExample) {
+TEST(TaskExports, AreReadAsTheDocumentedExample) {
   std::ostringstream text;
-  text << std::ifstream(PLOVIX_SOURCE_DIR "/docs/task-file.md").rdbuf();
+  text << std::ifstream(PLOVIX_SOURCE_DIR "/docs/task-export.md").rdbuf();
   const std::size_t start = text.str().find("    {\n");
-  const TaskFile file = Read(text.str().substr(start, text.str().find("## The members") - start));
+  const TaskExport file = Read(text.str().substr(start, text.str().find("## The members") - start));
   EXPECT_EQ(file.task.actions.at(0).settings.at("timeLimit"), "60");
   EXPECT_THAT(TagsUsed(file.task, file.tags), ElementsAre(file.tags.at(0)));
 }
@@ -74,7 +74,7 @@ TEST(TaskFiles, AreReadAsTheDocumentedExample) {
 // Either the file is refused, or nothing of it is lost.
 bool RefusedOrKept(const std::string& text) {
   try {
-    const TaskFile file = Read(text);
+    const TaskExport file = Read(text);
     EXPECT_EQ(Json::parse(Write(file)), Json::parse(text));
     return false;
   } catch (const Failure& failure) {
@@ -117,7 +117,7 @@ void Damage(const Json& file, Json& here, const std::string& trace) {
   here = kept;
 }
 
-TEST(TaskFiles, AreRefusedWhereverTheyAreDamaged) {
+TEST(TaskExports, AreRefusedWhereverTheyAreDamaged) {
   std::string text;
   for (const PatternRecord& pattern : kPatterns) {
     Json file = Json::parse(Write({FullTask(pattern, "'"), true, Tags("'")}));
@@ -130,7 +130,7 @@ TEST(TaskFiles, AreRefusedWhereverTheyAreDamaged) {
   }
 }
 
-TEST(TaskFiles, SayWhatIsWrong) {
+TEST(TaskExports, SayWhatIsWrong) {
   const auto damaged = [](const std::string& from, const std::string& to) {
     std::string text = Write({FullTask(DailyRecord{3, true}, "'"), false, {}});
     EXPECT_THAT(text, HasSubstr(from));
@@ -155,12 +155,12 @@ TEST(TaskFiles, SayWhatIsWrong) {
       {"{\n \"ö\": \"\xFF\"}", "line 2, column 8: this is not valid JSON."},
       {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
-      {std::string(kLargestTaskFile + 1, ' '), "it is larger than 16 MB."},
+      {std::string(kLargestExport + 1, ' '), "it is larger than 16 MB."},
       {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is not a kind"},
   };
   for (const auto& [text, problem] : cases) {
     try {
-      (void)ReadTaskFile(text, "f.json", LoadLanguage("en"));
+      (void)ReadExport(text, "f.json", LoadLanguage("en"));
       ADD_FAILURE() << problem;
     } catch (const Failure& failure) {
       EXPECT_THAT(failure.Description(), testing::AllOf(HasSubstr("f.json"), HasSubstr(problem)));
@@ -170,14 +170,14 @@ TEST(TaskFiles, SayWhatIsWrong) {
 }
 
 // Quadratic, writing and importing would take half a minute of the processor.
-TEST(TaskFiles, WithTensOfThousandsOfTagsAreExchangedAtOnce) {
-  TaskFile file;
+TEST(TaskExports, WithTensOfThousandsOfTagsAreExchangedAtOnce) {
+  TaskExport file;
   for (int i = 0; i < 30'000; ++i) {
     file.tags.push_back({"a tag of number " + std::to_string(i), {}});
     file.task.categories.push_back({file.tags.back().tag});
   }
   const std::clock_t start = std::clock();
-  const TaskFile read = Read(Write(file));
+  const TaskExport read = Read(Write(file));
   ImportTarget target;
   target.tags = TagsUsed(read.task, read.tags);
   EXPECT_TRUE(ForImport(read, target).new_tags.empty());
@@ -200,7 +200,7 @@ TEST(Import, TellsWhatCannotBeTakenOver) {
   for (const char* id : {"anna", "guest", "owner"}) target.users.emplace_back().id = id;
   target.users[0].groups = {"clerks"};
   target.users[0].create_shared = target.users[0].create_personal = target.users[2].create_personal = true;
-  using File = TaskFile&;
+  using File = TaskExport&;
   using Place = ImportTarget&;
   // What is told, then the owner, the permissions left, "scheduled", the new tags.
   const std::vector<std::pair<std::function<void(File, Place)>, std::string>> cases = {
@@ -232,7 +232,7 @@ TEST(Import, TellsWhatCannotBeTakenOver) {
        },
        "[exchange.note.tag:known] -1 new"}};
   for (const auto& [change, wanted] : cases) {
-    TaskFile file;
+    TaskExport file;
     file.task.data_object_name = "orders";
     ImportTarget place = target;
     change(file, place);

@@ -1,7 +1,7 @@
 // What pages build on: the statement runner, the provider of the services objects, and the rules of values.
+#include <plovix/base/text_rules.h>
 #include <plovix/framework/in_use.h>
 #include <plovix/framework/statements.h>
-#include <plovix/framework/text_rules.h>
 
 #include <new>
 #include <stdexcept>

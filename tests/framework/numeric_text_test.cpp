@@ -1,6 +1,6 @@
 // The rule of the numeric fields, as a table: what is numeric, what it is worth, what integer it becomes.
 #include <gtest/gtest.h>
-#include <plovix/controls/failure.h>
+#include <plovix/base/failure.h>
 #include <plovix/framework/numeric_text.h>
 
 #include <limits>

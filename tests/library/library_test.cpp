@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <plovix/component/page_library.h>
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/model/host_state.h>
-#include <plovix/standalone/model/task_object.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/objects/task_object.h>
+#include <plovix/standalone/objects/velo_action_list.h>
 
 #include <array>
 #include <cstdio>

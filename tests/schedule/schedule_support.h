@@ -2,8 +2,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <plovix/standalone/model/iso_time.h>
 #include <plovix/standalone/schedule/schedule.h>
+#include <plovix/standalone/text/iso_time.h>
 
 #include <cstdio>
 #include <random>

@@ -1,9 +1,9 @@
 // Which text, with which parameters, a schedule and a run's note are; how some of them read; and that what
 // they say is what the engine runs.
 #include <gtest/gtest.h>
-#include <plovix/standalone/language/languages.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/sentence_keys.h>
+#include <plovix/standalone/text/languages.h>
 
 #include <algorithm>
 

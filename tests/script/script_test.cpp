@@ -2,9 +2,9 @@
 // the parts of the scene, and whole roads through the wizard's pages.
 #include <gtest/gtest.h>
 #include <plovix/host/services.h>
-#include <plovix/standalone/model/host_tables.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/script/words.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -24,7 +24,7 @@ struct Ran {
 };
 
 Ran Play(const std::string& script, TaskStorage& storage, bool interactive = false,
-         HostTables* tables = nullptr, const std::optional<std::string>& user = {}) {
+         UsersAndTags* tables = nullptr, const std::optional<std::string>& user = {}) {
   std::istringstream in(script);
   std::ostringstream out, err;
   const ScriptOptions options{.storage = &storage,
@@ -317,7 +317,7 @@ TEST(ScriptWizard, SpeaksOfThePages) {
 
 // Task 1 is shared, task 2 anna's own, task 3 may be edited by ben.
 TEST(ScriptWizard, WorksWithTheRightsOfItsUser) {
-  MemoryHostTables tables;
+  MemoryUsersAndTags tables;
   tables.SaveUsers({FirstAdministrator(),
                     {.id = "anna", .name = "", .groups = {}, .create_personal = true},
                     {.id = "ben", .name = "", .groups = {}}},

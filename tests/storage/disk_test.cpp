@@ -127,7 +127,7 @@ void Fill(const std::string& path) {
   const TempFolder folder;
   SqliteStorage storage(folder / "tasks");
   for (const char* name : {"before", "other"}) storage.Save(WholeTask(name), kNow);
-  SqliteHostTables tables(folder / "tasks");  // closed, it would empty the log
+  SqliteUsersAndTags tables(folder / "tasks");  // closed, it would empty the log
   tables.SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}}, {});
   CopyWithLog(folder / "tasks", path);
 }
@@ -142,13 +142,13 @@ auto With(Use use) {
 
 // Opening itself is the deed.
 std::function<void()> Open(const std::string& path) {
-  return [path] { EXPECT_EQ(SqliteHostTables(path, kHasty).Users().size(), 1U); };
+  return [path] { EXPECT_EQ(SqliteUsersAndTags(path, kHasty).Users().size(), 1U); };
 }
 
 std::vector<Operation> Operations() {
   const auto change = [](auto& s) { s.Save(WholeTask("after", *s.Load(1)), kNow); };
   const auto tag = [](auto& t) { t.SaveTag({"tag", {{"en", "after"}}}, t.Tags().front().texts); };
-  const auto users = [](SqliteHostTables& tables) {
+  const auto users = [](SqliteUsersAndTags& tables) {
     tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}},
                      {FirstAdministrator()});
   };
@@ -163,10 +163,10 @@ std::vector<Operation> Operations() {
           {"save a new task", Fill, With<SqliteStorage>([](auto& s) { s.Save(WholeTask("after"), kNow); })},
           {"change a task", Fill, With<SqliteStorage>(change)},
           {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1, 1); })},
-          {"save the users", Fill, With<SqliteHostTables>(users)},
-          {"save a tag", Fill, With<SqliteHostTables>(tag)},
+          {"save the users", Fill, With<SqliteUsersAndTags>(users)},
+          {"save a tag", Fill, With<SqliteUsersAndTags>(tag)},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
-          {"read tags", Fill, With<SqliteHostTables>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
+          {"read tags", Fill, With<SqliteUsersAndTags>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
 }
 
 std::vector<Fault> Faults() {
@@ -295,7 +295,7 @@ TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
       stored.push_back(storage->Save(WholeTask(std::to_string(stored.size())), kNow));
   };
   const TagRecord tag{"tag", {{"en", std::string(99'999, 'x')}}};
-  for (const auto& deed : {fill, fill, {[&] { SqliteHostTables(path).SaveTag(tag, {}); }}}) {
+  for (const auto& deed : {fill, fill, {[&] { SqliteUsersAndTags(path).SaveTag(tag, {}); }}}) {
     EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
     EXPECT_EQ(storage->List(), stored);
   }

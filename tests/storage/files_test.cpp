@@ -75,7 +75,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
     const uid_t user = geteuid();
     EXPECT_EQ(seteuid(test.number == 70 && user == 0 ? 65534 : user), 0);
     const Failure failure = FailureOf([&] { const SqliteStorage storage(path); });
-    EXPECT_EQ(FailureOf([&] { SqliteHostTables{path}; }).Description(), failure.Description());
+    EXPECT_EQ(FailureOf([&] { SqliteUsersAndTags{path}; }).Description(), failure.Description());
     EXPECT_EQ(seteuid(user), 0);
     fs::permissions(folder / ".", fs::perms::all);
     if (fs::exists(path, error)) fs::permissions(path, fs::perms::all);
@@ -97,7 +97,7 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
     task.permissions = {{"admin", false, true}};
     task = SqliteStorage(path).Save(task, kNow);
     EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
-    EXPECT_EQ(SqliteHostTables(path).Users(), std::vector{FirstAdministrator()});
+    EXPECT_EQ(SqliteUsersAndTags(path).Users(), std::vector{FirstAdministrator()});
     ExpectIntact(path);
     // The release that made it refuses it from now on.
     Connection connection(path, kImpatient, Access::kReadOnly);
@@ -156,7 +156,7 @@ TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
     TaskRecord task;
     task.actions = {{"run-sql", std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};
     SqliteStorage(path).Save(task, kNow);
-    SqliteHostTables(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}}, {});
+    SqliteUsersAndTags(path).SaveTag({std::to_string(i), {{"en", std::string(200, 'y')}}}, {});
   }
   const std::string bytes = folder.Bytes().at("tasks.sqlite");
   const Contents whole = ContentsOf(path);

@@ -33,7 +33,7 @@ class Process final : public QProcess {
 // killed.
 int SaveTasks(const std::string& path, const std::string& prefix, int count, bool stays) {
   SqliteStorage storage(path);
-  SqliteHostTables tables(path);
+  SqliteUsersAndTags tables(path);
   for (int i = 0; i < count; ++i) {
     const std::string name = prefix + "-" + std::to_string(i);
     tables.SaveTag({name, {{"en", name}}}, {});
@@ -71,7 +71,7 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
     EXPECT_EQ(process->exitCode(), 0);
   }
   EXPECT_EQ(reader.List().size(), processes.size() * kSaves);
-  EXPECT_EQ(SqliteHostTables(path).Tags().size(), processes.size() * kSaves);
+  EXPECT_EQ(SqliteUsersAndTags(path).Tags().size(), processes.size() * kSaves);
   ExpectIntact(path);
 }
 
@@ -159,7 +159,7 @@ TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   const TempFolder folder;
   const std::string path = folder / "tasks.sqlite";
   SqliteStorage storage(path, kImpatient);
-  SqliteHostTables tables(path, kImpatient);
+  SqliteUsersAndTags tables(path, kImpatient);
   const TaskRecord task = storage.Save(WholeTask("a"), kNow);
   const std::string old = folder / "old.sqlite";
   const TaskRecord old_task = MakeVersion(1, old);

@@ -1,7 +1,7 @@
 // Who may put which task in the place of which other one: the storage asks the users and the row as they are
 // when it writes, not as they were when the task was opened.
-#include <plovix/standalone/model/host_user.h>
-#include <plovix/standalone/model/task_access.h>
+#include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/tasks/task_access.h>
 
 #include "storage_support.h"
 
@@ -60,7 +60,7 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     const TempFolder folder;
     const std::string path = folder / "tasks.sqlite";
     SqliteStorage storage(path);
-    SqliteHostTables tables(path);
+    SqliteUsersAndTags tables(path);
     tables.SaveUsers(kUsers, tables.Users());
     TaskRecord task;
     if (each.task == "granted") task.permissions = kGranted;

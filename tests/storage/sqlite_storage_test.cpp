@@ -1,5 +1,5 @@
-#include <plovix/standalone/model/category_column.h>
 #include <plovix/standalone/storage/settings_column.h>
+#include <plovix/standalone/tasks/category_column.h>
 
 #include "storage_support.h"
 #include "tests/support/full_task.h"

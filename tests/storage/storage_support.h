@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <plovix/standalone/sqlite/connection.h>
 #include <plovix/standalone/storage/schema.h>
-#include <plovix/standalone/storage/sqlite_host_tables.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <sqlite3.h>
 
 #include <QTemporaryDir>
@@ -69,7 +69,7 @@ inline void ExpectIntact(const std::string& path) {
 // All that a task file holds, through both of its connections.
 using Contents = std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>>;
 inline Contents ContentsOf(const std::string& path) {
-  SqliteHostTables tables(path);
+  SqliteUsersAndTags tables(path);
   return {SqliteStorage(path).List(), tables.Users(), tables.Tags()};
 }
 

@@ -1,7 +1,7 @@
 // A task that holds something in every place, for the tests of what keeps tasks.
 #pragma once
 
-#include <plovix/standalone/model/task_fields.h>
+#include <plovix/standalone/tasks/task_fields.h>
 
 #include <limits>
 

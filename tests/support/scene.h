@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 #include <plovix/component/entry_points.h>
-#include <plovix/standalone/model/call_gate.h>
-#include <plovix/standalone/model/category_rows.h>
-#include <plovix/standalone/model/velo_action_list.h>
+#include <plovix/standalone/objects/call_gate.h>
+#include <plovix/standalone/objects/velo_action_list.h>
+#include <plovix/standalone/tasks/category_rows.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
 #include <algorithm>

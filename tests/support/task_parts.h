@@ -1,7 +1,7 @@
 // Tasks part by part: which parts differ, and which of them were lost.
 #pragma once
 
-#include <plovix/standalone/model/task_fields.h>
+#include <plovix/standalone/tasks/task_fields.h>
 
 #include <optional>
 #include <string>

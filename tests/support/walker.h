@@ -8,8 +8,8 @@
 
 #include <plovix/framework/page_base.h>
 #include <plovix/framework/page_identifiers.h>
-#include <plovix/standalone/model/category_column.h>
-#include <plovix/standalone/model/text_limits.h>
+#include <plovix/standalone/tasks/category_column.h>
+#include <plovix/standalone/tasks/text_limits.h>
 
 #include <cstdlib>
 #include <iostream>

@@ -1,0 +1,62 @@
+// The editor of the users and their rights.
+#pragma once
+
+#include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/widgets/editor_dialog.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+class QCheckBox;
+class QLineEdit;
+class QListWidget;
+
+namespace plovix::app {
+
+class UsersDialog final : public EditorDialog {
+ public:
+  // `session_user` is the id of who works with the program. Fails as Users() does. `tables` outlives the
+  // dialog.
+  UsersDialog(const TextTable& texts, UsersAndTags& tables, std::string session_user, QWidget* parent);
+
+  [[nodiscard]] bool Changed() const override { return lines_ != initial_; }
+
+  // Stores what was changed, all at once. Stays open when that fails, and when somebody else has changed the
+  // same users meanwhile: that is told, and OK then stores over their changes.
+  void accept() override;
+
+ private:
+  struct Line {
+    UserRecord user;
+    bool stored = false;  // its id is named by tasks and permissions
+    bool operator==(const Line&) const = default;
+  };
+
+  [[nodiscard]] QWidget* BuildList();
+  [[nodiscard]] QWidget* BuildFields();
+  [[nodiscard]] QLayout* BuildRights();
+  void ShowLines(const std::string& id);
+  void TakeOver(const std::vector<std::string>& conflicts);
+  void Add();
+  void Remove();
+  void ShowUser();
+  void ShowRights();
+  void Edited();
+  void AdministratorClicked(bool checked);
+  [[nodiscard]] Line& Current();
+  [[nodiscard]] bool IsLastAdministrator() const;
+  // Why the id of a row cannot stay; nothing when it can.
+  [[nodiscard]] QString UserProblem(int row) const;
+
+  UsersAndTags& tables_;
+  std::string session_user_;
+  std::vector<Line> initial_, lines_;  // a row of the list for each
+  QListWidget* list_;
+  QLineEdit *id_, *name_, *groups_;
+  QCheckBox* administrator_;
+  std::array<QCheckBox*, 5> rights_{};
+  QLabel *remove_problem_, *id_problem_, *id_note_, *administrator_problem_, *save_problem_;
+};
+
+}  // namespace plovix::app

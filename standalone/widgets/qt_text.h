@@ -1,0 +1,45 @@
+// Small helpers of the windows: texts between the host (UTF-8) and Qt, comparison, sizes.
+#pragma once
+
+#include <plovix/standalone/text/fold_case.h>
+
+#include <QFontMetrics>
+#include <QScreen>
+#include <QString>
+#include <QWidget>
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace plovix::app {
+
+[[nodiscard]] inline QString ToQt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+[[nodiscard]] inline std::string FromQt(const QString& text) {
+  return text.toStdString();
+}
+
+// A text without its differences of case: how names that people give are compared.
+[[nodiscard]] inline std::string Folded(const QString& text) {
+  return FoldCase(FromQt(text));
+}
+
+// Resizes a window, as far as its screen goes: with the frame that the desktop draws around it.
+inline void ResizeOnScreen(QWidget& window, const QSize& wanted) {
+  constexpr QSize kUsualFrame(10, 40);  // pixels; while it is not shown yet
+  const QRect screen = window.screen()->availableGeometry();
+  const QSize frame = window.isVisible() ? window.frameGeometry().size() - window.size() : kUsualFrame;
+  window.resize(wanted.boundedTo(screen.size() - frame));
+  if (!window.isVisible()) return;
+  const QRect now = window.frameGeometry();
+  const QPoint over(std::max(0, now.right() - screen.right()), std::max(0, now.bottom() - screen.bottom()));
+  if (!over.isNull()) window.move(now.topLeft() - over);
+}
+// Gives a window room for so much text in a font, as far as its screen goes.
+inline void ResizeToText(QWidget& window, const QFont& font, int characters, int lines) {
+  const QFontMetrics metrics(font);
+  ResizeOnScreen(window, {metrics.averageCharWidth() * characters, metrics.lineSpacing() * lines});
+}
+
+}  // namespace plovix::app
