@@ -43,7 +43,7 @@ struct HostState {
   /// The current user's id and the session's own account id; equal if no person works in the session.
   std::string user_id, session_id;
   /// @}
-  bool permissions_locked = false;  ///< the edited task's permissions are read-only
+  bool permissions_locked = false;      ///< the edited task's permissions are read-only
   std::string decimal_separator = ".";  ///< HostApplication::DecimalSeparator
   bool language_tag_mode = false;       ///< HostApplication::LanguageTagMode
   std::optional<bool> marker_file;      ///< overrides the marker file's presence
