@@ -17,7 +17,7 @@ TaskRecord AsOpened(const HostState& state, TaskRecord task) {
 
 }  // namespace
 
-// What pages hold of the wizard: stays behind, shut, when the wizard is gone.
+// The pages' reference to the wizard: it stays behind, closed, when the wizard is gone.
 class VeloWiz::Door final : public WizardHost {
  public:
   explicit Door(VeloWiz* wizard) : wizard_(wizard) {}
@@ -50,7 +50,7 @@ VeloWiz::~VeloWiz() {
   if (current_.page) current_.page->IWizardPage_Terminate();
 }
 
-// Does a button's work unless the button is disabled or another button's work goes on.
+// Does a button's work unless the button is disabled or another button's work is in progress.
 template <class Work>
 bool VeloWiz::Press(bool enabled, Work work) {
   if (busy_ || !enabled) return false;
@@ -71,8 +71,8 @@ bool VeloWiz::Open(const std::string& identifier) {
 bool VeloWiz::Next() {
   return Press(Buttons().next, [&] {
     if (!MayLeave(ChangeDirection::kNext)) return;
-    UpdateNext();  // asked again: the answer sees what has just been saved
-    // Where no page follows after all, the button becomes Finish.
+    UpdateNext();  // asked again, because the page has just saved
+    // If no page follows after all, the button becomes Finish.
     if (!current_.next || current_.next->empty()) return;
     const std::string former = current_.identifier;
     const std::string target = *current_.next;
@@ -139,12 +139,12 @@ void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
 void VeloWiz::Refresh(bool can_continue) {
   current_.can_continue = can_continue;
   ++current_.refreshes;
-  if (busy_) return;  // the page is being loaded or left; its answer is taken afterwards
+  if (busy_) return;  // the page is being loaded or left; its answer is used afterwards
   UpdateNext();
   Changed();
 }
 
-// Makes the identified page the current one; on failure the former page stays.
+// Makes the identified page the current one; on failure the former page stays current.
 bool VeloWiz::Show(const std::string& identifier) {
   Shown former = std::exchange(current_, {});
   bool shown = false;
@@ -167,8 +167,8 @@ bool VeloWiz::Show(const std::string& identifier) {
   return true;
 }
 
-// Loads the new current page; true to try again with another one. After a failure that the user wants
-// to go on from, the page is shown as far as it got.
+// Loads the new current page; true to try again with another one. If the user continues after a failure, the
+// page is shown as far as it was loaded.
 bool VeloWiz::Initialize(bool& shown) {
   const auto page = current_.page;
   const auto answer = Guarded("IWizardPage_Initialize", [&] {
@@ -193,8 +193,8 @@ void VeloWiz::EmbedControls(Form& form) {
   }
 }
 
-// Asks the page for the page that follows. A failure to answer disables Next and Finish; it is reported
-// when it appears, not again for every key typed while it lasts.
+// Asks the page for the next page. A failure disables Next and Finish; it is reported when it first occurs,
+// not again for every key typed while it lasts.
 void VeloWiz::UpdateNext() {
   if (!IsOpen()) return;
   std::string next;
@@ -219,7 +219,7 @@ bool VeloWiz::MayLeave(ChangeDirection direction) {
   return answer;
 }
 
-// Hands the working copy to the storage. Whatever goes wrong, the wizard stays open with everything in it.
+// Passes the working copy to the storage. Whatever goes wrong, the wizard stays open with all its data.
 bool VeloWiz::Save() {
   TaskRecord record = task_->Record();
   if (IsNoCategory(record.categories)) record.categories.clear();
@@ -246,7 +246,7 @@ bool VeloWiz::Save() {
         message_box::kYes) {
       return false;
     }
-    record.id = record.version = 0;  // the user's version becomes a task of its own
+    record.id = record.version = 0;  // the user's version becomes a separate task
   }
 }
 
@@ -259,14 +259,14 @@ void VeloWiz::Close(WizardEnd end) {
   if (depth_ == 0) retired_.clear();
 }
 
-// Reports a failure that no procedure of the page handled, under the name of the operation or event.
+// Reports a failure that no procedure of the page has handled, under the name of the operation or event.
 ReportAction VeloWiz::Report(const Failure& failure, std::string_view procedure) {
   const auto page = current_.page ? current_.page->PageName() : std::string_view{};
   return parts_.state.dialogs->Report({failure.Number(), failure.Description(), std::string(kModule),
                                        std::string(page), std::string(procedure), 0});
 }
 
-// Runs a call to the page; after a failure gives the reporter's answer.
+// Runs a call to the page; after a failure returns the reporter's answer.
 template <class Call>
 std::optional<ReportAction> VeloWiz::Guarded(std::string_view procedure, Call call) {
   std::optional<Failure> failure;
