@@ -45,12 +45,12 @@ void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, Im
       report.push_back({line.is_group ? "exchange.note.group" : "exchange.note.user", {line.subject}});
     }
   }
-  // Nobody named is not everybody: the empty set stays one.
+  // A set for nobody must not become one for everybody, so an empty set is kept.
   if (kept.empty() && !task.permissions->empty()) report.push_back({"exchange.note.nobody", {}});
   task.permissions = kept;
 }
 
-// Where users are not known, everybody may; else whoever is none of them may not.
+// If users are unknown here, everybody may; otherwise someone who is not one of them may not.
 bool MayCreate(const ImportTarget& target, bool (*may)(const UserRecord& user)) {
   const auto user = std::ranges::find(target.users, target.user_id, &UserRecord::id);
   return user == target.users.end() ? target.users.empty() : may(*user);

@@ -1,4 +1,4 @@
-// What becomes of a task that comes from another installation. Used by the program's import.
+// Adapts a task from another installation. Used by the program's import.
 #pragma once
 
 #include <plovix/standalone/tasks/data_source.h>
@@ -7,16 +7,16 @@
 
 namespace plovix {
 
-// The installation that takes a task over.
+// The importing installation.
 struct ImportTarget {
-  DataSource* data_source = nullptr;  // not owned; nothing: data objects are not looked for
-  std::vector<UserRecord> users;      // empty: users are not known here, permissions stay as they are
+  DataSource* data_source = nullptr;  // not owned; nullptr: data objects are not looked up
+  std::vector<UserRecord> users;      // empty: users are unknown here, permissions are kept
   std::vector<TagRecord> tags;
-  std::string user_id;             // who imports
+  std::string user_id;             // the importing user
   bool automation_manager = true;  // whether tasks may be given to it
 };
 
-// Something that could not be taken over as it was: a host text and its parameters.
+// Something that could not be imported unchanged: a host text and its parameters.
 struct ImportNote {
   std::string_view text;
   std::vector<std::string> parameters;
@@ -26,15 +26,15 @@ using ImportReport = std::vector<ImportNote>;
 
 struct ImportedTask {
   TaskRecord task;                  // to be edited, then stored as a new one
-  std::vector<TagRecord> new_tags;  // that the task names and that do not exist here yet
+  std::vector<TagRecord> new_tags;  // tags of the task that do not exist here yet
   ImportReport report;
 };
 
-// Kept as they are and told: actions of kinds that this program does not know, a data object that the source
-// lacks or cannot be asked for, tags that exist here with other texts (the texts here stay). Taken out and
-// told: permissions of those who do not exist here, a schedule where no task may have one. A personal
-// task becomes the importing user's own, as far as they may have one, and a shared one stays shared, as far
-// as they may make one; it is told where this differs from what the file says or the owner changes.
+// Kept and reported: actions of kinds that this program does not know, a data object that the source lacks or
+// that cannot be looked up, tags that exist here with other texts (the texts here stay). Removed and
+// reported: permissions of users and groups that do not exist here, a schedule if tasks may not have one. A
+// personal task becomes the importing user's own if they may have one, and a shared task stays shared if they
+// may create one; a difference from the file or a change of owner is reported.
 [[nodiscard]] ImportedTask ForImport(const TaskExport& file, const ImportTarget& target);
 
 }  // namespace plovix

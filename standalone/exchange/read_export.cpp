@@ -87,13 +87,13 @@ void ReadTask(const FileValue& value, TaskExport& file) {
   object.RefuseOthers();
 }
 
-// Before anything else is looked at: a newer file may hold anything behind it.
+// Checked before anything else, because a newer file may contain anything else.
 void CheckVersion(FileObject& object) {
   const FileValue format = object.Take(kFormat);
   if (!format.json.is_string() || format.json.get_ref<const std::string&>() != kName)
     format.Refuse("exchange.problem.noExport");
   const FileValue version = object.Take(kFileVersion);
-  // Also one that no type of ours holds.
+  // Even a number too large for our types.
   if (version.json.is_number() && version.json > kVersion)
     version.RefuseValue("exchange.problem.newer", {std::to_string(kVersion)});
   std::int64_t number = 0;

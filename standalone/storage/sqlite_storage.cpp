@@ -50,7 +50,7 @@ constexpr std::string_view kInsertAction =
     "INSERT INTO VeloAutoTaskActions (TaskId, Position, RecordModes, Capabilities, Kind, Name, Settings) "
     "VALUES (?, ?, ?, ?, ?, ?, ?)";
 
-// The number of a deleted task is not given again.
+// The number of a deleted task is not used again.
 constexpr std::string_view kHighestIdIsGiven =
     "SELECT 1 FROM sqlite_sequence WHERE seq = 9223372036854775807 "
     "UNION ALL SELECT 1 FROM VeloAutoTasks WHERE Id = 9223372036854775807";
@@ -108,7 +108,7 @@ class SqliteStorage::Tables {
     return version.Step() ? std::optional(version.Integer(0)) : std::nullopt;
   }
 
-  // Gives back the new task's id.
+  // Returns the new task's id.
   [[nodiscard]] std::int64_t Insert(const TaskRecord& task) {
     if (Prepare(kHighestIdIsGiven).Step()) {
       connection_->Refuse(failure_number::kOverflow,
@@ -121,7 +121,7 @@ class SqliteStorage::Tables {
     return connection_->LastInsertId();
   }
 
-  // False when the task is gone or its stored version is not `former_version`.
+  // False if the task is gone or its stored version is not `former_version`.
   [[nodiscard]] bool Update(const TaskRecord& task, std::int64_t former_version) {
     update_task_.BindInteger(0, task.version);
     const int next = BindColumns(update_task_, TaskColumns(), task);
@@ -162,15 +162,15 @@ class SqliteStorage::Tables {
   }
 
  private:
-  // Binds the columns' values behind the first parameter; gives back the number of the next one.
+  // Binds the columns' values after the first parameter; returns the number of the next one.
   static int BindColumns(Statement& statement, std::span<const TaskColumn> columns, const TaskRecord& task) {
     int parameter = 1;
     for (const TaskColumn& column : columns) column.bind(statement, parameter++, task);
     return parameter;
   }
 
-  // Gives each row of a statement to the task that its first column names. Rows and tasks come in the order
-  // of the tasks' ids.
+  // Reads each row of a statement into the task whose id is in the first column. Rows and tasks are in the
+  // order of the tasks' ids.
   static void ReadInto(TasksRead& read, Statement& statement,
                        std::string_view (*read_row)(TaskRecord& task, const Statement& row)) {
     auto task = read.tasks.begin();
@@ -181,8 +181,8 @@ class SqliteStorage::Tables {
     });
   }
 
-  // These read all that can be read, and give back the name of the first value that cannot; empty when there
-  // is none.
+  // These read everything that can be read, and return the name of the first unreadable value, or an empty
+  // name.
   static std::string_view ReadColumns(TaskRecord& task, std::span<const TaskColumn> columns,
                                       const Statement& row, int index) {
     std::string_view unreadable;
@@ -192,7 +192,7 @@ class SqliteStorage::Tables {
     return unreadable;
   }
 
-  // The id 0 is that of a task which is not stored.
+  // Id 0 means a task that is not stored.
   static void ReadTask(TasksRead& read, const Statement& row) {
     TaskRecord& task = read.tasks.emplace_back();
     task.id = row.Integer(0);
@@ -218,7 +218,7 @@ class SqliteStorage::Tables {
   [[nodiscard]] Statement Prepare(std::string_view sql) const { return connection_->Prepare(sql); }
 
   std::unique_ptr<Connection> connection_;
-  // After the connection, so that they go before it.
+  // After the connection, so that they are destroyed before it.
   Statement all_tasks_ = Prepare(SelectTasks("ORDER BY Id"));
   Statement all_schedules_ = Prepare(SelectSchedules("ORDER BY TaskId"));
   Statement all_actions_ = Prepare(SelectActions("ORDER BY TaskId, Position"));
@@ -273,7 +273,7 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   TaskRecord saved = task;
   saved.modified = now;
   saved.version = NextVersion(task.version);
-  if (!saved.recurrence) saved.schedule_start.reset();  // there is nothing to count from it
+  if (!saved.recurrence) saved.schedule_start.reset();  // without a schedule there is no start
   const auto body = [&] {
     AskAbout(task.id, &task);
     if (task.id == 0) {

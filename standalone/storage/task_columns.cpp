@@ -19,7 +19,7 @@ namespace {
 
 using std::chrono::local_days;
 
-// Gives the value back; what cannot be read again is not stored.
+// Returns the value; fails if it could not be read again.
 template <class Time>
 Time Storable(Time value) {
   constexpr local_days kFirst{std::chrono::year{0} / 1 / 1};
@@ -74,7 +74,7 @@ bool IsNull(const Statement& row, int column) {
   return row.Type(column) == ColumnType::kNull;
 }
 
-// A column for the value that `kLocate` finds in a task; NULL where it finds none.
+// A column for the value that `kLocate` finds in a task; NULL if it finds none.
 template <auto kLocate>
 constexpr TaskColumn Column(std::string_view name) {
   return {name,
@@ -90,7 +90,7 @@ constexpr TaskColumn Column(std::string_view name) {
           }};
 }
 
-// Where the fields of the three tables stand in a task.
+// Where the fields of the three tables are in a task.
 constexpr auto kInTask = [](auto& task, auto field) { return &(task.*field); };
 constexpr auto kInRecurrence = [](auto& task, auto field) {
   return task.recurrence ? &((*task.recurrence).*field) : nullptr;
@@ -155,7 +155,7 @@ bool ReadPermissions(TaskRecord& task, const Statement& row, int column) {
   return task.permissions.has_value();
 }
 
-// The column PatternKind holds a pattern's place in kPatternClasses, NULL for no pattern.
+// The column PatternKind contains a pattern's position in kPatternClasses, NULL for no pattern.
 void BindPatternKind(Statement& statement, int parameter, const TaskRecord& task) {
   const auto* found = std::ranges::find(kPatternClasses, task.recurrence->pattern.index(),
                                         [](const auto& each) { return each.second.index(); });
