@@ -15,15 +15,15 @@
 namespace plovix {
 namespace {
 
-// A query reads rows. Other statements can count as reading and still change how the connection works, or
-// open other files.
+// A query reads rows. Other statements can be read-only and still change how the connection works, or open
+// other files.
 std::optional<QueryProblem> CheckBeginning(std::string_view sql) {
   const SqlToken first = SqlTokens(sql).front();
   if (first.Is("SELECT") || first.Is("WITH") || first.Is("VALUES")) return std::nullopt;
   return QueryProblem{"query.preview.select", {}};
 }
 
-// Before the database sees the text.
+// Checks the text before the database sees it.
 std::optional<QueryProblem> CheckText(std::string_view sql) {
   if (auto problem = CheckBeginning(sql)) return problem;
   if (StatementCount(sql) > 1) return QueryProblem{"query.preview.second", {}};
@@ -59,7 +59,7 @@ void Bind(Statement& statement, const std::vector<BoundValue>& values) {
   }
 }
 
-// Not in the middle of a character.
+// Never cuts in the middle of a character.
 std::string Cut(std::string_view text) {
   if (text.size() <= kLongestValue) return std::string(text);
   std::size_t length = kLongestValue;
@@ -122,8 +122,9 @@ class TextGuard {
 
   [[nodiscard]] bool IsTooNested(std::string_view sql) { return schema_->SelectsIn(sql) > kMostSelects; }
 
-  // The tables that virtual tables keep are for their own statements only. Those run with the text, but also
-  // when the first text that names a virtual table is prepared: then it is prepared by itself first.
+  // Internal tables of virtual tables are for these tables' own statements only. Those run with the text, but
+  // also when a text that names the virtual table is first prepared; so a statement on the virtual table
+  // alone is prepared first.
   [[nodiscard]] Statement Prepare(std::string_view sql, const TimeLimit& time) const {
     std::set<std::string> awake;
     while (true) {
@@ -145,7 +146,7 @@ class TextGuard {
     return connection_.Prepare(sql);
   }
 
-  // A refusal names the virtual table: the text may say nothing of what that keeps.
+  // A refusal names the virtual table, because the text may not mention its internal tables.
   void Wake(const SchemaEntry& table) const {
     try {
       (void)connection_.Prepare("SELECT 1 FROM " + QuotedName(table.name));
@@ -163,7 +164,7 @@ class TextGuard {
 
 using Read = std::function<QueryRows(Statement&, const TimeLimit&)>;
 
-// Prepares the text where it can do nothing but read, and gives it to `read`.
+// Prepares the text if it can only read, and passes it to `read`.
 std::variant<QueryRows, QueryProblem> WithStatement(const QueryTarget& target, std::string_view sql,
                                                     const QueryLimits& limits,
                                                     const std::stop_token& unwanted, const Read& read) {

@@ -17,8 +17,8 @@
 
 namespace plovix {
 
-// The file is opened at the first call and kept open. A call that fails closes it, and the next one starts
-// from scratch: the program goes on when the file is back. Belongs to one thread.
+// The file is opened at the first call and kept open. A failing call closes it, and the next one starts
+// afresh, so the program goes on when the file is back. Belongs to one thread.
 class SqliteDataSource final : public DataSource {
  public:
   static constexpr std::chrono::milliseconds kPatience{2000};

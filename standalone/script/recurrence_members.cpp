@@ -25,7 +25,7 @@ void SetPatternValue(std::array<bool, 7>& days, const std::string& index, const 
   days.at(static_cast<std::size_t>(index[0] - '1')) = SwitchFrom(word);
 }
 
-// A pattern of the class that has the field keeps its other members, any other one is replaced.
+// A pattern of the class with the field keeps its other members; any other pattern is replaced.
 template <class Record, class Value>
 void SetPatternField(RecurrenceRecord& recurrence, Value Record::*field, const std::string& index,
                      const std::string& word) {
@@ -66,7 +66,7 @@ void SetPattern(PatternRecord& pattern, const std::string& word) {
   if (wanted.index() != pattern.index()) pattern = wanted;
 }
 
-// `path` is a member of the pattern, "Day" with its index: "Day.2" or "Day(2)".
+// `path` is a member of the pattern; "Day" has an index: "Day.2" or "Day(2)".
 void SetPatternMember(RecurrenceRecord& recurrence, const std::string& path, const std::string& word) {
   const std::size_t mark = path.find_first_of(".(");
   const std::string name = path.substr(0, mark);

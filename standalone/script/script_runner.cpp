@@ -14,9 +14,9 @@ constexpr int kDone = 0;
 constexpr int kWrongLine = 2;
 constexpr std::string_view kPrompt = "plovix> ";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t kLongestLine = std::size_t{1024} * 1024;  // bytes; a device may have no end of a line
+constexpr std::size_t kLongestLine = std::size_t{1024} * 1024;  // bytes; a device may have no line ends
 
-// What is wrong with the line; nothing when it was run. A storage that fails is told like a wrong line.
+// What is wrong with the line; nothing if it was run. A failing storage is reported like an invalid line.
 std::optional<std::string> Problem(script::ScriptSession& session, std::string_view line) {
   try {
     script::RunCommand(session, script::SplitLine(line));
@@ -33,7 +33,7 @@ int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err
   for (;; ++number) {
     if (options.interactive) err << kPrompt << std::flush;
     if (!in.getline(line.data(), static_cast<std::streamsize>(line.size()))) break;
-    // The last line may have no end, which is counted.
+    // The count includes the line end, which the last line may lack.
     std::string_view text(line.data(), static_cast<std::size_t>(in.gcount()) - (in.eof() ? 0 : 1));
     if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     if (const auto problem = Problem(session, text)) {
