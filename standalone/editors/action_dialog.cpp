@@ -22,7 +22,7 @@ namespace {
 
 constexpr int kCharactersWide = 48;
 constexpr int kLinesOfText = 6;
-constexpr int kLongestLine = 1 << 24;  // the usual limit would cut what is stored
+constexpr int kLongestLine = 1 << 24;  // the default limit would cut stored text
 
 }  // namespace
 
@@ -81,7 +81,7 @@ void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) 
   form_->addRow(label, choice);
 }
 
-// Fields made anew would otherwise come behind the buttons.
+// New fields would otherwise come after the buttons.
 void ActionDialog::ChainTabStops() {
   QWidget* last = name_;
   const auto chain = [&last](QWidget* next) {
@@ -95,7 +95,7 @@ void ActionDialog::ChainTabStops() {
   chain(findChild<QDialogButtonBox*>());
 }
 
-// What was typed for the former kind is kept, in case the user comes back to it.
+// The entries for the former kind are kept, in case the user returns to it.
 void ActionDialog::ChooseKind(const ActionKind& kind) {
   const ActionRecord former = Action();
   if (former.kind == kind.id) return;
@@ -156,7 +156,7 @@ QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
   return browse;
 }
 
-// A file may be one that does not exist yet: the path is only taken, nothing is opened.
+// The file need not exist yet: only the path is used, nothing is opened.
 void ActionDialog::Browse(const Field& field) {
   const QString caption = Caption(field.info->caption);
   QFileDialog dialog(this, caption, field.line->text());

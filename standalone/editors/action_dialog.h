@@ -19,20 +19,20 @@ namespace plovix::app {
 
 class ActionDialog final : public EditorDialog {
  public:
-  // Edits `action`; with more than one kind in `kinds` the user may change the kind. `texts` outlives it.
+  // Edits `action`; if there are several `kinds`, the user may change the kind. `texts` outlives it.
   ActionDialog(const TextTable& texts, const std::string& title, const std::vector<const ActionKind*>& kinds,
                const ActionRecord& action, QWidget* parent);
 
-  // The action as edited; fit to be stored once the dialog has been accepted.
+  // The edited action; valid once the dialog has been accepted.
   [[nodiscard]] ActionRecord Action() const;
   [[nodiscard]] bool Changed() const override { return Action() != initial_; }
 
-  void accept() override;  // only when every field is in order
+  void accept() override;  // only if every field is valid
 
  private:
   struct Field {
     const ActionField* info = nullptr;
-    QLineEdit* line = nullptr;  // one of the two
+    QLineEdit* line = nullptr;  // one of the two is set
     QPlainTextEdit* text = nullptr;
     QPushButton* browse = nullptr;  // for paths
     QLabel* problem = nullptr;
@@ -51,7 +51,7 @@ class ActionDialog final : public EditorDialog {
   void ShowProblem(const Field& field, const QString& problem);
 
   ActionRecord initial_, action_;
-  std::map<std::string, ActionRecord> drafts_;  // what was typed for each kind visited
+  std::map<std::string, ActionRecord> drafts_;  // the entries for each kind visited
   QFormLayout* form_ = nullptr;
   QLineEdit* name_ = nullptr;
   QLabel* name_problem_ = nullptr;

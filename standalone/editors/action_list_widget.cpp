@@ -57,7 +57,7 @@ QPushButton* ActionListWidget::AddButton(std::string_view caption, void (ActionL
   return button;
 }
 
-// The keys of the list; a moved row keeps the focus, so that it can be moved on.
+// The keys of the list; a moved row keeps the focus, so that it can be moved further.
 bool ActionListWidget::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto* key = static_cast<QKeyEvent*>(event);
@@ -106,7 +106,7 @@ void ActionListWidget::SelectRow(int row) {
 void ActionListWidget::UpdateButtons() {
   const int row = rows_->currentRow();
   const auto enable = [this](QPushButton* button, bool enabled) {
-    if (!enabled && button->hasFocus()) rows_->setFocus();  // else the focus would leave the list
+    if (!enabled && button->hasFocus()) rows_->setFocus();  // otherwise the focus would leave the list
     button->setEnabled(enabled);
   };
   enable(edit_, row >= 0);

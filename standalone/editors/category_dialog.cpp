@@ -52,7 +52,7 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
   AddOkAndCancel();
   for (const CategoryRecord& category : categories) {
     const Line line{category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public};
-    // What an empty box leaves behind is no category.
+    // An empty text, as an empty box leaves it, is not a category.
     if (!line.text.isEmpty() || !ToQt(line.tag).trimmed().isEmpty()) Append(line);
   }
   initial_ = Lines();
@@ -185,7 +185,7 @@ void CategoryDialog::TogglePublic() {
 void CategoryDialog::UpdateButtons() {
   const int row = table_->currentRow();
   const auto enable = [this](QPushButton* button, bool enabled) {
-    if (!enabled && button->hasFocus()) table_->setFocus();  // else the focus would go to any other control
+    if (!enabled && button->hasFocus()) table_->setFocus();  // otherwise the focus would go to another control
     button->setEnabled(enabled);
   };
   enable(rename_, row >= 0);
@@ -206,12 +206,12 @@ QString CategoryDialog::ProblemOf(const QString& text, int row) const {
   return {};
 }
 
-// A text that cannot stay is not taken back from the user: it is told, and OK waits until it is changed.
+// An invalid text is not reverted: the problem is shown, and OK is refused until the text is changed.
 int CategoryDialog::Check() {
   const std::vector<Line> lines = Lines();
   const int count = table_->rowCount();
   for (int i = 0; i < count; ++i) {
-    const int row = (std::max(table_->currentRow(), 0) + i) % count;  // first where the user is
+    const int row = (std::max(table_->currentRow(), 0) + i) % count;  // starting at the current row
     const QString problem = ProblemOf(lines.at(static_cast<std::size_t>(row)).text, row);
     if (problem.isEmpty()) continue;
     TellProblem(*problem_, *table_, problem);

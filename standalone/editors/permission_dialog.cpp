@@ -52,7 +52,7 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
   ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
-// OK and Cancel mean the same then, so there is but one button.
+// OK and Cancel then mean the same, so there is only one button.
 void PermissionDialog::MakeReadOnly() {
   read_only_ = true;
   const QSignalBlocker quiet(table_);
@@ -119,10 +119,10 @@ void PermissionDialog::ShowChecks(int row) {
     table_->item(row, kView + static_cast<int>(i))
         ->setCheckState(line.*kRights.at(i) ? Qt::Checked : Qt::Unchecked);
   }
-  table_->viewport()->update();  // the view has not heard of it
+  table_->viewport()->update();  // the view was not notified
 }
 
-// Running, editing and deleting need viewing.
+// Running, editing and deleting require viewing.
 void PermissionDialog::Toggled(const QTableWidgetItem& item) {
   if (item.column() < kView) return;
   PermissionRecord& line = permissions_.at(static_cast<std::size_t>(item.row()));

@@ -121,7 +121,7 @@ void TagDialog::BuildButtons() {
   Rows()->addLayout(row);
 }
 
-// In the search field the table's keys are the table's, and Esc first takes the search back.
+// The search field passes the table's keys to the table, and Esc first clears the search.
 bool TagDialog::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
   const int key = static_cast<QKeyEvent*>(event)->key();
@@ -134,7 +134,7 @@ bool TagDialog::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-// What was searched in vain is the most likely text of a new tag.
+// The text of a search without matches is the likely text of a new tag.
 void TagDialog::Edit(bool make_new) {
   TagRecord tag;
   if (!make_new) {
@@ -152,7 +152,7 @@ void TagDialog::Edit(bool make_new) {
   table_->setFocus();
 }
 
-// A tag that has just been made or given must be seen, also where the search would hide it.
+// A tag that was just created or given must be visible, even if the search would hide it.
 void TagDialog::Select(const std::string& tag) {
   const int row = model_->RowOf(tag);
   if (row < 0) return;

@@ -56,7 +56,7 @@ void TagTextsDialog::BuildField(QBoxLayout& column, const std::string& language)
                     NewProblemLabel()};
   field.text->setTabChangesFocus(true);
   field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
-  field.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
+  field.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its default height is a page
   field.text->setAccessibleName(LanguageName(language));
   QLabel* label = qt::NewLabel(
       Text(language == current_ ? "tag.needed" : "tag.column.text", {FromQt(LanguageName(language))}));
@@ -120,8 +120,8 @@ void TagTextsDialog::TellTaken(const QString& problem) {
   name_->selectAll();
 }
 
-// What somebody else has stored is what is compared with from now on. Their other texts appear, those in the
-// same languages are told, and what was entered here stays.
+// From now on, entries are compared with what somebody else has stored. Their other texts appear, those in
+// the same languages are reported, and what was entered here stays.
 void TagTextsDialog::TakeOver(const std::vector<std::string>& conflicts) {
   const auto tags = tables_.Tags();
   const auto found = std::ranges::find(tags, initial_.tag, &TagRecord::tag);

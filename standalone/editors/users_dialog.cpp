@@ -214,7 +214,7 @@ void UsersDialog::Edited() {
   line.user.groups = ReadGroups(groups_->text());
   line.user.administrator = administrator_->isChecked();
   for (std::size_t i = 0; i < kRights.size(); ++i) {
-    // Under an administrator's checks stand the rights that they had before and will have after.
+    // An administrator's own rights are kept while all boxes are checked.
     if (rights_.at(i)->isEnabled()) line.user.*kRights.at(i).granted = rights_.at(i)->isChecked();
   }
   list_->currentItem()->setText(qt::Shortened(
@@ -260,8 +260,8 @@ void UsersDialog::accept() {
   if (!Changed() || TryToStore("user.failed", *save_problem_, save, conflict)) QDialog::accept();
 }
 
-// What others have stored is what is compared with from now on. Their other changes appear, those of the same
-// users are told, and what was entered here stays.
+// From now on, entries are compared with what others have stored. Their other changes appear, those of the
+// same users are reported, and what was entered here stays.
 void UsersDialog::TakeOver(const std::vector<std::string>& conflicts) {
   const auto stored = UsersById(tables_.Users());
   const auto merged = MergeRows(UsersById(UsersOf(initial_)), UsersById(UsersOf(lines_)), stored).rows;

@@ -29,7 +29,7 @@ constexpr int kCharactersWide = 110;
 constexpr int kLinesHigh = 50;
 constexpr int kLinesOfText = 3;
 
-// What was typed, unlike the editor's plain text, which takes unbreakable blanks for blanks.
+// The text as typed, unlike the editor's plain text, which turns no-break spaces into spaces.
 std::string TextOf(const QPlainTextEdit& editor) {
   return FromQt(editor.document()->toRawText().replace(QChar::ParagraphSeparator, u'\n'));
 }
@@ -84,7 +84,7 @@ void QueryBuilderDialog::BuildText() {
   Rows()->addWidget(notice_);
 }
 
-// Rows made anew would otherwise come behind the buttons. The box of these is the stop: left behind its last
+// New rows would otherwise come after the buttons. The buttons' box is the stop: if it came after its last
 // button, it would lead back to the first, and the Tab key would never get out.
 void QueryBuilderDialog::ChainTabStops() {
   std::vector<QWidget*> stops = rows_->TabStops();
@@ -115,7 +115,7 @@ void QueryBuilderDialog::TextTyped() {
   settled_.start();
 }
 
-// As an edit that can be undone: what was typed comes back with Ctrl+Z.
+// As an edit that can be undone: Ctrl+Z restores what was typed.
 void QueryBuilderDialog::ShowQueryText() {
   const QSignalBlocker quiet(text_);
   QTextCursor cursor(text_->document());
@@ -176,7 +176,7 @@ std::optional<QueryProblem> QueryBuilderDialog::Problem() const {
   }
 }
 
-// The database may not take the text, or not be there to be asked.
+// The database may reject the text, or be unavailable.
 bool QueryBuilderDialog::IsKept() {
   if (target_.path.empty()) return true;
   const auto problem = Problem();

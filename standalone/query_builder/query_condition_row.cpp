@@ -21,14 +21,14 @@ namespace {
 constexpr int kFieldCharacters = 16;
 constexpr int kComparisonCharacters = 12;
 constexpr int kVisibleFields = 20;
-constexpr int kLongestValue = 1 << 24;  // the usual limit would cut a value that was typed as SQL
+constexpr int kLongestValue = 1 << 24;  // the default limit would cut a value typed as SQL
 constexpr double kSampleNumber = 0.5;
 
 bool IsTime(FieldType type) {
   return type == FieldType::kDate || type == FieldType::kDateTime;
 }
 
-// Moments are before and after, numbers less and greater.
+// Dates are before or after, numbers less or greater.
 std::string_view TextKeyOf(Comparison comparison, FieldType type) {
   switch (comparison) {
     case Comparison::kEquals:
@@ -149,7 +149,7 @@ void QueryConditionRow::BuildLine() {
   line->addWidget(remove_);
 }
 
-// What is typed and the comparison stay as far as the field takes them.
+// The typed value and the comparison stay if the field accepts them.
 void QueryConditionRow::FillComparisons() {
   const QSignalBlocker quiet(comparison_);
   const QVariant former = comparison_->currentData();

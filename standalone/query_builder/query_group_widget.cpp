@@ -65,11 +65,11 @@ QueryConditionRow* QueryGroupWidget::AddRow(const Condition& condition) {
   row->removed = [this, row] { RemoveRow(row); };
   rows_.push_back(row);
   column_->addWidget(row);
-  row->show();  // at once: it is to take the focus
+  row->show();  // at once, because it will take the focus
   return row;
 }
 
-// The row is running its own button's signal: it goes later.
+// The row is running its own button's signal, so it is deleted later.
 void QueryGroupWidget::RemoveRow(QueryConditionRow* row) {
   if (rows_.size() == 1) return removed();
   const auto found = std::ranges::find(rows_, row);

@@ -1,4 +1,4 @@
-// A group of conditions of the query builder: in a box of its own, or a single condition without one. Used by
+// A group of conditions of the query builder: in its own box, or a single condition without a box. Used by
 // the builder's list of groups.
 #pragma once
 
@@ -18,7 +18,7 @@ namespace plovix::app {
 
 class QueryGroupWidget final : public QFrame {
  public:
-  // `texts` and `fields` outlive it; `group` holds a condition.
+  // `texts` and `fields` outlive it; `group` has at least one condition.
   QueryGroupWidget(const TextTable& texts, QueryFields& fields, const Group& group, bool boxed);
 
   [[nodiscard]] Group Value() const;
@@ -27,7 +27,7 @@ class QueryGroupWidget final : public QFrame {
   void SetNumber(int number);
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
-  // Set by whoever owns the group. `removed`: it has no condition any more, or its user does not want it.
+  // Set by the group's owner. `removed`: it has no conditions any more, or the user removed it.
   std::function<void()> changed, removed;
 
  private:
@@ -38,7 +38,7 @@ class QueryGroupWidget final : public QFrame {
   const TextTable& texts_;
   QueryFields& fields_;
   QVBoxLayout* column_;
-  QComboBox* join_ = nullptr;  // with a box, as the buttons
+  QComboBox* join_ = nullptr;  // only with a box, like the buttons
   QPushButton *add_ = nullptr, *remove_ = nullptr;
   std::vector<QueryConditionRow*> rows_;
 };

@@ -73,7 +73,7 @@ void QueryRowsWidget::BuildButtons() {
   static_cast<QVBoxLayout*>(layout())->addLayout(line);
 }
 
-// The conditions stay for whoever comes back to them.
+// The conditions stay, in case the user returns to them.
 void QueryRowsWidget::Choose(bool all_records) {
   if (!all_records && groups_.empty()) NewGroup(false);
   Edited();
@@ -98,14 +98,14 @@ QueryGroupWidget* QueryRowsWidget::AddGroup(const Group& group, bool boxed) {
   widget->removed = [this, widget] { RemoveGroup(widget); };
   groups_.push_back(widget);
   column_->addWidget(widget);
-  widget->show();  // at once: it is to take the focus
+  widget->show();  // at once, because it will take the focus
   return widget;
 }
 
 void QueryRowsWidget::RemoveGroup(QueryGroupWidget* group) {
   const auto next = groups_.erase(std::ranges::find(groups_, group));
   group->hide();
-  group->deleteLater();  // it is running a signal of its own
+  group->deleteLater();  // it is running its own signal
   if (groups_.empty()) {
     add_condition_->setFocus();
   } else {
@@ -164,7 +164,7 @@ void QueryRowsWidget::UpdateState() {
   area_->setEnabled(has_rows);
   for (QPushButton* button : {add_condition_, add_group_}) button->setEnabled(has_rows && !is_full);
   setFocusProxy(matching_->isChecked() ? matching_ : all_);
-  // Nobody scrolls to the right for a button.
+  // Wide enough that nobody has to scroll to the right for a button.
   area_->setMinimumWidth(area_->widget()->minimumSizeHint().width() + 2 * area_->frameWidth() +
                          style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }

@@ -29,9 +29,9 @@ AddField::AddField(const QString& label, const QString& button, Adder adder)
   choice_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   choice_->completer()->setFilterMode(Qt::MatchContains);
   choice_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
-  choice_->completer()->popup()->installEventFilter(this);  // which has the keys while it is open
+  choice_->completer()->popup()->installEventFilter(this);  // the popup gets the keys while it is open
   choice_->lineEdit()->setAccessibleName(choice_->accessibleName());
-  choice_->installEventFilter(this);  // the keys come to it before its field
+  choice_->installEventFilter(this);  // the keys reach it before its field
   QLabel* caption = qt::NewLabel(label);
   caption->setBuddy(choice_);
   auto* add = new QPushButton(button);
@@ -73,7 +73,7 @@ bool AddField::Commit() {
   return false;
 }
 
-// Enter adds; in an empty field it is the dialog's.
+// Enter adds; in an empty field it goes to the dialog.
 bool AddField::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || IsEmpty()) return QWidget::eventFilter(watched, event);
   const auto* pressed = static_cast<QKeyEvent*>(event);
@@ -84,8 +84,8 @@ bool AddField::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-// Takes the suggestion that is shown: the highlighted one, or the only one where what is typed means nothing
-// by itself. Of several, the first is highlighted, so that nobody gets in unseen.
+// Accepts a shown suggestion: the highlighted one, or the only one if the typed text itself is no choice. Of
+// several, it highlights the first, so that nobody is added unseen.
 void AddField::EnterPressed() {
   QAbstractItemView* popup = choice_->completer()->popup();
   if (!popup->isVisible()) {

@@ -21,7 +21,7 @@
 namespace plovix::app {
 namespace {
 
-// The style tints the cell that has the focus, text and all, as if that were disabled; the chosen row says
+// The style tints the focused cell, including its text, as if it were disabled; highlighting the row is
 // enough.
 class RowDelegate final : public QStyledItemDelegate {
  public:
@@ -36,7 +36,7 @@ class RowDelegate final : public QStyledItemDelegate {
 
 }  // namespace
 
-// Inside an editor the window grows with it.
+// Inside an editor, the window grows with the label.
 void TellProblem(QLabel& label, QWidget& editor, const QString& text) {
   qt::TellProblem(label, editor, text);
   QWidget* window = label.window();
@@ -56,7 +56,7 @@ QVBoxLayout* EditorDialog::Rows() const {
   return area_->Rows();
 }
 
-// Before it is shown it takes the size that it needs by itself.
+// Before it is shown it takes the needed size anyway.
 void EditorDialog::MakeRoomFor(QWidget& widget) {
   layout()->activate();
   ResizeOnScreen(*this, size() + QSize(0, area_->MissingHeight()));

@@ -1,4 +1,4 @@
-// A combo box for names of any length: what does not fit is elided. Used by the query builder for fields.
+// A combo box for names of any length, which it elides. Used by the query builder for fields.
 #pragma once
 
 #include <QComboBox>

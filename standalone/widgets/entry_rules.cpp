@@ -39,7 +39,7 @@ std::string EntryProblem(const Control& control, const std::string& text,
   if (field != kTextFields.end()) return LengthProblem(text, field->most, texts);
   constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
   const auto number = NumericText::Parse(text, decimal_separator);
-  // The half is rounded to the even integer, the one above.
+  // Halves are rounded to the even integer, which is the one above.
   if (!number || number->Value() < kMost + 0.5) return {};
   return texts.Host("entry.numberTooLarge", {ForPeople(kMost)});
 }

@@ -9,14 +9,14 @@
 
 namespace plovix::app {
 
-// `texts` outlives what is returned.
+// `texts` outlives the result.
 [[nodiscard]] inline qt::SurfaceTexts SurfaceTextsOf(const TextTable& texts) {
   return {.search = texts.Host("surface.search"),
           .no_match = texts.Host("surface.noMatch"),
           .more = [&texts](const std::string& count) { return texts.Host("surface.more", {count}); }};
 }
 
-// What may be typed into the pages' fields. `state` outlives what is returned.
+// What may be typed into the pages' fields. `state` outlives the result.
 [[nodiscard]] inline qt::SurfaceOptions SurfaceOptionsOf(const HostState& state) {
   return {.refuse = [&state](const Control& control, const std::string& text) {
     return EntryProblem(control, text, state.decimal_separator, state.texts);

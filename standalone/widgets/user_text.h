@@ -1,4 +1,4 @@
-// How a user is called in lists: name and id. Used by the editors of users and permissions.
+// How lists show a user: name and id. Used by the editors of users and permissions.
 #pragma once
 
 #include <plovix/standalone/tasks/user_record.h>
