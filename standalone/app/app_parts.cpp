@@ -6,7 +6,7 @@
 
 namespace plovix::app {
 
-// The dialog is shown behind the catch block: no exception is alive while it is open.
+// The dialog is shown after the catch block, so that no exception is alive while it is open.
 bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work) {
   std::optional<Failure> failure;
   try {

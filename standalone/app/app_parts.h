@@ -15,14 +15,14 @@
 
 namespace plovix::app {
 
-// References to what main() owns; it outlives every window.
+// References to objects of main(), which outlive every window.
 struct AppParts {
   HostState& state;
   const PageRegistry& registry;
   TaskStorage& storage;
   UsersAndTags& tables;
   UserRecord& user;                  // who works with the program
-  std::shared_ptr<DataSource> data;  // as it is, without stand-ins; never nothing
+  std::shared_ptr<DataSource> data;  // without stand-ins; never null
   Zone zone = Zone::Local();         // in which tasks run
 
   [[nodiscard]] std::string Text(std::string_view key,
@@ -31,17 +31,16 @@ struct AppParts {
   }
 };
 
-// Runs `work`; a failure is told in the sentence `text`, whose parameter it is. Gives back whether it
-// succeeded.
+// Runs `work`; shows a failure in the sentence `text`, as its parameter. Returns whether it succeeded.
 bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work);
 
-// The name a task goes by: its text in the current language, or a stand-in when it has none.
+// The name of a task: its text in the current language, or a stand-in if it has none.
 [[nodiscard]] inline std::string TaskName(const AppParts& parts, const TaskRecord& task) {
   const std::string name = task.uses_language_tags ? parts.state.TagText(task.name_tag) : task.name;
   return name.empty() ? parts.Text("list.unnamed") : name;
 }
 
-// The same as far as a sentence has room for it.
+// The same, shortened to fit into a sentence.
 [[nodiscard]] std::string NameInSentence(const AppParts& parts, const TaskRecord& task);
 
 }  // namespace plovix::app

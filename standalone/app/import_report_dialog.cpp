@@ -55,7 +55,7 @@ ImportReportDialog::ImportReportDialog(const TextTable& texts, const std::string
   go->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  list->setFocus();  // read first; Enter goes on from there
+  list->setFocus();  // read first; Enter continues from there
 }
 
 }  // namespace plovix::app

@@ -1,4 +1,4 @@
-// Shown before an import: what of the task cannot be taken over as it is. Used by the task exchange.
+// Shown before an import: what of the task cannot be imported unchanged. Used by the task exchange.
 #pragma once
 
 #include <plovix/standalone/exchange/import_task.h>
@@ -7,7 +7,7 @@
 
 namespace plovix::app {
 
-// Accepted: go on; rejected: import nothing.
+// Accepted: import; rejected: import nothing.
 class ImportReportDialog final : public QDialog {
  public:
   // `file_name` is the file as the user knows it.

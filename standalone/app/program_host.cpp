@@ -40,7 +40,7 @@ ProgramHost::~ProgramHost() {
   InstallServices({});
 }
 
-// So that a copy of the task file alone, as people and backups make it, is whole.
+// Keeps a copy of only the task file, as people and backups make it, complete.
 void ProgramHost::EmptyLogWhenIdle() {
   constexpr std::chrono::milliseconds kPause{1000};
   idle_.setSingleShot(true);
@@ -51,10 +51,10 @@ void ProgramHost::EmptyLogWhenIdle() {
   const auto begin_again = [this] { idle_.start(); };
   storage_->OnWritten(begin_again);
   tables_->OnWritten(begin_again);
-  idle_.start();  // there may be a log of before
+  idle_.start();  // there may be a log from before
 }
 
-// Where somebody else has made the tag meanwhile, the next attempt finds theirs.
+// If somebody else has meanwhile created the tag, the next attempt finds theirs.
 void ProgramHost::FileTag(const std::string& tag, const std::string& text) {
   try {
     tables_->SaveTag({tag, {{state_.texts.code, text}}}, {});

@@ -43,8 +43,8 @@ std::string_view RecordsKey(std::int16_t mode) {
   }
 }
 
-// The schedule that the task will have. Between choosing another kind of pattern and its page, the pattern is
-// what that page will show: the working one in the store, or none yet.
+// The schedule that the task will have. After another kind of pattern was chosen and before its page is left,
+// the pattern is the one that its page will show: the working one in the store, or none yet.
 std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std::string, Value>& store) {
   auto recurrence = ScheduleOf(task);
   if (!recurrence) return recurrence;
@@ -59,7 +59,7 @@ std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std
   return recurrence;
 }
 
-// Whether the day that intervals are counted from decides on which days the task runs.
+// Whether the day from which intervals are counted affects on which days the task runs.
 bool StartMatters(const RecurrenceRecord& recurrence) {
   const auto* daily = std::get_if<DailyRecord>(&recurrence.pattern);
   const auto* weekly = std::get_if<WeeklyRecord>(&recurrence.pattern);
@@ -131,13 +131,13 @@ QString SummaryPanel::RunText(const Run& run) const {
       Paragraph(ToQt(parts_.Text("summary.run", {FromQt(DateText(run.moment.wall)),
                                                  LocaleTime(run.moment.wall), run.moment.abbreviation})));
   if (const auto note = RunNote(run, parts_.state.texts, LocaleTime)) {
-    html.chop(4);  // the end of the paragraph, which the note belongs to
+    html.chop(4);  // the end of the paragraph, to which the note belongs
     html += QStringLiteral("<br><i>") + ToQt(*note).toHtmlEscaped() + QStringLiteral("</i></p>");
   }
   return html;
 }
 
-// Enter means to the wizard what it means elsewhere.
+// Enter goes to the wizard, as everywhere else.
 void SummaryPanel::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     event->ignore();

@@ -17,10 +17,10 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kLongestName = 60;  // UTF-16 units: with the ending under 255 bytes, the most for a file's name
+constexpr int kLongestName = 60;  // UTF-16 units: with the ending, less than the 255 bytes of a file name
 constexpr const char* kEnding = "task.json";
 
-// Names that some systems keep for devices, whatever their ending.
+// Names that some systems reserve for devices, whatever their ending.
 bool IsDeviceName(const QString& name) {
   static const QRegularExpression device("^(con|prn|aux|nul|com\\d|lpt\\d)(\\..*)?$",
                                          QRegularExpression::CaseInsensitiveOption);
@@ -37,7 +37,7 @@ QString NameFilters(const AppParts& parts) {
 QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   QString name = ToQt(TaskName(parts, task)).simplified();
   for (QChar& character : name) {
-    // Surrogates are halves of characters that every file system takes.
+    // Surrogates are halves of characters that every file system accepts.
     const bool printable = character.isPrint() || character.isSurrogate();
     if (!printable || QString("<>:\"/\\|?*").contains(character)) character = '_';
   }
@@ -53,7 +53,7 @@ void SaveExport(const AppParts& parts, const TaskRecord& task, const QString& pa
   const auto fail = [&](const std::string& cause) {
     throw Failure(failure_number::kInvalidCall, parts.Text("exchange.unwritable", {FromQt(path), cause}));
   };
-  // The file would take the place of the folder, pipe or device.
+  // The file would replace the folder, pipe or device.
   if (const QFileInfo there(path); there.exists() && !there.isFile()) fail(parts.Text("exchange.notAFile"));
   const std::string text = WriteExport(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
   QSaveFile file(path);
@@ -70,7 +70,7 @@ ImportedTask LoadExport(const AppParts& parts, const QString& path) {
                           .users = parts.tables.Users(),
                           .tags = parts.tables.Tags(),
                           .user_id = parts.user.id,
-                          // Such a task is nobody's own.
+                          // Such a task has no owner.
                           .automation_manager = MayCreateShared(parts.user)});
 }
 

@@ -168,7 +168,7 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
   UpdateState();
 }
 
-// Whose an unreadable task is may be what cannot be read: only administrators are told its name.
+// The unreadable value of a task may be its owner, so only administrators see its name.
 void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
   constexpr std::size_t kMostLines = 3;
   QStringList lines;
@@ -185,8 +185,8 @@ void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
   TellProblem(*unreadable_, *table_, lines.join(u'\n'));
 }
 
-// Every column shows its content up to a limit, so that one long text does not push the others out. What the
-// user has set stays.
+// Every column shows its content up to a limit, so that one long text does not push the others out. Widths
+// set by the user stay.
 void TaskListWindow::FitColumns() {
   fitting_ = true;
   const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
@@ -198,7 +198,7 @@ void TaskListWindow::FitColumns() {
   fitting_ = false;
 }
 
-// Where the list is empty, on what fills it.
+// If the list is empty, focuses the button that fills it.
 void TaskListWindow::FocusList() {
   if (shown_->rowCount() > 0) {
     table_->setFocus();
@@ -209,7 +209,7 @@ void TaskListWindow::FocusList() {
   }
 }
 
-// In a dialog Enter would press the focused button by itself.
+// Makes Enter press the focused button, as in a dialog.
 void TaskListWindow::keyPressEvent(QKeyEvent* event) {
   auto* button = qobject_cast<QPushButton*>(focusWidget());
   if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
@@ -222,7 +222,7 @@ void TaskListWindow::keyPressEvent(QKeyEvent* event) {
 void TaskListWindow::SelectTask(std::int64_t id) {
   const int row = model_->RowOf(id);
   if (row < 0) return;
-  // A task that has just been saved must be seen, also where the filter would hide it.
+  // A task that has just been saved must be visible, even if the filter would hide it.
   if (!shown_->mapFromSource(model_->index(row, 0)).isValid()) filter_->clear();
   const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
   table_->selectRow(index.row());
@@ -304,8 +304,8 @@ void TaskListWindow::Edit() {
     Open(*task, page_identifier::kAutoTaskType);
 }
 
-// A copy has no schedule: two tasks that do the same at the same time are nobody's wish. A personal task's
-// copy is its owner's, too: nothing personal becomes everybody's in passing.
+// A copy has no schedule, because nobody wants two tasks that do the same at the same time. A personal task's
+// copy belongs to its owner, too, so that nothing personal becomes shared by accident.
 TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
   if (task.owner.empty() && !MayCreateShared(parts_.user)) {
     task.owner = parts_.user.id;
@@ -320,7 +320,7 @@ TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
   return task;
 }
 
-// The copy is stored at once; nothing has to be entered for it.
+// Stores the copy at once; it needs no input.
 void TaskListWindow::Duplicate() {
   const auto task = Selected();
   if (!task) return;
@@ -328,8 +328,8 @@ void TaskListWindow::Duplicate() {
   if (Guarded([&] { copy = parts_.storage.Save(CopyOf(*task), parts_.state.Now()).id; })) Reload(copy);
 }
 
-// What was changed after the question was asked is not what the answer meant: it is shown and asked about
-// anew.
+// The answer does not apply to a task that was changed after the question: it is shown, and the question is
+// asked again.
 void TaskListWindow::Delete() {
   bool changed = false;
   int shown_row = 0;
@@ -359,7 +359,7 @@ void TaskListWindow::Delete() {
   UpdateState();
 }
 
-// An imported task is settled where it came from: the wizard asks for its details alone.
+// An imported task was configured where it came from, so the wizard asks only for its details.
 void TaskListWindow::Import() {
   if (!RefreshRights() || !AllowedOrTell(MayCreate(), "list.mayNotCreate")) return;
   const auto task = ImportTask(parts_, this);
@@ -372,7 +372,7 @@ void TaskListWindow::Export() {
   if (const auto task = Selected()) ExportTask(parts_, *task, this);
 }
 
-// What was changed holds at once for whoever works with the program.
+// Changes apply immediately to the current user.
 void TaskListWindow::EditUsers() {
   if (!RefreshRights() || !AllowedOrTell(parts_.user.administrator, "list.mayNotEditUsers")) return;
   Guarded([this] { UsersDialog(parts_.state.texts, parts_.tables, parts_.user.id, this).exec(); });
@@ -388,7 +388,7 @@ void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
     StopEditing(parts_.state, parts_.user);
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
-    activateWindow();  // also where a question was closed together with the wizard
+    activateWindow();  // even if a question was closed together with the wizard
     FocusList();
   });
   if (!window->Start(page)) {

@@ -24,8 +24,8 @@ constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shor
 
 }  // namespace
 
-// Sorting and drawing ask for a cell again and again, and making one may be dear: a schedule that can never
-// run, a name that is a megabyte.
+// Sorting and drawing ask for a cell again and again, and computing one may be expensive: a schedule that
+// never runs, a name of a megabyte.
 void TaskTableModel::SetTasks(std::vector<TaskRecord> tasks) {
   beginResetModel();
   tasks_ = std::move(tasks);
@@ -110,7 +110,7 @@ std::string TaskTableModel::ScheduleInWords(const TaskRecord& task) const {
   return OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts);
 }
 
-// As many as a cell has room for.
+// As many categories as fit into a cell.
 std::string TaskTableModel::Categories(const TaskRecord& task) const {
   const bool sees_all = HasRight(parts_.user, kRightSeeAllCategories);
   std::string text;

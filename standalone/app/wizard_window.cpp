@@ -75,7 +75,7 @@ void WizardWindow::BuildHeader() {
     layout()->addWidget(widget);
 }
 
-// To the right of the page; the last stop of the Tab key.
+// To the right of the page; the last Tab stop.
 void WizardWindow::BuildSummary() {
   summary_ = new SummaryPanel(parts_, this);
   summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
@@ -110,8 +110,8 @@ bool WizardWindow::Start(const std::string& identifier) {
   return wizard_.Open(identifier);
 }
 
-// The focus goes to the button first, so that a field left by Enter is left as it is by Tab. When the
-// page stays, the user goes on where they were, unless the page has sent them to a field.
+// The focus goes to the button first, so that Enter leaves a field as Tab does. If the page stays, the focus
+// returns, unless the page has moved it to a field.
 void WizardWindow::Press(QPushButton* button, bool (VeloWiz::*verb)()) {
   const QPointer<QWidget> former = focusWidget();
   const qt::FormWidget* page = page_;
@@ -139,8 +139,8 @@ void WizardWindow::GoOn() {
   (next_->isEnabled() ? next_ : finish_)->click();
 }
 
-// Ctrl+Enter comes here first, whatever has the focus: texts of several lines, lists and popups have uses of
-// their own for Enter, and the windows of popups hand nothing on.
+// Ctrl+Enter comes here first, whatever has the focus: multi-line texts, lists and popups use Enter
+// themselves, and popup windows pass nothing on.
 bool WizardWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
     return QDialog::eventFilter(watched, event);
@@ -162,7 +162,8 @@ bool WizardWindow::Holds(const QWidget& widget) const {
   return at == this;
 }
 
-// What is highlighted in an open list counts as chosen. A menu does something, so that it is only closed.
+// The highlighted entry of an open list counts as chosen. A menu is only closed, because its entries are
+// actions.
 void WizardWindow::TakeChoices() {
   const QPointer<QWidget> popup = QApplication::activePopupWidget();
   if (!popup) return;
@@ -183,7 +184,7 @@ void WizardWindow::PageShown() {
   if (page_ != nullptr) {
     page_place_->removeWidget(page_);
     page_->hide();
-    page_->deleteLater();  // it may be the sender of the event that brought the new page
+    page_->deleteLater();  // it may be the sender of the event that led to the new page
   }
   const TextTable& texts = parts_.state.texts;
   page_ = new qt::FormWidget(
@@ -194,7 +195,7 @@ void WizardWindow::PageShown() {
       },
       this, SurfaceTextsOf(texts), SurfaceOptionsOf(parts_.state));
   page_place_->insertWidget(0, page_, 1);
-  page_->show();  // at once: keys may be waiting already
+  page_->show();  // at once, because keys may already be waiting
   summary_->Show(wizard_.Task().Record(), wizard_.Store().values);
   setTabOrder(cancel_, summary_);  // the new page's widgets are the last of the chain
   title_->setText(ToQt(wizard_.Title()));
@@ -204,7 +205,7 @@ void WizardWindow::PageShown() {
   page_->FocusFirst();
 }
 
-// Assistive technology reads a changed window title, an alert, and the heading of the page as the focus
+// Assistive technology reads a changed window title, an alert, and the heading of the page when the focus
 // enters it.
 void WizardWindow::Announce() {
   std::vector<std::string> words{FromQt(page_->Heading()), wizard_.Title()};

@@ -185,7 +185,7 @@ void CategoryDialog::TogglePublic() {
 void CategoryDialog::UpdateButtons() {
   const int row = table_->currentRow();
   const auto enable = [this](QPushButton* button, bool enabled) {
-    if (!enabled && button->hasFocus()) table_->setFocus();  // otherwise the focus would go to another control
+    if (!enabled && button->hasFocus()) table_->setFocus();  // otherwise the focus would move elsewhere
     button->setEnabled(enabled);
   };
   enable(rename_, row >= 0);
