@@ -1,6 +1,5 @@
-// A host without a toolkit: it walks the wizard from the first page to Finish by the verbs of a user, and
-// prints what came of it. Compiled a second time, with LOAD_PAGES_FROM, it is not linked with the pages but
-// loads them.
+// A host without a toolkit: it goes through the wizard from the first page to Finish with a user's verbs, and
+// prints the result. Compiled a second time, with LOAD_PAGES_FROM, it does not link the pages but loads them.
 #include <plovix/component/page_library.h>
 #include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/objects/velo_action_list.h>
@@ -14,7 +13,7 @@ using namespace plovix;
 
 namespace {
 
-// Nobody sits in front of this host: boxes are printed and answered with OK, failures leave their procedure,
+// Nobody watches this host: message boxes are printed and answered with OK, failures leave their procedure,
 // and every editor is cancelled.
 class PrintedDialogs final : public HostDialogs {
  public:
