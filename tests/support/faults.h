@@ -1,5 +1,5 @@
-// Failing host calls, the tasks to try them on, and states as values that compare: for the fault sweeps of
-// the pages and the wizard and the contract of the pages.
+// Failing host calls, tasks to try them on, and states as comparable values: for the fault sweeps of the
+// pages and the wizard and the contract of the pages.
 #pragma once
 
 #include <map>
@@ -19,9 +19,8 @@ inline const DataObjectRecord kCustomer{"Customer", "Customers", "CustomerId"};
 enum class Times { kOnce, kTwice, kForEver, kMember };
 inline constexpr int kRetriesWhileItLasts = 3;
 
-// Writes down the host's members that are called and fails the n-th call (counted from 1): only that one,
-// also the next call of the same member (its repetition, when retried), every call from it on, or every one
-// of that member.
+// Records the host's members that are called and fails the n-th call (counted from 1): only that one, also
+// the next call of the same member (its retry), every call from it on, or every call of that member.
 class Injector final : public CallObserver {
  public:
   Injector() = default;  // fails nothing
@@ -42,7 +41,7 @@ class Injector final : public CallObserver {
 
   std::vector<std::string> calls;
   std::vector<std::string> delivered;  // descriptions of the failures that were thrown
-  std::function<void()> at_fault;      // done by the host before it fails
+  std::function<void()> at_fault;      // called by the host before it fails
 
  private:
   int n_ = 0;
@@ -50,7 +49,7 @@ class Injector final : public CallObserver {
   ObserveCalls observe_{*this};
 };
 
-// Fails the calls of the members that begin so: the first one, or all.
+// Fails the calls of members whose names begin like this: the first one, or all.
 class FailMember final : public CallObserver {
  public:
   explicit FailMember(std::string_view member, bool always = false) : member_(member), always_(always) {}
@@ -67,7 +66,7 @@ class FailMember final : public CallObserver {
   ObserveCalls observe_{*this};
 };
 
-// Gives every report this answer; a retry of what fails for ever is given up at last.
+// Gives every report this answer; retrying something that always fails is given up in the end.
 inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
   const bool ends = answer == 0 && times == Times::kForEver;
   dialogs.on_report = [=, retries = 0](const FailureReport&) mutable {
@@ -75,7 +74,7 @@ inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
   };
 }
 
-// Every 15 minutes or hours unless the kind of time says otherwise.
+// Every 15 minutes or hours, unless the kind of time says otherwise.
 inline RecurrenceRecord Scheduled(const PatternRecord& pattern, std::int32_t time_kind = 0) {
   RecurrenceRecord record;
   record.recurrence_type = static_cast<std::int32_t>(pattern.index()) - 1;
@@ -93,7 +92,7 @@ struct State {
   std::optional<RecurrenceRecord> recurrence;
   const char* owner = "";
 };
-// The schedules differ in kind, so that a pattern page meets none, its own and another one.
+// The schedules differ in kind, so that a pattern page meets none, its own kind and another one.
 inline const State kStates[] = {
     {"a task without a schedule", 0, 0, 0, false, false, false, false, false, false, {}},
     {"a new task", 0, 0, 0, false, false, false, false, false, false, RecurrenceRecord{}},
@@ -146,7 +145,7 @@ inline Entries EntriesOf(const Scene& scene, const State& state) {
   return entries;
 }
 
-// Changes whatever a user can change on the page.
+// Changes everything that a user can change on the page.
 inline void EnterSomething(Bench& bench) {
   for (std::size_t i = 0; i < bench.Controls().Count(); ++i) {
     Control& control = bench.Controls().At(i);
@@ -162,7 +161,7 @@ inline void EnterSomething(Bench& bench) {
 struct Snapshot {
   TaskRecord task;
   std::vector<PatternRecord> patterns;  // those in the store
-  Entries store;  // an object counts as there or not there: which one it is differs from run to run
+  Entries store;  // an object only counts as present or absent, because objects differ from run to run
   std::map<std::string, std::string> page;
   std::vector<ActionRecord> rows;
   bool operator==(const Snapshot&) const = default;

@@ -1,6 +1,6 @@
-// What every surface owes to the controls, kind by kind: which events a user's act or a page's change raises
-// and how often, what the control holds then, and that the surface shows just that. Run by the test programs
-// of the controls and of each surface.
+// What every surface must do for the controls, kind by kind: which events a user's act or a page's change
+// raises and how often, what state the control then has, and that the surface shows exactly this. Run by the
+// test programs of the controls and of each surface.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ inline constexpr auto kEveryKind = MakeDesign(
 
 inline constexpr DateTime kMorning = std::chrono::local_days{2026y / 1 / 31} + 8h + 30min + 15s;
 
-// A page with a control of every kind, whose every event is written down: "optA_Click".
+// A page with a control of every kind that records every event: "optA_Click".
 class EveryKindTest : public testing::Test, protected UserListener {
  protected:
   EveryKindTest() {
@@ -80,11 +80,11 @@ class EveryKindTest : public testing::Test, protected UserListener {
   std::vector<std::string> events;
   std::string failures;
   bool failing = false;  // every handler
-  int verbs = 0;         // that came through the user's door
-  int depth = 0;         // of them, now
+  int verbs = 0;         // that came through User
+  int depth = 0;         // of nested verbs
 };
 
-// `Surface` is a hand on the form, made from it and the user's door.
+// `Surface` is a hand on the form, constructed from the form and a User.
 template <class Surface>
 class SurfaceContract : public EveryKindTest {
  protected:
@@ -144,12 +144,12 @@ class SurfaceContract : public EveryKindTest {
       Compare(row.name, row.raised, row.held);
     }
     EXPECT_EQ(Get<ComboBox>("cbo").Index(), -1) << "typing an entry's text picks nothing";
-    // Each picker kept the part that it does not show.
+    // Each picker keeps the part that it does not show.
     EXPECT_EQ(Get<DateTimePicker>("dtp").Value(), kMorning + 24h);
     EXPECT_EQ(Get<DateTimePicker>("tim").Value(), kMorning + 1h);
   }
 
-  // Whatever a control is not made for, or cannot take as it is or for the sake of its frame.
+  // Verbs that a control lacks, or refuses because of its state or its frame's.
   void Refusals() {
     const std::vector<std::function<void()>> states{
         [] {}, [&] { Get("fra").SetEnabled(false); },
@@ -203,7 +203,7 @@ class SurfaceContract : public EveryKindTest {
         {"chkOff", [&] { Get("chkOff").SetEnabled(true); }, {}, "0"},
         {"chkOff", [&] { Get("chkOff").SetFocus(); }, {}, "0"},
     };
-    Compare("fra", {}, "");  // as the form was before there was a surface
+    Compare("fra", {}, "");  // the state of the form before the surface was created
     verbs = 0;
     for (const Row& row : rows) {
       SCOPED_TRACE(testing::Message() << row.name << ", row " << &row - rows);
