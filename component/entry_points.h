@@ -43,7 +43,7 @@ PLOVIX_ENTRY_POINT std::uint32_t plovix_interface_version() noexcept;
 
 /// Adds the eleven pages to `registry`, all of them or none.
 /// @param interface_version  kInterfaceVersion as the caller was compiled with
-/// @param registry the caller's; keeps the library in use until plovix_unregister()
+/// @param registry           the caller's; keeps the library in use until plovix_unregister()
 /// @param error              receives the reason; may be null
 PLOVIX_ENTRY_POINT plovix::EntryResult plovix_register(std::uint32_t interface_version,
                                                        plovix::PageRegistry* registry,
@@ -60,7 +60,7 @@ PLOVIX_ENTRY_POINT plovix::EntryResult plovix_unregister(std::uint32_t interface
 /// The factory for one identifier, for a host with its own registry.
 /// @param interface_version  kInterfaceVersion as the caller was compiled with
 /// @param identifier         "Plovix.Details", zero-terminated
-/// @param factory receives the factory, owned by the caller; emptied if there is none
+/// @param factory            receives the factory, owned by the caller; emptied if there is none
 /// @param error              receives the reason; may be null
 PLOVIX_ENTRY_POINT plovix::EntryResult plovix_class_factory(std::uint32_t interface_version,
                                                             const char* identifier,

@@ -18,8 +18,9 @@ namespace plovix {
 class PageLibrary {
  public:
   /// @param path      a file name that the dynamic linker finds, such as "libplovix.so.1", or a path
-  /// @param registry outlives this object Fails with 429 and a description: no such library, no library of
-  /// this kind, another interface version, or an identifier that is taken.
+  /// @param registry  outlives this object
+  /// Fails with 429 and a description: no such library, no library of this kind, another interface version,
+  /// or an identifier that is taken.
   PageLibrary(const std::string& path, PageRegistry& registry) : registry_(registry) {
     handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle_ == nullptr) Fail(dlerror());

@@ -41,7 +41,7 @@ class CategoryList : public HostObject {
   /// Opens the host's category editor on this list; true if the user changed it. Modal.
   /// @param tagged       the texts are language tags
   /// @param choose_tags  the tags are chosen in the tag editor
-  /// @param known tags, or texts, of the categories in use; may be null
+  /// @param known        tags, or texts, of the categories in use; may be null
   [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags,
                                   const std::shared_ptr<TextCollection>& known) = 0;
 };

@@ -66,7 +66,7 @@ class HostApplication {
   [[nodiscard]] virtual bool LanguageTagMode() = 0;
   /// What separates whole digits from the fraction in numbers that the user types: "." or ",".
   [[nodiscard]] virtual std::string DecimalSeparator() = 0;
-  /// The host's clock: local date and time. Pages read no clock of their own.
+  /// The host's clock: local date and time. Pages read no other clock.
   [[nodiscard]] virtual DateTime Now() = 0;
   /// Shows a modal message box and returns the answer. `buttons` and the answer are message_box values;
   /// `title` may be empty, `help_file` always is.

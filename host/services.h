@@ -65,8 +65,8 @@ class Utilities {
   /// @}
   /// The object that a handle identifies; fails with 91 if it no longer exists or never did.
   [[nodiscard]] virtual ObjectRef ObjectFromHandle(std::int32_t handle) = 0;
-  /// The text without differences of case, by Unicode's default folding: equal results for texts that
-  /// differ in case alone, or in how their accents are encoded.
+  /// The text without case differences, by Unicode's default folding: equal results for texts that differ
+  /// only in case or in the encoding of their accents.
   [[nodiscard]] virtual std::string FoldCase(const std::string& text) = 0;
 };
 

@@ -49,13 +49,13 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
 std::string Usage() {
   return "plovix [--database FILE] [--data FILE.sqlite] [--user ID] [--language CODE|FILE.json]\n"
          "       [--palette light|dark]\n"
-         "    opens the list of automated tasks; without --data on sample data, without --user as\n"
-         "    the first administrator\n"
+         "    opens the list of automated tasks; default data: a sample; default user: the first\n"
+         "    administrator\n"
          "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--user ID]\n"
          "       [--language CODE|FILE.json|ids]\n"
-         "    runs a script of the wizard; prints JSON Lines; without --user everything is allowed\n"
+         "    runs a wizard script; prints JSON Lines; without --user everything is allowed\n"
          "plovix --screenshots DIR\n"
-         "    saves a picture of every page, window and dialog in every language, light and dark\n"
+         "    saves screenshots of every page, window and dialog in every language, light and dark\n"
          "plovix --help | --version\n";
 }
 

@@ -55,7 +55,7 @@ struct HostState {
   [[nodiscard]] bool NewTasksUseTags() const;
   /// The current time of the clock.
   [[nodiscard]] DateTime Now() const;
-  /// A tag without a text of its own is its own text.
+  /// The text of a tag; a tag without a text is its own text.
   [[nodiscard]] std::string TagText(const std::string& tag) const;
   /// The tag under which a text typed for `tag` is stored: one that already carries it, else the text itself,
   /// else a new one.
