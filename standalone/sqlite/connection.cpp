@@ -378,7 +378,7 @@ bool Connection::LacksPartOfLog() const {
   return there < told && LogBytes(handle_.get()) == told;
 }
 
-// If another program opens the same new file, this fails without the usual waiting.
+// While another program opens the same new file, the database reports it as busy without the usual waiting.
 void Connection::UseWriteAheadLog() const {
   constexpr std::chrono::milliseconds kPause{10};
   const auto deadline = std::chrono::steady_clock::now() + patience_;
