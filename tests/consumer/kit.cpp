@@ -1,4 +1,4 @@
-// A host that has nothing but texts: the kit finds nothing wrong, and says what it could not look at.
+// A host that has only texts: the kit finds nothing wrong, and says what it could not check.
 #include <plovix/conformance/conformance.h>
 #include <plovix/standalone/text/languages.h>
 
