@@ -1,5 +1,5 @@
 /// @file
-/// Moments and days as a wall clock of the host shows them. Used by controls, tasks and schedules.
+/// Wall-clock times and days of the host. Used by controls, tasks and schedules.
 #pragma once
 
 #include <chrono>

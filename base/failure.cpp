@@ -7,7 +7,7 @@
 
 namespace plovix {
 
-// Not inline, so that one library alone holds what a failure under way needs.
+// Not inline, so that only one library contains the class information that handling an exception needs.
 const char* Failure::what() const noexcept {
   return description_.c_str();
 }

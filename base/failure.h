@@ -1,33 +1,34 @@
 /// @file
-/// The one type of run-time failure, with the customary run-time numbers. Everything below the
-/// stand-alone program throws nothing else on purpose; the statement runner reports it.
+/// The one type of run-time failure, with the customary run-time numbers. Code below the stand-alone program
+/// deliberately throws nothing else; the statement runner reports it.
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 
 #include "requirements.h"
 
 namespace plovix {
 
-/// Numbers under which failures are reported to the host. A host may throw others of its own.
+/// Numbers under which failures are reported to the host. A host may throw its own numbers, too.
 namespace failure_number {
 inline constexpr int kInvalidCall = 5;             ///< an argument, or the moment of the call, is wrong
 inline constexpr int kOverflow = 6;                ///< a number does not fit
 inline constexpr int kOutOfMemory = 7;             ///< std::bad_alloc
 inline constexpr int kSubscriptOutOfRange = 9;     ///< no such position in a list
 inline constexpr int kTypeMismatch = 13;           ///< a value or an object of another type than needed
-inline constexpr int kInternal = 51;               ///< any exception that is no Failure
-inline constexpr int kObjectNotSet = 91;           ///< a reference is nothing where an object is needed
+inline constexpr int kInternal = 51;               ///< any exception that is not a Failure
+inline constexpr int kObjectNotSet = 91;           ///< a reference is null where an object is needed
 inline constexpr int kInvalidPropertyValue = 380;  ///< a control has no such value
-inline constexpr int kReadOnlyProperty = 383;      ///< the text of a list in which nothing can be typed
+inline constexpr int kReadOnlyProperty = 383;      ///< the text of a list that cannot be edited
 inline constexpr int kCannotCreateObject = 429;    ///< no services, no library, no page
-inline constexpr int kKeyInUse = 457;              ///< a collection, or the registry, has that key already
-inline constexpr int kNoCurrentRow = 3021;         ///< a recordset stands behind its last row
+inline constexpr int kKeyInUse = 457;              ///< a collection, or the registry, already has that key
+inline constexpr int kNoCurrentRow = 3021;         ///< a recordset is past its last row
 inline constexpr int kNoSuchColumn = 3265;         ///< a recordset has no column of that name
 }  // namespace failure_number
 
-/// What hosts and controls throw. A host that throws it is reported with its own number and words.
+/// What hosts and controls throw. If a host throws one, it is reported with the host's number and words.
 class Failure : public std::exception {
  public:
   /// `description` is UTF-8 text for a person.
@@ -49,12 +50,16 @@ class Failure : public std::exception {
 /// type 13, anything else 51. Call it only inside a catch block.
 [[nodiscard]] Failure CurrentFailure();
 
-/// Throws Failure 91 when `reference` is empty, else gives it back: every use of a counted reference
-/// that may be nothing goes through here. Use the result in the same expression.
-template <class Pointer>
-const Pointer& Set(const Pointer& reference) {
-  if (!reference) throw Failure(failure_number::kObjectNotSet, "Object variable not set");
-  return reference;  // NOLINT(bugprone-return-const-ref-from-parameter): used in the same expression
+/// What `work` throws, as a Failure; nothing when it comes to its end. The exception is gone by then: whoever
+/// tells of it may take any time.
+template <class Work>
+[[nodiscard]] std::optional<Failure> FailureOf(const Work& work) {
+  try {
+    work();
+    return std::nullopt;
+  } catch (...) {
+    return CurrentFailure();
+  }
 }
 
 }  // namespace plovix

@@ -1,7 +1,8 @@
 /// @file
-/// What a program must be compiled with to use Plovix. Objects of the standard library, exceptions and the
-/// types of objects cross the border between the libraries and their hosts; with other settings a host would
-/// link and then fail in places that tell nothing. Every header that applications include reaches this one.
+/// What a program must be compiled with to use Plovix. Objects of the standard library, exceptions and
+/// run-time types are shared between the libraries and their hosts; with other settings a host would link and
+/// then fail in unexpected places. Every header that applications include includes this one, at least
+/// indirectly.
 #pragma once
 
 #if __cplusplus < 202002L

@@ -1,7 +1,6 @@
 /// @file
-/// Names of data objects and fields are compared as the database does. Names that people give to things of
-/// the host's own are compared by FoldCase: in the database two columns may differ in nothing but the case of
-/// an "É".
+/// Compares names of data objects and fields as the database does: there, two columns may differ only in the
+/// case of an "É". Names that people give to the host's own things are compared by FoldCase.
 #pragma once
 
 #include <algorithm>
@@ -11,12 +10,12 @@
 
 namespace plovix {
 
-/// Of the letters A to Z.
+/// Lower case for the letters A to Z only.
 [[nodiscard]] constexpr char LowerAscii(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-/// Without regard to the case of A to Z.
+/// Equality, ignoring the case of A to Z.
 [[nodiscard]] constexpr bool SameName(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, LowerAscii, LowerAscii);
 }

@@ -25,7 +25,7 @@ inline double Median(std::vector<double> values) {
   return *middle;
 }
 
-// The processor's time for an act: other programs lengthen it little.
+// The processor time of an act, which other programs lengthen little.
 inline double Microseconds(const std::function<void()>& act) {
   const auto now = [] {
     timespec time{};
@@ -37,13 +37,13 @@ inline double Microseconds(const std::function<void()>& act) {
   return now() - start;
 }
 
-// Says nothing: the table does.
+// Prints nothing, because the table does.
 struct Quiet final : benchmark::BenchmarkReporter {
   bool ReportContext(const Context& /*context*/) override { return true; }
   void ReportRuns(const std::vector<Run>& /*runs*/) override {}
 };
 
-// What is measured fails nowhere and asks nothing.
+// The measured code never fails and never asks.
 struct NoDialogs final : HostDialogs {
   int MessageBox(const std::string& prompt, int /*buttons*/, const std::string& /*title*/) override {
     throw Failure(failure_number::kInternal, prompt);
@@ -53,7 +53,7 @@ struct NoDialogs final : HostDialogs {
   }
 };
 
-// A host installed for as long as it lives, with a task that has something to show on every page.
+// A host that is installed during its lifetime, with a task that has something to show on every page.
 struct BenchHost {
   BenchHost() {
     state.dialogs = &dialogs;

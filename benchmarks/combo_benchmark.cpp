@@ -1,7 +1,7 @@
-// A combo box of the Qt surface with very many entries against a plain QComboBox with the same ones, in the
-// same run, on a screen that need not exist. Each act is timed until the screen is drawn; what undoes it is
-// not. The table at the end gives milliseconds and ratios, and the memory that the open popup takes. Exit
-// status 1: an act takes longer than its limit, or the popup grows with the list.
+// Compares a combo box of the Qt surface with very many entries with a plain QComboBox with the same ones, in
+// the same run; needs no screen. Each act is timed until the screen is drawn; undoing it is not timed. The
+// table at the end gives milliseconds and ratios, and the memory of the open popup. Exit status 1: an act
+// takes longer than its limit, or the popup grows with the list.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <plovix/designs/design.h>
@@ -24,12 +24,12 @@ namespace {
 
 constexpr int kEntries = 100'000;
 constexpr int kFewEntries = 1'000;       // still a long list
-constexpr std::size_t kGrowth = 16'384;  // bytes: what caches may take more at one opening than at another
+constexpr std::size_t kGrowth = 16'384;  // bytes: tolerance for caches
 
 constexpr auto kDesign = MakeDesign(
     "Choice", {{"lblEntry", Kind::kLabel, "Entry"}, {"lstEntry", Kind::kComboBox}}, {"lblEntry lstEntry"});
 
-// All begin alike but the last.
+// All except the last begin alike.
 std::string EntryText(int index, int count) {
   return index + 1 == count ? "Z, the last one" : "Customer number " + std::to_string(index);
 }
@@ -46,7 +46,7 @@ void PressKey(int key, const QString& text = {}) {
   QCoreApplication::sendEvent(target, &press);
 }
 
-// One of the two that are compared: its combo box in a window, and how it gets its entries.
+// One of the two compared: its combo box in a window, and how it gets its entries.
 class Subject {
  public:
   virtual ~Subject() = default;
@@ -72,6 +72,7 @@ class Ours final : public Subject, private UserListener {
   void Fill() override {
     auto& list = dynamic_cast<ComboBox&>(form_->Get("lstEntry"));
     list.Clear();
+    const EntryBatch batch(list);
     for (int index = 0; index < count_; ++index) list.AddItem(EntryText(index, count_));
   }
 
@@ -105,7 +106,7 @@ class Plain final : public Subject {
   QComboBox box_;
 };
 
-// What a user does, or a page, with what has to be there before and is not timed.
+// Something that a user or a page does, with its preparation, which is not timed.
 struct Act {
   const char* name = nullptr;
   double limit = 0;  // milliseconds; 0: none
@@ -127,7 +128,7 @@ void OpenAnew(Subject& subject) {
   Open(subject);
 }
 
-// The letter is that of the last entry, so that both look through the whole list.
+// The letter is that of the last entry, so that both search the whole list.
 const Act kActs[] = {
     {"fill the list", 0, Close, [](Subject& subject) { subject.Fill(); }},
     {"open the popup", 50,
@@ -168,7 +169,7 @@ void Register(const std::string& name, const std::shared_ptr<Subject>& subject, 
       ->Iterations(10);
 }
 
-// Bytes that the popup takes while it is open, in a box that has been opened before.
+// The bytes that the open popup takes, in a box that has been opened before.
 std::size_t PopupMemory(int count) {
   Ours subject(count);
   OpenAnew(subject);
@@ -189,7 +190,7 @@ class Table final : public benchmark::ConsoleReporter {
     for (const Run& run : runs) milliseconds_[run.run_name.function_name] = run.GetAdjustedRealTime();
   }
 
-  // Says whether every act keeps to its limit.
+  // Returns whether every act keeps its limit.
   [[nodiscard]] bool Print() const {
     bool within = true;
     std::printf("\n%-30s %10s %10s %10s %10s\n", "100000 entries", "ours ms", "limit ms", "plain ms",
@@ -222,7 +223,7 @@ int Run(int argc, char** argv) {
   }
   Table table;
   benchmark::RunSpecifiedBenchmarks(&table);
-  benchmark::ClearRegisteredBenchmarks();  // windows go before the application
+  benchmark::ClearRegisteredBenchmarks();  // windows are destroyed before the application
   const bool within = table.Print();
   std::printf("open popup, KiB: %zu with %d entries, %zu with %d\n", few / 1024, kFewEntries, many / 1024,
               kEntries);

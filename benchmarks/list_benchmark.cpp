@@ -1,8 +1,8 @@
-// How the details page fills its two lists, against the bare read of what it needs, in the same run: the
-// categories of a million stored tasks against the database's own loop over the column, and the data objects
-// of a file with 100,000 tables against the loop over its catalogue. Each act is timed several times and the
-// best time of the processor counts. With "--all" also what takes minutes: a million different categories,
-// and the tables. Exit status 1: an act takes longer than its limit.
+// Compares how the details page fills its two lists with only reading the data, in the same run: the
+// categories of a million stored tasks with the database's own loop over the column, and the data objects of
+// a file with 100,000 tables with the loop over its catalogue. Each act is timed several times and the best
+// processor time counts. "--all" adds what takes minutes: a million different categories, and the tables.
+// Exit status 1: an act takes longer than its limit.
 #include <malloc.h>
 #include <plovix/component/entry_points.h>
 #include <plovix/controls/user.h>
@@ -37,7 +37,7 @@ void Check(bool done) {
   if (!done) throw Failure(failure_number::kInternal, "the database refused a statement of the benchmark");
 }
 
-// The database itself, without anything of the program's.
+// The database itself, without any code of the program.
 class Bare {
  public:
   explicit Bare(const std::string& path) { Check(sqlite3_open(path.c_str(), &database_) == SQLITE_OK); }
@@ -47,7 +47,7 @@ class Bare {
   void Run(const std::string& sql) const {
     Check(sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK);
   }
-  // Reads every row's columns as text; gives the bytes.
+  // Reads every row's columns as text; returns the number of bytes.
   [[nodiscard]] std::size_t Scan(const char* sql, int columns) const {
     sqlite3_stmt* statement = nullptr;
     Check(sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) == SQLITE_OK);
@@ -75,7 +75,7 @@ struct NoWizard final : WizardHost {
   void Refresh(bool /*can_continue*/) override {}
   void MoveNext() override {}
 };
-// A details page as it stands when it has been shown, its data objects not yet opened.
+// A details page that has been shown, with its list of data objects not yet opened.
 struct Shown {
   Shown(HostState& state, const PageRegistry& registry) : page(registry.Create(page_identifier::kDetails)) {
     TaskRecord task;
@@ -132,8 +132,8 @@ bool Categories(HostState& state, const PageRegistry& registry, const std::strin
 bool DataObjects(HostState& state, const PageRegistry& registry, const std::string& folder) {
   const std::string path = folder + "/data.sqlite";
   {
-    // Made by statements, this many tables take the database an hour: its catalogue is written directly. The
-    // tables share their first page, which nobody reads.
+    // Creating this many tables with statements would take the database an hour, so its catalogue is written
+    // directly. The tables share their first page, which nobody reads.
     const Bare bare(path);
     bare.Run("CREATE TABLE one (id INTEGER PRIMARY KEY, name TEXT, total NUMERIC)");
     bare.Run("PRAGMA writable_schema = ON");
@@ -143,8 +143,8 @@ bool DataObjects(HostState& state, const PageRegistry& registry, const std::stri
         "replace(sql, 'one', 'table_' || I) FROM N, (SELECT rootpage, sql FROM sqlite_master)");
   }
   state.open_rows = nullptr;
-  // Both keep the file open: at opening it the database reads its own catalogue, in a time that grows with
-  // the square of the number of tables and would hide everything else.
+  // Both keep the file open, because on opening the database reads its own catalogue, in a time that grows
+  // with the square of the number of tables and would hide everything else.
   const Bare bare(path);
   const double scan = BestMilliseconds(
       [&] { static_cast<void>(bare.Scan("SELECT name, type, rootpage, sql FROM sqlite_master", 4)); });
@@ -175,7 +175,7 @@ bool Measure(bool all) {
   bool within = true;
   for (const int distinct : {200, 10'000}) within = Categories(state, registry, folder, distinct) && within;
   if (all) {
-    // Where every category is another one, filing the texts is the work; it has no limit.
+    // If all categories differ, most of the work is storing the texts; there is no limit.
     static_cast<void>(Categories(state, registry, folder, 1'000'000));
     within = DataObjects(state, registry, folder) && within;
   }

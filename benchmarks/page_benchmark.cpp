@@ -1,6 +1,7 @@
-// What a page costs without a toolkit: creating it, initializing it, and leaving it by Next, which validates
-// and saves; a host in memory. The measure is what the page's controls alone cost to make, in the same run.
-// Exit status 1: a page costs many times what is usual. "--table" prints the table of docs/performance.md.
+// The cost of a page without a toolkit: creating it, initializing it, and leaving it with Next, which
+// validates and saves; with a host in memory. It is compared with creating only the page's controls, in the
+// same run. Exit status 1: a page costs many times the usual. "--table" prints the table of
+// docs/performance.md.
 #include <benchmark/benchmark.h>
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// The base of the peer's pages, with what several of them show.
+// The base of the peer's pages, with the parts that several of them share.
 #pragma once
 
 #include <QBoxLayout>
@@ -70,7 +70,7 @@ class Page : public QWizardPage {
 
  protected:
   [[nodiscard]] QString Text(int id) const { return owner_.Text(id); }
-  // How a field amid words is announced.
+  // The announced name of a field in a sentence.
   [[nodiscard]] QString Around(int before, int after) const {
     return (before == 0 ? QString() : Text(before)) + " … " + (after == 0 ? QString() : Text(after));
   }
@@ -103,13 +103,13 @@ class Page : public QWizardPage {
     registerField(field, button);
     return button;
   }
-  // One of the ways of a page with several: choosing it may complete the page.
+  // One of several alternatives on a page: choosing it may complete the page.
   QRadioButton* NewWay(int text, const QString& field) {
     auto* way = NewButton<QRadioButton>(text, field);
     connect(way, &QRadioButton::toggled, this, &QWizardPage::completeChanged);
     return way;
   }
-  // A number amid words; editing it chooses its way.
+  // A number in a sentence; editing it chooses its alternative.
   QLineEdit* NewNumber(const QString& name, int limit, const QString& field, QRadioButton* way = nullptr) {
     auto* edit = new QLineEdit;
     edit->setObjectName(field);
@@ -121,8 +121,7 @@ class Page : public QWizardPage {
     connect(edit, &QLineEdit::textChanged, this, &QWizardPage::completeChanged);
     return edit;
   }
-  // A list amid words. Assistive technology reads its entry as its name, so that a label has to carry the
-  // name.
+  // A list in a sentence. Assistive technology reads its entry as its name, so a label has to carry the name.
   QComboBox* NewList(int first, int last, const QString& name, const QString& field, QRadioButton* way) {
     auto* list = new QComboBox;
     for (int text = first; text <= last; ++text) list->addItem(Text(text));

@@ -35,7 +35,7 @@ class TaskWizard final : public QWizard {
 
   void AddPage(PageId id);
   [[nodiscard]] QString Text(int id) const;
-  // Takes the pages' fields over into the task.
+  // Copies the pages' fields into the task.
   void accept() override;
 
   const TextTable& texts;
@@ -47,7 +47,7 @@ class TaskWizard final : public QWizard {
   void TakeSchedule();
 };
 
-// Either makes those pages that it knows; nullptr for the others.
+// Each creates the pages that it knows; nullptr for the others.
 [[nodiscard]] QWizardPage* NewTaskPage(TaskWizard& owner, PageId id);
 [[nodiscard]] QWizardPage* NewRecurrencePage(TaskWizard& owner, PageId id);
 

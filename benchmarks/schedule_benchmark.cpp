@@ -1,8 +1,8 @@
-// The schedule engine against libical on the same rules, in the same run, in wall times without a zone.
-// Both sides are prepared outside the measurement (a Schedule, an icalrecur_iterator that is kept) and then
-// asked from a moment on: Next against icalrecur_iterator_set_start and icalrecur_iterator_next, libical's
-// quickest way to a run far from DTSTART. Every answer is compared first. The table at the end gives the
-// ratios; exit status 1: one is below kLeastRatio, 2: the answers differ.
+// Compares the schedule engine with libical on the same rules, in the same run, in wall times without a zone.
+// Both sides are prepared outside the measurement (a Schedule, and a kept icalrecur_iterator) and then
+// queried from a given time on: Next against icalrecur_iterator_set_start and icalrecur_iterator_next,
+// libical's quickest way to a run far from DTSTART. All results are compared first. The table at the end
+// gives the ratios; exit status 1: one is below kLeastRatio, 2: the answers differ.
 #include <benchmark/benchmark.h>
 #include <libical/ical.h>
 #include <plovix/standalone/schedule/schedule.h>
@@ -41,7 +41,7 @@ const Rule kRules[] = {
     {"yearly, 15 November", YearlyRecord{11, {false, 15, 0, 0}}, "FREQ=YEARLY;BYMONTH=11;BYMONTHDAY=15"},
 };
 
-// Both are a Sunday and a New Year's Day: the first day of every period, so that DTSTART needs no shift.
+// Each is a Sunday and a New Year's Day: the first day of every period, so that DTSTART needs no shift.
 struct Start {
   const char* name = nullptr;
   local_days day;
@@ -65,7 +65,7 @@ DateTime FromIcal(const icaltimetype& time) {
   return local_days{year{time.year} / time.month / time.day} + hours{time.hour};
 }
 
-// One rule from one start, ready to be asked by either side.
+// One rule from one start, ready to be queried on either side.
 class Subject {
  public:
   Subject(const Rule& rule, local_days start)
@@ -109,7 +109,7 @@ class Table final : public benchmark::ConsoleReporter {
     for (const Run& run : runs) nanoseconds_[run.run_name.function_name] = run.GetAdjustedCPUTime();
   }
 
-  // Prints the table; says whether every ratio is large enough.
+  // Prints the table; returns whether every ratio is large enough.
   bool Print(const std::vector<std::string>& names) const {
     bool enough = true;
     std::printf("\n%-50s %10s %12s %8s\n", "rule, start, query", "ours ns", "libical ns", "ratio");

@@ -1,14 +1,14 @@
-// The pages in Qt against the same pages written by hand as a QWizard (peer_wizard.h), in the same run: a
+// Compares the pages in Qt with the same pages hand-written as a QWizard (peer_wizard.h), in the same run: a
 // page created, shown and drawn; a key that completes a page or makes it incomplete; a whole wizard; the
-// memory of each. Times are the processor's, which other programs lengthen little; the two take turns and
-// medians count. Exit status 1: a ratio far from what is usual; 2: the two did not do the same. "--table"
-// prints the tables of docs/performance.md, "--short" measures roughly.
+// memory of each. Times are processor times, which other programs lengthen little; the two take turns and
+// medians count. Exit status 1: a ratio far from the usual; 2: the two differ. "--table" prints the tables of
+// docs/performance.md, "--short" measures roughly.
 #include <malloc.h>
 #include <plovix/designs/design.h>
 #include <plovix/framework/page_base.h>
+#include <plovix/standalone/app/host_surface_texts.h>
 #include <plovix/standalone/editors/action_list_widget.h>
 #include <plovix/standalone/text/languages.h>
-#include <plovix/standalone/widgets/host_surface_texts.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 #include <plovix/surfaces/qt/form_widget.h>
@@ -71,12 +71,12 @@ void Draw() {
   QCoreApplication::processEvents();
 }
 
-// Before the pages of either side: one label, from which any page follows.
+// The page before the measured ones on both sides: one label, which any page can follow.
 constexpr auto kStartDesign = MakeDesign("Start", {{"lblTitle", Kind::kLabel, "Start"}}, {"lblTitle"});
 class StartPage final : public PageBase {
  public:
   explicit StartPage(const std::string& target) : PageBase(kStartDesign.View()), target_(target) {}
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override {
     Begin(std::move(host), std::move(store));
     Wizard->Refresh(true);
   }
@@ -130,7 +130,7 @@ class Subject {
   virtual void OpenBefore(const PageRow& page) = 0;  // on a start page
   virtual void OpenOn(const PageRow& page) = 0;      // without the other pages
   virtual void OpenWhole() = 0;
-  virtual QPushButton* Button(bool next) = 0;  // Back, or the one of Next and Finish that leads on
+  virtual QPushButton* Button(bool next) = 0;  // Back, or whichever of Next and Finish is current
   virtual QLineEdit* Field(const PageRow& page) = 0;
   virtual TaskRecord Finished() = 0;
 
@@ -265,7 +265,7 @@ std::unique_ptr<Subject> Make(Scene& scene, bool ours) {
   return std::make_unique<Peer>(scene);
 }
 
-// A page created and, by pressing Next, shown in a window that is open. The peer creates its pages before.
+// A page created and, by pressing Next, shown in an open window. The peer creates its pages before.
 double ShowPage(Scene& scene, bool ours, const PageRow& page) {
   const auto subject = Make(scene, ours);
   const double create = ours ? 0 : Microseconds([&] { subject->OpenOn(page); });
@@ -282,7 +282,7 @@ void Press(int key, const QString& text = {}) {
   QCoreApplication::sendEvent(QApplication::focusWidget(), &press);
 }
 
-// A key from the keyboard to the button that it enables or disables.
+// From a key press to the button that it enables or disables.
 double TypeKeys(Scene& scene, bool ours, const PageRow& page) {
   const auto subject = Make(scene, ours);
   subject->OpenOn(page);
@@ -296,7 +296,7 @@ double TypeKeys(Scene& scene, bool ours, const PageRow& page) {
     Check(!next->isEnabled(), page.identifier + ": Next stays enabled");
     const double typed = Microseconds([] { Press(Qt::Key_5, "5"); });
     Check(next->isEnabled(), page.identifier + ": Next stays disabled");
-    if (i >= 0) took += erased + typed;  // the first time is not the usual one
+    if (i >= 0) took += erased + typed;  // the first time is not typical
     Draw();
   }
   return took / (2 * kKeys);
@@ -308,7 +308,7 @@ void Press(Subject& subject, bool next) {
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-// From the page that follows in a whole wizard. The peer has kept the page, ours makes it anew.
+// Back from the page that follows in a whole wizard. The peer has kept the page; ours creates it again.
 double GoBack(Scene& scene, bool ours, const PageRow& page) {
   const auto subject = Make(scene, ours);
   subject->OpenWhole();
@@ -320,7 +320,7 @@ double GoBack(Scene& scene, bool ours, const PageRow& page) {
   });
 }
 
-// Every page once, each of the four patterns chosen after the other; ends on the last page.
+// Every page once, choosing each of the four patterns in turn; ends on the last page.
 void WalkToEnd(Subject& subject) {
   for (int page = 0; page < 4; ++page) Press(subject, true);
   for (int pattern = 0; pattern < 4; ++pattern) {
@@ -353,8 +353,8 @@ double WholeWizard(Scene& scene, bool ours, const PageRow& /*page*/) {
   return took;
 }
 
-// Without pictures: a window's is the same for both, those of buttons are in a cache that the program has one
-// of.
+// Without pictures: a window's is the same for both, and button pictures are in one cache for the whole
+// program.
 double KibibytesInUse(Subject* subject = nullptr) {
   if (subject != nullptr) subject->Window().backingStore()->resize(QSize(1, 1));
   QPixmapCache::clear();
@@ -393,7 +393,7 @@ struct Row {
   [[nodiscard]] double Ratio() const { return Median(ours) / Median(peer); }
 };
 
-// A group of rows as a table; gives back whether every ratio is within the limit.
+// Prints a group of rows as a table; returns whether every ratio is within the limit.
 bool Print(const char* heading, const std::vector<Row>& rows) {
   std::printf("\n| %s | ours | QWizard | ratio |\n|---|---:|---:|---:|\n", heading);
   bool within = true;

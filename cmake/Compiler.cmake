@@ -1,8 +1,8 @@
-# What Plovix is compiled with. Everything here holds for this tree alone: nothing reaches a project that adds Plovix
-# to itself, and of that project's settings only those that Plovix can live with reach in.
+# How Plovix is compiled. Everything here applies to this tree only: nothing reaches a project that adds Plovix to its
+# build, and settings of that project that would break Plovix are overridden.
 
-# Older ones lack what std::source_location and ranges need. base/requirements.h refuses the same for programs that
-# include the headers.
+# Older compilers lack what std::source_location and ranges need. base/requirements.h makes the same check in programs
+# that include the headers.
 set(minimum_GNU 12)
 set(minimum_Clang 16)
 set(minimum ${minimum_${CMAKE_CXX_COMPILER_ID}})
@@ -31,8 +31,8 @@ if(PROJECT_IS_TOP_LEVEL)
   endif()
 endif()
 
-# g++ 12 sees an overlap in every optimised `literal + string`, where there is none: no -Wrestrict. clang minds what its
-# standard library's stable_sort is made of: no -Wdeprecated-declarations.
+# g++ 12 wrongly reports an overlap in every optimised `literal + string`: no -Wrestrict. clang reports deprecated calls
+# inside the standard library's stable_sort: no -Wdeprecated-declarations.
 add_library(plovix_warnings INTERFACE)
 target_compile_options(plovix_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
                                                  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>

@@ -1,4 +1,4 @@
-# Read by cpack before it makes a package. Without these two it makes none, or packages that depend on nothing.
+# Read by cpack before it makes a package. Without these two tools it makes none, or packages without dependencies.
 foreach(tool dpkg-shlibdeps file)
   find_program(PLOVIX_${tool} ${tool})
   if(CPACK_GENERATOR STREQUAL DEB AND NOT PLOVIX_${tool})

@@ -1,8 +1,8 @@
-# What find_package(Plovix) and pkg-config find. Parts that need Qt are components of their own, so that a package without
-# them brings no Qt.
+# What find_package(Plovix) and pkg-config find. Parts that need Qt are separate components, so that a package without
+# them does not depend on Qt.
 include(CMakePackageConfigHelpers)
 
-# Headers. What is named here is what applications may include.
+# Headers. Applications may include those that are listed here.
 function(plovix_headers room)
   cmake_parse_arguments(ARG "" "PART" "" ${ARGN})
   set(patterns ${ARG_UNPARSED_ARGUMENTS})
@@ -17,15 +17,22 @@ function(plovix_headers room)
           COMPONENT development${ARG_PART} FILES_MATCHING ${filter})
 endfunction()
 
-foreach(room base controls host standalone/text standalone/tasks standalone/objects standalone/wizard)
+foreach(room controls host surfaces/common standalone/text standalone/tasks standalone/objects standalone/wizard)
   plovix_headers(${room})
 endforeach()
+plovix_headers(standalone/exchange import_task.h task_export.h)
+plovix_headers(base date_time.h failure.h requirements.h same_name.h utf8.h)
 plovix_headers(framework wizard_page.h page_identifiers.h)
 plovix_headers(conformance conformance.h host_under_test.h)
 plovix_headers(component entry_points.h page_library.h page_registry.h)
 if(PLOVIX_QT)
   plovix_headers(surfaces/qt PART -qt form_widget.h slot_factory.h surface_options.h surface_texts.h theme.h)
 endif()
+
+# What developers copy: hosts to start from, and the language files.
+set(examples_folder ${CMAKE_INSTALL_DATADIR}/doc/libplovix-dev/examples)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/ DESTINATION ${examples_folder} COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/languages DESTINATION ${examples_folder} COMPONENT development)
 
 # The package files.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Plovix)

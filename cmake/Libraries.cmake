@@ -1,7 +1,7 @@
 # The libraries that other applications link, shared and static, made of the rooms' objects. At top level they are
 # installed: Install.cmake.
 
-# Stands behind the name of every shared library: libplovix.so.1. The same number as kInterfaceVersion in
+# The suffix of every shared library's name: libplovix.so.1. It must equal kInterfaceVersion in
 # component/entry_points.h, which is checked when the entry points are compiled.
 set(PLOVIX_INTERFACE_VERSION 1)
 target_compile_definitions(plovix_component PRIVATE PLOVIX_INTERFACE_VERSION=${PLOVIX_INTERFACE_VERSION})
@@ -9,9 +9,9 @@ target_compile_definitions(plovix_component PRIVATE PLOVIX_INTERFACE_VERSION=${P
 # plovix_library(Core OUTPUT plovix EXPORTS exports.map ROOMS ... LINKS Controls LIBRARIES ... PUBLIC_LIBRARIES ...
 #                HEADERS ... SET Core)
 #
-# makes Plovix::Core and Plovix::CoreStatic of the rooms' objects; without EXPORTS both are archives, one to be
-# linked with the shared libraries and one with the static ones. HEADERS: rooms of which it shows the headers
-# without holding them. SET: Core, or Qt for what needs Qt, which is installed and packaged apart.
+# makes Plovix::Core and Plovix::CoreStatic from the rooms' objects; without EXPORTS both are archives, one to be
+# linked with the shared libraries and one with the static ones. HEADERS: rooms whose headers it publishes without
+# containing their objects. SET: Core, or Qt for what needs Qt and is installed and packaged separately.
 set(part_Core "")
 set(part_Qt -qt)
 function(plovix_library name)
@@ -67,14 +67,15 @@ function(plovix_library name)
   endforeach()
 endfunction()
 
-plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host
+plovix_library(Controls OUTPUT plovix-controls EXPORTS namespace.map.in SET Core ROOMS base controls host surfaces/common
                HEADERS framework component)
 plovix_library(Core OUTPUT plovix EXPORTS door.map.in SET Core
                ROOMS framework designs pages/task pages/records pages/recurrence component LINKS Controls)
-# By its plain name: only a static link needs more of ICU than the library.
+# ICU by its plain library name: only a static link needs its development package.
+set(PLOVIX_HOST_ROOMS standalone/text standalone/tasks standalone/exchange standalone/objects standalone/wizard)
 plovix_library(Host OUTPUT plovix-host EXPORTS namespace.map.in SET Core
-               ROOMS standalone/text standalone/tasks standalone/objects standalone/wizard LINKS Controls LIBRARIES icuuc)
-# For test programs: archives alone.
+               ROOMS ${PLOVIX_HOST_ROOMS} LINKS Controls LIBRARIES icuuc)
+# For test programs: only archives.
 plovix_library(Conformance OUTPUT plovix-conformance SET Core ROOMS conformance LINKS Core)
 set(sets Core)
 if(PLOVIX_QT)

@@ -24,13 +24,13 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/DebianTools.cmake)
 
-string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH, where it is given
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH, if it is set
 configure_file(${PROJECT_SOURCE_DIR}/cmake/debian/changelog.in ${PROJECT_BINARY_DIR}/changelog @ONLY)
 find_program(PLOVIX_GZIP gzip REQUIRED)
 execute_process(COMMAND ${PLOVIX_GZIP} --best --no-name --force ${PROJECT_BINARY_DIR}/changelog COMMAND_ERROR_IS_FATAL ANY)
 
 # plovix_package(component NAME package SECTION section TEXT words): the component's package, with the
-# licence and the changelog where Debian looks for them.
+# licence and the changelog where Debian expects them.
 function(plovix_package component)
   cmake_parse_arguments(ARG "" "NAME;SECTION;TEXT" "" ${ARGN})
   string(TOUPPER ${component} upper)
@@ -50,7 +50,7 @@ plovix_package(runtime NAME libplovix${PLOVIX_INTERFACE_VERSION} SECTION libs
 application, and plain host objects for them, without a toolkit.")
 plovix_package(development NAME libplovix-dev SECTION libdevel
                TEXT "Headers, static libraries and package files for applications that embed
-the pages. What draws them with Qt is in libplovix-qt-dev.")
+the pages. The library that draws them with Qt is in libplovix-qt-dev.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS libicu-dev)  # for a static link
 if(PLOVIX_QT)
   plovix_package(runtime-qt NAME libplovix-qt${PLOVIX_INTERFACE_VERSION} SECTION libs TEXT "Draws the pages of libplovix as Qt 6 widgets.")

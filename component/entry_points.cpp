@@ -29,7 +29,7 @@ bool IsOurs(const std::shared_ptr<PageFactory>& factory) {
   return dynamic_cast<const Factory*>(factory.get()) != nullptr;
 }
 
-// What goes wrong in an entry point: the answer, and its reason.
+// What goes wrong in an entry point: the result, and the reason.
 struct Refusal {
   EntryResult result;
   std::string reason;
@@ -37,20 +37,16 @@ struct Refusal {
 
 void Write(EntryError* error, const std::string& reason) {
   if (error == nullptr) return;
-  std::size_t size = std::min(reason.size(), sizeof error->text - 1);
-  if (size < reason.size()) {
-    while (size > 0 && (reason[size] & 0xC0) == 0x80) --size;  // no character is cut in two
-  }
-  std::memcpy(error->text, reason.data(), size);
-  error->text[size] = '\0';
+  const std::string_view kept = FirstBytes(reason, sizeof error->text - 1);
+  std::memcpy(error->text, kept.data(), kept.size());
+  error->text[kept.size()] = '\0';
 }
 
 void Require(bool holds, EntryResult result, const std::string& reason) {
   if (!holds) throw Refusal{result, reason};
 }
 
-// The frame of every entry point: nothing is touched for a caller of another version, and no failure gets
-// out.
+// The frame of every entry point: a caller of another version changes nothing, and no failure escapes.
 template <class Work>
 EntryResult Enter(std::uint32_t version, EntryError* error, Work work) noexcept {
   try {
@@ -119,7 +115,7 @@ EntryResult plovix_class_factory(std::uint32_t interface_version, const char* id
     plovix::RequirePointer(factory, "place for the factory");
     factory->reset();
     plovix::RequirePointer(identifier, "identifier");
-    const auto& makers = plovix::PageMakers();
+    const auto makers = plovix::PageMakers();
     const auto maker =
         std::ranges::find(makers, std::string_view(identifier), &plovix::PageMaker::identifier);
     plovix::Require(maker != makers.end(), EntryResult::kUnknownIdentifier,

@@ -1,6 +1,6 @@
 /// @file
-/// The page library loaded at run time, for hosts that are not linked with it. Such a host links the
-/// controls library alone, which holds the classes that both sides use.
+/// The page library loaded at run time, for hosts that do not link it. Such a host links only the controls
+/// library, which contains the classes that both sides use.
 #pragma once
 
 #include <dlfcn.h>
@@ -12,15 +12,15 @@
 
 namespace plovix {
 
-/// Loads libplovix, checks its interface version and enters its pages into a registry. The destructor takes
-/// the pages out again and unloads the library unless something of it is still alive: then it stays loaded
-/// for the rest of the process, which is safe.
+/// Loads libplovix, checks its interface version and adds its pages to a registry. The destructor removes the
+/// pages and unloads the library. If an object of it is still alive, it stays loaded for the rest of the
+/// process, which is safe.
 class PageLibrary {
  public:
   /// @param path      a file name that the dynamic linker finds, such as "libplovix.so.1", or a path
   /// @param registry  outlives this object
-  /// Fails with 429 in words: no such library, no library of this kind, another interface version, or an
-  /// identifier that is taken.
+  /// Fails with 429 and a description: no such library, no library of this kind, another interface version,
+  /// or an identifier that is taken.
   PageLibrary(const std::string& path, PageRegistry& registry) : registry_(registry) {
     handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle_ == nullptr) Fail(dlerror());
@@ -47,7 +47,7 @@ class PageLibrary {
   PageLibrary(const PageLibrary&) = delete;
   PageLibrary& operator=(const PageLibrary&) = delete;
 
-  /// An entry point by its name. Fails with 429 when the library lacks it.
+  /// An entry point by its name. Fails with 429 if the library lacks it.
   template <class Pointer>
   [[nodiscard]] Pointer Function(const char* name) const {
     void* const address = dlsym(handle_, name);

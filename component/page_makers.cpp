@@ -1,7 +1,6 @@
 #include "page_makers.h"
 
 #include <plovix/framework/in_use.h>
-#include <plovix/framework/page_identifiers.h>
 #include <plovix/pages/records/actions.h>
 #include <plovix/pages/records/query.h>
 #include <plovix/pages/records/records.h>
@@ -14,31 +13,28 @@
 #include <plovix/pages/task/auto_task_type.h>
 #include <plovix/pages/task/details.h>
 
+#include <array>
+
 namespace plovix {
 namespace {
 
-template <class T>
+template <class Page>
 std::shared_ptr<WizardPage> Make() {
-  return MakeInUse<T>();
+  return MakeInUse<Page>();
+}
+
+// The identifier is made of the name in the page's design.
+template <class... Pages>
+std::array<PageMaker, sizeof...(Pages)> MakersOf() {
+  return {PageMaker{"Plovix." + std::string(Pages::kPageName), Make<Pages>}...};
 }
 
 }  // namespace
 
-const std::array<PageMaker, kPageCount>& PageMakers() {
-  using namespace page_identifier;
-  static const std::array<PageMaker, kPageCount> makers{{
-      {kAutoTaskType, Make<AutoTaskType>},
-      {kDetails, Make<Details>},
-      {kRecords, Make<Records>},
-      {kRecurrenceTime, Make<RecurrenceTime>},
-      {kRecurrencePattern, Make<RecurrencePattern>},
-      {kDailyRecurrence, Make<DailyRecurrence>},
-      {kWeeklyRecurrence, Make<WeeklyRecurrence>},
-      {kMonthlyRecurrence, Make<MonthlyRecurrence>},
-      {kYearlyRecurrence, Make<YearlyRecurrence>},
-      {kQuery, Make<Query>},
-      {kActions, Make<Actions>},
-  }};
+std::span<const PageMaker> PageMakers() {
+  static const auto makers =
+      MakersOf<AutoTaskType, Details, Records, RecurrenceTime, RecurrencePattern, DailyRecurrence,
+               WeeklyRecurrence, MonthlyRecurrence, YearlyRecurrence, Query, Actions>();
   return makers;
 }
 

@@ -1,10 +1,10 @@
-// Which page stands behind which identifier. Used by the entry points alone.
+// Which page each identifier names. Used only by the entry points.
 #pragma once
 
 #include <plovix/framework/wizard_page.h>
 
-#include <array>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace plovix {
@@ -14,9 +14,7 @@ struct PageMaker {
   std::shared_ptr<WizardPage> (*make)();
 };
 
-inline constexpr std::size_t kPageCount = 11;
-
-// In the order in which a wizard can show them.
-[[nodiscard]] const std::array<PageMaker, kPageCount>& PageMakers();
+// All pages, in the order in which a wizard can show them.
+[[nodiscard]] std::span<const PageMaker> PageMakers();
 
 }  // namespace plovix

@@ -1,6 +1,6 @@
 /// @file
-/// Pages by identifier: what a wizard framework creates its pages from. A host owns one; libraries enter
-/// their pages into it, this one through plovix_register().
+/// Pages by identifier, from which a wizard framework creates its pages. A host owns one registry; libraries
+/// add their pages to it, this one through plovix_register().
 #pragma once
 
 #include <plovix/base/utf8.h>
@@ -15,21 +15,21 @@
 
 namespace plovix {
 
-/// Makes the pages of one identifier. Implemented by the library that holds the page, whose code stays in use
-/// as long as a factory or one of its pages lives.
+/// Creates the pages of one identifier. Implemented by the library that contains the page, whose code stays
+/// in use as long as a factory or one of its pages lives.
 class PageFactory {
  public:
   virtual ~PageFactory() = default;
   /// "Plovix.Details"; lives as long as the factory.
   [[nodiscard]] virtual const std::string& Identifier() const noexcept = 0;
-  /// A fresh page, not yet initialized; never nothing. The caller owns it.
+  /// A new page, not yet initialized; never null. The caller owns it.
   [[nodiscard]] virtual std::shared_ptr<WizardPage> CreatePage() = 0;
 };
 
-/// The factories, by identifier. Identifiers are case-sensitive. Not guarded against use by several threads.
+/// The factories, by identifier. Identifiers are case-sensitive. Not thread-safe.
 class PageRegistry {
  public:
-  /// Fails with 457 when the identifier is taken, with 5 when there is no factory.
+  /// Fails with 457 if the identifier is taken, with 5 if there is no factory.
   void Add(std::shared_ptr<PageFactory> factory) {
     if (!factory) throw Failure(failure_number::kInvalidCall, "No page factory was given");
     const std::string& identifier = factory->Identifier();
@@ -38,17 +38,17 @@ class PageRegistry {
     }
     factories_.emplace(identifier, std::move(factory));
   }
-  /// Does nothing for an unknown identifier. Pages that were made already live on.
+  /// Does nothing for an unknown identifier. Existing page objects live on.
   void Remove(std::string_view identifier) {
     const auto found = factories_.find(identifier);
     if (found != factories_.end()) factories_.erase(found);
   }
-  /// Nothing for an unknown identifier.
+  /// Null for an unknown identifier.
   [[nodiscard]] std::shared_ptr<PageFactory> Find(std::string_view identifier) const {
     const auto found = factories_.find(identifier);
     return found == factories_.end() ? nullptr : found->second;
   }
-  /// A fresh page; nothing for an unknown identifier.
+  /// A new page; null for an unknown identifier.
   [[nodiscard]] std::shared_ptr<WizardPage> Create(std::string_view identifier) const {
     const auto factory = Find(identifier);
     return factory ? factory->CreatePage() : nullptr;

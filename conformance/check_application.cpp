@@ -1,4 +1,4 @@
-// Checks of the application behind the pages: services, boxes, reports, rights and texts.
+// Checks of the application behind the pages: services, message boxes, reports, rights and texts.
 #include <ctime>
 #include <thread>
 
@@ -7,7 +7,7 @@
 namespace plovix::conformance {
 namespace {
 
-// A form of the kit's own, with the kinds of tag that designs have.
+// The kit's own form, with the kinds of tag that designs have.
 constexpr ControlInfo kTaggedRows[] = {{"lblText", Kind::kLabel, "old", "Lng=4;"},
                                        {"chkText", Kind::kCheckBox, "old", "lng=4"},
                                        {"lblPlain", Kind::kLabel, "old"},

@@ -7,7 +7,7 @@
 namespace plovix::conformance {
 namespace {
 
-std::shared_ptr<DataObject> Find(const Examination& exam) {
+Ref<DataObject> Find(const Examination& exam) {
   if (exam.host.data_object.empty()) throw Missing{"data_object"};
   const auto catalog = Given(exam.Application()->DataObjectCatalog(), "DataObjectCatalog");
   return Given(catalog->Find(exam.host.data_object), "Find");
@@ -39,7 +39,7 @@ void CheckSession(Examination& exam) {
   exam.Check("EditPermissions does not give the edited set, on Cancel the former: it would be lost", [&] {
     const auto& answer = Needed(exam.host.answer_permission_editor, "answer_permission_editor");
     const auto set = Needed(exam.host.make_permissions, "make_permissions")();
-    const auto edited = [&](const std::shared_ptr<Permissions>& former) {
+    const auto edited = [&](const Ref<Permissions>& former) {
       return session->EditPermissions(exam.New(&ObjectFactory::NewPermissionEditor), former, nullptr,
                                       "Title");
     };
@@ -50,7 +50,7 @@ void CheckSession(Examination& exam) {
   });
 }
 
-std::shared_ptr<Recordset> Open(const Examination& exam) {
+Ref<Recordset> Open(const Examination& exam) {
   const auto connection =
       Given(Given(exam.Application()->Database(), "Database")->Connection(), "Connection");
   return Given(connection->OpenRecordset("SELECT Category FROM VeloAutoTasks", 4, 0, std::nullopt, -1),
@@ -92,12 +92,13 @@ void CheckRows(Examination& exam) {
   });
 }
 
-// Whether handles are never 0 nor shared, and stand for the very objects while these live.
-bool HaveHandles(std::vector<std::shared_ptr<DataObject>> objects) {
+// Whether handles are never 0 and never shared, and identify these very objects while they live.
+bool HaveHandles(std::vector<Ref<DataObject>> objects) {
   std::map<std::int32_t, std::weak_ptr<DataObject>> handles;
   for (const auto& object : objects) {
     const std::int32_t handle = Given(object, "Item")->Handle();
-    if (handle == 0 || handle != object->Handle() || !handles.emplace(handle, object).second) return false;
+    if (handle == 0 || handle != object->Handle() || !handles.emplace(handle, object.Shared()).second)
+      return false;
     if (ServicesUtilities().ObjectFromHandle(handle) != object) return false;
   }
   objects.clear();
@@ -112,7 +113,7 @@ void CheckDataObjects(Examination& exam) {
   const auto loader = Given(exam.Application()->Loader(), "Loader");
   const auto load = [&] {
     const auto objects = Given(loader->LoadDataObjects(), "LoadDataObjects");
-    std::vector<std::shared_ptr<DataObject>> loaded;
+    std::vector<Ref<DataObject>> loaded;
     for (std::int32_t index = 1; index <= objects->Count(); ++index)
       loaded.push_back(Given(objects->Item(index), "Item"));
     return loaded;
@@ -184,8 +185,8 @@ void CheckControl(Examination& exam) {
   exam.Check("The control does not ask the handler given last: actions for other data would be offered", [&] {
     const auto& ask = Needed(exam.host.ask_context, "ask_context");
     std::string asked;
-    control->OnContextRequest([&](std::shared_ptr<ValueStore>&) { asked += "former"; });
-    control->OnContextRequest([&](std::shared_ptr<ValueStore>& context) {
+    control->OnContextRequest([&](Ref<ValueStore>&) { asked += "former"; });
+    control->OnContextRequest([&](Ref<ValueStore>& context) {
       asked += "last";
       context = exam.New(&ObjectFactory::NewValueStore);
     });

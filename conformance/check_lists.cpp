@@ -1,4 +1,4 @@
-// Checks of what is kept by reference: stores, what a task refers to, and lists.
+// Checks of everything that is kept by reference: stores, the objects of a task, and lists.
 #include <algorithm>
 #include <climits>
 
@@ -46,10 +46,10 @@ void CheckStore(Examination& exam, ValueStore& store, const ObjectRef& object) {
   });
 }
 
-// Whether the task keeps the very object, and nothing after it.
+// Whether the task keeps the very object, and can be set to null after it.
 template <class T>
-bool Refers(const Examination& exam, const std::shared_ptr<T>& object, std::shared_ptr<T> (AutoTask::*get)(),
-            void (AutoTask::*set)(std::shared_ptr<T>)) {
+bool Refers(const Examination& exam, const Ref<T>& object, Ref<T> (AutoTask::*get)(),
+            void (AutoTask::*set)(Ref<T>)) {
   const auto task = exam.Task();
   ((*task).*set)(Given(object, "The host"));
   if (((*task).*get)() != object) return false;
@@ -87,7 +87,7 @@ void CheckRecurrence(Examination& exam) {
     return exam.New(&Factory::NewRecurrence)->Pattern() == nullptr;
   });
   exam.Check("Pattern is not the object that was set: what a page saves would not reach the task", [&] {
-    const std::shared_ptr<PatternBase> patterns[] = {
+    const Ref<PatternBase> patterns[] = {
         exam.New(&Factory::NewDailyPattern), exam.New(&Factory::NewWeeklyPattern),
         exam.New(&Factory::NewYearlyPattern), nullptr, exam.New(&Factory::NewMonthlyPattern)};
     return std::ranges::all_of(patterns, [&](const auto& pattern) {

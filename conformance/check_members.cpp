@@ -1,5 +1,5 @@
-// Checks of everything that is set and read back, by tables: each member keeps what it is given, changes no
-// other one, and is unset in a new object.
+// Table-driven checks of everything that is set and read back: each member keeps its value, changes no other
+// member, and is unset in a new object.
 #include <algorithm>
 #include <climits>
 #include <type_traits>
@@ -13,10 +13,10 @@ struct Member {
   const char* name;
   std::function<Value(HostObject& object)> get;
   std::function<void(HostObject& object, const Value& value)> set;
-  std::vector<Value> values;  // to try; the first is the unset one, the next two are others
+  std::vector<Value> values;  // to try; the first is the unset value, the next two differ from it
 };
 
-// What hosts most easily change: blanks, line ends, numbers outside a range, seconds, dates far away.
+// Values that hosts easily alter: blanks, line ends, numbers outside a range, seconds, distant dates.
 template <class T>
 std::vector<Value> Samples() {
   using namespace std::chrono;
@@ -115,7 +115,7 @@ bool Keeps(Examination& exam, const Kind& kind, const Member& member) {
   return true;
 }
 
-// Sets all members, then each one anew, and looks at the others.
+// Sets all members, then changes each one and checks the others.
 bool KeepsOthers(Examination& exam, const Kind& kind) {
   for (const Member& changed : kind.members) {
     const auto object = kind.make();
@@ -135,11 +135,11 @@ bool Stores(Examination& exam, const Kind& kind) {
   const auto& store = Needed(exam.host.store_task, "store_task");
   const auto session = Given(exam.Application()->Session(), "Session");
   const Value user = Given(session->CurrentUser(), "CurrentUser")->UserId();
-  // Whom a host does not know, it need not store as an owner.
+  // A host need not store an owner whom it does not know.
   const auto value = [&](const Member& member) {
     return std::string_view(member.name) == "Owner" ? user : member.values[1];
   };
-  const auto task = std::dynamic_pointer_cast<AutoTask>(kind.make());
+  const auto task = As<AutoTask>(kind.make());
   for (const Member& member : kind.members) member.set(*task, value(member));
   const auto stored = Given(store(task), "store_task");
   for (const Member& member : kind.members) {

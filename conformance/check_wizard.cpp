@@ -1,4 +1,4 @@
-// Checks of a host's wizard: pages of the kit's own write down what the wizard does with them.
+// Checks of a host's wizard: the kit's own pages record what the wizard does with them.
 #include <algorithm>
 #include <map>
 #include <vector>
@@ -18,15 +18,15 @@ constexpr std::string_view kLines[] = {"lblNext", "lblLast", "slotActions"};
 
 class ProbePage;
 
-// What the pages of one wizard answer, and what they have seen.
+// The answers of one wizard's pages, and the calls that they have seen.
 struct Script {
-  std::map<std::string, std::string> next = {{kFirst, kSecond}};  // no other page answers
+  std::map<std::string, std::string> next = {{kFirst, kSecond}};  // no other page has a next one
   bool may_leave = true;
   std::string fails;      // the operation that fails
   std::string calls;      // "1Initialize 1Show 1Leave0 ..."
-  bool odd_next = false;  // GetNextPage was called with a text
+  bool odd_next = false;  // GetNextPage was called with a text in `next`
   bool let_go = false;    // a page was dropped while its event procedure ran
-  // All that were made; kept, so that no fault of a host ends in a crash.
+  // All pages created; kept, so that no fault of a host ends in a crash.
   std::vector<std::shared_ptr<ProbePage>> pages;
 };
 
@@ -43,7 +43,7 @@ class ProbePage final : public WizardPage {
   }
   std::string IWizardPage_Title() override { return "Title"; }
   std::string IWizardPage_Description() override { return "Description"; }
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> shared) override {
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> shared) override {
     wizard = std::move(host);
     store = std::move(shared);
     control = dynamic_cast<HostSlot&>(form_.At(2)).Embedded();
@@ -72,9 +72,9 @@ class ProbePage final : public WizardPage {
   Form& Controls() noexcept override { return form_; }
 
   const std::string identifier;
-  std::size_t number = 0;  // counted from 1, in the order of making
-  std::shared_ptr<WizardHost> wizard;
-  std::shared_ptr<ValueStore> store;
+  std::size_t number = 0;  // counted from 1, in the order of creation
+  Ref<WizardHost> wizard;
+  Ref<ValueStore> store;
   std::shared_ptr<HostControl> control;
 
  private:
@@ -102,7 +102,7 @@ class ProbeFactory final : public PageFactory {
   std::string identifier_;
 };
 
-// A wizard of the host's, opened on the first page.
+// A wizard of the host, opened on the first page.
 class Ride {
  public:
   explicit Ride(const Examination& exam, const std::string& fails = "") {
@@ -115,21 +115,21 @@ class Ride {
 
   void Press(ChangeDirection button) { driver.press(button); }
   [[nodiscard]] bool Enabled(ChangeDirection button) const { return driver.enabled(button); }
-  // Clicks on a label of the page: the first one calls MoveNext; the second one is a choice after which
-  // nothing follows, and refreshes nothing.
+  // Clicks on a label of the page. The first label calls MoveNext; the second makes a choice after which no
+  // page follows, without refreshing.
   void Click(std::size_t label = 0) const {
     Needed(driver.click, "open_wizard's click")(Page().Controls().At(label));
   }
-  // The page made last.
+  // The page created last.
   [[nodiscard]] ProbePage& Page() const {
     return *Given(script->pages.empty() ? nullptr : script->pages.back(), "open_wizard");
   }
   void Refresh(bool can_continue) const { Given(Page().wizard, "Initialize")->Refresh(can_continue); }
-  // In the store of the page; may be nothing.
-  [[nodiscard]] std::shared_ptr<AutoTask> Task() const {
+  // The task in the store of the page; may be null.
+  [[nodiscard]] Ref<AutoTask> Task() const {
     return ObjectFrom<AutoTask>(Given(Page().store, "Initialize")->GetValue(store_key::kAutoTask, {}));
   }
-  // What the first page answers from now on, as after a choice of the user's.
+  // Sets the first page's next page from now on, as a user's choice does.
   void Follow(const std::string& next) const {
     script->next[kFirst] = next;
     Refresh(true);
@@ -141,7 +141,7 @@ class Ride {
   std::shared_ptr<Script> script = std::make_shared<Script>();
 
  private:
-  // Pages hold the script and, where a wizard does not end them, the wizard.
+  // Pages hold the script and, if the wizard does not end them, the wizard.
   struct Release {
     std::shared_ptr<Script> script;
     ~Release() {

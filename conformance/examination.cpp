@@ -14,7 +14,7 @@ Examination::Examination(const HostUnderTest& under_test) : host(under_test) {
 void Examination::About(const std::string& subject, const std::function<void()>& body) {
   about_ = subject;
   Judge("An object that pages need cannot be had", [&] { return body(), true; });
-  // The checks that were made speak for themselves.
+  // The checks already made have their own findings.
   if (findings.back().verdict == Verdict::kPassed) findings.pop_back();
 }
 
@@ -22,7 +22,7 @@ void Examination::Check(const std::string& sentence, const std::function<bool()>
   Judge(sentence, holds);
 }
 
-// At once: nobody knows whether the check comes to its end.
+// Flushed at once, because the check may crash.
 void Examination::Announce(const std::string& check) const {
   if (host.before_check) return host.before_check(check);
   std::cerr << "checking " << check << std::endl;
@@ -45,29 +45,29 @@ void Examination::Judge(const std::string& sentence, const std::function<bool()>
   findings.push_back(std::move(finding));
 }
 
-std::shared_ptr<HostApplication> Examination::Application() const {
+Ref<HostApplication> Examination::Application() const {
   Needed(host.services.host_services, "services");
   return Given(Services().Application(), "HostServices.Application");
 }
 
-std::shared_ptr<ObjectFactory> Examination::Factory() const {
+Ref<ObjectFactory> Examination::Factory() const {
   Needed(host.services.host_services, "services");
   return Given(Services().Factory(), "HostServices.Factory");
 }
 
-std::shared_ptr<AutoTask> Examination::Task() const {
+Ref<AutoTask> Examination::Task() const {
   return Given(Needed(host.make_task, "make_task")(), "make_task");
 }
 
-std::shared_ptr<ValueStore> Examination::Store() const {
+Ref<ValueStore> Examination::Store() const {
   return Given(Needed(host.make_store, "make_store")(), "make_store");
 }
 
-std::shared_ptr<ActionList> Examination::Actions(const std::vector<std::int32_t>& record_modes) const {
+Ref<ActionList> Examination::Actions(const std::vector<std::int32_t>& record_modes) const {
   return Given(Needed(host.make_actions, "make_actions")(record_modes), "make_actions");
 }
 
-std::shared_ptr<ActionListControl> Examination::Control() const {
+Ref<ActionListControl> Examination::Control() const {
   const auto control = Needed(host.make_control, "make_control")("VeloDesignerCtrl.VeloActionList");
   return Given(std::dynamic_pointer_cast<ActionListControl>(control), "make_control");
 }

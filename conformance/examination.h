@@ -14,16 +14,16 @@ struct Missing {
   const char* member;
 };
 
-// `function`, which must be there.
+// Returns `function`, which must not be empty.
 template <class Function>
 const Function& Needed(const Function& function, const char* member) {
   if (!function) throw Missing{member};
   return function;  // NOLINT(bugprone-return-const-ref-from-parameter): a member of HostUnderTest
 }
 
-// `reference`, which the host must not leave empty; `member` says where it came from.
-template <class T>
-std::shared_ptr<T> Given(std::shared_ptr<T> reference, const char* member) {
+// Returns `reference`, which the host must not leave empty; `member` says where it came from.
+template <class Reference>
+Reference Given(Reference reference, const char* member) {
   if (!reference) throw Failure(failure_number::kObjectNotSet, std::string(member) + " gives nothing");
   return reference;
 }
@@ -46,26 +46,26 @@ class Examination {
   // Installs the services of `under_test`, which outlives the examination.
   explicit Examination(const HostUnderTest& under_test);
 
-  // Runs `body`, which makes the checks about one interface. What it throws between them ends it.
+  // Runs `body`, which makes the checks of one interface. An exception between checks ends it.
   void About(const std::string& subject, const std::function<void()>& body);
-  // A check: `sentence` is said unless `holds`.
+  // A check: it fails with `sentence` unless `holds` returns true.
   void Check(const std::string& sentence, const std::function<bool()>& holds);
 
-  // The host's objects; never nothing.
-  [[nodiscard]] std::shared_ptr<HostApplication> Application() const;
-  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() const;
+  // The host's objects; never null.
+  [[nodiscard]] Ref<HostApplication> Application() const;
+  [[nodiscard]] Ref<ObjectFactory> Factory() const;
   template <class T>
-  [[nodiscard]] std::shared_ptr<T> New(std::shared_ptr<T> (ObjectFactory::*make)()) const {
+  [[nodiscard]] Ref<T> New(Ref<T> (ObjectFactory::*make)()) const {
     return Given(((*Factory()).*make)(), "The factory");
   }
-  [[nodiscard]] std::shared_ptr<AutoTask> Task() const;
-  [[nodiscard]] std::shared_ptr<ValueStore> Store() const;  // the wizard's
-  [[nodiscard]] std::shared_ptr<ActionList> Actions(const std::vector<std::int32_t>& record_modes) const;
-  [[nodiscard]] std::shared_ptr<ActionListControl> Control() const;
+  [[nodiscard]] Ref<AutoTask> Task() const;
+  [[nodiscard]] Ref<ValueStore> Store() const;  // the wizard's
+  [[nodiscard]] Ref<ActionList> Actions(const std::vector<std::int32_t>& record_modes) const;
+  [[nodiscard]] Ref<ActionListControl> Control() const;
 
   const HostUnderTest& host;
   Findings findings;
-  std::string detail;  // a check that does not hold may say here what was wrong
+  std::string detail;  // a failing check may say here what was wrong
 
  private:
   void Announce(const std::string& check) const;

@@ -1,13 +1,13 @@
-// The checks of the host's objects, by what they look at.
+// The checks of the host's objects, by subject.
 #pragma once
 
 #include "examination.h"
 
 namespace plovix::conformance {
 
-void CheckMembers(Examination& exam);      // all that is set and read back
-void CheckLists(Examination& exam);        // what is kept by reference
-void CheckApplication(Examination& exam);  // services, boxes, reports, rights, texts
+void CheckMembers(Examination& exam);      // everything that is set and read back
+void CheckLists(Examination& exam);        // everything that is kept by reference
+void CheckApplication(Examination& exam);  // services, message boxes, reports, rights, texts
 void CheckData(Examination& exam);         // session, database, data objects, editors
 
 // Whether positions outside 1 to Count fail with 9.

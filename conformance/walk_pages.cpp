@@ -1,5 +1,5 @@
-// Walks the component's real pages on the host's objects. Apart from the other checks, so that a program that
-// leaves it out does not link the pages.
+// Walks the component's real pages on the host's objects. Separate from the other checks, so that a program
+// without this walk does not link the pages.
 #include <plovix/component/entry_points.h>
 #include <plovix/controls/user.h>
 
@@ -10,8 +10,8 @@
 namespace plovix::conformance {
 namespace {
 
-// What a user enters into a control: a text, an entry of a list, a moment in seconds; nothing more for a box
-// or an option, which is then on.
+// What a user enters into a control: a text, an entry of a list, or a time in seconds; empty for a check box
+// or an option, which is turned on.
 struct Entry {
   const char* control;
   std::string value = {};
@@ -22,23 +22,23 @@ struct Stop {
 };
 using Road = std::vector<Stop>;
 
-// Stands around a page: wizard, listener, and the host's application but for what would wait for a person.
+// Surrounds a page: wizard, listener, and the host's application except for what would wait for a person.
 class Company final : public HostApplication,
                       public plovix::ErrorReporter,
                       public WizardHost,
                       public UserListener {
  public:
-  explicit Company(std::shared_ptr<HostApplication> real) : real_(std::move(real)) {}
-  std::shared_ptr<LanguageTable> Language() override { return real_->Language(); }
-  std::shared_ptr<plovix::Translator> Translator() override { return real_->Translator(); }
-  std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return {real_, this}; }
-  std::shared_ptr<plovix::UserRights> UserRights() override { return real_->UserRights(); }
-  std::shared_ptr<plovix::Session> Session() override { return real_->Session(); }
-  std::shared_ptr<plovix::Database> Database() override { return real_->Database(); }
-  std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    return real_->DataObjectCatalog();
+  explicit Company(Ref<HostApplication> real) : real_(std::move(real)) {}
+  Ref<LanguageTable> Language() override { return real_->Language(); }
+  Ref<plovix::Translator> Translator() override { return real_->Translator(); }
+  Ref<plovix::ErrorReporter> ErrorReporter() override {
+    return std::shared_ptr<plovix::ErrorReporter>(real_.Shared(), this);
   }
-  std::shared_ptr<ObjectLoader> Loader() override { return real_->Loader(); }
+  Ref<plovix::UserRights> UserRights() override { return real_->UserRights(); }
+  Ref<plovix::Session> Session() override { return real_->Session(); }
+  Ref<plovix::Database> Database() override { return real_->Database(); }
+  Ref<plovix::DataObjectCatalog> DataObjectCatalog() override { return real_->DataObjectCatalog(); }
+  Ref<ObjectLoader> Loader() override { return real_->Loader(); }
   std::string Title() override { return real_->Title(); }
   std::string Path() override { return real_->Path(); }
   bool LanguageTagMode() override { return (void)real_->LanguageTagMode(), false; }  // texts are typed
@@ -62,20 +62,20 @@ class Company final : public HostApplication,
     (void)Report(failure.Number(), failure.Description(), "", "", procedure, 0);
   }
 
-  std::string told;          // to the user: nothing, as long as all is well
+  std::string told;          // what the user was told; empty as long as all is well
   bool can_continue = true;  // until the page says otherwise
 
  private:
-  std::shared_ptr<HostApplication> real_;
+  Ref<HostApplication> real_;
 };
 
 struct WatchedServices final : HostServices {
-  explicit WatchedServices(std::shared_ptr<HostServices> real_services)
+  explicit WatchedServices(Ref<HostServices> real_services)
       : real(std::move(real_services)),
         company(std::make_shared<Company>(Given(real->Application(), "Application"))) {}
-  std::shared_ptr<HostApplication> Application() override { return company; }
-  std::shared_ptr<ObjectFactory> Factory() override { return real->Factory(); }
-  std::shared_ptr<HostServices> real;
+  Ref<HostApplication> Application() override { return company; }
+  Ref<ObjectFactory> Factory() override { return real->Factory(); }
+  Ref<HostServices> real;
   std::shared_ptr<Company> company;
 };
 
@@ -83,7 +83,7 @@ DateTime Moment(const std::string& seconds) {
   return kZeroDate + std::chrono::seconds(std::stoll(seconds));
 }
 
-// False when the user cannot.
+// False if the user cannot.
 bool Enter(User& user, Control& control, const std::string& value) {
   if (dynamic_cast<OptionButton*>(&control) != nullptr) return user.Choose(control);
   if (auto* box = dynamic_cast<CheckBox*>(&control)) return box->Checked() || user.Toggle(control);
@@ -104,7 +104,7 @@ bool Shows(const Control& control, const std::string& value) {
   return dynamic_cast<const TextBox&>(control).Text() == value;
 }
 
-// The road of a task with the given pattern; `data`: caption of the data object that it works on, or empty.
+// The path of a task with the given pattern; `data`: caption of the data object that it works on, or empty.
 Road RoadTo(const char* option, const Stop& pattern, const std::string& data) {
   Road road = {{"AutoTaskType", {{data.empty() ? "optNoData" : "optQueryResults"}}},
                {"Details",
@@ -138,7 +138,8 @@ class Walk {
   Walk(Examination& exam, std::shared_ptr<Company> company)
       : exam_(exam), company_(std::move(company)), task_(exam.Task()), store_(NewStore()) {}
 
-  // Visits the pages in turn, and then each again from the task alone; once more as the host stored it.
+  // Visits the pages in turn, then each again with only the task, and once more with the task as the host
+  // stored it.
   void Go(const Road& road) {
     for (std::size_t i = 0; i < road.size(); ++i) {
       const std::string next = i + 1 < road.size() ? "Plovix." + road[i + 1].page : "";
@@ -161,7 +162,7 @@ class Walk {
   }
 
  private:
-  [[nodiscard]] std::shared_ptr<ValueStore> NewStore() const {
+  [[nodiscard]] Ref<ValueStore> NewStore() const {
     const auto store = exam_.Store();
     store->SetItem(store_key::kAutoTask, task_);
     return store;
@@ -171,15 +172,15 @@ class Walk {
     return false;
   }
 
-  [[nodiscard]] std::shared_ptr<WizardPage> Open(const std::string& name,
-                                                 const std::shared_ptr<ValueStore>& store) {
+  [[nodiscard]] std::shared_ptr<WizardPage> Open(const std::string& name, const Ref<ValueStore>& store) {
     company_->told.clear();
     company_->can_continue = true;
     std::shared_ptr<PageFactory> factory;
     (void)plovix_class_factory(kInterfaceVersion, ("Plovix." + name).c_str(), &factory, nullptr);
     auto page = Given(factory, "plovix_class_factory")->CreatePage();
     for (std::size_t i = 0; i < page->Controls().Count(); ++i) {
-      if (auto* slot = dynamic_cast<HostSlot*>(&page->Controls().At(i))) slot->Embed(exam_.Control());
+      if (auto* slot = dynamic_cast<HostSlot*>(&page->Controls().At(i)))
+        slot->Embed(exam_.Control().Shared());
     }
     page->IWizardPage_Initialize(company_, store);
     user_.Show(page->Controls());
@@ -212,8 +213,8 @@ class Walk {
 
   Examination& exam_;
   std::shared_ptr<Company> company_;
-  std::shared_ptr<AutoTask> task_;
-  std::shared_ptr<ValueStore> store_;
+  Ref<AutoTask> task_;
+  Ref<ValueStore> store_;
   User user_{*company_};
 };
 
@@ -243,8 +244,7 @@ Findings WalkPages(const HostUnderTest& host) {
       (void)Needed(host.services.host_services, "services");
       const auto watched =
           std::make_shared<WatchedServices>(Given(host.services.host_services(), "services"));
-      InstallServices(
-          {[watched]() -> std::shared_ptr<HostServices> { return watched; }, host.services.utilities});
+      InstallServices({[watched] { return watched; }, host.services.utilities});
       Walk(exam, watched->company).Go(RoadTo(option, pattern, caption));
     });
   }

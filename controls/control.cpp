@@ -4,30 +4,6 @@
 
 namespace plovix {
 
-std::string_view KindName(Kind kind) {
-  switch (kind) {
-    case Kind::kLabel:
-      return "Label";
-    case Kind::kTextBox:
-      return "TextBox";
-    case Kind::kCheckBox:
-      return "CheckBox";
-    case Kind::kOptionButton:
-      return "OptionButton";
-    case Kind::kComboBox:
-      return "ComboBox";
-    case Kind::kCommandButton:
-      return "CommandButton";
-    case Kind::kFrame:
-      return "Frame";
-    case Kind::kDateTimePicker:
-      return "DateTimePicker";
-    case Kind::kHostSlot:
-      return "HostSlot";
-  }
-  return {};
-}
-
 std::string_view EventName(Event event) {
   switch (event) {
     case Event::kChange:
@@ -60,13 +36,13 @@ void Control::SetCaption(std::string caption) {
 void Control::SetEnabled(bool enabled) {
   if (enabled == enabled_) return;
   enabled_ = enabled;
-  Notify(Aspect::kEnabled);
+  NotifyWithMembers(Aspect::kEnabled);
 }
 
 void Control::SetVisible(bool visible) {
   if (visible == visible_) return;
   visible_ = visible;
-  Notify(Aspect::kVisible);
+  NotifyWithMembers(Aspect::kVisible);
 }
 
 bool Control::Usable() const {
@@ -107,6 +83,14 @@ void Control::Raise(Event event) {
 void Control::Notify(Aspect aspect) {
   if (aspect == Aspect::kText || aspect == Aspect::kValue || aspect == Aspect::kIndex) form_.CountChange();
   if (observer_ != nullptr) observer_->Changed(aspect);
+}
+
+// What stands in a frame is as usable as its frame.
+void Control::NotifyWithMembers(Aspect aspect) {
+  Notify(aspect);
+  for (const auto& control : form_.controls_) {
+    if (control->info_.frame == Name()) control->NotifyWithMembers(aspect);
+  }
 }
 
 }  // namespace plovix

@@ -1,6 +1,6 @@
 /// @file
-/// What every toolkit-neutral control has in common: identity, look, focus, events and the observer a
-/// surface hangs on. Pages use the public members; a surface enters through User (user.h).
+/// What all toolkit-neutral controls have in common: identity, look, focus, events and the observer of a
+/// surface. Pages use the public members; a surface goes through User (user.h).
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -17,7 +17,7 @@ namespace plovix {
 class Form;
 class User;
 
-/// The kinds of control; each has a class of its own in kinds.h.
+/// The kinds of control; each has its own class in kinds.h.
 enum class Kind {
   kLabel,           ///< plovix::Label
   kTextBox,         ///< plovix::TextBox
@@ -30,33 +30,34 @@ enum class Kind {
   kHostSlot,        ///< plovix::HostSlot
 };
 
-/// The field's name of a kind, as scripts and messages show it: "TextBox".
+/// The customary name of a kind, as scripts and messages show it: "TextBox".
 [[nodiscard]] std::string_view KindName(Kind kind);
 
-/// What a control can tell its page. Which change raises which event is written at each kind in kinds.h.
+/// What a control can tell its page. The comment on each kind in kinds.h says which change raises which
+/// event.
 enum class Event {
   kChange,    ///< a text or a date has changed
   kClick,     ///< pressed, checked, chosen or picked
-  kDblClick,  ///< the second click of a double click; the first one came as kClick
-  kDropDown,  ///< a list is about to open: the page may fill it now
+  kDblClick,  ///< the second click of a double click; the first one raised kClick
+  kDropDown,  ///< a list is about to open; the page may fill it now
   kLostFocus  ///< the user went elsewhere
 };
 /// How many values Event has.
 inline constexpr std::size_t kEventCount = 5;
 
-/// The part of a handler's name behind the control: "Change", "Click", "DblClick", "DropDown", "LostFocus".
+/// The part of a handler's name after the control: "Change", "Click", "DblClick", "DropDown", "LostFocus".
 [[nodiscard]] std::string_view EventName(Event event);
 
-/// What an observer is told has changed.
+/// What has changed, as an observer is notified.
 enum class Aspect {
   kCaption,        ///< Control::Caption
-  kEnabled,        ///< Control::Enabled
-  kVisible,        ///< Control::Visible
-  kFocus,          ///< the page gave the control the focus; never told of a focus that the user moved
+  kEnabled,        ///< Control::Enabled, of the control or of a frame that it stands in
+  kVisible,        ///< Control::Visible, of the same
+  kFocus,          ///< the page gave the control the focus; not notified when the user moves the focus
   kText,           ///< the text of a text box or an editable combo box
   kTextSelection,  ///< the selection in a text box
   kValue,          ///< a check box, an option button, a picker
-  kItems,          ///< the entries of a combo box
+  kItems,          ///< the entries of a combo box: it has more than before, or was emptied
   kIndex,          ///< the selected entry of a combo box
   kLook            ///< Label::Link
 };
@@ -65,14 +66,14 @@ enum class Aspect {
 enum class Style : unsigned {
   kNone = 0,       ///< nothing special
   kHeading = 1,    ///< a label that names its page
-  kMultiLine = 2,  ///< a text box in which Enter makes a new line
+  kMultiLine = 2,  ///< a text box in which Enter starts a new line
   kEditable = 4,   ///< a combo box in which text can be typed
-  kTime = 8,       ///< a picker of a time of day; without it, of a date
+  kTime = 8,       ///< a picker for a time of day; without it, for a date
   kHidden = 16,    ///< not visible until the page shows it
   kDisabled = 32,  ///< not enabled until the page enables it
   kLink = 64,      ///< a label shown as a link
 };
-/// The flags of both.
+/// The flags of both sets.
 constexpr Style operator|(Style a, Style b) {
   return static_cast<Style>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }
@@ -85,9 +86,9 @@ constexpr bool Has(Style set, Style flag) {
 struct ControlInfo {
   std::string_view name;          ///< unique on its page: "txtName"
   Kind kind;                      ///< decides the control's class
-  std::string_view caption = {};  ///< in English; for a host slot: the registered name of what to embed
+  std::string_view caption = {};  ///< in English; of a host slot: the registered name of the control
   std::string_view tag = {};      ///< "Lng=NN;" names the text that replaces the caption
-  std::string_view frame = {};    ///< the frame the control stands in; empty: the page itself
+  std::string_view frame = {};    ///< the frame that contains the control; empty: the page itself
   Style style = Style::kNone;     ///< set of flags
 };
 
@@ -97,28 +98,27 @@ class Control;
 class ControlObserver {
  public:
   virtual ~ControlObserver() = default;
-  /// Called after the state has changed. May read the control, and must not enter through the user's door
-  /// again (no echo).
+  /// Called after the state has changed. May read the control, but must not call User (no echo).
   virtual void Changed(Aspect aspect) = 0;
 };
 
-/// Opens the user's door: only User can make one.
+/// Gives access to the user's members; only User can create one.
 class UserKey {
   friend class User;
   UserKey() = default;
 };
 
-/// Owned by its form and as old as it. On the user-interface thread only, like everything here.
+/// Owned by its form, with the same lifetime. For the user-interface thread only, like everything here.
 class Control {
  public:
-  /// Made by its form alone; both arguments outlive the control.
+  /// Created only by its form; both arguments outlive the control.
   Control(Form& form, const ControlInfo& info);
   virtual ~Control() = default;
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
 
   /// @{
-  /// What the design says of the control.
+  /// What the design says about the control.
   [[nodiscard]] std::string_view Name() const noexcept { return info_.name; }
   [[nodiscard]] Kind GetKind() const noexcept { return info_.kind; }
   [[nodiscard]] const ControlInfo& Info() const noexcept { return info_; }
@@ -128,32 +128,32 @@ class Control {
   [[nodiscard]] Form& Container() const noexcept { return form_; }
 
   /// @{
-  /// UTF-8; the first single "&" before a letter or digit makes that the mnemonic, "&&" stands for "&", any
-  /// other "&" for itself. Set by the translator and by pages.
+  /// UTF-8; the first single "&" before a letter or digit marks the mnemonic, "&&" means "&", and any other
+  /// "&" is shown as it is. Set by the translator and by pages.
   [[nodiscard]] const std::string& Caption() const noexcept { return caption_; }
   void SetCaption(std::string caption);
   /// @}
   /// @{
-  /// The control's own state, whatever its frame's is.
+  /// The control's own state, regardless of its frame's.
   [[nodiscard]] bool Enabled() const noexcept { return enabled_; }
   void SetEnabled(bool enabled);
   [[nodiscard]] bool Visible() const noexcept { return visible_; }
   void SetVisible(bool visible);
   /// @}
 
-  /// True when a user can reach the control: it and the frame it stands in are enabled and visible.
+  /// True if a user can reach the control: it and the frame that contains it are enabled and visible.
   [[nodiscard]] bool Usable() const;
 
-  /// Gives the control the focus. Nothing happens on a control that a user could not reach.
+  /// Gives the control the focus. Does nothing if a user could not reach the control.
   void SetFocus();
-  /// Whether the form's focus is here.
+  /// Whether this control has the form's focus.
   [[nodiscard]] bool HasFocus() const;
 
-  /// One handler per event, the page's; a second call replaces the first. What it throws leaves the verb that
-  /// raised the event, or the page's own call, whichever it was.
+  /// One handler per event, the page's; a second call replaces the first. What it throws leaves the verb or
+  /// the page's call that raised the event.
   void On(Event event, std::function<void()> handler);
 
-  /// At most one observer; nullptr takes it away.
+  /// At most one observer; nullptr removes it.
   void Observe(ControlObserver* observer) noexcept { observer_ = observer; }
 
   /// @{
@@ -164,11 +164,12 @@ class Control {
 
  protected:
   void Raise(Event event);        ///< Runs the page's handler, if there is one.
-  void Notify(Aspect aspect);     ///< Tells the observer and counts changes of text, value and index.
-  virtual void FocusArrived() {}  ///< Called when the focus has arrived, whoever sent it.
+  void Notify(Aspect aspect);     ///< Notifies the observer and counts changes of text, value and index.
+  virtual void FocusArrived() {}  ///< Called when the focus has arrived, whoever moved it.
 
  private:
   friend class Form;
+  void NotifyWithMembers(Aspect aspect);
   Form& form_;
   const ControlInfo& info_;
   std::string caption_;

@@ -3,40 +3,32 @@
 #include <plovix/base/failure.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace plovix {
 namespace {
 
-std::unique_ptr<Control> MakeControl(Form& form, const ControlInfo& info) {
-  switch (info.kind) {
-    case Kind::kLabel:
-      return std::make_unique<Label>(form, info);
-    case Kind::kTextBox:
-      return std::make_unique<TextBox>(form, info);
-    case Kind::kCheckBox:
-      return std::make_unique<CheckBox>(form, info);
-    case Kind::kOptionButton:
-      return std::make_unique<OptionButton>(form, info);
-    case Kind::kComboBox:
-      return std::make_unique<ComboBox>(form, info);
-    case Kind::kCommandButton:
-      return std::make_unique<CommandButton>(form, info);
-    case Kind::kFrame:
-      return std::make_unique<Frame>(form, info);
-    case Kind::kDateTimePicker:
-      return std::make_unique<DateTimePicker>(form, info);
-    case Kind::kHostSlot:
-      return std::make_unique<HostSlot>(form, info);
-  }
-  throw Failure(failure_number::kInternal, "Unknown kind of control");
+template <class Type>
+std::unique_ptr<Control> Make(Form& form, const ControlInfo& info) {
+  return std::make_unique<Type>(form, info);
+}
+
+template <class... Classes>
+std::unique_ptr<Control> MakeControl(Form& form, const ControlInfo& info,
+                                     std::type_identity<std::tuple<Classes...>> /*classes*/) {
+  constexpr std::array kMakers{&Make<Classes>...};
+  const auto kind = static_cast<std::size_t>(info.kind);
+  if (kind >= kMakers.size()) throw Failure(failure_number::kInternal, "Unknown kind of control");
+  return kMakers.at(kind)(form, info);
 }
 
 }  // namespace
 
 Form::Form(const DesignView& design) : design_(design) {
   controls_.reserve(design.rows.size());
-  for (const ControlInfo& info : design.rows) controls_.push_back(MakeControl(*this, info));
+  constexpr std::type_identity<ControlClasses> kClasses;
+  for (const ControlInfo& info : design.rows) controls_.push_back(MakeControl(*this, info, kClasses));
 }
 
 Control* Form::Find(std::string_view name) const {

@@ -1,6 +1,6 @@
 /// @file
-/// A page's controls: made from its design, owned here, in design order. The form also knows the focus
-/// and the mouse pointer. Surfaces render a form; the translator re-captions it.
+/// A page's controls: created from its design, owned here, in design order. The form also knows the focus and
+/// the mouse pointer. Surfaces render a form; the translator sets its captions.
 #pragma once
 
 #include <functional>
@@ -17,72 +17,72 @@ namespace plovix {
 struct DesignView {
   std::string_view page;              ///< the page's name: "Details"
   std::span<const ControlInfo> rows;  ///< in declaration order
-  /// The reading order, which is also that of the Tab key, top to bottom: the names on one line, a blank
-  /// between them. Every control stands on exactly one line.
+  /// The reading order, which is also that of the Tab key, from top to bottom: the names on one line,
+  /// separated by spaces. Every control is on exactly one line.
   std::span<const std::string_view> lines;
 };
 
 /// Mouse pointers by their customary codes.
 enum class Pointer {
   kDefault = 0,  ///< the toolkit's own choice
-  kWait = 11     ///< over all of the program, while the page loads something that may take long
+  kWait = 11     ///< over the whole program, while the page loads something that may take long
 };
 
 /// Implemented by a surface; called after the state has changed. Not owned by the form.
 class FormObserver {
  public:
   virtual ~FormObserver() = default;
-  /// Form::MousePointer is another one.
+  /// Form::MousePointer has changed.
   virtual void PointerChanged() = 0;
-  /// The page asks to be drawn anew, from the state that its controls have now.
+  /// The page asks to be redrawn from the current state of its controls.
   virtual void RedrawRequested() = 0;
 };
 
-/// Owned by its page and as old as it.
+/// Owned by its page, with the same lifetime.
 class Form {
  public:
-  /// Makes one control for each row; what the design names outlives the form.
+  /// Creates one control for each row; the design's data outlive the form.
   explicit Form(const DesignView& design);
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
 
-  /// As it was given.
+  /// The design that the form was created from.
   [[nodiscard]] const DesignView& Design() const noexcept { return design_; }
   /// The number of controls.
   [[nodiscard]] std::size_t Count() const noexcept { return controls_.size(); }
   /// 0-based, in design order; `index` is less than Count().
   [[nodiscard]] Control& At(std::size_t index) const { return *controls_.at(index); }
-  /// nullptr when no control has that name (case matters).
+  /// nullptr if no control has that name (case matters).
   [[nodiscard]] Control* Find(std::string_view name) const;
-  /// Fails with 5 when no control has that name.
+  /// Fails with 5 if no control has that name.
   [[nodiscard]] Control& Get(std::string_view name) const;
   /// The page's one group of options, in design order.
   [[nodiscard]] std::vector<OptionButton*> OptionButtons() const;
 
-  /// The control that has the focus, nullptr when none has.
+  /// The control that has the focus, nullptr if none has.
   [[nodiscard]] Control* Focused() const noexcept { return focused_; }
   /// @{
-  /// What the pointer looks like over the page, and everywhere else in the program. Set by the page.
+  /// The pointer over the page and everywhere else in the program. Set by the page.
   [[nodiscard]] Pointer MousePointer() const noexcept { return pointer_; }
   void SetMousePointer(Pointer pointer);
   /// @}
 
-  /// Display only: asks the surface to draw the page anew.
+  /// Display only: asks the surface to redraw the page.
   void Redraw();
 
-  /// The page's handler for becoming visible.
+  /// Sets the page's handler for becoming visible.
   void OnShow(std::function<void()> handler) { on_show_ = std::move(handler); }
-  /// The page has become visible: runs that handler. Through User::Show.
+  /// The page has become visible: runs that handler. Called through User::Show.
   void Show(UserKey key);
 
   /// Number of changes of texts, values and selections so far, whoever made them.
   [[nodiscard]] unsigned Changes() const noexcept { return changes_; }
-  /// True once a user has changed something, embedded controls included.
+  /// True once a user has changed something, including in embedded controls.
   [[nodiscard]] bool Touched() const;
-  /// A verb of the user's changed something.
+  /// A verb has changed something.
   void Touch(UserKey /*key*/) noexcept { touched_ = true; }
 
-  /// At most one observer; nullptr takes it away.
+  /// At most one observer; nullptr removes it.
   void Observe(FormObserver* observer) noexcept { observer_ = observer; }
 
  private:

@@ -4,10 +4,24 @@
 #include <plovix/base/utf8.h>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "form.h"
 
 namespace plovix {
+namespace {
+
+constexpr std::array<std::string_view, std::tuple_size_v<ControlClasses>> kKindNames{
+    "Label",         "TextBox", "CheckBox",       "OptionButton", "ComboBox",
+    "CommandButton", "Frame",   "DateTimePicker", "HostSlot"};
+
+}  // namespace
+
+std::string_view KindName(Kind kind) {
+  const auto index = static_cast<std::size_t>(kind);
+  return index < kKindNames.size() ? kKindNames.at(index) : std::string_view{};
+}
 
 void Label::SetLink(bool link) {
   if (link == link_) return;
@@ -103,7 +117,12 @@ std::int32_t ComboBox::ItemData(int index) const {
 
 void ComboBox::AddItem(std::string text, std::int32_t data) {
   items_.push_back({std::move(text), data});
-  Notify(Aspect::kItems);
+  untold_ = true;
+  if (batches_ == 0) TellItems();
+}
+
+void ComboBox::TellItems() {
+  if (std::exchange(untold_, false)) Notify(Aspect::kItems);
 }
 
 void ComboBox::SetItemData(int index, std::int32_t data) {
@@ -115,14 +134,16 @@ void ComboBox::Clear() {
   items_.clear();
   index_ = -1;
   text_.clear();
-  Notify(Aspect::kItems);
+  untold_ = true;  // at once: new entries could look like the old ones with some more
+  TellItems();
 }
 
-// Shows the entry without raising anything; true when the index is another one than before.
+// Shows the entry without raising anything; true if the index has changed.
 bool ComboBox::Show(int index) {
   if (index < -1 || index >= Count()) {
     throw Failure(failure_number::kInvalidPropertyValue, "Invalid property value");
   }
+  TellItems();
   const bool changed = index != index_;
   index_ = index;
   text_ = index < 0 ? std::string{} : At(index).text;
@@ -160,6 +181,13 @@ void ComboBox::Type(UserKey /*key*/, std::string text) {
 
 void ComboBox::DropDown(UserKey /*key*/) {
   Raise(Event::kDropDown);
+}
+
+DateTime DateTimePicker::WithShown(DateTime entered) const {
+  const auto day = [](DateTime time) { return std::chrono::floor<std::chrono::days>(time); };
+  const DateTime date = ShowsTime() ? value_ : entered;
+  const DateTime time = ShowsTime() ? entered : value_;
+  return day(date) + (time - day(time));
 }
 
 void DateTimePicker::SetValue(DateTime value) {

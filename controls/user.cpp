@@ -1,27 +1,20 @@
 #include "user.h"
 
-#include <optional>
+#include <plovix/base/failure.h>
 
 namespace plovix {
 
-// Copies a failure out of its catch block before the listener shows it: no exception may be alive while
-// a dialog runs its own event loop.
 template <class Verb>
 void User::Run(Form& form, std::string_view procedure, Verb verb) {
   listener_.EventBegins();
   const unsigned changes = form.Changes();
-  std::optional<Failure> failure;
-  try {
-    verb();
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf(verb);
   if (form.Changes() != changes) form.Touch(UserKey{});
   if (failure) listener_.EventFailed(*failure, procedure);
   listener_.EventEnds();
 }
 
-// `verb` takes the control as its own kind.
+// `verb` gets the control as its actual class.
 template <class Type, class Verb>
 bool User::On(Control& control, Event event, Verb verb) {
   auto* typed = dynamic_cast<Type*>(&control);
@@ -105,7 +98,7 @@ bool User::Enter(Control& control) {
 }
 
 bool User::Leave(Control& control) {
-  // A control that was disabled or hidden while it had the focus is left all the same.
+  // A control that was disabled or hidden while it had the focus can still be left.
   if (!control.Usable() && !control.HasFocus()) return false;
   Run(control.Container(), std::string(control.Name()) + "_LostFocus",
       [&] { control.LeaveFocus(UserKey{}); });

@@ -1,5 +1,4 @@
-// What a page design is, and the checks that run on it while it compiles. Used by the designs of this
-// room and by the page base.
+// What a page design is, and its compile-time checks. Used by the designs of this room and by the page base.
 #pragma once
 
 #include <plovix/controls/form.h>
@@ -7,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <tuple>
 
 namespace plovix {
 
@@ -15,17 +13,17 @@ template <std::size_t kRows, std::size_t kLines>
 struct Design {
   std::string_view page;
   std::array<ControlInfo, kRows> rows;         // in declaration order
-  std::array<std::string_view, kLines> lines;  // the names on one line, blank between; top to bottom
+  std::array<std::string_view, kLines> lines;  // the names on each line, separated by spaces; top to bottom
 
   [[nodiscard]] constexpr DesignView View() const { return {page, rows, lines}; }
-  // Position of the named row; kRows when there is none.
+  // Position of the named row; kRows if there is none.
   [[nodiscard]] constexpr std::size_t IndexOf(std::string_view name) const {
     const auto found = std::ranges::find(rows, name, &ControlInfo::name);
     return static_cast<std::size_t>(found - rows.begin());
   }
 };
 
-// Calls `visit` with each name standing on a line.
+// Calls `visit` with each name on a line.
 template <class Visit>
 constexpr void ForEachName(std::string_view line, Visit visit) {
   while (!line.empty()) {
@@ -35,8 +33,8 @@ constexpr void ForEachName(std::string_view line, Visit visit) {
   }
 }
 
-// Checks a design and gives it back. Does not compile when a name is empty or given twice, a frame or a
-// name in a line is unknown, or a control does not stand on exactly one line.
+// Checks a design and returns it. Does not compile if a name is empty or occurs twice, a frame or a name in a
+// line is unknown, or a control is not on exactly one line.
 template <std::size_t kRows, std::size_t kLines>
 consteval Design<kRows, kLines> MakeDesign(std::string_view page, const ControlInfo (&rows)[kRows],
                                            const std::string_view (&lines)[kLines]) {
@@ -71,11 +69,5 @@ struct ControlName {
   [[nodiscard]] constexpr std::string_view View() const { return {value, kSize - 1}; }
   char value[kSize]{};
 };
-
-// The class of a control of each kind, in the order of the kinds.
-using ControlClasses = std::tuple<Label, TextBox, CheckBox, OptionButton, ComboBox, CommandButton, Frame,
-                                  DateTimePicker, HostSlot>;
-template <Kind kKind>
-using ControlOf = std::tuple_element_t<static_cast<std::size_t>(kKind), ControlClasses>;
 
 }  // namespace plovix

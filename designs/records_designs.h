@@ -5,8 +5,8 @@
 
 namespace plovix {
 
-// The failed-records box is enabled and the pickers are not, in agreement with the unchecked boxes: loading
-// runs no handler for a box that keeps its value.
+// The failed-records box is enabled and the pickers are disabled, to match the unchecked boxes, because
+// loading runs no handler for a box that keeps its value.
 inline constexpr auto kRecordsDesign = MakeDesign(
     "Records",
     {

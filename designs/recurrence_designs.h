@@ -1,5 +1,5 @@
-// Designs of the recurrence pages. Captions are fall-backs for the language table. Two texts are shared on
-// purpose: lblMonths of the monthly page carries the number of the first ordinal, and the yearly page's
+// Designs of the recurrence pages. Captions are fallbacks for the language table. Two texts are shared on
+// purpose: lblMonths of the monthly page has the number of the first ordinal, and the yearly page's
 // introduction is that of the time of execution.
 #pragma once
 

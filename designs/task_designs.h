@@ -1,6 +1,5 @@
-// Designs of the task type page and the details page. Captions are fall-backs for the language table;
-// two tags are stored irregularly and stay so: lblSingleRecord lacks the semicolon, fraSettings is lower
-// case.
+// Designs of the task type page and the details page. Captions are fallbacks for the language table. Two tags
+// are irregular on purpose: lblSingleRecord lacks the semicolon, fraSettings is lower case.
 #pragma once
 
 #include "design.h"

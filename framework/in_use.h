@@ -1,5 +1,5 @@
-// Counts what of the component's code is still reachable from outside, so that a host that has loaded it at
-// run time knows when it may unload it again.
+// Counts the objects through which the component's code is still reachable, so that a host that has loaded it
+// at run time knows when it may unload it.
 #pragma once
 
 #include <atomic>
@@ -7,8 +7,8 @@
 
 namespace plovix {
 
-// A token: as long as one lives, the component's code is needed. Held by every page and factory, and by every
-// function object that a page leaves with the host.
+// A token: as long as one exists, the component's code is needed. Held by every page and factory, and by
+// every function object that a page leaves with the host.
 class InUse {
  public:
   InUse() noexcept { ++count_; }
@@ -22,8 +22,8 @@ class InUse {
   static std::atomic<int> count_;
 };
 
-// For std::allocate_shared: the token lives until the last reference, weak ones included, is gone, because
-// dropping that one still runs the component's code.
+// For std::allocate_shared: the token lives until the last reference, including weak ones, is gone, because
+// dropping it still runs the component's code.
 template <class T>
 struct InUseAllocator : std::allocator<T> {
   InUseAllocator() = default;

@@ -21,7 +21,8 @@ bool TakeSign(std::string_view& text) {
   return negative;
 }
 
-// The number 0.d1d2d3... times ten to `exponent`, its first digit not zero; no digits: zero.
+// The number 0.d1d2d3... times ten to the power of `exponent`, with a first digit other than zero; no digits
+// mean zero.
 class Decimal {
  public:
   void Append(char digit, bool behind_separator) {
@@ -38,14 +39,14 @@ class Decimal {
   }
   void Shift(std::int64_t places) { exponent_ += places; }
 
-  // Nothing when the number lies beyond the doubles.
+  // Nothing if the number is outside the range of doubles.
   [[nodiscard]] std::optional<double> ToDouble() const;
-  // Nothing when the rounded number lies beyond the 32-bit integers.
+  // Nothing if the rounded number is outside the range of 32-bit integers.
   [[nodiscard]] std::optional<std::int32_t> ToInteger(bool negative) const;
 
  private:
-  // No more digits than these can decide how a double is rounded; of the rest it counts only whether
-  // one of them is not zero.
+  // More digits than these never decide how a double is rounded; of the rest it only matters whether one of
+  // them is not zero.
   static constexpr std::size_t kKept = 800;
   [[nodiscard]] int Digit(std::int64_t position) const {
     return position < static_cast<std::int64_t>(count_) ? digits_[static_cast<std::size_t>(position)] - '0'
@@ -93,7 +94,7 @@ std::optional<std::int32_t> Decimal::ToInteger(bool negative) const {
   return static_cast<std::int32_t>(whole);
 }
 
-// Takes the digits and their separator off `text`; false when there is no digit.
+// Removes the digits and their separator from the start of `text`; false if there is no digit.
 bool TakeDigits(std::string_view& text, std::string_view separator, Decimal& number) {
   bool any = false;
   bool behind_separator = false;
@@ -112,10 +113,10 @@ bool TakeDigits(std::string_view& text, std::string_view separator, Decimal& num
   return any;
 }
 
-// Takes an exponent off `text`, where there is one; false when it has no digit.
+// Removes an exponent, if any, from the start of `text`; false if it has no digit.
 bool TakeExponent(std::string_view& text, Decimal& number) {
   if (!text.starts_with('e') && !text.starts_with('E')) return true;
-  constexpr std::int64_t kEnough = 1'000'000'000'000'000;  // outweighs every possible count of digits
+  constexpr std::int64_t kEnough = 1'000'000'000'000'000;  // exceeds every possible count of digits
   text.remove_prefix(1);
   const bool negative = TakeSign(text);
   if (text.empty() || !IsDigit(text.front())) return false;

@@ -1,4 +1,4 @@
-// Numbers as a user types them: what the pages with numeric fields accept, and how it becomes an integer.
+// Numbers as a user types them: what the pages with numeric fields accept, and how that becomes an integer.
 #pragma once
 
 #include <cstdint>
@@ -7,19 +7,19 @@
 
 namespace plovix {
 
-// Text that was found numeric. Costs the same few bytes however long the text was.
+// The number in a numeric text. It takes the same few bytes however long the text is.
 class NumericText {
  public:
-  // Blanks around, one leading sign, digits with at most one `separator` among them, an optional exponent
-  // ("e" or "E", an optional sign, digits) and nothing else: no thousands separators, currency, inf or nan.
-  // Nothing for any other text, and for a number beyond the range of a double.
+  // Accepts surrounding blanks, one leading sign, digits with at most one `separator` among them, an optional
+  // exponent ("e" or "E", an optional sign, digits) and nothing else: no thousands separators, currency, inf
+  // or nan. Nothing for any other text, and for a number outside the range of a double.
   [[nodiscard]] static std::optional<NumericText> Parse(std::string_view text,
                                                         std::string_view separator = ".");
 
-  // The nearest double; 0 for what is smaller than every double.
+  // The nearest double; 0 for a number smaller than every double.
   [[nodiscard]] double Value() const noexcept { return value_; }
   [[nodiscard]] bool IsGreaterThan(std::int32_t bound) const noexcept { return value_ > bound; }
-  // Rounded in decimal digits, halves to the even integer; fails with 6 when the result does not fit.
+  // Rounded in decimal digits, halves to the even integer; fails with 6 if the result does not fit.
   [[nodiscard]] std::int32_t ToInt32() const;
 
  private:

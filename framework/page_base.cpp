@@ -10,7 +10,7 @@ constexpr int kTranslateFlag = 1;
 }  // namespace
 
 std::string PageBase::GetString(int id, const std::vector<std::string>& parameters) {
-  return Set(Application()->Language())->GetString(id, kModule, parameters);
+  return Application()->Language()->GetString(id, kModule, parameters);
 }
 
 int PageBase::MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters) {
@@ -26,7 +26,7 @@ std::string PageBase::IWizardPage_Description() {
   return GetString(kDescriptionText);
 }
 
-void PageBase::Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+void PageBase::Begin(Ref<WizardHost> host, Ref<ValueStore> store) {
   ended_ = false;
   Wizard = std::move(host);
   Store = std::move(store);
@@ -36,7 +36,7 @@ void PageBase::Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStor
 }
 
 void PageBase::TranslateCaptions() {
-  Set(Application()->Translator())->TranslateControls(Controls(), kModule, kTranslateFlag);
+  Application()->Translator()->TranslateControls(Controls(), kModule, kTranslateFlag);
 }
 
 void PageBase::IWizardPage_Terminate() {
@@ -49,7 +49,7 @@ void PageBase::WorkEnds() {
   if (--working_ == 0 && ended_) Store = nullptr;
 }
 
-void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) {
+void CommonPage::IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) {
   Procedure("IWizardPage_Initialize", [&](Statements& run) {
     Begin(std::move(host), std::move(store));
     run([&] { TranslateCaptions(); });
@@ -59,7 +59,7 @@ void CommonPage::IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::s
   });
 }
 
-// The answer is set last: a procedure that was left on the way keeps the user on the page.
+// The answer is set last, so that the user stays on the page if a procedure is left before.
 bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
   bool answer = false;
   Procedure("IWizardPage_CanChangePage", [&](Statements& /*run*/) {
@@ -75,7 +75,7 @@ bool CommonPage::IWizardPage_CanChangePage(ChangeDirection direction) {
 
 Outcome CommonPage::RefreshWizard() {
   return Procedure("RefreshWizard", [&](Statements& run) {
-    const auto wizard = Wizard;  // held: it may end the page
+    const auto wizard = Wizard;  // held, because it may end the page
     if (!wizard) return;
     std::optional<bool> flag;
     run([&] { flag = CanContinue(); });
@@ -83,15 +83,14 @@ Outcome CommonPage::RefreshWizard() {
   });
 }
 
-void CommonPage::TakeTask(Statements& run, std::source_location where) {
-  const auto held = [&] { return Set(Store)->Exists(store_key::kAutoTask); };
-  if (!run.If(held, where)) return;
-  run([&] { Task = ObjectFrom<AutoTask>(Set(Store->Item(store_key::kAutoTask))->Value()); }, where);
+void CommonPage::TakeTask(RunAt run) {
+  if (!run.If([&] { return Store->Exists(store_key::kAutoTask); })) return;
+  run([&] { Task = ObjectFrom<AutoTask>(Store->Item(store_key::kAutoTask)->Value()); });
 }
 
-void CommonPage::Choose(Statements& run, OptionButton& option, std::source_location where) {
-  run([&] { option.SetFocus(); }, where);
-  run([&] { option.Select(); }, where);
+void CommonPage::Choose(RunAt run, OptionButton& option) {
+  run([&] { option.SetFocus(); });
+  run([&] { option.Select(); });
 }
 
 }  // namespace plovix

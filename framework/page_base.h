@@ -1,5 +1,5 @@
-// The bases of the pages: PageBase owns the controls and answers what is the same everywhere;
-// CommonPage adds the common lifecycle, the way a page is left and the pushed can-continue flag.
+// The base classes of the pages: PageBase owns the controls and implements what is the same everywhere;
+// CommonPage adds the common lifecycle, leaving a page and the can-continue flag.
 #pragma once
 
 #include <plovix/controls/form.h>
@@ -7,7 +7,6 @@
 #include <plovix/host/services.h>
 
 #include <optional>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -32,14 +31,15 @@ class PageBase : public WizardPage {
   void IWizardPage_GetMinimumSize(int& /*width*/, int& /*height*/) final {}
 
  protected:
-  // Runs a named procedure with the page's error handler. A host may end the page from within any call of
-  // its own: the store stays in reach until the procedure has ended.
+  // Runs a named procedure with the page's error handler. Any call of the host may end the page, so the store
+  // is kept until the procedure has ended.
   template <class Body>
   Outcome Procedure(std::string_view name, Body&& body) {
     const Working working(*this);
     return RunProcedure(PageName(), name, std::forward<Body>(body));
   }
-  // A procedure that answers: what `body` gives; false where a failure befell it, whatever became of that.
+  // A procedure with an answer: the result of `body`; false if any of its statements failed, whatever was
+  // answered.
   template <class Body>
   bool Answer(std::string_view name, Body&& body) {
     bool answer = false;
@@ -47,9 +47,9 @@ class PageBase : public WizardPage {
     return answer;
   }
 
-  // Loads a control, or a member that no control holds, as one statement of the calling procedure; false
-  // when it was skipped. Then, and where loading never came so far, Save leaves alone what is stored until
-  // the user has given another value.
+  // Loads a control, or a member without a control, as one statement of the calling procedure; false if it
+  // was skipped. In that case, and if loading never got this far, Save leaves the stored value alone until
+  // the user has given another one.
   template <class Thing, class Statement>
   bool Load(Statements& run, const Thing& thing, Statement&& statement,
             std::source_location where = std::source_location::current()) {
@@ -58,7 +58,7 @@ class PageBase : public WizardPage {
     unread_.Remove(&thing);
     return true;
   }
-  // True when it was written.
+  // True if it was written.
   template <class Thing, class Statement>
   bool Save(Statements& run, const Thing& thing, Statement&& statement,
             std::source_location where = std::source_location::current()) {
@@ -73,23 +73,22 @@ class PageBase : public WizardPage {
     unread_.Add(thing);
   }
 
-  // What Initialize starts with, so that a page does not remember what it was before: keeps the references,
-  // has no task, selects no option and has read nothing.
-  void Begin(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store);
-  // Re-captions the controls; lets failures through.
+  // Resets the page at the start of Initialize: keeps the references, has no task, selects no option and has
+  // read nothing.
+  void Begin(Ref<WizardHost> host, Ref<ValueStore> store);
+  // Sets the captions of the controls; lets failures through.
   void TranslateCaptions();
 
   // Text `id` of the pages' module.
   [[nodiscard]] static std::string GetString(int id, const std::vector<std::string>& parameters = {});
-  [[nodiscard]] static std::shared_ptr<HostApplication> Application() {
-    return Set(Services().Application());
-  }
-  // A box of the host's with a text of the pages under the application's title; gives back the user's answer.
+  [[nodiscard]] static Ref<HostApplication> Application() { return Services().Application(); }
+  // Shows the host's message box with a text of the pages and the application's title; returns the user's
+  // answer.
   static int MsgBox(int text_id, int buttons, const std::vector<std::string>& parameters = {});
 
-  std::shared_ptr<WizardHost> Wizard;
-  std::shared_ptr<ValueStore> Store;
-  std::shared_ptr<AutoTask> Task;
+  Ref<WizardHost> Wizard;
+  Ref<ValueStore> Store;
+  Ref<AutoTask> Task;
 
  private:
   class Working {
@@ -106,7 +105,7 @@ class PageBase : public WizardPage {
 
   Form form_;
   Unread unread_;
-  int working_ = 0;  // procedures being run, one within the other
+  int working_ = 0;  // number of procedures being run, nested ones included
   bool ended_ = false;
 };
 
@@ -114,29 +113,28 @@ class PageBase : public WizardPage {
 class CommonPage : public PageBase {
  public:
   using PageBase::PageBase;
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) final;
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) final;
   bool IWizardPage_CanChangePage(ChangeDirection direction) final;
 
   // Pushes the can-continue flag to the host; does nothing before Initialize and after Terminate.
   Outcome RefreshWizard();
 
  protected:
-  // Takes the task out of the store where it holds one, as statements of the calling procedure.
-  void TakeTask(Statements& run, std::source_location where = std::source_location::current());
+  // Gets the task from the store if there is one, as statements of the calling procedure.
+  void TakeTask(RunAt run);
   // Gives the option the focus and selects it.
-  static void Choose(Statements& run, OptionButton& option,
-                     std::source_location where = std::source_location::current());
+  static void Choose(RunAt run, OptionButton& option);
 
  private:
-  // Page-specific preparation between translating and refreshing.
+  // Page-specific preparation, between translating and refreshing.
   virtual void Prepare() { RetrieveValues(); }
   virtual Outcome RetrieveValues() = 0;
   // What Back does before the page is left; pages save without validating unless they say otherwise.
   virtual Outcome SaveOnBack() { return SaveValues(); }
-  // Checks the controls on Next and Finish and tells the user what is wrong; false when left.
+  // Checks the controls on Next and Finish and tells the user what is wrong; false if the procedure was left.
   virtual bool Validate() { return true; }
   virtual Outcome SaveValues() = 0;
-  // Whether the page's content allows moving on; nothing: the host is not called.
+  // Whether the page's content allows moving on; nothing if the host is not to be called.
   virtual std::optional<bool> CanContinue() { return true; }
 };
 

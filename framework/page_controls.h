@@ -1,4 +1,4 @@
-// Reaching a page's controls by their names, with their types taken from the design at compile time.
+// Access to a page's controls by name, with their types taken from the design at compile time.
 #pragma once
 
 #include <plovix/designs/design.h>
@@ -13,6 +13,8 @@ namespace plovix {
 template <const auto& kDesign, class Base = CommonPage>
 class PageWith : public Base {
  public:
+  static constexpr std::string_view kPageName = kDesign.page;
+
   PageWith() : Base(kDesign.View()) {}
 
  protected:

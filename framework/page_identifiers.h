@@ -1,12 +1,12 @@
 /// @file
-/// The identifiers under which pages are created and named as next page. Which page follows which is in
-/// docs/page-flow.md.
+/// The identifiers under which pages are created and named as the next page. docs/page-flow.md shows which
+/// page follows which.
 #pragma once
 
 #include <plovix/base/requirements.h>
 
-/// "Plovix." and the name of the page. Plain characters: an object with a constructor would be made once by
-/// each library and program that shares it.
+/// "Plovix." and the name of the page. Character arrays, because each library and program that includes this
+/// would construct its own copy of an object with a constructor.
 namespace plovix::page_identifier {
 
 inline constexpr char kAutoTaskType[] = "Plovix.AutoTaskType";  ///< what records it processes; the first page

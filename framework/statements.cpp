@@ -5,8 +5,8 @@
 namespace plovix {
 
 bool Statements::WantsRetry(const Failure& failure, int line) const {
-  switch (Set(Set(Services().Application())->ErrorReporter())
-              ->Report(failure.Number(), failure.Description(), kModule, page_, procedure_, line)) {
+  switch (Services().Application()->ErrorReporter()->Report(failure.Number(), failure.Description(), kModule,
+                                                            page_, procedure_, line)) {
     case ReportAction::kRetry:
       return true;
     case ReportAction::kContinue:
@@ -14,7 +14,7 @@ bool Statements::WantsRetry(const Failure& failure, int line) const {
     case ReportAction::kLeave:
       break;
   }
-  throw Left{};  // also for an answer outside the enumeration
+  throw Left{};  // even for an answer outside the enumeration
 }
 
 }  // namespace plovix

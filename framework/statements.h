@@ -1,5 +1,5 @@
-// The statement runner: how every named procedure with a handler meets a failure. One source statement
-// per call; what a statement does before it fails stays done, so compute first and change state last.
+// The statement runner: how every named procedure with a handler deals with failures. Each call runs one
+// source statement. What a statement does before it fails stays done, so compute first and change state last.
 #pragma once
 
 #include <plovix/base/failure.h>
@@ -11,17 +11,17 @@
 
 namespace plovix {
 
-// Whether a procedure ran to its end or was left by the reporter's answer.
+// Whether a procedure ran to its end or was left because of the reporter's answer.
 enum class Outcome { kCompleted, kLeft };
 
-// Handed to a procedure's body. Calling it runs one statement; a failure goes to the host's error
-// reporter, whose answer runs the statement again, skips it, or leaves the procedure. What a skipped
-// statement was to give is not known, and what is not known is not written.
+// Passed to a procedure's body. Calling it runs one statement. A failure goes to the host's error reporter,
+// whose answer retries the statement, skips it, or leaves the procedure. The result of a skipped statement is
+// unknown, and unknown values are not written.
 class Statements {
  public:
   Statements(std::string_view page, std::string_view procedure) : page_(page), procedure_(procedure) {}
 
-  // False when the statement was skipped.
+  // False if the statement was skipped.
   template <class Statement>
   bool operator()(Statement&& statement, std::source_location where = std::source_location::current()) {
     for (;;) {
@@ -40,7 +40,7 @@ class Statements {
     }
   }
 
-  // What `read` gives, as one statement; nothing when it was skipped.
+  // The result of `read`, as one statement; nothing if it was skipped.
   template <class Expression>
   [[nodiscard]] auto Read(Expression&& read, std::source_location where = std::source_location::current()) {
     std::optional<std::decay_t<std::invoke_result_t<Expression&>>> value;
@@ -48,17 +48,23 @@ class Statements {
     return value;
   }
 
-  // Evaluates a condition as one statement; one that failed and was skipped counts as false. Only for
-  // conditions whose other side loses nothing; else Read.
-  template <class Condition>
-  [[nodiscard]] bool If(Condition&& condition, std::source_location where = std::source_location::current()) {
-    return Read(condition, where).value_or(false);
+  // The same for what has a value of its own for nothing: that value when it was skipped.
+  template <class Expression>
+  [[nodiscard]] auto Get(Expression&& read, std::source_location where = std::source_location::current()) {
+    return Read(read, where).value_or(std::decay_t<std::invoke_result_t<Expression&>>());
   }
 
-  // How many statements were skipped so far, by the reporter's answer.
+  // Evaluates a condition as one statement; if it was skipped, it counts as false. Only for conditions for
+  // which false loses nothing; otherwise use Read.
+  template <class Condition>
+  [[nodiscard]] bool If(Condition&& condition, std::source_location where = std::source_location::current()) {
+    return Get(condition, where);
+  }
+
+  // How many statements have been skipped so far.
   [[nodiscard]] int Skipped() const noexcept { return skipped_; }
 
-  // Leaves the procedure, because one that it has called was left.
+  // Leaves the procedure because one that it called was left.
   [[noreturn]] static void Leave() { throw Left{}; }
 
  private:
@@ -66,8 +72,8 @@ class Statements {
   friend Outcome RunProcedure(std::string_view page, std::string_view procedure, Body&& body);
   struct Left {};
 
-  // Reports; true for retry, false for continue, throws Left for any other answer. Called with no
-  // exception alive, because the reporter may show a dialog.
+  // Reports a failure; returns true for retry, false for continue, and throws Left for any other answer.
+  // Called with no exception alive, because the reporter may show a dialog.
   bool WantsRetry(const Failure& failure, int line) const;
 
   std::string_view page_;
@@ -75,7 +81,30 @@ class Statements {
   int skipped_ = 0;
 };
 
-// Runs `body`, called with a Statements, as the named procedure of a page.
+// What a helper takes in place of the Statements of the procedure that calls it: its statements count as that
+// procedure's, at the line of the call, which must not be broken into several lines.
+struct RunAt {
+  RunAt(Statements& run,  // NOLINT(google-explicit-constructor): made by the call
+        std::source_location line = std::source_location::current())
+      : statements(run), where(line) {}
+  template <class Statement>
+  bool operator()(Statement&& statement) const {
+    return statements(statement, where);
+  }
+  template <class Expression>
+  [[nodiscard]] auto Read(Expression&& read) const {
+    return statements.Read(read, where);
+  }
+  template <class Condition>
+  [[nodiscard]] bool If(Condition&& condition) const {
+    return statements.If(condition, where);
+  }
+
+  Statements& statements;
+  const std::source_location where;
+};
+
+// Runs `body`, with a Statements as argument, as the named procedure of a page.
 template <class Body>
 Outcome RunProcedure(std::string_view page, std::string_view procedure, Body&& body) {
   Statements run(page, procedure);

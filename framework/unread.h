@@ -1,4 +1,4 @@
-// What a page could not read: saving leaves it as it is stored until the user has given another value.
+// What a page could not read. Saving leaves the stored value alone until the user has given another one.
 #pragma once
 
 #include <plovix/controls/form.h>
@@ -9,23 +9,23 @@
 
 namespace plovix {
 
-// What the user can change about the control; of an option button, which one of the page is selected.
+// What the user can change about the control; for an option button, which one on the page is selected.
 [[nodiscard]] std::string ValueNow(const Control& control);
-// A member of a page that no control holds is its own value.
+// A member of a page without a control is its own value.
 template <class Member>
 [[nodiscard]] Member ValueNow(const Member& member) requires(!std::is_base_of_v<Control, Member>) {
   return member;
 }
 
-// Controls and members of one page, which outlive it.
+// The controls and members of one page that could not be read; they outlive this object.
 class Unread {
  public:
-  // The thing does not hold what is stored, as long as it keeps the value that it has now.
+  // The thing does not have the stored value, as long as its current value does not change.
   template <class Thing>
   void Add(const Thing& thing) {
     things_[&thing] = [&thing, left = ValueNow(thing)] { return ValueNow(thing) == left; };
   }
-  // The thing holds what is stored.
+  // The thing has the stored value.
   void Remove(const void* thing) { things_.erase(thing); }
   [[nodiscard]] bool Has(const void* thing) const {
     const auto found = things_.find(thing);

@@ -1,5 +1,5 @@
 /// @file
-/// The contract between a wizard and its pages: eleven operations in slot order. Every call comes on the
+/// The contract between a wizard and its pages: eleven operations in vtable order. Every call comes on the
 /// user-interface thread.
 #pragma once
 
@@ -13,36 +13,35 @@
 
 namespace plovix {
 
-/// The direction a user leaves a page in; any 32-bit code may arrive.
+/// The direction in which a user leaves a page; any 32-bit code may be passed.
 enum class ChangeDirection : std::int32_t {
   kNext = 0,    ///< checks and saves
-  kBack = 1,    ///< saves unchecked, so that half an input is offered again; Details saves nothing
+  kBack = 1,    ///< saves unchecked, so that partial input is kept; Details saves nothing
   kFinish = 2,  ///< checks and saves; refused by the first page
   kCancel = 3   ///< saves nothing
 };
 
 /// What a wizard calls, in this order: Initialize once; the queries any number of times; CanChangePage
-/// whenever the user tries to leave; Terminate when the page has been left, or could not be shown. A page
-/// whose Initialize failed is not used further, but for Terminate.
+/// whenever the user tries to leave; Terminate when the page has been left, or could not be shown. After a
+/// failed Initialize only Terminate is called.
 class IWizardPage {
  public:
   /// @{
-  /// Title and description of the wizard, the same on every page: texts 4 and 5. Let failures through.
+  /// Title and description of the wizard, the same on every page: texts 4 and 5. Both let failures through.
   [[nodiscard]] virtual std::string IWizardPage_Title() = 0;
   [[nodiscard]] virtual std::string IWizardPage_Description() = 0;
   /// @}
   /// Keeps both references until Terminate, translates the captions, loads the values and pushes the
   /// can-continue flag through `host`. The store holds the task; the page's slots have been filled before.
-  virtual void IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
-                                      std::shared_ptr<ValueStore> store) = 0;
+  virtual void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) = 0;
   /// Drops both references; saves nothing.
   virtual void IWizardPage_Terminate() = 0;
-  /// Writes the identifier of the page that follows, empty where this page ends the wizard. May leave
-  /// `next` as the caller passed it. Computed anew from the task and the controls at each call; asked for
-  /// again after CanChangePage has agreed, it sees what was saved. Lets failures through.
+  /// Writes the identifier of the next page, empty if this page ends the wizard. May leave `next` as the
+  /// caller passed it. Computed from the task and the controls at each call, so a call after a successful
+  /// CanChangePage sees what was saved. Lets failures through.
   virtual void IWizardPage_GetNextPage(std::string& next) = 0;
-  /// Whether the wizard may leave the page in that direction; validates and saves on the way. False also
-  /// where a failure was answered with kLeave: the user stays with what was typed.
+  /// Whether the wizard may leave the page in that direction; validates and saves before it returns. Also
+  /// false if a failure was answered with kLeave: the user stays on the page with what was typed.
   [[nodiscard]] virtual bool IWizardPage_CanChangePage(ChangeDirection direction) = 0;
   /// @{
   /// False on every page: the button state is pushed through WizardHost::Refresh.
@@ -54,11 +53,11 @@ class IWizardPage {
   /// Leaves both values as the caller passed them: the host keeps its own size.
   virtual void IWizardPage_GetMinimumSize(int& width, int& height) = 0;
 
-  // Declared last, so that it takes no slot before the operations.
+  // Declared last, so that the operations come first in the vtable.
   virtual ~IWizardPage() = default;
 };
 
-/// A page with the controls it owns: what factories make and hosts keep.
+/// A page with the controls that it owns; factories create it and hosts keep it.
 class WizardPage : public IWizardPage {
  public:
   /// The page's controls, for a surface to draw; they live as long as the page.

@@ -1,5 +1,5 @@
-// The category column: what is read from any text is written and read again as the same, by both of its
-// readers; and categories of any bytes come back. And how deep JSON is nested.
+// The category column: categories read from any text, written and read again by both readers are the same;
+// and categories of any bytes are preserved. Also the nesting depth of JSON.
 #include <plovix/standalone/tasks/category_column.h>
 #include <plovix/standalone/text/json_text.h>
 
@@ -20,7 +20,7 @@ void ComesBack(const Categories& categories) {
   Require(DecodeCategories(column) == (IsNoCategory(categories) ? Categories{} : categories));
 }
 
-// Lists and objects in each other as the parser counts them; nothing where the text is no JSON.
+// The nesting depth of lists and objects as the parser counts it; nothing if the text is not JSON.
 std::optional<std::size_t> Levels(const std::string& text) {
   using Json = nlohmann::json;
   std::size_t most = 0;
@@ -42,7 +42,7 @@ void Try(std::string_view input) {
   const Categories blank = DecodeCategories(" " + text);
   const bool is_array = blank != Categories{{" " + text, true}};
   Require(categories == (is_array ? blank : text.empty() ? Categories{} : Categories{{text, true}}));
-  Require(!is_array || text.find('\0') == text.npos);  // which the parser takes for the end
+  Require(!is_array || text.find('\0') == text.npos);  // which the parser interprets as the end
 
   Require(FromJsonText(ToJsonText(text)) == text);
   if (const auto levels = Levels(text); levels && text.find('\0') == text.npos)

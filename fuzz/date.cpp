@@ -1,6 +1,7 @@
-// Days and moments as text against the C library's calendar, and any moment there and back.
+// Compares days and times as text with the C library's calendar, and converts any time to text and back.
 #include <plovix/standalone/text/iso_time.h>
 
+#include <array>
 #include <cstring>
 #include <ctime>
 
@@ -11,7 +12,7 @@ namespace {
 
 using namespace std::chrono;
 
-// The moment by a calendar that corrects what does not exist: then the text is another one.
+// The time by a calendar that corrects nonexistent ones; the corrected text then differs.
 std::optional<DateTime> Expected(const std::string& text) {
   std::tm tm{};
   const int read = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d", &tm.tm_year, &tm.tm_mon, &tm.tm_mday,

@@ -1,4 +1,4 @@
-// Language files: a refusal names the file and a place, and an accepted file gives each of its texts.
+// Language files: a refusal names the file and a place, and an accepted file has each of its texts.
 #include <plovix/standalone/text/language_file.h>
 
 #include <algorithm>
@@ -17,7 +17,7 @@ void HoldsWhatTheFileSays(const TextTable& table, const nlohmann::json& file) {
   Require(host.is_object() && host.size() == table.host_texts.size());
   for (const auto& [number, text] : table.page_texts) {
     Require(pages.contains(std::to_string(number)) && pages[std::to_string(number)] == text);
-    // Without parameters nothing is filled in, and parameters are filled in once.
+    // Without parameters nothing is filled in; with them, each is filled in only once.
     Require(table.Find(number) == text && table.Find(number, {"{1}", "{2}"}) == text);
   }
   for (const auto& [key, text] : table.host_texts) Require(host[key] == text && table.Host(key) == text);

@@ -1,4 +1,4 @@
-// Numeric text against the C library's doubles. The first byte chooses the separator.
+// Compares numeric text with the C library's doubles. The first byte chooses the separator.
 #include <plovix/base/text_rules.h>
 #include <plovix/framework/numeric_text.h>
 
@@ -10,7 +10,7 @@
 namespace plovix::fuzz {
 namespace {
 
-// With a point for the separator; empty where a character has no business in a number.
+// The text with a point as separator; empty if a character does not belong in a number.
 std::string Plain(std::string_view text, std::string_view separator) {
   std::string plain;
   for (text = Trimmed(text); !text.empty();) {
@@ -36,7 +36,7 @@ void Try(std::string_view input) {
           (!plain.empty() && end == plain.c_str() + plain.size() && std::isfinite(value)));
   if (!number) return;
   Require(number->Value() == value && number->IsGreaterThan(0) == (value > 0));
-  // Half a unit from two integers a double may hide on which side the digits are.
+  // Exactly between two integers, a double may hide on which side the digits are.
   try {
     const double integer = number->ToInt32();
     Require(std::abs(integer - value) == 0.5 || integer == std::nearbyint(value));

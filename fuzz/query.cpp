@@ -1,5 +1,5 @@
-// Query texts: what conditions can express comes back as the same conditions, is one statement and reads its
-// data object only; any text is divided without a fault.
+// Query texts: a text that conditions can express comes back as the same conditions, is one statement and
+// reads only its data object; any text is split into tokens without a fault.
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/query/sql_sources.h>
 #include <plovix/standalone/query/sql_tokens.h>

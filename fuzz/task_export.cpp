@@ -1,5 +1,6 @@
-// Exported tasks: a refusal names a place, an accepted file is exported and read again as the same, and a
-// task of any text comes back. Input that starts with a brace is a file, from other input a task is made.
+// Exported tasks: a refusal names a place, an accepted file can be exported and read again as the same, and a
+// task with any texts is preserved. Input that starts with a brace is a file; from other input a task is
+// built.
 #include <fuzzer/FuzzedDataProvider.h>
 #include <plovix/standalone/exchange/task_export.h>
 
@@ -19,7 +20,7 @@ std::optional<TaskExport> Read(std::string_view text) {
   try {
     return ReadExport(text, "f", TextTable::Ids());
   } catch (const Failure& failure) {
-    // "[exchange.refused:f,[exchange.problem.KEY:PLACE...", the place of ill-formed JSON in numbers.
+    // "[exchange.refused:f,[exchange.problem.KEY:PLACE..."; for ill-formed JSON the place is in numbers.
     constexpr std::string_view kStart = "[exchange.refused:f,[exchange.problem.";
     const std::string& words = failure.Description();
     Require(failure.Number() == failure_number::kInvalidCall && words.starts_with(kStart));
@@ -39,7 +40,7 @@ void Try(std::string_view input) {
     const TaskExport made{test::FullTask(pattern, odd), data.ConsumeBool(), {{odd, {{odd, odd}}}}};
     text = Write(made);
     Require(Read(text) == made);
-    while (data.ConsumeBool())  // a few slips of the hand
+    while (data.ConsumeBool())  // a few typing errors
       text[data.ConsumeIntegralInRange<std::size_t>(0, text.size() - 1)] = data.ConsumeIntegral<char>();
   }
   const auto file = Read(text);

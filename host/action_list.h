@@ -1,9 +1,8 @@
 /// @file
-/// The actions of a task: what one is to the pages, and the ordered collection of them.
+/// The actions of a task: one action as the pages see it, and the ordered collection.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "value.h"
 
@@ -19,7 +18,7 @@ inline constexpr std::int32_t kNoData = 16;       ///< fits one with record_mode
 /// Bit of Action::Capabilities: may run under the automation manager.
 inline constexpr std::int32_t kAutomationManagerCapability = 8;
 
-/// One step of a task. What it does is the host's affair; Details asks whether it still fits the task.
+/// One step of a task. Only the host knows what it does; Details asks whether it still fits the task.
 class Action : public HostObject {
  public:
   [[nodiscard]] virtual std::int32_t RecordModes() = 0;   ///< set of record_mode_bit
@@ -29,12 +28,12 @@ class Action : public HostObject {
 /// The actions of a task in the order in which they run.
 class ActionList : public HostObject {
  public:
-  /// The number of actions; the first page asks before it drops them.
+  /// The number of actions; if there are any, the first page asks the user before it drops them.
   [[nodiscard]] virtual std::int32_t Count() = 0;
   /// @{
-  /// 1-based; fails with 9 outside 1 .. Count(). Details removes the actions that do not fit any more, from
-  /// the last to the first.
-  [[nodiscard]] virtual std::shared_ptr<Action> Item(std::int32_t index) = 0;
+  /// 1-based; fails with 9 outside 1 .. Count(). Details removes the actions that no longer fit, from the
+  /// last to the first.
+  [[nodiscard]] virtual Ref<Action> Item(std::int32_t index) = 0;
   virtual void Remove(std::int32_t index) = 0;
   /// @}
 };

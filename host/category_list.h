@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "text_collection.h"
@@ -20,7 +19,7 @@ class Category : public HostObject {
   virtual void SetTag(const std::string& tag) = 0;
   /// @}
   [[nodiscard]] virtual std::string Text() = 0;  ///< the tag's text in the current language
-  /// Whether everybody may see it; else only who has kRightSeeAllCategories.
+  /// Whether everybody may see it; otherwise only users with kRightSeeAllCategories may.
   [[nodiscard]] virtual bool Public() = 0;
 };
 
@@ -30,20 +29,19 @@ class CategoryList : public HostObject {
   /// The number of categories.
   [[nodiscard]] virtual std::int32_t Count() = 0;
   /// 1-based; fails with 9 outside 1 .. Count().
-  [[nodiscard]] virtual std::shared_ptr<Category> Item(std::int32_t index) = 0;
-  /// Appends a category, never nothing.
-  virtual void Add(std::shared_ptr<Category> category) = 0;
-  /// A list of its own with copies of the categories; never nothing.
-  [[nodiscard]] virtual std::shared_ptr<CategoryList> Clone() = 0;
-  /// Replaces the categories by those that a stored column value holds; the format is the host's. Called for
-  /// every row of the query on stored tasks; fails on a value that cannot be read.
+  [[nodiscard]] virtual Ref<Category> Item(std::int32_t index) = 0;
+  /// Appends a category, which is never null.
+  virtual void Add(Ref<Category> category) = 0;
+  /// A separate list with copies of the categories; never null.
+  [[nodiscard]] virtual Ref<CategoryList> Clone() = 0;
+  /// Replaces the categories by those in a stored column value, whose format the host defines. Called for
+  /// every row of the query on stored tasks; fails if the value cannot be read.
   virtual void Load(const std::string& column) = 0;
-  /// Opens the host's category editor on this list; true when the user changed it. Modal.
+  /// Opens the host's category editor on this list; true if the user changed it. Modal.
   /// @param tagged       the texts are language tags
   /// @param choose_tags  the tags are chosen in the tag editor
-  /// @param known        tags, or texts, of the categories in use; may be nothing
-  [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags,
-                                  const std::shared_ptr<TextCollection>& known) = 0;
+  /// @param known        tags, or texts, of the categories in use; may be null
+  [[nodiscard]] virtual bool Edit(bool tagged, bool choose_tags, const Ref<TextCollection>& known) = 0;
 };
 
 }  // namespace plovix

@@ -1,5 +1,5 @@
 /// @file
-/// Where every unexpected failure of a page goes.
+/// The receiver of every unexpected failure of a page.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -10,7 +10,7 @@
 
 namespace plovix {
 
-/// What is to happen after a failure. Any other value counts as kLeave.
+/// What to do after a failure. Any other value counts as kLeave.
 enum class ReportAction : std::int32_t {
   kRetry = 0,     ///< run the failed statement again
   kContinue = 1,  ///< go on with the statement after it
@@ -21,8 +21,8 @@ enum class ReportAction : std::int32_t {
 class ErrorReporter {
  public:
   virtual ~ErrorReporter() = default;
-  /// Tells of a failure and answers what is to happen. May show a dialog and run its event loop before it
-  /// answers. Should not fail: what it throws comes out of the page's operation.
+  /// Reports a failure and returns what to do. May show a dialog and run its event loop before it returns.
+  /// Should not fail: what it throws leaves the page's operation.
   /// @param number       Failure::Number
   /// @param description  Failure::Description, UTF-8
   /// @param project      kModule

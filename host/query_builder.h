@@ -2,7 +2,6 @@
 /// The host's query builder, as the Query page opens it.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "data_object.h"
@@ -14,7 +13,7 @@ namespace plovix {
 class QueryDefinition : public HostObject {
  public:
   /// @{
-  /// The query, UTF-8 in the host's query language; any text, since it may have been typed.
+  /// The query, UTF-8 in the host's query language; it may be any text, because the user may have typed it.
   [[nodiscard]] virtual std::string Text() = 0;
   virtual void SetText(const std::string& text) = 0;
   /// @}
@@ -23,10 +22,9 @@ class QueryDefinition : public HostObject {
 /// Made by ObjectFactory::NewQueryBuilder for one press of the Build button.
 class QueryBuilder : public HostObject {
  public:
-  /// Opens the builder on the definition and the fields of `source`. True when the user confirmed: the
-  /// definition then holds the text as built. Modal.
-  [[nodiscard]] virtual bool Show(const std::shared_ptr<QueryDefinition>& definition,
-                                  const std::shared_ptr<FieldSource>& source) = 0;
+  /// Opens the builder on the definition and the fields of `source`. True if the user confirmed; the
+  /// definition then has the new text. Modal.
+  [[nodiscard]] virtual bool Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) = 0;
 };
 
 }  // namespace plovix

@@ -1,11 +1,10 @@
 /// @file
 /// When a scheduled task runs: the time within a day, and the pattern of days. Implemented by the host, made
-/// by ObjectFactory; the pages edit the objects in place. Numbers are kept as given; nothing here checks a
-/// range.
+/// by ObjectFactory; the pages edit the objects in place. Numbers are kept as given; nothing here checks
+/// ranges.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "value.h"
 
@@ -26,10 +25,10 @@ inline constexpr std::int32_t kEveryNMinutes = 1;  ///< every Recurrence::Interv
 inline constexpr std::int32_t kEveryNHours = 2;    ///< every Recurrence::Interval hours
 }  // namespace time_kind
 
-/// The common face of the four patterns. Which one it is a page finds out by its class.
+/// The common base of the four patterns. A page finds out by the class which one it has.
 class PatternBase : public HostObject {};
 
-/// Every N days. By the DailyRecurrence page.
+/// Every N days. Set by the DailyRecurrence page.
 class DailyPattern : public PatternBase {
  public:
   /// @{
@@ -44,8 +43,7 @@ class DailyPattern : public PatternBase {
   /// @}
 };
 
-/// Every N weeks on chosen days. A week starts on Sunday, whatever the user's locale. By the
-/// WeeklyRecurrence page.
+/// Every N weeks on chosen days. A week starts on Sunday in every locale. Set by the WeeklyRecurrence page.
 class WeeklyPattern : public PatternBase {
  public:
   /// @{
@@ -60,11 +58,11 @@ class WeeklyPattern : public PatternBase {
   /// @}
 };
 
-/// A day of a month, chosen by its number or as the n-th day of a kind.
+/// A day of a month, chosen by its number or as the n-th day of a kind ("the second Monday").
 class DayInMonthPattern : public PatternBase {
  public:
   /// @{
-  /// True: RelativeWeek and RelativeDayOfWeek count ("the second Monday"); false: DayOfMonth.
+  /// True: RelativeWeek and RelativeDayOfWeek apply; false: DayOfMonth applies.
   [[nodiscard]] virtual bool UseRelativeDay() = 0;
   virtual void SetUseRelativeDay(bool relative) = 0;
   /// @}
@@ -85,7 +83,7 @@ class DayInMonthPattern : public PatternBase {
   /// @}
 };
 
-/// Every N months on such a day. By the MonthlyRecurrence page.
+/// Every N months on such a day. Set by the MonthlyRecurrence page.
 class MonthlyPattern : public DayInMonthPattern {
  public:
   /// @{
@@ -95,7 +93,7 @@ class MonthlyPattern : public DayInMonthPattern {
   /// @}
 };
 
-/// Once a year on such a day of a month. By the YearlyRecurrence page.
+/// Once a year on such a day of a month. Set by the YearlyRecurrence page.
 class YearlyPattern : public DayInMonthPattern {
  public:
   /// @{
@@ -105,7 +103,7 @@ class YearlyPattern : public DayInMonthPattern {
   /// @}
 };
 
-/// When a task runs. The time by the RecurrenceTime page, the kind by RecurrencePattern.
+/// When a task runs. The RecurrenceTime page sets the time, RecurrencePattern the kind.
 class Recurrence : public HostObject {
  public:
   /// @{
@@ -114,9 +112,9 @@ class Recurrence : public HostObject {
   virtual void SetRecurrenceType(std::int32_t type) = 0;
   /// @}
   /// @{
-  /// The current pattern, by reference; nothing while the task has none.
-  [[nodiscard]] virtual std::shared_ptr<PatternBase> Pattern() = 0;
-  virtual void SetPattern(std::shared_ptr<PatternBase> pattern) = 0;
+  /// The current pattern, by reference; null while the task has none.
+  [[nodiscard]] virtual Ref<PatternBase> Pattern() = 0;
+  virtual void SetPattern(Ref<PatternBase> pattern) = 0;
   /// @}
   /// @{
   /// One of time_kind.
@@ -124,7 +122,7 @@ class Recurrence : public HostObject {
   virtual void SetTimeKind(std::int32_t kind) = 0;
   /// @}
   /// @{
-  /// The N of every N minutes or hours, TimeKind says which; 0: not yet set.
+  /// The N of "every N minutes" or "every N hours", as TimeKind says; 0: not yet set.
   [[nodiscard]] virtual std::int32_t Interval() = 0;
   virtual void SetInterval(std::int32_t interval) = 0;
   /// @}

@@ -19,8 +19,8 @@ Installed& TheInstalled() {
 
 struct ThreadObjects {
   unsigned generation = 0;
-  std::shared_ptr<HostServices> host_services;
-  std::shared_ptr<Utilities> utilities;
+  Ref<HostServices> host_services;
+  Ref<Utilities> utilities;
 };
 
 // The thread's objects, emptied when another provider has been installed since.
@@ -33,9 +33,9 @@ ThreadObjects& Current() {
 
 // `object`, made by the provider's function on first use.
 template <class T>
-T& Made(std::shared_ptr<T>& object, std::function<std::shared_ptr<T>()> ServicesProvider::*member) {
+T& Made(Ref<T>& object, std::function<Ref<T>()> ServicesProvider::*member) {
   if (object) return *object;
-  std::function<std::shared_ptr<T>()> make;
+  std::function<Ref<T>()> make;
   {
     const std::lock_guard lock(TheInstalled().mutex);
     make = TheInstalled().provider.*member;

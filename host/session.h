@@ -2,7 +2,6 @@
 /// The host session: who is working, and what they may do. Used by the Details page.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -19,13 +18,13 @@ class SessionUser {
   [[nodiscard]] virtual std::string UserId() = 0;
 };
 
-/// A task's permission set; pages only hand it on.
+/// A task's permission set; pages only pass it on.
 class Permissions : public HostObject {};
 
 /// The host's editor of permission sets; opened through the session.
 class PermissionEditor : public HostObject {};
 
-/// What Session::HasPermission is asked for.
+/// The keys of Session::HasPermission.
 namespace permission_key {
 inline constexpr std::string_view kView = "view";      ///< whether the data object is offered
 inline constexpr std::string_view kRun = "run";        ///< AutoTask::SetMayRun
@@ -38,19 +37,19 @@ class Session {
  public:
   virtual ~Session() = default;
   /// Never nothing.
-  [[nodiscard]] virtual std::shared_ptr<SessionUser> CurrentUser() = 0;
-  /// The session's own account. It is the current user's id where nobody sits in front of the session, as
-  /// where the automation manager runs.
+  [[nodiscard]] virtual Ref<SessionUser> CurrentUser() = 0;
+  /// The session's own account. It equals the current user's id if no person works in the session, as in that
+  /// of the automation manager.
   [[nodiscard]] virtual std::string AccountId() = 0;
-  /// Whether the session may do with the data object what `key` (one of permission_key) says; in general
-  /// when `object` is nothing.
-  [[nodiscard]] virtual bool HasPermission(std::string_view key,
-                                           const std::shared_ptr<DataObject>& object) = 0;
-  /// Opens `editor` on `permissions` (may be nothing) and gives back the set as edited; `permissions` itself
-  /// when the user cancelled. `user`: whose own permissions are edited; nothing: those of everybody. Modal.
-  [[nodiscard]] virtual std::shared_ptr<Permissions> EditPermissions(
-      const std::shared_ptr<PermissionEditor>& editor, const std::shared_ptr<Permissions>& permissions,
-      const std::shared_ptr<SessionUser>& user, const std::string& title) = 0;
+  /// Whether the session has the permission `key` (one of permission_key) for the data object; in general if
+  /// `object` is null.
+  [[nodiscard]] virtual bool HasPermission(std::string_view key, const Ref<DataObject>& object) = 0;
+  /// Opens `editor` on `permissions` (may be null) and returns the edited set, or `permissions` itself if the
+  /// user cancelled. `user`: whose own permissions are edited; null: those of everybody. Modal.
+  [[nodiscard]] virtual Ref<Permissions> EditPermissions(const Ref<PermissionEditor>& editor,
+                                                         const Ref<Permissions>& permissions,
+                                                         const Ref<SessionUser>& user,
+                                                         const std::string& title) = 0;
 };
 
 }  // namespace plovix

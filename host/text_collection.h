@@ -9,11 +9,11 @@
 
 namespace plovix {
 
-/// Made by ObjectFactory::NewTextCollection, filled by the Details page with the categories in use, and
-/// handed to the host's editors as choices. Texts and keys are UTF-8; keys are case-sensitive.
+/// Created by ObjectFactory::NewTextCollection, filled by the Details page with the categories in use, and
+/// passed to the host's editors as choices. Texts and keys are UTF-8; keys are case-sensitive.
 class TextCollection : public HostObject {
  public:
-  /// Fails with 457 when the key is in use.
+  /// Fails with 457 if the key is in use.
   virtual void Add(const std::string& text, const std::string& key) = 0;
   /// The number of texts.
   [[nodiscard]] virtual std::int32_t Count() = 0;

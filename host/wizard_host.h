@@ -6,17 +6,16 @@
 
 namespace plovix {
 
-/// Implemented by the wizard, handed to a page with IWizardPage_Initialize and kept by it until
+/// Implemented by the wizard, passed to a page with IWizardPage_Initialize and kept by it until
 /// IWizardPage_Terminate. Both members may be called while the wizard is calling the page.
 class WizardHost {
  public:
   virtual ~WizardHost() = default;
-  /// Re-reads and redraws the buttons; `can_continue` says whether the page's content allows moving on.
-  /// Called by IWizardPage_Initialize and after the user's changes. A page that has nothing to say does not
-  /// call it: until then moving on is allowed.
+  /// Updates the buttons; `can_continue` says whether the page's content allows moving on. Called by
+  /// IWizardPage_Initialize and after the user's changes. Until a page calls it, moving on is allowed.
   virtual void Refresh(bool can_continue) = 0;
-  /// Advances exactly as if Next had been pressed. The calling page may have been replaced when it
-  /// returns, but lives until its event procedure has ended. Called on a double click on a choice.
+  /// Advances exactly as if Next had been pressed. On return the calling page may have been replaced, but it
+  /// lives until its event procedure ends. Called when a choice is double-clicked.
   virtual void MoveNext() = 0;
 };
 

@@ -3,7 +3,7 @@
 # documented, on any other warning of Doxygen, and on a header that applications may include but that
 # docs/Doxyfile does not cover.
 #
-#   tools/build_docs.sh [PREFIX/include]     with the folder of an installed Plovix: also each header in there
+#   tools/build_docs.sh [PREFIX/include]     with the include folder of an installed Plovix: checks its headers, too
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
@@ -11,7 +11,7 @@ need_packages doxygen
 installed=
 (($# == 0)) || installed=$(cd -- "$1" && find plovix -name '*.h') || fail "there are no headers in $1"
 
-# The documented headers, one a line, as an application names them: plovix/host/value.h.
+# The documented headers, one per line, as an application includes them: plovix/host/value.h.
 documented() {
   sed -n '/<compound kind="file">/{n;s/.*<name>\(.*\)<.*/\1/;h;n;s|.*/include/\(.*\)<.*|\1|;G;s/\n//;p}' ../plovix.tag
 }
@@ -24,7 +24,7 @@ included() {
   done < <(documented)
 }
 
-# Doxygen runs where `plovix` stands for this repository, so that it shows headers as they are included.
+# Doxygen runs in a folder where `plovix` is a link to this repository, so that it shows headers as they are included.
 mkdir -p "$root/build/docs/include" && cd "$root/build/docs/include" || exit
 ln -sfn ../../.. plovix
 rm -rf ../html

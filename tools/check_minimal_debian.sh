@@ -1,18 +1,18 @@
 #!/bin/bash
-# Shows that ./run and ./test work on a Debian 12 that has nothing but its essential packages.
+# Checks that ./run and ./test work on a Debian 12 that has only its essential packages.
 #
 #   tools/check_minimal_debian.sh FOLDER [COMMAND...]
 #
 # Needs root, debootstrap and about 3 GB in FOLDER, which must not exist yet and is removed in the end. The
-# package mirror and the network settings are this machine's. The tree is copied as it is, uncommitted
-# changes included. With a COMMAND, that is run in the copy as root instead, for instance .ci/run or bash.
+# package mirror and the network settings are this machine's. The tree is copied as it is, with uncommitted
+# changes. A COMMAND, for instance .ci/run or bash, is run in the copy as root instead of the checks.
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
 
 (($#)) || fail "usage: tools/check_minimal_debian.sh FOLDER [COMMAND...]"
 ((EUID == 0)) || fail "only root can do that"
-# In a mount namespace of its own: what is mounted below is gone when this process ends, however it ends.
+# Uses its own mount namespace, so that everything mounted below is gone however this process ends.
 [[ ${PLOVIX_OWN_MOUNTS-} ]] ||
   PLOVIX_OWN_MOUNTS=1 exec unshare --mount --propagation private -- "$(readlink -f -- "$0")" "$@"
 unset PLOVIX_OWN_MOUNTS
@@ -70,7 +70,7 @@ install_sudo() {
     inside useradd --uid 1000 user && echo 'user ALL=(ALL) NOPASSWD: ALL' >"$debian/etc/sudoers.d/user"
 }
 
-# Through a link, from another folder, with a relative file name: JSON on standard output, nothing else.
+# Through a link, from another folder, with a relative file name: standard output has only JSON.
 runs_a_script() {
   printf 'open\nshow\ncancel\n' >"$debian/tmp/task.txt"
   "$1" ln -sf "$2/run" "/tmp/plovix-$1" &&
@@ -78,7 +78,7 @@ runs_a_script() {
     grep -q '^{.*}$' "$debian/tmp/output-$1" && ! grep -v '^{.*}$' "$debian/tmp/output-$1"
 }
 
-# Without a display the program says so, once, and takes a script from standard input.
+# Without a display the program says so once and reads a script from standard input.
 runs_without_display() {
   printf 'open\nshow\n' | inside /root/plovix/run >"$debian/tmp/output" 2>"$debian/tmp/words" || return
   cat "$debian/tmp/words" >&2
@@ -102,7 +102,7 @@ fi
 copy_tree /home/user/plovix
 chown -R 1000:1000 "$debian/home/user"
 
-expect "a user who cannot install is told what is missing" refuses_without_root
+expect "a user who cannot install packages sees what is missing" refuses_without_root
 expect "sudo" install_sudo
 expect "a user's ./run installs through sudo, builds and starts" runs_a_script as_user /home/user/plovix
 expect "./test installs as root, builds and passes" inside /root/plovix/test

@@ -1,9 +1,11 @@
 #!/bin/bash
-# Checks the package as another project gets it: builds by the plain command line, installs what was built, builds the
-# examples and projects of its own against that, with Qt and on a machine's worth of files without Qt, by the libraries'
-# compiler and by another one, and from the sources; and looks into the Debian packages.
+# Checks the package as another project gets it. Makes a plain build and installs it; builds the examples and test
+# projects against the installed files, with and without Qt, with the libraries' compiler and with another one, and
+# with the sources embedded; and inspects the Debian packages.
 #
-#   tools/check_package.sh              builds the release preset and build/plain
+#   tools/check_package.sh              of the release preset
+#   tools/check_package.sh --whole      also builds build/plain without Qt and tests that, makes packages of it, and
+#                                       builds Plovix in another project
 set -uo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname -- "$(readlink -f -- "$0")")/common.sh"
@@ -11,27 +13,30 @@ need_packages "${packages_program[@]}" "${packages_tests[@]}" "${packages_packag
 outside=$(mktemp -d) || exit
 trap 'rm -rf -- "$outside"' EXIT
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_DATA_HOME=$outside/data XDG_CONFIG_HOME=$outside/config
+case $* in
+  '') whole='' ;;
+  --whole) whole=1 ;;
+  *) fail "usage: tools/check_package.sh [--whole]" ;;
+esac
 plain=$root/build/plain
 other_compiler=clang++-19
 
-# The command line that knows no preset, but for warnings, which are errors here: a release without Qt. Its tests pass.
+# A release without Qt and without a preset, except that warnings are errors. Its tests must pass.
 build_plain() {
   with_lock env CMAKE_GENERATOR=Ninja \
     cmake -S "$root" -B "$plain" -DCMAKE_BUILD_TYPE=Release -DPLOVIX_QT=OFF -DPLOVIX_WERROR=ON || return
   with_lock cmake --build "$plain" --parallel "$(nproc)" || return
   ctest --test-dir "$plain" --output-on-failure --no-tests=error --parallel 2 >"$outside/log" || { cat "$outside/log"; return 1; }
   say "plain release: $(grep 'tests passed' "$outside/log")"
-  cmake -S "$root" -B "$outside/untested" -DPLOVIX_QT=OFF -DBUILD_TESTING=OFF >/dev/null || return
-  [[ ! -e $outside/untested/tests ]] || fail "BUILD_TESTING=OFF is not honoured"
 }
 
-wanted="Nightly report: every 2 days, 1 action"
-
-# runs NAME PROGRAM: whether the headless host, or the guide's first wizard, walks its road.
+# runs NAME PROGRAM: whether the terminal's host stores a task and reads it again, or the guide's first wizard walks its road.
 runs() {
-  local output
-  output=$("$2") || fail "$1 failed"
-  [[ $output == *"$wanted"* || $output == "1 task: Say hello" ]] || fail "$1 printed something else: $output"
+  local tasks output
+  tasks=$(mktemp -u "$outside/tasks.XXXX")
+  output=$("$2" "$tasks" new <"$root/examples/terminal_host/nightly.txt" && "$2" "$tasks") || fail "$1 failed: $output"
+  [[ $output == *$'\n1: Nightly report, scheduled, 1 action(s)' || $output == $'1 task: Say hello\n1 task: Say hello' ]] ||
+    fail "$1 printed something else: $output"
   say "$1 runs"
 }
 
@@ -48,17 +53,17 @@ build_outside() {
 check_prefix() {
   local name=$1 prefix=$2 components=$3 qt=OFF work=$outside/$1 header program
   [[ $components == *Qt* ]] && qt=ON
-  mkdir -p "$work" && cp -r "$root/examples" "$root/tests/consumer" "$work" || return
+  mkdir -p "$work" && cp -r "$prefix/share/doc/libplovix-dev/examples" "$root/tests/consumer" "$work" || return
   (cd "$prefix/include" && find plovix -name '*.h' -printf '#include <%p>\n' | sort) >"$work/consumer/all_headers.cpp"
   echo 'int main() {}' >>"$work/consumer/all_headers.cpp"
-  build_outside "$work/examples" "$prefix" -DEXAMPLES_QT=$qt \
-    -DCMAKE_DISABLE_FIND_PACKAGE_Qt6="$([[ $qt == ON ]] || echo ON)"
+  build_outside "$work/examples" "$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6="$([[ $qt == ON ]] || echo ON)"
+  [[ $qt == OFF || -x $work/examples/build/plovix_minimal_host ]] || fail "$name: the example with windows is not built"
   build_outside "$work/consumer" "$prefix" -DEXAMPLES="$work/examples" -DCOMPONENTS="$components"
-  runs "$name: shared libraries" "$work/examples/build/plovix_headless_host"
+  runs "$name: shared libraries" "$work/examples/build/plovix_terminal_host"
   runs "$name: pages loaded at run time" "$work/examples/build/plovix_loading_host"
   runs "$name: static libraries" "$work/consumer/build/static_host"
-  for program in all_headers kit static_kit; do
-    "$work/consumer/build/$program" >"$outside/log" || { cat "$outside/log"; fail "$name: $program does not run"; }
+  for program in consumer/build/all_headers consumer/build/static_check examples/build/plovix_check_host; do
+    (cd "$work" && "$work/$program" &>"$outside/log") || { cat "$outside/log"; fail "$name: $program does not run"; }
   done
   header=$(wc -l <"$work/consumer/all_headers.cpp")
   say "$name: $((header - 1)) headers"
@@ -70,11 +75,11 @@ check_pkg_config() {
   export PKG_CONFIG_PATH=$library_folder
   flags=$(pkg-config --cflags --libs plovix-host plovix) || return
   # shellcheck disable=SC2086  # several words
-  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/headless_host/main.cpp" $flags || return
+  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/terminal_host/main.cpp" $flags || return
   LD_LIBRARY_PATH=${library_folder%/pkgconfig} runs "pkg-config" "$outside/by_hand"
   flags=$(pkg-config --static --cflags --libs plovix-host plovix) || return
   # shellcheck disable=SC2086
-  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/headless_host/main.cpp" -Wl,-Bstatic ${flags//-licuuc/} \
+  c++ -std=c++20 -o "$outside/by_hand" "$root/examples/terminal_host/main.cpp" -Wl,-Bstatic ${flags//-licuuc/} \
     -Wl,-Bdynamic $flags || return
   runs "pkg-config --static" "$outside/by_hand"
 }
@@ -86,7 +91,7 @@ check_missing_component() {
   [[ $output == *"no component Qt"* ]] || fail "a package without Qt does not say so: $output"
 }
 
-# Where Qt is not, a package that offers it is found without it, unless it has to be there.
+# Without Qt on the machine, a package with the component Qt is still found if that component is optional.
 check_optional_qt() {
   local prefix=$1 project=$outside/optional
   mkdir -p "$project" && cat >"$project/CMakeLists.txt" <<'PROJECT' || return
@@ -100,21 +105,20 @@ PROJECT
   cmake -S "$project" -B "$project/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >/dev/null
 }
 
-# The guide's first wizard by a compiler that did not build the libraries.
+# The guide's first project, by a compiler that did not build the libraries.
 check_other_compiler() {
-  local project=$outside/other
-  cp -r "$root/tests/consumer" "$project" || return
-  build_outside "$project" "$outside/plain" -DCOMPONENTS=Core -DFIRST_WIZARD="$outside/first_wizard.cpp" \
-    -DCMAKE_CXX_COMPILER="$other_compiler"
-  runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$project/build/first_wizard"
+  build_outside "$outside/wizard" "$outside/plain" -DCMAKE_CXX_COMPILER="$other_compiler"
+  runs "$other_compiler against the libraries of $(c++ --version | head -n 1)" "$outside/wizard/build/first_wizard"
 }
 
-# Plovix in the build of another project, which gets the libraries, Qt's where it asks for them, and nothing more.
+# Plovix in the build of another project, which gets only the libraries, and the Qt library only if it asks for it.
 check_embedding() {
   local project=$outside/embedding
-  local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
+  local settings=(-DPLOVIX="$root" -DFIRST_WIZARD="$outside/wizard/first_wizard.cpp" -DCMAKE_CXX_COMPILER="$other_compiler")
   cp -r "$root/tests/embedding" "$project" || return
   cmake -S "$project" -B "$outside/fetched" "${settings[@]}" -DFETCH=ON -DPLOVIX_QT=ON >/dev/null || return
+  cmake -S "$project" -B "$outside/embedded" "${settings[@]}" >/dev/null || return
+  [[ $whole ]] || return 0
   build_outside "$project" "" "${settings[@]}"
   runs "by add_subdirectory" "$project/build/first_wizard"
   runs "by add_subdirectory, static" "$project/build/static_wizard"
@@ -122,8 +126,8 @@ check_embedding() {
   [[ ! -e $outside/nothing ]] || fail "a project that contains Plovix installs it"
 }
 
-# refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header says what it needs, where a program's settings would make
-# another thing of it.
+# refuses INCLUDE-FOLDER HEADER SETTING WORDS: the header refuses a setting that would change its meaning and says
+# what it needs.
 refuses() {
   local words
   words=$(c++ -std=c++20 "$3" -I "$1" -E -x c++ -include "$2" /dev/null 2>&1 >/dev/null) && fail "$2 takes $3"
@@ -143,7 +147,7 @@ check_requirements() {
 # field DEB FIELD
 field() { dpkg-deb --field "$1" "$2"; }
 
-# check_debian_packages TREE NAME...: the packages of a tree are those, would install, and are as Debian wants them.
+# check_debian_packages TREE NAME...: the tree makes exactly these packages; they can be installed and follow Debian's rules.
 check_debian_packages() {
   local tree=$1 debs=$outside/debs-${1##*/} system=$outside/system-${1##*/} deb name names=()
   shift
@@ -155,7 +159,7 @@ check_debian_packages() {
     dpkg-deb --extract "$deb" "$system"
     grep -q /usr/share/common-licenses/Apache-2.0 "$system/usr/share/doc/$name/copyright" || fail "$name has no licence"
     [[ $name != libplovix*1 ]] || [[ $(dpkg-deb --ctrl-tarfile "$deb" | tar --list) == *shlibs*triggers* ]] ||
-      fail "$name does not say what depends on its libraries, or does not make them known"
+      fail "$name lacks shlibs or triggers, which make its libraries known"
   done
   [[ ${names[*]} == "$*" ]] || fail "other packages than $*: ${names[*]}"
   apt-get --simulate install "$debs"/*.deb >"$outside/log" || { cat "$outside/log"; return 1; }
@@ -163,13 +167,13 @@ check_debian_packages() {
     fail "the libraries are not where those of this architecture are"
 }
 
-# What the Qt packages bring, and the others do not; what Debian's own check says of them all; the program starts.
+# Only the Qt packages bring Qt; Debian's own check accepts all packages; the program starts.
 check_qt_packages() {
   local debs=$outside/debs-release system=$outside/system-release deb
   lintian --allow-root --fail-on error "$debs"/*.deb || return
-  field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not ask for Qt"
+  field "$debs"/libplovix-qt1_*.deb Depends | grep -q libqt6widgets6 || fail "the package of the Qt library does not depend on Qt"
   field "$debs"/libplovix-qt-dev_*.deb Depends | grep -q 'libplovix-dev.*qt6-base-dev\|qt6-base-dev.*libplovix-dev' ||
-    fail "the package for Qt's developers lacks what it needs"
+    fail "the Qt development package lacks a dependency"
   for deb in "$debs"/libplovix1_*.deb "$debs"/libplovix-dev_*.deb; do
     { field "$deb" Depends Recommends; dpkg-deb --contents "$deb"; } | grep -i qt && fail "$deb brings Qt"
   done
@@ -181,22 +185,29 @@ check_qt_packages() {
 }
 
 build release
-build_plain || fail "a plain release build fails"
-awk '/^```/ { found = 0 } found { print } /^\/\/ first_wizard.cpp/ { found = 1 }' "$root/docs/guide.md" >"$outside/first_wizard.cpp"
-for tree in release plain; do
-  DESTDIR='' cmake --install "$root/build/$tree" --prefix "$outside/$tree" >/dev/null || exit
-done
+# The blocks of the guide whose first lines name these files.
+mkdir "$outside/wizard" && awk -v folder="$outside/wizard/" '/^```/ { file = "" } file { print >file }
+  /^(#|\/\/) (CMakeLists.txt|first_wizard.cpp)$/ { file = folder $2 }' "$root/docs/guide.md"
+install_tree "$root/build/release" release
+if [[ $whole ]]; then
+  build_plain || fail "a plain release build fails"
+  install_tree "$plain" plain
+else  # what a build without Qt installs
+  install_tree "$root/build/release" plain runtime
+  install_tree "$root/build/release" plain development
+fi
+check_untested || fail "BUILD_TESTING=OFF is not honoured"
 check_prefix "with Qt" "$outside/release" "Core;Qt"
-[[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt has files of it"
+[[ -z $(find "$outside/plain" -name '*qt*') ]] || fail "the package without Qt contains Qt files"
 check_prefix "without Qt" "$outside/plain" Core
-check_other_compiler || fail "the libraries serve their own compiler alone"
+check_other_compiler || fail "the libraries work only with their own compiler"
 check_embedding || fail "Plovix cannot be a part of another project's build"
 check_requirements "$outside/plain/include"
 "$root/tools/build_docs.sh" "$outside/release/include" || exit
-check_pkg_config "$outside/plain" || fail "the pkg-config files do not serve"
+check_pkg_config "$outside/plain" || fail "the pkg-config files do not work"
 check_missing_component "$outside/plain"
 check_optional_qt "$outside/release" || fail "a package is not found without its optional component"
-check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
+[[ ! $whole ]] || check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
 if ! check_debian_packages "$root/build/release" libplovix-dev libplovix-qt-dev libplovix-qt1 libplovix1 plovix ||
   ! check_qt_packages; then
   fail "the Debian packages are not as they should be"

@@ -1,21 +1,20 @@
 #!/usr/bin/env python3
-"""Checks what no compiler sees; .ci/run starts it. Exit status 1 when something is wrong.
+"""Checks what compilers do not see; .ci/run starts it. Exit status 1 if something is wrong.
 
     tools/check_repository.py FILE...     the C++ sources and language tables, relative to the root
 
-- a language table is JSON, and no number is given twice;
-- a French text breaks no line before a colon and its like, inside quotation marks, or between a number and its
-  unit, and groups the digits of a long number: a no-break space is there;
-- the component includes the standard library, the dynamic linker and its own rooms, nothing else that is
-  installed;
-- no source reaches another room by a path of its own instead of through the room's target;
-- a source includes the header of its name first, which shows that the header compiles alone;
-- no header of the product defines an object that a constructor makes or a destructor ends: each library and
-  program that shares it would make it, at a moment of its own, and compilers disagree on who does;
-- a comment that serves several declarations, between @{ and @}, ends before the next one begins;
-- the sources below standalone/ name every key of the language tables and no other, and every text's number in the
+- a language table is JSON, and no number occurs twice;
+- French texts have no-break spaces before a colon and similar signs, inside quotation marks, between a number and
+  its unit, and between the groups of digits of a long number;
+- the component includes only the standard library, the dynamic linker and its own rooms;
+- no source includes a header of another room by a relative path instead of through the room's target;
+- a source includes the header with its own name first, which shows that the header compiles alone;
+- no header of the product defines an object with a constructor or destructor: each library and program that
+  shares it would construct it, at different times, and compilers disagree on which one does;
+- a comment for several declarations, between @{ and @}, ends before the next one begins;
+- the sources below standalone/ use every key of the language tables and no other, and every text number in the
   component is in the tables;
-- a widget gets no text in a way that lets the toolkit take it for markup or for a placeholder.
+- a widget gets no text in a way that lets the toolkit interpret it as markup or a placeholder.
 It also prints how much of the code is test code.
 """
 import json
@@ -23,18 +22,19 @@ import re
 import sys
 from pathlib import Path
 
-COMPONENT = ("base/", "controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/")
+COMPONENT = ("base/", "controls/", "host/", "framework/", "designs/", "pages/", "component/", "conformance/",
+             "surfaces/common/")
 TEST_CODE = ("tests/", "fuzz/")
 NOT_PRODUCT = (*TEST_CODE, "benchmarks/", "examples/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(<[^>]*>|"[^"]*")', re.MULTILINE)
 STANDARD_OR_OWN = re.compile(r'<[a-z_0-9]+>|<dlfcn\.h>|<plovix/[a-z_0-9/]+\.h>|"[a-z_0-9]+\.h"')
 
-# A variable outside functions, in a text without template arguments: at the line's beginning, or inline.
+# A variable outside functions, in source text without template arguments: at the beginning of a line, or inline.
 VARIABLE = re.compile(r'^(?:(?:const|static|thread_local) |[ \t]*(?:static )?inline )[^(){};=]*[={;]', re.MULTILINE)
 MADE_BY_COMPILER = re.compile(r'\b(?:constexpr|constinit|namespace)\b(?!.*\bstd::(?:string|vector|map|set|function)\b)')
 
 
-# What is to the left and to the right of a plain space, or of none, where French has a no-break space.
+# What surrounds a plain space, or no space, where French has a no-break space.
 FRENCH_UNITS = ("jours?|semaines?|mois|heures?|minutes?|secondes?|Mo|enregistrements?|niveaux|conditions?|"
                 "caractères?|chiffres?|janvier|février|mars|avril|mai|juin|juillet|août|septembre|octobre|"
                 "novembre|décembre")
@@ -49,7 +49,7 @@ def french_problems(table):
                 place = text[max(found.start() - 10, 0):found.end() + 10]
                 yield f'{key}: a no-break space is missing in "{place}"'
 
-# What guesses whether a text is marked up, or reads placeholders; where it may stand; and what serves instead.
+# Calls that guess whether a text has markup, or that expand placeholders; where they are allowed; what to use instead.
 SHOWS_TEXT = ("standalone/", "surfaces/", "examples/")
 GUESSES = [
     (re.compile(pattern), allowed, instead)

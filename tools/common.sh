@@ -1,13 +1,13 @@
 # What ./run, ./test and .ci/run share: the Debian packages, installing them, building a preset.
-# Sourced, never started. Everything here speaks on standard error and leaves standard input alone, so
-# that both belong to the program that is started in the end.
+# Sourced, never executed. Everything here writes to standard error and leaves standard input alone; standard
+# input and output belong to the program that is started in the end.
 # shellcheck shell=bash
-# shellcheck disable=SC2034  # what is not used here is used by them
+# shellcheck disable=SC2034  # what is not used here is used by the scripts that source this
 
 root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 me=${0##*/}
 
-# Without a font every text is boxes.
+# Without a font, text shows as boxes.
 packages_program=(g++ cmake ninja-build qt6-base-dev nlohmann-json3-dev libsqlite3-dev tzdata
                   libicu-dev libqt6widgets6 fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libical-dev)
@@ -25,8 +25,8 @@ fail() {
   exit 1
 }
 
-# Runs a command while no other start of these scripts installs or builds in this tree. The command does
-# not inherit the lock: what it leaves running would hold it.
+# Runs a command while no other instance of these scripts installs or builds in this tree. The command does
+# not inherit the lock, because processes that it leaves running would hold it.
 with_lock() {
   local lock=$root/build/.lock
   { mkdir -p -- "$root/build" && : >>"$lock"; } 2>/dev/null ||
@@ -37,7 +37,7 @@ with_lock() {
   ) 9>>"$lock" </dev/null >&2
 }
 
-# Sets `missing` to those of the named packages that are not installed.
+# Sets `missing` to the named packages that are not installed.
 find_missing() {
   local status package
   local -A installed=()
@@ -57,7 +57,7 @@ give_up_on_packages() {
 
 install_packages() {
   local as_root=()
-  find_missing "$@"  # another start may have installed them while this one waited
+  find_missing "$@"  # another instance may have installed them while this one waited
   ((${#missing[@]})) || return 0
   if ((EUID != 0)); then
     if sudo -n true 2>/dev/null; then
@@ -72,23 +72,22 @@ install_packages() {
   local get=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
              apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
   say "installing ${missing[*]}"
-  "${get[@]}" update || say "the package lists could not be refreshed; trying those that are there"
+  "${get[@]}" update || say "the package lists could not be refreshed; trying the present ones"
   "${get[@]}" install -y --no-install-recommends "${missing[@]}" ||
     give_up_on_packages "these Debian packages could not be installed"
 }
 
-# Installs those of the named packages that are missing; ends the script where that is not possible.
+# Installs those of the named packages that are missing; ends the script if that is not possible.
 need_packages() {
   command -v dpkg-query >/dev/null || {
-    say "not a Debian system; what the packages $* bring must be there"
+    say "not a Debian system; it must already have what the packages $* contain"
     return 0
   }
   find_missing "$@"
   ((${#missing[@]} == 0)) || with_lock install_packages "$@" || exit
 }
 
-# A tree is configured again when the presets changed or the sources were moved; what else changed, ninja
-# sees for itself.
+# Configures a tree again if the presets changed or the sources were moved; ninja detects all other changes.
 configure() {
   local preset=$1 tree=$root/build/$1 home="CMAKE_HOME_DIRECTORY:INTERNAL=$root" fresh=()
   shift
@@ -107,7 +106,7 @@ build_locked() {
   local preset=$1
   shift
   configure "$preset" || return
-  # Progress where there is some, not a word when everything is up to date.
+  # Shows progress, and nothing when everything is up to date.
   NINJA_STATUS='[%f/%t] ' ninja -C "$root/build/$preset" -j "$(nproc)" "$@" 2>&1 |
     sed --unbuffered -e '/^ninja: \(no work to do\|Entering directory\)/d' -e '/Re-checking globbed dir/d'
 }
@@ -117,8 +116,8 @@ build() {
   with_lock build_locked "$@" || fail "the build of build/$1 failed; the reasons are above"
 }
 
-# source_files NAME-PATTERN...: the files of the tree, one a line, relative to the root: those that git tracks
-# or would track, or in an export without git all that is not built.
+# source_files NAME-PATTERN...: the files of the tree, one per line, relative to the root: those that git tracks
+# or would track, or in an export without git everything that is not built.
 source_files() {
   local file pattern names=()
   if git -C "$root" rev-parse 2>/dev/null; then

@@ -39,8 +39,7 @@ SOME_USERS = 4  # how many sources that include a changed header are compiled ag
 WORKERS = os.cpu_count() or 1
 
 SWEEP = "*FaultSweep*"
-PAGES = ("DailyRecurrence", "WeeklyRecurrence", "MonthlyRecurrence", "YearlyRecurrence", "RecurrencePattern",
-         "RecurrenceTime")
+PAGES = re.findall(r'"Plovix\.(\w+)"', (ROOT / "framework/page_identifiers.h").read_text())
 
 
 def stages(name):

@@ -1,10 +1,15 @@
-// Writes docs/page-flow.md, page-calls.md and page-texts.md from what the pages really do, by running every
-// page. The tests start it to compare; with PLOVIX_UPDATE_DOCS set it writes the files first.
+// Writes docs/page-flow.md, page-calls.md, page-texts.md and page-controls.md from what the pages really do,
+// by running every page. The tests start it to compare; with PLOVIX_UPDATE_DOCS set it writes the files
+// first.
+#include <gmock/gmock.h>
+#include <plovix/designs/design.h>
 #include <plovix/framework/page_identifiers.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <set>
 
 #include "tests/support/faults.h"
@@ -242,6 +247,11 @@ the four pattern pages. The first page takes a task on a single record away from
 )" + walked);
 }
 
+std::string PagesOf(const std::set<std::string>& pages) {
+  if (pages.size() == Scene().registry.Identifiers().size()) return "every page";
+  return pages.empty() ? "no page" : Joined(pages, ", ");
+}
+
 // Does whatever a user can do on the page, with good and bad entries.
 void DoEverything(Scene& scene, Bench& bench) {
   scene.dialogs.chosen_tag = scene.dialogs.chosen_query = "chosen";
@@ -267,8 +277,9 @@ void DoEverything(Scene& scene, Bench& bench) {
   (void)bench.Leave(ChangeDirection::kBack);
 }
 
-TEST(PageFacts, Calls) {
-  std::map<std::string, std::set<std::string>> callers;  // by member
+// Plays every page in every state; look(page, scene, bench, calls) sees what came of it.
+template <class Look>
+void PlayEverything(Look look) {
   for (const std::string& page : Scene().registry.Identifiers()) {
     for (const State& state : kStates) {
       Scene scene;
@@ -279,11 +290,19 @@ TEST(PageFacts, Calls) {
       Bench bench(scene, page, task, EntriesOf(scene, state));
       const Injector calls;
       bench.Initialize();
-      (void)(bench.page->IWizardPage_Title() + bench.page->IWizardPage_Description() + bench.Next());
+      scene.dialogs.boxes = {bench.page->IWizardPage_Title(), bench.page->IWizardPage_Description(),
+                             bench.Next()};
       DoEverything(scene, bench);
-      for (const std::string& member : calls.calls) callers[member].insert(Name(page));
+      look(Name(page), scene, bench, calls.calls);
     }
   }
+}
+
+TEST(PageFacts, Calls) {
+  std::map<std::string, std::set<std::string>> callers;  // by member
+  PlayEverything([&](const std::string& page, const Scene&, const Bench&, const auto& calls) {
+    for (const std::string& member : calls) callers[member].insert(page);
+  });
   std::map<std::string, std::map<std::set<std::string>, std::vector<std::string>>> table;  // by interface
   for (const std::string_view listed : kHostMembers) {
     const std::string member(listed);
@@ -292,12 +311,8 @@ TEST(PageFacts, Calls) {
   }
   std::string rows;
   for (const auto& [interface, members] : table) {
-    for (const auto& [pages, names] : members) {
-      const std::string by = pages.size() == Scene().registry.Identifiers().size() ? "every page"
-                             : pages.empty()                                       ? "no page"
-                                                                                   : Joined(pages, ", ");
-      rows += "| `" + interface + "` | " + Joined(names, ", ") + " | " + by + " |\n";
-    }
+    for (const auto& [pages, names] : members)
+      rows += "| `" + interface + "` | " + Joined(names, ", ") + " | " + PagesOf(pages) + " |\n";
   }
   ExpectDocument("/docs/page-calls.md", R"(# What the pages call
 
@@ -311,8 +326,56 @@ longer name in the headers: `DatabaseConnection`, `DataObjectCollection`, `Sessi
 )" + rows);
 }
 
+// The numbers of all texts that a page has shown, each as "[27]" or "[56:31]".
+std::set<int> NumbersShown(const Scene& scene, const Bench& bench) {
+  std::string shown = Joined(scene.dialogs.boxes, "") + Joined(scene.dialogs.edited_permissions, "");
+  for (std::size_t i = 0; i < bench.Controls().Count(); ++i) {
+    shown += bench.Controls().At(i).Caption();
+    const auto* list = dynamic_cast<const ComboBox*>(&bench.Controls().At(i));
+    for (int entry = 0; list != nullptr && entry < list->Count(); ++entry) shown += list->ItemText(entry);
+  }
+  static const std::regex kNumber(R"(\[(\d+)[:\]])");
+  std::set<int> numbers;
+  for (std::sregex_iterator found(shown.begin(), shown.end(), kNumber), end; found != end; ++found)
+    numbers.insert(std::stoi((*found)[1]));
+  return numbers;
+}
+
+// Leaves the page with one field wrong at a time, whichever option is chosen.
+void LeaveWithEachWrong(Bench& bench) {
+  Form& form = bench.Controls();
+  for (std::size_t option = 0; option < form.Count(); ++option) {
+    if (!bench.user.Choose(form.At(option)) && option > 0) continue;
+    for (std::size_t wrong = 0; wrong < form.Count(); ++wrong) {
+      for (const char* text : {"", "x"}) {
+        for (std::size_t i = 0; i < form.Count(); ++i) bench.user.Type(form.At(i), "3");
+        auto* list = dynamic_cast<ComboBox*>(&form.At(wrong));
+        if (list != nullptr) list->Select(-1);
+        if (bench.user.Type(form.At(wrong), text) || list != nullptr)
+          (void)bench.Leave(ChangeDirection::kNext);
+      }
+    }
+  }
+}
+
+// The rooms of Plovix::Host whose code names a text, by its key.
+std::map<std::string, std::set<std::string>> KeysNamed() {
+  static const std::regex kComment("//[^\n]*"), kKey(R"re("(\w+(\.\w+)+)")re");
+  std::map<std::string, std::set<std::string>> keys;
+  std::istringstream rooms(PLOVIX_HOST_ROOMS);
+  for (std::string room; std::getline(rooms, room, ' ');) {
+    for (const auto& file : std::filesystem::directory_iterator(PLOVIX_SOURCE_DIR "/" + room)) {
+      const std::string text = Read("/" + room + "/" + file.path().filename().string());
+      const std::string code = std::regex_replace(text, kComment, "");
+      for (std::sregex_iterator found(code.begin(), code.end(), kKey), end; found != end; ++found)
+        keys[(*found)[1]].insert(room);
+    }
+  }
+  return keys;
+}
+
 TEST(PageFacts, Texts) {
-  std::map<int, std::set<std::string>> places;
+  std::map<int, std::set<std::string>> places, pages;
   const PageRegistry registry = Scene().registry;
   for (const std::string& identifier : registry.Identifiers()) {
     const auto page = registry.Create(identifier);  // the rows are the page's
@@ -321,21 +384,100 @@ TEST(PageFacts, Texts) {
         places[*number].insert(Name(identifier) + "." + std::string(row.name));
     }
   }
-  std::map<int, std::string> texts;
+  PlayEverything([&](const std::string& page, const Scene& scene, Bench& bench, const auto&) {
+    LeaveWithEachWrong(bench);
+    for (const int number : NumbersShown(scene, bench)) pages[number].insert(page);
+  });
   const auto file = nlohmann::json::parse(Read("/languages/en.json"));
-  for (const auto& [number, text] : file.at("pages").items()) texts[std::stoi(number)] = text;
-  std::string rows;
-  for (const auto& [number, text] : texts)
+  std::map<int, std::string> english;
+  for (const auto& [number, text] : file.at("pages").items()) english[std::stoi(number)] = text;
+  std::string rows, keys;
+  for (const auto& [number, text] : english) {
+    if (!places.contains(number)) places[number] = {PagesOf(pages[number])};
     rows += "| " + std::to_string(number) + " | " + text + " | " + Joined(places[number], ", ") + " |\n";
-  ExpectDocument("/docs/page-texts.md", R"(# The texts of the pages
+    EXPECT_NE(places[number], std::set<std::string>{"no page"}) << number;
+    pages.erase(number);
+  }
+  EXPECT_THAT(pages, testing::IsEmpty()) << "texts that the table lacks";
+  for (const auto& [key, rooms] : KeysNamed()) {
+    if (!file.at("host").contains(key)) continue;  // the name of a file
+    const std::string text =
+        std::regex_replace(file.at("host").at(key).get<std::string>(), std::regex("\n"), " ");
+    keys += "| `" + key + "` | " + text + " | " + Joined(rooms, ", ") + " |\n";
+  }
+  ExpectDocument("/docs/page-texts.md", R"(# The texts that a host supplies
 
-Written by `tools/page_facts.cpp` from the designs of the pages and `languages/en.json`. Numbers count within
-the module "Plovix". A text without a control is a title, a message, or an entry of a list. `{1}` stands for the first
-parameter.
+Written by `tools/page_facts.cpp` from the pages, from the sources of `Plovix::Host` and from `languages/en.json`.
+`{1}` stands for the first parameter.
 
-| number | English | controls |
+## The pages' texts, by number
+
+A host supplies all of them. Numbers count within the module "Plovix". Where a page is named in place of a control, it asks for
+the text as a title, a message, or an entry of a list.
+
+| number | English | shown by |
 |---|---|---|
-)" + rows);
+)" + rows + R"(
+## The plain host's texts, by key
+
+A host that uses `Plovix::Host` supplies them, as far as it uses the room that shows them. A missing one is shown as its key in
+brackets.
+
+| key | English | shown by |
+|---|---|---|
+)" + keys);
+}
+
+// What stands in the cell of a control beside its text: its look, its frame, and the caption of the design
+// where that is another one than the table's.
+std::string Remarks(const ControlInfo& row, const std::string& text) {
+  static const std::pair<Style, const char*> kStyles[] = {{Style::kHeading, "heading"},
+                                                          {Style::kMultiLine, "several lines"},
+                                                          {Style::kEditable, "editable"},
+                                                          {Style::kTime, "time of day"},
+                                                          {Style::kHidden, "hidden at first"},
+                                                          {Style::kDisabled, "disabled at first"},
+                                                          {Style::kLink, "link"}};
+  std::vector<std::string> remarks;
+  for (const auto& [style, words] : kStyles) {
+    if (Has(row.style, style)) remarks.emplace_back(words);
+  }
+  if (!row.frame.empty()) remarks.push_back("in " + std::string(row.frame));
+  if (row.kind == Kind::kHostSlot)
+    remarks.push_back("holds " + std::string(row.caption));
+  else if (row.caption != text)
+    remarks.push_back("in the design: “" + std::string(row.caption) + "”");
+  return Joined(remarks, "; ");
+}
+
+TEST(PageFacts, Controls) {
+  const auto english = nlohmann::json::parse(Read("/languages/en.json")).at("pages");
+  const PageRegistry registry = Scene().registry;
+  std::string tables;
+  for (const std::string& identifier : registry.Identifiers()) {
+    const auto page = registry.Create(identifier);
+    tables += "\n## " + Name(identifier) +
+              "\n\n| line | control | kind | text | remarks |\n|---|---|---|---|---|\n";
+    int count = 0;
+    for (const std::string_view line : page->Controls().Design().lines) {
+      ++count;
+      ForEachName(line, [&](std::string_view name) {
+        const ControlInfo& row = page->Controls().Get(name).Info();
+        const auto number = TextNumber(row.tag);
+        const std::string text =
+            number ? english.at(std::to_string(*number)).get<std::string>() : std::string(row.caption);
+        tables += "| " + std::to_string(count) + " | `" + std::string(name) + "` | " +
+                  std::string(KindName(row.kind)) + " | " + (number ? std::to_string(*number) + ": " : "") +
+                  (row.kind == Kind::kHostSlot ? "" : text) + " | " + Remarks(row, text) + " |\n";
+      });
+    }
+  }
+  ExpectDocument("/docs/page-controls.md", R"(# The controls of the pages
+
+Written by `tools/page_facts.cpp` from the designs of the pages: every control of each page, in reading order, with the number of
+its text and the English one. A control without a number shows no text of the tables: what it shows comes from the task, from
+data, or from the user. The Tab key may follow this order, or the order of `Form::At`.
+)" + tables);
 }
 
 }  // namespace

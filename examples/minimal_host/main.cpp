@@ -1,5 +1,5 @@
-// A host in one file: the wizard in a Qt window, on the plain host objects in memory. An application of your
-// own replaces them one by one: MemoryStorage by its database, HostState's members by what it knows.
+// A host in one file: the wizard in a Qt window, on the plain host objects in memory. Your own application
+// replaces them one by one: MemoryStorage by its database, HostState's members by its own data.
 #include <plovix/component/entry_points.h>
 #include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/objects/velo_action_list.h>
@@ -25,7 +25,8 @@ QString Text(const std::string& utf8) {
   return QString::fromStdString(utf8);
 }
 
-// Shows a text as it stands: what users name things is nobody's markup. Gives back the button pressed.
+// Shows a text literally, because names given by users must not be read as markup. Returns the pressed
+// button.
 int Show(QMessageBox::Icon icon, const std::string& title, const std::string& text,
          QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
   QMessageBox box(icon, Text(title), {}, buttons, QApplication::activeWindow());
@@ -34,7 +35,7 @@ int Show(QMessageBox::Icon icon, const std::string& title, const std::string& te
   return box.exec();
 }
 
-// The host's dialogs. Where this host has no editor, nothing comes back, as if the user had cancelled.
+// The host's dialogs. Missing editors act as if the user had cancelled.
 class Dialogs final : public HostDialogs {
  public:
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override {
@@ -59,7 +60,7 @@ class Dialogs final : public HostDialogs {
   }
 };
 
-// The host's control in the page of actions: a list and a button that adds a line for the log.
+// The host's control on the actions page: a list and a button that adds a line for the log.
 QWidget* NewActionWidget(HostControl& control, QWidget* parent) {
   auto& actions = dynamic_cast<VeloActionList&>(control);
   auto* widget = new QWidget(parent);
@@ -102,7 +103,7 @@ class Window final : public QDialog, WizardView {
 
  private:
   void PageShown() override {
-    if (page_ != nullptr) page_->deleteLater();  // it may be what sent the event
+    if (page_ != nullptr) page_->deleteLater();  // it may be the sender of the event
     page_ = new qt::FormWidget(wizard_.Controls(), wizard_.User(), NewActionWidget, this);
     layout_->insertWidget(0, page_);
     page_->show();

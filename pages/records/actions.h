@@ -1,5 +1,5 @@
-// The last page of every full road: the actions that the task executes, edited in the host's
-// action-list control.
+// The last page of every full path: the actions that the task executes, edited in the host's action-list
+// control.
 #pragma once
 
 #include <plovix/designs/records_designs.h>
@@ -17,17 +17,17 @@ class Actions final : public PageWith<kActionsDesign> {
  private:
   Outcome RetrieveValues() override;
   Outcome SaveValues() override;
-  // The context of the action list. Loads each collection at most once in the page's life; where a
-  // failure leaves it, the wait pointer stays until the next change of pointer.
-  std::shared_ptr<ValueStore> GetProperties();
+  // The context of the action list. Loads each collection at most once in the page's life. If a failure ends
+  // it, the wait pointer stays until the next change of pointer.
+  Ref<ValueStore> GetProperties();
 
-  // The embedded control; fails with 91 when the host embedded none.
-  [[nodiscard]] std::shared_ptr<ActionListControl> List() const;
+  // The embedded control; fails with 91 if the host embedded none.
+  [[nodiscard]] Ref<ActionListControl> List() const;
 
   plovix::HostSlot& VeloActionList = control<"VeloActionList">();
-  std::shared_ptr<plovix::DataObject> DataObject;
-  std::shared_ptr<ObjectCollection> DataObjects;
-  std::shared_ptr<ObjectCollection> DesignerObjects;
+  Ref<plovix::DataObject> DataObject;
+  Ref<ObjectCollection> DataObjects;
+  Ref<ObjectCollection> DesignerObjects;
 };
 
 }  // namespace plovix

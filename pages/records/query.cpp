@@ -15,27 +15,24 @@ void Query::IWizardPage_GetNextPage(std::string& next) {
 Outcome Query::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);
-    Load(run, txtQuery, [&] { txtQuery.SetText(Set(Task)->Query()); });
+    Load(run, txtQuery, [&] { txtQuery.SetText(Task->Query()); });
   });
 }
 
 Outcome Query::SaveValues() {
-  return Procedure("SaveValues", [&](Statements& run) {
-    Save(run, txtQuery, [&] { Set(Task)->SetQuery(txtQuery.Text()); });
-  });
+  return Procedure("SaveValues",
+                   [&](Statements& run) { Save(run, txtQuery, [&] { Task->SetQuery(txtQuery.Text()); }); });
 }
 
-// The builder starts from what is in the box, saved or not.
+// The builder starts from the text in the box, saved or not.
 void Query::cmdBuild_Click() {
   Procedure("cmdBuild_Click", [&](Statements& run) {
-    std::shared_ptr<DataObject> object;
-    run([&] { object = Set(Application()->DataObjectCatalog())->Find(Set(Task)->DataObjectName()); });
-    std::shared_ptr<QueryDefinition> definition;
-    run([&] { definition = Set(Services().Factory())->NewQueryDefinition(); });
-    run([&] { Set(definition)->SetText(txtQuery.Text()); });
-    std::shared_ptr<QueryBuilder> builder;
-    run([&] { builder = Set(Services().Factory())->NewQueryBuilder(); });
-    if (run.If([&] { return Set(builder)->Show(Set(definition), Set(object)->Fields()); }))
+    Ref<DataObject> object;
+    run([&] { object = Application()->DataObjectCatalog()->Find(Task->DataObjectName()); });
+    const auto definition = run.Get([&] { return Services().Factory()->NewQueryDefinition(); });
+    run([&] { definition->SetText(txtQuery.Text()); });
+    const auto builder = run.Get([&] { return Services().Factory()->NewQueryBuilder(); });
+    if (run.If([&] { return builder->Show(definition.OrFail(), object->Fields()); }))
       run([&] { txtQuery.SetText(definition->Text()); });
   });
 }

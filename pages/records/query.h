@@ -1,5 +1,5 @@
-// The page with the query that selects the records of the task's actions, typed or composed in the host's
-// query builder. Any text is taken, also none.
+// The page with the query that selects the records for the task's actions, typed or composed in the host's
+// query builder. Any text is accepted, even an empty one.
 #pragma once
 
 #include <plovix/designs/records_designs.h>

@@ -29,21 +29,20 @@ void Records::IWizardPage_GetNextPage(std::string& next) {
 
 Outcome Records::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
-    run([&] { Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {})); });
-    std::optional<std::int32_t> mode;
-    run([&] { mode = Set(Task)->ProcessingMode(); });
+    run([&] { Task = ObjectFrom<AutoTask>(Store->GetValue(store_key::kAutoTask, {})); });
+    const auto mode = run.Read([&] { return Task->ProcessingMode(); });
     if (mode == processing_mode::kOnce) run([&] { optOnce.Select(); });
     if (mode == processing_mode::kModified) run([&] { optModified.Select(); });
     if (mode == processing_mode::kEveryTime) run([&] { optEveryTime.Select(); });
     chkProcessAll.SetValue(0);
-    Load(run, chkProcessAll, [&] { chkProcessAll.SetValue(Set(Task)->ProcessAllRecords() ? 1 : 0); });
+    Load(run, chkProcessAll, [&] { chkProcessAll.SetValue(Task->ProcessAllRecords() ? 1 : 0); });
     Load(run, chkFailedRecords, [&] {
-      const bool failed = Set(Task)->ProcessFailedRecords();
+      const bool failed = Task->ProcessFailedRecords();
       chkFailedRecords.SetValue(failed && !chkProcessAll.Checked() ? 1 : 0);
     });
     DateTime base = kZeroDate;
     chkUseBaseDate.SetValue(0);
-    Load(run, chkUseBaseDate, [&] { base = Set(Task)->BaseDate(); });
+    Load(run, chkUseBaseDate, [&] { base = Task->BaseDate(); });
     if (base != kZeroDate) {
       chkUseBaseDate.SetValue(1);
       dtpDate.SetValue(DatePart(base));
@@ -55,7 +54,7 @@ Outcome Records::RetrieveValues() {
   });
 }
 
-// All records include the failed ones, so the second box has nothing to say then.
+// All records include the failed ones, so the second box has no meaning then.
 void Records::chkProcessAll_Click() {
   Procedure("chkProcessAll_Click",
             [&](Statements& run) { run([&] { chkFailedRecords.SetEnabled(!chkProcessAll.Checked()); }); });
@@ -71,20 +70,20 @@ void Records::chkUseBaseDate_Click() {
 Outcome Records::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     if (optOnce.Selected()) {
-      run([&] { Set(Task)->SetProcessingMode(processing_mode::kOnce); });
+      run([&] { Task->SetProcessingMode(processing_mode::kOnce); });
     } else if (optModified.Selected()) {
-      run([&] { Set(Task)->SetProcessingMode(processing_mode::kModified); });
+      run([&] { Task->SetProcessingMode(processing_mode::kModified); });
     } else if (optEveryTime.Selected()) {
-      run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
+      run([&] { Task->SetProcessingMode(processing_mode::kEveryTime); });
     }
-    Save(run, chkProcessAll, [&] { Set(Task)->SetProcessAllRecords(chkProcessAll.Checked()); });
+    Save(run, chkProcessAll, [&] { Task->SetProcessAllRecords(chkProcessAll.Checked()); });
     if (chkFailedRecords.Enabled()) {
-      Save(run, chkFailedRecords, [&] { Set(Task)->SetProcessFailedRecords(chkFailedRecords.Checked()); });
+      Save(run, chkFailedRecords, [&] { Task->SetProcessFailedRecords(chkFailedRecords.Checked()); });
     } else {
-      run([&] { Set(Task)->SetProcessFailedRecords(false); });
+      run([&] { Task->SetProcessFailedRecords(false); });
     }
     const DateTime base = DatePart(dtpDate.Value()) + TimePart(dtpTime.Value());
-    Save(run, chkUseBaseDate, [&] { Set(Task)->SetBaseDate(chkUseBaseDate.Checked() ? base : kZeroDate); });
+    Save(run, chkUseBaseDate, [&] { Task->SetBaseDate(chkUseBaseDate.Checked() ? base : kZeroDate); });
   });
 }
 

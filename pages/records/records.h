@@ -1,4 +1,4 @@
-// The records settings page: which records a run of the task processes, and from which update on.
+// The records settings page: which records a run of the task processes, and since which update.
 #pragma once
 
 #include <plovix/designs/records_designs.h>

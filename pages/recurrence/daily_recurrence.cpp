@@ -17,9 +17,9 @@ DailyRecurrence::DailyRecurrence() {
 Outcome DailyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
-    Load(run, chkWeekdays, [&] { chkWeekdays.SetValue(Set(Pattern)->WeekdaysOnly() ? 1 : 0); });
+    Load(run, chkWeekdays, [&] { chkWeekdays.SetValue(Pattern->WeekdaysOnly() ? 1 : 0); });
     SetUnsetToOne(run, &DailyPattern::EveryNDays, &DailyPattern::SetEveryNDays);
-    Load(run, txtDays, [&] { txtDays.SetText(std::to_string(Set(Pattern)->EveryNDays())); });
+    Load(run, txtDays, [&] { txtDays.SetText(std::to_string(Pattern->EveryNDays())); });
   });
 }
 
@@ -36,8 +36,8 @@ bool DailyRecurrence::Validate() {
 Outcome DailyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateDays(), txtDays);
-    Save(run, chkWeekdays, [&] { Set(Pattern)->SetWeekdaysOnly(chkWeekdays.Checked()); });
-    Save(run, txtDays, [&] { Set(Pattern)->SetEveryNDays(Integer(txtDays)); });
+    Save(run, chkWeekdays, [&] { Pattern->SetWeekdaysOnly(chkWeekdays.Checked()); });
+    Save(run, txtDays, [&] { Pattern->SetEveryNDays(Integer(txtDays)); });
     StorePattern(run);
   });
 }

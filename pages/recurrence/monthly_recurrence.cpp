@@ -48,17 +48,17 @@ Outcome MonthlyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     const Raised guard(updating);
-    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Set(Pattern)->UseRelativeDay(); });
+    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Pattern->UseRelativeDay(); });
     SetUnsetToOne(run, &MonthlyPattern::DayOfMonth, &MonthlyPattern::SetDayOfMonth);
     SetUnsetToOne(run, &MonthlyPattern::EveryNMonths, &MonthlyPattern::SetEveryNMonths);
     SetUnsetToOne(run, &MonthlyPattern::RelativeDayOfWeek, &MonthlyPattern::SetRelativeDayOfWeek);
-    const auto months = [&] { return std::to_string(Set(Pattern)->EveryNMonths()); };
-    Load(run, txtDay, [&] { txtDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    const auto months = [&] { return std::to_string(Pattern->EveryNMonths()); };
+    Load(run, txtDay, [&] { txtDay.SetText(std::to_string(Pattern->DayOfMonth())); });
     Load(run, txtSpecificDayMonth, [&] { txtSpecificDayMonth.SetText(months()); });
     Load(run, txtRelativeDayMonth, [&] { txtRelativeDayMonth.SetText(months()); });
-    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Pattern->RelativeWeek()); });
     Load(run, cboDayOfWeek,
-         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Pattern->RelativeDayOfWeek()} - 1); });
   });
 }
 
@@ -74,14 +74,13 @@ std::optional<bool> MonthlyRecurrence::ValidateRelativeDayMonth() {
   return ValidateNumber("ValidateRelativeDayMonth", txtRelativeDayMonth);
 }
 
-// Asymmetric on purpose: a specific day is checked without its interval, which saving repairs; with a
-// relative day the interval of the other line is checked, too, and first.
+// Asymmetric on purpose: a specific day is checked without its interval, which saving repairs. With a
+// relative day, the interval of the other line is checked, too, and first.
 bool MonthlyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     if (optSpecificDay.Selected()) {
       if (!Accepts(run, txtDay, kDayNotNumericText, kDayOutOfRangeText, kLongestMonth)) return false;
-      std::int32_t day = 0;
-      run([&] { day = Integer(txtDay); });
+      const auto day = run.Get([&] { return Integer(txtDay); });
       if (day > kShortestMonth) {
         int reply = message_box::kCancel;
         run([&] {
@@ -104,14 +103,14 @@ Outcome MonthlyRecurrence::SaveValues() {
     Repair(run, ValidateSpecificDay(), txtDay);
     Repair(run, ValidateSpecificDayMonth(), txtSpecificDayMonth);
     Repair(run, ValidateRelativeDayMonth(), txtRelativeDayMonth);
-    Save(run, optRelativeDay, [&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
-    if (const auto relative = run.Read([&] { return Set(Pattern)->UseRelativeDay(); })) {
+    Save(run, optRelativeDay, [&] { Pattern->SetUseRelativeDay(optRelativeDay.Selected()); });
+    if (const auto relative = run.Read([&] { return Pattern->UseRelativeDay(); })) {
       const TextBox& months = *relative ? txtRelativeDayMonth : txtSpecificDayMonth;
-      Save(run, months, [&] { Set(Pattern)->SetEveryNMonths(Integer(months)); });
+      Save(run, months, [&] { Pattern->SetEveryNMonths(Integer(months)); });
     }
-    Save(run, txtDay, [&] { Set(Pattern)->SetDayOfMonth(Integer(txtDay)); });
-    Save(run, cboRelativeDay, [&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
-    Save(run, cboDayOfWeek, [&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    Save(run, txtDay, [&] { Pattern->SetDayOfMonth(Integer(txtDay)); });
+    Save(run, cboRelativeDay, [&] { Pattern->SetRelativeWeek(cboRelativeDay.Index()); });
+    Save(run, cboDayOfWeek, [&] { Pattern->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
     StorePattern(run);
   });
 }

@@ -1,4 +1,4 @@
-// The page of a monthly pattern: a day by its number, or the n-th day of a kind, of every N months.
+// The page of a monthly pattern: a day by its number, or the n-th day of a kind, every N months.
 #pragma once
 
 #include <plovix/designs/recurrence_designs.h>

@@ -29,40 +29,39 @@ std::optional<bool> NumericPage::ValidateNumber(std::string_view procedure, cons
   return answer;
 }
 
-bool NumericPage::Accepts(Statements& run, TextBox& box, int not_numeric_text, int out_of_range_text,
-                          std::int32_t limit, std::source_location where) {
-  if (run.If([&] { return !Number(box); }, where)) {
-    Refuse(run, box, not_numeric_text, where);
+bool NumericPage::Accepts(RunAt run, TextBox& box, int not_numeric_text, int out_of_range_text,
+                          std::int32_t limit) {
+  if (run.If([&] { return !Number(box); })) {
+    Refuse(run, box, not_numeric_text);
     return false;
   }
-  if (run.If([&] { return !IsInRange(box, limit); }, where)) {
-    Refuse(run, box, out_of_range_text, where);
+  if (run.If([&] { return !IsInRange(box, limit); })) {
+    Refuse(run, box, out_of_range_text);
     return false;
   }
   return true;
 }
 
-void NumericPage::Refuse(Statements& run, TextBox& box, int text, std::source_location where) {
-  run([&] { MsgBox(text, message_box::kOkInformation); }, where);
-  SendTo(run, box, where);
+void NumericPage::Refuse(RunAt run, TextBox& box, int text) {
+  run([&] { MsgBox(text, message_box::kOkInformation); });
+  SendTo(run, box);
 }
 
-void NumericPage::SendTo(Statements& run, TextBox& box, std::source_location where) {
-  run([&] { box.SetFocus(); }, where);
-  run([&] { box.SelectAll(); }, where);
+void NumericPage::SendTo(RunAt run, TextBox& box) {
+  run([&] { box.SetFocus(); });
+  run([&] { box.SelectAll(); });
 }
 
-void NumericPage::Repair(Statements& run, std::optional<bool> valid, TextBox& box,
-                         std::source_location where) {
+void NumericPage::Repair(RunAt run, std::optional<bool> valid, TextBox& box) {
   if (!valid) Statements::Leave();
-  if (!*valid) SetToOne(run, box, where);
+  if (!*valid) SetToOne(run, box);
 }
 
-void NumericPage::SetToOne(Statements& run, TextBox& box, std::source_location where) {
+void NumericPage::SetToOne(RunAt run, TextBox& box) {
   const Raised guard(updating);
   const bool unread = IsUnread(box);
-  run([&] { box.SetText("1"); }, where);
-  if (unread) MarkUnread(box);  // the user has given no value
+  run([&] { box.SetText("1"); });
+  if (unread) MarkUnread(box);  // the user has not entered a value
 }
 
 void NumericPage::EditChooses(std::string_view procedure, OptionButton& option) {

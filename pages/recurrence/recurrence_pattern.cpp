@@ -21,7 +21,7 @@ RecurrencePattern::RecurrencePattern() {
   optYearly.On(Event::kDblClick, [this] { DoubleClickOption("optYearly_DblClick"); });
 }
 
-// With nothing selected, an identifier that the caller brought stays; without one, daily follows.
+// If nothing is selected, the caller's identifier stays; if that is empty, the daily page follows.
 void RecurrencePattern::IWizardPage_GetNextPage(std::string& next) {
   using namespace page_identifier;
   const std::array<const char*, 4> pages{kDailyRecurrence, kWeeklyRecurrence, kMonthlyRecurrence,
@@ -33,8 +33,7 @@ void RecurrencePattern::IWizardPage_GetNextPage(std::string& next) {
 Outcome RecurrencePattern::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);
-    std::optional<std::int32_t> type;
-    run([&] { type = Set(Set(Task)->Recurrence())->RecurrenceType(); });
+    const auto type = run.Read([&] { return Task->Recurrence()->RecurrenceType(); });
     if (!type || *type < recurrence_type::kDaily || *type > recurrence_type::kYearly) return;
     Choose(run, *options_.at(static_cast<std::size_t>(*type)));
   });
@@ -42,9 +41,8 @@ Outcome RecurrencePattern::RetrieveValues() {
 
 Outcome RecurrencePattern::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
-    std::shared_ptr<Recurrence> recurrence;
-    run([&] { recurrence = Set(Task)->Recurrence(); });
-    if (const auto type = SelectedType()) run([&] { Set(recurrence)->SetRecurrenceType(*type); });
+    const auto recurrence = run.Get([&] { return Task->Recurrence(); });
+    if (const auto type = SelectedType()) run([&] { recurrence->SetRecurrenceType(*type); });
   });
 }
 
@@ -69,9 +67,9 @@ void RecurrencePattern::DoubleClickOption(std::string_view procedure) {
   Procedure(procedure, [&](Statements& run) { MoveOn(run); });
 }
 
-void RecurrencePattern::MoveOn(Statements& run, std::source_location where) {
-  const auto wizard = Wizard;  // held: it may end the page
-  if (wizard) run([&] { wizard->MoveNext(); }, where);
+void RecurrencePattern::MoveOn(RunAt run) {
+  const auto wizard = Wizard;  // held, because it may end the page
+  if (wizard) run([&] { wizard->MoveNext(); });
 }
 
 }  // namespace plovix

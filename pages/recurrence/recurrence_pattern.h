@@ -14,21 +14,21 @@ class RecurrencePattern final : public PageWith<kRecurrencePatternDesign> {
 
   void IWizardPage_GetNextPage(std::string& next) override;
 
-  // Plain properties over the references that Initialize keeps; either may be nothing.
-  void SetWizard(std::shared_ptr<WizardHost> wizard) { Wizard = std::move(wizard); }
-  [[nodiscard]] const std::shared_ptr<ValueStore>& GetStore() const { return Store; }
-  void SetStore(std::shared_ptr<ValueStore> store) { Store = std::move(store); }
+  // Plain properties for the references that Initialize keeps; either may be null.
+  void SetWizard(Ref<WizardHost> wizard) { Wizard = std::move(wizard); }
+  [[nodiscard]] const Ref<ValueStore>& GetStore() const { return Store; }
+  void SetStore(Ref<ValueStore> store) { Store = std::move(store); }
 
  private:
   Outcome RetrieveValues() override;
   Outcome SaveValues() override;
-  // The selected option's position, which is its RecurrenceType; nothing when none is selected.
+  // The selected option's position, which is its RecurrenceType; nothing if none is selected.
   [[nodiscard]] std::optional<std::int32_t> SelectedType() const;
   // Event procedures: a help text is part of its option; a double click moves on.
   void ClickHelp(std::string_view procedure, OptionButton& option);
   void DoubleClickHelp(std::string_view procedure, OptionButton& option);
   void DoubleClickOption(std::string_view procedure);
-  void MoveOn(Statements& run, std::source_location where = std::source_location::current());
+  void MoveOn(RunAt run);
 
   OptionButton& optDaily = control<"optDaily">();
   Label& lblDaily = control<"lblDaily">();

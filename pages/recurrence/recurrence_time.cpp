@@ -29,23 +29,22 @@ void RecurrenceTime::IWizardPage_GetNextPage(std::string& next) {
   next = page_identifier::kRecurrencePattern;
 }
 
-// Both fields show the one interval that there is, whichever unit is in force.
+// Both fields show the same interval, whichever unit applies.
 Outcome RecurrenceTime::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakeTask(run);
-    if (run.If([&] { return Set(Task)->Recurrence() == nullptr; })) {
-      run([&] { Set(Task)->SetRecurrence(Set(Services().Factory())->NewRecurrence()); });
+    if (run.If([&] { return Task->Recurrence() == nullptr; })) {
+      run([&] { Task->SetRecurrence(Services().Factory()->NewRecurrence()); });
     }
     const Raised guard(updating);
-    std::optional<std::int32_t> kind;
-    run([&] { kind = Set(Set(Task)->Recurrence())->TimeKind(); });
+    const auto kind = run.Read([&] { return Task->Recurrence()->TimeKind(); });
     if (kind == time_kind::kAtTime) Choose(run, optSpecificTime);
     if (kind == time_kind::kEveryNMinutes) Choose(run, optEveryNMinute);
     if (kind == time_kind::kEveryNHours) Choose(run, optEveryNHour);
-    Load(run, dtpTime, [&] { dtpTime.SetValue(Set(Set(Task)->Recurrence())->ExecutionTime()); });
+    Load(run, dtpTime, [&] { dtpTime.SetValue(Task->Recurrence()->ExecutionTime()); });
     for (TextBox* box : {&txtMinutes, &txtHours}) {
       Load(run, *box, [&] {
-        const std::int32_t interval = Set(Set(Task)->Recurrence())->Interval();
+        const std::int32_t interval = Task->Recurrence()->Interval();
         box->SetText(interval == 0 ? "1" : std::to_string(interval));
       });
     }
@@ -73,18 +72,17 @@ Outcome RecurrenceTime::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateMinutes(), txtMinutes);
     Repair(run, ValidateHours(), txtHours);
-    std::shared_ptr<Recurrence> recurrence;
-    run([&] { recurrence = Set(Task)->Recurrence(); });
+    const auto recurrence = run.Get([&] { return Task->Recurrence(); });
     if (optSpecificTime.Selected()) {
-      run([&] { Set(recurrence)->SetTimeKind(time_kind::kAtTime); });
+      run([&] { recurrence->SetTimeKind(time_kind::kAtTime); });
     } else if (optEveryNMinute.Selected()) {
-      run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNMinutes); });
-      Save(run, txtMinutes, [&] { Set(recurrence)->SetInterval(Integer(txtMinutes)); });
+      run([&] { recurrence->SetTimeKind(time_kind::kEveryNMinutes); });
+      Save(run, txtMinutes, [&] { recurrence->SetInterval(Integer(txtMinutes)); });
     } else if (optEveryNHour.Selected()) {
-      run([&] { Set(recurrence)->SetTimeKind(time_kind::kEveryNHours); });
-      Save(run, txtHours, [&] { Set(recurrence)->SetInterval(Integer(txtHours)); });
+      run([&] { recurrence->SetTimeKind(time_kind::kEveryNHours); });
+      Save(run, txtHours, [&] { recurrence->SetInterval(Integer(txtHours)); });
     }
-    Save(run, dtpTime, [&] { Set(recurrence)->SetExecutionTime(dtpTime.Value()); });
+    Save(run, dtpTime, [&] { recurrence->SetExecutionTime(dtpTime.Value()); });
   });
 }
 

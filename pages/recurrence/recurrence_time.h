@@ -15,7 +15,7 @@ class RecurrenceTime final : public PageWith<kRecurrenceTimeDesign, NumericPage>
   void IWizardPage_GetNextPage(std::string& next) override;
 
  private:
-  // Gives a task without a recurrence a new one: no task leaves the wizard scheduled without it.
+  // Gives a task without a recurrence a new one, so that no scheduled task leaves the wizard without it.
   Outcome RetrieveValues() override;
   std::optional<bool> ValidateMinutes();
   std::optional<bool> ValidateHours();

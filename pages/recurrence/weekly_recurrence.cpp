@@ -17,16 +17,16 @@ WeeklyRecurrence::WeeklyRecurrence() {
   for (CheckBox* day : days_) day->On(Event::kClick, [this] { RefreshWizard(); });
 }
 
-// Boxes are only ever checked here: a page is loaded once, with every box unchecked.
+// Boxes are only checked here, never unchecked: a page is loaded once, with every box unchecked.
 Outcome WeeklyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     SetUnsetToOne(run, &WeeklyPattern::EveryNWeeks, &WeeklyPattern::SetEveryNWeeks);
-    Load(run, txtWeeks, [&] { txtWeeks.SetText(std::to_string(Set(Pattern)->EveryNWeeks())); });
+    Load(run, txtWeeks, [&] { txtWeeks.SetText(std::to_string(Pattern->EveryNWeeks())); });
     std::int32_t index = 0;
     for (CheckBox* day : days_) {
       ++index;
-      Load(run, *day, [&] { day->SetValue(Set(Pattern)->Day(index) ? 1 : day->Value()); });
+      Load(run, *day, [&] { day->SetValue(Pattern->Day(index) ? 1 : day->Value()); });
     }
   });
 }
@@ -44,7 +44,7 @@ bool WeeklyRecurrence::IsOneDayChecked() {
   return std::ranges::any_of(days_, &CheckBox::Checked);
 }
 
-// That no day is checked is not said here: the wizard's buttons hold the user back.
+// There is no message if no day is checked: the wizard's disabled buttons hold the user back.
 bool WeeklyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     return Accepts(run, txtWeeks, kWeeksNotNumericText, kWeeksNotPositiveText);
@@ -54,11 +54,11 @@ bool WeeklyRecurrence::Validate() {
 Outcome WeeklyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateWeeks(), txtWeeks);
-    Save(run, txtWeeks, [&] { Set(Pattern)->SetEveryNWeeks(Integer(txtWeeks)); });
+    Save(run, txtWeeks, [&] { Pattern->SetEveryNWeeks(Integer(txtWeeks)); });
     std::int32_t index = 0;
     for (const CheckBox* day : days_) {
       ++index;
-      Save(run, *day, [&] { Set(Pattern)->SetDay(index, day->Checked()); });
+      Save(run, *day, [&] { Pattern->SetDay(index, day->Checked()); });
     }
     StorePattern(run);
   });

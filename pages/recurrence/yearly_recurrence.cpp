@@ -11,11 +11,11 @@
 namespace plovix {
 namespace {
 
-constexpr int kFirstMonthText = 99;  // January; twelve in a row: position plus one is Month
+constexpr int kFirstMonthText = 99;  // January; twelve in a row: the position plus one is Month
 constexpr int kLastMonthText = 110;
 constexpr int kNoSuchDateText = 112;
 
-// One or two digits, blanks around allowed; 0, which is no day, for any other text.
+// One or two digits, with optional blanks around them; 0, which is not a day, for any other text.
 unsigned DayNumber(std::string_view text) {
   const std::string_view digits = Trimmed(text);
   unsigned day = 0;
@@ -26,7 +26,7 @@ unsigned DayNumber(std::string_view text) {
 
 }  // namespace
 
-// There is nothing to do when optSpecificDay is chosen: the other line has no field to repair.
+// Nothing to do when optSpecificDay is chosen: the other line has no field to repair.
 YearlyRecurrence::YearlyRecurrence() {
   optRelativeDay.On(Event::kClick, [this] { RepairNonNumeric("optRelativeDay_Click", {&txtSpecificDay}); });
   cboSpecificDayMonth.On(Event::kClick, [this] { EditChooses("cboSpecificDayMonth_Click", optSpecificDay); });
@@ -54,20 +54,20 @@ Outcome YearlyRecurrence::RetrieveValues() {
   return Procedure("RetrieveValues", [&](Statements& run) {
     TakePattern(run);
     const Raised guard(updating);
-    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Set(Pattern)->UseRelativeDay(); });
+    LoadLine(run, optRelativeDay, optSpecificDay, [&] { return Pattern->UseRelativeDay(); });
     SetUnsetToOne(run, &YearlyPattern::DayOfMonth, &YearlyPattern::SetDayOfMonth);
     SetUnsetToOne(run, &YearlyPattern::Month, &YearlyPattern::SetMonth);
     SetUnsetToOne(run, &YearlyPattern::RelativeDayOfWeek, &YearlyPattern::SetRelativeDayOfWeek);
-    Load(run, txtSpecificDay, [&] { txtSpecificDay.SetText(std::to_string(Set(Pattern)->DayOfMonth())); });
+    Load(run, txtSpecificDay, [&] { txtSpecificDay.SetText(std::to_string(Pattern->DayOfMonth())); });
     for (ComboBox* list : {&cboSpecificDayMonth, &cboRelativeDayMonth})
-      Load(run, *list, [&] { SelectEntry(*list, std::int64_t{Set(Pattern)->Month()} - 1); });
-    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Set(Pattern)->RelativeWeek()); });
+      Load(run, *list, [&] { SelectEntry(*list, std::int64_t{Pattern->Month()} - 1); });
+    Load(run, cboRelativeDay, [&] { SelectEntry(cboRelativeDay, Pattern->RelativeWeek()); });
     Load(run, cboDayOfWeek,
-         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Set(Pattern)->RelativeDayOfWeek()} - 1); });
+         [&] { SelectEntry(cboDayOfWeek, std::int64_t{Pattern->RelativeDayOfWeek()} - 1); });
   });
 }
 
-// The day is held against the month's length in this very year, so 29 February passes in leap years only.
+// The day is compared with the month's length in the current year, so 29 February passes only in leap years.
 bool YearlyRecurrence::IsDateOfThisYear() const {
   using namespace std::chrono;
   const year_month_day today(floor<days>(Application()->Now()));
@@ -84,7 +84,7 @@ std::optional<bool> YearlyRecurrence::ValidateSpecificDay() {
   return answer;
 }
 
-// The date is checked whatever is selected: a relative day is refused while the other line is bad.
+// The date is checked whatever is selected: a relative day is refused while the other line is invalid.
 bool YearlyRecurrence::Validate() {
   return Answer("Validate", [&](Statements& run) {
     if (run.If([&] { return !Number(txtSpecificDay); })) {
@@ -102,14 +102,14 @@ bool YearlyRecurrence::Validate() {
 Outcome YearlyRecurrence::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     Repair(run, ValidateSpecificDay(), txtSpecificDay);
-    Save(run, optRelativeDay, [&] { Set(Pattern)->SetUseRelativeDay(optRelativeDay.Selected()); });
-    if (const auto relative = run.Read([&] { return Set(Pattern)->UseRelativeDay(); })) {
+    Save(run, optRelativeDay, [&] { Pattern->SetUseRelativeDay(optRelativeDay.Selected()); });
+    if (const auto relative = run.Read([&] { return Pattern->UseRelativeDay(); })) {
       const ComboBox& month = *relative ? cboRelativeDayMonth : cboSpecificDayMonth;
-      Save(run, month, [&] { Set(Pattern)->SetMonth(month.Index() + 1); });
+      Save(run, month, [&] { Pattern->SetMonth(month.Index() + 1); });
     }
-    Save(run, txtSpecificDay, [&] { Set(Pattern)->SetDayOfMonth(Integer(txtSpecificDay)); });
-    Save(run, cboRelativeDay, [&] { Set(Pattern)->SetRelativeWeek(cboRelativeDay.Index()); });
-    Save(run, cboDayOfWeek, [&] { Set(Pattern)->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
+    Save(run, txtSpecificDay, [&] { Pattern->SetDayOfMonth(Integer(txtSpecificDay)); });
+    Save(run, cboRelativeDay, [&] { Pattern->SetRelativeWeek(cboRelativeDay.Index()); });
+    Save(run, cboDayOfWeek, [&] { Pattern->SetRelativeDayOfWeek(cboDayOfWeek.Index() + 1); });
     StorePattern(run);
   });
 }

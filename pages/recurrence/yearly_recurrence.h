@@ -18,7 +18,7 @@ class YearlyRecurrence final
   void Prepare() override;
   Outcome InitControls();
   Outcome RetrieveValues() override;
-  // Whether the day's text and the chosen month make a date of the host's current year.
+  // Whether the day's text and the chosen month are a date in the host's current year.
   [[nodiscard]] bool IsDateOfThisYear() const;
   std::optional<bool> ValidateSpecificDay();
   bool Validate() override;

@@ -16,8 +16,8 @@ AutoTaskType::AutoTaskType() {
       option.SetFocus();
     };
     const auto move_on = [this] {
-      const auto wizard = Wizard;  // held: it may end the page
-      Set(wizard)->MoveNext();
+      const auto wizard = Wizard;  // held, because it may end the page
+      wizard->MoveNext();
     };
     help.On(Event::kClick, choose);
     help.On(Event::kDblClick, [choose, move_on] {
@@ -31,12 +31,11 @@ AutoTaskType::AutoTaskType() {
   choice(optQueryResults, lblQueryResults);
 }
 
-void AutoTaskType::IWizardPage_Initialize(std::shared_ptr<WizardHost> host,
-                                          std::shared_ptr<ValueStore> store) {
+void AutoTaskType::IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) {
   Begin(host, store);
   TranslateCaptions();
   LoadChoice();
-  Set(host)->Refresh(true);
+  host->Refresh(true);
 }
 
 void AutoTaskType::IWizardPage_GetNextPage(std::string& next) {
@@ -58,12 +57,12 @@ bool AutoTaskType::IWizardPage_CanChangePage(ChangeDirection direction) {
 
 // A mode outside the three selects nothing.
 void AutoTaskType::LoadChoice() {
-  Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {}));
+  Task = ObjectFrom<AutoTask>(Store->GetValue(store_key::kAutoTask, {}));
   const auto show = [](OptionButton& option) {
     option.Select();
     option.SetFocus();
   };
-  switch (Set(Task)->RecordMode()) {
+  switch (Task->RecordMode()) {
     case record_mode::kNoData:
       show(optNoData);
       break;
@@ -86,26 +85,24 @@ std::int16_t AutoTaskType::ChosenMode() const {
 
 bool AutoTaskType::DropActions(Statements& run) {
   const auto reply = run.Read([&] { return MsgBox(kActionsWillBeLostText, message_box::kOkCancelQuestion); });
-  return reply == message_box::kOk &&
-         run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
+  return reply == message_box::kOk && run([&] { Task->SetActions(Services().Factory()->NewActionList()); });
 }
 
 bool AutoTaskType::SaveValues() {
   bool answer = false;
   Procedure("SaveValues", [&](Statements& run) {
     const std::int16_t mode = ChosenMode();
-    if (!run.If([&] { return Set(Set(Task)->Actions())->Count() == 0; })) {
-      const auto former = run.Read([&] { return Set(Task)->RecordMode(); });
-      if (!former) return;  // nobody knows whether the actions fit
+    if (!run.If([&] { return Task->Actions()->Count() == 0; })) {
+      const auto former = run.Read([&] { return Task->RecordMode(); });
+      if (!former) return;  // unknown whether the actions fit
       if (*former != mode && !DropActions(run)) return;
     }
-    const bool written = run([&] { Set(Task)->SetRecordMode(mode); });  // else the rest would not fit
+    const bool written = run([&] { Task->SetRecordMode(mode); });  // else the rest would not fit
     if (written && mode == record_mode::kNoData) {
-      run([&] { Set(Task)->SetDataObjectName(""); });
-      run([&] { Set(Task)->SetDataObjectCaption(""); });
+      run([&] { Task->SetDataObjectName(""); });
+      run([&] { Task->SetDataObjectCaption(""); });
     }
-    if (written && mode == record_mode::kSingleRecord)
-      run([&] { Set(Task)->SetAllowAutomationManager(false); });
+    if (written && mode == record_mode::kSingleRecord) run([&] { Task->SetAllowAutomationManager(false); });
     answer = true;
   });
   return answer;

@@ -10,17 +10,17 @@ class AutoTaskType final : public PageWith<kAutoTaskTypeDesign, PageBase> {
  public:
   AutoTaskType();
 
-  // No handler: failures go to the caller, as from every operation of this page.
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override;
+  // Without a handler: failures go to the caller, as from every operation of this page.
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override;
   void IWizardPage_GetNextPage(std::string& next) override;
   bool IWizardPage_CanChangePage(ChangeDirection direction) override;
 
  private:
   void LoadChoice();
   [[nodiscard]] std::int16_t ChosenMode() const;
-  // True when the page may be left; asks before a changed mode empties the task's actions.
+  // True if the page may be left; asks before a changed mode empties the task's actions.
   bool SaveValues();
-  // Asks, and empties the task's actions; false when the user declined or it could not be done.
+  // Asks, and empties the task's actions; false if the user declined or it could not be done.
   bool DropActions(Statements& run);
 
   OptionButton& optNoData = control<"optNoData">();

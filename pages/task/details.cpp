@@ -42,7 +42,7 @@ void Details::IWizardPage_GetNextPage(std::string& next) {
     next.clear();
     return;
   }
-  const std::int16_t mode = Set(Task)->RecordMode();
+  const std::int16_t mode = Task->RecordMode();
   if (chkAutoMan.Checked()) {
     next = mode != record_mode::kNoData ? kRecords : kRecurrenceTime;
   } else {
@@ -60,13 +60,13 @@ Outcome Details::RetrieveValues() {
   const Raised loading(Loading);
   return Procedure("RetrieveValues", [&](Statements& run) {
     Forget();
-    run([&] { Task = ObjectFrom<AutoTask>(Set(Store)->GetValue(store_key::kAutoTask, {})); });
+    run([&] { Task = ObjectFrom<AutoTask>(Store->GetValue(store_key::kAutoTask, {})); });
     Load(run, DataObjects, [&] {
-      DataObjects = ObjectFrom<DataObjectCollection>(Set(Store)->GetValue(store_key::kDataObjects, {}));
+      DataObjects = ObjectFrom<DataObjectCollection>(Store->GetValue(store_key::kDataObjects, {}));
     });
-    run([&] { Importing = BooleanFrom(Set(Store)->GetValue(store_key::kImporting, false)); });
-    run([&] { CreateGroup = BooleanFrom(Set(Store)->GetValue(store_key::kCreateGroup, false)); });
-    run([&] { CreatePersonal = BooleanFrom(Set(Store)->GetValue(store_key::kCreatePersonal, false)); });
+    run([&] { Importing = BooleanFrom(Store->GetValue(store_key::kImporting, false)); });
+    run([&] { CreateGroup = BooleanFrom(Store->GetValue(store_key::kCreateGroup, false)); });
+    run([&] { CreatePersonal = BooleanFrom(Store->GetValue(store_key::kCreatePersonal, false)); });
     TaggedTask = IsTaggedTask();
     RetrieveSettings(run);
     RetrieveOwnCategories(run);
@@ -74,7 +74,7 @@ Outcome Details::RetrieveValues() {
   });
 }
 
-// What a page holds when it is new, so that another Initialize finds no rest of the former task.
+// Restores the state of a new page, so that another Initialize finds nothing left of the former task.
 void Details::Forget() {
   Importing = CreateGroup = CreatePersonal = TaggedTask = DataObjectsLoaded = MultipleCategories = false;
   DataObject = nullptr;
@@ -95,7 +95,7 @@ void Details::Forget() {
 bool Details::IsTaggedTask() {
   bool answer = false;
   Procedure("IsTaggedTask", [&](Statements& run) {
-    if (run.If([&] { return Set(Task)->UsesLanguageTags(); })) {
+    if (run.If([&] { return Task->UsesLanguageTags(); })) {
       answer = true;
       return;
     }
@@ -115,32 +115,32 @@ Outcome Details::InitControls() {
       button->SetVisible(TaggedTask);
     }
     if (TaggedTask) {
-      Load(run, NameTag, [&] { NameTag = Set(Task)->NameTag(); });
-      Load(run, DescriptionTag, [&] { DescriptionTag = Set(Task)->DescriptionTag(); });
-      Load(run, ShortDescriptionTag, [&] { ShortDescriptionTag = Set(Task)->ShortDescriptionTag(); });
-      run([&] { txtName.SetText(Set(Task)->LocalizedName()); });
-      run([&] { txtDescription.SetText(Set(Task)->LocalizedDescription()); });
-      run([&] { txtShortDescription.SetText(Set(Task)->LocalizedShortDescription()); });
+      Load(run, NameTag, [&] { NameTag = Task->NameTag(); });
+      Load(run, DescriptionTag, [&] { DescriptionTag = Task->DescriptionTag(); });
+      Load(run, ShortDescriptionTag, [&] { ShortDescriptionTag = Task->ShortDescriptionTag(); });
+      run([&] { txtName.SetText(Task->LocalizedName()); });
+      run([&] { txtDescription.SetText(Task->LocalizedDescription()); });
+      run([&] { txtShortDescription.SetText(Task->LocalizedShortDescription()); });
     } else {
-      Load(run, txtName, [&] { txtName.SetText(Set(Task)->Name()); });
-      Load(run, txtDescription, [&] { txtDescription.SetText(Set(Task)->Description()); });
-      Load(run, txtShortDescription, [&] { txtShortDescription.SetText(Set(Task)->ShortDescription()); });
+      Load(run, txtName, [&] { txtName.SetText(Task->Name()); });
+      Load(run, txtDescription, [&] { txtDescription.SetText(Task->Description()); });
+      Load(run, txtShortDescription, [&] { txtShortDescription.SetText(Task->ShortDescription()); });
     }
   });
 }
 
 template <class Box>
-void Details::ChooseTag(std::string_view procedure, std::string& tag,
-                        const std::shared_ptr<TextCollection>& choices, Box& box) {
+void Details::ChooseTag(std::string_view procedure, std::string& tag, const Ref<TextCollection>& choices,
+                        Box& box) {
   Procedure(procedure, [&](Statements& run) {
     if (!TaggedTask) return;
-    run([&] { tag = Set(Application()->Language())->EditTag(tag, choices); });
-    run([&] { box.SetText(Set(Application()->Language())->TagText(tag, nullptr)); });
+    run([&] { tag = Application()->Language()->EditTag(tag, choices); });
+    run([&] { box.SetText(Application()->Language()->TagText(tag, nullptr)); });
   });
 }
 
-// A description that holds anything, blanks included, is never overwritten; nor is one that could not be
-// read.
+// A description that is not empty, even if it is only blanks, is never overwritten; nor is one that could not
+// be read.
 void Details::txtName_LostFocus() {
   Procedure("txtName_LostFocus", [&](Statements& run) {
     if (txtDescription.Text().empty() && !IsUnread(txtDescription))
@@ -150,8 +150,8 @@ void Details::txtName_LostFocus() {
 
 void Details::UserControl_Show() {
   Procedure("UserControl_Show", [&](Statements& run) {
-    if (!run.If([&] { return Set(Application()->UserRights())->HasRight(kRightEditCategories); })) return;
-    run([&] { Set(Application()->Translator())->SetLinkStyle(lblCategory, true); });
+    if (!run.If([&] { return Application()->UserRights()->HasRight(kRightEditCategories); })) return;
+    run([&] { Application()->Translator()->SetLinkStyle(lblCategory, true); });
   });
 }
 
@@ -165,7 +165,7 @@ bool Details::Validate() {
       run([&] { MsgBox(kDescriptionMissingText, message_box::kOkInformation); });
       return false;
     }
-    const bool needs_data = run.If([&] { return Set(Task)->RecordMode() != record_mode::kNoData; });
+    const bool needs_data = run.If([&] { return Task->RecordMode() != record_mode::kNoData; });
     if (needs_data && cboDataObject.Index() == -1) {
       run([&] { MsgBox(kDataObjectMissingText, message_box::kOkWarning); });
       return false;
@@ -178,36 +178,35 @@ Outcome Details::SaveValues() {
   return Procedure("SaveValues", [&](Statements& run) {
     if (!chkAutoMan.Checked())
       Save(run, chkPersonalTask,
-           [&] { Set(Store)->SetItem(store_key::kPersonalTask, chkPersonalTask.Checked()); });
-    Save(run, DataObject, [&] { Set(Store)->SetItem(store_key::kDataObject, ObjectRef(DataObject)); });
-    Save(run, DataObjects, [&] { Set(Store)->SetItem(store_key::kDataObjects, ObjectRef(DataObjects)); });
+           [&] { Store->SetItem(store_key::kPersonalTask, chkPersonalTask.Checked()); });
+    Save(run, DataObject, [&] { Store->SetItem(store_key::kDataObject, DataObject); });
+    Save(run, DataObjects, [&] { Store->SetItem(store_key::kDataObjects, DataObjects); });
     if (TaggedTask) {
-      Save(run, NameTag, [&] { Set(Task)->SetNameTag(NameTag); });
-      Save(run, DescriptionTag, [&] { Set(Task)->SetDescriptionTag(DescriptionTag); });
-      Save(run, ShortDescriptionTag, [&] { Set(Task)->SetShortDescriptionTag(ShortDescriptionTag); });
+      Save(run, NameTag, [&] { Task->SetNameTag(NameTag); });
+      Save(run, DescriptionTag, [&] { Task->SetDescriptionTag(DescriptionTag); });
+      Save(run, ShortDescriptionTag, [&] { Task->SetShortDescriptionTag(ShortDescriptionTag); });
     } else {
-      Save(run, txtName, [&] { Set(Task)->SetName(txtName.Text()); });
-      Save(run, txtDescription, [&] { Set(Task)->SetDescription(txtDescription.Text()); });
-      Save(run, txtShortDescription, [&] { Set(Task)->SetShortDescription(txtShortDescription.Text()); });
+      Save(run, txtName, [&] { Task->SetName(txtName.Text()); });
+      Save(run, txtDescription, [&] { Task->SetDescription(txtDescription.Text()); });
+      Save(run, txtShortDescription, [&] { Task->SetShortDescription(txtShortDescription.Text()); });
     }
     const bool settled =
-        Save(run, chkAutoMan, [&] { Set(Task)->SetAllowAutomationManager(chkAutoMan.Checked()); });
-    Save(run, chkSkipRowSelection, [&] {
-      Set(Task)->SetSkipRowSelection(ServicesUtilities().CheckToBool(chkSkipRowSelection.Value()));
-    });
-    // What the automation manager does not run has no schedule.
-    if (settled && run.If([&] { return !Set(Task)->AllowAutomationManager(); })) {
-      run([&] { Set(Task)->SetProcessingMode(processing_mode::kEveryTime); });
-      run([&] { Set(Task)->SetRecurrence(nullptr); });
+        Save(run, chkAutoMan, [&] { Task->SetAllowAutomationManager(chkAutoMan.Checked()); });
+    Save(run, chkSkipRowSelection,
+         [&] { Task->SetSkipRowSelection(ServicesUtilities().CheckToBool(chkSkipRowSelection.Value())); });
+    // A task that the automation manager does not run has no schedule.
+    if (settled && run.If([&] { return !Task->AllowAutomationManager(); })) {
+      run([&] { Task->SetProcessingMode(processing_mode::kEveryTime); });
+      run([&] { Task->SetRecurrence(nullptr); });
     }
     SaveDataObject(run);
     std::optional<std::string> owner;
     if (GetOwner(owner) == Outcome::kLeft) Statements::Leave();
-    const bool owned = owner && run([&] { Set(Task)->SetOwner(*owner); }) && !owner->empty();
-    if (owned) run([&] { Set(Task)->SetPermissions(nullptr); });
+    const bool owned = owner && run([&] { Task->SetOwner(*owner); }) && !owner->empty();
+    if (owned) run([&] { Task->SetPermissions(nullptr); });
     if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
-    // A copy: what is edited from here on reaches the task when it is saved again.
-    if (Categories) run([&] { Set(Task)->SetCategories(Categories->Clone()); });
+    // A copy, so that later edits reach the task only when it is saved again.
+    if (Categories) run([&] { Task->SetCategories(Categories->Clone()); });
   });
 }
 

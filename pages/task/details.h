@@ -24,14 +24,13 @@ class Details final : public PageWith<kDetailsDesign> {
   bool Validate() override;
   Outcome SaveValues() override;
 
-  // Whether the texts are edited as language tags: a task that uses them keeps them; a new one follows
-  // the application's mode unless the marker file in the application's folder forces literal texts.
+  // Whether the texts are edited as language tags. A task that uses them keeps them; a new one follows the
+  // application's mode, unless the marker file in the application's folder forces literal texts.
   bool IsTaggedTask();
   void Forget();
-  // Opens the tag editor on `tag`, with `choices` or nothing, and shows the chosen tag's text in `box`.
+  // Opens the tag editor on `tag`, with `choices` (may be null), and shows the chosen tag's text in `box`.
   template <class Box>
-  void ChooseTag(std::string_view procedure, std::string& tag, const std::shared_ptr<TextCollection>& choices,
-                 Box& box);
+  void ChooseTag(std::string_view procedure, std::string& tag, const Ref<TextCollection>& choices, Box& box);
   void txtName_LostFocus();
   void UserControl_Show();
 
@@ -43,28 +42,28 @@ class Details final : public PageWith<kDetailsDesign> {
   [[nodiscard]] bool IsCategoryListed(const std::string& folded) const;
   void RetrieveOwnCategories(Statements& run);
   Outcome ShowCategoryInfo();
-  // Takes what the box shows into the working list, unless that holds several categories.
+  // Copies the box's text into the working list, unless that has several categories.
   Outcome ApplyCategories();
   void ShowCategoriesEditor();
   void cboCategory_DropDown();
 
   // Settings and data object (details_data.cpp).
   void RetrieveSettings(Statements& run);
-  // Of a stored task, chosen before for a new one, or the only kind that the user may create. Lets failures
-  // through, like the next one.
+  // The kind of a stored task, the kind chosen before for a new one, or the only kind that the user may
+  // create. Lets failures through, like the next one.
   [[nodiscard]] bool IsPersonal() const;
-  // Whether the user may give the task to the automation manager, or take it back.
+  // Whether the user may give the task to the automation manager or take it away.
   [[nodiscard]] bool MayBeAutomatic() const;
   void InitDataObjects(Statements& run);
-  // All or nothing: a failure leaves the list and the choice as they were.
+  // All or nothing: a failure leaves the list and the choice unchanged.
   void RetrieveDataObjects();
   using Entries = std::vector<std::pair<std::string, std::int32_t>>;  // captions and handles
   [[nodiscard]] Entries Listed() const;
   [[nodiscard]] Entries OfferedDataObjects(Statements& run, std::int16_t mode);
-  // The first entry of that text without regard to case; -1 where there is none.
+  // The first entry with that text, ignoring case; -1 if there is none.
   [[nodiscard]] static int FindEntry(Statements& run, const Entries& entries, const std::string& text);
   void SaveDataObject(Statements& run);
-  // Gives the current user's id for a personal task, else an empty one; nothing where it is not known.
+  // Returns the current user's id for a personal task, otherwise an empty one; nothing if it is unknown.
   Outcome GetOwner(std::optional<std::string>& owner);
   bool HasInvalidActions();
   void ClearInvalidActions();
@@ -86,15 +85,15 @@ class Details final : public PageWith<kDetailsDesign> {
   std::string DescriptionTag;
   std::string ShortDescriptionTag;
 
-  std::shared_ptr<CategoryList> Categories;  // the working list; the task gets it in SaveValues
+  Ref<CategoryList> Categories;  // the working list; the task gets it in SaveValues
   bool MultipleCategories = false;
   std::string CategoryTag;
-  std::shared_ptr<TextCollection> CategoryTags;      // of the listed categories; nothing before there is one
+  Ref<TextCollection> CategoryTags;                  // of the listed categories; nothing before there is one
   std::unordered_set<std::string> ListedCategories;  // their texts, folded
   bool CategoriesLoaded = false;
 
-  std::shared_ptr<plovix::DataObject> DataObject;
-  std::shared_ptr<DataObjectCollection> DataObjects;
+  Ref<plovix::DataObject> DataObject;
+  Ref<DataObjectCollection> DataObjects;
   bool DataObjectsLoaded = false;
 
   CommandButton& cmdShortDescriptionLangTag = control<"cmdShortDescriptionLangTag">();

@@ -1,4 +1,4 @@
-// The categories of the details page: the list of those in use, and the task's own.
+// The categories on the details page: the list of those in use, and the task's own.
 #include "details.h"
 
 namespace plovix {
@@ -6,7 +6,7 @@ namespace {
 
 const char* const kCategoryQuery = "SELECT Category FROM VeloAutoTasks";
 const char* const kCategoryColumn = "Category";
-// The kind of recordset that the host is asked for.
+// The kind of recordset requested from the host.
 constexpr std::int32_t kRecordsetType = 4;
 constexpr std::int32_t kRecordsetOptions = 0;
 constexpr std::int32_t kRecordsetFlags = -1;
@@ -21,59 +21,55 @@ std::string TextOf(const Value& value) {
 
 }  // namespace
 
-// A column text that has been met brings nothing new, unless something was skipped at it: hundreds of
-// thousands of tasks may share it.
+// A column text is read only once, unless a statement was skipped: hundreds of thousands of tasks may share
+// it.
 void Details::RetrieveCategories() {
   Procedure("RetrieveCategories", [&](Statements& run) {
-    std::shared_ptr<Recordset> rows;
+    Ref<Recordset> rows;
     run([&] {
-      rows = Set(Set(Application()->Database())->Connection())
-                 ->OpenRecordset(kCategoryQuery, kRecordsetType, kRecordsetOptions, std::nullopt,
-                                 kRecordsetFlags);
+      rows = Application()->Database()->Connection()->OpenRecordset(
+          kCategoryQuery, kRecordsetType, kRecordsetOptions, std::nullopt, kRecordsetFlags);
     });
-    if (run.If([&] { return Set(rows)->Bof() && rows->Eof(); })) return;
-    if (!CategoryTags) run([&] { CategoryTags = Set(Services().Factory())->NewTextCollection(); });
+    if (run.If([&] { return rows->Bof() && rows->Eof(); })) return;
+    if (!CategoryTags) run([&] { CategoryTags = Services().Factory()->NewTextCollection(); });
+    const EntryBatch batch(cboCategory);
     std::unordered_set<std::string> met;
-    int stuck = 0;  // a row that cannot be left would be read for ever
-    while (stuck < kTriesOfARow && run.If([&] { return !Set(rows)->Eof(); })) {
-      std::string column;
-      run([&] { column = TextOf(Set(rows->Fields(kCategoryColumn))->Value()); });
+    int stuck = 0;  // a row that cannot be left would be read forever
+    while (stuck < kTriesOfARow && run.If([&] { return !rows->Eof(); })) {
+      const auto column = run.Get([&] { return TextOf(rows->Fields(kCategoryColumn)->Value()); });
       const int skipped = run.Skipped();
       if (!column.empty() && !met.contains(column)) ListCategories(run, column);
       if (run.Skipped() == skipped) met.insert(column);
       stuck = run([&] { rows->MoveNext(); }) ? 0 : stuck + 1;
     }
-    CategoriesLoaded = run.Skipped() == 0;  // else the list is read again when it is opened
+    CategoriesLoaded = run.Skipped() == 0;  // otherwise the list is read again when it is opened
   });
 }
 
 void Details::ListCategories(Statements& run, const std::string& column) {
-  std::shared_ptr<CategoryList> list;
-  run([&] { list = Set(Services().Factory())->NewCategoryList(); });
-  run([&] { Set(list)->Load(column); });
-  for (std::int32_t index = 1; run.If([&] { return index <= Set(list)->Count(); }); ++index) {
+  const auto list = run.Get([&] { return Services().Factory()->NewCategoryList(); });
+  run([&] { list->Load(column); });
+  for (std::int32_t index = 1; run.If([&] { return index <= list->Count(); }); ++index) {
     ListCategory(run, *list, index);
   }
 }
 
 void Details::ListCategory(Statements& run, CategoryList& list, std::int32_t index) {
-  std::shared_ptr<Category> category;
-  run([&] { category = list.Item(index); });
-  const bool is_public = run.If([&] { return Set(category)->Public(); });
-  if (!is_public &&
-      !run.If([&] { return Set(Application()->UserRights())->HasRight(kRightSeeAllCategories); }))
+  const auto category = run.Get([&] { return list.Item(index); });
+  const bool is_public = run.If([&] { return category->Public(); });
+  if (!is_public && !run.If([&] { return Application()->UserRights()->HasRight(kRightSeeAllCategories); }))
     return;
-  const auto text = run.Read([&] { return Set(category)->Text(); });
+  const auto text = run.Read([&] { return category->Text(); });
   if (!text) return;
   const auto folded = run.Read([&] { return ServicesUtilities().FoldCase(*text); });
   if (!folded || IsCategoryListed(*folded)) return;
-  const auto tag = run.Read([&] { return TaggedTask ? Set(category)->Tag() : *text; });
+  const auto tag = run.Read([&] { return TaggedTask ? category->Tag() : *text; });
   if (!tag) return;
   ListedCategories.insert(*folded);
   const int entry = cboCategory.Count();
   cboCategory.AddItem(*text);
-  run([&] { Set(CategoryTags)->Add(*tag, *tag); });
-  if (TaggedTask) run([&] { cboCategory.SetItemData(entry, Set(CategoryTags)->Count()); });
+  run([&] { CategoryTags->Add(*tag, *tag); });
+  if (TaggedTask) run([&] { cboCategory.SetItemData(entry, CategoryTags->Count()); });
 }
 
 bool Details::IsCategoryListed(const std::string& folded) const {
@@ -81,10 +77,10 @@ bool Details::IsCategoryListed(const std::string& folded) const {
 }
 
 void Details::RetrieveOwnCategories(Statements& run) {
-  const auto own = run.Read([&] { return Set(Task)->Categories(); });
+  const auto own = run.Read([&] { return Task->Categories(); });
   if (!own) return;
   if (*own) run([&] { Categories = (*own)->Clone(); });
-  if (!*own) run([&] { Categories = Set(Services().Factory())->NewCategoryList(); });
+  if (!*own) run([&] { Categories = Services().Factory()->NewCategoryList(); });
 }
 
 Outcome Details::ShowCategoryInfo() {
@@ -93,7 +89,7 @@ Outcome Details::ShowCategoryInfo() {
     cboCategory.SetText("");
     MarkUnread(CategoryTag);
     MarkUnread(cboCategory);
-    const auto count = run.Read([&] { return Set(Categories)->Count(); });
+    const auto count = run.Read([&] { return Categories->Count(); });
     if (!count) return;
     MultipleCategories = *count >= 2;
     cboCategory.SetEnabled(!MultipleCategories && !TaggedTask);
@@ -102,30 +98,30 @@ Outcome Details::ShowCategoryInfo() {
       cboCategory.SetText(kSeveralCategories);
       return;
     }
-    const bool is_one = *count == 1;  // else there is nothing to read
+    const bool is_one = *count == 1;  // otherwise there is nothing to read
     const bool known =
-        Load(run, CategoryTag, [&] { CategoryTag = is_one ? Set(Categories->Item(1))->Tag() : ""; });
+        Load(run, CategoryTag, [&] { CategoryTag = is_one ? Categories->Item(1)->Tag() : ""; });
     const auto show = [&] {
-      cboCategory.SetText(is_one ? Set(Application()->Language())->TagText(CategoryTag, nullptr) : "");
+      cboCategory.SetText(is_one ? Application()->Language()->TagText(CategoryTag, nullptr) : "");
     };
     if (known) Load(run, cboCategory, show);
   });
 }
 
-// Without a text there is one category with an empty text, never an empty list.
+// An empty text gives one category with an empty text, never an empty list.
 Outcome Details::ApplyCategories() {
   return Procedure("ApplyCategories", [&](Statements& run) {
     if (MultipleCategories) return;
-    const auto count = run.Read([&] { return Set(Categories)->Count(); });
+    const auto count = run.Read([&] { return Categories->Count(); });
     if (!count) return;
     const bool is_new = *count == 0;
-    std::shared_ptr<Category> category;
-    run([&] { category = is_new ? Set(Services().Factory())->NewCategory() : Categories->Item(1); });
+    Ref<Category> category;
+    run([&] { category = is_new ? Services().Factory()->NewCategory() : Categories->Item(1); });
     const auto file = [&] {
-      const auto language = Set(Application()->Language());
-      Set(category)->SetTag(language->TagForText(category->Tag(), cboCategory.Text(), ""));
+      const auto language = Application()->Language();
+      category->SetTag(language->TagForText(category->Tag(), cboCategory.Text(), ""));
     };
-    const bool tagged = TaggedTask ? Save(run, CategoryTag, [&] { Set(category)->SetTag(CategoryTag); })
+    const bool tagged = TaggedTask ? Save(run, CategoryTag, [&] { category->SetTag(CategoryTag); })
                                    : Save(run, cboCategory, file);
     if (is_new && tagged) run([&] { Categories->Add(category); });
   });
@@ -133,10 +129,9 @@ Outcome Details::ApplyCategories() {
 
 void Details::ShowCategoriesEditor() {
   Procedure("ShowCategoriesEditor", [&](Statements& run) {
-    if (!run.If([&] { return Set(Application()->UserRights())->HasRight(kRightEditCategories); })) return;
+    if (!run.If([&] { return Application()->UserRights()->HasRight(kRightEditCategories); })) return;
     if (ApplyCategories() == Outcome::kLeft) Statements::Leave();
-    if (run.If([&] { return Set(Categories)->Edit(TaggedTask, TaggedTask, CategoryTags); }))
-      ShowCategoryInfo();
+    if (run.If([&] { return Categories->Edit(TaggedTask, TaggedTask, CategoryTags); })) ShowCategoryInfo();
   });
 }
 

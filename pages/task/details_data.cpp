@@ -13,27 +13,14 @@ constexpr int kOtherDataObjectText = 113;
 constexpr int kPermissionsTitleText = 114;
 constexpr int kUnfitActionsText = 120;
 constexpr std::int32_t kNoHandle = 0;
-
-// The bit that an action must have to fit the mode; 0, which every action has, for a mode that is unknown.
-std::int32_t RecordModeBit(std::int16_t mode) {
-  switch (mode) {
-    case record_mode::kNoData:
-      return record_mode_bit::kNoData;
-    case record_mode::kSingleRecord:
-      return record_mode_bit::kSingleRecord;
-    case record_mode::kQueryResults:
-      return record_mode_bit::kQueryResults;
-    default:
-      return 0;
-  }
-}
+constexpr std::int32_t kEveryAction = 0;  // the bit that all actions have, for a mode that is unknown
 
 bool EqualText(const std::string& left, const std::string& right) {
   Utilities& utilities = ServicesUtilities();
   return utilities.FoldCase(left) == utilities.FoldCase(right);
 }
 
-// The hourglass for as long as it lives.
+// Shows the wait pointer during its lifetime.
 class WaitPointer {
  public:
   explicit WaitPointer(Form& form) : form_(form) { form_.SetMousePointer(Pointer::kWait); }
@@ -48,47 +35,48 @@ class WaitPointer {
 }  // namespace
 
 bool Details::IsPersonal() const {
-  if (Set(Task)->IsExisting()) return !Task->Owner().empty();
-  if (Set(Store)->Exists(store_key::kPersonalTask))
-    return BooleanFrom(Set(Store->Item(store_key::kPersonalTask))->Value());
+  if (Task->IsExisting()) return !Task->Owner().empty();
+  if (Store->Exists(store_key::kPersonalTask))
+    return BooleanFrom(Store->Item(store_key::kPersonalTask)->Value());
   return CreatePersonal && !CreateGroup;
 }
 
 void Details::RetrieveSettings(Statements& run) {
   Load(run, chkPersonalTask, [&] { chkPersonalTask.SetValue(IsPersonal() ? 1 : 0); });
-  // Where nobody sits in front of the session, there is nobody to own a task.
+  // If no person works in the session, nobody can own a task.
   const bool unattended = run.If([&] {
-    const auto session = Set(Application()->Session());
-    return Set(session->CurrentUser())->UserId() == session->AccountId();
+    const auto session = Application()->Session();
+    return session->CurrentUser()->UserId() == session->AccountId();
   });
   if (unattended) chkPersonalTask.SetValue(0);
   chkPersonalTask.SetEnabled(!unattended && CreatePersonal && CreateGroup);
   PersonalTaskEnabled = chkPersonalTask.Enabled();
   run([&] { chkAutoMan.SetEnabled(MayBeAutomatic()); });
   Load(run, chkAutoMan,
-       [&] { chkAutoMan.SetValue(ServicesUtilities().BoolToCheck(Set(Task)->AllowAutomationManager())); });
+       [&] { chkAutoMan.SetValue(ServicesUtilities().BoolToCheck(Task->AllowAutomationManager())); });
   bool on_query = false;
   Load(run, chkSkipRowSelection, [&] {
-    on_query = Set(Task)->RecordMode() == record_mode::kQueryResults;
+    on_query = Task->RecordMode() == record_mode::kQueryResults;
     if (on_query) chkSkipRowSelection.SetValue(ServicesUtilities().BoolToCheck(Task->SkipRowSelection()));
   });
   chkSkipRowSelection.SetEnabled(on_query);
 }
 
-// A task on a single record runs where that record is; an imported one is settled where it came from.
+// A task on a single record runs where that record is; for an imported task this was decided where it came
+// from.
 bool Details::MayBeAutomatic() const {
-  return Set(Task)->RecordMode() != record_mode::kSingleRecord && !Importing &&
-         BooleanFrom(Set(Store)->GetValue(store_key::kAllowAutomationManager, true));
+  return Task->RecordMode() != record_mode::kSingleRecord && !Importing &&
+         BooleanFrom(Store->GetValue(store_key::kAllowAutomationManager, true));
 }
 
-// With a data object the list holds that one alone until it is opened: loading all may be slow. Where it
+// With a data object, the list has only that one until it is opened, because loading all may be slow. If it
 // could not be read, nothing is chosen in its place.
 void Details::InitDataObjects(Statements& run) {
   cboDataObject.Clear();
   std::string name;
-  if (Load(run, DataObject, [&] { name = Set(Task)->DataObjectName(); }) && !name.empty())
-    Load(run, DataObject, [&] { DataObject = Set(Application()->DataObjectCatalog())->Find(name); });
-  const auto mode = run.Read([&] { return Set(Task)->RecordMode(); });
+  if (Load(run, DataObject, [&] { name = Task->DataObjectName(); }) && !name.empty())
+    Load(run, DataObject, [&] { DataObject = Application()->DataObjectCatalog()->Find(name); });
+  const auto mode = run.Read([&] { return Task->RecordMode(); });
   if (DataObject) {
     run([&] { cboDataObject.AddItem(DataObject->Caption(), DataObject->Handle()); });
   } else if (!CreatePersonal && !CreateGroup) {
@@ -101,12 +89,12 @@ void Details::InitDataObjects(Statements& run) {
   if (mode) cboDataObject.SetEnabled(*mode != record_mode::kNoData && !Importing);
 }
 
-// Without records there is nothing to choose from; what the list holds stays.
+// Without records there is nothing to choose from; the list stays as it is.
 void Details::RetrieveDataObjects() {
   Procedure("RetrieveDataObjects", [&](Statements& run) {
     const WaitPointer waiting(Controls());
     const std::string shown = cboDataObject.Text();
-    const auto mode = run.Read([&] { return Set(Task)->RecordMode(); });
+    const auto mode = run.Read([&] { return Task->RecordMode(); });
     const bool on_records = mode && *mode != record_mode::kNoData;
     Entries entries = on_records ? OfferedDataObjects(run, *mode) : Listed();
     if (!on_records && (CreatePersonal || CreateGroup))
@@ -115,22 +103,23 @@ void Details::RetrieveDataObjects() {
     if (!shown.empty()) chosen = FindEntry(run, entries, shown);
     if (run.Skipped() > 0) return;
     cboDataObject.Clear();
+    const EntryBatch batch(cboDataObject);
     for (auto& [caption, handle] : entries) cboDataObject.AddItem(std::move(caption), handle);
     if (chosen != -1) cboDataObject.Select(chosen);
     DataObjectsLoaded = true;
   });
 }
 
-// Offered is what the session may read and, where the task works on records, what can tell them apart.
+// Offers the data objects that the session may read and, if the task works on records, that can tell these
+// apart.
 Details::Entries Details::OfferedDataObjects(Statements& run, std::int16_t mode) {
   const bool needs_key = mode == record_mode::kSingleRecord || mode == record_mode::kQueryResults;
-  if (!DataObjects) run([&] { DataObjects = Set(Application()->Loader())->LoadDataObjects(); });
+  if (!DataObjects) run([&] { DataObjects = Application()->Loader()->LoadDataObjects(); });
   Entries entries;
-  for (std::int32_t index = 1; run.If([&] { return index <= Set(DataObjects)->Count(); }); ++index) {
-    std::shared_ptr<plovix::DataObject> object;
-    run([&] { object = DataObjects->Item(index); });
+  for (std::int32_t index = 1; run.If([&] { return index <= DataObjects->Count(); }); ++index) {
+    const auto object = run.Get([&] { return DataObjects->Item(index); });
     const bool offered = run.If([&] {
-      return Set(Application()->Session())->HasPermission(permission_key::kView, Set(object)) &&
+      return Application()->Session()->HasPermission(permission_key::kView, object.OrFail()) &&
              !(needs_key && object->Key().empty());
     });
     if (offered) run([&] { entries.emplace_back(object->Caption(), object->Handle()); });
@@ -159,24 +148,24 @@ void Details::SaveDataObject(Statements& run) {
   const auto name = run.Read([&] { return DataObject ? DataObject->Name() : std::string(); });
   const auto caption = run.Read([&] { return DataObject ? DataObject->Caption() : std::string(); });
   if (name && caption) {
-    run([&] { Set(Task)->SetDataObjectName(*name); });
-    run([&] { Set(Task)->SetDataObjectCaption(*caption); });
+    run([&] { Task->SetDataObjectName(*name); });
+    run([&] { Task->SetDataObjectCaption(*caption); });
   }
   const auto may = [&](std::string_view key) {
-    return Set(Application()->Session())->HasPermission(key, DataObject);
+    return Application()->Session()->HasPermission(key, DataObject);
   };
-  run([&] { Set(Task)->SetMayRun(may(permission_key::kRun)); });
-  run([&] { Set(Task)->SetMayEdit(may(permission_key::kEdit)); });
-  run([&] { Set(Task)->SetMayDelete(may(permission_key::kDelete)); });
+  run([&] { Task->SetMayRun(may(permission_key::kRun)); });
+  run([&] { Task->SetMayEdit(may(permission_key::kEdit)); });
+  run([&] { Task->SetMayDelete(may(permission_key::kDelete)); });
 }
 
-// A task for the automation manager is nobody's own, whoever's it was.
+// A task for the automation manager has no owner, whoever owned it before.
 Outcome Details::GetOwner(std::optional<std::string>& owner) {
   return Procedure("GetOwner", [&](Statements& run) {
     if (IsUnread(chkPersonalTask) && !chkAutoMan.Checked()) return;
     owner.emplace();
     if (chkPersonalTask.Checked())
-      owner = run.Read([&] { return Set(Set(Application()->Session())->CurrentUser())->UserId(); });
+      owner = run.Read([&] { return Application()->Session()->CurrentUser()->UserId(); });
   });
 }
 
@@ -187,29 +176,23 @@ bool Details::IsInvalid(Action& action, std::int32_t mode_bit) const {
 
 bool Details::HasInvalidActions() {
   return Answer("HasInvalidActions", [&](Statements& run) {
-    std::int32_t bit = 0;
-    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()); });
-    std::shared_ptr<ActionList> actions;
-    run([&] { actions = Set(Task)->Actions(); });
+    const auto bit = run.Get([&] { return RecordModeBit(Task->RecordMode()).value_or(kEveryAction); });
+    const auto actions = run.Get([&] { return Task->Actions(); });
     bool found = false;
-    for (std::int32_t index = 1; !found && run.If([&] { return index <= Set(actions)->Count(); }); ++index)
-      run([&] { found = IsInvalid(*Set(actions->Item(index)), bit); });
+    for (std::int32_t index = 1; !found && run.If([&] { return index <= actions->Count(); }); ++index)
+      run([&] { found = IsInvalid(*actions->Item(index), bit); });
     return found;
   });
 }
 
-// Downwards, so that the positions of the actions still to be looked at stay.
+// Downwards, so that the positions of the actions still to be checked do not change.
 void Details::ClearInvalidActions() {
   Procedure("ClearInvalidActions", [&](Statements& run) {
-    std::int32_t bit = 0;
-    run([&] { bit = RecordModeBit(Set(Task)->RecordMode()); });
-    std::shared_ptr<ActionList> actions;
-    run([&] { actions = Set(Task)->Actions(); });
-    std::int32_t count = 0;
-    run([&] { count = Set(actions)->Count(); });
+    const auto bit = run.Get([&] { return RecordModeBit(Task->RecordMode()).value_or(kEveryAction); });
+    const auto actions = run.Get([&] { return Task->Actions(); });
+    const auto count = run.Get([&] { return actions->Count(); });
     for (std::int32_t index = count; index >= 1; --index) {
-      if (run.If([&] { return IsInvalid(*Set(actions->Item(index)), bit); }))
-        run([&] { actions->Remove(index); });
+      if (run.If([&] { return IsInvalid(*actions->Item(index), bit); })) run([&] { actions->Remove(index); });
     }
   });
 }
@@ -220,19 +203,19 @@ void Details::cboDataObject_DropDown() {
   });
 }
 
-// Actions are made for a data object: with another one they all go, or the choice does.
+// Actions are made for a data object: if it changes, either all actions or the change must go.
 void Details::cboDataObject_Click() {
   Procedure("cboDataObject_Click", [&](Statements& run) {
     if (cboDataObject.Index() == -1) return;
     std::int32_t handle = kNoHandle;
     run([&] { handle = cboDataObject.ItemData(cboDataObject.Index()); });
-    std::shared_ptr<plovix::DataObject> chosen;
+    Ref<plovix::DataObject> chosen;
     std::string name, current;
     if (handle != kNoHandle) {
       run([&] { chosen = ObjectFrom<plovix::DataObject>(ServicesUtilities().ObjectFromHandle(handle)); });
-      run([&] { name = Set(chosen)->Name(); });
+      run([&] { name = chosen->Name(); });
     }
-    const auto actions = run.Read([&] { return Set(Set(Task)->Actions())->Count(); });
+    const auto actions = run.Read([&] { return Task->Actions()->Count(); });
     if (DataObject && actions != 0) run([&] { current = DataObject->Name(); });
     const bool same = actions != 0 && run.If([&] { return EqualText(current, name); });
     if (run.Skipped() > 0 || same) return;
@@ -240,11 +223,10 @@ void Details::cboDataObject_Click() {
       DataObject = chosen;
       return;
     }
-    int answer = 0;
-    run([&] { answer = MsgBox(kOtherDataObjectText, message_box::kYesNoQuestion); });
+    const auto answer = run.Get([&] { return MsgBox(kOtherDataObjectText, message_box::kYesNoQuestion); });
     if (answer == message_box::kYes) {
       DataObject = chosen;
-      run([&] { Set(Task)->SetActions(Set(Services().Factory())->NewActionList()); });
+      run([&] { Task->SetActions(Services().Factory()->NewActionList()); });
     } else if (DataObject) {
       const int former = FindEntry(run, Listed(), current);
       if (former != -1) cboDataObject.Select(former);
@@ -262,11 +244,11 @@ void Details::chkPersonalTask_Click() {
   });
 }
 
-// A task for the automation manager is nobody's own, and its actions must be able to run there.
+// A task for the automation manager has no owner, and its actions must be able to run there.
 void Details::chkAutoMan_Click() {
   Procedure("chkAutoMan_Click", [&](Statements& run) {
-    const bool asks = !Loading && !RevertingAutoMan &&
-                      run.If([&] { return Set(Set(Task)->Actions())->Count() > 0; }) && HasInvalidActions();
+    const bool asks = !Loading && !RevertingAutoMan && run.If([&] { return Task->Actions()->Count() > 0; }) &&
+                      HasInvalidActions();
     if (asks) {
       int answer = 0;
       run([&] {
@@ -287,15 +269,13 @@ void Details::chkAutoMan_Click() {
 void Details::lblPermissions_Click() {
   Procedure("lblPermissions_Click", [&](Statements& run) {
     const WaitPointer waiting(Controls());
-    std::shared_ptr<PermissionEditor> editor;
-    run([&] { editor = Set(Services().Factory())->NewPermissionEditor(); });
-    std::optional<std::shared_ptr<Permissions>> edited;
+    const auto editor = run.Get([&] { return Services().Factory()->NewPermissionEditor(); });
+    std::optional<Ref<Permissions>> edited;
     run([&] {
-      edited = Set(Application()->Session())
-                   ->EditPermissions(Set(editor), Set(Task)->Permissions(), nullptr,
-                                     GetString(kPermissionsTitleText));
+      edited = Application()->Session()->EditPermissions(editor.OrFail(), Task->Permissions(), nullptr,
+                                                         GetString(kPermissionsTitleText));
     });
-    if (edited) run([&] { Set(Task)->SetPermissions(*edited); });
+    if (edited) run([&] { Task->SetPermissions(*edited); });
   });
 }
 

@@ -1,27 +1,24 @@
 #include "app_parts.h"
 
-#include <plovix/host/host_application.h>
+#include <plovix/base/failure.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
 namespace plovix::app {
 
-// The dialog is shown behind the catch block: no exception is alive while it is open.
-bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work) {
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  parts.state.dialogs->MessageBox(parts.Text(text, {failure->Description()}), message_box::kOkWarning,
-                                  parts.state.title);
-  return false;
+void TellUser(const HostState& state, std::string_view text, const std::vector<std::string>& parameters,
+              int buttons) {
+  state.dialogs->MessageBox(state.texts.Host(text, parameters), buttons, state.title);
 }
 
-std::string NameInSentence(const AppParts& parts, const TaskRecord& task) {
-  return FromQt(qt::Shortened(ToQt(TaskName(parts, task)), qt::kLongestShown));
+bool DoOrTell(const HostState& state, std::string_view text, const std::function<void()>& work) {
+  const auto failure = FailureOf(work);
+  if (failure) TellUser(state, text, {failure->Description()});
+  return !failure;
+}
+
+std::string InSentence(const std::string& name) {
+  return FromQt(qt::Shortened(ToQt(name), qt::kLongestShown));
 }
 
 }  // namespace plovix::app

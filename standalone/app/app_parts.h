@@ -2,10 +2,12 @@
 #pragma once
 
 #include <plovix/component/page_registry.h>
+#include <plovix/host/host_application.h>
 #include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/schedule/zone.h>
 #include <plovix/standalone/tasks/task_storage.h>
 #include <plovix/standalone/tasks/users_and_tags.h>
+#include <plovix/standalone/widgets/qt_text.h>
 
 #include <functional>
 #include <memory>
@@ -15,33 +17,38 @@
 
 namespace plovix::app {
 
-// References to what main() owns; it outlives every window.
+// References to objects of main(), which outlive every window.
 struct AppParts {
   HostState& state;
   const PageRegistry& registry;
   TaskStorage& storage;
   UsersAndTags& tables;
   UserRecord& user;                  // who works with the program
-  std::shared_ptr<DataSource> data;  // as it is, without stand-ins; never nothing
+  std::shared_ptr<DataSource> data;  // without stand-ins; never null
   Zone zone = Zone::Local();         // in which tasks run
 
   [[nodiscard]] std::string Text(std::string_view key,
                                  const std::vector<std::string>& parameters = {}) const {
     return state.texts.Host(key, parameters);
   }
+  [[nodiscard]] QString Shown(std::string_view key, const std::vector<std::string>& parameters = {}) const {
+    return ToQt(Text(key, parameters));
+  }
 };
 
-// Runs `work`; a failure is told in the sentence `text`, whose parameter it is. Gives back whether it
-// succeeded.
-bool DoOrTell(const AppParts& parts, std::string_view text, const std::function<void()>& work);
+// Tells a sentence of the host's in a box with OK: a warning unless said otherwise.
+void TellUser(const HostState& state, std::string_view text, const std::vector<std::string>& parameters,
+              int buttons = message_box::kOkWarning);
+// Runs `work`; shows a failure in the sentence `text`, as its parameter. Returns whether it succeeded.
+bool DoOrTell(const HostState& state, std::string_view text, const std::function<void()>& work);
 
-// The name a task goes by: its text in the current language, or a stand-in when it has none.
+// The name of a task: its text in the current language, or a stand-in if it has none.
 [[nodiscard]] inline std::string TaskName(const AppParts& parts, const TaskRecord& task) {
   const std::string name = task.uses_language_tags ? parts.state.TagText(task.name_tag) : task.name;
   return name.empty() ? parts.Text("list.unnamed") : name;
 }
 
-// The same as far as a sentence has room for it.
-[[nodiscard]] std::string NameInSentence(const AppParts& parts, const TaskRecord& task);
+// A name as far as a sentence has room for it.
+[[nodiscard]] std::string InSentence(const std::string& name);
 
 }  // namespace plovix::app

@@ -1,18 +1,14 @@
 #include "application.h"
 
-#include <optional>
+#include <plovix/base/failure.h>
 
 namespace plovix::app {
 
 bool Application::notify(QObject* receiver, QEvent* event) {
-  std::optional<Failure> failure;
-  try {
-    return QApplication::notify(receiver, event);
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  if (handler_) handler_(*failure, receiver);
-  return false;
+  bool handled = false;
+  const auto failure = FailureOf([&] { handled = QApplication::notify(receiver, event); });
+  if (failure && handler_) handler_(*failure, receiver);
+  return handled;
 }
 
 }  // namespace plovix::app

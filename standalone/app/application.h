@@ -1,4 +1,4 @@
-// The QApplication of the program: lets no failure into the toolkit's event loop.
+// The QApplication of the program: keeps failures out of the toolkit's event loop.
 #pragma once
 
 #include <plovix/base/failure.h>
@@ -11,7 +11,7 @@ namespace plovix::app {
 class Application final : public QApplication {
  public:
   using QApplication::QApplication;
-  // Called with a failure that an event handler let through, and the event's receiver.
+  // The handler is called with a failure that an event handler let through, and the event's receiver.
   void OnFailure(std::function<void(const Failure&, QObject*)> handler) { handler_ = std::move(handler); }
 
   bool notify(QObject* receiver, QEvent* event) override;

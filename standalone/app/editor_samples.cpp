@@ -39,7 +39,7 @@ void PictureEditors(const TextTable& texts,
   source.known = {"Maintenance", "Sales"};
   source.text_of = [](const std::string& tag) { return tag; };
   CategoryDialog categories_editor(texts, categories, source, nullptr);
-  categories_editor.accept();  // shows what is wrong: a text stands twice
+  categories_editor.accept();  // shows what is wrong: a text occurs twice
   save(categories_editor, "Categories");
 
   const PermissionSet permissions = {{.subject = "ben", .view = true, .run = true, .edit = true},

@@ -1,4 +1,4 @@
-// The editors of categories, permissions, language tags and users with sample content, for the pictures.
+// The editors of categories, permissions, language tags and users with sample content, for screenshots.
 #pragma once
 
 #include <plovix/standalone/text/text_table.h>
@@ -9,7 +9,7 @@
 
 namespace plovix::app {
 
-// Calls `save` with each editor in turn, in the states that pictures show; nothing stays open.
+// Calls `save` with each editor in turn, in the states for the screenshots; nothing stays open.
 void PictureEditors(const TextTable& texts,
                     const std::function<void(QWidget& editor, const std::string& name)>& save);
 

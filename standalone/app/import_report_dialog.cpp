@@ -1,24 +1,16 @@
 #include "import_report_dialog.h"
 
 #include <plovix/standalone/widgets/qt_text.h>
-#include <plovix/surfaces/qt/plain_text.h>
 
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 72;
+constexpr int kCharactersWide = 70;  // beside them the editor leaves room for a scroll bar
 constexpr int kLinesHigh = 10;
-
-QLabel* NewLabel(const std::string& text) {
-  QLabel* label = qt::NewWrappedLabel(qt::Shortened(ToQt(text), qt::kLongestTold));
-  return label;
-}
 
 // One paragraph for each note; any number of them stays inside the window.
 QPlainTextEdit* NewList(const TextTable& texts, const ImportReport& report) {
@@ -40,22 +32,14 @@ QPlainTextEdit* NewList(const TextTable& texts, const ImportReport& report) {
 
 ImportReportDialog::ImportReportDialog(const TextTable& texts, const std::string& file_name,
                                        const ImportReport& report, QWidget* parent)
-    : QDialog(parent) {
-  qt::SetTitle(*this, ToQt(texts.Host("exchange.importTitle")));
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(NewLabel(texts.Host("exchange.report.intro", {file_name})));
+    : EditorDialog(texts, texts.Host("exchange.importTitle"), parent) {
+  const QString intro = Text("exchange.report.intro", {file_name});
+  Rows()->addWidget(qt::NewWrappedLabel(qt::Shortened(intro, qt::kLongestTold)));
   auto* list = NewList(texts, report);
-  layout->addWidget(list, 1);
-  layout->addWidget(NewLabel(texts.Host("exchange.report.hint")));
-  auto* buttons = new QDialogButtonBox;
-  layout->addWidget(buttons);
-  auto* go = buttons->addButton(ToQt(texts.Host("exchange.report.go")), QDialogButtonBox::AcceptRole);
-  auto* cancel = buttons->addButton(ToQt(texts.Host("button.cancel")), QDialogButtonBox::RejectRole);
-  cancel->setAutoDefault(false);
-  go->setDefault(true);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  list->setFocus();  // read first; Enter goes on from there
+  Rows()->addWidget(list, 1);
+  Rows()->addWidget(NewNote("exchange.report.hint"));
+  AddOkAndCancel("exchange.report.go");
+  list->setFocus();  // read first; Enter continues from there
 }
 
 }  // namespace plovix::app

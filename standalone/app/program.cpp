@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <plovix/base/failure.h>
 #include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -34,8 +35,8 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
-// What is tried, in order. The last one always starts: a display that is named but cannot be reached is found
-// out by falling back.
+// The platforms to try, in order. The last one always starts; falling back to it reveals a named display that
+// cannot be reached.
 const char* const kPlatforms = "xcb;offscreen";
 const char* const kWaylandPlatforms = "wayland;xcb;offscreen";
 
@@ -48,14 +49,14 @@ bool HasDisplay() {
   return IsSet("QT_QPA_PLATFORM") || IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
 }
 
-// Where the variable is missing, the toolkit would take the root folder for the user's home.
+// Without the variable, the toolkit would use the root folder as the user's home.
 void LookUpHome() {
   if (IsSet("HOME")) return;
   const passwd* user = getpwuid(geteuid());
   if (user != nullptr && user->pw_dir != nullptr) setenv("HOME", user->pw_dir, 1);
 }
 
-// The options with the user's own task file where none is named. Its folder is made.
+// The options, with the user's own task file if none is named. Creates its folder.
 ProgramOptions WithTaskFile(ProgramOptions options) {
   if (options.database) return options;
   options.database = DefaultDatabasePath();
@@ -70,7 +71,7 @@ ProgramOptions WithTaskFile(ProgramOptions options) {
   return options;
 }
 
-// The toolkit ends the program with a signal where it can show nothing.
+// If the toolkit cannot show anything, it ends the program with a signal.
 [[noreturn]] void EndInWords(const std::string& reason) {
   const char* platform = std::getenv("QT_QPA_PLATFORM");
   std::cerr << "plovix: no window can be shown with QT_QPA_PLATFORM=" << (platform == nullptr ? "" : platform)
@@ -106,7 +107,7 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
   return options.palette == "dark" ? qt::Palette::kDark : qt::Palette::kLight;
 }
 
-// Without a database a script's tasks stay in memory: nothing of the user's is in its way.
+// Without a database, a script's tasks stay in memory, separate from the user's.
 int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
   MemoryUsersAndTags memory_tables;
@@ -122,18 +123,18 @@ int RunScriptFile(const ProgramOptions& options) {
   if (options.database) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
-    file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // between two commands it may wait for long
+    file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // the next command may be long in coming
     if (options.user) file_tables = std::make_unique<SqliteUsersAndTags>(*options.database);
     if (file_tables) script.tables = file_tables.get();
     script.open_rows = [&](const std::string& query) { return file_storage->OpenRows(query); };
   }
   if (options.data) {
-    constexpr std::chrono::seconds kMore{5};  // reading itself ends earlier, if it ends at all
+    constexpr std::chrono::seconds kMore{5};  // reading ends earlier, if it ends at all
     script.data =
         std::make_shared<BackgroundDataSource>(*options.data, WaitAtMost(SqliteDataSource::kLongest + kMore));
   }
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
-  // A pipe is as good as standard input: it may be what another command writes.
+  // A pipe is as good as standard input: another command may write to it.
   std::error_code error;
   const bool is_folder = std::filesystem::is_directory(*options.script, error);
   std::ifstream file(*options.script);
@@ -150,7 +151,7 @@ void SpeakLanguage(Application& application, const TextTable& texts, QTranslator
   if (texts.code != "ids")
     QLocale::setDefault(QLocale::system().language() == locale.language() ? QLocale::system() : locale);
   application.setLayoutDirection(texts.right_to_left ? Qt::RightToLeft : Qt::LeftToRight);
-  // Texts of the toolkit's own dialogs, where their translation is installed.
+  // Texts of the toolkit's own dialogs, if their translation is installed.
   if (translator.load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QCoreApplication::installTranslator(&translator);
   }
@@ -165,14 +166,9 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   QGuiApplication::setDesktopFileName(QStringLiteral("plovix"));
   QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("plovix")));
   std::unique_ptr<ProgramHost> host;
-  std::string problem;
-  try {
-    host = std::make_unique<ProgramHost>(WithTaskFile(options), texts);
-  } catch (const Failure& failure) {
-    problem = failure.Description();
-  }
-  if (!host) {
-    const std::string text = texts.Host("program.startFailed", {problem});
+  const auto failed = FailureOf([&] { host = std::make_unique<ProgramHost>(WithTaskFile(options), texts); });
+  if (failed) {
+    const std::string text = texts.Host("program.startFailed", {failed->Description()});
     std::cerr << "plovix: " << text << '\n';
     Tell(texts, texts.Host("list.title"), text, nullptr);
     return kFailed;
@@ -188,7 +184,7 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   return QApplication::exec();
 }
 
-// What runs on a machine without a display: commands from standard input, on the user's own tasks.
+// The options on a machine without a display: commands from standard input, on the user's own tasks.
 ProgramOptions WithoutDisplay(ProgramOptions options) {
   std::cerr
       << "plovix: there is no display, so commands are read from standard input; \"help\" lists them.\n";

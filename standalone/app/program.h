@@ -3,8 +3,8 @@
 
 namespace plovix::app {
 
-// Exit status: 0; 1 when the tasks, the display or a picture could not be reached; 2 for a wrong command line
-// or script.
+// Returns the exit status: 0; 1 if the tasks, the display or a screenshot file could not be accessed; 2 for
+// an invalid command line or script.
 int RunProgram(int argc, char** argv);
 
 }  // namespace plovix::app

@@ -40,7 +40,7 @@ ProgramHost::~ProgramHost() {
   InstallServices({});
 }
 
-// So that a copy of the task file alone, as people and backups make it, is whole.
+// Keeps a copy of only the task file, as people and backups make it, complete.
 void ProgramHost::EmptyLogWhenIdle() {
   constexpr std::chrono::milliseconds kPause{1000};
   idle_.setSingleShot(true);
@@ -51,10 +51,10 @@ void ProgramHost::EmptyLogWhenIdle() {
   const auto begin_again = [this] { idle_.start(); };
   storage_->OnWritten(begin_again);
   tables_->OnWritten(begin_again);
-  idle_.start();  // there may be a log of before
+  idle_.start();  // there may be a log from before
 }
 
-// Where somebody else has made the tag meanwhile, the next attempt finds theirs.
+// If somebody else has meanwhile created the tag, the next attempt finds theirs.
 void ProgramHost::FileTag(const std::string& tag, const std::string& text) {
   try {
     tables_->SaveTag({tag, {{state_.texts.code, text}}}, {});
@@ -74,24 +74,18 @@ AppParts ProgramHost::Parts() {
 }
 
 void ProgramHost::OpenData(const std::string& path, bool make_sample) {
-  const auto tell = [this](const char* text, const std::string& parameter) {
-    dialogs_.MessageBox(state_.texts.Host(text, {parameter}), message_box::kOkWarning, state_.title);
-  };
-  std::string problem;
   std::error_code error;
-  try {
-    if (make_sample && !std::filesystem::exists(path, error)) {
-      std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-      CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now()));
-    }
-  } catch (const Failure& failure) {
-    problem = failure.Description();
+  if (make_sample && !std::filesystem::exists(path, error)) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    DoOrTell(state_, "data.noSample",
+             [&] { CreateSampleDatabase(path, std::chrono::floor<std::chrono::days>(state_.Now())); });
   }
-  if (!problem.empty()) tell("data.noSample", problem);
+  const auto tell = [this](const char* text) {
+    return [this, text](const std::string& parameter) { TellUser(state_, text, {parameter}); };
+  };
   data_ = std::make_shared<BackgroundDataSource>(path, WaitWithWindow(state_.texts));
   state_.data = std::make_shared<StandInDataSource>(
-      data_, StandInDataSource::Tell{[tell](const std::string& why) { tell("data.unreadable", why); },
-                                     [tell](const std::string& name) { tell("data.missing", name); }});
+      data_, StandInDataSource::Tell{tell("data.unreadable"), tell("data.missing")});
   dialogs_.Use(*tables_, path);
 }
 

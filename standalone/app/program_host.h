@@ -1,5 +1,5 @@
 // What the windows work on: the task file with its users and tags, the data file, the current user, and the
-// host made of them. Owned by the program's main function.
+// host built from them. Owned by the program's main function.
 #pragma once
 
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -18,9 +18,9 @@ namespace plovix::app {
 
 class ProgramHost final {
  public:
-  // Opens the task file and finds the user in it; makes the sample data where no data file is named and there
-  // is none yet. Fails in words when there can be no tasks, or no such user; data that cannot be had are
-  // told.
+  // Opens the task file and finds the user in it; creates the sample data if no data file is named and they
+  // do not exist yet. Fails with a message if the task file cannot be used or there is no such user;
+  // unavailable data are only reported.
   ProgramHost(const ProgramOptions& options, TextTable texts);
   ~ProgramHost();
   ProgramHost(const ProgramHost&) = delete;

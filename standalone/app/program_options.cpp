@@ -2,8 +2,20 @@
 
 #include <plovix/base/failure.h>
 
+#include <algorithm>
+#include <string_view>
+
 namespace plovix::app {
 namespace {
+
+struct Option {
+  std::string_view name;
+  std::optional<std::string> ProgramOptions::*value;
+};
+constexpr Option kOptions[] = {
+    {"--database", &ProgramOptions::database}, {"--data", &ProgramOptions::data},
+    {"--user", &ProgramOptions::user},         {"--language", &ProgramOptions::language},
+    {"--palette", &ProgramOptions::palette},   {"--screenshots", &ProgramOptions::screenshots}};
 
 [[noreturn]] void Refuse(const std::string& problem) {
   throw Failure(failure_number::kInvalidCall, problem);
@@ -20,19 +32,9 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
     return *word;
   };
   for (; word != words.end(); ++word) {
-    if (*word == "--database") {
-      options.database = value();
-    } else if (*word == "--data") {
-      options.data = value();
-    } else if (*word == "--user") {
-      options.user = value();
-    } else if (*word == "--language") {
-      options.language = value();
-    } else if (*word == "--palette") {
-      options.palette = value();
-      if (options.palette != "light" && options.palette != "dark") Refuse("--palette is light or dark");
-    } else if (*word == "--screenshots") {
-      options.screenshots = value();
+    const auto option = std::ranges::find(kOptions, *word, &Option::name);
+    if (option != std::end(kOptions)) {
+      options.*option->value = value();
     } else if (*word == "--help") {
       options.help = true;
     } else if (*word == "--version") {
@@ -43,19 +45,21 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
       Refuse("unknown argument: " + *word);
     }
   }
+  if (options.palette && options.palette != "light" && options.palette != "dark")
+    Refuse("--palette is light or dark");
   return options;
 }
 
 std::string Usage() {
   return "plovix [--database FILE] [--data FILE.sqlite] [--user ID] [--language CODE|FILE.json]\n"
          "       [--palette light|dark]\n"
-         "    opens the list of automated tasks; without --data on sample data, without --user as\n"
-         "    the first administrator\n"
+         "    opens the list of automated tasks; default data: a sample; default user: the first\n"
+         "    administrator\n"
          "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--user ID]\n"
          "       [--language CODE|FILE.json|ids]\n"
-         "    runs a script of the wizard; prints JSON Lines; without --user everything is allowed\n"
+         "    runs a wizard script; prints JSON Lines; without --user everything is allowed\n"
          "plovix --screenshots DIR\n"
-         "    saves a picture of every page, window and dialog in every language, light and dark\n"
+         "    saves screenshots of every page, window and dialog in every language, light and dark\n"
          "plovix --help | --version\n";
 }
 

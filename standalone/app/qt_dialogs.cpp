@@ -25,7 +25,7 @@ std::optional<std::string> QtDialogs::EditTag(const std::string& tag,
   TagDialog dialog(texts_, tag, choices, *tables_, LanguageCodes(), texts_.code,
                    QApplication::activeWindow());
   const bool accepted = dialog.exec() == QDialog::Accepted;
-  ReadTags(state_, *tables_, texts_.code);  // what was edited is stored, whatever was chosen
+  ReadTags(state_, *tables_, texts_.code);  // edited tags are stored, whatever was chosen
   return accepted ? std::optional(dialog.Tag()) : std::nullopt;
 }
 
@@ -52,7 +52,7 @@ std::optional<std::string> QtDialogs::BuildQuery(const std::string& text, const 
   return dialog.Query();
 }
 
-// A task without a set keeps none as long as nobody is named: an empty set would shut everybody out.
+// A task without a set keeps none as long as nobody is added, because an empty set would lock everybody out.
 std::optional<PermissionSet> QtDialogs::EditPermissions(const std::optional<PermissionSet>& permissions,
                                                         const std::string& title) {
   PermissionDialog dialog(texts_, title, permissions, *tables_, QApplication::activeWindow());

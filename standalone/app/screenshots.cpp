@@ -28,7 +28,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kListWidth = 180;  // characters: every column, whatever the size of the pictured screen
+constexpr int kListWidth = 180;  // characters: every column, whatever the size of the screen
 constexpr int kPreviewMilliseconds = 800;
 constexpr int kActionsWillBeLostText = 117;
 constexpr int kNameMissingText = 27;
@@ -81,7 +81,7 @@ ImportReport SampleReport() {
           {"exchange.note.tag", {"Accounting"}}};
 }
 
-// One language under one palette.
+// One language with one palette.
 class Session {
  public:
   Session(const std::string& folder, const std::string& language, std::string suffix)
@@ -151,7 +151,7 @@ class Session {
     }
   }
 
-  // On a small database of its own; the pictures wait for what the query finds.
+  // With its own small database; the screenshots wait for the query's results.
   void SaveQueryBuilder() {
     const QTemporaryDir folder;
     const std::string path = FromQt(folder.filePath("sample.sqlite"));
@@ -219,7 +219,7 @@ class Session {
 
 QtMessageHandler usual_handler = nullptr;
 
-// The platform without a display says of every window that it does not keep its size.
+// Suppresses the offscreen platform's warning about the size of every window.
 void SayLess(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (!text.endsWith("propagateSizeHints()")) usual_handler(type, context, text);
 }

@@ -1,4 +1,4 @@
-// Pictures of every page, window and dialog, in every language, light and dark.
+// Screenshots of every page, window and dialog, in every language, light and dark.
 #pragma once
 
 #include <QApplication>
@@ -6,8 +6,8 @@
 
 namespace plovix::app {
 
-// Writes "<what>-<language>-<light|dark>.png" files into `folder`, which is made if it is missing. Gives
-// the number of files; fails with a message when one cannot be written.
+// Writes "<what>-<language>-<light|dark>.png" files into `folder`, which is created if it is missing. Returns
+// the number of files; fails with a message if one cannot be written.
 int SaveScreenshots(QApplication& application, const std::string& folder);
 
 }  // namespace plovix::app

@@ -1,8 +1,9 @@
 #include "summary_panel.h"
 
+#include <plovix/standalone/objects/recurrence_object.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
-#include <plovix/standalone/widgets/date_text.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -12,6 +13,8 @@
 #include <QScrollBar>
 #include <array>
 #include <utility>
+
+#include "date_text.h"
 
 namespace plovix::app {
 namespace {
@@ -26,25 +29,15 @@ QString Heading(const QString& text) {
          QStringLiteral("</h4>");
 }
 
-std::string InSentence(const std::string& name) {
-  return FromQt(qt::Shortened(ToQt(name), qt::kLongestShown));
-}
-
 std::string_view RecordsKey(std::int16_t mode) {
-  switch (mode) {
-    case record_mode::kNoData:
-      return "summary.noData";
-    case record_mode::kSingleRecord:
-      return "summary.singleRecord";
-    case record_mode::kQueryResults:
-      return "summary.queryResults";
-    default:
-      return "summary.unknownRecords";
-  }
+  constexpr std::array<const char*, 3> kKeys{"summary.noData", "summary.singleRecord",
+                                             "summary.queryResults"};
+  const auto at = static_cast<std::size_t>(mode);
+  return at < kKeys.size() ? kKeys.at(at) : "summary.unknownRecords";
 }
 
-// The schedule that the task will have. Between choosing another kind of pattern and its page, the pattern is
-// what that page will show: the working one in the store, or none yet.
+// The schedule that the task will have. After another kind of pattern was chosen and before its page is left,
+// the pattern is the one that its page will show: the working one in the store, or none yet.
 std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std::string, Value>& store) {
   auto recurrence = ScheduleOf(task);
   if (!recurrence) return recurrence;
@@ -54,12 +47,12 @@ std::optional<RecurrenceRecord> Draft(const TaskRecord& task, const std::map<std
   if (type >= keys.size() || type + 1 == recurrence->pattern.index()) return recurrence;
   const auto entry = store.find(keys.at(type));
   const auto* held = entry == store.end() ? nullptr : std::get_if<ObjectRef>(&entry->second);
-  auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->get());
+  auto* pattern = held == nullptr ? nullptr : dynamic_cast<PatternBase*>(held->Get());
   recurrence->pattern = PatternValues(pattern).value_or(PatternRecord{});
   return recurrence;
 }
 
-// Whether the day that intervals are counted from decides on which days the task runs.
+// Whether the day from which intervals are counted affects on which days the task runs.
 bool StartMatters(const RecurrenceRecord& recurrence) {
   const auto* daily = std::get_if<DailyRecord>(&recurrence.pattern);
   const auto* weekly = std::get_if<WeeklyRecord>(&recurrence.pattern);
@@ -76,7 +69,7 @@ QString DateText(DateTime time) {
 
 SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(std::move(parts)) {
   setObjectName("summary");
-  setAccessibleName(ToQt(parts_.Text("summary.title")));
+  setAccessibleName(parts_.Shown("summary.title"));
   setFont(qt::PageFont());
   setOpenLinks(false);
   setTabChangesFocus(true);
@@ -87,11 +80,11 @@ SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(paren
 
 void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Value>& store) {
   const auto sentence = [this](std::string_view key, const std::vector<std::string>& parameters = {}) {
-    return Paragraph(ToQt(parts_.Text(key, parameters)));
+    return Paragraph(parts_.Shown(key, parameters));
   };
   QString html;
   if (parts_.state.user_id != parts_.user.id) html += sentence("summary.owner", {parts_.state.user_id});
-  html += Heading(ToQt(parts_.Text("summary.title")));
+  html += Heading(parts_.Shown("summary.title"));
   const std::string name = task.uses_language_tags ? parts_.state.TagText(task.name_tag) : task.name;
   html += name.empty() ? sentence("summary.unnamed") : sentence("summary.name", {InSentence(name)});
   html += sentence(RecordsKey(task.record_mode));
@@ -100,7 +93,7 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
     html += caption.empty() ? sentence("summary.noDataObject")
                             : sentence("summary.dataObject", {InSentence(caption)});
   }
-  html += Heading(ToQt(parts_.Text("summary.schedule"))) + ScheduleText(Draft(task, store), task);
+  html += Heading(parts_.Shown("summary.schedule")) + ScheduleText(Draft(task, store), task);
   setHtml(html);
   verticalScrollBar()->setValue(0);
 }
@@ -120,26 +113,26 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   if (words.note) html += Paragraph(ToQt(*words.note));
   if (outlook.runs.empty()) return html;
   if (!words.name_start && StartMatters(*recurrence))
-    html += Paragraph(ToQt(parts_.Text("summary.start", {FromQt(DateText(start))})));
-  html += Heading(ToQt(parts_.Text("summary.nextRuns")));
+    html += Paragraph(parts_.Shown("summary.start", {FromQt(DateText(start))}));
+  html += Heading(parts_.Shown("summary.nextRuns"));
   for (const Run& run : outlook.runs) html += RunText(run);
   return html;
 }
 
 QString SummaryPanel::RunText(const Run& run) const {
   QString html =
-      Paragraph(ToQt(parts_.Text("summary.run", {FromQt(DateText(run.moment.wall)),
-                                                 LocaleTime(run.moment.wall), run.moment.abbreviation})));
+      Paragraph(parts_.Shown("summary.run", {FromQt(DateText(run.moment.wall)), LocaleTime(run.moment.wall),
+                                             run.moment.abbreviation}));
   if (const auto note = RunNote(run, parts_.state.texts, LocaleTime)) {
-    html.chop(4);  // the end of the paragraph, which the note belongs to
+    html.chop(4);  // the end of the paragraph, to which the note belongs
     html += QStringLiteral("<br><i>") + ToQt(*note).toHtmlEscaped() + QStringLiteral("</i></p>");
   }
   return html;
 }
 
-// Enter means to the wizard what it means elsewhere.
+// Enter goes to the wizard, as everywhere else.
 void SummaryPanel::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+  if (IsEnter(*event)) {
     event->ignore();
   } else {
     QTextBrowser::keyPressEvent(event);

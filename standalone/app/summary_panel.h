@@ -1,5 +1,5 @@
-// The wizard window's view of the task so far: what it is, when it will run, and its next runs. The host's
-// own; pages know nothing of it.
+// The wizard window's view of the task so far: what it is, when it will run, and its next runs. It belongs to
+// the host; pages know nothing about it.
 #pragma once
 
 #include <plovix/standalone/schedule/runs.h>
@@ -10,15 +10,15 @@
 
 namespace plovix::app {
 
-// Text that is read, scrolled and copied, by keyboard and by assistive technology alike.
+// Text to be read, scrolled and copied, also with the keyboard and by assistive technology.
 class SummaryPanel final : public QTextBrowser {
  public:
   static constexpr int kRuns = 5;
 
   SummaryPanel(AppParts parts, QWidget* parent);
 
-  // Shows the task as it is now, with its working patterns in the wizard's store; the runs are those from the
-  // host's now on.
+  // Shows the current state of the task, with its working patterns in the wizard's store; the runs are those
+  // after the host's current time.
   void Show(const TaskRecord& task, const std::map<std::string, Value>& store);
 
  protected:

@@ -17,10 +17,10 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kLongestName = 60;  // UTF-16 units: with the ending under 255 bytes, the most for a file's name
+constexpr int kLongestName = 60;  // UTF-16 units: with the ending, less than the 255 bytes of a file name
 constexpr const char* kEnding = "task.json";
 
-// Names that some systems keep for devices, whatever their ending.
+// Names that some systems reserve for devices, whatever their ending.
 bool IsDeviceName(const QString& name) {
   static const QRegularExpression device("^(con|prn|aux|nul|com\\d|lpt\\d)(\\..*)?$",
                                          QRegularExpression::CaseInsensitiveOption);
@@ -28,8 +28,8 @@ bool IsDeviceName(const QString& name) {
 }
 
 QString NameFilters(const AppParts& parts) {
-  return ToQt(parts.Text("exchange.exports")) + " (*." + kEnding + ");;" +
-         ToQt(parts.Text("exchange.allFiles")) + " (*)";
+  return parts.Shown("exchange.exports") + " (*." + kEnding + ");;" + parts.Shown("exchange.allFiles") +
+         " (*)";
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ QString NameFilters(const AppParts& parts) {
 QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   QString name = ToQt(TaskName(parts, task)).simplified();
   for (QChar& character : name) {
-    // Surrogates are halves of characters that every file system takes.
+    // Surrogates are halves of characters that every file system accepts.
     const bool printable = character.isPrint() || character.isSurrogate();
     if (!printable || QString("<>:\"/\\|?*").contains(character)) character = '_';
   }
@@ -45,7 +45,7 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
   if (!name.isEmpty() && name.back().isHighSurrogate()) name.chop(1);
   static const QRegularExpression edges("^[. ]+|[. ]+$");
   name.remove(edges);
-  if (name.isEmpty()) name = ToQt(parts.Text("exchange.fileName"));
+  if (name.isEmpty()) name = parts.Shown("exchange.fileName");
   return (IsDeviceName(name) ? "_" : "") + name + "." + kEnding;
 }
 
@@ -53,7 +53,7 @@ void SaveExport(const AppParts& parts, const TaskRecord& task, const QString& pa
   const auto fail = [&](const std::string& cause) {
     throw Failure(failure_number::kInvalidCall, parts.Text("exchange.unwritable", {FromQt(path), cause}));
   };
-  // The file would take the place of the folder, pipe or device.
+  // The file would replace the folder, pipe or device.
   if (const QFileInfo there(path); there.exists() && !there.isFile()) fail(parts.Text("exchange.notAFile"));
   const std::string text = WriteExport(task, TagsUsed(task, parts.tables.Tags()), parts.state.texts);
   QSaveFile file(path);
@@ -70,33 +70,33 @@ ImportedTask LoadExport(const AppParts& parts, const QString& path) {
                           .users = parts.tables.Users(),
                           .tags = parts.tables.Tags(),
                           .user_id = parts.user.id,
-                          // Such a task is nobody's own.
+                          // Such a task has no owner.
                           .automation_manager = MayCreateShared(parts.user)});
 }
 
 void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
-  QFileDialog dialog(parent, ToQt(parts.Text("exchange.exportTitle")), {}, NameFilters(parts));
+  QFileDialog dialog(parent, parts.Shown("exchange.exportTitle"), {}, NameFilters(parts));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(kEnding);
   dialog.selectFile(SuggestedFileName(parts, task));
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return;
-  DoOrTell(parts, "exchange.exportFailed", [&] { SaveExport(parts, task, path); });
+  DoOrTell(parts.state, "exchange.exportFailed", [&] { SaveExport(parts, task, path); });
 }
 
 std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
-  QFileDialog dialog(parent, ToQt(parts.Text("exchange.importTitle")), {}, NameFilters(parts));
+  QFileDialog dialog(parent, parts.Shown("exchange.importTitle"), {}, NameFilters(parts));
   dialog.setFileMode(QFileDialog::ExistingFile);
   const QString path = ChoosePath(dialog);
   if (path.isEmpty()) return std::nullopt;
   ImportedTask imported;
-  if (!DoOrTell(parts, "exchange.importFailed", [&] { imported = LoadExport(parts, path); }))
+  if (!DoOrTell(parts.state, "exchange.importFailed", [&] { imported = LoadExport(parts, path); }))
     return std::nullopt;
   if (!imported.report.empty()) {
     ImportReportDialog report(parts.state.texts, FromQt(QFileInfo(path).fileName()), imported.report, parent);
     if (report.exec() != QDialog::Accepted) return std::nullopt;
   }
-  const bool taken = DoOrTell(parts, "exchange.importFailed", [&] {
+  const bool taken = DoOrTell(parts.state, "exchange.importFailed", [&] {
     for (const TagRecord& tag : imported.new_tags) parts.tables.SaveTag(tag, {});
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });

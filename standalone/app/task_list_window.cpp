@@ -5,7 +5,9 @@
 #include <plovix/standalone/objects/host_user.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
 #include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/widgets/tables.h>
 #include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
@@ -35,11 +37,10 @@ constexpr int kRowsMeasured = 100;  // for the width of a column
 }  // namespace
 
 TaskListWindow::TaskListWindow(const AppParts& parts)
-    : parts_(parts), model_(new TaskTableModel(parts, this)), shown_(new QSortFilterProxyModel(this)) {
+    : parts_(parts), model_(new TaskTableModel(parts, this)), rows_(*model_, TaskTableModel::kSearchRole) {
   qt::AnnounceAs(*this, QAccessible::Window);
-  qt::SetTitle(*this, ToQt(parts_.Text("list.title")));
+  qt::SetTitle(*this, parts_.Shown("list.title"));
   new QVBoxLayout(this);
-  BuildFilter();
   BuildTable();
   BuildButtons();
   ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
@@ -48,110 +49,78 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   };
   shortcut(QKeySequence::New, &TaskListWindow::New);
   shortcut(QKeySequence::Find, [this] {
-    filter_->setFocus();
-    filter_->selectAll();
+    rows_.Field().setFocus();
+    rows_.Field().selectAll();
   });
   shortcut(QKeySequence::Refresh, [this] { Reload(); });
   Reload();
   FocusList();
 }
 
-void TaskListWindow::BuildFilter() {
-  auto* row = new QHBoxLayout;
-  filter_ = new QLineEdit;
-  filter_->setObjectName("filter");
-  filter_->setClearButtonEnabled(true);
-  filter_->setPlaceholderText(ToQt(parts_.Text("list.filterHint")));
-  filter_->installEventFilter(this);
-  QLabel* label = qt::NewLabel(ToQt(parts_.Text("list.filter")));
-  label->setBuddy(filter_);
-  row->addWidget(label);
-  row->addWidget(filter_);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
-  connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    shown_->setFilterFixedString(text);
-    if (SelectedRow() < 0) table_->selectRow(0);
-    UpdateState();
-  });
-}
-
 void TaskListWindow::BuildTable() {
-  shown_->setSourceModel(model_);
-  shown_->setFilterKeyColumn(-1);
-  shown_->setFilterRole(TaskTableModel::kSearchRole);
-  shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-  shown_->setSortRole(TaskTableModel::kSortRole);
-  shown_->setSortLocaleAware(true);
-  table_ = new QTableView;
-  table_->setObjectName("tasks");
-  table_->setAccessibleName(qt::TitleOf(*this));
-  table_->setModel(shown_);
-  PrepareRowTable(*table_);
-  table_->setSortingEnabled(true);
-  table_->sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
-  table_->installEventFilter(this);
-  table_->horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
-  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
-    if (!fitting_) set_by_hand_.insert(column);
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  column->addLayout(rows_.NewFilterRow(parts_.Shown("list.filter"), parts_.Shown("list.filterHint")));
+  rows_.Field().setObjectName("filter");
+  rows_.Field().installEventFilter(this);
+  rows_.Shown().setSortRole(TaskTableModel::kSortRole);
+  rows_.Shown().setSortLocaleAware(true);
+  QTableView& table = rows_.Table();
+  table.setObjectName("tasks");
+  table.setAccessibleName(qt::TitleOf(*this));
+  table.setSortingEnabled(true);
+  table.sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
+  table.horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
+  table.installEventFilter(this);
+  connect(table.horizontalHeader(), &QHeaderView::sectionResized, this, [this](int resized) {
+    if (!fitting_) set_by_hand_.insert(resized);
   });
-  connect(table_, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
-  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          &TaskListWindow::UpdateState);
+  connect(&table, &QTableView::doubleClicked, this, &TaskListWindow::Edit);
+  rows_.OnChanged([this] { UpdateState(); });
   hint_ = qt::NewWrappedLabel();
   hint_->setAlignment(Qt::AlignCenter);
   auto* stack = new QStackedLayout;
-  stack->addWidget(table_);
+  stack->addWidget(&table);
   stack->addWidget(hint_);
-  static_cast<QVBoxLayout*>(layout())->addLayout(stack, 1);
+  column->addLayout(stack, 1);
   unreadable_ = NewProblemLabel();
-  layout()->addWidget(unreadable_);
+  column->addWidget(unreadable_);
 }
 
 void TaskListWindow::BuildButtons() {
-  auto* row = new QHBoxLayout;
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
-  new_ = AddButton("list.new", "new", &TaskListWindow::New);
-  edit_ = AddButton("list.edit", "edit", &TaskListWindow::Edit);
-  duplicate_ = AddButton("list.duplicate", "duplicate", &TaskListWindow::Duplicate);
-  delete_ = AddButton("list.delete", "delete", &TaskListWindow::Delete);
-  import_ = AddButton("list.import", "import", &TaskListWindow::Import);
-  export_ = AddButton("list.export", "export", &TaskListWindow::Export);
-  users_ = AddButton("list.users", "users", &TaskListWindow::EditUsers);
-  row->addStretch();
+  const auto make = [this](const char* name, const char* caption, void (TaskListWindow::*action)()) {
+    QPushButton* button = NewButton(parts_.Shown(caption), [this, action] { (this->*action)(); });
+    button->setObjectName(name);
+    return button;
+  };
+  new_ = make("new", "list.new", &TaskListWindow::New);
+  edit_ = make("edit", "list.edit", &TaskListWindow::Edit);
+  duplicate_ = make("duplicate", "list.duplicate", &TaskListWindow::Duplicate);
+  delete_ = make("delete", "list.delete", &TaskListWindow::Delete);
+  import_ = make("import", "list.import", &TaskListWindow::Import);
+  export_ = make("export", "list.export", &TaskListWindow::Export);
+  users_ = make("users", "list.users", &TaskListWindow::EditUsers);
   count_ = qt::NewLabel();
-  row->addWidget(count_);
+  static_cast<QVBoxLayout*>(layout())->addLayout(
+      NewRow({new_, edit_, duplicate_, delete_, import_, export_, users_, nullptr, count_}));
 }
 
-QPushButton* TaskListWindow::AddButton(std::string_view caption, const char* name,
-                                       void (TaskListWindow::*action)()) {
-  auto* button = new QPushButton(ToQt(parts_.Text(caption)));
-  button->setObjectName(QString::fromLatin1(name));
-  connect(button, &QPushButton::clicked, this, action);
-  layout()->itemAt(layout()->count() - 1)->layout()->addWidget(button);
-  return button;
-}
-
+// The keys of the filter and of the list.
 bool TaskListWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
-  const int key = static_cast<QKeyEvent*>(event)->key();
-  if (watched == filter_) {
-    if (key == Qt::Key_Escape) filter_->clear();
-    if (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter) FocusList();
-    return key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+  const auto& key = static_cast<QKeyEvent&>(*event);
+  if (watched == &rows_.Field()) {
+    const bool to_list = IsEnter(key) || key.key() == Qt::Key_Down;
+    if (to_list) FocusList();
+    if (key.key() == Qt::Key_Escape) rows_.Field().clear();
+    return to_list || key.key() == Qt::Key_Escape;
   }
-  if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-    Edit();
-    return true;
-  }
-  if (key == Qt::Key_Delete) {
-    Delete();
-    return true;
-  }
-  return QWidget::eventFilter(watched, event);
+  if (IsEnter(key)) Edit();
+  if (key.key() == Qt::Key_Delete) Delete();
+  return IsEnter(key) || key.key() == Qt::Key_Delete;
 }
 
 void TaskListWindow::Reload(std::optional<std::int64_t> select) {
-  const int row = SelectedRow();
+  const int row = rows_.SelectedRow();
   if (!select && row >= 0) select = model_->Task(row).id;
   Guarded([this] {
     std::vector<UnreadableTask> unreadable;
@@ -162,13 +131,13 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
         tasks, [&](const auto& task) { return !known_user_ || !May(parts_.user, task, TaskRight::kView); });
     model_->SetTasks(std::move(tasks));
   });
-  if (select) SelectTask(*select);
-  if (SelectedRow() < 0) table_->selectRow(0);
+  if (select) rows_.Select(model_->RowOf(*select));
+  rows_.SelectAnyRow();
   FitColumns();
   UpdateState();
 }
 
-// Whose an unreadable task is may be what cannot be read: only administrators are told its name.
+// The unreadable value of a task may be its owner, so only administrators see its name.
 void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
   constexpr std::size_t kMostLines = 3;
   QStringList lines;
@@ -176,73 +145,50 @@ void TaskListWindow::TellUnreadable(const std::vector<UnreadableTask>& tasks) {
     if (static_cast<std::size_t>(lines.size()) == kMostLines) break;
     const std::string number = std::to_string(unreadable.task.id);
     lines += ToQt(parts_.user.administrator
-                      ? parts_.Text("list.unreadable",
-                                    {NameInSentence(parts_, unreadable.task), number, unreadable.column})
+                      ? parts_.Text("list.unreadable", {InSentence(TaskName(parts_, unreadable.task)), number,
+                                                        unreadable.column})
                       : parts_.Text("list.unreadableOther", {number, unreadable.column}));
   }
   if (tasks.size() > kMostLines)
-    lines += ToQt(parts_.Text("list.unreadableMore", {std::to_string(tasks.size() - kMostLines)}));
-  TellProblem(*unreadable_, *table_, lines.join(u'\n'));
+    lines += parts_.Shown("list.unreadableMore", {std::to_string(tasks.size() - kMostLines)});
+  TellProblem(*unreadable_, rows_.Table(), lines.join(u'\n'));
 }
 
-// Every column shows its content up to a limit, so that one long text does not push the others out. What the
-// user has set stays.
+// Every column shows its content up to a limit, so that one long text does not push the others out. Widths
+// set by the user stay.
 void TaskListWindow::FitColumns() {
   fitting_ = true;
-  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
   for (int column = 0; column + 1 < TaskTableModel::kColumnCount; ++column) {
-    if (set_by_hand_.contains(column)) continue;
-    table_->resizeColumnToContents(column);
-    table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
+    if (!set_by_hand_.contains(column)) FitColumn(rows_.Table(), column, kWidestColumn);
   }
   fitting_ = false;
 }
 
-// Where the list is empty, on what fills it.
+// If the list is empty, focuses the button that fills it.
 void TaskListWindow::FocusList() {
-  if (shown_->rowCount() > 0) {
-    table_->setFocus();
-  } else if (filter_->text().isEmpty() && new_->isEnabled()) {
+  if (rows_.Shown().rowCount() > 0) {
+    rows_.Table().setFocus();
+  } else if (rows_.Field().text().isEmpty() && new_->isEnabled()) {
     new_->setFocus();
   } else {
-    filter_->setFocus();
+    rows_.Field().setFocus();
   }
 }
 
-// In a dialog Enter would press the focused button by itself.
+// Makes Enter press the focused button, as in a dialog.
 void TaskListWindow::keyPressEvent(QKeyEvent* event) {
-  auto* button = qobject_cast<QPushButton*>(focusWidget());
-  if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-    button->click();
-  } else {
-    QWidget::keyPressEvent(event);
-  }
-}
-
-void TaskListWindow::SelectTask(std::int64_t id) {
-  const int row = model_->RowOf(id);
-  if (row < 0) return;
-  // A task that has just been saved must be seen, also where the filter would hide it.
-  if (!shown_->mapFromSource(model_->index(row, 0)).isValid()) filter_->clear();
-  const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
-  table_->selectRow(index.row());
-  table_->scrollTo(index);
-}
-
-int TaskListWindow::SelectedRow() const {
-  const QModelIndexList rows = table_->selectionModel()->selectedRows();
-  return rows.isEmpty() ? -1 : shown_->mapToSource(rows.constFirst()).row();
+  if (!PressesButton(*this, *event)) QWidget::keyPressEvent(event);
 }
 
 void TaskListWindow::UpdateState() {
-  const bool selected = SelectedRow() >= 0;
+  const bool selected = rows_.SelectedRow() >= 0;
   const auto may = [&](TaskRight right) {
-    return selected && May(parts_.user, model_->Task(SelectedRow()), right);
+    return selected && May(parts_.user, model_->Task(rows_.SelectedRow()), right);
   };
   edit_->setEnabled(may(TaskRight::kEdit));
   delete_->setEnabled(may(TaskRight::kDelete));
   const auto may_copy = [this] {
-    const TaskRecord copy = CopyOf(model_->Task(SelectedRow()));
+    const TaskRecord copy = CopyOf(model_->Task(rows_.SelectedRow()));
     return !RefusalOf(parts_.user, nullptr, &copy);
   };
   duplicate_->setEnabled(selected && may_copy());
@@ -250,18 +196,18 @@ void TaskListWindow::UpdateState() {
   for (QPushButton* button : {new_, import_}) button->setEnabled(MayCreate());
   users_->setEnabled(parts_.user.administrator);
   const int all = model_->rowCount();
-  const int visible = shown_->rowCount();
+  const int visible = rows_.Shown().rowCount();
   const auto* hint = !known_user_ ? "rights.noUser" : all == 0 ? "list.empty" : "list.noMatch";
-  hint_->setText(ToQt(parts_.Text(hint)));
+  hint_->setText(parts_.Shown(hint));
   static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
-      ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : static_cast<QWidget*>(table_));
+      ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : &rows_.Table());
   count_->setText(ToQt(
       visible == all ? parts_.Text("list.count", {std::to_string(all)})
                      : parts_.Text("list.countFiltered", {std::to_string(visible), std::to_string(all)})));
 }
 
 bool TaskListWindow::Guarded(const std::function<void()>& work) {
-  return DoOrTell(parts_, "list.failed", work);
+  return DoOrTell(parts_.state, "list.failed", work);
 }
 
 bool TaskListWindow::RefreshRights() {
@@ -273,19 +219,25 @@ bool TaskListWindow::RefreshRights() {
 bool TaskListWindow::AllowedOrTell(bool allowed, std::string_view text,
                                    const std::vector<std::string>& parameters) {
   if (allowed) return true;
-  parts_.state.dialogs->MessageBox(parts_.Text(text, parameters), message_box::kOkInformation,
-                                   parts_.state.title);
+  TellUser(parts_.state, text, parameters, message_box::kOkInformation);
   Reload();
   return false;
 }
 
 std::optional<TaskRecord> TaskListWindow::Selected() {
-  const int row = SelectedRow();
+  const int row = rows_.SelectedRow();
   if (row < 0 || !RefreshRights()) return std::nullopt;
   std::optional<TaskRecord> task;
   if (!Guarded([&] { task = parts_.storage.Load(model_->Task(row).id); })) return std::nullopt;
   const bool seen = task && May(parts_.user, *task, TaskRight::kView);
   return AllowedOrTell(seen, task ? "list.mayNotView" : "list.gone") ? task : std::nullopt;
+}
+
+std::optional<TaskRecord> TaskListWindow::SelectedFor(TaskRight right, std::string_view refusal) {
+  auto task = Selected();
+  if (task && !AllowedOrTell(May(parts_.user, *task, right), refusal, {InSentence(TaskName(parts_, *task))}))
+    task.reset();
+  return task;
 }
 
 bool TaskListWindow::MayCreate() const {
@@ -298,29 +250,24 @@ void TaskListWindow::New() {
 }
 
 void TaskListWindow::Edit() {
-  const auto task = Selected();
-  if (task && AllowedOrTell(May(parts_.user, *task, TaskRight::kEdit), "list.mayNotEdit",
-                            {NameInSentence(parts_, *task)}))
+  if (const auto task = SelectedFor(TaskRight::kEdit, "list.mayNotEdit"))
     Open(*task, page_identifier::kAutoTaskType);
 }
 
-// A copy has no schedule: two tasks that do the same at the same time are nobody's wish. A personal task's
-// copy is its owner's, too: nothing personal becomes everybody's in passing.
+// A copy has no schedule, because nobody wants two tasks that do the same at the same time. A personal task's
+// copy belongs to its owner, too, so that nothing personal becomes shared by accident.
 TaskRecord TaskListWindow::CopyOf(TaskRecord task) const {
   if (task.owner.empty() && !MayCreateShared(parts_.user)) {
     task.owner = parts_.user.id;
     task.permissions.reset();
   }
   task.id = task.version = 0;
-  task.allow_automation_manager = false;
-  task.processing_mode = processing_mode::kEveryTime;
-  task.recurrence.reset();
-  task.schedule_start.reset();
+  TakeFromManager(task);
   if (!task.uses_language_tags) task.name = parts_.Text("list.duplicateName", {task.name});
   return task;
 }
 
-// The copy is stored at once; nothing has to be entered for it.
+// Stores the copy at once; it needs no input.
 void TaskListWindow::Duplicate() {
   const auto task = Selected();
   if (!task) return;
@@ -328,21 +275,19 @@ void TaskListWindow::Duplicate() {
   if (Guarded([&] { copy = parts_.storage.Save(CopyOf(*task), parts_.state.Now()).id; })) Reload(copy);
 }
 
-// What was changed after the question was asked is not what the answer meant: it is shown and asked about
-// anew.
+// The answer does not apply to a task that was changed after the question: it is shown, and the question is
+// asked again.
 void TaskListWindow::Delete() {
   bool changed = false;
   int shown_row = 0;
   do {
-    const auto task = Selected();
-    if (!task || !AllowedOrTell(May(parts_.user, *task, TaskRight::kDelete), "list.mayNotDelete",
-                                {NameInSentence(parts_, *task)}))
-      return;
+    const auto task = SelectedFor(TaskRight::kDelete, "list.mayNotDelete");
+    if (!task) return;
     const char* text = changed ? "list.deleteChangedQuestion" : "list.deleteQuestion";
-    const WarningQuestion question{parts_.Text(text, {NameInSentence(parts_, *task)}), "button.yes",
+    const WarningQuestion question{parts_.Text(text, {InSentence(TaskName(parts_, *task))}), "button.yes",
                                    "button.no"};
-    if (!IsSure(parts_.state.texts, parts_.state.title, question, this)) return;
-    shown_row = table_->selectionModel()->selectedRows().constFirst().row();
+    if (!IsSure(parts_.state.texts, question, *this)) return;
+    shown_row = rows_.Table().selectionModel()->selectedRows().constFirst().row();
     changed = false;
     const bool tried = Guarded([&] {
       try {
@@ -355,11 +300,11 @@ void TaskListWindow::Delete() {
     Reload();
   } while (changed);
   FocusList();
-  table_->selectRow(std::min(shown_row, shown_->rowCount() - 1));
+  rows_.Table().selectRow(std::min(shown_row, rows_.Shown().rowCount() - 1));
   UpdateState();
 }
 
-// An imported task is settled where it came from: the wizard asks for its details alone.
+// An imported task was configured where it came from, so the wizard asks only for its details.
 void TaskListWindow::Import() {
   if (!RefreshRights() || !AllowedOrTell(MayCreate(), "list.mayNotCreate")) return;
   const auto task = ImportTask(parts_, this);
@@ -372,7 +317,7 @@ void TaskListWindow::Export() {
   if (const auto task = Selected()) ExportTask(parts_, *task, this);
 }
 
-// What was changed holds at once for whoever works with the program.
+// Changes apply immediately to the current user.
 void TaskListWindow::EditUsers() {
   if (!RefreshRights() || !AllowedOrTell(parts_.user.administrator, "list.mayNotEditUsers")) return;
   Guarded([this] { UsersDialog(parts_.state.texts, parts_.tables, parts_.user.id, this).exec(); });
@@ -388,7 +333,7 @@ void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
     StopEditing(parts_.state, parts_.user);
     if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
     wizard_ = nullptr;
-    activateWindow();  // also where a question was closed together with the wizard
+    activateWindow();  // even if a question was closed together with the wizard
     FocusList();
   });
   if (!window->Start(page)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plovix/standalone/tasks/task_access.h>
+#include <plovix/standalone/widgets/filtered_table.h>
 
 #include <QWidget>
 #include <functional>
@@ -13,10 +14,7 @@
 #include "task_table_model.h"
 
 class QLabel;
-class QLineEdit;
 class QPushButton;
-class QSortFilterProxyModel;
-class QTableView;
 
 namespace plovix::app {
 
@@ -26,7 +24,7 @@ class TaskListWindow final : public QWidget {
  public:
   explicit TaskListWindow(const AppParts& parts);
 
-  // Reads the tasks again; the selection stays on the task with that id, or on the one selected now.
+  // Reads the tasks again; selects the task with that id, or keeps the current selection.
   void Reload(std::optional<std::int64_t> select = std::nullopt);
   void New();
   void Edit();
@@ -35,10 +33,10 @@ class TaskListWindow final : public QWidget {
   void Import();
   void Export();
   void EditUsers();
-  // Opens the wizard on that page; `entries` go into its shared store, beside those of the user.
+  // Opens the wizard on that page; `entries` go into its shared store, in addition to the user's.
   void Open(const TaskRecord& task, const std::string& page, std::map<std::string, Value> entries = {});
 
-  // The wizard window opened last; nothing once it is closed.
+  // The wizard window opened last; nullptr once it is closed.
   [[nodiscard]] WizardWindow* OpenWizard() const noexcept { return wizard_; }
 
  protected:
@@ -46,40 +44,36 @@ class TaskListWindow final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void BuildFilter();
   void BuildTable();
   void BuildButtons();
-  QPushButton* AddButton(std::string_view caption, const char* name, void (TaskListWindow::*action)());
-  // Reads the user's rights anew; tells, and empties the list, when there is no such user any more.
+  // Reads the user's rights again; if the user no longer exists, says so and empties the list.
   bool RefreshRights();
-  // Tells what is refused, and reads the list again: what it offers was true when it was read last.
+  // If not allowed, says so and reads the list again, because it may be out of date.
   bool AllowedOrTell(bool allowed, std::string_view text, const std::vector<std::string>& parameters = {});
-  // Runs `work`, which uses the storage; tells the user when it fails.
+  // Runs `work`, which uses the storage; tells the user if it fails.
   bool Guarded(const std::function<void()>& work);
-  // The selected task as it is stored now, with the user's rights refreshed; nothing when there is no
-  // selection, it is gone, or the user may not see it any more.
+  // The selected task as stored now, with the user's rights refreshed; nothing if there is no selection, the
+  // task is gone, or the user may no longer see it.
   std::optional<TaskRecord> Selected();
+  // The same, as far as the user has that right to it; tells `refusal` where not.
+  std::optional<TaskRecord> SelectedFor(TaskRight right, std::string_view refusal);
   void TellUnreadable(const std::vector<UnreadableTask>& tasks);
-  // What Duplicate makes of the task.
+  // The copy that Duplicate makes of the task.
   [[nodiscard]] TaskRecord CopyOf(TaskRecord task) const;
-  [[nodiscard]] int SelectedRow() const;  // of the model; -1
   [[nodiscard]] bool MayCreate() const;
   void FitColumns();
   void FocusList();
-  void SelectTask(std::int64_t id);
   void UpdateState();
 
   AppParts parts_;
   TaskTableModel* model_;
-  QSortFilterProxyModel* shown_;
-  QLineEdit* filter_ = nullptr;
-  QTableView* table_ = nullptr;
+  FilteredTable rows_;
   QLabel *hint_ = nullptr, *count_ = nullptr, *unreadable_ = nullptr;
   QPushButton *new_ = nullptr, *edit_ = nullptr, *duplicate_ = nullptr, *delete_ = nullptr;
-  bool known_user_ = true;  // whether the user still is one, when the list was read last
+  bool known_user_ = true;  // whether the user still existed when the list was last read
   QPushButton *import_ = nullptr, *export_ = nullptr, *users_ = nullptr;
   std::set<int> set_by_hand_;  // columns
-  bool fitting_ = false;       // the columns, to what they show
+  bool fitting_ = false;       // while fitting the columns to their contents
   WizardWindow* wizard_ = nullptr;
 };
 

@@ -1,31 +1,31 @@
 #include "task_table_model.h"
 
-#include <plovix/host/host_application.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/tasks/task_access.h>
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/date_text.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
 #include <QLocale>
 #include <algorithm>
 
+#include "date_text.h"
+
 namespace plovix::app {
 namespace {
 
 constexpr int kLongestCell = static_cast<int>(kLongestName);  // UTF-16 units; enough to search in
 
-constexpr const char* kCaptions[] = {"list.column.name",       "list.column.shortDescription",
-                                     "list.column.categories", "list.column.records",
-                                     "list.column.schedule",   "list.column.owner",
-                                     "list.column.modified"};
+constexpr const char* kHeaders[] = {"list.column.name",       "list.column.shortDescription",
+                                    "list.column.categories", "list.column.records",
+                                    "list.column.schedule",   "list.column.owner",
+                                    "list.column.modified"};
 
 }  // namespace
 
-// Sorting and drawing ask for a cell again and again, and making one may be dear: a schedule that can never
-// run, a name that is a megabyte.
+// Sorting and drawing ask for a cell again and again, and computing one may be expensive: a schedule that
+// never runs, a name of a megabyte.
 void TaskTableModel::SetTasks(std::vector<TaskRecord> tasks) {
   beginResetModel();
   tasks_ = std::move(tasks);
@@ -74,7 +74,7 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
 
 QVariant TaskTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return ToQt(parts_.Text(kCaptions[section]));
+  return parts_.Shown(kHeaders[section]);
 }
 
 std::string TaskTableModel::Text(const TaskRecord& task, Column column) const {
@@ -110,7 +110,7 @@ std::string TaskTableModel::ScheduleInWords(const TaskRecord& task) const {
   return OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts);
 }
 
-// As many as a cell has room for.
+// As many categories as fit into a cell.
 std::string TaskTableModel::Categories(const TaskRecord& task) const {
   const bool sees_all = HasRight(parts_.user, kRightSeeAllCategories);
   std::string text;
@@ -125,19 +125,9 @@ std::string TaskTableModel::Categories(const TaskRecord& task) const {
 
 // The captions of the three choices on the task type page.
 std::string TaskTableModel::Records(const TaskRecord& task) const {
-  constexpr int kNoData = 8;
-  constexpr int kSingleRecord = 115;
-  constexpr int kQueryResults = 10;
-  switch (task.record_mode) {
-    case record_mode::kNoData:
-      return parts_.state.texts.Find(kNoData).value_or("");
-    case record_mode::kSingleRecord:
-      return parts_.state.texts.Find(kSingleRecord).value_or("");
-    case record_mode::kQueryResults:
-      return parts_.state.texts.Find(kQueryResults).value_or("");
-    default:
-      return {};
-  }
+  constexpr std::array kCaptions{8, 115, 10};  // by record mode
+  const auto mode = static_cast<std::size_t>(task.record_mode);
+  return mode < kCaptions.size() ? parts_.state.texts.Find(kCaptions.at(mode)).value_or("") : "";
 }
 
 }  // namespace plovix::app

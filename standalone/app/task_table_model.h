@@ -14,14 +14,14 @@ class TaskTableModel final : public QAbstractTableModel {
  public:
   enum Column { kName, kShortDescription, kCategories, kRecords, kSchedule, kOwner, kModified, kColumnCount };
   static constexpr int kSortRole = Qt::UserRole;
-  static constexpr int kSearchRole = Qt::UserRole + 1;  // more of the text than is shown
+  static constexpr int kSearchRole = Qt::UserRole + 1;  // more of the text than is displayed
 
   explicit TaskTableModel(AppParts parts, QObject* parent)
       : QAbstractTableModel(parent), parts_(std::move(parts)) {}
 
   void SetTasks(std::vector<TaskRecord> tasks);
   [[nodiscard]] const TaskRecord& Task(int row) const { return tasks_.at(static_cast<std::size_t>(row)); }
-  // -1 when no row has that id.
+  // -1 if no row has that id.
   [[nodiscard]] int RowOf(std::int64_t id) const;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -2,8 +2,8 @@
 
 #include <plovix/standalone/editors/action_list_widget.h>
 #include <plovix/standalone/objects/velo_action_list.h>
-#include <plovix/standalone/widgets/host_surface_texts.h>
 #include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 #include <plovix/surfaces/qt/plain_text.h>
@@ -19,6 +19,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include "host_surface_texts.h"
 #include "summary_panel.h"
 
 namespace plovix::app {
@@ -75,7 +76,7 @@ void WizardWindow::BuildHeader() {
     layout()->addWidget(widget);
 }
 
-// To the right of the page; the last stop of the Tab key.
+// To the right of the page; the last Tab stop.
 void WizardWindow::BuildSummary() {
   summary_ = new SummaryPanel(parts_, this);
   summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
@@ -84,34 +85,27 @@ void WizardWindow::BuildSummary() {
 }
 
 void WizardWindow::BuildButtons() {
-  auto* row = new QHBoxLayout;
-  row->addStretch();
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
-  back_ = AddButton("button.back", "back");
-  next_ = AddButton("button.next", "next");
-  finish_ = AddButton("button.finish", "finish");
+  const auto make = [this](const char* name, const char* caption, std::function<void()> action) {
+    QPushButton* button = NewButton(parts_.Shown(caption), std::move(action));
+    button->setObjectName(name);
+    return button;
+  };
+  back_ = make("back", "button.back", [this] { Press(back_, &VeloWiz::Back); });
+  next_ = make("next", "button.next", [this] { Press(next_, &VeloWiz::Next); });
+  finish_ = make("finish", "button.finish", [this] { Press(finish_, &VeloWiz::Finish); });
+  cancel_ = make("cancel", "button.cancel", [this] { reject(); });
+  QHBoxLayout* row = NewRow({nullptr, back_, next_, finish_});
   row->addSpacing(fontMetrics().averageCharWidth() * 2);
-  cancel_ = AddButton("button.cancel", "cancel");
-  connect(back_, &QPushButton::clicked, this, [this] { Press(back_, &VeloWiz::Back); });
-  connect(next_, &QPushButton::clicked, this, [this] { Press(next_, &VeloWiz::Next); });
-  connect(finish_, &QPushButton::clicked, this, [this] { Press(finish_, &VeloWiz::Finish); });
-  connect(cancel_, &QPushButton::clicked, this, &WizardWindow::reject);
-}
-
-QPushButton* WizardWindow::AddButton(std::string_view caption, const char* name) {
-  auto* button = new QPushButton(ToQt(parts_.Text(caption)), this);
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
-  layout()->itemAt(layout()->count() - 1)->layout()->addWidget(button);
-  return button;
+  row->addWidget(cancel_);
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }
 
 bool WizardWindow::Start(const std::string& identifier) {
   return wizard_.Open(identifier);
 }
 
-// The focus goes to the button first, so that a field left by Enter is left as it is by Tab. When the
-// page stays, the user goes on where they were, unless the page has sent them to a field.
+// The focus goes to the button first, so that Enter leaves a field as Tab does. If the page stays, the focus
+// returns, unless the page has moved it to a field.
 void WizardWindow::Press(QPushButton* button, bool (VeloWiz::*verb)()) {
   const QPointer<QWidget> former = focusWidget();
   const qt::FormWidget* page = page_;
@@ -122,31 +116,22 @@ void WizardWindow::Press(QPushButton* button, bool (VeloWiz::*verb)()) {
 }
 
 void WizardWindow::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (!enter || event->modifiers().testFlag(Qt::AltModifier)) {
-    QDialog::keyPressEvent(event);
-    return;
-  }
-  auto* button = qobject_cast<QPushButton*>(focusWidget());
-  if (button != nullptr) {
-    button->click();
-  } else if (page_ == nullptr || !page_->FocusTakesEnter()) {
-    GoOn();
-  }
+  if (!IsEnter(*event) || event->modifiers().testFlag(Qt::AltModifier)) return QDialog::keyPressEvent(event);
+  if (!PressesButton(*this, *event) && (page_ == nullptr || !page_->FocusTakesEnter())) GoOn();
 }
 
 void WizardWindow::GoOn() {
   (next_->isEnabled() ? next_ : finish_)->click();
 }
 
-// Ctrl+Enter comes here first, whatever has the focus: texts of several lines, lists and popups have uses of
-// their own for Enter, and the windows of popups hand nothing on.
+// Ctrl+Enter comes here first, whatever has the focus: multi-line texts, lists and popups use Enter
+// themselves, and popup windows pass nothing on.
 bool WizardWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
     return QDialog::eventFilter(watched, event);
   const auto& key = static_cast<QKeyEvent&>(*event);
-  const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-  if (!enter || !key.modifiers().testFlag(Qt::ControlModifier) || !Holds(*static_cast<QWidget*>(watched)))
+  if (!IsEnter(key) || !key.modifiers().testFlag(Qt::ControlModifier) ||
+      !Holds(*static_cast<QWidget*>(watched)))
     return QDialog::eventFilter(watched, event);
   if (key.isAutoRepeat()) return true;
   TakeChoices();
@@ -162,7 +147,8 @@ bool WizardWindow::Holds(const QWidget& widget) const {
   return at == this;
 }
 
-// What is highlighted in an open list counts as chosen. A menu does something, so that it is only closed.
+// The highlighted entry of an open list counts as chosen. A menu is only closed, because its entries are
+// actions.
 void WizardWindow::TakeChoices() {
   const QPointer<QWidget> popup = QApplication::activePopupWidget();
   if (!popup) return;
@@ -173,17 +159,15 @@ void WizardWindow::TakeChoices() {
 }
 
 void WizardWindow::reject() {
-  if (wizard_.HasChanges() &&
-      !IsSure(parts_.state.texts, FromQt(qt::TitleOf(*this)), DiscardQuestion(parts_.state.texts), this))
-    return;
-  wizard_.Cancel();
+  const TextTable& texts = parts_.state.texts;
+  if (!wizard_.HasChanges() || IsSure(texts, DiscardQuestion(texts), *this)) wizard_.Cancel();
 }
 
 void WizardWindow::PageShown() {
   if (page_ != nullptr) {
     page_place_->removeWidget(page_);
     page_->hide();
-    page_->deleteLater();  // it may be the sender of the event that brought the new page
+    page_->deleteLater();  // it may be the sender of the event that led to the new page
   }
   const TextTable& texts = parts_.state.texts;
   page_ = new qt::FormWidget(
@@ -194,7 +178,7 @@ void WizardWindow::PageShown() {
       },
       this, SurfaceTextsOf(texts), SurfaceOptionsOf(parts_.state));
   page_place_->insertWidget(0, page_, 1);
-  page_->show();  // at once: keys may be waiting already
+  page_->show();  // at once, because keys may already be waiting
   summary_->Show(wizard_.Task().Record(), wizard_.Store().values);
   setTabOrder(cancel_, summary_);  // the new page's widgets are the last of the chain
   title_->setText(ToQt(wizard_.Title()));
@@ -204,13 +188,13 @@ void WizardWindow::PageShown() {
   page_->FocusFirst();
 }
 
-// Assistive technology reads a changed window title, an alert, and the heading of the page as the focus
+// Assistive technology reads a changed window title, an alert, and the heading of the page when the focus
 // enters it.
 void WizardWindow::Announce() {
   std::vector<std::string> words{FromQt(page_->Heading()), wizard_.Title()};
   const bool own = parts_.state.user_id == parts_.user.id;
   if (!own) words.push_back(parts_.state.user_id);
-  qt::SetTitle(*this, ToQt(parts_.Text(own ? "wizard.windowTitle" : "wizard.windowTitleOwner", words)));
+  qt::SetTitle(*this, parts_.Shown(own ? "wizard.windowTitle" : "wizard.windowTitleOwner", words));
   setAccessibleDescription(ToQt(wizard_.Description()));
   QAccessibleEvent event(page_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);

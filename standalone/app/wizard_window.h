@@ -25,12 +25,12 @@ class WizardWindow final : public QDialog, private WizardView {
                QWidget* parent = nullptr);
   ~WizardWindow() override;
 
-  // Shows the first page; false when the wizard cannot start (the user has been told).
+  // Shows the first page; false if the wizard cannot start (the user has been told).
   bool Start(const std::string& identifier);
   [[nodiscard]] VeloWiz& Wizard() noexcept { return wizard_; }
   [[nodiscard]] qt::FormWidget* Page() const noexcept { return page_; }
 
-  void reject() override;  // Cancel, Esc and the window's close button: asks when something was changed
+  void reject() override;  // Cancel, Esc and the window's close button: asks if something was changed
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -44,10 +44,9 @@ class WizardWindow final : public QDialog, private WizardView {
   void BuildHeader();
   void BuildSummary();
   void BuildButtons();
-  QPushButton* AddButton(std::string_view caption, const char* name);
   void Press(QPushButton* button, bool (VeloWiz::*verb)());
   void Announce();
-  void GoOn();  // Next, or Finish where there is no Next
+  void GoOn();  // Next, or Finish if there is no Next
   [[nodiscard]] bool Holds(const QWidget& widget) const;
   static void TakeChoices();
 

@@ -7,7 +7,7 @@ namespace plovix {
 template <typename Found>
 Found BackgroundDataSource::Ask(std::function<Found(SqliteDataSource&)> ask) {
   const auto give_up = [this] {
-    source_.reset();  // whatever comes later begins anew
+    source_.reset();  // later calls start afresh
     throw Failure(failure_number::kInterrupted, path_ + ": reading the data was given up");
   };
   if (left_ && !left_->WaitFor(std::chrono::milliseconds{0})) give_up();

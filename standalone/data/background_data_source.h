@@ -12,8 +12,8 @@
 
 namespace plovix {
 
-// Reading that was given up fails in words; until it has ended, all further calls fail at once. Belongs to
-// one thread.
+// An abandoned read fails with a message; until it has ended, all further calls fail at once. Belongs to one
+// thread.
 class BackgroundDataSource final : public DataSource {
  public:
   BackgroundDataSource(std::string path, JobWait wait) : path_(std::move(path)), wait_(std::move(wait)) {}
@@ -28,8 +28,8 @@ class BackgroundDataSource final : public DataSource {
 
   std::string path_;
   JobWait wait_;
-  std::shared_ptr<SqliteDataSource> source_;  // in the hands of the job while there is one
-  std::unique_ptr<BackgroundJob> left_;       // was given up
+  std::shared_ptr<SqliteDataSource> source_;  // used by the job while there is one
+  std::unique_ptr<BackgroundJob> left_;       // abandoned
 };
 
 }  // namespace plovix

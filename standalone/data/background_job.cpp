@@ -26,7 +26,7 @@ BackgroundJob::BackgroundJob(Work work) {
   try {
     std::thread([work = std::move(work), unwanted = unwanted_.get_token(), end = std::move(end)]() mutable {
       work(unwanted);
-      work = nullptr;  // before anybody is told: what it owns is gone by then
+      work = nullptr;  // destroys what it owns before anybody is notified
       --running;
       end.set_value();
     }).detach();

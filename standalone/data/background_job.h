@@ -1,5 +1,5 @@
-// Work on data that nobody has to wait for: a file from anywhere can keep the database busy in ways that
-// nothing ends, so whoever asked goes on without the answer. Used by the windows, and with a time limit by
+// Work on data for which nobody has to wait: a file from anywhere can keep the database busy in ways that
+// nothing can stop, so the caller goes on without the answer. Used by the windows, and with a time limit by
 // scripts.
 #pragma once
 
@@ -15,26 +15,26 @@
 
 namespace plovix {
 
-// Threads that were left behind and still run; with so many of them no further work is begun.
+// The most abandoned threads that may still run; with so many no new work is started.
 inline constexpr int kMostJobs = 8;
 
-// One piece of work on a thread of its own. Whoever lets go of it leaves the thread behind, which ends with
-// its work or with the process; nothing waits for it.
+// One piece of work on its own thread. Destroying the job abandons the thread, which ends with its work or
+// with the process; nothing waits for it.
 class BackgroundJob final {
  public:
-  // `work` owns all that it uses, and throws nothing. It is told through the token that nobody wants it any
-  // more.
+  // `work` owns everything it uses, and throws nothing. The token tells it that its result is no longer
+  // wanted.
   using Work = std::function<void(const std::stop_token& unwanted)>;
-  // Fails with 5 when kMostJobs run already, or there is no thread to be had.
+  // Fails with 5 if kMostJobs are already running, or no thread can be created.
   explicit BackgroundJob(Work work);
-  // As Leave.
+  // Like Leave.
   ~BackgroundJob();
   BackgroundJob(const BackgroundJob&) = delete;
   BackgroundJob& operator=(const BackgroundJob&) = delete;
 
-  // Whether it has ended by then.
+  // Waits at most that long; returns whether the work has ended.
   [[nodiscard]] bool WaitFor(std::chrono::milliseconds time) const;
-  // Nobody wants the outcome any more.
+  // The result is no longer wanted.
   void Leave() noexcept { unwanted_.request_stop(); }
 
  private:
@@ -42,14 +42,14 @@ class BackgroundJob final {
   std::future<void> ended_;
 };
 
-// Waits for a job in the way of whoever asked, with a window or without; false when it was given up.
+// Waits for a job, with or without a window; false if the wait was given up.
 using JobWait = std::function<bool(const BackgroundJob& job)>;
 
-// Waits for so long, on the caller's thread.
+// Waits at most that long, on the caller's thread.
 [[nodiscard]] JobWait WaitAtMost(std::chrono::milliseconds time);
 
-// What `find` gives back, found in the background: failures pass, and nothing means that `wait` gave it up;
-// `job` is then what was left behind.
+// The result of `find`, computed in the background. Failures are passed on. Nothing means that `wait` gave
+// up; `job` is then the abandoned job.
 template <typename Found>
 [[nodiscard]] std::optional<Found> FindInBackground(const JobWait& wait, std::unique_ptr<BackgroundJob>& job,
                                                     std::function<Found(const std::stop_token&)> find) {
@@ -59,11 +59,7 @@ template <typename Found>
   };
   const auto outcome = std::make_shared<Outcome>();
   job = std::make_unique<BackgroundJob>([outcome, find = std::move(find)](const std::stop_token& unwanted) {
-    try {
-      outcome->found.emplace(find(unwanted));
-    } catch (...) {
-      outcome->failure = CurrentFailure();
-    }
+    outcome->failure = FailureOf([&] { outcome->found.emplace(find(unwanted)); });
   });
   if (!wait(*job)) {
     job->Leave();

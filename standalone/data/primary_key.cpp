@@ -11,14 +11,14 @@
 namespace plovix {
 namespace {
 
-// Begins a constraint of the whole table.
+// Whether a table constraint begins here.
 bool IsConstraint(const SqlToken& token) {
   constexpr auto kWords =
       std::to_array<std::string_view>({"CONSTRAINT", "PRIMARY", "UNIQUE", "CHECK", "FOREIGN"});
   return std::ranges::any_of(kWords, [&token](std::string_view word) { return token.Is(word); });
 }
 
-// The only name in the brackets that begin here; empty when there are several.
+// The only name in the brackets that begin here; empty if there are several.
 std::string OnlyNameIn(std::span<const SqlToken> brackets) {
   for (const SqlToken& token : brackets) {
     if (token.IsSign(",")) return {};
@@ -30,7 +30,7 @@ std::string OnlyNameIn(std::span<const SqlToken> brackets) {
 }  // namespace
 
 std::string SinglePrimaryKey(std::string_view sql) {
-  const std::vector<SqlToken> tokens = SqlTokens(sql);  // ends with kEnd: a next one is always there
+  const std::vector<SqlToken> tokens = SqlTokens(sql);  // ends with kEnd, so there is always a next one
   std::vector<std::string_view> columns;
   int depth = 0;
   for (std::size_t at = 0; at + 2 < tokens.size(); ++at) {

@@ -30,7 +30,8 @@ void QueryPreview::Ask(BoundQuery query, Arrived arrived) {
   }
 }
 
-// Whether it is still wanted is asked again where it arrives: only that thread takes requests back.
+// The receiving thread checks again whether the result is still wanted, because only that thread withdraws
+// requests.
 void QueryPreview::Deliver(Mailbox& mailbox, const std::shared_ptr<Request>& request, Result result) {
   const std::lock_guard lock(mailbox.mutex);
   if (!mailbox.post) return;

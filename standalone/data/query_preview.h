@@ -1,4 +1,4 @@
-// Runs queries in the background, the newest one only. Used by the query builder.
+// Runs queries in the background, only the newest one. Used by the query builder.
 #pragma once
 
 #include <functional>
@@ -14,29 +14,29 @@ class QueryPreview final {
  public:
   using Result = std::variant<QueryRows, QueryProblem>;
   using Arrived = std::function<void(const Result&)>;
-  // Has a function run later on the caller's thread. Called on another thread, and not any more once the
-  // preview is gone.
+  // Runs a function later on the caller's thread. Called on another thread, but not after the preview has
+  // been destroyed.
   using Post = std::function<void(std::function<void()>)>;
 
   QueryPreview(QueryTarget target, Post post, const QueryLimits& limits = {});
-  // Waits for nothing that runs. Results that were posted already do not arrive any more.
+  // Does not wait for running queries. Results already posted no longer arrive.
   ~QueryPreview();
   QueryPreview(const QueryPreview&) = delete;
   QueryPreview& operator=(const QueryPreview&) = delete;
 
-  // Leaves the former query, whose result does not arrive any more. An SQL text is a query without values.
-  // A query that does not answer, in spite of its time limit, never arrives.
+  // Abandons the former query, whose result no longer arrives. An SQL text is a query without values. If a
+  // query does not end in spite of its time limit, its result never arrives.
   void Ask(BoundQuery query, Arrived arrived);
   void Cancel();
 
  private:
   struct Request {
     Arrived arrived;
-    bool unwanted = false;  // the caller's thread alone
+    bool unwanted = false;  // only for the caller's thread
   };
   struct Mailbox {
     std::mutex mutex;
-    Post post;  // guarded by mutex; empty: nobody is there any more
+    Post post;  // guarded by mutex; empty: the preview is gone
   };
   static void Deliver(Mailbox& mailbox, const std::shared_ptr<Request>& request, Result result);
 

@@ -1,5 +1,6 @@
 #include "query_run.h"
 
+#include <plovix/base/utf8.h>
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/query/sql_tokens.h>
 #include <plovix/standalone/sqlite/connection.h>
@@ -15,15 +16,15 @@
 namespace plovix {
 namespace {
 
-// A query reads rows. Other statements can count as reading and still change how the connection works, or
-// open other files.
+// A query reads rows. Other statements can be read-only and still change how the connection works, or open
+// other files.
 std::optional<QueryProblem> CheckBeginning(std::string_view sql) {
   const SqlToken first = SqlTokens(sql).front();
   if (first.Is("SELECT") || first.Is("WITH") || first.Is("VALUES")) return std::nullopt;
   return QueryProblem{"query.preview.select", {}};
 }
 
-// Before the database sees the text.
+// Checks the text before the database sees it.
 std::optional<QueryProblem> CheckText(std::string_view sql) {
   if (auto problem = CheckBeginning(sql)) return problem;
   if (StatementCount(sql) > 1) return QueryProblem{"query.preview.second", {}};
@@ -59,14 +60,6 @@ void Bind(Statement& statement, const std::vector<BoundValue>& values) {
   }
 }
 
-// Not in the middle of a character.
-std::string Cut(std::string_view text) {
-  if (text.size() <= kLongestValue) return std::string(text);
-  std::size_t length = kLongestValue;
-  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
-  return std::string(text.substr(0, length)) + "…";
-}
-
 std::string BytesText(std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   constexpr std::size_t kMost = 32;
@@ -86,7 +79,7 @@ std::vector<std::optional<std::string>> RowOf(const Statement& statement) {
       row.emplace_back();
     } else {
       const std::string_view text = statement.Text(column);
-      row.emplace_back(type == ColumnType::kBlob ? BytesText(text) : Cut(text));
+      row.emplace_back(type == ColumnType::kBlob ? BytesText(text) : Shortened(text, kLongestValue));
     }
   }
   return row;
@@ -122,8 +115,9 @@ class TextGuard {
 
   [[nodiscard]] bool IsTooNested(std::string_view sql) { return schema_->SelectsIn(sql) > kMostSelects; }
 
-  // The tables that virtual tables keep are for their own statements only. Those run with the text, but also
-  // when the first text that names a virtual table is prepared: then it is prepared by itself first.
+  // Internal tables of virtual tables are for these tables' own statements only. Those run with the text, but
+  // also when a text that names the virtual table is first prepared; so a statement on the virtual table
+  // alone is prepared first.
   [[nodiscard]] Statement Prepare(std::string_view sql, const TimeLimit& time) const {
     std::set<std::string> awake;
     while (true) {
@@ -145,7 +139,7 @@ class TextGuard {
     return connection_.Prepare(sql);
   }
 
-  // A refusal names the virtual table: the text may say nothing of what that keeps.
+  // A refusal names the virtual table, because the text may not mention its internal tables.
   void Wake(const SchemaEntry& table) const {
     try {
       (void)connection_.Prepare("SELECT 1 FROM " + QuotedName(table.name));
@@ -163,7 +157,7 @@ class TextGuard {
 
 using Read = std::function<QueryRows(Statement&, const TimeLimit&)>;
 
-// Prepares the text where it can do nothing but read, and gives it to `read`.
+// Prepares the text if it can only read, and passes it to `read`.
 std::variant<QueryRows, QueryProblem> WithStatement(const QueryTarget& target, std::string_view sql,
                                                     const QueryLimits& limits,
                                                     const std::stop_token& unwanted, const Read& read) {

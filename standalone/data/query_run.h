@@ -1,5 +1,5 @@
-// Runs a query on a user's SQLite file: how many records it finds, and the first of them. Nothing that would
-// change anything runs. Used by the query preview.
+// Runs a query on a user's SQLite file: how many records it finds, and the first of them. Statements that
+// would change anything are not run. Used by the query preview.
 #pragma once
 
 #include <plovix/standalone/query/query_text.h>
@@ -17,16 +17,16 @@ namespace plovix {
 
 struct QueryTarget {
   std::string path;           // the data's file
-  bool reads_hidden = false;  // also what is for administrators only
+  bool reads_hidden = false;  // may read what is for administrators only, too
 };
 
 struct QueryRows {
   std::vector<std::string> columns;
-  // The first records. A value is cut after kLongestValue bytes; bytes without a text are written as x'...';
-  // nothing is NULL.
+  // The first records. A value is cut after kLongestValue bytes; bytes that are not text are written as
+  // x'...'; NULL is nothing.
   std::vector<std::vector<std::optional<std::string>>> rows;
   std::int64_t count = 0;
-  bool complete = true;  // false: the time was over, and there may be more
+  bool complete = true;  // false: time ran out, and there may be more
 };
 
 // Why there is nothing to show.
@@ -36,20 +36,20 @@ struct QueryProblem {
 };
 
 struct QueryLimits {
-  std::chrono::milliseconds time{2000};     // for everything; what was counted until then is shown
+  std::chrono::milliseconds time{2000};     // for everything; then the count so far is shown
   std::chrono::milliseconds patience{250};  // for another program that writes
   std::size_t rows = 20;
 };
 inline constexpr std::size_t kLongestValue = 400;
 
-// Runs a text only when it is one statement that reads what it may. Comes back soon after the time is over or
-// the result is unwanted, but for a function that computes on without end: run it where nobody waits.
+// Runs a text only if it is one statement that reads what it may. Returns soon after the time is over or the
+// result is unwanted, except if an SQL function computes without end, so call it where nobody waits.
 [[nodiscard]] std::variant<QueryRows, QueryProblem> RunQuery(const QueryTarget& target,
                                                              const BoundQuery& query,
                                                              const QueryLimits& limits = {},
                                                              const std::stop_token& unwanted = {});
 
-// What keeps the text from being run as a query, without running it.
+// Why the text cannot be run as a query, without running it.
 [[nodiscard]] std::optional<QueryProblem> CheckQuery(const QueryTarget& target, std::string_view sql,
                                                      const std::stop_token& unwanted = {});
 

@@ -44,7 +44,7 @@ constexpr auto kSchema = std::to_array<std::string_view>({
     "GROUP BY customers.id",
 });
 
-// A file under a name of its own that is removed unless it got its final one.
+// A file with a temporary name that is removed unless it gets its final one.
 class NewFile {
  public:
   explicit NewFile(const std::string& path) : path_(path), temporary_(path + "." + std::to_string(getpid())) {

@@ -8,11 +8,11 @@ namespace plovix {
 
 // customers, products, stock, orders, order_lines, invoices, employees, and the views open_orders and
 // customer_turnover: about ten thousand records of the two years before `today`, the same for the same day.
-// Fails when the file cannot be written, and with kFileAccess when something stands at the path already; then
-// as after any failure the path is as it was.
+// Fails if the file cannot be written, and with kFileAccess if something already exists at the path; after
+// any failure the path is unchanged.
 void CreateSampleDatabase(const std::string& path, std::chrono::local_days today);
 
-// Where the program looks for the data when it is told nothing else: beside the user's tasks.
+// The default place of the data: beside the user's tasks.
 [[nodiscard]] std::string DefaultDataPath();
 
 }  // namespace plovix

@@ -135,7 +135,7 @@ class Company {
     }
   }
 
-  // Older orders are done, newer ones often open, few cancelled.
+  // Older orders are completed, newer ones often open, a few cancelled.
   void TakeOrder(std::int64_t id) {
     const local_days day = today_ - days{(kOrders - id) * kPeriod / kOrders};
     const bool is_cancelled = OneIn(20);

@@ -14,10 +14,10 @@ using SampleCell = std::variant<std::monostate, std::int64_t, double, std::strin
 
 struct SampleTable {
   std::string_view name;
-  std::vector<std::vector<SampleCell>> rows;  // in the order of the table's columns; never none
+  std::vector<std::vector<SampleCell>> rows;  // in the order of the table's columns; never empty
 };
 
-// In an order in which every row comes after those it refers to.
+// Ordered so that every row comes after those to which it refers.
 [[nodiscard]] std::vector<SampleTable> SampleTables(std::chrono::local_days today);
 
 }  // namespace plovix

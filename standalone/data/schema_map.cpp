@@ -10,8 +10,8 @@
 namespace plovix {
 namespace {
 
-// One pass. The database's own list of tables and their columns names keys and shadow tables, too, but take
-// time in the square of the number of tables.
+// A single pass. The database's own lists of tables and columns include keys and shadow tables, too, but take
+// time proportional to the square of the number of tables.
 constexpr std::string_view kSchema =
     "SELECT name, type, rootpage, sql FROM sqlite_master "
     "WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
@@ -19,18 +19,18 @@ constexpr std::string_view kSchema =
 // Virtual tables that the database itself trusts in a file from anywhere, and that can be read without being
 // prepared for writing.
 constexpr auto kSafeModules = std::to_array<std::string_view>({"fts3", "fts4", "fts5"});
-// Functions that give rows.
+// Functions that return rows.
 constexpr auto kSafeFunctions = std::to_array<std::string_view>({"json_each", "json_tree"});
 
 bool IsAmong(std::span<const std::string_view> list, std::string_view name) {
   return std::ranges::find(list, name) != list.end();
 }
 
-// What virtual tables keep their content in: their own name, "_", and one of these.
+// The names of tables in which virtual tables keep their content: their own name, "_", and one of these.
 constexpr auto kShadowEndings = std::to_array<std::string_view>(
     {"content", "segments", "segdir", "docsize", "stat", "data", "idx", "config", "node", "parent", "rowid"});
 
-// Modules read their arguments each in its own way: whatever name stands there, its words do.
+// Every module reads its arguments in its own way. Whatever name is in them, its words are.
 std::vector<std::string> WordsIn(std::string_view text) {
   const auto is_in_word = [](char character) {
     return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9') ||
@@ -46,7 +46,7 @@ std::vector<std::string> WordsIn(std::string_view text) {
   return words;
 }
 
-// One that stands in every text with the name in it; empty when there is none.
+// A word that is in every text that contains the name; empty if there is none.
 std::string LongestWord(std::string_view name) {
   const std::vector<std::string> words = WordsIn(name);
   const auto longest = std::ranges::max_element(words, {}, &std::string::size);
@@ -91,7 +91,7 @@ void SchemaMap::Read(const Connection& connection, const Each& each, std::vector
     entry.name = row.Text(0);
     if (row.Text(1) == "view") {
       entry.kind = SchemaEntry::Kind::kView;
-    } else if (row.Integer(2) == 0) {  // it has no page of its own
+    } else if (row.Integer(2) == 0) {  // without a page: a virtual table
       entry.kind = SchemaEntry::Kind::kVirtual;
       ReadVirtual(row.Text(3), entry);
     }
@@ -109,7 +109,7 @@ void SchemaMap::Read(const Connection& connection, const Each& each, std::vector
   });
 }
 
-// A virtual table is no SELECT and reads none while a statement is prepared.
+// A virtual table is not a SELECT and reads none while a statement is prepared.
 void SchemaMap::AddVirtualNodes() {
   for (const Virtual& table : virtual_list_) {
     const SchemaEntry& entry = entries_[table.entry];
@@ -143,8 +143,8 @@ SchemaMap::Words SchemaMap::HiddenWords() const {
   return words;
 }
 
-// From what is hidden to the virtual tables that name it, to the views on them, and so on. What is not found
-// in so many passes is built too high to be told from what is hidden.
+// Spreads from hidden objects to the virtual tables that name them, to the views on these, and so on. What
+// these passes do not reach is nested too deeply and counts as hidden.
 void SchemaMap::SpreadHidden() {
   for (int pass = 0; !virtual_list_.empty(); ++pass) {
     bool found = false;
@@ -188,8 +188,8 @@ std::size_t SchemaMap::SelectsIn(std::string_view sql) {
   return selects;
 }
 
-// Common table expressions of one name become one; they are visible in the whole of their text, and so is the
-// view whose name they take: where in the text they end is not known.
+// Common table expressions with the same name become one. They are visible in the whole text, and so is a
+// view with their name, because it is unknown where in the text they end.
 void SchemaMap::Link(std::size_t node, const SqlSources& sources) {
   Names common;
   for (const CommonTable& table : sources.common) {
@@ -197,7 +197,7 @@ void SchemaMap::Link(std::size_t node, const SqlSources& sources) {
   }
   LinkOne(node, node, sources.all, common);
   for (const CommonTable& table : sources.common) LinkOne(node, common.at(table.name), table.sources, common);
-  if (sources.too_deep) nodes_[node].reads.push_back(node);  // waits for itself and is never known
+  if (sources.too_deep) nodes_[node].reads.push_back(node);  // depends on itself and is never known
 }
 
 void SchemaMap::LinkOne(std::size_t text, std::size_t node, const std::vector<std::string>& sources,
@@ -205,7 +205,7 @@ void SchemaMap::LinkOne(std::size_t text, std::size_t node, const std::vector<st
   for (const std::string& name : sources) {
     const auto local = common.find(name);
     const bool is_common = local != common.end();
-    if (is_common && local->second != node) nodes_[node].reads.push_back(local->second);  // else recursive
+    if (is_common && local->second != node) nodes_[node].reads.push_back(local->second);  // else: recursive
     const auto view = views_.find(name);
     // The database refuses a view of itself.
     if (view != views_.end() && (!is_common || view->second != text))
@@ -216,8 +216,7 @@ void SchemaMap::LinkOne(std::size_t text, std::size_t node, const std::vector<st
   }
 }
 
-// A pass finds at least what is built on the storeys below. What is not known then goes round in circles, or
-// too far up.
+// Each pass computes at least one more level. What is then still unknown is circular, or nested too deeply.
 void SchemaMap::Weigh(std::size_t first) {
   for (int pass = 0; pass < kMostStoreys; ++pass) {
     bool found = false;
@@ -242,8 +241,8 @@ bool SchemaMap::Weigh(Node& node) const {
   return node.is_known = true;
 }
 
-// A name that the file does not have is that of a common table expression, or of what the database offers by
-// itself: that gives away how it is made, and how other programs use it.
+// A name that is not in the file is a common table expression, or one of the database's own tables, which
+// reveal its details and how other programs use it.
 bool SchemaMap::MayRead(std::string_view table, std::string_view column, bool reads_hidden) const {
   const std::string name = LowerName(table);
   const auto found = by_name_.find(name);

@@ -1,6 +1,6 @@
-// What a user's file holds, by its own words and before the database makes anything of them: which names are
+// What a user's file contains, judged by its texts before the database processes them: which names are
 // hidden, and which views are built on so many others that preparing a statement on them would take minutes
-// or all the memory, in calls that nothing can end. Used by the catalogue and by running queries.
+// or all memory, in calls that nothing can stop. Used by the catalogue and to run queries.
 #pragma once
 
 #include <plovix/standalone/query/sql_sources.h>
@@ -17,8 +17,8 @@
 
 namespace plovix {
 
-// More SELECTs than this in one statement, once its views stand in it, are refused; so are views that are
-// built on each other in more than kMostStoreys.
+// More SELECTs than this in one statement, after its views are expanded, are refused; so are views that are
+// nested more than kMostStoreys deep.
 inline constexpr std::size_t kMostSelects = 500;
 inline constexpr int kMostStoreys = 32;
 
@@ -26,25 +26,25 @@ struct SchemaEntry {
   enum class Kind { kTable, kView, kVirtual };
   std::string name;
   Kind kind = Kind::kTable;
-  std::string module;  // of a virtual table, in small letters
-  // A view or virtual table on something with a hidden name, or a table that such a virtual table keeps.
+  std::string module;  // of a virtual table, in lower case
+  // A view or virtual table on something with a hidden name, or an internal table of such a virtual table.
   bool reads_hidden = false;
 };
 
 class SchemaMap final {
  public:
-  // Reads the connection's file. `each` is given every table's statement, too, which is not kept.
+  // Reads the connection's file. `each` also gets every table's statement, which is not kept.
   using Each = std::function<void(const SchemaEntry& entry, std::string_view sql)>;
   explicit SchemaMap(const Connection& connection, const Each& each = {});
 
-  // Without the database's own tables; in no order.
+  // Without the database's own tables; unordered.
   [[nodiscard]] const std::vector<SchemaEntry>& Entries() const noexcept { return entries_; }
-  // nullptr when there is none.
+  // nullptr if there is none.
   [[nodiscard]] const SchemaEntry* Find(std::string_view name) const;
-  // How many SELECTs the text comes to once every view and common table expression stands where it is named;
-  // more than kMostSelects: too many to be counted.
+  // The number of SELECTs in the text after every view and common table expression is expanded; more than
+  // kMostSelects means too many to be counted.
   [[nodiscard]] std::size_t SelectsIn(std::string_view sql);
-  // The virtual table that keeps its content in this table; nullptr for every other table and view.
+  // The virtual table whose content is in this table; nullptr for every other table and view.
   [[nodiscard]] const SchemaEntry* OwnerOfShadow(std::string_view name) const;
   // What queries may read, and what virtual tables read for them. The map outlives it.
   [[nodiscard]] bool MayRead(std::string_view table, std::string_view column, bool reads_hidden) const;
@@ -62,7 +62,7 @@ class SchemaMap final {
   using Words = std::unordered_set<std::string>;
   struct Virtual {
     std::size_t entry = 0;
-    Words words;  // of its arguments, those in quotes, too
+    Words words;  // of its arguments, including those in quotes
   };
   void Read(const Connection& connection, const Each& each, std::vector<std::string>& view_texts);
   void AddVirtualNodes();
@@ -77,7 +77,7 @@ class SchemaMap final {
   std::vector<SchemaEntry> entries_;
   Names by_name_;
   Names views_;     // their nodes
-  Names virtuals_;  // likewise, also of the tables that they keep
+  Names virtuals_;  // likewise, also of their internal tables
   std::vector<Virtual> virtual_list_;
   std::vector<Node> nodes_;
   std::unordered_set<std::string> modules_;

@@ -16,7 +16,7 @@
 namespace plovix {
 namespace {
 
-// Computed fields are looked at for so long.
+// The time limit for examining computed fields.
 constexpr std::chrono::milliseconds kGlance{250};
 
 constexpr auto kTypes =
@@ -52,7 +52,7 @@ bool IsBuiltTooHigh(SchemaMap& schema, std::string_view name) {
   return schema.SelectsIn("SELECT * FROM " + QuotedName(name)) > kMostSelects;
 }
 
-// A view that cannot be read has none; whoever reads it learns why.
+// A view that cannot be read has none; reading it reports why.
 std::string KeyOfView(const Connection& connection, SchemaMap& schema, std::string_view name) {
   if (IsBuiltTooHigh(schema, name)) return {};
   try {
@@ -68,7 +68,7 @@ std::string KeyOfView(const Connection& connection, SchemaMap& schema, std::stri
 using Keys = std::vector<std::string>;  // of the schema's entries
 
 std::vector<DataObjectRecord> ReadObjects(const Connection& connection, SchemaMap& schema, Keys keys) {
-  std::vector<std::pair<std::string, DataObjectRecord>> sorted;  // by caption, whatever its case
+  std::vector<std::pair<std::string, DataObjectRecord>> sorted;  // by caption, ignoring case
   sorted.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const SchemaEntry& entry = schema.Entries()[i];
@@ -116,7 +116,7 @@ void LookAtUndeclared(Connection& connection, std::string_view object, const std
     for (std::size_t i = 0; i < undeclared.size(); ++i)
       undeclared[i]->type = TypeOfValues(statement.Text(static_cast<int>(i)));
   } catch (const SqlFailure&) {
-    return;  // a view of what is no longer there
+    return;  // a view of something that no longer exists
   } catch (const Failure&) {
     if (!limit.IsOver()) throw;
   }
@@ -141,7 +141,7 @@ void SqliteDataSource::Reading(const std::function<void(Connection&)>& body) {
   }
 }
 
-// Another program may change the file while it is read: the state before that is the one that was read.
+// Another program may change the file while it is read; the list belongs to the state before that.
 const std::vector<DataObjectRecord>& SqliteDataSource::Listed() {
   const FileState state = StateOf(path_);
   if (!listed_ || state.in_use || *listed_ != state) {
@@ -153,7 +153,7 @@ const std::vector<DataObjectRecord>& SqliteDataSource::Listed() {
           std::make_shared<SchemaMap>(connection, [&keys](const SchemaEntry& entry, std::string_view sql) {
             keys.push_back(entry.kind == SchemaEntry::Kind::kTable ? SinglePrimaryKey(sql) : std::string());
           });
-      // Their fields are known to everybody; whether they may be used is asked elsewhere.
+      // Everybody may know the fields; whether they may be used is checked elsewhere.
       connection.Guard([schema = schema_](std::string_view table, std::string_view column) {
         return schema->MayRead(table, column, true);
       });

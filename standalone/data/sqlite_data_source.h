@@ -17,8 +17,8 @@
 
 namespace plovix {
 
-// The file is opened at the first call and kept open. A call that fails closes it, and the next one starts
-// from scratch: the program goes on when the file is back. Belongs to one thread.
+// The file is opened at the first call and kept open. A failing call closes it, and the next one starts
+// afresh, so the program goes on when the file is back. Belongs to one thread.
 class SqliteDataSource final : public DataSource {
  public:
   static constexpr std::chrono::milliseconds kPatience{2000};
@@ -29,21 +29,21 @@ class SqliteDataSource final : public DataSource {
                             std::chrono::milliseconds longest = kLongest)
       : path_(std::move(path)), patience_(patience), longest_(longest) {}
 
-  // Calls from now on give up when that is requested, too.
+  // From now on, calls also give up when `unwanted` is requested to stop.
   void StopWhen(std::stop_token unwanted) { unwanted_ = std::move(unwanted); }
 
-  // Sorted by caption. Without the database's own tables and those in which virtual tables keep their
-  // content, and virtual tables that are not safe.
+  // Sorted by caption. Without the database's own tables, the internal tables of virtual tables, and unsafe
+  // virtual tables.
   [[nodiscard]] std::vector<DataObjectRecord> List() override;
   [[nodiscard]] std::optional<DataObjectRecord> Find(std::string_view name) override;
-  // Types follow from the declarations (FieldTypeOf). For a field without one, such as a computed one of a
-  // view, the first record decides, where it can be had at once: else it is text. Fails for a view that is
+  // Types follow from the declarations (FieldTypeOf). For a field without one, such as a view's computed
+  // field, the first record decides if it can be read quickly; otherwise it is text. Fails for a view that is
   // built on too many others.
   [[nodiscard]] std::vector<FieldRecord> Fields(std::string_view name) override;
 
  private:
   void Reading(const std::function<void(Connection&)>& body);
-  // Read anew when the file has changed, and while another program may be changing it.
+  // Read again if the file has changed, and while another program may be changing it.
   [[nodiscard]] const std::vector<DataObjectRecord>& Listed();
 
   std::string path_;
@@ -53,10 +53,10 @@ class SqliteDataSource final : public DataSource {
   FileId file_;  // the open one
   std::shared_ptr<SchemaMap> schema_;
   std::vector<DataObjectRecord> objects_;
-  std::optional<FileState> listed_;  // the state of the file that they were read from
+  std::optional<FileState> listed_;  // the state of the file from which they were read
 };
 
-// The first row that fits decides; without regard to case:
+// The first row that matches decides, ignoring case:
 //   BOOL                                     yes or no
 //   DATETIME, TIMESTAMP                      date and time
 //   DATE                                     date
@@ -67,8 +67,8 @@ class SqliteDataSource final : public DataSource {
 //   anything else                            text
 [[nodiscard]] FieldType FieldTypeOf(std::string_view declared);
 
-// The name with blanks for underscores and the first letter large, where it is one of the Latin alphabets of
-// Western Europe.
+// The name with spaces for underscores and a capital first letter, if that letter is in one of the Latin
+// alphabets of Western Europe.
 [[nodiscard]] std::string CaptionOf(std::string_view name);
 
 }  // namespace plovix

@@ -1,5 +1,5 @@
-// Ends what a connection runs when its time is over or nobody wants it any more. Used by the catalogue and by
-// running queries.
+// Stops a connection's statements when their time is over or they are no longer wanted. Used by the catalogue
+// and to run queries.
 #pragma once
 
 #include <plovix/standalone/sqlite/connection.h>
@@ -10,8 +10,8 @@
 
 namespace plovix {
 
-// Holds while it lives; one inside another one's life takes its place for as long. The connection outlives
-// it. From the end on the connection's statements fail with kInterrupted.
+// Applies during its lifetime; a nested one replaces the outer one for its own lifetime. The connection
+// outlives it. Once the time is over, the connection's statements fail with kInterrupted.
 class TimeLimit final {
  public:
   // `unwanted` ends the time at once.

@@ -1,20 +1,17 @@
 #include "action_dialog.h"
 
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/entry_rules.h>
 #include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 #include <algorithm>
 
 namespace plovix::app {
@@ -22,17 +19,8 @@ namespace {
 
 constexpr int kCharactersWide = 48;
 constexpr int kLinesOfText = 6;
-constexpr int kLongestLine = 1 << 24;  // the usual limit would cut what is stored
 
 }  // namespace
-
-QString ActionDialog::Field::Value() const {
-  return line != nullptr ? line->text() : text->toPlainText();
-}
-
-QWidget* ActionDialog::Field::Editor() const {
-  return line != nullptr ? static_cast<QWidget*>(line) : static_cast<QWidget*>(text);
-}
 
 ActionDialog::ActionDialog(const TextTable& texts, const std::string& title,
                            const std::vector<const ActionKind*>& kinds, const ActionRecord& action,
@@ -40,34 +28,28 @@ ActionDialog::ActionDialog(const TextTable& texts, const std::string& title,
     : EditorDialog(texts, title, parent),
       initial_(action),
       action_(action),
-      name_problem_(NewProblemLabel()) {
+      name_(action.name, kLongestName) {
   form_ = new QFormLayout;
   form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   Rows()->addLayout(form_);
   Rows()->addStretch();
   BuildKindChoice(kinds);
-  name_ = new QLineEdit(ToQt(action.name));
-  name_->setPlaceholderText(Text("action.edit.nameHint"));
-  name_->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
-  QLabel* label = qt::NewLabel(Text("action.edit.name"));
-  label->setBuddy(name_);
-  auto* column = new QVBoxLayout;
-  column->addWidget(name_);
-  column->addWidget(name_problem_);
-  form_->addRow(label, column);
+  QLineEdit* name = name_.Line();
+  name->setPlaceholderText(Text("action.edit.nameHint"));
+  name->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
+  form_->addRow(NewCaption(Text("action.edit.name"), *name), NewColumn({name, name_.ProblemLabel()}));
   BuildFields();
   AddOkAndCancel();
   ChainTabStops();
-  (kinds.size() < 2 ? static_cast<QWidget*>(name_) : findChild<QComboBox*>())->setFocus();
+  (kinds.size() < 2 ? static_cast<QWidget*>(name) : findChild<QComboBox*>())->setFocus();
 }
 
 void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) {
-  QLabel* label = qt::NewLabel(Text("action.edit.kind"));
   if (kinds.size() < 2) {
     const ActionKind* kind = FindActionKind(action_.kind);
     const QString what = kind != nullptr ? Text(kind->caption) : Text("action.list.unknown", {action_.kind});
-    label->setText(Caption("action.edit.kind"));
-    form_->addRow(label, qt::NewWrappedLabel(qt::Shortened(what, qt::kLongestShown)));
+    form_->addRow(qt::NewLabel(Caption("action.edit.kind")),
+                  qt::NewWrappedLabel(qt::Shortened(what, qt::kLongestShown)));
     return;
   }
   auto* choice = new QComboBox;
@@ -77,25 +59,24 @@ void ActionDialog::BuildKindChoice(const std::vector<const ActionKind*>& kinds) 
   }
   connect(choice, &QComboBox::activated, this,
           [this, kinds](int index) { ChooseKind(*kinds.at(static_cast<std::size_t>(index))); });
-  label->setBuddy(choice);
-  form_->addRow(label, choice);
+  form_->addRow(NewCaption(Text("action.edit.kind"), *choice), choice);
 }
 
-// Fields made anew would otherwise come behind the buttons.
+// New fields would otherwise come after the buttons.
 void ActionDialog::ChainTabStops() {
-  QWidget* last = name_;
+  QWidget* last = name_.Editor();
   const auto chain = [&last](QWidget* next) {
     setTabOrder(last, next);
     last = next;
   };
   for (const Field& field : fields_) {
-    chain(field.Editor());
+    chain(field.text.Editor());
     if (field.browse != nullptr) chain(field.browse);
   }
   chain(findChild<QDialogButtonBox*>());
 }
 
-// What was typed for the former kind is kept, in case the user comes back to it.
+// The entries for the former kind are kept, in case the user returns to it.
 void ActionDialog::ChooseKind(const ActionKind& kind) {
   const ActionRecord former = Action();
   if (former.kind == kind.id) return;
@@ -121,92 +102,50 @@ void ActionDialog::BuildFields() {
 }
 
 void ActionDialog::AddField(const ActionField& info) {
-  Field field{&info};
-  const QString value = ToQt(action_.settings[std::string(info.key)]);
-  auto* column = new QVBoxLayout;
-  auto* line = new QHBoxLayout;
-  if (info.type == ActionFieldType::kMultiLine) {
-    field.text = new QPlainTextEdit(value);
-    field.text->setTabChangesFocus(true);
-    field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
-  } else {
-    field.line = new QLineEdit;
-    field.line->setMaxLength(kLongestLine);
-    field.line->setText(value);
+  const bool is_path = info.type == ActionFieldType::kFile || info.type == ActionFieldType::kFolder;
+  const int lines = info.type == ActionFieldType::kMultiLine ? kLinesOfText : 0;
+  const TextField text(action_.settings[std::string(info.key)], kLongestText, lines);
+  QHBoxLayout* line = NewRow({text.Editor()});
+  QPushButton* browse = nullptr;
+  if (is_path) {
+    browse = app::NewButton(Text("action.edit.browse"), [this, &info, text] { Browse(info, text); });
+    browse->setAccessibleName(Text("action.edit.browseFor", {FromQt(Caption(info.caption))}));
+    line->addWidget(browse);
   }
-  line->addWidget(field.Editor());
-  if (info.type == ActionFieldType::kFile || info.type == ActionFieldType::kFolder)
-    field.browse = AddBrowseButton(field, line);
-  field.problem = NewProblemLabel();
+  auto* column = new QVBoxLayout;
   column->addLayout(line);
-  column->addWidget(field.problem);
-  QLabel* label = qt::NewLabel(Text(info.caption));
-  label->setBuddy(field.Editor());
-  field.Editor()->setAccessibleName(Caption(info.caption));
-  static_cast<QFormLayout*>(field_area_->layout())->addRow(label, column);
-  fields_.push_back(field);
+  column->addWidget(text.ProblemLabel());
+  static_cast<QFormLayout*>(field_area_->layout())
+      ->addRow(NewCaption(Text(info.caption), *text.Editor()), column);
+  fields_.push_back({&info, text, browse});
 }
 
-QPushButton* ActionDialog::AddBrowseButton(const Field& field, QLayout* line) {
-  auto* browse = new QPushButton(Text("action.edit.browse"));
-  browse->setAutoDefault(false);
-  browse->setAccessibleName(Text("action.edit.browseFor", {FromQt(Caption(field.info->caption))}));
-  connect(browse, &QPushButton::clicked, this, [this, field] { Browse(field); });
-  line->addWidget(browse);
-  return browse;
-}
-
-// A file may be one that does not exist yet: the path is only taken, nothing is opened.
-void ActionDialog::Browse(const Field& field) {
-  const QString caption = Caption(field.info->caption);
-  QFileDialog dialog(this, caption, field.line->text());
-  dialog.setFileMode(field.info->type == ActionFieldType::kFolder ? QFileDialog::Directory
-                                                                  : QFileDialog::AnyFile);
+// The file need not exist yet: only the path is used, nothing is opened.
+void ActionDialog::Browse(const ActionField& info, const TextField& text) {
+  QFileDialog dialog(this, Caption(info.caption), text.Text());
+  dialog.setFileMode(info.type == ActionFieldType::kFolder ? QFileDialog::Directory : QFileDialog::AnyFile);
   dialog.setLabelText(QFileDialog::Accept, Text("button.ok"));
-  if (const QString path = ChoosePath(dialog); !path.isEmpty()) field.line->setText(path);
+  if (const QString path = ChoosePath(dialog); !path.isEmpty()) text.SetText(path);
 }
 
 ActionRecord ActionDialog::Action() const {
   ActionRecord action = action_;
-  action.name = FromQt(name_->text());
-  for (const Field& field : fields_) action.settings[std::string(field.info->key)] = FromQt(field.Value());
+  action.name = FromQt(name_.Text());
+  for (const Field& field : fields_)
+    action.settings[std::string(field.info->key)] = FromQt(field.text.Text());
   return action;
 }
 
 void ActionDialog::accept() {
-  TellProblem(*name_problem_, *name_, {});
-  for (const Field& field : fields_) TellProblem(*field.problem, *field.Editor(), {});
-  if (!CheckLengths()) return;
+  name_.Tell({});
+  for (const Field& field : fields_) field.text.Tell({});
+  const auto is_short = [this](const TextField& text) { return text.Accepts(text.TooLong(Texts())); };
+  if (!is_short(name_) || !std::ranges::all_of(fields_, is_short, &Field::text)) return;
   const auto problem = CheckAction(Action());
-  const auto wrong = std::ranges::find_if(
-      fields_, [&](const Field& field) { return problem && field.info->key == problem->field; });
-  if (wrong != fields_.end()) {
-    ShowProblem(*wrong, Text(problem->text));
-  } else if (!problem) {
-    QDialog::accept();
-  }
-}
-
-bool ActionDialog::CheckLengths() {
-  const QString long_name = ToQt(LengthProblem(FromQt(name_->text()), kLongestName, Texts()));
-  if (!long_name.isEmpty()) {
-    TellProblem(*name_problem_, *name_, long_name);
-    name_->setFocus();
-    return false;
-  }
+  if (!problem) return QDialog::accept();
   for (const Field& field : fields_) {
-    const QString problem = ToQt(LengthProblem(FromQt(field.Value()), kLongestText, Texts()));
-    if (problem.isEmpty()) continue;
-    ShowProblem(field, problem);
-    return false;
+    if (field.info->key == problem->field) (void)field.text.Accepts(Text(problem->text));
   }
-  return true;
-}
-
-void ActionDialog::ShowProblem(const Field& field, const QString& problem) {
-  TellProblem(*field.problem, *field.Editor(), problem);
-  field.Editor()->setFocus();
-  if (field.line != nullptr) field.line->selectAll();
 }
 
 }  // namespace plovix::app

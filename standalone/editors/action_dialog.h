@@ -3,58 +3,47 @@
 
 #include <plovix/standalone/tasks/action_kinds.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <map>
 #include <string>
 #include <vector>
 
-class QComboBox;
 class QFormLayout;
-class QLabel;
-class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace plovix::app {
 
 class ActionDialog final : public EditorDialog {
  public:
-  // Edits `action`; with more than one kind in `kinds` the user may change the kind. `texts` outlives it.
+  // Edits `action`; if there are several `kinds`, the user may change the kind. `texts` outlives it.
   ActionDialog(const TextTable& texts, const std::string& title, const std::vector<const ActionKind*>& kinds,
                const ActionRecord& action, QWidget* parent);
 
-  // The action as edited; fit to be stored once the dialog has been accepted.
+  // The edited action; valid once the dialog has been accepted.
   [[nodiscard]] ActionRecord Action() const;
   [[nodiscard]] bool Changed() const override { return Action() != initial_; }
 
-  void accept() override;  // only when every field is in order
+  void accept() override;  // only if every field is valid
 
  private:
   struct Field {
-    const ActionField* info = nullptr;
-    QLineEdit* line = nullptr;  // one of the two
-    QPlainTextEdit* text = nullptr;
-    QPushButton* browse = nullptr;  // for paths
-    QLabel* problem = nullptr;
-    [[nodiscard]] QString Value() const;
-    [[nodiscard]] QWidget* Editor() const;
+    const ActionField* info;
+    TextField text;
+    QPushButton* browse;  // for paths
   };
 
   void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
   void ChooseKind(const ActionKind& kind);
   void BuildFields();
   void AddField(const ActionField& info);
-  QPushButton* AddBrowseButton(const Field& field, QLayout* line);
   void ChainTabStops();
-  void Browse(const Field& field);
-  [[nodiscard]] bool CheckLengths();
-  void ShowProblem(const Field& field, const QString& problem);
+  void Browse(const ActionField& info, const TextField& text);
 
   ActionRecord initial_, action_;
-  std::map<std::string, ActionRecord> drafts_;  // what was typed for each kind visited
+  std::map<std::string, ActionRecord> drafts_;  // the entries for each kind visited
   QFormLayout* form_ = nullptr;
-  QLineEdit* name_ = nullptr;
-  QLabel* name_problem_ = nullptr;
+  TextField name_;
   QWidget* field_area_ = nullptr;
   std::vector<Field> fields_;
 };

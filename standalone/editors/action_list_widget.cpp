@@ -4,12 +4,9 @@
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/plain_text.h>
 
-#include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include "action_dialog.h"
 
@@ -19,25 +16,16 @@ ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts,
     : QWidget(parent), list_(list), texts_(texts), rows_(new QListWidget), hint_(qt::NewWrappedLabel()) {
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins({});
-  auto* left = new QVBoxLayout;
-  left->addWidget(rows_);
-  left->addWidget(hint_);
-  columns->addLayout(left, 1);
+  columns->addLayout(NewColumn({rows_, hint_}), 1);
   auto* buttons = new QVBoxLayout;
   columns->addLayout(buttons);
+  BuildButtons(*buttons);
   hint_->setText(ToQt(texts_.Host("action.list.empty")));
   rows_->setAccessibleName(ToQt(texts_.Host("action.list.name")));
   rows_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   rows_->setTextElideMode(Qt::ElideRight);
   rows_->setSpacing(fontMetrics().lineSpacing() / 8);
-  rows_->installEventFilter(this);
   setFocusProxy(rows_);
-  AddButton("action.list.add", &ActionListWidget::Add);
-  edit_ = AddButton("action.list.edit", &ActionListWidget::Edit);
-  remove_ = AddButton("action.list.remove", &ActionListWidget::Remove);
-  up_ = AddButton("action.list.up", &ActionListWidget::MoveUp);
-  down_ = AddButton("action.list.down", &ActionListWidget::MoveDown);
-  buttons->addStretch();
   connect(rows_, &QListWidget::itemSelectionChanged, this, &ActionListWidget::UpdateButtons);
   connect(rows_, &QListWidget::itemDoubleClicked, this, &ActionListWidget::Edit);
   list_.OnChanged([this] { Redraw(); });
@@ -49,41 +37,24 @@ ActionListWidget::~ActionListWidget() {
   list_.OnChanged(nullptr);
 }
 
-QPushButton* ActionListWidget::AddButton(std::string_view caption, void (ActionListWidget::*action)()) {
-  auto* button = new QPushButton(ToQt(texts_.Host(caption)));
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, action);
-  static_cast<QVBoxLayout*>(layout()->itemAt(1)->layout())->addWidget(button);
-  return button;
-}
-
-// The keys of the list; a moved row keeps the focus, so that it can be moved on.
-bool ActionListWidget::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
-  const auto* key = static_cast<QKeyEvent*>(event);
-  const bool alt = key->modifiers().testFlag(Qt::AltModifier);
-  if (key->modifiers().testFlag(Qt::ControlModifier)) return false;  // Ctrl+Enter is the window's
-  void (ActionListWidget::*action)() = nullptr;
-  switch (key->key()) {
-    case Qt::Key_Up:
-      action = alt ? &ActionListWidget::MoveUp : nullptr;
-      break;
-    case Qt::Key_Down:
-      action = alt ? &ActionListWidget::MoveDown : nullptr;
-      break;
-    case Qt::Key_Delete:
-      action = &ActionListWidget::Remove;
-      break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      action = rows_->currentRow() >= 0 ? &ActionListWidget::Edit : &ActionListWidget::Add;
-      break;
-    default:
-      break;
-  }
-  if (action == nullptr) return QWidget::eventFilter(watched, event);
-  (this->*action)();
-  return true;
+// A moved row keeps the focus, so that it can be moved on.
+void ActionListWidget::BuildButtons(QBoxLayout& column) {
+  const auto add = [&](std::string_view caption, std::function<void()> action) {
+    QPushButton* button = NewButton(ToQt(texts_.Host(caption)), std::move(action));
+    column.addWidget(button);
+    return button;
+  };
+  add("action.list.add", [this] { Add(); });
+  buttons_ = {.edit = add("action.list.edit", [this] { Edit(); }),
+              .remove = add("action.list.remove", [this] { Remove(); }),
+              .up = add("action.list.up", [this] { Move(-1); }),
+              .down = add("action.list.down", [this] { Move(1); })};
+  column.addStretch();
+  OnKey(*rows_, QKeyCombination(Qt::ALT, Qt::Key_Up), [this] { Move(-1); });
+  OnKey(*rows_, QKeyCombination(Qt::ALT, Qt::Key_Down), [this] { Move(1); });
+  OnKey(*rows_, Qt::Key_Delete, [this] { Remove(); });
+  for (const auto enter : {Qt::Key_Return, Qt::Key_Enter})
+    OnKey(*rows_, enter, [this] { rows_->currentRow() >= 0 ? Edit() : Add(); });
 }
 
 void ActionListWidget::Redraw() {
@@ -104,15 +75,7 @@ void ActionListWidget::SelectRow(int row) {
 }
 
 void ActionListWidget::UpdateButtons() {
-  const int row = rows_->currentRow();
-  const auto enable = [this](QPushButton* button, bool enabled) {
-    if (!enabled && button->hasFocus()) rows_->setFocus();  // else the focus would leave the list
-    button->setEnabled(enabled);
-  };
-  enable(edit_, row >= 0);
-  enable(remove_, row >= 0);
-  enable(up_, row > 0);
-  enable(down_, row >= 0 && row + 1 < rows_->count());
+  buttons_.Enable(*rows_, rows_->currentRow(), rows_->count());
 }
 
 void ActionListWidget::Add() {
@@ -139,14 +102,10 @@ void ActionListWidget::Remove() {
   if (rows_->currentRow() >= 0) list_.Remove(static_cast<std::size_t>(rows_->currentRow()));
 }
 
-void ActionListWidget::MoveUp() {
+void ActionListWidget::Move(int by) {
   const int row = rows_->currentRow();
-  if (row >= 0 && list_.MoveUp(static_cast<std::size_t>(row))) SelectRow(row - 1);
-}
-
-void ActionListWidget::MoveDown() {
-  const int row = rows_->currentRow();
-  if (row >= 0 && list_.MoveDown(static_cast<std::size_t>(row))) SelectRow(row + 1);
+  const auto position = static_cast<std::size_t>(row);
+  if (row >= 0 && (by < 0 ? list_.MoveUp(position) : list_.MoveDown(position))) SelectRow(row + by);
 }
 
 QString ActionListWidget::RowText(const ActionRecord& action) const {

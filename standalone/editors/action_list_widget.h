@@ -3,12 +3,12 @@
 
 #include <plovix/standalone/objects/velo_action_list.h>
 #include <plovix/standalone/text/text_table.h>
+#include <plovix/standalone/widgets/pieces.h>
 
 #include <QWidget>
 
 class QLabel;
 class QListWidget;
-class QPushButton;
 
 namespace plovix::app {
 
@@ -18,18 +18,14 @@ class ActionListWidget final : public QWidget {
   ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent);
   ~ActionListWidget() override;
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
-  QPushButton* AddButton(std::string_view caption, void (ActionListWidget::*action)());
+  void BuildButtons(QBoxLayout& column);
   void Redraw();
   void UpdateButtons();
   void Add();
   void Edit();
   void Remove();
-  void MoveUp();
-  void MoveDown();
+  void Move(int by);
   void SelectRow(int row);
   [[nodiscard]] QString RowText(const ActionRecord& action) const;
 
@@ -37,7 +33,7 @@ class ActionListWidget final : public QWidget {
   const TextTable& texts_;
   QListWidget* rows_;
   QLabel* hint_;
-  QPushButton *edit_ = nullptr, *remove_ = nullptr, *up_ = nullptr, *down_ = nullptr;
+  RowButtons buttons_;
 };
 
 }  // namespace plovix::app

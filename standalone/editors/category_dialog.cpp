@@ -1,15 +1,16 @@
 #include "category_dialog.h"
 
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/add_field.h>
-#include <plovix/standalone/widgets/entry_rules.h>
 #include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/widgets/tables.h>
+#include <plovix/standalone/widgets/text_field.h>
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 #include <algorithm>
+
+#include "add_field.h"
 
 namespace plovix::app {
 namespace {
@@ -52,7 +53,7 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
   AddOkAndCancel();
   for (const CategoryRecord& category : categories) {
     const Line line{category.tag, ToQt(source_.text_of(category.tag)).trimmed(), category.is_public};
-    // What an empty box leaves behind is no category.
+    // An empty text, as an empty box leaves it, is not a category.
     if (!line.text.isEmpty() || !ToQt(line.tag).trimmed().isEmpty()) Append(line);
   }
   initial_ = Lines();
@@ -84,11 +85,11 @@ void CategoryDialog::BuildButtons(QLayout& column) {
     column.addWidget(button);
     return button;
   };
-  if (source_.tagged) add("category.addTag", [this] { AddTag(); });
-  rename_ = add(source_.tagged ? "category.changeTag" : "category.rename", [this] { Rename(); });
-  remove_ = add("category.remove", [this] { Remove(); });
-  up_ = add("category.up", [this] { Move(-1); });
-  down_ = add("category.down", [this] { Move(1); });
+  if (source_.tagged) add("category.addTag", [this] { EditTag(nullptr); });
+  buttons_ = {.edit = add(source_.tagged ? "category.changeTag" : "category.rename", [this] { Rename(); }),
+              .remove = add("category.remove", [this] { Remove(); }),
+              .up = add("category.up", [this] { Move(-1); }),
+              .down = add("category.down", [this] { Move(1); })};
 }
 
 std::vector<CategoryDialog::Line> CategoryDialog::Lines() const {
@@ -108,46 +109,28 @@ void CategoryDialog::Append(const Line& line) {
   auto* text = new QTableWidgetItem(line.text);
   text->setData(kTagRole, ToQt(line.tag));
   table_->setItem(row, kText, text);
-  auto* shown = new QTableWidgetItem;
-  shown->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-  shown->setCheckState(line.is_public ? Qt::Checked : Qt::Unchecked);
-  shown->setData(Qt::AccessibleTextRole, Text("category.column.public"));
-  table_->setItem(row, kPublic, shown);
+  table_->setItem(row, kPublic, NewCheckCell(Text("category.column.public"), line.is_public));
   table_->setCurrentCell(row, kText);
   UpdateButtons();
-}
-
-void CategoryDialog::AddTag() {
-  Try("category.failed", *problem_, [this] {
-    const auto tag = source_.edit_tag({}, source_.known);
-    if (!tag) return;
-    const QString text = ToQt(source_.text_of(*tag)).trimmed();
-    const QString problem = ProblemOf(text, -1);
-    TellProblem(*problem_, *table_, problem);
-    if (problem.isEmpty()) Append({*tag, text, true});
-  });
-  table_->setFocus();
 }
 
 void CategoryDialog::Rename() {
   QTableWidgetItem* item = table_->item(table_->currentRow(), kText);
   if (item == nullptr) return;
-  if (source_.tagged) {
-    RenameTag();
-    return;
-  }
+  if (source_.tagged) return EditTag(item);
   table_->setCurrentItem(item);
   table_->editItem(item);
 }
 
-void CategoryDialog::RenameTag() {
-  QTableWidgetItem* item = table_->item(table_->currentRow(), kText);
+void CategoryDialog::EditTag(QTableWidgetItem* item) {
   Try("category.failed", *problem_, [&] {
-    const auto tag = source_.edit_tag(FromQt(item->data(kTagRole).toString()), source_.known);
+    const std::string former = item != nullptr ? FromQt(item->data(kTagRole).toString()) : "";
+    const auto tag = source_.edit_tag(former, source_.known);
     if (!tag) return;
     const QString text = ToQt(source_.text_of(*tag)).trimmed();
-    const QString problem = ProblemOf(text, item->row());
-    if (problem.isEmpty()) {
+    const QString problem = ProblemOf(text, item != nullptr ? item->row() : -1);
+    if (problem.isEmpty() && item == nullptr) Append({*tag, text, true});
+    if (problem.isEmpty() && item != nullptr) {
       item->setData(kTagRole, ToQt(*tag));
       item->setText(text);
     }
@@ -183,15 +166,7 @@ void CategoryDialog::TogglePublic() {
 }
 
 void CategoryDialog::UpdateButtons() {
-  const int row = table_->currentRow();
-  const auto enable = [this](QPushButton* button, bool enabled) {
-    if (!enabled && button->hasFocus()) table_->setFocus();  // else the focus would go to any other control
-    button->setEnabled(enabled);
-  };
-  enable(rename_, row >= 0);
-  enable(remove_, row >= 0);
-  enable(up_, row > 0);
-  enable(down_, row >= 0 && row + 1 < table_->rowCount());
+  buttons_.Enable(*table_, table_->currentRow(), table_->rowCount());
 }
 
 QString CategoryDialog::ProblemOf(const QString& text, int row) const {
@@ -206,12 +181,12 @@ QString CategoryDialog::ProblemOf(const QString& text, int row) const {
   return {};
 }
 
-// A text that cannot stay is not taken back from the user: it is told, and OK waits until it is changed.
+// An invalid text is not reverted: the problem is shown, and OK is refused until the text is changed.
 int CategoryDialog::Check() {
   const std::vector<Line> lines = Lines();
   const int count = table_->rowCount();
   for (int i = 0; i < count; ++i) {
-    const int row = (std::max(table_->currentRow(), 0) + i) % count;  // first where the user is
+    const int row = (std::max(table_->currentRow(), 0) + i) % count;  // starting at the current row
     const QString problem = ProblemOf(lines.at(static_cast<std::size_t>(row)).text, row);
     if (problem.isEmpty()) continue;
     TellProblem(*problem_, *table_, problem);

@@ -3,24 +3,28 @@
 
 #include <plovix/standalone/tasks/task_record.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/pieces.h>
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+class QTableWidget;
+class QTableWidgetItem;
+
 namespace plovix::app {
 
 class AddField;
 
-// Where categories come from. Each function may fail with a Failure, which the dialog tells.
+// Where categories come from. Each function may fail with a Failure, which the dialog shows.
 struct CategorySource {
-  bool tagged = false;             // categories are chosen as language tags, else typed as texts
-  std::vector<std::string> known;  // offered for adding: tags when tagged, else texts
+  bool tagged = false;             // categories are chosen as language tags, otherwise typed as texts
+  std::vector<std::string> known;  // offered for adding: tags if tagged, otherwise texts
   std::function<std::string(const std::string& tag)> text_of;
-  // Texts only: the tag of a category that is called `text` from now on; `old_tag` is empty for a new one.
+  // For texts only: the tag of a category whose text is now `text`; `old_tag` is empty for a new one.
   std::function<std::string(const std::string& old_tag, const std::string& text)> tag_for_text;
-  // Tags only: opens the tag editor on `tag` with `known` as its choices; nothing when cancelled.
+  // For tags only: opens the tag editor on `tag` with `known` as its choices; nothing if cancelled.
   std::function<std::optional<std::string>(const std::string& tag, const std::vector<std::string>& known)>
       edit_tag;
 };
@@ -30,11 +34,11 @@ class CategoryDialog final : public EditorDialog {
   CategoryDialog(const TextTable& texts, const std::vector<CategoryRecord>& categories, CategorySource source,
                  QWidget* parent);
 
-  // As edited once the dialog has been accepted, until then as given.
+  // The edited categories once the dialog has been accepted, until then the given ones.
   [[nodiscard]] const std::vector<CategoryRecord>& Categories() const { return categories_; }
   [[nodiscard]] bool Changed() const override;
 
-  void accept() override;  // only when every category has a text of its own
+  void accept() override;  // only if every category has a unique text
 
  private:
   struct Line {
@@ -48,16 +52,15 @@ class CategoryDialog final : public EditorDialog {
   void BuildButtons(QLayout& column);
   [[nodiscard]] std::vector<Line> Lines() const;
   void Append(const Line& line);
-  void AddTag();
   void Rename();
-  void RenameTag();
+  void EditTag(QTableWidgetItem* item);  // nothing: adds one
   void Remove();
   void Move(int by);
   void TogglePublic();
   void UpdateButtons();
-  // Why the text cannot stand in a row, -1: a new one; nothing when it can.
+  // Why a row (-1: a new one) cannot have this text; empty if it can.
   [[nodiscard]] QString ProblemOf(const QString& text, int row) const;
-  // Tells what is wrong with the texts. Gives back the row that has it, -1 when nothing is wrong.
+  // Shows what is wrong with the texts. Returns the row with the problem, or -1.
   int Check();
   [[nodiscard]] std::string TagOf(const Line& line) const;
 
@@ -66,8 +69,8 @@ class CategoryDialog final : public EditorDialog {
   std::vector<Line> initial_;
   QTableWidget* table_;
   QLabel* problem_;
-  AddField* add_ = nullptr;  // nothing when tagged
-  QPushButton *rename_ = nullptr, *remove_ = nullptr, *up_ = nullptr, *down_ = nullptr;
+  AddField* add_ = nullptr;  // nullptr if tagged
+  RowButtons buttons_;
 };
 
 }  // namespace plovix::app

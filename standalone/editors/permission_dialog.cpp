@@ -1,8 +1,8 @@
 #include "permission_dialog.h"
 
-#include <plovix/standalone/widgets/add_field.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
-#include <plovix/standalone/widgets/user_text.h>
+#include <plovix/standalone/widgets/tables.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,6 +10,9 @@
 #include <QTableWidget>
 #include <algorithm>
 #include <array>
+
+#include "add_field.h"
+#include "user_text.h"
 
 namespace plovix::app {
 namespace {
@@ -52,7 +55,7 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
   ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
-// OK and Cancel mean the same then, so there is but one button.
+// OK and Cancel then mean the same, so there is only one button.
 void PermissionDialog::MakeReadOnly() {
   read_only_ = true;
   const QSignalBlocker quiet(table_);
@@ -89,7 +92,7 @@ void PermissionDialog::BuildTable() {
 
 QString PermissionDialog::TextOf(const PermissionRecord& line) const {
   for (const Subject& subject : subjects_) {
-    if (subject.id == line.subject && subject.is_group == line.is_group) return subject.text;
+    if (subject.Is(line)) return subject.text;
   }
   return Text(line.is_group ? "permission.missingGroup" : "permission.missingUser", {line.subject});
 }
@@ -98,15 +101,11 @@ void PermissionDialog::AppendRow(const PermissionRecord& line) {
   const QSignalBlocker quiet(table_);
   const int row = table_->rowCount();
   table_->insertRow(row);
-  auto* who = new QTableWidgetItem(qt::Shortened(TextOf(line), qt::kLongestShown));
+  QTableWidgetItem* who = NewCell(TextOf(line));
   who->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-  who->setToolTip(qt::ToolTip(who->text()));
   table_->setItem(row, 0, who);
   for (int column = kView; column < table_->columnCount(); ++column) {
-    auto* cell = new QTableWidgetItem;
-    cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-    cell->setData(Qt::AccessibleTextRole, table_->horizontalHeaderItem(column)->text());
-    table_->setItem(row, column, cell);
+    table_->setItem(row, column, NewCheckCell(table_->horizontalHeaderItem(column)->text(), false));
   }
   ShowChecks(row);
   table_->setCurrentCell(row, kView);
@@ -119,10 +118,10 @@ void PermissionDialog::ShowChecks(int row) {
     table_->item(row, kView + static_cast<int>(i))
         ->setCheckState(line.*kRights.at(i) ? Qt::Checked : Qt::Unchecked);
   }
-  table_->viewport()->update();  // the view has not heard of it
+  table_->viewport()->update();  // the view was not notified
 }
 
-// Running, editing and deleting need viewing.
+// Running, editing and deleting require viewing.
 void PermissionDialog::Toggled(const QTableWidgetItem& item) {
   if (item.column() < kView) return;
   PermissionRecord& line = permissions_.at(static_cast<std::size_t>(item.row()));
@@ -144,8 +143,7 @@ QString PermissionDialog::Add(const QString& text) {
                           : Text("permission.problem.unknown", {FromQt(text)});
   }
   for (const PermissionRecord& line : permissions_) {
-    if (line.subject == found->id && line.is_group == found->is_group)
-      return Text("permission.problem.twice", {FromQt(found->text)});
+    if (found->Is(line)) return Text("permission.problem.twice", {FromQt(found->text)});
   }
   permissions_.push_back({.subject = found->id, .is_group = found->is_group, .view = true});
   AppendRow(permissions_.back());
@@ -164,9 +162,7 @@ void PermissionDialog::Remove() {
 void PermissionDialog::Update() {
   QStringList choices;
   for (const Subject& subject : subjects_) {
-    if (std::ranges::none_of(permissions_, [&](const PermissionRecord& line) {
-          return line.subject == subject.id && line.is_group == subject.is_group;
-        }))
+    if (std::ranges::none_of(permissions_, [&](const auto& line) { return subject.Is(line); }))
       choices += subject.text;
   }
   add_->SetChoices(choices);
@@ -177,8 +173,7 @@ void PermissionDialog::Update() {
   meaning_->setText(Text(anybody        ? "permission.others"
                          : unrestricted ? "permission.none"
                                         : "permission.nobody"));
-  if (permissions_.empty() && remove_->hasFocus()) table_->setFocus();
-  remove_->setEnabled(!permissions_.empty());
+  EnableBeside(*table_, *remove_, !permissions_.empty());
 }
 
 bool PermissionDialog::Changed() const {

@@ -7,6 +7,7 @@
 
 #include <optional>
 
+class QTableWidget;
 class QTableWidgetItem;
 
 namespace plovix::app {
@@ -16,25 +17,27 @@ class AddField;
 class PermissionDialog final : public EditorDialog {
  public:
   // Offers the users of `tables` and their groups; fails as Users() does. Subjects of the set that are
-  // neither are shown as such and stay until they are removed. Nothing instead of a set: as long as nobody is
-  // named, everybody may do what their rights allow.
+  // neither are shown as missing and stay until they are removed. Without a set, everybody may do what their
+  // rights allow until somebody is added.
   PermissionDialog(const TextTable& texts, const std::string& title,
                    const std::optional<PermissionSet>& permissions, UsersAndTags& tables, QWidget* parent);
 
-  // To be called before the dialog is shown: the set can be looked at, and the dialog says why it cannot be
-  // changed.
+  // To be called before the dialog is shown: the set is read-only, and the dialog says why.
   void MakeReadOnly();
 
   [[nodiscard]] const PermissionSet& Permissions() const { return permissions_; }
   [[nodiscard]] bool Changed() const override;
 
-  void accept() override;  // first adds what is typed for adding
+  void accept() override;  // first adds what is typed in the field
 
  private:
   struct Subject {
     std::string id;
     bool is_group = false;
     QString text;
+    [[nodiscard]] bool Is(const PermissionRecord& line) const {
+      return id == line.subject && is_group == line.is_group;
+    }
   };
 
   void ReadSubjects(UsersAndTags& tables);
@@ -45,7 +48,7 @@ class PermissionDialog final : public EditorDialog {
   void Toggled(const QTableWidgetItem& item);
   QString Add(const QString& text);
   void Remove();
-  // What is left to add, and what the set means as a whole.
+  // Updates the choices and the description of the whole set.
   void Update();
 
   bool has_set_;

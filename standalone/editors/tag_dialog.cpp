@@ -1,10 +1,10 @@
 #include "tag_dialog.h"
 
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 
 #include <QCheckBox>
 #include <QCoreApplication>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -38,10 +38,8 @@ TagDialog::TagDialog(const TextTable& texts, const std::string& tag, const std::
       model_(new TagTableModel(
           current_, {Text("tag.column.tag"), Text("tag.column.text", {FromQt(LanguageName(current_))})},
           this)),
-      shown_(new QSortFilterProxyModel(this)),
-      search_(new QLineEdit),
+      tags_(*model_, TagTableModel::kSearchRole),
       only_(new QCheckBox(Text("tag.onlySuggested"))),
-      table_(new QTableView),
       tag_texts_(new QPlainTextEdit),
       problem_(NewProblemLabel()) {
   std::set<std::string> suggested(choices.begin(), choices.end());
@@ -52,48 +50,34 @@ TagDialog::TagDialog(const TextTable& texts, const std::string& tag, const std::
   BuildTable();
   BuildButtons();
   AddOkAndCancel();
-  Select(tag);
+  tags_.Select(model_->RowOf(tag));
   ShowSelected();
-  search_->setFocus();
+  tags_.Field().setFocus();
   ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
 }
 
 void TagDialog::BuildSearch(bool with_choices) {
-  QLabel* label = qt::NewLabel(Text("tag.search"));
-  label->setBuddy(search_);
-  search_->setClearButtonEnabled(true);
-  search_->setPlaceholderText(Text("tag.searchHint"));
-  search_->setAccessibleName(Caption("tag.search"));
-  search_->installEventFilter(this);
-  auto* row = new QHBoxLayout;
-  row->addWidget(label);
-  row->addWidget(search_);
-  Rows()->addLayout(row);
+  Rows()->addLayout(tags_.NewFilterRow(Text("tag.search"), Text("tag.searchHint")));
+  tags_.Field().installEventFilter(this);
   only_->setVisible(with_choices);
   Rows()->addWidget(only_);
-  connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    shown_->setFilterFixedString(text);
-    Filtered();
-  });
+  tags_.OnChanged([this] { ShowSelected(); });
   connect(only_, &QCheckBox::toggled, this, [this](bool only) {
     const TagRecord* selected = Selected();
     const std::string tag = selected != nullptr ? selected->tag : std::string();
     model_->ShowSuggestedOnly(only);
-    Select(tag);
-    Filtered();
+    tags_.Select(model_->RowOf(tag));
+    tags_.SelectAnyRow();
+    ShowSelected();
   });
 }
 
 void TagDialog::BuildTable() {
-  shown_->setSourceModel(model_);
-  shown_->setFilterRole(TagTableModel::kSearchRole);
-  shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-  table_->setAccessibleName(qt::TitleOf(*this));
-  table_->setModel(shown_);
-  PrepareRowTable(*table_);
-  table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table_->setColumnWidth(TagTableModel::kTag, fontMetrics().averageCharWidth() * kTagWide);
-  Rows()->addWidget(table_, 1);
+  QTableView& table = tags_.Table();
+  table.setAccessibleName(qt::TitleOf(*this));
+  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  table.setColumnWidth(TagTableModel::kTag, fontMetrics().averageCharWidth() * kTagWide);
+  Rows()->addWidget(&table, 1);
   tag_texts_->setReadOnly(true);
   tag_texts_->setTabChangesFocus(true);
   tag_texts_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -101,16 +85,13 @@ void TagDialog::BuildTable() {
   tag_texts_->setFixedHeight(fontMetrics().lineSpacing() * kLinesOfTexts);
   Rows()->addWidget(tag_texts_);
   Rows()->addWidget(problem_);
-  OnKey(*table_, Qt::Key_F2, [this] { Edit(false); });
-  connect(table_, &QTableView::doubleClicked, this, &TagDialog::accept);
-  connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &TagDialog::ShowSelected);
+  OnKey(table, Qt::Key_F2, [this] { Edit(false); });
+  connect(&table, &QTableView::doubleClicked, this, &TagDialog::accept);
 }
 
 void TagDialog::BuildButtons() {
-  auto* row = new QHBoxLayout;
-  row->addWidget(NewButton("tag.new", [this] { Edit(true); }));
   edit_ = NewButton("tag.edit", [this] { Edit(false); });
-  row->addWidget(edit_);
+  auto* row = NewRow({NewButton("tag.new", [this] { Edit(true); }), edit_});
   if (!tag_.empty()) {
     row->addWidget(NewButton("tag.none", [this] {
       tag_.clear();
@@ -121,56 +102,41 @@ void TagDialog::BuildButtons() {
   Rows()->addLayout(row);
 }
 
-// In the search field the table's keys are the table's, and Esc first takes the search back.
+// The search field passes the table's keys to the table, and Esc first clears the search.
 bool TagDialog::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
   const int key = static_cast<QKeyEvent*>(event)->key();
   if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
-    QCoreApplication::sendEvent(table_, event);
+    QCoreApplication::sendEvent(&tags_.Table(), event);
     return true;
   }
-  if (key != Qt::Key_Escape || search_->text().isEmpty()) return QDialog::eventFilter(watched, event);
-  search_->clear();
+  if (key != Qt::Key_Escape || tags_.Field().text().isEmpty()) return QDialog::eventFilter(watched, event);
+  tags_.Field().clear();
   return true;
 }
 
-// What was searched in vain is the most likely text of a new tag.
+// The text of a search without matches is the likely text of a new tag.
 void TagDialog::Edit(bool make_new) {
   TagRecord tag;
   if (!make_new) {
     if (Selected() == nullptr) return;
     tag = *Selected();
-  } else if (shown_->rowCount() == 0 && !search_->text().isEmpty()) {
-    tag.texts[current_] = FromQt(search_->text());
+  } else if (const QString sought = tags_.Field().text();
+             tags_.Shown().rowCount() == 0 && !sought.isEmpty()) {
+    tag.texts[current_] = FromQt(sought);
   }
   TagTextsDialog dialog(
       Texts(), tag, tables_, languages_, current_,
       [this](const std::string& name) { return model_->HasName(name); }, this);
   if (dialog.exec() != QDialog::Accepted) return;
   model_->Put(dialog.Tag());
-  Select(dialog.Tag().tag);
-  table_->setFocus();
-}
-
-// A tag that has just been made or given must be seen, also where the search would hide it.
-void TagDialog::Select(const std::string& tag) {
-  const int row = model_->RowOf(tag);
-  if (row < 0) return;
-  if (!shown_->mapFromSource(model_->index(row, 0)).isValid()) search_->clear();
-  const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
-  table_->setCurrentIndex(index);
-  table_->scrollTo(index);
+  tags_.Select(model_->RowOf(dialog.Tag().tag));
+  tags_.Table().setFocus();
 }
 
 const TagRecord* TagDialog::Selected() const {
-  const QModelIndexList rows = table_->selectionModel()->selectedRows();
-  return rows.isEmpty() ? nullptr : &model_->Tag(shown_->mapToSource(rows.constFirst()).row());
-}
-
-void TagDialog::Filtered() {
-  if (Selected() == nullptr && shown_->rowCount() > 0) table_->selectRow(0);
-  TellProblem(*problem_, *search_, shown_->rowCount() == 0 ? Text("tag.noMatch") : QString());
-  ShowSelected();
+  const int row = tags_.SelectedRow();
+  return row < 0 ? nullptr : &model_->Tag(row);
 }
 
 void TagDialog::ShowSelected() {
@@ -184,14 +150,15 @@ void TagDialog::ShowSelected() {
                                text == tag->texts.end() ? Texts().Host("tag.noText") : text->second});
   }
   tag_texts_->setPlainText(lines.join(u'\n'));
-  if (tag != nullptr) TellProblem(*problem_, *search_, {});
+  const bool in_vain = tags_.Shown().rowCount() == 0 && !tags_.Field().text().isEmpty();
+  TellProblem(*problem_, tags_.Field(), in_vain ? Text("tag.noMatch") : QString());
 }
 
 void TagDialog::accept() {
   const TagRecord* tag = Selected();
   if (tag == nullptr) {
-    TellProblem(*problem_, *search_, Text("tag.problem.choose"));
-    search_->setFocus();
+    TellProblem(*problem_, tags_.Field(), Text("tag.problem.choose"));
+    tags_.Field().setFocus();
     return;
   }
   tag_ = tag->tag;

@@ -1,18 +1,15 @@
-// The editor of language tags: finds a tag by its name or its texts, makes new ones and edits their texts.
+// The editor of language tags: finds a tag by its name or its texts, creates new ones and edits their texts.
 #pragma once
 
 #include <plovix/standalone/tasks/users_and_tags.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/filtered_table.h>
 
 #include <string>
 #include <vector>
 
 class QCheckBox;
-class QLineEdit;
-class QModelIndex;
 class QPlainTextEdit;
-class QSortFilterProxyModel;
-class QTableView;
 
 namespace plovix::app {
 
@@ -21,16 +18,16 @@ class TagTableModel;
 class TagDialog final : public EditorDialog {
  public:
   // Starts on `tag`; `choices` come first and can be shown alone. `languages` are the codes of the languages
-  // that texts are kept in, `current` the one of them that the program speaks. Fails as Tags() does; what is
-  // made or edited is stored at once, whatever becomes of the choice.
+  // of the texts, `current` is the program's own. Fails as Tags() does; new and edited tags are stored at
+  // once, even if the dialog is cancelled.
   TagDialog(const TextTable& texts, const std::string& tag, const std::vector<std::string>& choices,
             UsersAndTags& tables, std::vector<std::string> languages, std::string current, QWidget* parent);
 
-  // The tag chosen, once the dialog has been accepted; empty: no tag.
+  // The chosen tag once the dialog has been accepted; empty: no tag.
   [[nodiscard]] const std::string& Tag() const { return tag_; }
-  [[nodiscard]] bool Changed() const override { return false; }  // a choice is no entry
+  [[nodiscard]] bool Changed() const override { return false; }  // a choice is not an entry
 
-  void accept() override;  // only with a tag selected
+  void accept() override;  // only if a tag is selected
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -40,9 +37,7 @@ class TagDialog final : public EditorDialog {
   void BuildTable();
   void BuildButtons();
   void Edit(bool make_new);
-  void Select(const std::string& tag);
   [[nodiscard]] const TagRecord* Selected() const;
-  void Filtered();
   void ShowSelected();
 
   std::string tag_;
@@ -50,10 +45,8 @@ class TagDialog final : public EditorDialog {
   std::vector<std::string> languages_;
   std::string current_;
   TagTableModel* model_;
-  QSortFilterProxyModel* shown_;
-  QLineEdit* search_;
+  FilteredTable tags_;
   QCheckBox* only_;
-  QTableView* table_;
   QPlainTextEdit* tag_texts_;
   QLabel* problem_;
   QPushButton* edit_ = nullptr;

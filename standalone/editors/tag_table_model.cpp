@@ -56,7 +56,7 @@ void TagTableModel::Put(const TagRecord& tag) {
   if (found != rows_.end()) {
     *found = MakeRow(tag);
   } else {
-    rows_.insert(rows_.begin(), MakeRow(tag));  // where its maker looks for it
+    rows_.insert(rows_.begin(), MakeRow(tag));  // at the top, where the user expects it
     ++suggested_;
   }
   endResetModel();

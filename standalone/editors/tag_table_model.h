@@ -10,7 +10,7 @@
 
 namespace plovix::app {
 
-// "English", "Français"; the code itself for a language that is not known.
+// "English", "Français"; the code itself for an unknown language.
 [[nodiscard]] QString LanguageName(const std::string& code);
 
 class TagTableModel final : public QAbstractTableModel {
@@ -25,13 +25,13 @@ class TagTableModel final : public QAbstractTableModel {
   // gets a row without texts.
   void SetTags(std::vector<TagRecord> tags, const std::set<std::string>& suggested);
   void ShowSuggestedOnly(bool only);
-  // Takes over the texts of a tag, or a tag that has just been made.
+  // Updates the texts of a tag, or adds a new tag.
   void Put(const TagRecord& tag);
 
   [[nodiscard]] const TagRecord& Tag(int row) const { return rows_.at(static_cast<std::size_t>(row)).tag; }
-  // -1 when it has no row.
+  // -1 if it has no row.
   [[nodiscard]] int RowOf(const std::string& tag) const;
-  // A stored tag of that name, upper or lower case.
+  // Whether there is a stored tag with that name, ignoring case.
   [[nodiscard]] bool HasName(const std::string& name) const;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -51,7 +51,7 @@ class TagTableModel final : public QAbstractTableModel {
   std::string language_;
   QStringList headers_;
   std::vector<Row> rows_;
-  std::size_t suggested_ = 0;  // how many of the rows, from the first
+  std::size_t suggested_ = 0;  // the number of suggested rows, which come first
   bool suggested_only_ = false;
 };
 

@@ -1,7 +1,7 @@
 #include "tag_texts_dialog.h"
 
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/entry_rules.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 
 #include <QLabel>
@@ -28,52 +28,43 @@ TagTextsDialog::TagTextsDialog(const TextTable& texts, const TagRecord& tag, Use
       tables_(tables),
       current_(current),
       is_taken_(std::move(is_taken)),
-      name_(new QLineEdit(ToQt(tag.tag))),
-      name_problem_(NewProblemLabel()),
+      name_(tag.tag, kLongestName),
       problem_(NewProblemLabel()) {
-  BuildName(*Rows());
-  for (const std::string& language : languages) BuildField(*Rows(), language);
+  BuildName();
+  for (const std::string& language : languages) BuildField(language);
   Rows()->addWidget(problem_);
   AddOkAndCancel();
-  if (!initial_.tag.empty() && !fields_.empty()) fields_.front().text->setFocus();
+  if (!initial_.tag.empty() && !fields_.empty()) fields_.front().text.Editor()->setFocus();
 }
 
-void TagTextsDialog::BuildName(QLayout& column) {
-  name_->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
-  name_->setAccessibleName(Caption("tag.name"));
-  name_->setReadOnly(!initial_.tag.empty());
-  QLabel* label = qt::NewLabel(Text("tag.name"));
-  label->setBuddy(name_);
-  connect(name_, &QLineEdit::textChanged, this, [this] { TellProblem(*name_problem_, *name_, {}); });
-  for (QWidget* widget : std::initializer_list<QWidget*>{label, name_, name_problem_})
-    column.addWidget(widget);
+void TagTextsDialog::BuildName() {
+  QLineEdit* line = name_.Line();
+  line->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
+  line->setReadOnly(!initial_.tag.empty());
+  connect(line, &QLineEdit::textChanged, this, [this] { name_.Tell({}); });
+  for (QWidget* widget : Widgets{NewCaption(Text("tag.name"), *line), line, name_.ProblemLabel()})
+    Rows()->addWidget(widget);
 }
 
-void TagTextsDialog::BuildField(QBoxLayout& column, const std::string& language) {
+void TagTextsDialog::BuildField(const std::string& language) {
   const auto stored = initial_.texts.find(language);
-  const Field field{language,
-                    new QPlainTextEdit(stored == initial_.texts.end() ? QString() : ToQt(stored->second)),
-                    NewProblemLabel()};
-  field.text->setTabChangesFocus(true);
-  field.text->setMinimumHeight(fontMetrics().lineSpacing() * kLinesOfText);
-  field.text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
-  field.text->setAccessibleName(LanguageName(language));
-  QLabel* label = qt::NewLabel(
-      Text(language == current_ ? "tag.needed" : "tag.column.text", {FromQt(LanguageName(language))}));
-  label->setBuddy(field.text);
-  connect(field.text, &QPlainTextEdit::textChanged, this,
-          [field] { TellProblem(*field.problem, *field.text, {}); });
-  column.addWidget(label);
-  column.addWidget(field.text, 1);
-  column.addWidget(field.problem);
-  fields_.push_back(field);
+  const TextField field(stored == initial_.texts.end() ? "" : stored->second, kLongestText, kLinesOfText);
+  field.Editor()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
+  const auto* key = language == current_ ? "tag.needed" : "tag.column.text";
+  Rows()->addWidget(NewCaption(Text(key, {FromQt(LanguageName(language))}), *field.Editor()));
+  Rows()->addWidget(field.Editor(), 1);
+  Rows()->addWidget(field.ProblemLabel());
+  field.Editor()->setAccessibleName(LanguageName(language));
+  connect(static_cast<QPlainTextEdit*>(field.Editor()), &QPlainTextEdit::textChanged, this,
+          [field] { field.Tell({}); });
+  fields_.push_back({language, field});
 }
 
 TagRecord TagTextsDialog::Tag() const {
   TagRecord tag = initial_;
-  tag.tag = FromQt(name_->isReadOnly() ? name_->text() : name_->text().trimmed());
+  tag.tag = FromQt(initial_.tag.empty() ? name_.Text().trimmed() : name_.Text());
   for (const Field& field : fields_) {
-    const QString text = field.text->toPlainText();
+    const QString text = field.text.Text();
     if (text.trimmed().isEmpty()) {
       tag.texts.erase(field.language);
     } else {
@@ -83,45 +74,27 @@ TagRecord TagTextsDialog::Tag() const {
   return tag;
 }
 
-bool TagTextsDialog::Check() {
+bool TagTextsDialog::IsInOrder() const {
   const TagRecord tag = Tag();
-  if (initial_.tag.empty() && (tag.tag.empty() || is_taken_(tag.tag))) {
-    TellTaken(Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
-    return false;
-  }
-  if (const auto problem = LengthProblem(tag.tag, kLongestName, Texts()); !problem.empty()) {
-    TellProblem(*name_problem_, *name_, ToQt(problem));
-    name_->setFocus();
-    return false;
-  }
-  for (const Field& field : fields_) {
-    QString problem = ToQt(LengthProblem(FromQt(field.text->toPlainText()), kLongestText, Texts()));
-    if (field.language == current_ && !tag.texts.contains(current_)) problem = Text("tag.problem.text");
-    if (problem.isEmpty()) continue;
-    TellProblem(*field.problem, *field.text, problem);
-    field.text->setFocus();
-    return false;
-  }
-  return true;
+  if (initial_.tag.empty() && (tag.tag.empty() || is_taken_(tag.tag)))
+    return name_.Accepts(Text(tag.tag.empty() ? "tag.problem.name" : "tag.problem.taken"));
+  return name_.Accepts(name_.TooLong(Texts())) && std::ranges::all_of(fields_, [&](const Field& field) {
+           const bool missing = field.language == current_ && !tag.texts.contains(current_);
+           return field.text.Accepts(missing ? Text("tag.problem.text") : field.text.TooLong(Texts()));
+         });
 }
 
 void TagTextsDialog::accept() {
   const bool is_new = initial_.tag.empty();
   const auto save = [&] { tables_.SaveTag(Tag(), is_new ? TagRecord().texts : initial_.texts); };
   const auto conflict = [&](const auto& languages) {
-    is_new ? TellTaken(Text("tag.problem.taken")) : TakeOver(languages);
+    is_new ? void(name_.Accepts(Text("tag.problem.taken"))) : TakeOver(languages);
   };
-  if (Check() && TryToStore("tag.failed", *problem_, save, conflict)) QDialog::accept();
+  if (IsInOrder() && TryToStore("tag.failed", *problem_, save, conflict)) QDialog::accept();
 }
 
-void TagTextsDialog::TellTaken(const QString& problem) {
-  TellProblem(*name_problem_, *name_, problem);
-  name_->setFocus();
-  name_->selectAll();
-}
-
-// What somebody else has stored is what is compared with from now on. Their other texts appear, those in the
-// same languages are told, and what was entered here stays.
+// From now on, entries are compared with what somebody else has stored. Their other texts appear, those in
+// the same languages are reported, and what was entered here stays.
 void TagTextsDialog::TakeOver(const std::vector<std::string>& conflicts) {
   const auto tags = tables_.Tags();
   const auto found = std::ranges::find(tags, initial_.tag, &TagRecord::tag);
@@ -131,11 +104,9 @@ void TagTextsDialog::TakeOver(const std::vector<std::string>& conflicts) {
   for (const Field& field : fields_) {
     const auto text = merged.find(field.language);
     const QString shown = text == merged.end() ? QString() : ToQt(text->second);
-    if (field.text->toPlainText() != shown) field.text->setPlainText(shown);
+    if (field.text.Text() != shown) field.text.SetText(shown);
   }
-  QStringList languages;
-  for (const std::string& language : conflicts) languages += LanguageName(language);
-  TellProblem(*problem_, *this, Text("tag.conflict", {FromQt(languages.join(u", "))}));
+  TellProblem(*problem_, *this, Text("tag.conflict", {FromQt(Joined(conflicts, LanguageName))}));
 }
 
 }  // namespace plovix::app

@@ -1,16 +1,13 @@
-// Makes a language tag, or edits the texts of one. Opened by the tag editor.
+// Creates a language tag, or edits the texts of one. Opened by the tag editor.
 #pragma once
 
 #include <plovix/standalone/tasks/users_and_tags.h>
 #include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <functional>
 #include <string>
 #include <vector>
-
-class QBoxLayout;
-class QLineEdit;
-class QPlainTextEdit;
 
 namespace plovix::app {
 
@@ -18,40 +15,38 @@ class TagTextsDialog final : public EditorDialog {
  public:
   using IsTaken = std::function<bool(const std::string& name)>;
 
-  // Makes a tag when `tag` has no name, starting with its texts; else edits its texts, the name stays. One
-  // field for each of `languages` (codes), of which `current` has to be filled. Texts in other languages stay
-  // as they are. `is_taken` is asked for the name of a new tag.
+  // Creates a tag if `tag` has no name, starting with its texts; otherwise edits its texts without changing
+  // the name. There is one field for each of `languages` (codes); that of `current` must be filled. Texts in
+  // other languages are unchanged. `is_taken` checks the name of a new tag.
   TagTextsDialog(const TextTable& texts, const TagRecord& tag, UsersAndTags& tables,
                  const std::vector<std::string>& languages, const std::string& current, IsTaken is_taken,
                  QWidget* parent);
 
-  // As entered.
+  // The tag as entered.
   [[nodiscard]] TagRecord Tag() const;
   [[nodiscard]] bool Changed() const override { return Tag() != initial_; }
 
-  // Stores the tag. Stays open when that fails, and when somebody else has made the same tag or changed the
-  // same texts meanwhile: that is told, and OK then stores over their texts.
+  // Stores the tag. Stays open if that fails, and if somebody else has meanwhile created the same tag or
+  // changed the same texts: this is reported, and the next OK overwrites their texts.
   void accept() override;
 
  private:
   struct Field {
     std::string language;
-    QPlainTextEdit* text;
-    QLabel* problem;
+    TextField text;
   };
 
-  void BuildName(QLayout& column);
-  void BuildField(QBoxLayout& column, const std::string& language);
-  bool Check();
+  void BuildName();
+  void BuildField(const std::string& language);
+  [[nodiscard]] bool IsInOrder() const;
   void TakeOver(const std::vector<std::string>& conflicts);
-  void TellTaken(const QString& problem);
 
   TagRecord initial_;
   UsersAndTags& tables_;
   std::string current_;
   IsTaken is_taken_;
-  QLineEdit* name_;
-  QLabel *name_problem_, *problem_;
+  TextField name_;
+  QLabel* problem_;
   std::vector<Field> fields_;
 };
 

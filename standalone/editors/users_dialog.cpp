@@ -1,20 +1,21 @@
 #include "users_dialog.h"
 
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/entry_rules.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
-#include <plovix/standalone/widgets/user_text.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+
+#include "user_text.h"
 
 namespace plovix::app {
 namespace {
@@ -37,18 +38,6 @@ std::set<std::string> ReadGroups(const QString& text) {
     if (!group.trimmed().isEmpty()) groups.insert(FromQt(group.trimmed()));
   }
   return groups;
-}
-
-QString GroupsText(const std::set<std::string>& groups) {
-  QStringList names;
-  for (const std::string& group : groups) names += ToQt(group);
-  return names.join(u", ");
-}
-
-QLayout* Column(std::initializer_list<QWidget*> widgets) {
-  auto* column = new QVBoxLayout;
-  for (QWidget* widget : widgets) column->addWidget(widget);
-  return column;
 }
 
 template <class Lines>
@@ -79,8 +68,8 @@ UsersDialog::UsersDialog(const TextTable& texts, UsersAndTags& tables, std::stri
   for (const UserRecord& user : tables_.Users()) initial_.push_back({user, true});
   lines_ = initial_;
   auto* columns = new QHBoxLayout;
-  columns->addWidget(BuildList(), 1);
-  columns->addWidget(BuildFields(), 2);
+  columns->addLayout(BuildList(), 1);
+  columns->addLayout(BuildFields(), 2);
   Rows()->addLayout(columns, 1);
   Rows()->addWidget(save_problem_);
   AddOkAndCancel();
@@ -99,45 +88,35 @@ void UsersDialog::ShowLines(const std::string& id) {
   ShowUser();
 }
 
-QWidget* UsersDialog::BuildList() {
+QLayout* UsersDialog::BuildList() {
   list_->setAccessibleName(Text("user.list"));
   list_->setMinimumWidth(fontMetrics().averageCharWidth() * kListWide);
   list_->setSpacing(fontMetrics().lineSpacing() / 8);
   OnKey(*list_, Qt::Key_Delete, [this] { Remove(); });
   connect(list_, &QListWidget::currentRowChanged, this, &UsersDialog::ShowUser);
-  auto* area = new QWidget;
-  auto* column = new QVBoxLayout(area);
-  column->setContentsMargins({});
-  column->addWidget(list_, 1);
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(NewButton("user.add", [this] { Add(); }));
-  buttons->addWidget(NewButton("user.remove", [this] { Remove(); }));
-  column->addLayout(buttons);
+  QVBoxLayout* column = NewColumn({list_});
+  column->addLayout(
+      NewRow({NewButton("user.add", [this] { Add(); }), NewButton("user.remove", [this] { Remove(); })}));
   column->addWidget(remove_problem_);
-  return area;
+  return column;
 }
 
-QWidget* UsersDialog::BuildFields() {
-  auto* area = new QWidget;
-  auto* form = new QFormLayout(area);
-  form->setContentsMargins({});
+QLayout* UsersDialog::BuildFields() {
+  auto* form = new QFormLayout;
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   const auto add = [&](std::string_view key, QLineEdit* field, QLayout* content) {
-    QLabel* label = qt::NewLabel(Text(key));
-    label->setBuddy(field);
-    field->setAccessibleName(Caption(key));
-    form->addRow(label, content);
+    form->addRow(NewCaption(Text(key), *field), content);
     connect(field, &QLineEdit::textEdited, this, &UsersDialog::Edited);
   };
   id_->setMinimumWidth(fontMetrics().averageCharWidth() * kFieldWide);
   name_->setPlaceholderText(Text("user.nameHint"));
   groups_->setPlaceholderText(Text("user.groupsHint"));
-  add("user.id", id_, Column({id_, id_problem_, id_note_}));
-  add("user.name", name_, Column({name_}));
-  add("user.groups", groups_, Column({groups_}));
+  add("user.id", id_, NewColumn({id_, id_problem_, id_note_}));
+  add("user.name", name_, NewColumn({name_}));
+  add("user.groups", groups_, NewColumn({groups_}));
   form->addRow(BuildRights());
   connect(administrator_, &QCheckBox::clicked, this, &UsersDialog::AdministratorClicked);
-  return area;
+  return form;
 }
 
 QLayout* UsersDialog::BuildRights() {
@@ -148,7 +127,7 @@ QLayout* UsersDialog::BuildRights() {
     column->addWidget(rights_.at(i));
     connect(rights_.at(i), &QCheckBox::clicked, this, &UsersDialog::Edited);
   }
-  return Column({administrator_, administrator_problem_, group});
+  return NewColumn({administrator_, administrator_problem_, group});
 }
 
 UsersDialog::Line& UsersDialog::Current() {
@@ -194,7 +173,7 @@ void UsersDialog::ShowUser() {
   id_->setReadOnly(line.stored);
   id_note_->setText(line.stored ? Text("user.idStays") : Text("user.idNote"));
   name_->setText(ToQt(line.user.name));
-  groups_->setText(GroupsText(line.user.groups));
+  groups_->setText(Joined(line.user.groups, ToQt));
   administrator_->setChecked(line.user.administrator);
   ShowRights();
 }
@@ -214,7 +193,7 @@ void UsersDialog::Edited() {
   line.user.groups = ReadGroups(groups_->text());
   line.user.administrator = administrator_->isChecked();
   for (std::size_t i = 0; i < kRights.size(); ++i) {
-    // Under an administrator's checks stand the rights that they had before and will have after.
+    // An administrator's own rights are kept while all boxes are checked.
     if (rights_.at(i)->isEnabled()) line.user.*kRights.at(i).granted = rights_.at(i)->isChecked();
   }
   list_->currentItem()->setText(qt::Shortened(
@@ -260,8 +239,8 @@ void UsersDialog::accept() {
   if (!Changed() || TryToStore("user.failed", *save_problem_, save, conflict)) QDialog::accept();
 }
 
-// What others have stored is what is compared with from now on. Their other changes appear, those of the same
-// users are told, and what was entered here stays.
+// From now on, entries are compared with what others have stored. Their other changes appear, those of the
+// same users are reported, and what was entered here stays.
 void UsersDialog::TakeOver(const std::vector<std::string>& conflicts) {
   const auto stored = UsersById(tables_.Users());
   const auto merged = MergeRows(UsersById(UsersOf(initial_)), UsersById(UsersOf(lines_)), stored).rows;
@@ -270,9 +249,7 @@ void UsersDialog::TakeOver(const std::vector<std::string>& conflicts) {
   for (const auto& [id, user] : stored) initial_.push_back({user, true});
   for (const auto& [id, user] : merged) lines_.push_back({user, stored.contains(id)});
   ShowLines(conflicts.front());
-  QStringList ids;
-  for (const std::string& id : conflicts) ids += ToQt(id);
-  TellProblem(*save_problem_, *this, Text("user.conflict", {FromQt(ids.join(u", "))}));
+  TellProblem(*save_problem_, *this, Text("user.conflict", {FromQt(Joined(conflicts, ToQt))}));
 }
 
 }  // namespace plovix::app

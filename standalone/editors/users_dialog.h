@@ -16,25 +16,25 @@ namespace plovix::app {
 
 class UsersDialog final : public EditorDialog {
  public:
-  // `session_user` is the id of who works with the program. Fails as Users() does. `tables` outlives the
+  // `session_user` is the id of the program's current user. Fails as Users() does. `tables` outlives the
   // dialog.
   UsersDialog(const TextTable& texts, UsersAndTags& tables, std::string session_user, QWidget* parent);
 
   [[nodiscard]] bool Changed() const override { return lines_ != initial_; }
 
-  // Stores what was changed, all at once. Stays open when that fails, and when somebody else has changed the
-  // same users meanwhile: that is told, and OK then stores over their changes.
+  // Stores all changes at once. Stays open if that fails, and if somebody else has meanwhile changed the same
+  // users: this is reported, and the next OK overwrites their changes.
   void accept() override;
 
  private:
   struct Line {
     UserRecord user;
-    bool stored = false;  // its id is named by tasks and permissions
+    bool stored = false;  // tasks and permissions refer to its id
     bool operator==(const Line&) const = default;
   };
 
-  [[nodiscard]] QWidget* BuildList();
-  [[nodiscard]] QWidget* BuildFields();
+  [[nodiscard]] QLayout* BuildList();
+  [[nodiscard]] QLayout* BuildFields();
   [[nodiscard]] QLayout* BuildRights();
   void ShowLines(const std::string& id);
   void TakeOver(const std::vector<std::string>& conflicts);
@@ -46,7 +46,7 @@ class UsersDialog final : public EditorDialog {
   void AdministratorClicked(bool checked);
   [[nodiscard]] Line& Current();
   [[nodiscard]] bool IsLastAdministrator() const;
-  // Why the id of a row cannot stay; nothing when it can.
+  // Why the id of a row is invalid; empty if it is valid.
   [[nodiscard]] QString UserProblem(int row) const;
 
   UsersAndTags& tables_;

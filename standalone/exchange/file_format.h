@@ -1,4 +1,4 @@
-// The words of an exported task that its writer and its reader share.
+// The words in an exported task that its writer and its reader share.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 namespace plovix::file_format {
 
 inline constexpr std::string_view kName = "plovix-task";
-inline constexpr int kVersion = 1;  // raised when a file of the former version is to be refused or converted
+inline constexpr int kVersion = 1;  // raised if files of the former version must be refused or converted
 
 inline constexpr std::string_view kFormat = "format";
 inline constexpr std::string_view kFileVersion = "version";
@@ -24,7 +24,7 @@ inline constexpr std::string_view kSettings = "settings";
 inline constexpr std::string_view kPattern = "pattern";
 inline constexpr std::string_view kKind = "kind";
 
-// Of a field by its documented name: "EveryNDays" is "everyNDays" in the file.
+// A field's name in the file, from its documented name: "everyNDays" for "EveryNDays".
 [[nodiscard]] inline std::string MemberName(std::string_view field) {
   std::string name(field);
   if (!name.empty() && name[0] >= 'A' && name[0] <= 'Z') name[0] = static_cast<char>(name[0] - 'A' + 'a');

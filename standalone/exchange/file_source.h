@@ -1,4 +1,4 @@
-// The exported task being read, for saying what is wrong with it. Used by this room's readers.
+// The exported task being read, used to report what is wrong with it. Used by this room's readers.
 #pragma once
 
 #include <plovix/standalone/text/text_table.h>
@@ -13,7 +13,7 @@ struct FileSource {
   const TextTable& texts;  // outlives the reading
   std::string name;        // of the file, as the user knows it
 
-  // Throws Failure 5 with the host text of that key. Long parameters are shortened.
+  // Throws Failure 5 with the host text for that key. Long parameters are shortened.
   [[noreturn]] void Refuse(std::string_view key, std::vector<std::string> parameters) const;
 };
 

@@ -1,5 +1,4 @@
-// A value of an exported task together with its place: what the reader checks and takes apart, field by
-// field.
+// A value of an exported task together with its place, which the reader checks and reads field by field.
 #pragma once
 
 #include <plovix/standalone/tasks/task_fields.h>
@@ -18,17 +17,17 @@
 
 namespace plovix {
 
-// Borrows the JSON and the source. Whatever is not as expected is refused through the source.
+// Borrows the JSON and the source. Refuses unexpected values through the source.
 struct FileValue {
   const nlohmann::json& json;
   std::string place;
   const FileSource& source;
 
   [[noreturn]] void Refuse(std::string_view key, std::vector<std::string> further = {}) const;
-  // Refuses with what stands there as the second parameter.
+  // Refuses the value, with the value as the second parameter.
   [[noreturn]] void RefuseValue(std::string_view key, std::vector<std::string> further = {}) const;
 
-  // Refuses what is longer than `most` characters.
+  // Refuses texts longer than `most` characters.
   void Read(std::string& value, std::size_t most = kLongestName) const;
   void Read(bool& value) const;
   void Read(DateTime& value) const;
@@ -40,7 +39,7 @@ struct FileValue {
     constexpr auto kLeast = std::numeric_limits<Number>::min();
     constexpr auto kMost = std::numeric_limits<Number>::max();
     if (!json.is_number_integer()) RefuseValue("exchange.problem.number");
-    // What exceeds 64 bits has become a real number by now.
+    // A number beyond 64 bits has already become a real number.
     const bool fits = json.is_number_unsigned() ? std::in_range<Number>(json.get<std::uint64_t>())
                                                 : std::in_range<Number>(json.get<std::int64_t>());
     if (!fits) RefuseValue("exchange.problem.range", {std::to_string(kLeast), std::to_string(kMost)});
@@ -53,8 +52,8 @@ struct FileValue {
     if (!json.is_array()) RefuseValue("exchange.problem.list");
     for (std::size_t i = 0; i < json.size(); ++i) read(FileValue{json[i], ItemPlace(place, i), source});
   }
-  // Calls read(name, member) for each member of an object whose names are free. Names that stand for the
-  // same bytes are refused.
+  // Calls read(name, member) for each member of an object with arbitrary names. Refuses names that decode to
+  // the same bytes.
   template <class ReadMember>
   void ForEachMember(ReadMember read) const {
     if (!json.is_object()) RefuseValue("exchange.problem.object");
@@ -71,7 +70,7 @@ struct FileValue {
   [[nodiscard]] std::string NameOf(const std::string& key) const;
 };
 
-// An object with a fixed set of members: each is taken once, then none may be left.
+// An object with a fixed set of members: each is read once, then none may be left.
 class FileObject {
  public:
   explicit FileObject(FileValue value);

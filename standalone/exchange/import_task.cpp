@@ -23,10 +23,12 @@ void CheckActions(const TaskRecord& task, ImportReport& report) {
 
 void CheckDataObject(const std::string& name, DataSource* source, ImportReport& report) {
   if (name.empty() || source == nullptr) return;
-  try {
-    if (!source->Find(name)) report.push_back({"exchange.note.dataObject", {name}});
-  } catch (const Failure& failure) {
-    report.push_back({"exchange.note.dataObjectUnknown", {name, failure.Description()}});
+  bool found = false;
+  const auto failure = FailureOf([&] { found = source->Find(name).has_value(); });
+  if (failure) {
+    report.push_back({"exchange.note.dataObjectUnknown", {name, failure->Description()}});
+  } else if (!found) {
+    report.push_back({"exchange.note.dataObject", {name}});
   }
 }
 
@@ -45,12 +47,12 @@ void CheckPermissions(TaskRecord& task, const std::vector<UserRecord>& users, Im
       report.push_back({line.is_group ? "exchange.note.group" : "exchange.note.user", {line.subject}});
     }
   }
-  // Nobody named is not everybody: the empty set stays one.
+  // A set for nobody must not become one for everybody, so an empty set is kept.
   if (kept.empty() && !task.permissions->empty()) report.push_back({"exchange.note.nobody", {}});
   task.permissions = kept;
 }
 
-// Where users are not known, everybody may; else whoever is none of them may not.
+// If users are unknown here, everybody may; otherwise someone who is not one of them may not.
 bool MayCreate(const ImportTarget& target, bool (*may)(const UserRecord& user)) {
   const auto user = std::ranges::find(target.users, target.user_id, &UserRecord::id);
   return user == target.users.end() ? target.users.empty() : may(*user);
@@ -68,10 +70,7 @@ void ChooseOwner(TaskRecord& task, bool was_personal, const ImportTarget& target
 
 void CheckSchedule(TaskRecord& task, bool automation_manager, ImportReport& report) {
   if (!task.allow_automation_manager || automation_manager) return;
-  task.allow_automation_manager = false;
-  task.processing_mode = processing_mode::kEveryTime;
-  task.recurrence.reset();
-  task.schedule_start.reset();
+  TakeFromManager(task);
   report.push_back({"exchange.note.automationManager", {}});
 }
 

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <utility>
 
 #include "file_value.h"
@@ -41,7 +40,7 @@ PatternRecord ReadPattern(const FileValue& value) {
   const FileValue kind = object.Take(kKind);
   std::string name;
   kind.Read(name);
-  const auto* found = std::ranges::find(kPatternClasses, name, [](const auto& each) { return each.first; });
+  const auto* found = ClassNamed(name);
   if (found == kPatternClasses.end()) kind.RefuseValue("exchange.problem.pattern");
   PatternRecord pattern = found->second;
   ForEachField(kPatternFields, [&](std::string_view field_name, auto field) {
@@ -87,13 +86,13 @@ void ReadTask(const FileValue& value, TaskExport& file) {
   object.RefuseOthers();
 }
 
-// Before anything else is looked at: a newer file may hold anything behind it.
+// Checked before anything else, because a newer file may contain anything else.
 void CheckVersion(FileObject& object) {
   const FileValue format = object.Take(kFormat);
   if (!format.json.is_string() || format.json.get_ref<const std::string&>() != kName)
     format.Refuse("exchange.problem.noExport");
   const FileValue version = object.Take(kFileVersion);
-  // Also one that no type of ours holds.
+  // Even a number too large for our types.
   if (version.json.is_number() && version.json > kVersion)
     version.RefuseValue("exchange.problem.newer", {std::to_string(kVersion)});
   std::int64_t number = 0;

@@ -1,5 +1,7 @@
 #include "strict_json.h"
 
+#include <plovix/base/utf8.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,10 +15,7 @@ using Json = nlohmann::json;
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto line = std::ranges::count(before, '\n') + 1;
   const std::string_view start = before.substr(before.rfind('\n') + 1);
-  const auto column =
-      std::ranges::count_if(start,
-                            [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }) +
-      1;
+  const auto column = CharacterCount(start) + 1;
   source.Refuse("exchange.problem.syntax", {std::to_string(line), std::to_string(column)});
 }
 
@@ -33,7 +32,7 @@ class Builder final : public nlohmann::json_sax<Json> {
   bool number_unsigned(number_unsigned_t value) override { return Add(value); }
   bool number_float(number_float_t value, const string_t& /*digits*/) override { return Add(value); }
   bool string(string_t& value) override { return Add(std::move(value)); }
-  bool binary(binary_t& /*value*/) override { return false; }  // no part of textual JSON
+  bool binary(binary_t& /*value*/) override { return false; }  // not part of textual JSON
   bool start_object(std::size_t /*elements*/) override { return Enter(Json::object()); }
   bool end_object() override { return Leave(); }
   bool start_array(std::size_t /*elements*/) override { return Enter(Json::array()); }
@@ -53,8 +52,8 @@ class Builder final : public nlohmann::json_sax<Json> {
 
  private:
   struct Level {
-    Json* value;       // in root_; its address stays, only the innermost level grows
-    std::string name;  // of an object's present member
+    Json* value;       // in root_; its address is stable, because only the innermost level grows
+    std::string name;  // of an object's current member
   };
 
   Json* Insert(Json value) {
@@ -114,7 +113,7 @@ std::string ItemPlace(const std::string& parent, std::size_t index) {
 }
 
 Json ParseStrict(std::string_view text, std::size_t levels, const FileSource& source) {
-  // The parser would take a NUL byte for the end of the text.
+  // The parser would interpret a NUL byte as the end of the text.
   if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos)
     RefuseAt(text, zero + 1, source);
   Builder builder(text, levels, source);

@@ -1,5 +1,5 @@
-// JSON without the freedoms that a parser usually takes: for files that people edit by hand and that must
-// not be half understood. Used by the reader of exported tasks.
+// Strict JSON, for files that people edit by hand and that must not be half understood. Used by the reader of
+// exported tasks.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -13,8 +13,8 @@ namespace plovix {
 [[nodiscard]] std::string MemberPlace(const std::string& parent, std::string_view name);
 [[nodiscard]] std::string ItemPlace(const std::string& parent, std::size_t index);
 
-// Refuses through `source`: whatever is no JSON (ill-formed UTF-8 and NUL bytes included) with line and
-// column, lists and objects in each other that are deeper than `levels`, and a name given twice in an object.
+// Refuses through `source`: invalid JSON (including ill-formed UTF-8 and NUL bytes), with line and column;
+// lists and objects nested deeper than `levels`; and a name that occurs twice in an object.
 [[nodiscard]] nlohmann::json ParseStrict(std::string_view text, std::size_t levels, const FileSource& source);
 
 }  // namespace plovix

@@ -43,14 +43,14 @@ class Writer {
     return json;
   }
 
-  // Of any texts by keys.
+  // An object of texts by keys.
   [[nodiscard]] static Json Texts(const std::map<std::string, std::string>& texts) {
     Json json = Json::object();
     for (const auto& [key, text] : texts) Append(json, key, ToJsonText(text));
     return json;
   }
 
-  // A name that the object does not have yet: it would look for it one by one.
+  // Appends a name that the object does not have yet, without the object's linear search for it.
   static void Append(Json& object, const std::string& name, Json value) {
     object.get_ref<Json::object_t&>().emplace_back(ToJsonText(name), std::move(value));
   }
@@ -101,8 +101,7 @@ class Writer {
   }
 
   [[nodiscard]] Json Pattern(const PatternRecord& pattern) const {
-    const auto* found = std::ranges::find(kPatternClasses, pattern.index(),
-                                          [](const auto& each) { return each.second.index(); });
+    const auto* found = ClassOf(pattern);
     if (found == kPatternClasses.end()) return nullptr;
     Json json = {{kKind, found->first}};
     ForEachField(kPatternFields, [&](std::string_view name, auto field) {

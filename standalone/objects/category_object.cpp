@@ -2,50 +2,26 @@
 
 #include <plovix/standalone/tasks/category_column.h>
 
-#include "call_gate.h"
 #include "host_state.h"
-#include "list_position.h"
 
 namespace plovix {
-
-std::string CategoryObject::Tag() {
-  Called("Category.Tag");
-  return record.tag;
-}
-
-void CategoryObject::SetTag(const std::string& tag) {
-  Called("Category.SetTag");
-  record.tag = tag;
-}
 
 std::string CategoryObject::Text() {
   Called("Category.Text");
   return state_.TagText(record.tag);
 }
 
-bool CategoryObject::Public() {
-  Called("Category.Public");
-  return record.is_public;
-}
-
-std::int32_t CategoryListObject::Count() {
-  Called("CategoryList.Count");
-  return static_cast<std::int32_t>(items_.size());
-}
-
-std::shared_ptr<Category> CategoryListObject::Item(std::int32_t index) {
+Ref<Category> CategoryListObject::Item(std::int32_t index) {
   Called("CategoryList.Item");
-  return items_[ListPosition(index, items_.size())];
+  return ItemAt(items_, index);
 }
 
-void CategoryListObject::Add(std::shared_ptr<Category> category) {
+void CategoryListObject::Add(Ref<Category> category) {
   Called("CategoryList.Add");
-  auto own = std::dynamic_pointer_cast<CategoryObject>(category);
-  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  items_.push_back(std::move(own));
+  items_.push_back(OwnObject<CategoryObject>(category));
 }
 
-std::shared_ptr<CategoryList> CategoryListObject::Clone() {
+Ref<CategoryList> CategoryListObject::Clone() {
   Called("CategoryList.Clone");
   return std::make_shared<CategoryListObject>(state_, Records());
 }
@@ -55,10 +31,9 @@ void CategoryListObject::Load(const std::string& column) {
   Assign(DecodeCategories(column));
 }
 
-bool CategoryListObject::Edit(bool tagged, bool /*choose_tags*/,
-                              const std::shared_ptr<TextCollection>& known) {
+bool CategoryListObject::Edit(bool tagged, bool /*choose_tags*/, const Ref<TextCollection>& known) {
   Called("CategoryList.Edit");
-  const auto edited = state_.dialogs->EditCategories(Records(), tagged, TextsOf(known.get()));
+  const auto edited = state_.dialogs->EditCategories(Records(), tagged, TextsOf(known.Get()));
   if (edited) Assign(*edited);
   return edited.has_value();
 }
@@ -84,14 +59,9 @@ void TextCollectionObject::Add(const std::string& text, const std::string& key) 
   texts_.push_back(text);
 }
 
-std::int32_t TextCollectionObject::Count() {
-  Called("TextCollection.Count");
-  return static_cast<std::int32_t>(texts_.size());
-}
-
 std::string TextCollectionObject::Item(std::int32_t index) {
   Called("TextCollection.Item");
-  return texts_[ListPosition(index, texts_.size())];
+  return ItemAt(texts_, index);
 }
 
 std::vector<std::string> TextsOf(const HostObject* collection) {

@@ -10,22 +10,23 @@
 #include <unordered_set>
 #include <vector>
 
+#include "arguments.h"
+#include "gated_fields.h"
+
 namespace plovix {
 
 struct HostState;
 
 /// A category over plain values.
-class CategoryObject final : public Category {
+class CategoryObject final : public FieldsObject<Category, CategoryRecord> {
  public:
   /// `state` outlives the object.
-  explicit CategoryObject(HostState& state, CategoryRecord initial = {})
-      : record(std::move(initial)), state_(state) {}
-  [[nodiscard]] std::string Tag() override;
-  void SetTag(const std::string& tag) override;
+  explicit CategoryObject(HostState& state, const CategoryRecord& initial = {})
+      : FieldsObject(initial), state_(state) {}
+  [[nodiscard]] std::string Tag() override { return Get<&CategoryRecord::tag>(); }
+  void SetTag(const std::string& tag) override { Put<&CategoryRecord::tag>(tag); }
   [[nodiscard]] std::string Text() override;
-  [[nodiscard]] bool Public() override;
-
-  CategoryRecord record;  ///< the host's own view, not gated
+  [[nodiscard]] bool Public() override { return Get<&CategoryRecord::is_public>(); }
 
  private:
   HostState& state_;
@@ -34,36 +35,35 @@ class CategoryObject final : public Category {
 /// The categories of a task, or those of a stored column.
 class CategoryListObject final : public CategoryList {
  public:
-  /// Makes an object of each record; `state` outlives the list.
+  /// Creates an object for each record; `state` outlives the list.
   explicit CategoryListObject(HostState& state, const std::vector<CategoryRecord>& initial = {})
       : state_(state) {
     Assign(initial);
   }
-  [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<Category> Item(std::int32_t index) override;
-  /// Fails with 13 on a category that this host did not make.
-  void Add(std::shared_ptr<Category> category) override;
-  [[nodiscard]] std::shared_ptr<CategoryList> Clone() override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("CategoryList.Count", CountOf(items_)); }
+  [[nodiscard]] Ref<Category> Item(std::int32_t index) override;
+  /// Fails with 13 on a category that this host did not create.
+  void Add(Ref<Category> category) override;
+  [[nodiscard]] Ref<CategoryList> Clone() override;
   void Load(const std::string& column) override;
-  [[nodiscard]] bool Edit(bool tagged, bool choose_tags,
-                          const std::shared_ptr<TextCollection>& known) override;
+  [[nodiscard]] bool Edit(bool tagged, bool choose_tags, const Ref<TextCollection>& known) override;
 
   /// @{
-  /// The host's own view, not gated: the values, taken from the objects and made into new ones.
+  /// The host's own view, not gated: reads the values from the objects, or replaces these by new ones.
   [[nodiscard]] std::vector<CategoryRecord> Records() const;
   void Assign(const std::vector<CategoryRecord>& records);
   /// @}
 
  private:
   HostState& state_;
-  std::vector<std::shared_ptr<CategoryObject>> items_;
+  std::vector<Ref<CategoryObject>> items_;
 };
 
 /// Texts in memory.
 class TextCollectionObject final : public TextCollection {
  public:
   void Add(const std::string& text, const std::string& key) override;
-  [[nodiscard]] std::int32_t Count() override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("TextCollection.Count", CountOf(texts_)); }
   [[nodiscard]] std::string Item(std::int32_t index) override;
 
   /// The host's own view, not gated.
@@ -74,7 +74,7 @@ class TextCollectionObject final : public TextCollection {
   std::unordered_set<std::string> keys_;
 };
 
-/// The texts of a collection that a page handed over; none for nothing, or for another kind of object.
+/// The texts of a collection that a page passed; none for nullptr or another kind of object.
 [[nodiscard]] std::vector<std::string> TextsOf(const HostObject* collection);
 
 }  // namespace plovix

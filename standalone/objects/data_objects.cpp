@@ -2,9 +2,7 @@
 
 #include <plovix/standalone/tasks/action_kinds.h>
 
-#include "call_gate.h"
 #include "host_state.h"
-#include "list_position.h"
 
 namespace plovix {
 
@@ -22,43 +20,23 @@ HostDataObject::~HostDataObject() {
   if (handle_ != 0) handles_->Remove(handle_);
 }
 
-std::string HostDataObject::Name() {
-  Called("DataObject.Name");
-  return record_.name;
-}
-
-std::string HostDataObject::Caption() {
-  Called("DataObject.Caption");
-  return record_.caption;
-}
-
-std::string HostDataObject::Key() {
-  Called("DataObject.Key");
-  return record_.key;
-}
-
 std::int32_t HostDataObject::Handle() {
   Called("DataObject.Handle");
   if (handle_ == 0) handle_ = handles_->Add(weak_from_this());
   return handle_;
 }
 
-std::shared_ptr<FieldSource> HostDataObject::Fields() {
+Ref<FieldSource> HostDataObject::Fields() {
   Called("DataObject.Fields");
   return std::make_shared<FieldSourceObject>(record_);
 }
 
-std::int32_t DataObjectsObject::Count() {
-  Called("DataObjects.Count");
-  return static_cast<std::int32_t>(items.size());
-}
-
-std::shared_ptr<DataObject> DataObjectsObject::Item(std::int32_t index) {
+Ref<DataObject> DataObjectsObject::Item(std::int32_t index) {
   Called("DataObjects.Item");
-  return items[ListPosition(index, items.size())];
+  return ItemAt(items, index);
 }
 
-std::shared_ptr<DataObject> CatalogObject::Find(const std::string& name) {
+Ref<DataObject> CatalogObject::Find(const std::string& name) {
   Called("DataObjectCatalog.Find");
   auto record = state_.data->Find(name);
   if (record) return state_.MakeDataObject(std::move(*record));
@@ -66,7 +44,7 @@ std::shared_ptr<DataObject> CatalogObject::Find(const std::string& name) {
                 name.empty() ? "The task has no data object" : "There is no data object \"" + name + "\"");
 }
 
-std::shared_ptr<DataObjectCollection> LoaderObject::LoadDataObjects() {
+Ref<DataObjectCollection> LoaderObject::LoadDataObjects() {
   Called("ObjectLoader.LoadDataObjects");
   auto objects = std::make_shared<DataObjectsObject>();
   for (DataObjectRecord& record : state_.data->List())
@@ -74,16 +52,11 @@ std::shared_ptr<DataObjectCollection> LoaderObject::LoadDataObjects() {
   return objects;
 }
 
-std::shared_ptr<ObjectCollection> LoaderObject::LoadDesignerObjects() {
+Ref<ObjectCollection> LoaderObject::LoadDesignerObjects() {
   Called("ObjectLoader.LoadDesignerObjects");
   auto objects = std::make_shared<DesignerObjectsObject>();
   for (const ActionKind& kind : ActionKinds()) objects->kinds.emplace_back(kind.id);
   return objects;
-}
-
-std::string QueryDefinitionObject::Text() {
-  Called("QueryDefinition.Text");
-  return text;
 }
 
 void QueryDefinitionObject::SetText(const std::string& new_text) {
@@ -91,12 +64,10 @@ void QueryDefinitionObject::SetText(const std::string& new_text) {
   text = new_text;
 }
 
-bool QueryBuilderObject::Show(const std::shared_ptr<QueryDefinition>& definition,
-                              const std::shared_ptr<FieldSource>& source) {
+bool QueryBuilderObject::Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) {
   Called("QueryBuilder.Show");
-  const auto own = std::dynamic_pointer_cast<QueryDefinitionObject>(definition);
-  const auto fields = std::dynamic_pointer_cast<FieldSourceObject>(source);
-  if (!own || !fields) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
+  const auto own = OwnObject<QueryDefinitionObject>(definition);
+  const auto fields = OwnObject<FieldSourceObject>(source);
   const auto built = state_.dialogs->BuildQuery(own->text, fields->Object());
   if (built) own->text = *built;
   return built.has_value();

@@ -11,19 +11,23 @@
 #include <utility>
 #include <vector>
 
+#include "arguments.h"
+#include "call_gate.h"
+#include "state_object.h"
+
 namespace plovix {
 
 class HostDataObject;
 struct HostState;
 
-/// Numbers for objects that are asked for one, in that order; knows those that live.
+/// Numbers objects in the order in which their handles are requested; knows the living ones.
 class HandleTable {
  public:
-  /// The handle, 1 or greater, of an object that has none yet.
+  /// Gives a handle, 1 or greater, to an object that has none yet.
   [[nodiscard]] std::int32_t Add(const std::weak_ptr<HostDataObject>& object);
-  /// By the object, when it goes.
+  /// Called by the object's destructor.
   void Remove(std::int32_t handle) { objects_.erase(handle); }
-  /// Nothing when there is none.
+  /// Null if there is none.
   [[nodiscard]] std::shared_ptr<HostDataObject> Find(std::int32_t handle) const;
 
  private:
@@ -34,7 +38,7 @@ class HandleTable {
 /// Names the data object whose fields a query builder offers.
 class FieldSourceObject final : public FieldSource {
  public:
-  /// Made by HostDataObject::Fields.
+  /// Created by HostDataObject::Fields.
   explicit FieldSourceObject(DataObjectRecord object) : object_(std::move(object)) {}
   /// The data object.
   [[nodiscard]] const DataObjectRecord& Object() const noexcept { return object_; }
@@ -43,10 +47,10 @@ class FieldSourceObject final : public FieldSource {
   DataObjectRecord object_;
 };
 
-/// A data object over plain values; made by HostState::MakeDataObject.
+/// A data object over plain values; created by HostState::MakeDataObject.
 class HostDataObject final : public DataObject, public std::enable_shared_from_this<HostDataObject> {
  public:
-  /// `handles` gives out its handle when one is asked for.
+  /// `handles` assigns its handle when it is requested.
   HostDataObject(std::shared_ptr<HandleTable> handles, DataObjectRecord record)
       : handles_(std::move(handles)), record_(std::move(record)) {}
   ~HostDataObject() override;
@@ -55,74 +59,61 @@ class HostDataObject final : public DataObject, public std::enable_shared_from_t
 
   /// The host's own view, not gated.
   [[nodiscard]] const DataObjectRecord& Record() const noexcept { return record_; }
-  [[nodiscard]] std::string Name() override;
-  [[nodiscard]] std::string Caption() override;
-  [[nodiscard]] std::string Key() override;
+  [[nodiscard]] std::string Name() override { return Gated("DataObject.Name", record_.name); }
+  [[nodiscard]] std::string Caption() override { return Gated("DataObject.Caption", record_.caption); }
+  [[nodiscard]] std::string Key() override { return Gated("DataObject.Key", record_.key); }
   [[nodiscard]] std::int32_t Handle() override;
-  [[nodiscard]] std::shared_ptr<FieldSource> Fields() override;
+  [[nodiscard]] Ref<FieldSource> Fields() override;
 
  private:
   std::shared_ptr<HandleTable> handles_;
   DataObjectRecord record_;
-  std::int32_t handle_ = 0;  // 0: not asked for yet
+  std::int32_t handle_ = 0;  // 0: not requested yet
 };
 
-/// The data objects of the source, as they were when they were loaded.
+/// The data objects of the source at the time of loading.
 struct DataObjectsObject final : DataObjectCollection {
-  [[nodiscard]] std::int32_t Count() override;
-  [[nodiscard]] std::shared_ptr<DataObject> Item(std::int32_t index) override;
+  [[nodiscard]] std::int32_t Count() override { return Gated("DataObjects.Count", CountOf(items)); }
+  [[nodiscard]] Ref<DataObject> Item(std::int32_t index) override;
 
   std::vector<std::shared_ptr<HostDataObject>> items;  ///< the host's own view, not gated
 };
 
-/// What the loader gives as designer objects.
+/// What the loader returns as designer objects.
 struct DesignerObjectsObject final : ObjectCollection {
   std::vector<std::string> kinds;  ///< the identifiers of the action kinds
 };
 
 /// Finds data objects in HostState::data.
-class CatalogObject final : public DataObjectCatalog {
+class CatalogObject final : public StateObject<DataObjectCatalog> {
  public:
-  /// `state` outlives the object; here and below.
-  explicit CatalogObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<DataObject> Find(const std::string& name) override;
-
- private:
-  HostState& state_;
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<DataObject> Find(const std::string& name) override;
 };
 
 /// Loads what HostState::data lists.
-class LoaderObject final : public ObjectLoader {
+class LoaderObject final : public StateObject<ObjectLoader> {
  public:
-  /// See above.
-  explicit LoaderObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<DataObjectCollection> LoadDataObjects() override;
-  [[nodiscard]] std::shared_ptr<ObjectCollection> LoadDesignerObjects() override;
-
- private:
-  HostState& state_;
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<DataObjectCollection> LoadDataObjects() override;
+  [[nodiscard]] Ref<ObjectCollection> LoadDesignerObjects() override;
 };
 
 /// A query text in memory.
 class QueryDefinitionObject final : public QueryDefinition {
  public:
-  [[nodiscard]] std::string Text() override;
+  [[nodiscard]] std::string Text() override { return Gated("QueryDefinition.Text", text); }
   void SetText(const std::string& new_text) override;
 
   std::string text;  ///< the host's own view, not gated
 };
 
 /// Opens HostDialogs::BuildQuery.
-class QueryBuilderObject final : public QueryBuilder {
+class QueryBuilderObject final : public StateObject<QueryBuilder> {
  public:
-  /// See above.
-  explicit QueryBuilderObject(HostState& state) : state_(state) {}
-  /// Fails with 13 on a definition or a source that this host did not make.
-  [[nodiscard]] bool Show(const std::shared_ptr<QueryDefinition>& definition,
-                          const std::shared_ptr<FieldSource>& source) override;
-
- private:
-  HostState& state_;
+  using StateObject::StateObject;
+  /// Fails with 13 on a definition or a source that this host did not create.
+  [[nodiscard]] bool Show(const Ref<QueryDefinition>& definition, const Ref<FieldSource>& source) override;
 };
 
 }  // namespace plovix

@@ -22,33 +22,33 @@ struct FailureReport {
   /// @}
 };
 
-/// Every member is modal: it returns when the user has answered. A host without one of the editors leaves
-/// that out; its button then does what it does when the user cancels.
+/// Every member is modal: it returns when the user has answered. A host without one of the editors need not
+/// override its member; the editor's button then acts as if the user had cancelled.
 class HostDialogs {
  public:
   virtual ~HostDialogs() = default;
-  /// `buttons` is one of the five values of message_box; gives back one of its answers.
+  /// `buttons` is one of the five values of message_box; returns one of its answers.
   virtual int MessageBox(const std::string& prompt, int buttons, const std::string& title) = 0;
-  /// Tells of a failure; any answer goes.
+  /// Reports a failure; any answer is allowed.
   virtual ReportAction Report(const FailureReport& report) = 0;
-  /// Here and below: what was chosen, edited or built; nothing when the user cancelled. `choices`: tags to
-  /// offer first; may be empty.
+  /// Here and below: returns what was chosen, edited or built; nothing if the user cancelled. `choices`: tags
+  /// to offer first; may be empty.
   virtual std::optional<std::string> EditTag([[maybe_unused]] const std::string& tag,
                                              [[maybe_unused]] const std::vector<std::string>& choices) {
     return {};
   }
-  /// `known`: the categories in use, as tags where the texts are tags, else as texts.
+  /// `known`: the categories in use, as tags if the texts are tags, otherwise as texts.
   virtual std::optional<std::vector<CategoryRecord>> EditCategories(
       [[maybe_unused]] const std::vector<CategoryRecord>& categories, [[maybe_unused]] bool tagged,
       [[maybe_unused]] const std::vector<std::string>& known) {
     return {};
   }
-  /// `text`: any text, since it may have been typed.
+  /// `text`: any text, because the user may have typed it.
   virtual std::optional<std::string> BuildQuery([[maybe_unused]] const std::string& text,
                                                 [[maybe_unused]] const DataObjectRecord& object) {
     return {};
   }
-  /// `permissions`: nothing where the task has no set yet.
+  /// `permissions`: nothing if the task has no set yet.
   virtual std::optional<PermissionSet> EditPermissions(
       [[maybe_unused]] const std::optional<PermissionSet>& permissions,
       [[maybe_unused]] const std::string& title) {

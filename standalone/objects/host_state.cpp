@@ -10,22 +10,24 @@
 
 #include "call_gate.h"
 #include "category_object.h"
+#include "recurrence_object.h"
 #include "session_object.h"
+#include "state_object.h"
 
 namespace plovix {
 namespace {
 
 constexpr std::string_view kMarkerFile = "forceusertask.txt";
 
-// One that cannot be looked at is not there.
+// A file that cannot be accessed counts as missing.
 bool IsFile(const std::filesystem::path& path) {
   std::error_code unreadable;
   return std::filesystem::is_regular_file(path, unreadable);
 }
 
-class LanguageObject final : public LanguageTable {
+class LanguageObject final : public StateObject<LanguageTable> {
  public:
-  explicit LanguageObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
 
   [[nodiscard]] std::string GetString(int id, std::string_view module,
                                       const std::vector<std::string>& parameters) override {
@@ -37,7 +39,7 @@ class LanguageObject final : public LanguageTable {
 
   [[nodiscard]] std::string EditTag(const std::string& tag, const ObjectRef& choices) override {
     Called("LanguageTable.EditTag");
-    return state_.dialogs->EditTag(tag, TextsOf(choices.get())).value_or(tag);
+    return state_.dialogs->EditTag(tag, TextsOf(choices.Get())).value_or(tag);
   }
 
   [[nodiscard]] std::string TagText(const std::string& tag, const ObjectRef& /*context*/) override {
@@ -52,14 +54,11 @@ class LanguageObject final : public LanguageTable {
     if (!language.empty()) throw Failure(failure_number::kInvalidCall, "Only the current language is filed");
     return state_.TagForText(tag, text);
   }
-
- private:
-  HostState& state_;
 };
 
-class TranslatorObject final : public Translator {
+class TranslatorObject final : public StateObject<Translator> {
  public:
-  explicit TranslatorObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
 
   void TranslateControls(Form& form, std::string_view module, int /*flag*/) override {
     Called("Translator.TranslateControls");
@@ -76,95 +75,57 @@ class TranslatorObject final : public Translator {
     Called("Translator.SetLinkStyle");
     label.SetLink(on);
   }
-
- private:
-  HostState& state_;
 };
 
-// Not gated: the way a failure is reported must not fail itself.
-class ReporterObject final : public ErrorReporter {
+// Not gated, because reporting a failure must not fail itself.
+class ReporterObject final : public StateObject<ErrorReporter> {
  public:
-  explicit ReporterObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] ReportAction Report(int number, const std::string& description, std::string_view project,
                                     std::string_view page, std::string_view procedure, int line) override {
     return state_.dialogs->Report(
         {number, description, std::string(project), std::string(page), std::string(procedure), line});
   }
-
- private:
-  HostState& state_;
 };
 
-class RightsObject final : public UserRights {
+class RightsObject final : public StateObject<UserRights> {
  public:
-  explicit RightsObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] bool HasRight(int number) override {
     Called("UserRights.HasRight");
     const auto found = state_.rights.find(number);
     return found == state_.rights.end() || found->second;
   }
-
- private:
-  HostState& state_;
 };
 
-class ApplicationObject final : public HostApplication {
+class ApplicationObject final : public StateObject<HostApplication> {
  public:
-  explicit ApplicationObject(HostState& state)
-      : state_(state),
-        language_(std::make_shared<LanguageObject>(state)),
-        translator_(std::make_shared<TranslatorObject>(state)),
-        reporter_(std::make_shared<ReporterObject>(state)),
-        rights_(std::make_shared<RightsObject>(state)),
-        session_(std::make_shared<SessionObject>(state)),
-        database_(std::make_shared<DatabaseObject>(state)),
-        catalog_(std::make_shared<CatalogObject>(state)),
-        loader_(std::make_shared<LoaderObject>(state)) {}
-
-  [[nodiscard]] std::shared_ptr<LanguageTable> Language() override {
-    Called("HostApplication.Language");
-    return language_;
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<LanguageTable> Language() override {
+    return Gated("HostApplication.Language", language_);
   }
-  [[nodiscard]] std::shared_ptr<plovix::Translator> Translator() override {
-    Called("HostApplication.Translator");
-    return translator_;
+  [[nodiscard]] Ref<plovix::Translator> Translator() override {
+    return Gated("HostApplication.Translator", translator_);
   }
-  [[nodiscard]] std::shared_ptr<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
-  [[nodiscard]] std::shared_ptr<plovix::UserRights> UserRights() override {
-    Called("HostApplication.UserRights");
-    return rights_;
+  [[nodiscard]] Ref<plovix::ErrorReporter> ErrorReporter() override { return reporter_; }
+  [[nodiscard]] Ref<plovix::UserRights> UserRights() override {
+    return Gated("HostApplication.UserRights", rights_);
   }
-  [[nodiscard]] std::shared_ptr<plovix::Session> Session() override {
-    Called("HostApplication.Session");
-    return session_;
+  [[nodiscard]] Ref<plovix::Session> Session() override { return Gated("HostApplication.Session", session_); }
+  [[nodiscard]] Ref<plovix::Database> Database() override {
+    return Gated("HostApplication.Database", database_);
   }
-  [[nodiscard]] std::shared_ptr<plovix::Database> Database() override {
-    Called("HostApplication.Database");
-    return database_;
+  [[nodiscard]] Ref<plovix::DataObjectCatalog> DataObjectCatalog() override {
+    return Gated("HostApplication.DataObjectCatalog", catalog_);
   }
-  [[nodiscard]] std::shared_ptr<plovix::DataObjectCatalog> DataObjectCatalog() override {
-    Called("HostApplication.DataObjectCatalog");
-    return catalog_;
-  }
-  [[nodiscard]] std::shared_ptr<ObjectLoader> Loader() override {
-    Called("HostApplication.Loader");
-    return loader_;
-  }
-  [[nodiscard]] std::string Title() override {
-    Called("HostApplication.Title");
-    return state_.title;
-  }
-  [[nodiscard]] std::string Path() override {
-    Called("HostApplication.Path");
-    return state_.path;
-  }
+  [[nodiscard]] Ref<ObjectLoader> Loader() override { return Gated("HostApplication.Loader", loader_); }
+  [[nodiscard]] std::string Title() override { return Gated("HostApplication.Title", state_.title); }
+  [[nodiscard]] std::string Path() override { return Gated("HostApplication.Path", state_.path); }
   [[nodiscard]] bool LanguageTagMode() override {
-    Called("HostApplication.LanguageTagMode");
-    return state_.language_tag_mode;
+    return Gated("HostApplication.LanguageTagMode", state_.language_tag_mode);
   }
   [[nodiscard]] std::string DecimalSeparator() override {
-    Called("HostApplication.DecimalSeparator");
-    return state_.decimal_separator;
+    return Gated("HostApplication.DecimalSeparator", state_.decimal_separator);
   }
   [[nodiscard]] DateTime Now() override {
     Called("HostApplication.Now");
@@ -177,75 +138,64 @@ class ApplicationObject final : public HostApplication {
   }
 
  private:
-  HostState& state_;
-  std::shared_ptr<LanguageTable> language_;
-  std::shared_ptr<plovix::Translator> translator_;
-  std::shared_ptr<plovix::ErrorReporter> reporter_;
-  std::shared_ptr<plovix::UserRights> rights_;
-  std::shared_ptr<plovix::Session> session_;
-  std::shared_ptr<plovix::Database> database_;
-  std::shared_ptr<plovix::DataObjectCatalog> catalog_;
-  std::shared_ptr<ObjectLoader> loader_;
+  const Ref<LanguageTable> language_ = std::make_shared<LanguageObject>(state_);
+  const Ref<plovix::Translator> translator_ = std::make_shared<TranslatorObject>(state_);
+  const Ref<plovix::ErrorReporter> reporter_ = std::make_shared<ReporterObject>(state_);
+  const Ref<plovix::UserRights> rights_ = std::make_shared<RightsObject>(state_);
+  const Ref<plovix::Session> session_ = std::make_shared<SessionObject>(state_);
+  const Ref<plovix::Database> database_ = std::make_shared<DatabaseObject>(state_);
+  const Ref<plovix::DataObjectCatalog> catalog_ = std::make_shared<CatalogObject>(state_);
+  const Ref<ObjectLoader> loader_ = std::make_shared<LoaderObject>(state_);
 };
 
-class FactoryObject final : public ObjectFactory {
- public:
-  explicit FactoryObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<ActionList> NewActionList() override {
-    Called("ObjectFactory.NewActionList");
-    return std::make_shared<ActionListObject>();
-  }
-  [[nodiscard]] std::shared_ptr<ValueStore> NewValueStore() override {
-    Called("ObjectFactory.NewValueStore");
-    return std::make_shared<StoreObject>();
-  }
-  [[nodiscard]] std::shared_ptr<Recurrence> NewRecurrence() override {
-    Called("ObjectFactory.NewRecurrence");
-    return std::make_shared<RecurrenceObject>();
-  }
-  [[nodiscard]] std::shared_ptr<DailyPattern> NewDailyPattern() override {
-    Called("ObjectFactory.NewDailyPattern");
-    return std::make_shared<DailyPatternObject>();
-  }
-  [[nodiscard]] std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override {
-    Called("ObjectFactory.NewWeeklyPattern");
-    return std::make_shared<WeeklyPatternObject>();
-  }
-  [[nodiscard]] std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override {
-    Called("ObjectFactory.NewMonthlyPattern");
-    return std::make_shared<MonthlyPatternObject>();
-  }
-  [[nodiscard]] std::shared_ptr<YearlyPattern> NewYearlyPattern() override {
-    Called("ObjectFactory.NewYearlyPattern");
-    return std::make_shared<YearlyPatternObject>();
-  }
-  [[nodiscard]] std::shared_ptr<CategoryList> NewCategoryList() override {
-    Called("ObjectFactory.NewCategoryList");
-    return std::make_shared<CategoryListObject>(state_);
-  }
-  [[nodiscard]] std::shared_ptr<Category> NewCategory() override {
-    Called("ObjectFactory.NewCategory");
-    return std::make_shared<CategoryObject>(state_);
-  }
-  [[nodiscard]] std::shared_ptr<TextCollection> NewTextCollection() override {
-    Called("ObjectFactory.NewTextCollection");
-    return std::make_shared<TextCollectionObject>();
-  }
-  [[nodiscard]] std::shared_ptr<PermissionEditor> NewPermissionEditor() override {
-    Called("ObjectFactory.NewPermissionEditor");
-    return std::make_shared<PermissionEditor>();
-  }
-  [[nodiscard]] std::shared_ptr<QueryDefinition> NewQueryDefinition() override {
-    Called("ObjectFactory.NewQueryDefinition");
-    return std::make_shared<QueryDefinitionObject>();
-  }
-  [[nodiscard]] std::shared_ptr<QueryBuilder> NewQueryBuilder() override {
-    Called("ObjectFactory.NewQueryBuilder");
-    return std::make_shared<QueryBuilderObject>(state_);
-  }
+template <class Object, class... Arguments>
+Ref<Object> Made(HostMember member, Arguments&... arguments) {
+  Called(member);
+  return std::make_shared<Object>(arguments...);
+}
 
- private:
-  HostState& state_;
+class FactoryObject final : public StateObject<ObjectFactory> {
+ public:
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<ActionList> NewActionList() override {
+    return Made<ActionListObject>("ObjectFactory.NewActionList");
+  }
+  [[nodiscard]] Ref<ValueStore> NewValueStore() override {
+    return Made<StoreObject>("ObjectFactory.NewValueStore");
+  }
+  [[nodiscard]] Ref<Recurrence> NewRecurrence() override {
+    return Made<RecurrenceObject>("ObjectFactory.NewRecurrence");
+  }
+  [[nodiscard]] Ref<DailyPattern> NewDailyPattern() override {
+    return Made<DailyPatternObject>("ObjectFactory.NewDailyPattern");
+  }
+  [[nodiscard]] Ref<WeeklyPattern> NewWeeklyPattern() override {
+    return Made<WeeklyPatternObject>("ObjectFactory.NewWeeklyPattern");
+  }
+  [[nodiscard]] Ref<MonthlyPattern> NewMonthlyPattern() override {
+    return Made<MonthlyPatternObject>("ObjectFactory.NewMonthlyPattern");
+  }
+  [[nodiscard]] Ref<YearlyPattern> NewYearlyPattern() override {
+    return Made<YearlyPatternObject>("ObjectFactory.NewYearlyPattern");
+  }
+  [[nodiscard]] Ref<CategoryList> NewCategoryList() override {
+    return Made<CategoryListObject>("ObjectFactory.NewCategoryList", state_);
+  }
+  [[nodiscard]] Ref<Category> NewCategory() override {
+    return Made<CategoryObject>("ObjectFactory.NewCategory", state_);
+  }
+  [[nodiscard]] Ref<TextCollection> NewTextCollection() override {
+    return Made<TextCollectionObject>("ObjectFactory.NewTextCollection");
+  }
+  [[nodiscard]] Ref<PermissionEditor> NewPermissionEditor() override {
+    return Made<PermissionEditor>("ObjectFactory.NewPermissionEditor");
+  }
+  [[nodiscard]] Ref<QueryDefinition> NewQueryDefinition() override {
+    return Made<QueryDefinitionObject>("ObjectFactory.NewQueryDefinition");
+  }
+  [[nodiscard]] Ref<QueryBuilder> NewQueryBuilder() override {
+    return Made<QueryBuilderObject>("ObjectFactory.NewQueryBuilder", state_);
+  }
 };
 
 class ServicesObject final : public HostServices {
@@ -253,21 +203,18 @@ class ServicesObject final : public HostServices {
   explicit ServicesObject(HostState& state)
       : application_(std::make_shared<ApplicationObject>(state)),
         factory_(std::make_shared<FactoryObject>(state)) {}
-  // The application is also asked for when a failure is reported, so only its members are gated.
-  [[nodiscard]] std::shared_ptr<HostApplication> Application() override { return application_; }
-  [[nodiscard]] std::shared_ptr<ObjectFactory> Factory() override {
-    Called("HostServices.Factory");
-    return factory_;
-  }
+  // Reporting a failure needs the application, too, so only its members are gated.
+  [[nodiscard]] Ref<HostApplication> Application() override { return application_; }
+  [[nodiscard]] Ref<ObjectFactory> Factory() override { return Gated("HostServices.Factory", factory_); }
 
  private:
-  std::shared_ptr<HostApplication> application_;
-  std::shared_ptr<ObjectFactory> factory_;
+  Ref<HostApplication> application_;
+  Ref<ObjectFactory> factory_;
 };
 
-class UtilitiesObject final : public Utilities {
+class UtilitiesObject final : public StateObject<Utilities> {
  public:
-  explicit UtilitiesObject(HostState& state) : state_(state) {}
+  using StateObject::StateObject;
   [[nodiscard]] std::string BuildPath(const std::string& folder, const std::string& file) override {
     Called("Utilities.BuildPath");
     return (std::filesystem::path(folder) / file).string();
@@ -277,25 +224,16 @@ class UtilitiesObject final : public Utilities {
     if (state_.marker_file && path.ends_with(kMarkerFile)) return *state_.marker_file;
     return IsFile(path);
   }
-  [[nodiscard]] int BoolToCheck(bool value) override {
-    Called("Utilities.BoolToCheck");
-    return value ? 1 : 0;
-  }
-  [[nodiscard]] bool CheckToBool(int value) override {
-    Called("Utilities.CheckToBool");
-    return value != 0;
-  }
+  [[nodiscard]] int BoolToCheck(bool value) override { return Gated("Utilities.BoolToCheck", value ? 1 : 0); }
+  [[nodiscard]] bool CheckToBool(int value) override { return Gated("Utilities.CheckToBool", value != 0); }
   [[nodiscard]] ObjectRef ObjectFromHandle(std::int32_t handle) override {
     Called("Utilities.ObjectFromHandle");
-    return Set(state_.handles->Find(handle));
+    return ObjectRef(state_.handles->Find(handle)).OrFail();
   }
   [[nodiscard]] std::string FoldCase(const std::string& text) override {
     Called("Utilities.FoldCase");
     return plovix::FoldCase(text);
   }
-
- private:
-  HostState& state_;
 };
 
 }  // namespace
@@ -344,10 +282,6 @@ ServicesProvider ProviderOf(HostState& state) {
 
 void InstallHost(HostState& state) {
   InstallServices(ProviderOf(state));
-}
-
-std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
-  return std::make_shared<TaskObject>(state, record);
 }
 
 std::optional<int> TextNumber(std::string_view tag) {

@@ -13,7 +13,7 @@ namespace plovix {
 
 namespace {
 
-// Viewing is asked of every data object in a list, the other keys when a task's flags are set.
+// The right to view is checked for every data object in a list, the others only when a task's flags are set.
 void SetRights(HostState& state, UsersAndTags& tables, const UserRecord& user) {
   for (const int number : {kRightEditCategories, kRightSeeAllCategories, kRightGoOnWithLanguageTags}) {
     state.rights[number] = HasRight(user, number);
@@ -56,7 +56,7 @@ bool RefreshUser(HostState& state, UsersAndTags& tables, UserRecord& user) {
   return now.has_value();
 }
 
-// With both kinds of task to choose from, "personal" can be switched; a task for the automation manager is
+// If the user may create both kinds of task, "personal" can be switched; a task for the automation manager is
 // shared.
 std::map<std::string, Value> StartEditing(HostState& state, const UserRecord& user, const TaskRecord& task) {
   const bool stored = task.id != 0;

@@ -8,152 +8,103 @@
 #include <memory>
 #include <optional>
 
-#include "call_gate.h"
+#include "gated_fields.h"
 
 namespace plovix {
 
 /// A daily pattern over plain values.
-class DailyPatternObject final : public DailyPattern {
+class DailyPatternObject final : public FieldsObject<DailyPattern, DailyRecord> {
  public:
-  /// With nothing set, or a copy of `initial`; here and below.
-  explicit DailyPatternObject(const DailyRecord& initial = {}) : record(initial) {}
-  [[nodiscard]] std::int32_t EveryNDays() override;
-  void SetEveryNDays(std::int32_t days) override;
-  [[nodiscard]] bool WeekdaysOnly() override;
-  void SetWeekdaysOnly(bool only) override;
-
-  DailyRecord record;  ///< the host's own view, not gated
+  using FieldsObject::FieldsObject;
+  [[nodiscard]] std::int32_t EveryNDays() override { return Get<&DailyRecord::every_n_days>(); }
+  void SetEveryNDays(std::int32_t days) override { Put<&DailyRecord::every_n_days>(days); }
+  [[nodiscard]] bool WeekdaysOnly() override { return Get<&DailyRecord::weekdays_only>(); }
+  void SetWeekdaysOnly(bool only) override { Put<&DailyRecord::weekdays_only>(only); }
 };
 
 /// A weekly pattern over plain values.
-class WeeklyPatternObject final : public WeeklyPattern {
+class WeeklyPatternObject final : public FieldsObject<WeeklyPattern, WeeklyRecord> {
  public:
-  /// See above.
-  explicit WeeklyPatternObject(const WeeklyRecord& initial = {}) : record(initial) {}
-  [[nodiscard]] std::int32_t EveryNWeeks() override;
-  void SetEveryNWeeks(std::int32_t weeks) override;
+  using FieldsObject::FieldsObject;
+  [[nodiscard]] std::int32_t EveryNWeeks() override { return Get<&WeeklyRecord::every_n_weeks>(); }
+  void SetEveryNWeeks(std::int32_t weeks) override { Put<&WeeklyRecord::every_n_weeks>(weeks); }
   [[nodiscard]] bool Day(std::int32_t index) override;
   void SetDay(std::int32_t index, bool runs) override;
-
-  WeeklyRecord record;  ///< the host's own view, not gated
-
- private:
-  bool& At(std::int32_t index);
 };
 
-/// The gate's names of the members that the monthly and the yearly pattern share.
-struct DayMembers {
-  /// @{
-  /// The member of that name.
-  HostMember use_relative_day, set_use_relative_day;
-  HostMember day_of_month, set_day_of_month;
-  HostMember relative_week, set_relative_week;
-  HostMember relative_day_of_week, set_relative_day_of_week;
-  /// @}
-};
-/// Of MonthlyPattern.
-inline constexpr DayMembers kMonthlyMembers{
-    "MonthlyPattern.UseRelativeDay",    "MonthlyPattern.SetUseRelativeDay",
-    "MonthlyPattern.DayOfMonth",        "MonthlyPattern.SetDayOfMonth",
-    "MonthlyPattern.RelativeWeek",      "MonthlyPattern.SetRelativeWeek",
-    "MonthlyPattern.RelativeDayOfWeek", "MonthlyPattern.SetRelativeDayOfWeek"};
-/// Of YearlyPattern.
-inline constexpr DayMembers kYearlyMembers{
-    "YearlyPattern.UseRelativeDay",    "YearlyPattern.SetUseRelativeDay",   "YearlyPattern.DayOfMonth",
-    "YearlyPattern.SetDayOfMonth",     "YearlyPattern.RelativeWeek",        "YearlyPattern.SetRelativeWeek",
-    "YearlyPattern.RelativeDayOfWeek", "YearlyPattern.SetRelativeDayOfWeek"};
-
-/// What the two objects have in common, over a Record with a DayChoice `day`.
-template <class Interface, class Record, const DayMembers& kMembers>
-class DayInMonthObject : public Interface {
+/// What the monthly and the yearly pattern have in common, over a Record with a DayChoice `day`.
+template <class Interface, class Record>
+class DayInMonthObject : public FieldsObject<Interface, Record> {
  public:
-  /// See above.
-  explicit DayInMonthObject(const Record& initial) : record(initial) {}
-  [[nodiscard]] bool UseRelativeDay() final {
-    return Get(kMembers.use_relative_day, record.day.use_relative_day);
-  }
-  void SetUseRelativeDay(bool relative) final {
-    Set(kMembers.set_use_relative_day, record.day.use_relative_day, relative);
-  }
-  [[nodiscard]] std::int32_t DayOfMonth() final {
-    return Get(kMembers.day_of_month, record.day.day_of_month);
-  }
-  void SetDayOfMonth(std::int32_t day) final { Set(kMembers.set_day_of_month, record.day.day_of_month, day); }
-  [[nodiscard]] std::int32_t RelativeWeek() final {
-    return Get(kMembers.relative_week, record.day.relative_week);
-  }
-  void SetRelativeWeek(std::int32_t week) final {
-    Set(kMembers.set_relative_week, record.day.relative_week, week);
-  }
-  [[nodiscard]] std::int32_t RelativeDayOfWeek() final {
-    return Get(kMembers.relative_day_of_week, record.day.relative_day_of_week);
-  }
-  void SetRelativeDayOfWeek(std::int32_t day) final {
-    Set(kMembers.set_relative_day_of_week, record.day.relative_day_of_week, day);
-  }
+  using FieldsObject<Interface, Record>::FieldsObject;
+  [[nodiscard]] bool UseRelativeDay() final { return Get<&DayChoice::use_relative_day>(); }
+  void SetUseRelativeDay(bool relative) final { Put<&DayChoice::use_relative_day>(relative); }
+  [[nodiscard]] std::int32_t DayOfMonth() final { return Get<&DayChoice::day_of_month>(); }
+  void SetDayOfMonth(std::int32_t day) final { Put<&DayChoice::day_of_month>(day); }
+  [[nodiscard]] std::int32_t RelativeWeek() final { return Get<&DayChoice::relative_week>(); }
+  void SetRelativeWeek(std::int32_t week) final { Put<&DayChoice::relative_week>(week); }
+  [[nodiscard]] std::int32_t RelativeDayOfWeek() final { return Get<&DayChoice::relative_day_of_week>(); }
+  void SetRelativeDayOfWeek(std::int32_t day) final { Put<&DayChoice::relative_day_of_week>(day); }
 
-  Record record;  ///< the host's own view, not gated
-
- private:
-  template <class T>
-  static T Get(HostMember member, const T& field) {
-    Called(member);
-    return field;
+ protected:
+  /// @{
+  /// Those of the base, which depends on the parameters.
+  template <auto kField>
+  [[nodiscard]] auto Get() {
+    return FieldsObject<Interface, Record>::template Get<kField>();
   }
-  template <class T>
-  static void Set(HostMember member, T& field, T value) {
-    Called(member);
-    field = value;
+  template <auto kField, class Value>
+  void Put(const Value& value) {
+    FieldsObject<Interface, Record>::template Put<kField>(value);
   }
+  /// @}
 };
 
 /// A monthly pattern over plain values.
-class MonthlyPatternObject final : public DayInMonthObject<MonthlyPattern, MonthlyRecord, kMonthlyMembers> {
+class MonthlyPatternObject final : public DayInMonthObject<MonthlyPattern, MonthlyRecord> {
  public:
-  /// See above.
-  explicit MonthlyPatternObject(const MonthlyRecord& initial = {}) : DayInMonthObject(initial) {}
-  [[nodiscard]] std::int32_t EveryNMonths() override;
-  void SetEveryNMonths(std::int32_t months) override;
+  using DayInMonthObject::DayInMonthObject;
+  [[nodiscard]] std::int32_t EveryNMonths() override { return Get<&MonthlyRecord::every_n_months>(); }
+  void SetEveryNMonths(std::int32_t months) override { Put<&MonthlyRecord::every_n_months>(months); }
 };
 
 /// A yearly pattern over plain values.
-class YearlyPatternObject final : public DayInMonthObject<YearlyPattern, YearlyRecord, kYearlyMembers> {
+class YearlyPatternObject final : public DayInMonthObject<YearlyPattern, YearlyRecord> {
  public:
-  /// See above.
-  explicit YearlyPatternObject(const YearlyRecord& initial = {}) : DayInMonthObject(initial) {}
-  [[nodiscard]] std::int32_t Month() override;
-  void SetMonth(std::int32_t month) override;
+  using DayInMonthObject::DayInMonthObject;
+  [[nodiscard]] std::int32_t Month() override { return Get<&YearlyRecord::month>(); }
+  void SetMonth(std::int32_t month) override { Put<&YearlyRecord::month>(month); }
 };
 
-/// A schedule over plain values, its pattern an object of its own.
-class RecurrenceObject final : public Recurrence {
+/// A schedule over plain values, with its pattern as a separate object.
+class RecurrenceObject final : public FieldsObject<Recurrence, RecurrenceRecord> {
  public:
-  /// See above.
+  /// With nothing set, or these values.
   explicit RecurrenceObject(const RecurrenceRecord& initial = {}) { Assign(initial); }
-  /// Takes over the values; a pattern object of the same kind is kept and filled, so that whoever holds it
-  /// sees the change.
-  void Assign(const RecurrenceRecord& record);
-  /// The schedule as values; the pattern is taken from the object that it holds now.
+  /// Copies the values; a pattern object of the same kind is kept and updated, so that its holders see the
+  /// change.
+  void Assign(const RecurrenceRecord& recurrence);
+  /// The schedule as values, including those of the current pattern object.
   [[nodiscard]] RecurrenceRecord Record() const;
 
-  [[nodiscard]] std::int32_t RecurrenceType() override;
-  void SetRecurrenceType(std::int32_t type) override;
-  [[nodiscard]] std::shared_ptr<PatternBase> Pattern() override;
-  /// Fails with 13 on a pattern that this host did not make.
-  void SetPattern(std::shared_ptr<PatternBase> pattern) override;
-  [[nodiscard]] std::int32_t TimeKind() override;
-  void SetTimeKind(std::int32_t kind) override;
-  [[nodiscard]] std::int32_t Interval() override;
-  void SetInterval(std::int32_t interval) override;
-  [[nodiscard]] DateTime ExecutionTime() override;
-  void SetExecutionTime(DateTime time) override;
+  [[nodiscard]] std::int32_t RecurrenceType() override { return Get<&RecurrenceRecord::recurrence_type>(); }
+  void SetRecurrenceType(std::int32_t type) override { Put<&RecurrenceRecord::recurrence_type>(type); }
+  [[nodiscard]] Ref<PatternBase> Pattern() override { return Gated("Recurrence.Pattern", pattern_); }
+  /// Fails with 13 on a pattern that this host did not create.
+  void SetPattern(Ref<PatternBase> pattern) override;
+  [[nodiscard]] std::int32_t TimeKind() override { return Get<&RecurrenceRecord::time_kind>(); }
+  void SetTimeKind(std::int32_t kind) override { Put<&RecurrenceRecord::time_kind>(kind); }
+  [[nodiscard]] std::int32_t Interval() override { return Get<&RecurrenceRecord::interval>(); }
+  void SetInterval(std::int32_t interval) override { Put<&RecurrenceRecord::interval>(interval); }
+  [[nodiscard]] DateTime ExecutionTime() override { return Get<&RecurrenceRecord::execution_time>(); }
+  void SetExecutionTime(DateTime time) override { Put<&RecurrenceRecord::execution_time>(time); }
 
  private:
-  RecurrenceRecord fields_;  // without its pattern
-  std::shared_ptr<PatternBase> pattern_;
+  Ref<PatternBase> pattern_;  // which `record` is without
 };
 
-/// The values of a pattern object, of none for nullptr; nothing for a pattern that this host did not make.
+/// The values of a pattern object, or of no pattern for nullptr; nothing for a pattern that this host did not
+/// create.
 [[nodiscard]] std::optional<PatternRecord> PatternValues(PatternBase* pattern);
 
 }  // namespace plovix

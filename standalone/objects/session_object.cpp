@@ -2,7 +2,6 @@
 
 #include <plovix/base/failure.h>
 
-#include "call_gate.h"
 #include "data_objects.h"
 #include "host_state.h"
 
@@ -12,54 +11,46 @@ namespace {
 class UserObject final : public SessionUser {
  public:
   explicit UserObject(std::string id) : id_(std::move(id)) {}
-  [[nodiscard]] std::string UserId() override {
-    Called("User.UserId");
-    return id_;
-  }
+  [[nodiscard]] std::string UserId() override { return Gated("User.UserId", id_); }
 
  private:
   std::string id_;
 };
 
-// The host knows one kind of cursor only, so the arguments behind the query select nothing.
-class ConnectionObject final : public DatabaseConnection {
+// The host has only one kind of cursor, so the arguments after the query have no effect.
+class ConnectionObject final : public StateObject<DatabaseConnection> {
  public:
-  explicit ConnectionObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<Recordset> OpenRecordset(const std::string& query, std::int32_t /*type*/,
-                                                         std::int32_t /*options*/,
-                                                         std::optional<std::int32_t> /*lock*/,
-                                                         std::int32_t /*flags*/) override {
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<Recordset> OpenRecordset(const std::string& query, std::int32_t /*type*/,
+                                             std::int32_t /*options*/, std::optional<std::int32_t> /*lock*/,
+                                             std::int32_t /*flags*/) override {
     Called("Connection.OpenRecordset");
     return std::make_shared<RecordsetObject>(state_.open_rows ? state_.open_rows(query) : nullptr);
   }
-
- private:
-  HostState& state_;
 };
 
 }  // namespace
 
-std::shared_ptr<SessionUser> SessionObject::CurrentUser() {
+Ref<SessionUser> SessionObject::CurrentUser() {
   Called("Session.CurrentUser");
   return std::make_shared<UserObject>(state_.user_id);
 }
 
 std::string SessionObject::AccountId() {
-  Called("Session.AccountId");
-  return state_.session_id;
+  return Gated("Session.AccountId", state_.session_id);
 }
 
-bool SessionObject::HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) {
+bool SessionObject::HasPermission(std::string_view key, const Ref<DataObject>& object) {
   Called("Session.HasPermission");
-  const auto* own = dynamic_cast<const HostDataObject*>(object.get());
+  const auto* own = dynamic_cast<const HostDataObject*>(object.Get());
   return !state_.has_permission || state_.has_permission(key, own != nullptr ? &own->Record() : nullptr);
 }
 
-std::shared_ptr<Permissions> SessionObject::EditPermissions(
-    const std::shared_ptr<PermissionEditor>& /*editor*/, const std::shared_ptr<Permissions>& permissions,
-    const std::shared_ptr<SessionUser>& /*user*/, const std::string& title) {
+Ref<Permissions> SessionObject::EditPermissions(const Ref<PermissionEditor>& /*editor*/,
+                                                const Ref<Permissions>& permissions,
+                                                const Ref<SessionUser>& /*user*/, const std::string& title) {
   Called("Session.EditPermissions");
-  const auto* own = dynamic_cast<const PermissionsObject*>(permissions.get());
+  const auto* own = dynamic_cast<const PermissionsObject*>(permissions.Get());
   auto edited =
       state_.dialogs->EditPermissions(own != nullptr ? std::optional(own->set) : std::nullopt, title);
   return edited && !state_.permissions_locked ? std::make_shared<PermissionsObject>(std::move(*edited))
@@ -89,18 +80,8 @@ RecordsetObject::RecordsetObject(std::unique_ptr<RowCursor> rows) {
   empty_ = pass_->at_end;
 }
 
-bool RecordsetObject::Bof() {
-  Called("Recordset.BOF");
-  return empty_;
-}
-
-bool RecordsetObject::Eof() {
-  Called("Recordset.EOF");
-  return pass_->at_end;
-}
-
-// Asked once for each row, mostly for the same column.
-std::shared_ptr<Field> RecordsetObject::Fields(const std::string& name) {
+// Called once for each row, mostly for the same column.
+Ref<Field> RecordsetObject::Fields(const std::string& name) {
   Called("Recordset.Fields");
   if (column_ && column_->Name() == name) return column_;
   for (std::size_t i = 0; pass_->rows && i < pass_->rows->Columns(); ++i) {
@@ -115,17 +96,12 @@ void RecordsetObject::MoveNext() {
   Advance();
 }
 
-// At the end until the next row is there: a row that cannot be read ends the pass.
+// At the end until the next row has been read, so a row that cannot be read ends the pass.
 void RecordsetObject::Advance() {
   pass_->at_end = true;
   pass_->at_end = !pass_->rows || !pass_->rows->Next();
 }
 
 DatabaseObject::DatabaseObject(HostState& state) : connection_(std::make_shared<ConnectionObject>(state)) {}
-
-std::shared_ptr<DatabaseConnection> DatabaseObject::Connection() {
-  Called("Database.Connection");
-  return connection_;
-}
 
 }  // namespace plovix

@@ -11,43 +11,42 @@
 #include <string>
 #include <utility>
 
+#include "call_gate.h"
+#include "state_object.h"
+
 namespace plovix {
 
 struct HostState;
 
-/// A permission set that does not change; editing makes another one.
+/// An immutable permission set; editing creates another one.
 class PermissionsObject final : public Permissions {
  public:
-  /// Takes the set over.
+  /// Takes over the set.
   explicit PermissionsObject(PermissionSet initial) : set(std::move(initial)) {}
   const PermissionSet set;  ///< the host's own view, not gated
 };
 
 /// The session as HostState describes it.
-class SessionObject final : public Session {
+class SessionObject final : public StateObject<Session> {
  public:
-  /// `state` outlives the object.
-  explicit SessionObject(HostState& state) : state_(state) {}
-  [[nodiscard]] std::shared_ptr<SessionUser> CurrentUser() override;
+  using StateObject::StateObject;
+  [[nodiscard]] Ref<SessionUser> CurrentUser() override;
   [[nodiscard]] std::string AccountId() override;
-  [[nodiscard]] bool HasPermission(std::string_view key, const std::shared_ptr<DataObject>& object) override;
-  [[nodiscard]] std::shared_ptr<Permissions> EditPermissions(const std::shared_ptr<PermissionEditor>& editor,
-                                                             const std::shared_ptr<Permissions>& permissions,
-                                                             const std::shared_ptr<SessionUser>& user,
-                                                             const std::string& title) override;
-
- private:
-  HostState& state_;
+  [[nodiscard]] bool HasPermission(std::string_view key, const Ref<DataObject>& object) override;
+  [[nodiscard]] Ref<Permissions> EditPermissions(const Ref<PermissionEditor>& editor,
+                                                 const Ref<Permissions>& permissions,
+                                                 const Ref<SessionUser>& user,
+                                                 const std::string& title) override;
 };
 
 /// A pass over a RowCursor.
 class RecordsetObject final : public Recordset {
  public:
-  /// Goes to the first row; nothing stands for no rows.
+  /// Goes to the first row; nullptr means no rows.
   explicit RecordsetObject(std::unique_ptr<RowCursor> rows);
-  [[nodiscard]] bool Bof() override;
-  [[nodiscard]] bool Eof() override;
-  [[nodiscard]] std::shared_ptr<Field> Fields(const std::string& name) override;
+  [[nodiscard]] bool Bof() override { return Gated("Recordset.BOF", empty_); }
+  [[nodiscard]] bool Eof() override { return Gated("Recordset.EOF", pass_->at_end); }
+  [[nodiscard]] Ref<Field> Fields(const std::string& name) override;
   void MoveNext() override;
 
  private:
@@ -61,18 +60,20 @@ class RecordsetObject final : public Recordset {
 
   std::shared_ptr<Pass> pass_ = std::make_shared<Pass>();
   bool empty_ = false;
-  std::shared_ptr<Column> column_;  // asked for last
+  std::shared_ptr<Column> column_;  // requested last
 };
 
-/// Opens what HostState::open_rows gives.
+/// Opens the cursors of HostState::open_rows.
 class DatabaseObject final : public Database {
  public:
   /// `state` outlives the object.
   explicit DatabaseObject(HostState& state);
-  [[nodiscard]] std::shared_ptr<DatabaseConnection> Connection() override;
+  [[nodiscard]] Ref<DatabaseConnection> Connection() override {
+    return Gated("Database.Connection", connection_);
+  }
 
  private:
-  std::shared_ptr<DatabaseConnection> connection_;
+  Ref<DatabaseConnection> connection_;
 };
 
 }  // namespace plovix

@@ -1,339 +1,165 @@
 #include "task_object.h"
 
-#include "call_gate.h"
+#include "category_object.h"
+#include "gated_fields.h"
 #include "host_state.h"
-#include "list_position.h"
+#include "recurrence_object.h"
+#include "session_object.h"
 
 namespace plovix {
 namespace {
 
-// The object as the host made it; nothing for nothing. Fails with 13 on any other object.
-template <class Own, class Object>
-std::shared_ptr<Own> OwnOrNothing(const std::shared_ptr<Object>& object) {
-  auto own = std::dynamic_pointer_cast<Own>(object);
-  if (object && !own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  return own;
-}
-
 class EntryObject final : public StoreEntry {
  public:
   explicit EntryObject(plovix::Value value) : value_(std::move(value)) {}
-  [[nodiscard]] plovix::Value Value() const override {
-    Called("StoreEntry.Value");
-    return value_;
-  }
+  [[nodiscard]] plovix::Value Value() const override { return Gated("StoreEntry.Value", value_); }
 
  private:
   plovix::Value value_;
 };
 
+class ActionObject final : public FieldsObject<Action, ActionRecord> {
+ public:
+  using FieldsObject::FieldsObject;
+  [[nodiscard]] std::int32_t RecordModes() override { return Get<&ActionRecord::record_modes>(); }
+  [[nodiscard]] std::int32_t Capabilities() override { return Get<&ActionRecord::capabilities>(); }
+};
+
+class PlainTask final : public FieldsObject<TaskObject, TaskRecord> {
+ public:
+  PlainTask(HostState& state, const TaskRecord& task) : state_(state) { PlainTask::Assign(task); }
+  [[nodiscard]] TaskRecord Record() const override {
+    TaskRecord task = record;
+    task.actions = actions_->records;
+    if (categories_) task.categories = categories_->Records();
+    if (permissions_) task.permissions = permissions_->set;
+    if (recurrence_) task.recurrence = recurrence_->Record();
+    return task;
+  }
+  void Assign(const TaskRecord& task) override {
+    record = task;
+    record.actions.clear();
+    record.categories.clear();
+    record.recurrence.reset();
+    record.permissions.reset();
+    actions_ = std::make_shared<ActionListObject>(task.actions);
+    categories_ = std::make_shared<CategoryListObject>(state_, task.categories);
+    permissions_ = task.permissions ? std::make_shared<PermissionsObject>(*task.permissions) : nullptr;
+    if (!task.recurrence) {
+      recurrence_ = nullptr;
+    } else if (recurrence_) {
+      recurrence_->Assign(*task.recurrence);
+    } else {
+      recurrence_ = std::make_shared<RecurrenceObject>(*task.recurrence);
+    }
+  }
+
+  [[nodiscard]] bool IsExisting() override { return Gated("AutoTask.IsExisting", record.id != 0); }
+  [[nodiscard]] std::int16_t RecordMode() override { return Get<&TaskRecord::record_mode>(); }
+  void SetRecordMode(std::int16_t mode) override { Put<&TaskRecord::record_mode>(mode); }
+  [[nodiscard]] bool UsesLanguageTags() override { return Get<&TaskRecord::uses_language_tags>(); }
+  [[nodiscard]] std::string Name() override { return Get<&TaskRecord::name>(); }
+  void SetName(const std::string& text) override { Put<&TaskRecord::name>(text); }
+  [[nodiscard]] std::string ShortDescription() override { return Get<&TaskRecord::short_description>(); }
+  void SetShortDescription(const std::string& text) override { Put<&TaskRecord::short_description>(text); }
+  [[nodiscard]] std::string Description() override { return Get<&TaskRecord::description>(); }
+  void SetDescription(const std::string& text) override { Put<&TaskRecord::description>(text); }
+  [[nodiscard]] std::string NameTag() override { return Get<&TaskRecord::name_tag>(); }
+  void SetNameTag(const std::string& tag) override { Put<&TaskRecord::name_tag>(tag); }
+  [[nodiscard]] std::string ShortDescriptionTag() override {
+    return Get<&TaskRecord::short_description_tag>();
+  }
+  void SetShortDescriptionTag(const std::string& tag) override {
+    Put<&TaskRecord::short_description_tag>(tag);
+  }
+  [[nodiscard]] std::string DescriptionTag() override { return Get<&TaskRecord::description_tag>(); }
+  void SetDescriptionTag(const std::string& tag) override { Put<&TaskRecord::description_tag>(tag); }
+  [[nodiscard]] std::string LocalizedName() override {
+    Called("AutoTask.LocalizedName");
+    return state_.TagText(record.name_tag);
+  }
+  [[nodiscard]] std::string LocalizedShortDescription() override {
+    Called("AutoTask.LocalizedShortDescription");
+    return state_.TagText(record.short_description_tag);
+  }
+  [[nodiscard]] std::string LocalizedDescription() override {
+    Called("AutoTask.LocalizedDescription");
+    return state_.TagText(record.description_tag);
+  }
+  [[nodiscard]] std::string DataObjectName() override { return Get<&TaskRecord::data_object_name>(); }
+  void SetDataObjectName(const std::string& name) override { Put<&TaskRecord::data_object_name>(name); }
+  [[nodiscard]] std::string DataObjectCaption() override { return Get<&TaskRecord::data_object_caption>(); }
+  void SetDataObjectCaption(const std::string& text) override { Put<&TaskRecord::data_object_caption>(text); }
+  [[nodiscard]] bool AllowAutomationManager() override {
+    return Get<&TaskRecord::allow_automation_manager>();
+  }
+  void SetAllowAutomationManager(bool allow) override { Put<&TaskRecord::allow_automation_manager>(allow); }
+  [[nodiscard]] bool SkipRowSelection() override { return Get<&TaskRecord::skip_row_selection>(); }
+  void SetSkipRowSelection(bool skip) override { Put<&TaskRecord::skip_row_selection>(skip); }
+  [[nodiscard]] std::string Query() override { return Get<&TaskRecord::query>(); }
+  void SetQuery(const std::string& query) override { Put<&TaskRecord::query>(query); }
+  [[nodiscard]] std::string Owner() override { return Get<&TaskRecord::owner>(); }
+  void SetOwner(const std::string& user_id) override { Put<&TaskRecord::owner>(user_id); }
+  // Here and below: setting fails with 13 on an object that this host did not make.
+  [[nodiscard]] Ref<plovix::Permissions> Permissions() override {
+    return Gated("AutoTask.Permissions", permissions_);
+  }
+  void SetPermissions(Ref<plovix::Permissions> permissions) override {
+    Called("AutoTask.SetPermissions");
+    permissions_ = OwnOrNothing<PermissionsObject>(permissions);
+  }
+  void SetMayRun(bool may) override { Put<&TaskRecord::may_run>(may); }
+  void SetMayEdit(bool may) override { Put<&TaskRecord::may_edit>(may); }
+  void SetMayDelete(bool may) override { Put<&TaskRecord::may_delete>(may); }
+  [[nodiscard]] std::int32_t ProcessingMode() override { return Get<&TaskRecord::processing_mode>(); }
+  void SetProcessingMode(std::int32_t mode) override { Put<&TaskRecord::processing_mode>(mode); }
+  [[nodiscard]] bool ProcessAllRecords() override { return Get<&TaskRecord::process_all_records>(); }
+  void SetProcessAllRecords(bool all) override { Put<&TaskRecord::process_all_records>(all); }
+  [[nodiscard]] bool ProcessFailedRecords() override { return Get<&TaskRecord::process_failed_records>(); }
+  void SetProcessFailedRecords(bool failed) override { Put<&TaskRecord::process_failed_records>(failed); }
+  [[nodiscard]] DateTime BaseDate() override { return Get<&TaskRecord::base_date>(); }
+  void SetBaseDate(DateTime date) override { Put<&TaskRecord::base_date>(date); }
+  [[nodiscard]] Ref<plovix::Recurrence> Recurrence() override {
+    return Gated("AutoTask.Recurrence", recurrence_);
+  }
+  void SetRecurrence(Ref<plovix::Recurrence> recurrence) override {
+    Called("AutoTask.SetRecurrence");
+    recurrence_ = OwnOrNothing<RecurrenceObject>(recurrence);
+  }
+  [[nodiscard]] Ref<ActionList> Actions() override { return Gated("AutoTask.Actions", actions_); }
+  void SetActions(Ref<ActionList> actions) override {
+    Called("AutoTask.SetActions");
+    actions_ = OwnObject<ActionListObject>(actions);
+  }
+  [[nodiscard]] Ref<CategoryList> Categories() override { return Gated("AutoTask.Categories", categories_); }
+  void SetCategories(Ref<CategoryList> categories) override {
+    Called("AutoTask.SetCategories");
+    categories_ = OwnOrNothing<CategoryListObject>(categories);
+  }
+
+ private:
+  HostState& state_;
+  // What `record` is without.
+  Ref<ActionListObject> actions_;
+  Ref<CategoryListObject> categories_;
+  Ref<RecurrenceObject> recurrence_;
+  Ref<PermissionsObject> permissions_;
+};
+
 }  // namespace
 
-std::int32_t ActionObject::RecordModes() {
-  Called("Action.RecordModes");
-  return record_.record_modes;
-}
-
-std::int32_t ActionObject::Capabilities() {
-  Called("Action.Capabilities");
-  return record_.capabilities;
-}
-
-std::int32_t ActionListObject::Count() {
-  Called("ActionList.Count");
-  return static_cast<std::int32_t>(records.size());
-}
-
-std::shared_ptr<Action> ActionListObject::Item(std::int32_t index) {
+Ref<Action> ActionListObject::Item(std::int32_t index) {
   Called("ActionList.Item");
-  return std::make_shared<ActionObject>(records[ListPosition(index, records.size())]);
+  return std::make_shared<ActionObject>(ItemAt(records, index));
 }
 
 void ActionListObject::Remove(std::int32_t index) {
   Called("ActionList.Remove");
-  records.erase(records.begin() + static_cast<std::ptrdiff_t>(ListPosition(index, records.size())));
+  records.erase(records.begin() + (&ItemAt(records, index) - records.data()));
 }
 
-TaskObject::TaskObject(HostState& state, const TaskRecord& record) : state_(state) {
-  Assign(record);
-}
-
-TaskRecord TaskObject::Record() const {
-  TaskRecord record = fields_;
-  record.actions = actions_->records;
-  if (categories_) record.categories = categories_->Records();
-  if (permissions_) record.permissions = permissions_->set;
-  if (recurrence_) record.recurrence = recurrence_->Record();
-  return record;
-}
-
-void TaskObject::Assign(const TaskRecord& record) {
-  fields_ = record;
-  fields_.actions.clear();
-  fields_.categories.clear();
-  fields_.recurrence.reset();
-  fields_.permissions.reset();
-  actions_ = std::make_shared<ActionListObject>(record.actions);
-  categories_ = std::make_shared<CategoryListObject>(state_, record.categories);
-  permissions_ = record.permissions ? std::make_shared<PermissionsObject>(*record.permissions) : nullptr;
-  if (!record.recurrence) {
-    recurrence_ = nullptr;
-  } else if (recurrence_) {
-    recurrence_->Assign(*record.recurrence);
-  } else {
-    recurrence_ = std::make_shared<RecurrenceObject>(*record.recurrence);
-  }
-}
-
-bool TaskObject::IsExisting() {
-  Called("AutoTask.IsExisting");
-  return fields_.id != 0;
-}
-
-std::int16_t TaskObject::RecordMode() {
-  Called("AutoTask.RecordMode");
-  return fields_.record_mode;
-}
-
-void TaskObject::SetRecordMode(std::int16_t mode) {
-  Called("AutoTask.SetRecordMode");
-  fields_.record_mode = mode;
-}
-
-bool TaskObject::UsesLanguageTags() {
-  Called("AutoTask.UsesLanguageTags");
-  return fields_.uses_language_tags;
-}
-
-std::string TaskObject::Name() {
-  Called("AutoTask.Name");
-  return fields_.name;
-}
-
-void TaskObject::SetName(const std::string& text) {
-  Called("AutoTask.SetName");
-  fields_.name = text;
-}
-
-std::string TaskObject::ShortDescription() {
-  Called("AutoTask.ShortDescription");
-  return fields_.short_description;
-}
-
-void TaskObject::SetShortDescription(const std::string& text) {
-  Called("AutoTask.SetShortDescription");
-  fields_.short_description = text;
-}
-
-std::string TaskObject::Description() {
-  Called("AutoTask.Description");
-  return fields_.description;
-}
-
-void TaskObject::SetDescription(const std::string& text) {
-  Called("AutoTask.SetDescription");
-  fields_.description = text;
-}
-
-std::string TaskObject::NameTag() {
-  Called("AutoTask.NameTag");
-  return fields_.name_tag;
-}
-
-void TaskObject::SetNameTag(const std::string& tag) {
-  Called("AutoTask.SetNameTag");
-  fields_.name_tag = tag;
-}
-
-std::string TaskObject::ShortDescriptionTag() {
-  Called("AutoTask.ShortDescriptionTag");
-  return fields_.short_description_tag;
-}
-
-void TaskObject::SetShortDescriptionTag(const std::string& tag) {
-  Called("AutoTask.SetShortDescriptionTag");
-  fields_.short_description_tag = tag;
-}
-
-std::string TaskObject::DescriptionTag() {
-  Called("AutoTask.DescriptionTag");
-  return fields_.description_tag;
-}
-
-void TaskObject::SetDescriptionTag(const std::string& tag) {
-  Called("AutoTask.SetDescriptionTag");
-  fields_.description_tag = tag;
-}
-
-std::string TaskObject::DataObjectName() {
-  Called("AutoTask.DataObjectName");
-  return fields_.data_object_name;
-}
-
-void TaskObject::SetDataObjectName(const std::string& name) {
-  Called("AutoTask.SetDataObjectName");
-  fields_.data_object_name = name;
-}
-
-std::string TaskObject::DataObjectCaption() {
-  Called("AutoTask.DataObjectCaption");
-  return fields_.data_object_caption;
-}
-
-void TaskObject::SetDataObjectCaption(const std::string& caption) {
-  Called("AutoTask.SetDataObjectCaption");
-  fields_.data_object_caption = caption;
-}
-
-std::string TaskObject::LocalizedName() {
-  Called("AutoTask.LocalizedName");
-  return state_.TagText(fields_.name_tag);
-}
-
-std::string TaskObject::LocalizedShortDescription() {
-  Called("AutoTask.LocalizedShortDescription");
-  return state_.TagText(fields_.short_description_tag);
-}
-
-std::string TaskObject::LocalizedDescription() {
-  Called("AutoTask.LocalizedDescription");
-  return state_.TagText(fields_.description_tag);
-}
-
-bool TaskObject::AllowAutomationManager() {
-  Called("AutoTask.AllowAutomationManager");
-  return fields_.allow_automation_manager;
-}
-
-void TaskObject::SetAllowAutomationManager(bool allow) {
-  Called("AutoTask.SetAllowAutomationManager");
-  fields_.allow_automation_manager = allow;
-}
-
-bool TaskObject::SkipRowSelection() {
-  Called("AutoTask.SkipRowSelection");
-  return fields_.skip_row_selection;
-}
-
-void TaskObject::SetSkipRowSelection(bool skip) {
-  Called("AutoTask.SetSkipRowSelection");
-  fields_.skip_row_selection = skip;
-}
-
-std::string TaskObject::Query() {
-  Called("AutoTask.Query");
-  return fields_.query;
-}
-
-void TaskObject::SetQuery(const std::string& query) {
-  Called("AutoTask.SetQuery");
-  fields_.query = query;
-}
-
-std::string TaskObject::Owner() {
-  Called("AutoTask.Owner");
-  return fields_.owner;
-}
-
-void TaskObject::SetOwner(const std::string& user_id) {
-  Called("AutoTask.SetOwner");
-  fields_.owner = user_id;
-}
-
-std::shared_ptr<plovix::Permissions> TaskObject::Permissions() {
-  Called("AutoTask.Permissions");
-  return permissions_;
-}
-
-void TaskObject::SetPermissions(std::shared_ptr<plovix::Permissions> permissions) {
-  Called("AutoTask.SetPermissions");
-  permissions_ = OwnOrNothing<PermissionsObject>(permissions);
-}
-
-void TaskObject::SetMayRun(bool may) {
-  Called("AutoTask.SetMayRun");
-  fields_.may_run = may;
-}
-
-void TaskObject::SetMayEdit(bool may) {
-  Called("AutoTask.SetMayEdit");
-  fields_.may_edit = may;
-}
-
-void TaskObject::SetMayDelete(bool may) {
-  Called("AutoTask.SetMayDelete");
-  fields_.may_delete = may;
-}
-
-std::int32_t TaskObject::ProcessingMode() {
-  Called("AutoTask.ProcessingMode");
-  return fields_.processing_mode;
-}
-
-void TaskObject::SetProcessingMode(std::int32_t mode) {
-  Called("AutoTask.SetProcessingMode");
-  fields_.processing_mode = mode;
-}
-
-bool TaskObject::ProcessAllRecords() {
-  Called("AutoTask.ProcessAllRecords");
-  return fields_.process_all_records;
-}
-
-void TaskObject::SetProcessAllRecords(bool all) {
-  Called("AutoTask.SetProcessAllRecords");
-  fields_.process_all_records = all;
-}
-
-bool TaskObject::ProcessFailedRecords() {
-  Called("AutoTask.ProcessFailedRecords");
-  return fields_.process_failed_records;
-}
-
-void TaskObject::SetProcessFailedRecords(bool failed) {
-  Called("AutoTask.SetProcessFailedRecords");
-  fields_.process_failed_records = failed;
-}
-
-DateTime TaskObject::BaseDate() {
-  Called("AutoTask.BaseDate");
-  return fields_.base_date;
-}
-
-void TaskObject::SetBaseDate(DateTime date) {
-  Called("AutoTask.SetBaseDate");
-  fields_.base_date = date;
-}
-
-std::shared_ptr<plovix::Recurrence> TaskObject::Recurrence() {
-  Called("AutoTask.Recurrence");
-  return recurrence_;
-}
-
-void TaskObject::SetRecurrence(std::shared_ptr<plovix::Recurrence> recurrence) {
-  Called("AutoTask.SetRecurrence");
-  recurrence_ = OwnOrNothing<RecurrenceObject>(recurrence);
-}
-
-std::shared_ptr<ActionList> TaskObject::Actions() {
-  Called("AutoTask.Actions");
-  return actions_;
-}
-
-void TaskObject::SetActions(std::shared_ptr<ActionList> actions) {
-  Called("AutoTask.SetActions");
-  if (!actions) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  actions_ = OwnOrNothing<ActionListObject>(actions);
-}
-
-std::shared_ptr<CategoryList> TaskObject::Categories() {
-  Called("AutoTask.Categories");
-  return categories_;
-}
-
-void TaskObject::SetCategories(std::shared_ptr<CategoryList> categories) {
-  Called("AutoTask.SetCategories");
-  categories_ = OwnOrNothing<CategoryListObject>(categories);
+std::shared_ptr<TaskObject> MakeTask(HostState& state, const TaskRecord& record) {
+  return std::make_shared<PlainTask>(state, record);
 }
 
 void StoreObject::Add(const std::string& key, Value value) {
@@ -343,7 +169,7 @@ void StoreObject::Add(const std::string& key, Value value) {
   }
 }
 
-std::shared_ptr<StoreEntry> StoreObject::Item(const std::string& key) {
+Ref<StoreEntry> StoreObject::Item(const std::string& key) {
   Called("ValueStore.Item");
   const auto found = values.find(key);
   if (found == values.end()) throw Failure(failure_number::kInvalidCall, "The store holds no entry " + key);

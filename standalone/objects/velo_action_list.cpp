@@ -2,21 +2,20 @@
 
 #include <utility>
 
+#include "arguments.h"
 #include "call_gate.h"
 #include "task_object.h"
 
 namespace plovix {
 
-void VeloActionList::Load(const std::shared_ptr<ActionList>& actions) {
+void VeloActionList::Load(const Ref<ActionList>& actions) {
   Called("VeloActionList.Load");
-  const auto own = std::dynamic_pointer_cast<ActionListObject>(actions);
-  if (!own) throw Failure(failure_number::kTypeMismatch, "Type mismatch");
-  rows_ = own->records;
+  rows_ = OwnObject<ActionListObject>(actions)->records;
   loaded_ = true;
   if (changed_) changed_();
 }
 
-std::shared_ptr<ActionList> VeloActionList::Actions() {
+Ref<ActionList> VeloActionList::Actions() {
   Called("VeloActionList.Actions");
   if (!loaded_) throw Failure(failure_number::kObjectNotSet, "The actions of the task were not loaded");
   return std::make_shared<ActionListObject>(rows_);
@@ -28,9 +27,9 @@ void VeloActionList::OnContextRequest(ContextRequest handler) {
 }
 
 std::vector<const ActionKind*> VeloActionList::OfferedKinds() {
-  std::shared_ptr<ValueStore> context;
+  Ref<ValueStore> context;
   if (request_) request_(context);
-  const auto* values = dynamic_cast<StoreObject*>(context.get());
+  const auto* values = dynamic_cast<StoreObject*>(context.Get());
   if (values == nullptr) return {};
   const auto type = values->values.find("DesignerObjectType");
   const auto* bit = type == values->values.end() ? nullptr : std::get_if<std::int32_t>(&type->second);

@@ -15,15 +15,15 @@ namespace plovix {
 /// Actions as plain values, for the slot of the Actions page.
 class VeloActionList final : public ActionListControl {
  public:
-  void Load(const std::shared_ptr<ActionList>& actions) override;
-  /// Fails with 91 as long as no list was loaded: what could not be read must not be saved as empty.
-  [[nodiscard]] std::shared_ptr<ActionList> Actions() override;
+  void Load(const Ref<ActionList>& actions) override;
+  /// Fails with 91 until a list is loaded, because a list that could not be read must not be saved as empty.
+  [[nodiscard]] Ref<ActionList> Actions() override;
   void OnContextRequest(ContextRequest handler) override;
   [[nodiscard]] bool Touched() const override { return touched_; }
 
-  /// As edited so far, in the order in which they run.
+  /// The actions as edited so far, in the order in which they run.
   [[nodiscard]] const std::vector<ActionRecord>& Rows() const noexcept { return rows_; }
-  /// Asks the page for its context and gives the kinds whose record modes fit it; none without a context.
+  /// Asks the page for its context and returns the kinds whose record modes fit it; none without a context.
   [[nodiscard]] std::vector<const ActionKind*> OfferedKinds();
 
   /// @{
@@ -33,12 +33,12 @@ class VeloActionList final : public ActionListControl {
   void Remove(std::size_t position);
   /// @}
   /// @{
-  /// Moves a row one place up or down; false at the end of the list, where nothing happens.
+  /// Moves a row one place up or down; false, without a change, at the end of the list.
   bool MoveUp(std::size_t position);
   bool MoveDown(std::size_t position);
   /// @}
 
-  /// Called after the rows have changed; one observer, the widget that draws the list.
+  /// Sets the one observer, called after the rows have changed: the widget that draws the list.
   void OnChanged(std::function<void()> observer) { changed_ = std::move(observer); }
 
  private:

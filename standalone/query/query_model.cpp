@@ -37,7 +37,7 @@ std::optional<std::string_view> CheckInteger(std::string_view value) {
   return error == std::errc::result_out_of_range ? "query.problem.integerRange" : "query.problem.integer";
 }
 
-// Words such as "inf" are numbers to the library, but no literals.
+// Words such as "inf" are numbers to the library, but not SQL literals.
 std::optional<std::string_view> CheckReal(std::string_view value) {
   double number = 0;
   const bool literal = value.find_first_not_of("0123456789.eE+-") == std::string_view::npos;
@@ -58,7 +58,7 @@ bool IsDateTime(std::string value) {
 std::optional<std::string_view> CheckText(const Condition& condition) {
   if (!IsPattern(condition.comparison)) return std::nullopt;
   if (condition.value.empty()) return "query.problem.missing";
-  // The database ends a pattern there.
+  // The database ends a pattern at a zero byte.
   if (condition.value.find('\0') != std::string::npos) return "query.problem.zero";
   return std::nullopt;
 }

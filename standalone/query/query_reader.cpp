@@ -13,7 +13,7 @@ namespace {
 
 using Kind = SqlToken::Kind;
 
-// Brackets within brackets that only repeat each other are no reason to refuse a text, up to here.
+// Redundant nested brackets are no reason to refuse a text, up to this depth.
 constexpr int kDeepest = 50;
 
 constexpr auto kClauses = std::to_array<std::string_view>(
@@ -27,7 +27,7 @@ bool IsOneOf(const SqlToken& token, std::span<const std::string_view> keywords) 
   return std::ranges::any_of(keywords, [&token](std::string_view word) { return token.Is(word); });
 }
 
-// Where reading a text has come to. The first problem is kept, and nothing is left to read after it.
+// The position in the text. The first problem is kept and ends the reading.
 class Reader {
  public:
   Reader(std::string_view text, std::string_view object, std::span<const FieldRecord> fields)
@@ -63,7 +63,7 @@ class Reader {
     position_ = tokens_.size() - 1;
   }
 
-  // At something that may stand in SQL but not in a model.
+  // Fails at something that is allowed in SQL but not in a model.
   void FailHere() {
     const SqlToken& token = Next();
     if (token.kind == Kind::kUnreadable || token.kind == Kind::kEnd) return Fail("query.reason.syntax");
@@ -88,7 +88,7 @@ class Reader {
     ++position_;
     if (Next().IsSign(",") || IsOneOf(Next(), kJoins)) return Fail("query.reason.several");
     if (Next().Is("AS") || IsName(Next())) {
-      // WINDOW and OFFSET are names in some places.
+      // WINDOW and OFFSET can also be names.
       return IsOneOf(Next(), kClauses) ? FailHere() : Fail("query.reason.alias");
     }
   }
@@ -187,8 +187,8 @@ class Reader {
     return std::nullopt;
   }
 
-  // A text compared with a field of numbers, or the other way round, is not always what it looks like:
-  // whether the database converts it depends on how the column was declared.
+  // A text compared with a field of numbers, or the other way round, can mislead: whether the database
+  // converts it depends on how the column was declared.
   void ReadValue(Condition& condition, FieldType type) {
     const auto number = TakeNumber();
     const auto text = number ? std::nullopt : TakeText();
@@ -206,7 +206,7 @@ class Reader {
       ++position_;
       return number;
     }
-    // A field of such a name comes first.
+    // A field of that name takes precedence.
     const bool word = (Next().Is("TRUE") || Next().Is("FALSE")) && FindField(fields_, Next().text) == nullptr;
     if (!word) return std::nullopt;
     std::string number = Next().Is("TRUE") ? "1" : "0";
@@ -214,7 +214,7 @@ class Reader {
     return number;
   }
 
-  // In quotes, or CAST(x'...' AS TEXT).
+  // A text in quotes, or CAST(x'...' AS TEXT).
   std::optional<std::string> TakeText() {
     const std::size_t start = position_;
     if (Next().kind == Kind::kText) return tokens_[position_++].text;
@@ -247,7 +247,7 @@ class Reader {
     if (!ReadWildcards(*pattern, escape, condition)) Fail("query.reason.pattern");
   }
 
-  // A plain text with a "%" before it, behind it, or both.
+  // A plain text with "%" before it, after it, or both.
   static bool ReadWildcards(std::string_view pattern, std::optional<char> escape, Condition& condition) {
     const bool before = pattern.starts_with('%') && escape != '%';
     if (before) pattern.remove_prefix(1);

@@ -1,4 +1,4 @@
-// Reads an SQL text back into a query model, where it has the shape of one. Used by the query builder.
+// Reads an SQL text back into a query model, if it can be expressed as one. Used by the query builder.
 #pragma once
 
 #include <span>
@@ -13,20 +13,20 @@ namespace plovix {
 // More conditions than anybody edits as rows.
 inline constexpr std::size_t kMostConditions = 200;
 
-// Why rows cannot show a text that may well be a good query.
+// Why rows cannot show a text, which may well be a valid query.
 struct NotExpressible {
   std::string_view reason;  // key of a host text, a sentence
   std::string detail;       // its first parameter: the word or name concerned; may be empty
   bool operator==(const NotExpressible&) const = default;
 };
 
-// Nothing but blanks and comments: no query yet.
+// Only blanks and comments: no query yet.
 struct NothingAsked {
   bool operator==(const NothingAsked&) const = default;
 };
 
-// The model means what the text means for the database, and each of its conditions passes CheckCondition.
-// `fields` are those of the data object `object`.
+// The model means the same as the text does to the database, and each of its conditions passes
+// CheckCondition. `fields` are those of the data object `object`.
 [[nodiscard]] std::variant<NothingAsked, QueryModel, NotExpressible> ReadQuery(
     std::string_view text, std::string_view object, std::span<const FieldRecord> fields);
 

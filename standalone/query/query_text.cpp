@@ -16,7 +16,7 @@ std::string Quoted(std::string_view text, char quote) {
   return quoted + quote;
 }
 
-// SQL text ends at a zero byte, and text editors change the ends of lines.
+// SQL text ends at a zero byte, and text editors change line ends.
 bool IsSafeInText(std::string_view text) {
   constexpr std::string_view kParagraphSeparator = "\xE2\x80\xA9";
   return text.find(kParagraphSeparator) == std::string_view::npos &&
@@ -25,7 +25,7 @@ bool IsSafeInText(std::string_view text) {
          });
 }
 
-// A value that is not safe is written by its bytes.
+// A value that is not safe is written as its bytes.
 std::string TextLiteral(std::string_view text) {
   if (IsSafeInText(text)) return Quoted(text, '\'');
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -68,7 +68,7 @@ bool HasWildcard(std::string_view value) {
   return value.find_first_of("%_") != std::string_view::npos;
 }
 
-// Escaped by backslashes when the value holds wildcards, and only then.
+// Escaped with backslashes only if the value contains wildcards.
 std::string PatternOf(const Condition& condition) {
   const bool escape = HasWildcard(condition.value);
   std::string pattern;
@@ -98,7 +98,7 @@ BoundValue ValueOf(const Condition& condition, FieldType type) {
   return condition.value;
 }
 
-// A number stands as it was typed.
+// A number is written as it was typed.
 std::string LiteralOf(const Condition& condition, FieldType type) {
   const BoundValue value = ValueOf(condition, type);
   const auto* text = std::get_if<std::string>(&value);

@@ -14,9 +14,9 @@ namespace {
 
 using Kind = SqlToken::Kind;
 
-constexpr std::size_t kDeepest = 200;  // brackets; the database's own reader stops at half of that
+constexpr std::size_t kDeepest = 200;  // brackets; the database's own parser stops at half of that
 
-// Only words that cannot be an alias, so not WINDOW.
+// Only words that cannot be an alias, hence not WINDOW.
 constexpr auto kBehindFrom = std::to_array<std::string_view>(
     {"SELECT", "VALUES", "WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT"});
 
@@ -32,7 +32,7 @@ class SourceReader {
  private:
   struct Bracket {
     bool in_from = false;
-    std::optional<std::size_t> common;  // what it is the body of
+    std::optional<std::size_t> common;  // the common table whose body this is
   };
 
   void Take(const SqlToken& token) {
@@ -55,7 +55,7 @@ class SourceReader {
     found_.too_deep = brackets_.size() > kDeepest;
   }
 
-  // The database takes texts for names, too.
+  // The database accepts texts as names, too.
   static bool IsName(const SqlToken& token) {
     return token.kind == Kind::kWord || token.kind == Kind::kName || token.kind == Kind::kText;
   }
@@ -76,7 +76,7 @@ class SourceReader {
     found_.all.push_back(std::move(name));
   }
 
-  // At AS: of "name [(columns)] AS [[NOT] MATERIALIZED] (".
+  // Called at the AS of "name [(columns)] AS [[NOT] MATERIALIZED] (".
   void Announce() {
     std::size_t body = at_ + 1;
     while (tokens_[body].Is("NOT") || tokens_[body].Is("MATERIALIZED")) ++body;

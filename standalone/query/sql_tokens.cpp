@@ -48,7 +48,7 @@ bool IsDigit(char character) {
 bool IsBlank(char character) {
   return std::string_view(" \t\n\f\r").find(character) != std::string_view::npos;
 }
-// Only behind another blank.
+// A blank only after another blank.
 bool IsFurtherBlank(char character) {
   return IsBlank(character) || character == '\v';
 }
@@ -100,7 +100,7 @@ class Scanner {
     return taken;
   }
 
-  // How far the characters from `start` on are of a class.
+  // The number of characters of a class from `start` on.
   std::size_t LengthWhile(std::size_t start, bool (*is)(char)) const {
     while (start < rest_.size() && is(rest_[start])) ++start;
     return start;
@@ -108,7 +108,7 @@ class Scanner {
 
   SqlToken Unreadable() { return {SqlToken::Kind::kUnreadable, Take(rest_.size())}; }
 
-  // A comment that is not ended goes to the end of the text.
+  // An unterminated comment goes to the end of the text.
   void SkipBlanks() {
     while (true) {
       if (!rest_.empty() && IsBlank(rest_.front())) {
@@ -126,7 +126,7 @@ class Scanner {
     }
   }
 
-  // Quotes are doubled inside; a bracket cannot be.
+  // Quotes can be doubled inside; a bracket cannot.
   SqlToken InQuotes(SqlToken::Kind kind, char quote) {
     SqlToken token{kind, {}, rest_.front()};
     for (std::size_t at = 1; at < rest_.size() && rest_[at] != '\0'; ++at) {
@@ -175,7 +175,7 @@ class Scanner {
     return {SqlToken::Kind::kNumber, Take(length)};
   }
 
-  // A parameter takes in brackets that directly follow its name, whatever they hold.
+  // A parameter includes brackets that directly follow its name, whatever they contain.
   [[nodiscard]] bool IsParameterWithBrackets() const {
     if (std::string_view("$@#:").find(rest_.front()) == std::string_view::npos) return false;
     std::size_t length = LengthWhile(1, IsInWord);

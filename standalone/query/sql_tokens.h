@@ -1,5 +1,5 @@
-// The words and signs of an SQL text, as SQLite divides it. Used by the query's reader, and by connections,
-// which take one statement at a time.
+// The tokens of an SQL text, as SQLite separates them. Used by the query's reader, and by connections, which
+// accept one statement at a time.
 #pragma once
 
 #include <cstddef>
@@ -15,26 +15,26 @@ struct SqlToken {
     kName,        // a name in double quotes, brackets or backquotes
     kText,        // a value in single quotes
     kBytes,       // x'00ff': the bytes
-    kNumber,      // without sign, as it stands
-    kSign,        // an operator or one of other characters
-    kUnreadable,  // unended quotes, a zero byte, "12ab", "$a(b)"; the last token
+    kNumber,      // without sign, as written
+    kSign,        // an operator or another character
+    kUnreadable,  // unterminated quotes, a zero byte, "12ab", "$a(b)"; the last token
     kEnd
   };
   Kind kind = Kind::kEnd;
   std::string text;  // without its quotes
   char quote = 0;    // of a kName: '"', '[' or '`'
-  // Whether this is the keyword, given in capitals.
+  // Whether this is the keyword, which is given in capitals.
   [[nodiscard]] bool Is(std::string_view keyword) const;
   [[nodiscard]] bool IsSign(std::string_view sign) const { return kind == Kind::kSign && text == sign; }
 };
 
-// Whether a parameter with brackets, "$a(b)", is in the text; nothing behind it can be told.
+// Whether this is a parameter with brackets, "$a(b)"; nothing after it can be recognized.
 [[nodiscard]] bool HidesItsRest(const SqlToken& token);
 
-// Without blanks and comments; always ends with kEnd.
+// The tokens without blanks and comments; always ends with kEnd.
 [[nodiscard]] std::vector<SqlToken> SqlTokens(std::string_view sql);
 
-// Statements are divided by semicolons; blanks and comments alone are none.
+// Statements are separated by semicolons; blanks and comments alone do not count.
 [[nodiscard]] std::size_t StatementCount(std::string_view sql);
 
 // A keyword that can only be a name in quotes.

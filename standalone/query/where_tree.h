@@ -1,4 +1,4 @@
-// What stands behind WHERE, as a tree: conditions joined by AND and OR. Used by the query's reader.
+// The WHERE clause as a tree: conditions joined by AND and OR. Used by the query's reader.
 #pragma once
 
 #include <algorithm>
@@ -24,7 +24,7 @@ struct WhereNode {
   return only;
 }
 
-// A condition, or a join of conditions alone, as a group; false for anything deeper.
+// Adds a condition, or a join of only conditions, as a group; false for anything deeper.
 [[nodiscard]] inline bool AddGroup(WhereNode node, QueryModel& model) {
   Group group{node.join, {}};
   if (node.IsCondition()) node = WhereNode{Join::kAll, false, {std::move(node)}, {}};
@@ -36,8 +36,8 @@ struct WhereNode {
   return true;
 }
 
-// Puts the tree's groups into the model; false when it is deeper than groups of conditions. Brackets around
-// the whole are a group when they hold conditions alone.
+// Puts the tree's groups into the model; false if it is deeper than groups of conditions. Brackets around the
+// whole are a group if they contain only conditions.
 [[nodiscard]] inline bool Flatten(WhereNode tree, QueryModel& model) {
   const bool flat = std::ranges::all_of(tree.parts, &WhereNode::IsCondition);
   if (tree.IsCondition() || (tree.bracketed && flat)) return AddGroup(std::move(tree), model);

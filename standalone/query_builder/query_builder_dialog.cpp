@@ -4,9 +4,10 @@
 #include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/query/query_text.h>
 #include <plovix/standalone/tasks/text_limits.h>
-#include <plovix/standalone/widgets/entry_rules.h>
 #include <plovix/standalone/widgets/message_boxes.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/widgets/text_field.h>
 
 #include <QDialogButtonBox>
 #include <QFontDatabase>
@@ -29,7 +30,7 @@ constexpr int kCharactersWide = 110;
 constexpr int kLinesHigh = 50;
 constexpr int kLinesOfText = 3;
 
-// What was typed, unlike the editor's plain text, which takes unbreakable blanks for blanks.
+// The text as typed, unlike the editor's plain text, which turns no-break spaces into spaces.
 std::string TextOf(const QPlainTextEdit& editor) {
   return FromQt(editor.document()->toRawText().replace(QChar::ParagraphSeparator, u'\n'));
 }
@@ -71,20 +72,17 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
 }
 
 void QueryBuilderDialog::BuildText() {
-  QLabel* label = qt::NewLabel(Text("query.text"));
-  label->setBuddy(text_);
-  text_->setAccessibleName(Caption("query.text"));
   text_->setTabChangesFocus(true);
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   const int margins = 2 * (text_->frameWidth() + static_cast<int>(text_->document()->documentMargin()));
   text_->setFixedHeight(text_->fontMetrics().lineSpacing() * kLinesOfText + margins);
   connect(text_, &QPlainTextEdit::textChanged, this, &QueryBuilderDialog::TextTyped);
-  Rows()->addWidget(label);
+  Rows()->addWidget(NewCaption(Text("query.text"), *text_));
   Rows()->addWidget(text_);
   Rows()->addWidget(notice_);
 }
 
-// Rows made anew would otherwise come behind the buttons. The box of these is the stop: left behind its last
+// New rows would otherwise come after the buttons. The buttons' box is the stop: if it came after its last
 // button, it would lead back to the first, and the Tab key would never get out.
 void QueryBuilderDialog::ChainTabStops() {
   std::vector<QWidget*> stops = rows_->TabStops();
@@ -115,7 +113,7 @@ void QueryBuilderDialog::TextTyped() {
   settled_.start();
 }
 
-// As an edit that can be undone: what was typed comes back with Ctrl+Z.
+// As an edit that can be undone: Ctrl+Z restores what was typed.
 void QueryBuilderDialog::ShowQueryText() {
   const QSignalBlocker quiet(text_);
   QTextCursor cursor(text_->document());
@@ -176,14 +174,13 @@ std::optional<QueryProblem> QueryBuilderDialog::Problem() const {
   }
 }
 
-// The database may not take the text, or not be there to be asked.
+// The database may reject the text, or be unavailable.
 bool QueryBuilderDialog::IsKept() {
   if (target_.path.empty()) return true;
   const auto problem = Problem();
   if (!problem) return true;
   const std::string words = Texts().Host(problem->text, {problem->detail});
-  return IsSure(Texts(), FromQt(qt::TitleOf(*this)),
-                {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, this);
+  return IsSure(Texts(), {Texts().Host("query.keep", {words}), "query.keepYes", "query.keepNo"}, *this);
 }
 
 void QueryBuilderDialog::accept() {

@@ -1,7 +1,7 @@
 #include "query_condition_row.h"
 
 #include <plovix/standalone/widgets/editor_dialog.h>
-#include <plovix/standalone/widgets/eliding_combo_box.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 
@@ -13,6 +13,8 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <algorithm>
 
 namespace plovix::app {
@@ -21,58 +23,56 @@ namespace {
 constexpr int kFieldCharacters = 16;
 constexpr int kComparisonCharacters = 12;
 constexpr int kVisibleFields = 20;
-constexpr int kLongestValue = 1 << 24;  // the usual limit would cut a value that was typed as SQL
+constexpr int kLongestValue = 1 << 24;  // the default limit would cut a value typed as SQL
 constexpr double kSampleNumber = 0.5;
+
+// For names of any length: what does not fit is elided.
+class ElidingComboBox final : public QComboBox {
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const int width =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width();
+    option.currentText = option.fontMetrics.elidedText(option.currentText, Qt::ElideRight, width - 2);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+  }
+};
 
 bool IsTime(FieldType type) {
   return type == FieldType::kDate || type == FieldType::kDateTime;
 }
 
-// Moments are before and after, numbers less and greater.
+// In the order of the comparisons. Moments are before and after, numbers less and greater.
+struct ComparisonText {
+  const char* text;
+  const char* of_times = text;
+};
+constexpr ComparisonText kComparisonTexts[] = {{"query.compare.equals"},
+                                               {"query.compare.differs"},
+                                               {"query.compare.less", "query.compare.before"},
+                                               {"query.compare.atMost", "query.compare.until"},
+                                               {"query.compare.greater", "query.compare.after"},
+                                               {"query.compare.atLeast", "query.compare.from"},
+                                               {"query.compare.contains"},
+                                               {"query.compare.beginsWith"},
+                                               {"query.compare.endsWith"},
+                                               {"query.compare.isEmpty"},
+                                               {"query.compare.isNotEmpty"}};
+static_assert(std::size(kComparisonTexts) == static_cast<std::size_t>(Comparison::kIsNotEmpty) + 1);
+
 std::string_view TextKeyOf(Comparison comparison, FieldType type) {
-  switch (comparison) {
-    case Comparison::kEquals:
-      return "query.compare.equals";
-    case Comparison::kDiffers:
-      return "query.compare.differs";
-    case Comparison::kLess:
-      return IsTime(type) ? "query.compare.before" : "query.compare.less";
-    case Comparison::kAtMost:
-      return IsTime(type) ? "query.compare.until" : "query.compare.atMost";
-    case Comparison::kGreater:
-      return IsTime(type) ? "query.compare.after" : "query.compare.greater";
-    case Comparison::kAtLeast:
-      return IsTime(type) ? "query.compare.from" : "query.compare.atLeast";
-    case Comparison::kContains:
-      return "query.compare.contains";
-    case Comparison::kBeginsWith:
-      return "query.compare.beginsWith";
-    case Comparison::kEndsWith:
-      return "query.compare.endsWith";
-    case Comparison::kIsEmpty:
-      return "query.compare.isEmpty";
-    case Comparison::kIsNotEmpty:
-      return "query.compare.isNotEmpty";
-  }
-  return {};
+  const ComparisonText& texts = kComparisonTexts[static_cast<std::size_t>(comparison)];
+  return IsTime(type) ? texts.of_times : texts.text;
 }
 
 std::string_view HintKeyOf(FieldType type) {
-  switch (type) {
-    case FieldType::kInteger:
-      return "query.hint.integer";
-    case FieldType::kReal:
-      return "query.hint.real";
-    case FieldType::kDate:
-      return "query.hint.date";
-    case FieldType::kDateTime:
-      return "query.hint.dateTime";
-    case FieldType::kText:
-    case FieldType::kBoolean:
-    case FieldType::kBinary:
-      break;
-  }
-  return "query.hint.text";
+  if (type == FieldType::kInteger) return "query.hint.integer";
+  if (type == FieldType::kReal) return "query.hint.real";
+  if (type == FieldType::kDate) return "query.hint.date";
+  return type == FieldType::kDateTime ? "query.hint.dateTime" : "query.hint.text";
 }
 
 void LimitWidth(QComboBox& box, int characters) {
@@ -104,7 +104,7 @@ QueryConditionRow::QueryConditionRow(const TextTable& texts, QueryFields& fields
       yes_no_(new QComboBox),
       value_(new QLineEdit),
       editors_(new QStackedWidget),
-      remove_(new QPushButton(Text("query.remove"))),
+      remove_(NewButton(Text("query.remove"), [this] { removed(); })),
       problem_(NewProblemLabel()) {
   BuildLine();
   const FieldRecord* field = FindField(fields_.records, condition.field);
@@ -123,7 +123,6 @@ QueryConditionRow::QueryConditionRow(const TextTable& texts, QueryFields& fields
   connect(value_, &QLineEdit::editingFinished, this, [this] {
     if (!value_->text().isEmpty()) TellWhatIsWrong();
   });
-  connect(remove_, &QPushButton::clicked, this, [this] { removed(); });
 }
 
 void QueryConditionRow::BuildLine() {
@@ -140,7 +139,6 @@ void QueryConditionRow::BuildLine() {
   value_->setMaxLength(kLongestValue);
   yes_no_->addItem(Text("query.value.yes"), QStringLiteral("1"));
   yes_no_->addItem(Text("query.value.no"), QStringLiteral("0"));
-  remove_->setAutoDefault(false);
   for (QComboBox* box : {field_, comparison_}) line->addWidget(box, 2);
   for (QWidget* editor : std::initializer_list<QWidget*>{value_, yes_no_, new QWidget})
     editors_->addWidget(editor);
@@ -149,7 +147,7 @@ void QueryConditionRow::BuildLine() {
   line->addWidget(remove_);
 }
 
-// What is typed and the comparison stay as far as the field takes them.
+// The typed value and the comparison stay if the field accepts them.
 void QueryConditionRow::FillComparisons() {
   const QSignalBlocker quiet(comparison_);
   const QVariant former = comparison_->currentData();

@@ -1,5 +1,5 @@
-// One condition of the query builder: field, comparison, value, and what is wrong with them below. Used by
-// the groups of conditions.
+// One condition of the query builder: field, comparison, value, and below them what is wrong. Used by the
+// groups of conditions.
 #pragma once
 
 #include <plovix/standalone/query/query_model.h>
@@ -19,7 +19,7 @@ class QStackedWidget;
 
 namespace plovix::app {
 
-// The fields of a data object, shared by all rows: the widgets of a hundred rows hold one list of names.
+// The fields of a data object, shared by all rows: the widgets of a hundred rows share one list of names.
 struct QueryFields {
   explicit QueryFields(std::vector<FieldRecord> fields);
   const std::vector<FieldRecord> records;
@@ -28,7 +28,7 @@ struct QueryFields {
 
 class QueryConditionRow final : public QWidget {
  public:
-  // `texts` and `fields`, of which there must be one, outlive it.
+  // `texts` and `fields`, which must not be empty, outlive it.
   QueryConditionRow(const TextTable& texts, QueryFields& fields, const Condition& condition);
 
   // A condition on the first field without a value.
@@ -36,14 +36,14 @@ class QueryConditionRow final : public QWidget {
 
   [[nodiscard]] Condition Value() const;
   [[nodiscard]] bool IsInOrder() const;
-  // Shows what is wrong, from now on whenever something is.
+  // Shows what is wrong, now and after every later change.
   void TellWhatIsWrong();
   void FocusValue();
-  // Counted from 1: by this number the row is known to whoever cannot see it.
+  // Counted from 1: assistive technology announces the row by this number.
   void SetNumber(int number);
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
-  std::function<void()> changed, removed;  // set by whoever owns the row
+  std::function<void()> changed, removed;  // set by the row's owner
 
  private:
   void BuildLine();
@@ -54,7 +54,7 @@ class QueryConditionRow final : public QWidget {
   [[nodiscard]] QString Problem() const;
   [[nodiscard]] const FieldRecord& Field() const;
   [[nodiscard]] Comparison ChosenComparison() const;
-  // What the user enters the value in; the comparison where there is none.
+  // The widget for the value; the comparison if there is none.
   [[nodiscard]] QWidget* Editor() const;
   [[nodiscard]] QString Text(std::string_view key, const std::vector<std::string>& parameters = {}) const;
 
@@ -62,7 +62,7 @@ class QueryConditionRow final : public QWidget {
   QueryFields& fields_;
   QComboBox *field_, *comparison_, *yes_no_;
   QLineEdit* value_;
-  QStackedWidget* editors_;  // the value's, that of yes and no, and none, in this order
+  QStackedWidget* editors_;  // for the value, for yes and no, and none, in this order
   QPushButton* remove_;
   QLabel* problem_;
   bool tells_ = false;

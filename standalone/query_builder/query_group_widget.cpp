@@ -1,12 +1,11 @@
 #include "query_group_widget.h"
 
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QPushButton>
-#include <algorithm>
 
 namespace plovix::app {
 
@@ -24,7 +23,7 @@ Join ChosenJoin(const QComboBox& choice) {
 
 QueryGroupWidget::QueryGroupWidget(const TextTable& texts, QueryFields& fields, const Group& group,
                                    bool boxed)
-    : texts_(texts), fields_(fields), column_(new QVBoxLayout(this)) {
+    : texts_(texts), fields_(fields), column_(new QVBoxLayout(this)), rows_(*column_) {
   if (boxed) {
     qt::AnnounceAs(*this, QAccessible::Grouping);
     setFrameShape(QFrame::StyledPanel);
@@ -36,53 +35,33 @@ QueryGroupWidget::QueryGroupWidget(const TextTable& texts, QueryFields& fields, 
 }
 
 void QueryGroupWidget::BuildHeader(Join join) {
-  const auto button = [this](std::string_view key) {
-    auto* made = new QPushButton(ToQt(texts_.Host(key)));
-    made->setAutoDefault(false);
-    return made;
-  };
   join_ = NewJoinChoice(texts_, join);
-  add_ = button("query.group.add");
-  remove_ = button("query.group.remove");
-  auto* line = new QHBoxLayout;
-  line->addWidget(join_);
-  line->addStretch();
-  line->addWidget(add_);
-  line->addWidget(remove_);
-  column_->addLayout(line);
-  connect(join_, &QComboBox::currentIndexChanged, this, [this] { changed(); });
-  connect(remove_, &QPushButton::clicked, this, [this] { removed(); });
-  connect(add_, &QPushButton::clicked, this, [this] {
+  add_ = NewButton(ToQt(texts_.Host("query.group.add")), [this] {
     QueryConditionRow* row = AddRow(QueryConditionRow::NewCondition(fields_));
     changed();
     row->TabStops().front()->setFocus();
   });
+  remove_ = NewButton(ToQt(texts_.Host("query.group.remove")), [this] { removed(); });
+  column_->addLayout(NewRow({join_, nullptr, add_, remove_}));
+  connect(join_, &QComboBox::currentIndexChanged, this, [this] { changed(); });
 }
 
 QueryConditionRow* QueryGroupWidget::AddRow(const Condition& condition) {
   auto* row = new QueryConditionRow(texts_, fields_, condition);
   row->changed = [this] { changed(); };
   row->removed = [this, row] { RemoveRow(row); };
-  rows_.push_back(row);
-  column_->addWidget(row);
-  row->show();  // at once: it is to take the focus
-  return row;
+  return rows_.Add(row);
 }
 
-// The row is running its own button's signal: it goes later.
 void QueryGroupWidget::RemoveRow(QueryConditionRow* row) {
-  if (rows_.size() == 1) return removed();
-  const auto found = std::ranges::find(rows_, row);
-  const auto next = rows_.erase(found);
-  row->hide();
-  row->deleteLater();
-  (next == rows_.end() ? rows_.back() : *next)->TabStops().back()->setFocus();
+  if (Rows().size() == 1) return removed();
+  rows_.Remove(row, *this);
   changed();
 }
 
 Group QueryGroupWidget::Value() const {
   Group group{join_ != nullptr ? ChosenJoin(*join_) : Join::kAll, {}};
-  for (const QueryConditionRow* row : rows_) group.conditions.push_back(row->Value());
+  for (const QueryConditionRow* row : Rows()) group.conditions.push_back(row->Value());
   return group;
 }
 
@@ -98,10 +77,7 @@ void QueryGroupWidget::SetNumber(int number) {
 std::vector<QWidget*> QueryGroupWidget::TabStops() const {
   std::vector<QWidget*> stops;
   if (join_ != nullptr) stops = {join_, add_, remove_};
-  for (const QueryConditionRow* row : rows_) {
-    const std::vector<QWidget*> more = row->TabStops();
-    stops.insert(stops.end(), more.begin(), more.end());
-  }
+  rows_.AppendTabStops(stops);
   return stops;
 }
 

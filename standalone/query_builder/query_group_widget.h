@@ -1,4 +1,4 @@
-// A group of conditions of the query builder: in a box of its own, or a single condition without one. Used by
+// A group of conditions of the query builder: in its own box, or a single condition without a box. Used by
 // the builder's list of groups.
 #pragma once
 
@@ -6,9 +6,8 @@
 #include <functional>
 #include <vector>
 
+#include "member_list.h"
 #include "query_condition_row.h"
-
-class QVBoxLayout;
 
 namespace plovix::app {
 
@@ -18,16 +17,16 @@ namespace plovix::app {
 
 class QueryGroupWidget final : public QFrame {
  public:
-  // `texts` and `fields` outlive it; `group` holds a condition.
+  // `texts` and `fields` outlive it; `group` has at least one condition.
   QueryGroupWidget(const TextTable& texts, QueryFields& fields, const Group& group, bool boxed);
 
   [[nodiscard]] Group Value() const;
-  [[nodiscard]] const std::vector<QueryConditionRow*>& Rows() const { return rows_; }
+  [[nodiscard]] const std::vector<QueryConditionRow*>& Rows() const { return rows_.All(); }
   // Counted from 1.
   void SetNumber(int number);
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
-  // Set by whoever owns the group. `removed`: it has no condition any more, or its user does not want it.
+  // Set by the group's owner. `removed`: it has no conditions any more, or the user removed it.
   std::function<void()> changed, removed;
 
  private:
@@ -37,10 +36,10 @@ class QueryGroupWidget final : public QFrame {
 
   const TextTable& texts_;
   QueryFields& fields_;
-  QVBoxLayout* column_;
-  QComboBox* join_ = nullptr;  // with a box, as the buttons
+  QBoxLayout* column_;
+  QComboBox* join_ = nullptr;  // only with a box, like the buttons
   QPushButton *add_ = nullptr, *remove_ = nullptr;
-  std::vector<QueryConditionRow*> rows_;
+  MemberList<QueryConditionRow> rows_;
 };
 
 }  // namespace plovix::app

@@ -1,7 +1,8 @@
 #include "query_preview_panel.h"
 
-#include <plovix/standalone/widgets/editor_dialog.h>
 #include <plovix/standalone/widgets/qt_text.h>
+#include <plovix/standalone/widgets/tables.h>
+#include <plovix/surfaces/qt/plain_text.h>
 
 #include <QHeaderView>
 #include <QLabel>
@@ -16,12 +17,6 @@ namespace {
 constexpr int kWidestColumn = 30;  // characters
 constexpr int kLinesHigh = 5;
 constexpr std::chrono::milliseconds kSilence = QueryLimits{}.time + std::chrono::seconds{1};
-
-QTableWidgetItem* NewCell(const QString& text) {
-  auto* cell = new QTableWidgetItem(qt::Shortened(text, qt::kLongestShown));
-  cell->setToolTip(qt::ToolTip(text));
-  return cell;
-}
 
 }  // namespace
 
@@ -111,11 +106,7 @@ void QueryPreviewPanel::ShowRows(const QueryRows& found) {
       table_->setItem(row, column, cell);
     }
   }
-  table_->resizeColumnsToContents();
-  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
-  for (int column = 0; column < table_->columnCount(); ++column) {
-    table_->setColumnWidth(column, std::min(table_->columnWidth(column), widest));
-  }
+  for (int column = 0; column < table_->columnCount(); ++column) FitColumn(*table_, column, kWidestColumn);
 }
 
 }  // namespace plovix::app

@@ -18,15 +18,15 @@ class QueryPreviewPanel final : public QWidget {
   // `texts` outlives it.
   QueryPreviewPanel(const TextTable& texts, QueryTarget target);
 
-  // Says that what is shown is out of date.
+  // Says that the shown records are out of date.
   void ShowCounting();
   // Runs a query in the background and shows what it finds.
   void Ask(BoundQuery query);
-  // Shows no records but a host text.
+  // Shows a host text instead of records.
   void ShowInstead(std::string_view text);
   [[nodiscard]] QWidget* TabStop() const;
-  // A longer sentence takes its room from the table; else a layout would take the height that the panel
-  // would like to have for the least that it needs.
+  // A longer sentence takes its room from the table; otherwise a layout would use the panel's preferred
+  // height as its minimum.
   [[nodiscard]] bool hasHeightForWidth() const override { return false; }
 
  private:
@@ -38,7 +38,7 @@ class QueryPreviewPanel final : public QWidget {
   const TextTable& texts_;
   QLabel* count_;
   QTableWidget* table_;
-  QTimer silence_;  // runs out when the query keeps to no time limit
+  QTimer silence_;  // runs out if the query exceeds its time limit
   QueryPreview preview_;
 };
 

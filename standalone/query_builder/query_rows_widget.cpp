@@ -1,11 +1,11 @@
 #include "query_rows_widget.h"
 
 #include <plovix/standalone/query/query_reader.h>
+#include <plovix/standalone/widgets/pieces.h>
 #include <plovix/standalone/widgets/qt_text.h>
 #include <plovix/surfaces/qt/accessibility.h>
 
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -27,16 +27,16 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
       matching_(new QRadioButton(ToQt(texts.Host("query.matching")))),
       join_(NewJoinChoice(texts, Join::kAll)),
       area_(new QScrollArea),
-      add_condition_(new QPushButton(ToQt(texts.Host("query.add")))),
-      add_group_(new QPushButton(ToQt(texts.Host("query.addGroup")))) {
+      add_condition_(NewButton(ToQt(texts.Host("query.add")), [this] { GoToNewGroup(false); })),
+      add_group_(NewButton(ToQt(texts.Host("query.addGroup")), [this] { GoToNewGroup(true); })),
+      groups_(*new QVBoxLayout) {
   qt::AnnounceAs(*this, QAccessible::Grouping);
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins({});
   BuildChoice();
   auto* content = new QWidget;
   auto* outer = new QVBoxLayout(content);
-  column_ = new QVBoxLayout;
-  outer->addLayout(column_);
+  outer->addLayout(&groups_.Column());
   outer->addStretch();
   area_->setWidget(content);
   area_->setWidgetResizable(true);
@@ -44,38 +44,23 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
   rows->addWidget(area_, 1);
-  BuildButtons();
+  rows->addLayout(NewRow({add_condition_, add_group_, nullptr}));
   UpdateState();
 }
 
 void QueryRowsWidget::BuildChoice() {
-  auto* line = new QHBoxLayout;
-  line->addWidget(matching_);
-  line->addWidget(join_);
-  line->addStretch();
   auto* rows = static_cast<QVBoxLayout*>(layout());
   rows->addWidget(all_);
-  rows->addLayout(line);
+  rows->addLayout(NewRow({matching_, join_, nullptr}));
   qt::NameComboBox(*join_, ToQt(texts_.Host("query.name.join")));
   connect(all_, &QRadioButton::clicked, this, [this] { Choose(true); });
   connect(matching_, &QRadioButton::clicked, this, [this] { Choose(false); });
   connect(join_, &QComboBox::currentIndexChanged, this, [this] { Edited(); });
 }
 
-void QueryRowsWidget::BuildButtons() {
-  auto* line = new QHBoxLayout;
-  for (QPushButton* button : {add_condition_, add_group_}) {
-    button->setAutoDefault(false);
-    line->addWidget(button);
-    connect(button, &QPushButton::clicked, this, [this, button] { GoToNewGroup(button == add_group_); });
-  }
-  line->addStretch();
-  static_cast<QVBoxLayout*>(layout())->addLayout(line);
-}
-
-// The conditions stay for whoever comes back to them.
+// The conditions stay, in case the user returns to them.
 void QueryRowsWidget::Choose(bool all_records) {
-  if (!all_records && groups_.empty()) NewGroup(false);
+  if (!all_records && groups_.All().empty()) NewGroup(false);
   Edited();
 }
 
@@ -95,36 +80,16 @@ void QueryRowsWidget::GoToNewGroup(bool boxed) {
 QueryGroupWidget* QueryRowsWidget::AddGroup(const Group& group, bool boxed) {
   auto* widget = new QueryGroupWidget(texts_, fields_, group, boxed);
   widget->changed = [this] { Edited(); };
-  widget->removed = [this, widget] { RemoveGroup(widget); };
-  groups_.push_back(widget);
-  column_->addWidget(widget);
-  widget->show();  // at once: it is to take the focus
-  return widget;
-}
-
-void QueryRowsWidget::RemoveGroup(QueryGroupWidget* group) {
-  const auto next = groups_.erase(std::ranges::find(groups_, group));
-  group->hide();
-  group->deleteLater();  // it is running a signal of its own
-  if (groups_.empty()) {
-    add_condition_->setFocus();
-  } else {
-    (next == groups_.end() ? groups_.back() : *next)->TabStops().back()->setFocus();
-  }
-  Edited();
-}
-
-void QueryRowsWidget::Clear() {
-  for (QueryGroupWidget* group : groups_) {
-    group->hide();
-    group->deleteLater();
-  }
-  groups_.clear();
+  widget->removed = [this, widget] {
+    groups_.Remove(widget, *add_condition_);
+    Edited();
+  };
+  return groups_.Add(widget);
 }
 
 void QueryRowsWidget::Show(const QueryModel& model) {
   const QSignalBlocker quiet(join_);
-  if (!model.groups.empty()) Clear();
+  if (!model.groups.empty()) groups_.Clear();
   for (const Group& group : model.groups) AddGroup(group, group.conditions.size() > 1);
   join_->setCurrentIndex(model.outer == Join::kAll ? 0 : 1);
   (model.groups.empty() ? all_ : matching_)->setChecked(true);
@@ -132,7 +97,7 @@ void QueryRowsWidget::Show(const QueryModel& model) {
 }
 
 void QueryRowsWidget::ShowNothing() {
-  Clear();
+  groups_.Clear();
   for (QRadioButton* button : {all_, matching_}) {
     button->setAutoExclusive(false);
     button->setChecked(false);
@@ -156,7 +121,7 @@ void QueryRowsWidget::UpdateState() {
   for (QueryConditionRow* row : Rows()) row->SetNumber(++number);
   const bool is_full = static_cast<std::size_t>(number) >= kMostConditions;
   number = 0;
-  for (QueryGroupWidget* group : groups_) group->SetNumber(++number);
+  for (QueryGroupWidget* group : groups_.All()) group->SetNumber(++number);
   all_->setEnabled(in_use_);
   matching_->setEnabled(in_use_ && !fields_.records.empty());
   const bool has_rows = in_use_ && matching_->isChecked();
@@ -164,14 +129,14 @@ void QueryRowsWidget::UpdateState() {
   area_->setEnabled(has_rows);
   for (QPushButton* button : {add_condition_, add_group_}) button->setEnabled(has_rows && !is_full);
   setFocusProxy(matching_->isChecked() ? matching_ : all_);
-  // Nobody scrolls to the right for a button.
+  // Wide enough that nobody has to scroll to the right for a button.
   area_->setMinimumWidth(area_->widget()->minimumSizeHint().width() + 2 * area_->frameWidth() +
                          style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }
 
 std::vector<QueryConditionRow*> QueryRowsWidget::Rows() const {
   std::vector<QueryConditionRow*> rows;
-  for (const QueryGroupWidget* group : groups_)
+  for (const QueryGroupWidget* group : groups_.All())
     rows.insert(rows.end(), group->Rows().begin(), group->Rows().end());
   return rows;
 }
@@ -180,7 +145,7 @@ QueryModel QueryRowsWidget::Model() const {
   QueryModel model{object_, Join::kAll, {}};
   if (!matching_->isChecked()) return model;
   model.outer = ChosenJoin(*join_);
-  for (const QueryGroupWidget* group : groups_) model.groups.push_back(group->Value());
+  for (const QueryGroupWidget* group : groups_.All()) model.groups.push_back(group->Value());
   return model;
 }
 
@@ -199,10 +164,7 @@ void QueryRowsWidget::TellWhatIsWrong() {
 
 std::vector<QWidget*> QueryRowsWidget::TabStops() const {
   std::vector<QWidget*> stops{all_, matching_, join_};
-  for (const QueryGroupWidget* group : groups_) {
-    const std::vector<QWidget*> more = group->TabStops();
-    stops.insert(stops.end(), more.begin(), more.end());
-  }
+  groups_.AppendTabStops(stops);
   stops.insert(stops.end(), {add_condition_, add_group_});
   return stops;
 }

@@ -15,34 +15,31 @@ namespace plovix::app {
 
 class QueryRowsWidget final : public QWidget {
  public:
-  // `texts` outlives it. Without fields there are only all records. `object` is the data object's name.
+  // `texts` outlives it. Without fields, only "all records" is possible. `object` is the data object's name.
   QueryRowsWidget(const TextTable& texts, std::string object, std::vector<FieldRecord> fields);
 
   void Show(const QueryModel& model);
-  // Neither of the two is chosen.
+  // Chooses neither of the two.
   void ShowNothing();
-  // Greyed out, when the rows are not what counts.
+  // Disabled if the rows do not define the query.
   void SetInUse(bool in_use);
 
-  // All records, too, when neither is chosen.
+  // The query of the rows; also "all records" if neither is chosen.
   [[nodiscard]] QueryModel Model() const;
   [[nodiscard]] bool IsInOrder() const;
-  // Shows what is wrong in each row and goes to the first that is.
+  // Shows what is wrong in each row and goes to the first wrong one.
   void TellWhatIsWrong();
   [[nodiscard]] const std::vector<FieldRecord>& Fields() const { return fields_.records; }
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
-  std::function<void()> changed;  // by the user; set by whoever owns the widget
+  std::function<void()> changed;  // by the user; set by the widget's owner
 
  private:
   void BuildChoice();
-  void BuildButtons();
   void Choose(bool all_records);
   QueryGroupWidget* AddGroup(const Group& group, bool boxed);
-  void RemoveGroup(QueryGroupWidget* group);
   QueryGroupWidget* NewGroup(bool boxed);  // with a condition to fill in
   void GoToNewGroup(bool boxed);
-  void Clear();
   void Edited();
   void UpdateState();
   [[nodiscard]] std::vector<QueryConditionRow*> Rows() const;
@@ -53,9 +50,8 @@ class QueryRowsWidget final : public QWidget {
   QRadioButton *all_, *matching_;
   QComboBox* join_;
   QScrollArea* area_;
-  QVBoxLayout* column_ = nullptr;
   QPushButton *add_condition_, *add_group_;
-  std::vector<QueryGroupWidget*> groups_;
+  MemberList<QueryGroupWidget> groups_;
   bool in_use_ = true;
 };
 

@@ -13,10 +13,10 @@
 namespace plovix::app {
 namespace {
 
-// So long nothing is drawn: too short to be noticed, and enough for nearly every file.
+// Nothing is drawn for this time: too short to be noticed, and enough for nearly every file.
 constexpr std::chrono::milliseconds kMoment{100};
 constexpr std::chrono::milliseconds kBetweenLooks{20};
-// Reading itself ends earlier, if it ends at all.
+// Reading ends earlier, if it ends at all.
 constexpr std::chrono::milliseconds kLongest = SqliteDataSource::kLongest + std::chrono::seconds{1};
 
 }  // namespace

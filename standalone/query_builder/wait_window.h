@@ -1,4 +1,4 @@
-// The small window in front of work on data that takes longer than a moment. Used wherever a window needs an
+// The small window shown during work on data that takes longer than a moment. Used wherever a window needs an
 // answer before it can go on.
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace plovix::app {
 
-// Waits for a moment without a window, and then with one, which the user can cancel; without an answer it
-// closes by itself. All windows are drawn meanwhile. `texts` outlives it.
+// Waits for a moment without a window, and then with one that the user can cancel; it closes by itself if the
+// answer takes too long. All windows are drawn meanwhile. `texts` outlives it.
 [[nodiscard]] JobWait WaitWithWindow(const TextTable& texts);
 
 }  // namespace plovix::app

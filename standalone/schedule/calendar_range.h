@@ -1,5 +1,5 @@
-// The days that schedules and zones work on: wide enough for every stored date, narrow enough that no sum of
-// a day and a 32-bit interval overflows and every year fits std::chrono::year.
+// The range of days for schedules and zones: wide enough for every stored date, and narrow enough that adding
+// a 32-bit interval to a day never overflows and every year fits std::chrono::year.
 #pragma once
 
 #include <chrono>

@@ -56,7 +56,7 @@ std::optional<int> DayInMonth::MissingIn(year_month month) const {
 local_days DayInMonth::NthIn(year_month month) const {
   const local_days first{month / 1};
   const int into =
-      static_cast<int>((weekday{first} - kind_begin_).count());  // days into the week of the kind
+      static_cast<int>((weekday{first} - kind_begin_).count());  // days since the kind's week began
   const bool begun = into < kind_length_;
   const local_days begin = first + days{begun ? -into : 7 - into};
   const int index = week_ + (begun ? into : 0);  // counted from `begin`, in days of the kind

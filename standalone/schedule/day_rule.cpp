@@ -16,7 +16,7 @@ using std::chrono::year_month_day;
 
 using MaybeDay = std::optional<local_days>;
 
-// Of numbers from 0 and from 1 on.
+// For numbers from 0 and divisors from 1 on.
 std::int64_t RoundedUpQuotient(std::int64_t number, std::int64_t divisor) {
   return (number + divisor - 1) / divisor;
 }
@@ -30,8 +30,8 @@ bool IsWeekend(local_days day) {
   return name == std::chrono::Saturday || name == std::chrono::Sunday;
 }
 
-// Months are counted from January of the year before kFirstYear: not negative for any day that is asked for,
-// nor for the first month of a yearly rule.
+// Months are counted from January of the year before kFirstYear, so that the number is never negative for a
+// requested day or for the first month of a yearly rule.
 constexpr std::int64_t kMonthOrigin = int{kFirstYear} - 1;
 
 std::int64_t MonthNumber(std::chrono::year year, std::int64_t month) {
@@ -112,8 +112,8 @@ std::optional<int> DayRule::MovedFrom(local_days day) const {
   return months->day_in_month.MissingIn(date.year() / date.month());
 }
 
-// Three steps are enough for Monday to Friday: at most two neighbours in the sequence fall on a weekend, or
-// all of them do.
+// Three steps are enough for Monday to Friday: either at most two consecutive days of the sequence fall on a
+// weekend, or all of them do.
 MaybeDay DayRule::Daily::AtOrAfter(local_days day) const {
   local_days found = start + days{RoundedUpQuotient((day - start).count(), step) * step};
   for (int tries = 0; weekdays_only && IsWeekend(found); ++tries) {
@@ -135,7 +135,7 @@ MaybeDay DayRule::Daily::AtOrBefore(local_days day) const {
 MaybeDay DayRule::Weekly::AtOrAfter(local_days day) const {
   const std::int64_t since = (day - first_sunday).count();
   const std::int64_t week = RoundedUpQuotient(since / 7, step) * step;
-  // Days of an unselected week before the selected one leave its whole set.
+  // If `day` is in an unselected week before the selected one, the whole set remains.
   const std::int64_t passed = std::max<std::int64_t>(since - week * 7, 0);
   const unsigned left = day_set >> passed << passed;
   if (left != 0) return first_sunday + days{week * 7 + std::countr_zero(left)};
@@ -158,7 +158,7 @@ MaybeDay DayRule::Months::AtOrAfter(local_days day) const {
     if (!month) return std::nullopt;
     if (const local_days found = day_in_month.In(*month); found >= day) return found;
   }
-  return std::nullopt;  // not reached: a later month's day is later
+  return std::nullopt;  // not reached, because a later month's day is later
 }
 
 MaybeDay DayRule::Months::AtOrBefore(local_days day) const {
@@ -168,7 +168,7 @@ MaybeDay DayRule::Months::AtOrBefore(local_days day) const {
     const std::optional<year_month> month = MonthOf(first_month + candidate * step);
     if (const local_days found = day_in_month.In(*month); found <= day) return found;
   }
-  return std::nullopt;  // not reached: an earlier month's day is earlier
+  return std::nullopt;  // not reached, because an earlier month's day is earlier
 }
 
 }  // namespace plovix

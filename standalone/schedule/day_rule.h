@@ -1,4 +1,4 @@
-// Which days a pattern selects, by arithmetic. Used by Schedule.
+// Computes which days a pattern selects. Used by Schedule.
 #pragma once
 
 #include <chrono>
@@ -18,15 +18,16 @@ class DayRule {
   // with a number outside its range selects no day.
   DayRule(const PatternRecord& pattern, std::chrono::local_days start);
 
-  // The nearest selected day, `day` itself included; nothing: none up to kLastDay, or none from the start.
+  // The nearest selected day, including `day` itself; nothing if there is none up to kLastDay, or none since
+  // the start.
   [[nodiscard]] std::optional<std::chrono::local_days> AtOrAfter(std::chrono::local_days day) const;
   [[nodiscard]] std::optional<std::chrono::local_days> AtOrBefore(std::chrono::local_days day) const;
   [[nodiscard]] bool Selects(std::chrono::local_days day) const;
-  // The day number that the month of `day` lacks, when that is why `day` is selected.
+  // The day number that the month of `day` lacks, if that is why `day` is selected.
   [[nodiscard]] std::optional<int> MovedFrom(std::chrono::local_days day) const;
 
  private:
-  // Days are asked for from the start on only: no count from an origin below is negative.
+  // Only days from the start on are requested, so no count from an origin below is negative.
   struct Daily {
     [[nodiscard]] std::optional<std::chrono::local_days> AtOrAfter(std::chrono::local_days day) const;
     [[nodiscard]] std::optional<std::chrono::local_days> AtOrBefore(std::chrono::local_days day) const;

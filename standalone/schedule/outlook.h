@@ -1,5 +1,5 @@
-// What is to come of a task's schedule: computed once for the sentences and for the list of runs, so that
-// both tell the same.
+// What is to come in a task's schedule: computed once for the sentences and for the list of runs, so that
+// both agree.
 #pragma once
 
 #include <chrono>
@@ -13,18 +13,18 @@
 namespace plovix {
 
 struct Outlook {
-  std::chrono::local_days start;     // the day that Schedule counts from
-  DateTime now;                      // what the clock shows
+  std::chrono::local_days start;     // the day from which Schedule counts
+  DateTime now;                      // the time on the clock
   std::vector<Run> runs;             // the next ones
   bool ran;                          // there was a run at `now` or before
-  std::optional<Schedule::Gap> gap;  // as Schedule::LongGap tells it
+  std::optional<Schedule::Gap> gap;  // as Schedule::LongGap returns it
 };
 
 // With at most `count` runs, at least one.
 [[nodiscard]] Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start,
                                 const Zone& zone, std::chrono::sys_seconds now, std::size_t count = 1);
 
-// The instant that `clock` shows, the machine's when it is empty. `offset`: its time less UTC; without one a
+// The instant that `clock` shows; if it is empty, the machine's. `offset`: its time minus UTC; without it a
 // repeated time means its first instant.
 [[nodiscard]] std::chrono::sys_seconds InstantOf(const std::function<DateTime()>& clock,
                                                  const std::optional<std::chrono::seconds>& offset,

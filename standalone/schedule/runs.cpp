@@ -5,7 +5,7 @@
 namespace plovix {
 namespace {
 
-// A shifted run can come after later wall times. The later one of two that meet is the one that was not
+// A shifted run can come after later wall times. If two coincide, the one with the later wall time was not
 // shifted, and stays.
 void Insert(std::vector<Run>& runs, Run run) {
   const auto place = std::lower_bound(runs.begin(), runs.end(), run, [](const Run& left, const Run& right) {
@@ -27,7 +27,8 @@ std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone, std::chron
   for (; wanted; wanted = schedule.Next(*wanted)) {
     Run run{zone.At(*wanted), *wanted, schedule.MovedFrom(std::chrono::floor<std::chrono::days>(*wanted))};
     if (run.moment.at <= now) continue;
-    // No later wall time has an earlier instant: for a shifted one that of the clock after the gap.
+    // No later wall time has an earlier instant; for a shifted one this is the instant by the clock after the
+    // gap.
     const std::chrono::sys_seconds earliest{wanted->time_since_epoch() - run.moment.offset};
     Insert(runs, std::move(run));
     if (runs.size() >= count && earliest >= runs[count - 1].moment.at) break;

@@ -12,11 +12,11 @@ namespace plovix {
 
 struct Run {
   Zone::Moment moment;
-  DateTime wanted;                // by the schedule; differs from moment.wall when shifted out of a gap
+  DateTime wanted;                // by the schedule; differs from moment.wall if shifted out of a gap
   std::optional<int> moved_from;  // the day number that the month of `wanted` lacks
 };
 
-// The first `count` runs strictly after `now`, ascending, each instant once. Fewer when the schedule ends.
+// The first `count` runs strictly after `now`, ascending, each instant once. Fewer if the schedule ends.
 [[nodiscard]] std::vector<Run> NextRuns(const Schedule& schedule, const Zone& zone,
                                         std::chrono::sys_seconds now, std::size_t count);
 

@@ -25,8 +25,8 @@ Schedule::Schedule(const RecurrenceRecord& record, local_days start) {
   if (times_) days_ = DayRule{record.pattern, start};
 }
 
-// Leaps in turn to the next tick and to the next selected day, until a tick is on a selected day. With ticks
-// no longer than a day that is at most the second one.
+// Jumps alternately to the next tick and to the next selected day, until a tick is on a selected day. If the
+// interval is at most a day, this is at most the second tick.
 std::optional<DateTime> Schedule::Next(DateTime after) const {
   if (!times_ || after >= kLastSecond) return std::nullopt;
   DateTime tick = times_->AtOrAfter(after < kFirstSecond ? kFirstSecond : after + seconds{1});
@@ -58,7 +58,7 @@ bool Schedule::IsRun(DateTime at) const {
   return times_->AtOrAfter(at) == at && days_.Selects(floor<days>(at));
 }
 
-// A day has a tick of every interval that is no longer.
+// Every day has a tick if the interval is at most a day.
 std::optional<Schedule::Gap> Schedule::LongGap(DateTime now) const {
   if (!times_ || times_->Step() <= days{1}) return std::nullopt;
   now = std::clamp(now, kFirstSecond, kLastSecond);

@@ -13,18 +13,18 @@ using std::chrono::days;
 using std::chrono::floor;
 using std::chrono::local_days;
 
-// What a pattern says: its sentences, and what they take before the time.
+// The sentences for a pattern, and their parameters before the time.
 struct PatternWords {
   const keys::PatternKeys& sentences;
   std::vector<std::string> parameters;
 };
 
-// What the engine makes of a number that is not yet set.
+// The number that the engine uses; 1 if it is not yet set.
 int Counted(std::int32_t number) {
   return number == 0 ? 1 : number;
 }
 
-// The text of one of a table's keys; `number` counts from 1.
+// The text for one of a table's keys; `number` starts at 1.
 template <std::size_t kSize>
 std::string Numbered(const std::array<std::string_view, kSize>& table, int number, const TextTable& texts,
                      const std::vector<std::string>& parameters = {}) {
@@ -38,12 +38,12 @@ std::string TwoDigits(std::int64_t number) {
 PatternWords Words(const DailyRecord& record, const TextTable&) {
   const int step = Counted(record.every_n_days);
   if (step == 1) return {record.weekdays_only ? keys::kWeekday : keys::kDay, {}};
-  // Of whole weeks every day is that of the start, which is no weekend day where there are runs.
+  // With whole weeks, every day is on the start's weekday, which is not on a weekend if there are runs.
   const bool meets_weekends = record.weekdays_only && step % 7 != 0;
   return {meets_weekends ? keys::kDaysOnWeekdays : keys::kDays, {std::to_string(step)}};
 }
 
-// The chosen days, in the order of a week.
+// The chosen days, in the order of the week.
 std::vector<std::string> ChosenDays(const WeeklyRecord& record, const TextTable& texts) {
   std::vector<std::string> chosen;
   for (std::size_t i = 0; i < record.days.size(); ++i) {
@@ -71,7 +71,7 @@ PatternWords Words(const WeeklyRecord& record, const TextTable& texts) {
     return {keys::kWeeksEveryDay, {std::to_string(weeks)}};
   }
   if (weeks == 1) return {keys::kWeek, {DayList(chosen, texts)}};
-  // Only where Sunday is one of several days does it count on which day a week begins.
+  // The day on which a week begins matters only if Sunday is one of several days.
   const bool from_sunday = record.days[0] && chosen.size() > 1;
   return {from_sunday ? keys::kWeeksFromSunday : keys::kWeeks,
           {std::to_string(weeks), DayList(chosen, texts)}};
@@ -83,7 +83,7 @@ std::string RelativeDay(const DayChoice& choice, const TextTable& texts) {
   return Numbered(keys::kRelativeDays.at(week), Counted(choice.relative_day_of_week), texts);
 }
 
-// A day's number; the first of a month has a word of its own in some languages.
+// A day's number; some languages have a special word for the first of a month.
 std::string DayNumber(int day, const TextTable& texts) {
   return day == 1 ? texts.Host("schedule.dayOne") : std::to_string(day);
 }
@@ -114,7 +114,7 @@ PatternWords Words(const YearlyRecord& record, const TextTable& texts) {
   const int day = Counted(record.day.day_of_month);
   const std::string of_month = Numbered(keys::kOfMonth, month, texts);
   if (record.day.use_relative_day) return {keys::kYearRelative, {RelativeDay(record.day, texts), of_month}};
-  if (day > LongestLength(month)) {  // a day that no year has runs on the last one in every year
+  if (day > LongestLength(month)) {  // a day that exists in no year runs on the last one in every year
     const DayChoice last_day{.use_relative_day = true, .relative_week = 4, .relative_day_of_week = 8};
     return {keys::kYearRelative, {RelativeDay(last_day, texts), of_month}};
   }
@@ -122,7 +122,7 @@ PatternWords Words(const YearlyRecord& record, const TextTable& texts) {
   return {keys::kDate, {Numbered(keys::kDates, month, texts, {DayNumber(day, texts)})}};
 }
 
-// The words of a pattern that runs.
+// The words for a pattern that runs.
 PatternWords Words(const PatternRecord& pattern, const TextTable& texts) {
   if (const auto* daily = std::get_if<DailyRecord>(&pattern)) return Words(*daily, texts);
   if (const auto* weekly = std::get_if<WeeklyRecord>(&pattern)) return Words(*weekly, texts);
@@ -141,15 +141,15 @@ std::string Date(local_days day, const TextTable& texts) {
 
 constexpr DateTime kMidnight{};
 
-// Whether the interval does not divide a day: it goes on from day to day, and ticks at other times on each,
-// or not at all.
+// Whether the interval does not divide a day: then it continues across days, and its times differ from day to
+// day.
 bool GoesOn(const RecurrenceRecord& recurrence) {
   if (recurrence.time_kind == time_kind::kAtTime) return false;
   const int in_a_day = recurrence.time_kind == time_kind::kEveryNMinutes ? 24 * 60 : 24;
   return in_a_day % Counted(recurrence.interval) != 0;
 }
 
-// Adds what the sentence says of the time; gives its key.
+// Adds the parameters for the time; returns the key of the sentence.
 std::string_view AddTime(PatternWords& words, const RecurrenceRecord& recurrence, local_days start,
                          const TextTable& texts, const TimeFormat& time) {
   const auto add = [&](const std::string& parameter) { words.parameters.push_back(parameter); };
@@ -168,7 +168,7 @@ std::string_view AddTime(PatternWords& words, const RecurrenceRecord& recurrence
   return minutes ? words.sentences.minutes_from : words.sentences.hours_from;
 }
 
-// Adds when the first or next run is, where that is not soon.
+// Adds the time of the first or next run if it is not soon.
 void AddNote(ScheduleWords& words, const Outlook& outlook, const TextTable& texts) {
   constexpr days kYear{366};
   if (outlook.runs.empty()) {
@@ -200,7 +200,7 @@ std::string NeverSentence(const PatternRecord& pattern, const TextTable& texts) 
   return texts.Host(without_days ? "schedule.neverWithoutDays" : "schedule.never");
 }
 
-// Why the run is not at the time of day that was wanted; nothing when it is.
+// Why the run is not at the wanted time of day; nothing if it is.
 std::optional<std::string> TimeNote(const Run& run, const TextTable& texts, const TimeFormat& time) {
   if (!run.moment.shifted) return std::nullopt;
   const bool same_day = floor<days>(run.wanted) == floor<days>(run.moment.wall);
@@ -210,7 +210,7 @@ std::optional<std::string> TimeNote(const Run& run, const TextTable& texts, cons
 
 }  // namespace
 
-// In plain seconds, because an extreme date overflows a count from its midnight.
+// In plain seconds, because counting from midnight overflows for extreme dates.
 std::string ClockTime(DateTime at) {
   constexpr std::int64_t kDay = 24 * 60 * 60;
   const std::int64_t second = (at.time_since_epoch().count() % kDay + kDay) % kDay;

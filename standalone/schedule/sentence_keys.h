@@ -1,4 +1,4 @@
-// The keys of the texts that sentence.cpp chooses among, each in full, so that a search for a key of the
+// The keys of the texts among which sentence.cpp chooses, each in full, so that a search for a key of the
 // language tables finds its use.
 #pragma once
 
@@ -7,9 +7,9 @@
 
 namespace plovix::sentence_keys {
 
-// One case of a pattern with each way to say the time. Their parameters: the pattern's as the row's comment
-// says, then the time of day, or the number of minutes or hours; of an interval that is counted from the
-// start on, the day and the time of day of the start, too.
+// One case of a pattern with each kind of time. The parameters are those of the pattern, listed in each row's
+// comment, then the time of day, or the number of minutes or hours; for an interval that is counted from the
+// start, also the day and the time of day of the start.
 struct PatternKeys {
   std::string_view at;
   std::string_view minute, minutes, minutes_from;  // every minute, every N minutes
@@ -47,7 +47,7 @@ inline constexpr PatternKeys kWeeks = {"schedule.weekly.weeks.at",       "schedu
                                        "schedule.weekly.weeks.minutes",  "schedule.weekly.weeks.minutesFrom",
                                        "schedule.weekly.weeks.hour",     "schedule.weekly.weeks.hours",
                                        "schedule.weekly.weeks.hoursFrom"};
-// Number of weeks of which Sunday is the first day, days of the week.
+// Number of weeks that begin on Sunday, days of the week.
 inline constexpr PatternKeys kWeeksFromSunday = {
     "schedule.weekly.weeksFromSunday.at",       "schedule.weekly.weeksFromSunday.minute",
     "schedule.weekly.weeksFromSunday.minutes",  "schedule.weekly.weeksFromSunday.minutesFrom",

@@ -6,7 +6,7 @@ std::optional<TimeRule> TimeRule::From(const RecurrenceRecord& record, std::chro
   const DateTime midnight{start};
   const std::int64_t interval = record.interval == 0 ? 1 : record.interval;
   switch (record.time_kind) {
-    case time_kind::kAtTime:  // of a time before 1970 the first tick is on the day before, which has no run
+    case time_kind::kAtTime:  // for a time before 1970 the first tick is on the day before, which has no run
       return TimeRule{midnight + record.execution_time.time_since_epoch() % std::chrono::days{1},
                       std::chrono::days{1}};
     case time_kind::kEveryNMinutes:

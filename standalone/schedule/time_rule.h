@@ -1,4 +1,4 @@
-// When a schedule ticks, whatever the days its pattern selects. Used by Schedule.
+// When a schedule ticks, regardless of the days that its pattern selects. Used by Schedule.
 #pragma once
 
 #include <plovix/standalone/tasks/recurrence_record.h>
@@ -8,17 +8,17 @@
 
 namespace plovix {
 
-// Ticks at one distance from an origin on, without end: a time of day ticks once a day.
+// Ticks at a constant interval from an origin on, without end; a time of day ticks once a day.
 class TimeRule {
  public:
-  // Nothing for an unknown kind of time and for a negative interval. `start`: the day whose midnight the
-  // intervals are counted from, inside kFirstDay to kLastDay.
+  // Nothing for an unknown kind of time or a negative interval. `start`: the day from whose midnight the
+  // intervals are counted, between kFirstDay and kLastDay.
   [[nodiscard]] static std::optional<TimeRule> From(const RecurrenceRecord& record,
                                                     std::chrono::local_days start);
 
-  // From one tick to the next.
+  // The time from one tick to the next.
   [[nodiscard]] std::chrono::seconds Step() const { return step_; }
-  // The nearest tick, `at` itself included. `at`: inside kFirstSecond to kLastSecond.
+  // The nearest tick, including `at` itself. `at`: between kFirstSecond and kLastSecond.
   [[nodiscard]] DateTime AtOrAfter(DateTime at) const;
   [[nodiscard]] std::optional<DateTime> AtOrBefore(DateTime at) const;  // nothing before the first tick
 

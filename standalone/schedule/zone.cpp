@@ -15,11 +15,11 @@ using std::chrono::hours;
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-// Where the zone database of the system is, in part of the paths that TZ may hold.
+// The system's zone database; TZ may contain paths in it.
 constexpr std::string_view kZoneDirectory = "/usr/share/zoneinfo/";
 
-// Before every change that a zone's file has. QTimeZone does not return when it looks for the changes of a
-// rule near the year 0, so it is asked for this instant instead of an earlier one.
+// Before every transition in a zone's file. QTimeZone does not return if it searches for the transitions of a
+// rule near the year 0, so this instant replaces earlier ones.
 constexpr sys_seconds kFirstAsked{std::chrono::sys_days{std::chrono::year{1800} / 1 / 1}};
 
 QDateTime ToQt(sys_seconds at) {
@@ -30,15 +30,15 @@ sys_seconds FromQt(const QDateTime& at) {
   return sys_seconds{seconds{at.toSecsSinceEpoch()}};
 }
 
-// QTimeZone takes rules and offsets for names too, and directories for files.
+// QTimeZone accepts rules and offsets as names, too, and directories as files.
 bool IsInDatabase(const std::string& name) {
   std::error_code error;
   return std::filesystem::is_regular_file(std::string(kZoneDirectory) + name, error);
 }
 
-// Mends what QTimeZone does otherwise than C libraries. It takes "" for the system's zone and any word for a
-// zone without an offset; it refuses "GMT-3" and takes "UTC-3" for an offset, which has the other sign, so
-// both are asked for as "utc"; it refuses rules without dates, which have those of the United States.
+// Corrects where QTimeZone differs from C libraries. It treats "" as the system's zone and any word as a zone
+// without an offset. It refuses "GMT-3" and treats "UTC-3" as an offset, which has the opposite sign, so both
+// are requested as "utc". It refuses rules without dates, which mean those of the United States.
 QTimeZone ZoneOfRule(std::string rule) {
   if (rule.find_first_of("0123456789") == std::string::npos) return {};
   if (rule.starts_with("UTC") || rule.starts_with("GMT")) rule.replace(0, 3, "utc");
@@ -69,9 +69,9 @@ std::optional<Zone> Zone::Named(const std::string& name) {
   return Zone(zone);
 }
 
-// Walks from the earliest change that can matter. The first period that has the wall time gives a repeated
-// time's first instant; when a period ends before the wall time and the next one begins after it, the time is
-// in the gap between them.
+// Starts at the earliest transition that can matter. The first period with the wall time gives the first
+// instant of a repeated time. If a period ends before the wall time and the next one begins after it, the
+// time is in the gap between them.
 Zone::Moment Zone::At(DateTime wall) const {
   const sys_seconds as_utc{std::clamp(wall, kFirstSecond, kLastSecond).time_since_epoch()};
   QDateTime asked = ToQt(std::max(as_utc - hours{26}, kFirstAsked));

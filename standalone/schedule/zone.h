@@ -1,4 +1,4 @@
-// A time zone: the one place that turns wall times into instants. Used by NextRuns and by the host.
+// A time zone: the only place that converts wall times into instants. Used by NextRuns and by the host.
 #pragma once
 
 #include <plovix/controls/kinds.h>
@@ -10,25 +10,27 @@
 
 namespace plovix {
 
-// Cheap to copy. Wall times and instants outside the years -9999 to 9999 count as the nearest inside.
+// Cheap to copy. Wall times and instants outside the years -9999 to 9999 are clamped to them.
 class Zone {
  public:
-  // The TZ variable (a zone's name, the path of its file in the system's database or a POSIX rule, a leading
-  // ':' allowed); without the variable the system's zone; UTC when neither is known. Never throws.
+  // The zone of the TZ variable (a zone's name, the path of its file in the system's database or a POSIX
+  // rule; a leading ':' is allowed); without the variable, the system's zone; UTC if neither is known. Never
+  // throws.
   [[nodiscard]] static Zone Local();
-  // Nothing when the system's zone database has no such zone. `name`: for instance "Europe/Paris".
+  // Nothing if the system's zone database has no such zone. `name`: for instance "Europe/Paris".
   [[nodiscard]] static std::optional<Zone> Named(const std::string& name);
 
   struct Moment {
     std::chrono::sys_seconds at;
-    std::chrono::seconds offset;  // wall time less UTC
-    std::string abbreviation;     // as the zone database has it: "CET", "+03"
-    bool shifted;                 // the asked wall time does not exist
-    DateTime wall;                // the asked wall time; one gap later when shifted
+    std::chrono::seconds offset;  // wall time minus UTC
+    std::string abbreviation;     // as in the zone database: "CET", "+03"
+    bool shifted;                 // the requested wall time does not exist
+    DateTime wall;                // the requested wall time; one gap later if shifted
   };
-  // The instant of a wall time: a repeated one means its first instant, one in a gap is shifted by the gap.
+  // The instant of a wall time: a repeated one means its first instant; one in a gap is shifted by the gap.
   [[nodiscard]] Moment At(DateTime wall) const;
-  // No wall time up to this one has an instant after `at`: what the clock shows, or less shortly after a gap.
+  // No wall time up to this one has an instant after `at`: the time on the clock, or an earlier one shortly
+  // after a gap.
   [[nodiscard]] DateTime EarliestWallAfter(std::chrono::sys_seconds at) const;
 
  private:

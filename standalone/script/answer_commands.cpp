@@ -1,4 +1,4 @@
-// The commands that say what the host is to answer: boxes, dialogs, failure reports, planned failures.
+// The commands that set the host's answers: message boxes, dialogs, failure reports, planned failures.
 #include <array>
 
 #include "commands.h"
@@ -20,7 +20,7 @@ void ChooseTag(ScriptSession& session, const Words& words) {
   session.Dialogs().QueueTag(words[0]);
 }
 
-// The categories as the user leaves them; without any, those that the editor was given.
+// The categories as edited by the user; without any, those that the editor was given.
 void EditCategories(ScriptSession& session, const Words& words) {
   const bool changed = words[0] == "changed";
   if (!changed && (words[0] != "unchanged" || words.size() > 1))

@@ -1,4 +1,4 @@
-// The commands of a script as tables: what each is called, what words it takes and what it does.
+// The commands of a script as tables: the name, the words and the effect of each.
 #pragma once
 
 #include <span>
@@ -16,7 +16,7 @@ struct Command {
   std::string_view usage;    // the words it takes
   std::size_t fewest, most;  // how many
   std::string_view effect;   // for the help
-  // Gets the words behind the name. Fails with a LineError when one of them does not fit.
+  // Gets the words after the name. Fails with a LineError if one of them does not fit.
   void (*run)(ScriptSession& session, const Words& words);
 };
 
@@ -25,7 +25,7 @@ struct Command {
 [[nodiscard]] std::span<const Command> AnswerCommands();  // answer_commands.cpp: what the host answers
 [[nodiscard]] std::span<const Command> LookCommands();    // look_commands.cpp: each prints one object
 
-// Runs the command that a line's words name; no words, no command. Fails with a LineError.
+// Runs the command in a line's words; without words, does nothing. Fails with a LineError.
 void RunCommand(ScriptSession& session, const Words& words);
 
 }  // namespace plovix::script

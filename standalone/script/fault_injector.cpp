@@ -2,6 +2,7 @@
 
 #include <plovix/base/failure.h>
 
+#include <algorithm>
 #include <string>
 
 #include "line_error.h"

@@ -1,4 +1,4 @@
-// Makes chosen calls to the host fail: what "fail MEMBER N" sets up.
+// Makes chosen calls to the host fail, for the command "fail MEMBER N".
 #pragma once
 
 #include <plovix/standalone/objects/call_gate.h>
@@ -10,8 +10,8 @@ namespace plovix::script {
 
 class FaultInjector final : public CallObserver {
  public:
-  // Makes the `count`-th next call (1: the very next) of the member fail once. A member that the host
-  // does not have, or a count below 1, is a LineError.
+  // Makes the `count`-th next call (1: the very next) of the member fail once. An unknown member or a count
+  // below 1 is a LineError.
   void Plan(std::string_view member, int count);
 
   void HostCalled(std::string_view member) override;

@@ -1,4 +1,4 @@
-// What is wrong with a line of a script. The runner tells it with the line's place and stops.
+// What is wrong with a line of a script. The runner reports it with the line's place and stops.
 #pragma once
 
 #include <stdexcept>

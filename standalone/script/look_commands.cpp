@@ -1,4 +1,4 @@
-// The commands that look: each prints one JSON object on one line. And the help.
+// The looking commands, each of which prints one JSON object on one line, and the help.
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
 #include <plovix/standalone/schedule/zone.h>
@@ -43,7 +43,7 @@ void Store(ScriptSession& session, const Words& /*words*/) {
 
 void Saved(ScriptSession& session, const Words& /*words*/) {
   const auto may_view = session.MayView();
-  std::set<std::int64_t> ids;  // also of tasks that cannot be read; `task load` says why
+  std::set<std::int64_t> ids;  // including unreadable tasks; `task load` says why
   const auto add = [&](const TaskRecord& task) {
     if (may_view(task)) ids.insert(task.id);
   };
@@ -53,7 +53,7 @@ void Saved(ScriptSession& session, const Words& /*words*/) {
   session.Print({{"saved", ids}});
 }
 
-// "+01:00"; a zone that is some seconds off, as before there were time zones, shows them: "+00:09:21".
+// "+01:00"; with seconds for offsets from before there were time zones: "+00:09:21".
 std::string OffsetText(std::chrono::seconds offset) {
   const std::chrono::hh_mm_ss<std::chrono::seconds> time(offset);
   std::array<char, 64> text{};
@@ -104,7 +104,7 @@ constexpr auto kCommands = std::to_array<Command>({
 constexpr auto kTables = std::to_array<std::span<const Command> (*)()>(
     {SceneCommands, UserCommands, AnswerCommands, LookCommands});
 
-// Goes to the messages: the output carries JSON only.
+// Goes to the messages, because the output is only for JSON.
 void Help(ScriptSession& session, const Words& /*words*/) {
   for (const auto table : kTables) {
     for (const Command& command : table()) {

@@ -1,4 +1,4 @@
-// A member's value, to JSON and from a script's word, by its type. Used by the tables of members.
+// Converts a member's value to JSON and from a script's word, by its type. Used by the tables of members.
 #pragma once
 
 #include <plovix/standalone/text/iso_time.h>
@@ -20,7 +20,7 @@ template <class Type>
   }
 }
 
-// A word that the type cannot hold is a LineError; the value is then as it was.
+// A word that does not fit the type is a LineError; the value is then unchanged.
 template <class Type>
 void SetMember(Type& value, const std::string& word) {
   if constexpr (std::is_same_v<Type, std::string>) {

@@ -2,8 +2,6 @@
 
 #include <plovix/standalone/tasks/task_fields.h>
 
-#include <algorithm>
-
 #include "member_value.h"
 
 namespace plovix::script {
@@ -25,7 +23,7 @@ void SetPatternValue(std::array<bool, 7>& days, const std::string& index, const 
   days.at(static_cast<std::size_t>(index[0] - '1')) = SwitchFrom(word);
 }
 
-// A pattern of the class that has the field keeps its other members, any other one is replaced.
+// A pattern of the class with the field keeps its other members; any other pattern is replaced.
 template <class Record, class Value>
 void SetPatternField(RecurrenceRecord& recurrence, Value Record::*field, const std::string& index,
                      const std::string& word) {
@@ -43,9 +41,8 @@ void SetPatternField(RecurrenceRecord& recurrence, Value Record::*field, const s
 }
 
 Json PatternJson(const PatternRecord& pattern) {
-  if (std::holds_alternative<std::monostate>(pattern)) return nullptr;
-  const auto* kind =
-      std::ranges::find(kPatternClasses, pattern.index(), [](auto& each) { return each.second.index(); });
+  const auto* kind = ClassOf(pattern);
+  if (kind == kPatternClasses.end()) return nullptr;
   Json json = {{"kind", kind->first}};
   ForEachField(kPatternFields, [&](std::string_view name, auto field) {
     if (const auto* value = FieldIn(pattern, field)) json[std::string(name)] = MemberJson(*value);
@@ -56,7 +53,7 @@ Json PatternJson(const PatternRecord& pattern) {
 void SetPattern(PatternRecord& pattern, const std::string& word) {
   PatternRecord wanted;
   if (word != kNothing) {
-    const auto* found = std::ranges::find(kPatternClasses, word, [](auto& each) { return each.first; });
+    const auto* found = ClassNamed(word);
     if (found == kPatternClasses.end()) {
       throw LineError(
           "a pattern is nothing, or a DailyPattern, WeeklyPattern, MonthlyPattern or YearlyPattern");
@@ -66,7 +63,7 @@ void SetPattern(PatternRecord& pattern, const std::string& word) {
   if (wanted.index() != pattern.index()) pattern = wanted;
 }
 
-// `path` is a member of the pattern, "Day" with its index: "Day.2" or "Day(2)".
+// `path` is a member of the pattern; "Day" has an index: "Day.2" or "Day(2)".
 void SetPatternMember(RecurrenceRecord& recurrence, const std::string& path, const std::string& word) {
   const std::size_t mark = path.find_first_of(".(");
   const std::string name = path.substr(0, mark);

@@ -10,12 +10,12 @@
 
 namespace plovix::script {
 
-// null, or the members; "Pattern" is null, or the members of its class behind "kind".
+// null, or the members; "Pattern" is null, or "kind" followed by the members of its class.
 [[nodiscard]] nlohmann::ordered_json RecurrenceJson(const std::optional<RecurrenceRecord>& recurrence);
 
-// Sets "TimeKind", "Pattern", "Pattern.EveryNDays", "Pattern.Day.2" ... from a script's word and makes the
-// recurrence and the pattern that this takes. A member that there is not, or a word that it cannot hold, is
-// a LineError, and nothing has changed.
+// Sets "TimeKind", "Pattern", "Pattern.EveryNDays", "Pattern.Day.2" ... from a script's word and creates the
+// recurrence and the pattern if needed. An unknown member or a word that does not fit is a LineError, and
+// nothing changes.
 void SetRecurrenceMember(std::optional<RecurrenceRecord>& recurrence, const std::string& member,
                          const std::string& word);
 

@@ -1,5 +1,5 @@
-// The host's dialogs as a script plays them: answers come from queues that the script fills, and what
-// was shown is kept until the script asks for it.
+// The host's dialogs, played by a script: answers come from queues that the script fills, and what was shown
+// is kept until the script asks for it.
 #pragma once
 
 #include <plovix/standalone/objects/dialogs.h>
@@ -13,7 +13,7 @@ namespace plovix::script {
 
 class ScriptDialogs final : public HostDialogs {
  public:
-  // Each queues one answer; a word that is none is a LineError.
+  // Each queues one answer; any other word is a LineError.
   void QueueAnswer(const std::string& word);        // ok, cancel, yes, no
   void QueueReportAnswer(const std::string& word);  // retry, continue, leave or a number
   void QueueTag(const std::string& tag) { tags_.emplace_back(tag); }
@@ -24,19 +24,19 @@ class ScriptDialogs final : public HostDialogs {
   void QueueQuery(std::optional<std::string> text) { queries_.push_back(std::move(text)); }
   void QueuePermissions(std::optional<PermissionSet> set) { permissions_.push_back(std::move(set)); }
 
-  // What was shown since last asked, oldest first.
+  // What was shown since the last call, oldest first.
   [[nodiscard]] nlohmann::ordered_json TakeMessages();
   [[nodiscard]] nlohmann::ordered_json TakeReports();
 
-  // A queued answer counts by its sense: yes stands for ok, cancel for no, and the other way round; a box
-  // with one button has one answer. With none left: ok, or yes.
+  // The meaning of a queued answer counts: yes also means ok, cancel also means no, and the other way round;
+  // a box with one button has one answer. When none are left: ok, or yes.
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override;
-  // With no answer left: leave.
+  // When no answer is left: leave.
   ReportAction Report(const FailureReport& report) override;
-  // With none left, these are cancelled.
+  // When none are left, these are cancelled.
   std::optional<std::string> EditTag(const std::string& tag,
                                      const std::vector<std::string>& choices) override;
-  // A queued answer without categories leaves those that were given.
+  // A queued answer without categories keeps the given ones.
   std::optional<std::vector<CategoryRecord>> EditCategories(const std::vector<CategoryRecord>& categories,
                                                             bool tagged,
                                                             const std::vector<std::string>& known) override;

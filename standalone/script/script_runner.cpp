@@ -14,17 +14,7 @@ constexpr int kDone = 0;
 constexpr int kWrongLine = 2;
 constexpr std::string_view kPrompt = "plovix> ";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t kLongestLine = std::size_t{1024} * 1024;  // bytes; a device may have no end of a line
-
-// What is wrong with the line; nothing when it was run. A storage that fails is told like a wrong line.
-std::optional<std::string> Problem(script::ScriptSession& session, std::string_view line) {
-  try {
-    script::RunCommand(session, script::SplitLine(line));
-    return std::nullopt;
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-}
+constexpr std::size_t kLongestLine = std::size_t{1024} * 1024;  // bytes; a device may have no line ends
 
 int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err,
              const ScriptOptions& options) {
@@ -33,11 +23,12 @@ int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err
   for (;; ++number) {
     if (options.interactive) err << kPrompt << std::flush;
     if (!in.getline(line.data(), static_cast<std::streamsize>(line.size()))) break;
-    // The last line may have no end, which is counted.
+    // The count includes the line end, which the last line may lack.
     std::string_view text(line.data(), static_cast<std::size_t>(in.gcount()) - (in.eof() ? 0 : 1));
     if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-    if (const auto problem = Problem(session, text)) {
-      err << options.source_name << ':' << number << ": " << *problem << '\n' << std::flush;
+    // A storage that fails is told like a wrong line.
+    if (const auto problem = FailureOf([&] { script::RunCommand(session, script::SplitLine(text)); })) {
+      err << options.source_name << ':' << number << ": " << problem->Description() << '\n' << std::flush;
       if (!options.interactive) return kWrongLine;
     }
   }
@@ -53,10 +44,8 @@ int RunLines(script::ScriptSession& session, std::istream& in, std::ostream& err
 
 int RunScript(std::istream& in, std::ostream& out, std::ostream& err, const ScriptOptions& options) {
   std::optional<script::ScriptSession> session;
-  try {
-    session.emplace(out, err, options);
-  } catch (const Failure& failure) {
-    err << options.source_name << ": " << failure.Description() << '\n' << std::flush;
+  if (const auto failure = FailureOf([&] { session.emplace(out, err, options); })) {
+    err << options.source_name << ": " << failure->Description() << '\n' << std::flush;
     return kWrongLine;
   }
   return RunLines(*session, in, err, options);

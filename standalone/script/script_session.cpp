@@ -17,7 +17,7 @@
 namespace plovix::script {
 namespace {
 
-// Stands before the planned failures while the surface itself calls the host.
+// Replaces the planned failures while the surface itself calls the host.
 struct Uncounted final : CallObserver {
   void HostCalled(std::string_view /*member*/) override {}
 };
@@ -26,7 +26,7 @@ HostState StateOf(ScriptDialogs& dialogs, const TextTable& texts) {
   HostState state;
   state.dialogs = &dialogs;
   state.texts = texts;
-  state.path = "plovix";  // a name only: whether the marker file is there is for the script to say
+  state.path = "plovix";  // only a name; the script decides whether the marker file exists
   state.marker_file = false;
   state.user_id = "user";
   state.session_id = "session";
@@ -92,7 +92,7 @@ void ScriptSession::BeginTask(const TaskRecord& task) {
   SetTask(task);
 }
 
-// Tasks that no file holds are asked for the one column that pages read.
+// Tasks that are in no file have only the one column that pages read.
 std::unique_ptr<RowCursor> ScriptSession::OpenRows(const std::string& query) {
   if (open_rows_) return CategoryRows(stored_categories_, open_rows_(query));
   std::vector<std::string> columns;

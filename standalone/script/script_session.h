@@ -1,5 +1,5 @@
-// What a running script holds: the scene that it has set, the host made from it and the wizard in front
-// of it. The commands work on this.
+// The state of a running script: the scene that it has set, the host created from it and the wizard on it.
+// The commands work on this.
 #pragma once
 
 #include <plovix/standalone/wizard/velo_wiz.h>
@@ -26,7 +26,7 @@ class ScriptSession {
   ScriptSession(const ScriptSession&) = delete;
   ScriptSession& operator=(const ScriptSession&) = delete;
 
-  // One object on one line, at once.
+  // Prints one object on one line, flushed at once.
   void Print(const nlohmann::ordered_json& json);
   [[nodiscard]] std::ostream& Messages() noexcept { return err_; }
 
@@ -34,40 +34,40 @@ class ScriptSession {
   [[nodiscard]] ScriptDialogs& Dialogs() noexcept { return dialogs_; }
   [[nodiscard]] FaultInjector& Faults() noexcept { return faults_; }
   [[nodiscard]] TaskStorage& Storage() noexcept { return storage_; }
-  // Makes the script name the current user's id, whoever works.
+  // Sets the current user's id, regardless of who works.
   void NameUser(const std::string& id) { state_.user_id = named_user_.emplace(id); }
-  // Whether the one who works, as stored now, may see a task; without a user, everybody may.
+  // Whether the working user, as stored now, may see a task; without a user, always.
   [[nodiscard]] std::function<bool(const TaskRecord& task)> MayView() const;
 
   // The task being edited: the wizard's working copy from the first "open" on, also after the end.
   [[nodiscard]] TaskRecord Task() const;
   void SetTask(const TaskRecord& task);
-  // Begins with another task; a wizard that has ended is forgotten.
+  // Starts with another task; a wizard that has ended is discarded.
   void BeginTask(const TaskRecord& task);
 
   // The entries of the shared store: those set for the next wizard, or the wizard's own.
   [[nodiscard]] nlohmann::ordered_json Store();
   void SetEntry(const std::string& key, Value value);
 
-  // Starts a wizard on the task. A LineError while one is open, or when there is no such page.
+  // Starts a wizard on the task. A LineError if one is open, or there is no such page.
   void Open(const std::string& identifier);
   [[nodiscard]] bool IsOpen() const noexcept { return wizard_ && wizard_->IsOpen(); }
-  // The open wizard; a LineError when none is.
+  // The open wizard; a LineError if none is open.
   [[nodiscard]] VeloWiz& Wizard();
-  // The wizard from the first "open" on, open or not; nothing before.
+  // The wizard from the first "open" on, open or not; nullptr before.
   [[nodiscard]] const VeloWiz* LastWizard() const noexcept { return wizard_.get(); }
 
-  // Where the script's own data objects go; nullptr where there is a data file instead.
+  // The script's own data objects; nullptr if there is a data file instead.
   [[nodiscard]] MemoryDataSource* NamedData() noexcept { return named_data_.get(); }
-  // One more stored task's category column, behind those of the storage.
+  // Adds a stored task's category column after those of the storage.
   void AddStoredCategory(const std::string& column) { stored_categories_.push_back(column); }
 
-  // To be called after the scene has changed: an open wizard asks its page anew. Planned failures do not
+  // To be called after the scene has changed: an open wizard asks its page again. Planned failures do not
   // count these calls.
   void SceneChanged();
 
  private:
-  // Installs the host on a state for as long as it lives.
+  // Installs the host for a state during its lifetime.
   struct Installation {
     explicit Installation(HostState& state) { InstallHost(state); }
     ~Installation() { InstallServices({}); }
@@ -81,7 +81,7 @@ class ScriptSession {
   std::ostream& err_;
   TaskStorage& storage_;
   UsersAndTags* tables_;
-  const std::optional<std::string> user_;  // who works; nothing: whoever the scene names
+  const std::optional<std::string> user_;  // who works; nothing: whom the scene names
   std::optional<std::string> named_user_;
   std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows_;
   ScriptDialogs dialogs_;
@@ -93,8 +93,8 @@ class ScriptSession {
   FaultInjector faults_;
   ObserveCalls observe_{faults_};
   ObjectNumbers numbers_;
-  TaskRecord task_;                       // as the next wizard is to edit it
-  std::map<std::string, Value> entries_;  // for each wizard's store, named by the script
+  TaskRecord task_;                       // for the next wizard
+  std::map<std::string, Value> entries_;  // for each wizard's store, set by the script
   std::unique_ptr<VeloWiz> wizard_;
 };
 

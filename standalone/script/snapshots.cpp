@@ -56,20 +56,15 @@ void Describe(const HostSlot& slot, Json& json) {
   json["items"] = std::move(items);
 }
 
-template <class... Kinds>
-void DescribeAsOneOf(const Control& control, Json& json) {
-  const auto describe = [&](const auto* typed) {
-    if (typed != nullptr) Describe(*typed, json);
-  };
-  (describe(dynamic_cast<const Kinds*>(&control)), ...);
-}
+// Its caption says all.
+void Describe(const Control& /*control*/, Json& /*json*/) {}
 
 Json ControlJson(const Control& control) {
   Json json = {{"kind", KindName(control.GetKind())},
                {"caption", control.Caption()},
                {"enabled", control.Enabled()},
                {"visible", control.Visible()}};
-  DescribeAsOneOf<Label, TextBox, CheckBox, OptionButton, ComboBox, DateTimePicker, HostSlot>(control, json);
+  VisitKind(control, [&](const auto& typed) { Describe(typed, json); });
   return json;
 }
 
@@ -110,7 +105,7 @@ Json ValueJson(const Value& value, ObjectNumbers& numbers) {
         } else if constexpr (std::is_same_v<T, ObjectRef>) {
           if (!held) return nullptr;
           const auto* kind =
-              std::ranges::find_if(kObjectKinds, [&](const auto& each) { return each.fits(held.get()); });
+              std::ranges::find_if(kObjectKinds, [&](const auto& each) { return each.fits(held.Get()); });
           return {{"kind", kind->name}, {"number", numbers.Of(held)}};
         } else {
           return held;
@@ -149,7 +144,7 @@ Json PageJson(const VeloWiz* wizard) {
 }
 
 int ObjectNumbers::Of(const ObjectRef& object) {
-  return numbers_.try_emplace(object, static_cast<int>(numbers_.size()) + 1).first->second;
+  return numbers_.try_emplace(object.Shared(), static_cast<int>(numbers_.size()) + 1).first->second;
 }
 
 Json StoreJson(const std::map<std::string, Value>& values, ObjectNumbers& numbers) {

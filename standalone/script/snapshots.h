@@ -10,7 +10,7 @@
 
 namespace plovix::script {
 
-// The shown page with its controls. `wizard` may be nothing: never opened.
+// The current page with its controls. `wizard` is nullptr if none was ever opened.
 [[nodiscard]] nlohmann::ordered_json PageJson(const VeloWiz* wizard);
 
 // Numbers objects in the order in which they were first seen, without keeping them alive.
@@ -22,7 +22,7 @@ class ObjectNumbers {
   std::map<std::weak_ptr<HostObject>, int, std::owner_less<>> numbers_;
 };
 
-// Keys with values; an object by its kind and its number.
+// Keys with values; objects are printed by kind and number.
 [[nodiscard]] nlohmann::ordered_json StoreJson(const std::map<std::string, Value>& values,
                                                ObjectNumbers& numbers);
 

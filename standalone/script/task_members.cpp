@@ -21,10 +21,10 @@ constexpr std::string_view kInRecurrence = "Recurrence.";
 struct Member {
   std::string_view name;
   Json (*get)(const TaskRecord& task, const HostState& state);
-  void (*set)(TaskRecord& task, HostState& state, const std::string& word);  // nullptr: the member only tells
+  void (*set)(TaskRecord& task, HostState& state, const std::string& word);  // nullptr: read-only
 };
 
-// A member that is the text of a tag in the current language; setting it gives the tag that text.
+// A member that is the text of a tag in the current language; setting it sets the tag's text.
 template <std::string TaskRecord::*kTag>
 constexpr Member TagText(std::string_view name) {
   return {name,
@@ -38,7 +38,7 @@ constexpr std::array kIsExisting{
     Member{"IsExisting",
            [](const TaskRecord& task, const HostState& /*state*/) -> Json { return task.id != 0; }, nullptr}};
 
-// "anna", or "anna: view, run" where some of the rights are missing.
+// "anna", or "anna: view, run" if some of the rights are missing.
 std::string PermissionText(const PermissionRecord& line) {
   const std::array<std::pair<const char*, bool>, 4> rights{
       {{"view", line.view}, {"run", line.run}, {"edit", line.edit}, {"delete", line.erase}}};

@@ -12,8 +12,7 @@ namespace plovix::script {
 [[nodiscard]] nlohmann::ordered_json TaskJson(const TaskRecord& task, const HostState& state);
 
 // Sets the named member from a script's word; "Recurrence.TimeKind" and "Recurrence.Pattern.Day.2" reach
-// inside. A member that there is not, one that only tells, or a word
-// that it cannot hold is a LineError, and nothing has changed.
+// inside. An unknown or read-only member, or a word that does not fit, is a LineError, and nothing changes.
 void SetTaskMember(TaskRecord& task, HostState& state, const std::string& member, const std::string& word);
 
 }  // namespace plovix::script

@@ -1,4 +1,4 @@
-// The commands that play the user: through the user's door of the controls, and the wizard's buttons.
+// The commands that play the user, through User and the wizard's buttons.
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/objects/velo_action_list.h>
 
@@ -14,7 +14,7 @@ void Refuse(ScriptSession& session, const std::string& what) {
   session.Print({{"refused", what}});
 }
 
-// Lets `act` play the user on the control that the first word names, unless the user could not reach it.
+// Lets `act` play the user on the control named by the first word, unless the user could not reach it.
 template <class Fits, class Act>
 void Play(ScriptSession& session, std::string_view verb, const Words& words, Fits fits, Act act) {
   VeloWiz& wizard = session.Wizard();
@@ -64,7 +64,7 @@ void Click(ScriptSession& session, const Words& words) {
        [](VeloWiz& wizard, Control& control) { return wizard.User().Click(control); });
 }
 
-// The whole gesture: the first click, and the second one unless the first led away from the page.
+// The whole gesture: the first click, and the second unless the first one left the page.
 void DoubleClick(ScriptSession& session, const Words& words) {
   Play(session, "dblclick", words, IsOneOf<Kind::kLabel, Kind::kOptionButton>,
        [](VeloWiz& wizard, Control& control) {
@@ -116,7 +116,7 @@ void SetPicker(ScriptSession& session, const Words& words) {
        [&](VeloWiz& wizard, Control& control) { return wizard.User().Set(control, value); });
 }
 
-// Only a handle on the page: the wizard may be closed or show another page afterwards.
+// Refuses a disabled button, and any button without an open wizard.
 void PressButton(ScriptSession& session, const std::string& button, bool (VeloWiz::*press)()) {
   if (!session.IsOpen() || !(session.Wizard().*press)()) Refuse(session, button);
 }
@@ -129,7 +129,7 @@ void Back(ScriptSession& session, const Words& /*words*/) {
   PressButton(session, "back", &VeloWiz::Back);
 }
 
-// The task then carries the id under which it is stored.
+// The task then has the id under which it is stored.
 void Finish(ScriptSession& session, const Words& /*words*/) {
   const bool was_open = session.IsOpen();
   PressButton(session, "finish", &VeloWiz::Finish);

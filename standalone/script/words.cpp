@@ -13,7 +13,7 @@ constexpr std::string_view kBlanks = " \t\r";
 constexpr auto kEscapes =
     std::to_array<std::pair<char, char>>({{'"', '"'}, {'\\', '\\'}, {'n', '\n'}, {'t', '\t'}});
 
-// Takes a quoted word, its opening quote included, from the front of `rest`.
+// Takes a quoted word, including its opening quote, from the front of `rest`.
 std::string TakeQuoted(std::string_view& rest) {
   std::string word;
   for (std::size_t i = 1; i < rest.size(); ++i) {
@@ -72,7 +72,7 @@ DateTime DateTimeFrom(const std::string& word) {
 }
 
 ClockTimeWord ClockTimeFrom(const std::string& word) {
-  constexpr std::size_t kSign = 19;  // behind the moment
+  constexpr std::size_t kSign = 19;  // after the date and time
   if (word.size() <= kSign || (word[kSign] != '+' && word[kSign] != '-')) return {DateTimeFrom(word), {}};
   std::string offset = "1970-01-01T" + word.substr(kSign + 1);
   if (word.size() == kSign + 6) offset += ":00";

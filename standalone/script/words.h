@@ -17,11 +17,11 @@ namespace plovix::script {
 
 using Words = std::vector<std::string>;
 
-// The words of a line: blanks part them, double quotes hold one with \" \\ \n \t inside, "#" outside
-// quotes starts a comment. No words: the line says nothing. Fails with a LineError.
+// The words of a line: blanks separate them, double quotes enclose one with \" \\ \n \t inside, and "#"
+// outside quotes starts a comment. An empty line has none. Fails with a LineError.
 [[nodiscard]] Words SplitLine(std::string_view line);
 
-// A whole decimal number that Integer can hold; anything else is a LineError.
+// A whole decimal number in the range of Integer; anything else is a LineError.
 template <class Integer>
 [[nodiscard]] Integer IntegerFrom(const std::string& word) {
   Integer value{};
@@ -36,10 +36,10 @@ template <class Integer>
 // "on" or "off"; anything else is a LineError.
 [[nodiscard]] bool SwitchFrom(const std::string& word);
 
-// "2026-01-05T08:00:00", a moment that exists; anything else is a LineError.
+// "2026-01-05T08:00:00", an existing date and time; anything else is a LineError.
 [[nodiscard]] DateTime DateTimeFrom(const std::string& word);
-// A moment as DateTimeFrom reads it, and how far it is from UTC where that stands behind it as "+01:00" or
-// "-00:09:21"; anything else is a LineError.
+// A date and time as for DateTimeFrom, and the offset from UTC if it follows as "+01:00" or "-00:09:21";
+// anything else is a LineError.
 struct ClockTimeWord {
   DateTime wall;
   std::optional<std::chrono::seconds> offset;

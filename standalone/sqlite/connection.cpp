@@ -14,9 +14,9 @@
 namespace plovix {
 namespace {
 
-constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code tells where it happened
+constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code says where it happened
 
-// How often a running statement asks whether its time is over: once in so many of its steps.
+// A running statement checks after this many steps whether its time is over.
 constexpr int kStepsBetween = 100;
 
 struct FileProblem {
@@ -32,7 +32,7 @@ FileProblem ProblemOf(int code, const std::string& what) {
   switch (code & kPrimaryCode) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:  // the lock was in other hands at every attempt
+    case SQLITE_PROTOCOL:  // others held the lock at every attempt
       return {failure_number::kPermissionDenied, "another program is using the file; try again"};
     case SQLITE_NOMEM:
       return {failure_number::kOutOfMemory, "there is not enough memory"};
@@ -57,13 +57,13 @@ FileProblem ProblemOf(int code, const std::string& what) {
   }
 }
 
-// No room on the disk, in the user's share of it, or below a limit.
+// No space left on the disk, in the user's quota, or below a limit.
 bool MeansFull(int reason) {
   return reason == ENOSPC || reason == EDQUOT || reason == EFBIG;
 }
 
-// SQLite itself takes for a full disk only what a write is refused for, and only one of the reasons. It
-// keeps the reason with the file at fault, which is closed by now if it was a journal.
+// SQLite itself recognizes a full disk only in refused writes, and only for one of the reasons. It keeps the
+// reason with the file at fault, which is already closed if it was a journal.
 int CodeOf(sqlite3* database) {
   const int code = sqlite3_extended_errcode(database);
   if ((code & kPrimaryCode) != SQLITE_IOERR) return code;
@@ -79,7 +79,7 @@ int CodeOf(sqlite3* database) {
   return code;
 }
 
-// The file says in its header that changes go through a log. Read through the database's own descriptor.
+// Whether the file's header says that changes go through a log. Read through the database's own descriptor.
 bool KeepsLog(sqlite3* database) {
   constexpr int kReadVersionAt = 19;
   constexpr unsigned char kWithLog = 2;
@@ -91,7 +91,7 @@ bool KeepsLog(sqlite3* database) {
          file->pMethods->xRead(file, &version, 1, kReadVersionAt) == SQLITE_OK && version == kWithLog;
 }
 
-// SQLite puts up to this many bytes behind the name of a file, for the files beside it.
+// SQLite appends up to this many bytes to the name of a file, for the files beside it.
 constexpr std::size_t kRoomForSuffix = 8;
 
 void CheckLength(const std::string& path) {
@@ -102,11 +102,11 @@ void CheckLength(const std::string& path) {
                                                    " bytes that a database may have; use a shorter one");
 }
 
-// What becomes of a change whose file is out of place.
+// What happens to a change if its file is out of place.
 constexpr std::string_view kNotStored = "; the change is not stored; ";
 constexpr std::string_view kNotKnown = "; whether the change is stored is not known; ";
 
-// The one way to tell SQLite that it needs no locks. Every byte that could mean something is escaped.
+// The only way to tell SQLite that it needs no locks. Every byte with a special meaning is escaped.
 std::string UnlockedName(const std::string& path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-";
@@ -138,7 +138,8 @@ Connection::Connection(const std::string& path, std::chrono::milliseconds patien
   files_.file = FileAt(path_);
 }
 
-// Closing, SQLite would move a log that is no longer this file's, and delete what stands at its name.
+// When it closes, SQLite would move a log that no longer belongs to this file, and delete whatever has its
+// name.
 Connection::~Connection() {
   if (files_.log == FileId{}) return;
   EmptyLog();
@@ -157,8 +158,9 @@ Connection::Handle Connection::OpenAs(const std::string& name, int flags) const 
   return handle;
 }
 
-// A file whose changes go through a log would get its log and shared memory from a reader, too, which may
-// have no right to make them and leaves them behind. As long as nobody else has it open, it needs neither.
+// For a file whose changes go through a log, even a reader would create the log and the shared memory, which
+// it may not be allowed to, and leave them behind. As long as nobody else has the file open, it needs
+// neither.
 void Connection::Open() const {
   const bool reads = access_ == Access::kReadOnly;
   const FileState state = StateOf(path_);
@@ -183,7 +185,7 @@ void Connection::Guard(ReadGuard::MayRead may_read) {
   guard_.reset();
   Watch();
   if (!may_read) return;
-  (void)Integer("SELECT count(*) FROM sqlite_master");  // what the database reads for itself, unguarded
+  (void)Integer("SELECT count(*) FROM sqlite_master");  // what the database reads itself, unguarded
   guard_ = std::make_unique<ReadGuard>(std::move(may_read));
   Watch();
 }
@@ -215,7 +217,7 @@ void Connection::RefuseToWrite() const {
   Refuse(failure_number::kPermissionDenied, "the file is open for reading, and the statement writes");
 }
 
-// What was stored before goes into the file as long as that is safe: nobody may find the log again.
+// Moves what was stored before into the file if that is safe, because nobody may find the log again.
 void Connection::CheckInPlace(std::string_view consequence) {
   const FilesInPlace now = FilesAt(path_);
   const bool has_log = files_.log != FileId{};
@@ -237,8 +239,8 @@ void Connection::RefuseOutOfPlace(std::string_view consequence) const {
              std::string(consequence) + "put it back, or end all programs that use the file and start again");
 }
 
-// Others may have begun a log of their own, or a shared memory that says of this log what the one in use
-// does not know. While nothing stands in place of a file that was taken away, nobody has.
+// Others may have started their own log, or a shared memory that disagrees with the one in use. As long as
+// nothing has replaced a removed file, nobody has.
 bool Connection::MayUseLog() const {
   const FilesInPlace now = FilesAt(path_);
   const bool both_gone = now.memory == FileId{} && now.log == FileId{};
@@ -271,7 +273,7 @@ Statement Connection::Prepare(std::string_view sql) const {
   Statement::Handle handle(prepared);
   if (code != SQLITE_OK) Fail();
   if (prepared == nullptr) refuse("the SQL text holds no statement");
-  // Should the database ever divide a text in another way, its rest would be dropped unseen.
+  // If the database ever divided a text differently, the rest would be silently dropped.
   if (StatementCount(sql.substr(static_cast<std::size_t>(tail - sql.data()))) > 0)
     refuse("the SQL text holds more than one statement");
   return {*this, std::move(handle)};
@@ -303,11 +305,11 @@ std::int64_t Connection::ChangedRows() const noexcept {
 
 void Connection::Write(const std::function<void()>& body, const std::function<bool()>& arrived) {
   CheckInPlace(kNotStored);
-  // Takes the write lock first: a transaction that reads and then writes cannot wait for it.
+  // Takes the write lock first, because a transaction that reads and then writes cannot wait for it.
   Run("BEGIN IMMEDIATE");
   try {
     body();
-    CheckInPlace(kNotStored);  // again: others may have been waited for
+    CheckInPlace(kNotStored);  // again, because the lock may have taken time
   } catch (...) {
     RollBack();
     throw;
@@ -345,7 +347,7 @@ void Connection::Read(const std::function<void()>& body) {
   RollBack();
 }
 
-// SQLite has ended the transaction by itself after some failures, a full disk among them.
+// After some failures, such as a full disk, SQLite has already ended the transaction.
 void Connection::RollBack() noexcept {
   if (sqlite3_get_autocommit(handle_.get()) != 0) return;
   sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
@@ -357,7 +359,7 @@ void Connection::PrepareForWriting() {
   UseWriteAheadLog();
   (void)Integer("PRAGMA schema_version");  // opens the log
   const FilesInPlace now = FilesAt(path_);
-  // Another connection of this process may have opened the file before its shared memory was taken away.
+  // Another connection of this process may have opened the file before its shared memory was removed.
   int was_moved = 0;
   sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &was_moved);
   const bool whole = now.file == files_.file && now.log != FileId{} && now.memory != FileId{};
@@ -368,15 +370,15 @@ void Connection::PrepareForWriting() {
   files_ = now;
 }
 
-// The log was taken away from a program that has the file open, and a new one made: what the shared memory
-// says stands in the other one. Somebody else may empty the log between the questions.
+// True if the log was removed while a program had the file open, and a new one was created: the shared memory
+// then describes the old one. Somebody else may empty the log between the two checks.
 bool Connection::LacksPartOfLog() const {
   const std::int64_t told = LogBytes(handle_.get());
   const std::int64_t there = SizeOf(path_ + std::string(kLogSuffix));
   return there < told && LogBytes(handle_.get()) == told;
 }
 
-// Another program that opens the same new file holds this up without the usual waiting.
+// While another program opens the same new file, the database reports it as busy without the usual waiting.
 void Connection::UseWriteAheadLog() const {
   constexpr std::chrono::milliseconds kPause{10};
   const auto deadline = std::chrono::steady_clock::now() + patience_;

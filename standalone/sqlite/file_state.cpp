@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Effective rights: what opening the file will be judged by.
+// Checks the effective rights, which count when the file is opened.
 bool MayUse(const fs::path& path, int mode) {
   return faccessat(AT_FDCWD, path.c_str(), mode, AT_EACCESS) == 0;
 }
@@ -78,7 +78,7 @@ void CheckPath(const std::string& name, Access access, std::string_view what) {
   if (writes && !MayUse(folder, W_OK)) {
     refuse(failure_number::kPermissionDenied, "you may not write into the folder, where changes are logged");
   }
-  // SQLite would open it and wait for somebody at the other end of a pipe.
+  // SQLite would open a pipe and wait for somebody at its other end.
   for (const std::string_view suffix : {kJournalSuffix, kLogSuffix, kSharedMemorySuffix}) {
     const fs::file_status beside = fs::status(fs::path(path) += suffix, error);
     if (fs::exists(beside) && !fs::is_regular_file(beside))

@@ -1,5 +1,5 @@
-// What every database handle is given before it does anything: a file may come from anywhere, and so may the
-// SQL that is run on it. Used by the connection.
+// The settings of every database handle before it does anything, because a file may come from anywhere, and
+// so may the SQL that is run on it. Used by the connection.
 #pragma once
 
 #include "file_state.h"
@@ -8,9 +8,9 @@ struct sqlite3;
 
 namespace plovix {
 
-// Turns off what the program never needs of a file's schema (triggers, trusted functions, for writing also
-// views) and of SQL (other files, extensions, foreign tokenizers), and sets the limits on texts, values and
-// memory. docs/data.md names those that a user can meet.
+// Turns off what the program never needs in a file's schema (triggers, trusted functions, for writing also
+// views) and in SQL (other files, extensions, foreign tokenizers), and limits texts, values and memory.
+// docs/data.md lists the limits that a user can reach.
 void Harden(sqlite3* database, Access access);
 
 }  // namespace plovix

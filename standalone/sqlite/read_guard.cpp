@@ -7,7 +7,7 @@
 namespace plovix {
 namespace {
 
-// They compute a value from their arguments, or from the rows, and nothing else. Each between two blanks.
+// These only compute a value from their arguments or from the rows. Each is between two blanks.
 constexpr std::string_view kFunctions =
     " -> ->> abs acos acosh asin asinh atan atan2 atanh avg bm25 ceil ceiling char coalesce "
     "cos cosh count cume_dist current_date current_time current_timestamp date datetime "
@@ -21,7 +21,7 @@ constexpr std::string_view kFunctions =
     "substring sum tan tanh time total trim trunc typeof unhex unicode unixepoch unlikely "
     "upper zeroblob ";
 
-// What virtual tables ask the database, without setting anything.
+// Pragmas that virtual tables read, without setting anything.
 constexpr std::string_view kQuestions = " data_version page_size ";
 
 constexpr std::string_view kSchemaTable = "sqlite_master";
@@ -53,7 +53,7 @@ int ReadGuard::Ask(void* self, int action, const char* first, const char* second
   return SQLITE_DENY;
 }
 
-// The view that asks is not looked at: a common table expression can take any view's name.
+// Ignores the view that asks, because a common table expression can have any view's name.
 std::optional<Refusal> ReadGuard::Judge(int action, std::string_view first, std::string_view second) const {
   using enum Refusal::What;
   switch (action) {
@@ -61,8 +61,8 @@ std::optional<Refusal> ReadGuard::Judge(int action, std::string_view first, std:
     case SQLITE_RECURSIVE:
       return std::nullopt;
     case SQLITE_UPDATE:
-      // Asked, though nothing is written, when a virtual table announces its columns. A statement that says
-      // so is refused by the database itself.
+      // Requested, although nothing is written, when a virtual table declares its columns. The database
+      // itself refuses a statement that does this.
       if (first == kSchemaTable) return std::nullopt;
       return Refusal{kAction, std::string(first)};
     case SQLITE_READ:

@@ -1,5 +1,5 @@
-// Stands on a connection whose statements somebody else wrote, and lets them do nothing but read what they
-// may: everything that is not named here is refused while the statement is prepared. Used by the connection.
+// Guards a connection whose statements somebody else wrote, and lets them only read what they may: everything
+// that is not listed here is refused while the statement is prepared. Used by the connection.
 #pragma once
 
 #include <functional>
@@ -15,15 +15,15 @@ namespace plovix {
 
 class ReadGuard final {
  public:
-  // Whether a column of a table or view may be read, also by a view that reads it in its turn, and by what a
-  // virtual table runs. The column is empty where only the number of rows is asked for; the name is then
-  // that of a common table expression, too.
+  // Whether a column of a table or view may be read, even indirectly by a view or by the statements of a
+  // virtual table. The column is empty if only the number of rows is needed; the name can then also be that
+  // of a common table expression.
   using MayRead = std::function<bool(std::string_view table, std::string_view column)>;
   explicit ReadGuard(MayRead may_read) : may_read_(std::move(may_read)) {}
 
   // Must outlive the database's statements.
   void StandOn(sqlite3* database);
-  // What was refused first since it was last asked for.
+  // The first refusal since the last call.
   [[nodiscard]] std::optional<Refusal> TakeRefusal() { return std::exchange(refused_, std::nullopt); }
 
  private:

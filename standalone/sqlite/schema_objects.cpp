@@ -7,7 +7,7 @@
 namespace plovix {
 namespace {
 
-// A file is not made otherwise by a program whose source is laid out otherwise: blanks do not count.
+// Blanks do not count, because a differently formatted program source must not make a file differ.
 constexpr const char* kSelect =
     "SELECT type, name, replace(replace(coalesce(sql, ''), ' ', ''), char(10), '') FROM sqlite_master "
     "WHERE NOT (type = 'index' AND sql IS NULL) "

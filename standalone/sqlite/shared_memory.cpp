@@ -4,7 +4,8 @@
 
 namespace plovix {
 
-// By SQLite's documented layout of the memory and the log; through the mapping that the database has anyway.
+// Follows SQLite's documented layout of the memory and the log; uses the mapping that the database has
+// anyway.
 std::int64_t LogBytes(sqlite3* database) {
   constexpr int kRegionBytes = 32768, kPageSizeAt = 14, kFramesAt = 16;
   constexpr std::int64_t kLogHeader = 32, kFrameHeader = 24, kPageSizeOne = 65536;

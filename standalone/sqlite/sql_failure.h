@@ -1,5 +1,5 @@
-// How database files fail. Thrown by connections and statements; told apart by whoever runs SQL that a user
-// wrote.
+// Failures of database files. Thrown by connections and statements; distinguished by code that runs SQL from
+// users.
 #pragma once
 
 #include <plovix/base/failure.h>
@@ -22,7 +22,7 @@ inline constexpr int kPathNotFound = 76;
 inline constexpr int kInvalidFormat = 321;
 }  // namespace failure_number
 
-// What the guard of a connection did not let a statement do.
+// What the guard of a connection refused to a statement.
 struct Refusal {
   enum class What {
     kTable,     // read a table or view
@@ -30,23 +30,24 @@ struct Refusal {
     kAction     // anything but reading
   };
   What what = What::kAction;
-  std::string name;  // of the table, of the function, or of what would be changed; may be empty
+  std::string name;  // of the table, the function, or what would be changed; may be empty
 };
 
-// SQL that does not prepare, or cannot be computed: the statement is at fault and not the file.
+// SQL that cannot be prepared or computed: the statement is at fault and not the file.
 class SqlFailure final : public Failure {
  public:
-  // `offset` is where in the statement the fault was noticed, in bytes; -1 where that is not known.
+  // `offset` is where in the statement the fault was noticed, in bytes; -1 if unknown.
   SqlFailure(std::string description, std::string words, int offset, std::optional<Refusal> refused = {})
       : Failure(failure_number::kInvalidCall, std::move(description)),
         words_(std::move(words)),
         offset_(offset),
         refused_(std::move(refused)) {}
 
-  // The database's own, such as "no such column: Nmae"; the description has the file's path before them.
+  // The database's own words, such as "no such column: Nmae"; the description puts the file's path before
+  // them.
   [[nodiscard]] const std::string& Words() const noexcept { return words_; }
   [[nodiscard]] int Offset() const noexcept { return offset_; }
-  // By the guard; nothing where it is the database that does not take the statement.
+  // What the guard refused; nothing if the database itself rejected the statement.
   [[nodiscard]] const std::optional<Refusal>& Refused() const noexcept { return refused_; }
 
  private:

@@ -1,5 +1,5 @@
-// The rows of one SELECT on a database file, over a connection of its own: a pass neither waits for writers
-// nor keeps them waiting, and what its owner saves meanwhile does not disturb it. Used by the storage.
+// The rows of one SELECT on a database file, with a separate connection: a pass neither waits for writers nor
+// keeps them waiting, and is not disturbed when its owner saves meanwhile. Used by the storage.
 #pragma once
 
 #include <plovix/standalone/tasks/row_cursor.h>
@@ -14,8 +14,8 @@ namespace plovix {
 
 class SqlRows final : public RowCursor {
  public:
-  // The pass sees the file as it is at the first Next. Fails as Connection does, and with 5 when `sql` is
-  // anything but a single statement that reads.
+  // The pass sees the state of the file at the first Next. Fails as Connection does, and with 5 if `sql` is
+  // not a single statement that only reads.
   SqlRows(const std::string& path, std::chrono::milliseconds patience, std::string_view what,
           std::string_view sql);
 

@@ -46,7 +46,7 @@ void Statement::BindReal(int parameter, double value) {
 }
 
 void Statement::BindText(int parameter, std::string_view value) {
-  const char* bytes = value.empty() ? "" : value.data();  // no address would mean NULL
+  const char* bytes = value.empty() ? "" : value.data();  // a null pointer would mean NULL
   Check(
       sqlite3_bind_text64(handle_.get(), parameter + 1, bytes, value.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
 }
@@ -66,7 +66,7 @@ bool Statement::Step() {
 }
 
 void Statement::Reset() noexcept {
-  sqlite3_reset(handle_.get());  // repeats the last step's failure
+  sqlite3_reset(handle_.get());  // returns the last step's failure again
 }
 
 void Statement::Run() {
@@ -119,7 +119,7 @@ double Statement::Real(int column) const noexcept {
 std::string_view Statement::Text(int column) const {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle_.get(), column));
   if (text != nullptr) return {text, static_cast<std::size_t>(sqlite3_column_bytes(handle_.get(), column))};
-  const ColumnType type = Type(column);  // an empty blob has no address either
+  const ColumnType type = Type(column);  // an empty blob has a null pointer, too
   if (type != ColumnType::kNull && type != ColumnType::kBlob) throw std::bad_alloc();
   return {};
 }

@@ -1,4 +1,4 @@
-// The text of a user's GroupNames column. Used by the host's tables.
+// The text of a user's GroupNames column. Used by the users' storage.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@ namespace plovix {
 
 // A JSON array of texts.
 [[nodiscard]] std::string EncodeGroups(const std::set<std::string>& groups);
-// Nothing for any other text: groups carry rights, so none is guessed.
+// Nothing for any other text: groups have rights, so none is guessed.
 [[nodiscard]] std::optional<std::set<std::string>> DecodeGroups(std::string_view column);
 
 }  // namespace plovix

@@ -11,7 +11,7 @@ namespace plovix {
 
 // A JSON array of {"subject": text, "group": bool, "view", "run", "edit", "delete": bool}.
 [[nodiscard]] std::string EncodePermissions(const PermissionSet& permissions);
-// Nothing for any other text: guessing would give rights, or take them.
+// Nothing for any other text, because guessing would grant or revoke rights.
 [[nodiscard]] std::optional<PermissionSet> DecodePermissions(std::string_view column);
 
 }  // namespace plovix

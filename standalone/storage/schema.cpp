@@ -9,7 +9,7 @@
 namespace plovix {
 namespace {
 
-// "PLVX", in the file's header: tells task files from other SQLite files.
+// "PLVX", in the file's header: distinguishes task files from other SQLite files.
 constexpr int kApplicationId = 0x504C5658;
 
 constexpr std::array kTables{
@@ -47,8 +47,8 @@ constexpr std::array kTables{
          PRIMARY KEY (TaskId, Position)) WITHOUT ROWID)",
 };
 
-// One row for each task that has a recurrence. The columns behind PatternKind hold what that pattern has,
-// and NULL otherwise.
+// One row for each task that has a recurrence. The columns after PatternKind contain the fields of that
+// pattern, and NULL otherwise.
 constexpr std::array kSchedules{
     R"(CREATE TABLE VeloAutoTaskSchedules (
          TaskId INTEGER PRIMARY KEY REFERENCES VeloAutoTasks (Id) ON DELETE CASCADE,
@@ -76,8 +76,8 @@ constexpr std::array kSchedules{
          RelativeDayOfWeek INTEGER))",
 };
 
-// Permissions is NULL for a task without a permission set. A tag that has no texts has one row with the
-// language '' and a NULL text. VeloUsers always holds an administrator.
+// Permissions is NULL for a task without a permission set. A tag without texts has one row with the language
+// '' and a NULL text. VeloUsers always contains an administrator.
 constexpr std::array kAccounts{
     "ALTER TABLE VeloAutoTasks ADD COLUMN Permissions TEXT",
     "ALTER TABLE VeloAutoTasks ADD COLUMN MayRun INTEGER NOT NULL DEFAULT 1",
@@ -103,8 +103,8 @@ constexpr std::array kAccounts{
 
 constexpr std::array<MigrationStep, 3> kSteps{kTables, kSchedules, kAccounts};
 
-// Tables that are missing, changed or stand for something else would fail or lie at any statement; triggers
-// would act behind every one. Further tables and indexes are their owner's affair.
+// With missing, changed or replaced tables, any statement could fail or return false data; triggers would act
+// behind all of them. Additional tables and indexes are up to their owner.
 void CheckSchema(const Connection& connection, int version) {
   const auto expected = SchemaObjectsMadeBy(MigrationSteps().first(static_cast<std::size_t>(version)));
   const auto found = SchemaObjects(connection);
@@ -122,7 +122,8 @@ void CheckSchema(const Connection& connection, int version) {
   }
 }
 
-// To be asked in a transaction: while a new file gets its tables, answers from before and after do not fit.
+// To be called in a transaction: while a new file gets its tables, results from before and after do not
+// match.
 int VersionInTransaction(const Connection& connection, int latest) {
   const std::int64_t application = connection.Integer("PRAGMA application_id").value_or(0);
   const auto version = static_cast<int>(connection.Integer("PRAGMA user_version").value_or(0));

@@ -7,14 +7,14 @@
 #include <span>
 #include <utility>
 
-#include "settings_column.h"
 #include "task_columns.h"
 
 namespace plovix {
 namespace {
 
-std::string Select(std::string columns, std::span<const TaskColumn> more, std::string_view rest) {
-  for (const TaskColumn& column : more) columns.append(", ").append(column.name);
+template <class Columns>
+std::string Select(std::string columns, const Columns& more, std::string_view rest) {
+  for (const auto& column : more) columns.append(", ").append(column.name);
   return "SELECT " + columns + " FROM " + std::string(rest);
 }
 
@@ -27,13 +27,12 @@ std::string SelectSchedules(std::string_view rest) {
 }
 
 std::string SelectActions(std::string_view rest) {
-  return "SELECT TaskId, RecordModes, Capabilities, Kind, Name, Settings FROM VeloAutoTaskActions " +
-         std::string(rest);
+  return Select("TaskId", ActionColumns(), "VeloAutoTaskActions " + std::string(rest));
 }
 
-std::string InsertInto(std::string_view table, std::string_view first, std::span<const TaskColumn> more) {
-  std::string names(first), values = "?";
-  for (const TaskColumn& column : more) {
+template <class Columns>
+std::string InsertInto(std::string_view table, std::string names, std::string values, const Columns& more) {
+  for (const auto& column : more) {
     names.append(", ").append(column.name);
     values += ", ?";
   }
@@ -46,11 +45,7 @@ std::string UpdateTask() {
   return sql + " WHERE Id = ? AND Version = ?";
 }
 
-constexpr std::string_view kInsertAction =
-    "INSERT INTO VeloAutoTaskActions (TaskId, Position, RecordModes, Capabilities, Kind, Name, Settings) "
-    "VALUES (?, ?, ?, ?, ?, ?, ?)";
-
-// The number of a deleted task is not given again.
+// The number of a deleted task is not used again.
 constexpr std::string_view kHighestIdIsGiven =
     "SELECT 1 FROM sqlite_sequence WHERE seq = 9223372036854775807 "
     "UNION ALL SELECT 1 FROM VeloAutoTasks WHERE Id = 9223372036854775807";
@@ -108,7 +103,7 @@ class SqliteStorage::Tables {
     return version.Step() ? std::optional(version.Integer(0)) : std::nullopt;
   }
 
-  // Gives back the new task's id.
+  // Returns the new task's id.
   [[nodiscard]] std::int64_t Insert(const TaskRecord& task) {
     if (Prepare(kHighestIdIsGiven).Step()) {
       connection_->Refuse(failure_number::kOverflow,
@@ -116,15 +111,15 @@ class SqliteStorage::Tables {
                           "move the tasks into a new file by exporting and importing them");
     }
     insert_task_.BindInteger(0, task.version);
-    BindColumns(insert_task_, TaskColumns(), task);
+    BindColumns(insert_task_, 1, TaskColumns(), task);
     insert_task_.Run();
     return connection_->LastInsertId();
   }
 
-  // False when the task is gone or its stored version is not `former_version`.
+  // False if the task is gone or its stored version is not `former_version`.
   [[nodiscard]] bool Update(const TaskRecord& task, std::int64_t former_version) {
     update_task_.BindInteger(0, task.version);
-    const int next = BindColumns(update_task_, TaskColumns(), task);
+    const int next = BindColumns(update_task_, 1, TaskColumns(), task);
     update_task_.BindInteger(next, task.id);
     update_task_.BindInteger(next + 1, former_version);
     update_task_.Run();
@@ -136,7 +131,7 @@ class SqliteStorage::Tables {
     delete_schedule_.Run();
     if (!task.recurrence) return;
     insert_schedule_.BindInteger(0, task.id);
-    BindColumns(insert_schedule_, ScheduleColumns(), task);
+    BindColumns(insert_schedule_, 1, ScheduleColumns(), task);
     insert_schedule_.Run();
   }
 
@@ -147,11 +142,7 @@ class SqliteStorage::Tables {
     for (const ActionRecord& action : task.actions) {
       insert_action_.BindInteger(0, task.id);
       insert_action_.BindInteger(1, ++position);
-      insert_action_.BindInteger(2, action.record_modes);
-      insert_action_.BindInteger(3, action.capabilities);
-      insert_action_.BindText(4, action.kind);
-      insert_action_.BindText(5, action.name);
-      insert_action_.BindText(6, EncodeSettings(action.settings));
+      BindColumns(insert_action_, 2, ActionColumns(), action);
       insert_action_.Run();
     }
   }
@@ -162,15 +153,15 @@ class SqliteStorage::Tables {
   }
 
  private:
-  // Binds the columns' values behind the first parameter; gives back the number of the next one.
-  static int BindColumns(Statement& statement, std::span<const TaskColumn> columns, const TaskRecord& task) {
-    int parameter = 1;
-    for (const TaskColumn& column : columns) column.bind(statement, parameter++, task);
+  // Binds the columns' values from `parameter` on; gives back the number of the next one.
+  template <class Columns, class Record>
+  static int BindColumns(Statement& statement, int parameter, const Columns& columns, const Record& record) {
+    for (const auto& column : columns) column.bind(statement, parameter++, record);
     return parameter;
   }
 
-  // Gives each row of a statement to the task that its first column names. Rows and tasks come in the order
-  // of the tasks' ids.
+  // Reads each row of a statement into the task whose id is in the first column. Rows and tasks are in the
+  // order of the tasks' ids.
   static void ReadInto(TasksRead& read, Statement& statement,
                        std::string_view (*read_row)(TaskRecord& task, const Statement& row)) {
     auto task = read.tasks.begin();
@@ -181,18 +172,19 @@ class SqliteStorage::Tables {
     });
   }
 
-  // These read all that can be read, and give back the name of the first value that cannot; empty when there
-  // is none.
-  static std::string_view ReadColumns(TaskRecord& task, std::span<const TaskColumn> columns,
-                                      const Statement& row, int index) {
+  // These read everything that can be read, and return the name of the first unreadable value, or an empty
+  // name.
+  template <class Columns, class Record>
+  static std::string_view ReadColumns(Record& record, const Columns& columns, const Statement& row,
+                                      int index) {
     std::string_view unreadable;
-    for (const TaskColumn& column : columns) {
-      if (!column.read(task, row, index++) && unreadable.empty()) unreadable = column.name;
+    for (const auto& column : columns) {
+      if (!column.read(record, row, index++) && unreadable.empty()) unreadable = column.name;
     }
     return unreadable;
   }
 
-  // The id 0 is that of a task which is not stored.
+  // Id 0 means a task that is not stored.
   static void ReadTask(TasksRead& read, const Statement& row) {
     TaskRecord& task = read.tasks.emplace_back();
     task.id = row.Integer(0);
@@ -207,30 +199,26 @@ class SqliteStorage::Tables {
   }
 
   static std::string_view ReadAction(TaskRecord& task, const Statement& row) {
-    ActionRecord& action = task.actions.emplace_back();
-    action.kind = row.Text(3);
-    action.name = row.Text(4);
-    action.settings = DecodeSettings(row.Text(5));
-    const bool fits = ReadInteger(action.record_modes, row, 1) && ReadInteger(action.capabilities, row, 2);
-    return fits ? "" : "action";
+    return ReadColumns(task.actions.emplace_back(), ActionColumns(), row, 1).empty() ? "" : "action";
   }
 
   [[nodiscard]] Statement Prepare(std::string_view sql) const { return connection_->Prepare(sql); }
 
   std::unique_ptr<Connection> connection_;
-  // After the connection, so that they go before it.
+  // After the connection, so that they are destroyed before it.
   Statement all_tasks_ = Prepare(SelectTasks("ORDER BY Id"));
   Statement all_schedules_ = Prepare(SelectSchedules("ORDER BY TaskId"));
   Statement all_actions_ = Prepare(SelectActions("ORDER BY TaskId, Position"));
   Statement one_task_ = Prepare(SelectTasks("WHERE Id = ?"));
   Statement its_schedule_ = Prepare(SelectSchedules("WHERE TaskId = ?"));
   Statement its_actions_ = Prepare(SelectActions("WHERE TaskId = ? ORDER BY Position"));
-  Statement insert_task_ = Prepare(InsertInto("VeloAutoTasks", "Version", TaskColumns()));
+  Statement insert_task_ = Prepare(InsertInto("VeloAutoTasks", "Version", "?", TaskColumns()));
   Statement update_task_ = Prepare(UpdateTask());
   Statement delete_task_ = Prepare("DELETE FROM VeloAutoTasks WHERE Id = ?");
-  Statement insert_schedule_ = Prepare(InsertInto("VeloAutoTaskSchedules", "TaskId", ScheduleColumns()));
+  Statement insert_schedule_ = Prepare(InsertInto("VeloAutoTaskSchedules", "TaskId", "?", ScheduleColumns()));
   Statement delete_schedule_ = Prepare("DELETE FROM VeloAutoTaskSchedules WHERE TaskId = ?");
-  Statement insert_action_ = Prepare(kInsertAction);
+  Statement insert_action_ =
+      Prepare(InsertInto("VeloAutoTaskActions", "TaskId, Position", "?, ?", ActionColumns()));
   Statement delete_actions_ = Prepare("DELETE FROM VeloAutoTaskActions WHERE TaskId = ?");
 };
 
@@ -273,7 +261,7 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   TaskRecord saved = task;
   saved.modified = now;
   saved.version = NextVersion(task.version);
-  if (!saved.recurrence) saved.schedule_start.reset();  // there is nothing to count from it
+  DropUnusedStart(saved);
   const auto body = [&] {
     AskAbout(task.id, &task);
     if (task.id == 0) {

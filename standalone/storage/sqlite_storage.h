@@ -1,8 +1,8 @@
 // Tasks in a SQLite file. Used by the program.
 //
-// Every save is on the disk when it returns (write-ahead log, synchronous FULL). Several programs may
-// have the file open; a save that finds the task changed by another one is a TaskConflict. The file must
-// lie on a local disk, under one name. A copy of it alone holds what EmptyLog has moved into it.
+// Every save is on disk when it returns (write-ahead log, synchronous FULL). Several programs may have the
+// file open; a save that finds the task changed by another program fails with TaskConflict. The file must be
+// on a local disk, under one name. A copy of it alone contains what EmptyLog has moved into it.
 #pragma once
 
 #include <plovix/standalone/tasks/row_cursor.h>
@@ -17,7 +17,7 @@
 
 namespace plovix {
 
-// To be used by the thread that made it.
+// To be used only by the thread that created it.
 class SqliteStorage final : public TaskStorage {
  public:
   // Opens or creates the file, as OpenTaskFile does.
@@ -37,13 +37,13 @@ class SqliteStorage final : public TaskStorage {
   bool EmptyLog();
   void OnWritten(std::function<void()> told);
 
-  // The rows of a single SELECT on the tables of the file, everything that was saved before among them. They
-  // keep nobody from saving; what is saved during the pass is not in it.
+  // The rows of a single SELECT on the tables of the file, including everything saved before. They keep
+  // nobody from saving; the pass does not see what is saved meanwhile.
   [[nodiscard]] std::unique_ptr<RowCursor> OpenRows(const std::string& sql) const;
 
  private:
   class Tables;
-  // To be called in the transaction that writes: the guard sees the row that the change will meet.
+  // To be called in the transaction that writes, so that the guard sees the row that will be changed.
   void AskAbout(std::int64_t id, const TaskRecord* wanted);
 
   std::unique_ptr<Tables> tables_;

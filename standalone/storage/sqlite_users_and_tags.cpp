@@ -96,7 +96,7 @@ std::vector<UserRecord> SqliteUsersAndTags::Users() {
   return ReadUsers(*file_);
 }
 
-// The transaction keeps everybody else from changing what is merged with.
+// The transaction keeps others from changing the stored rows during the merge.
 void SqliteUsersAndTags::SaveUsers(const std::vector<UserRecord>& users,
                                    const std::vector<UserRecord>& read) {
   std::vector<UserRecord> merged;

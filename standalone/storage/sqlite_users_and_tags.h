@@ -1,7 +1,7 @@
 // Users and language tags in the task file. Used by the program.
 //
-// On a connection of its own: so it needs no SqliteStorage beside it, neither one's statements can get into
-// the other's transaction, and each can be given up alone. Writers wait for each other like two programs.
+// With its own connection: so it needs no SqliteStorage, neither one's statements can get into the other's
+// transaction, and each can be closed separately. Writers wait for each other like two programs.
 #pragma once
 
 #include <plovix/standalone/tasks/users_and_tags.h>

@@ -5,21 +5,22 @@
 #include <plovix/standalone/tasks/task_fields.h>
 #include <plovix/standalone/text/iso_time.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
+#include <map>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
 #include "permission_column.h"
+#include "settings_column.h"
 
 namespace plovix {
 namespace {
 
 using std::chrono::local_days;
 
-// Gives the value back; what cannot be read again is not stored.
+// Returns the value; fails if it could not be read again.
 template <class Time>
 Time Storable(Time value) {
   constexpr local_days kFirst{std::chrono::year{0} / 1 / 1};
@@ -39,6 +40,9 @@ struct ToFile {
   void operator()(DateTime value) const { statement.BindText(parameter, IsoDateTime(Storable(value))); }
   void operator()(const std::vector<CategoryRecord>& categories) const {
     statement.BindText(parameter, EncodeCategories(categories));
+  }
+  void operator()(const std::map<std::string, std::string>& settings) const {
+    statement.BindText(parameter, EncodeSettings(settings));
   }
 };
 
@@ -68,30 +72,34 @@ struct FromFile {
     categories = DecodeCategories(row.Text(column));
     return true;
   }
+  bool operator()(std::map<std::string, std::string>& settings) const {
+    settings = DecodeSettings(row.Text(column));
+    return true;
+  }
 };
 
 bool IsNull(const Statement& row, int column) {
   return row.Type(column) == ColumnType::kNull;
 }
 
-// A column for the value that `kLocate` finds in a task; NULL where it finds none.
-template <auto kLocate>
-constexpr TaskColumn Column(std::string_view name) {
+// A column for the value that `kLocate` finds in a record; NULL where it finds none.
+template <auto kLocate, class Record = TaskRecord>
+constexpr ColumnOf<Record> Column(std::string_view name) {
   return {name,
-          [](Statement& statement, int parameter, const TaskRecord& task) {
-            const auto* field = kLocate(task);
+          [](Statement& statement, int parameter, const Record& record) {
+            const auto* field = kLocate(record);
             if (field == nullptr) return statement.BindNull(parameter);
             ToFile{statement, parameter}(*field);
           },
-          [](TaskRecord& task, const Statement& row, int column) {
-            auto* field = kLocate(task);
+          [](Record& record, const Statement& row, int column) {
+            auto* field = kLocate(record);
             if (field == nullptr || IsNull(row, column)) return field == nullptr && IsNull(row, column);
             return FromFile{row, column}(*field);
           }};
 }
 
-// Where the fields of the three tables stand in a task.
-constexpr auto kInTask = [](auto& task, auto field) { return &(task.*field); };
+// Where the fields of the tables stand in a task, or in an action.
+constexpr auto kInRecord = [](auto& record, auto field) { return &(record.*field); };
 constexpr auto kInRecurrence = [](auto& task, auto field) {
   return task.recurrence ? &((*task.recurrence).*field) : nullptr;
 };
@@ -100,9 +108,9 @@ constexpr auto kInPattern = [](auto& task, auto field) {
 };
 
 // The columns of one field: one under its name, or one for each day of a week.
-template <auto kIn, auto kField>
+template <auto kIn, auto kField, class Record = TaskRecord>
 constexpr auto ColumnsOf(std::string_view name) {
-  return std::array{Column<[](auto& task) { return kIn(task, kField); }>(name)};
+  return std::array{Column<[](auto& record) { return kIn(record, kField); }, Record>(name)};
 }
 
 template <std::size_t kDay>
@@ -112,7 +120,7 @@ constexpr auto kOfWeek = [](auto& task) {
 };
 
 template <>
-constexpr auto ColumnsOf<kInPattern, &WeeklyRecord::days>(std::string_view /*name*/) {
+constexpr auto ColumnsOf<kInPattern, &WeeklyRecord::days, TaskRecord>(std::string_view /*name*/) {
   return std::array{Column<kOfWeek<0>>("Sunday"),   Column<kOfWeek<1>>("Monday"),
                     Column<kOfWeek<2>>("Tuesday"),  Column<kOfWeek<3>>("Wednesday"),
                     Column<kOfWeek<4>>("Thursday"), Column<kOfWeek<5>>("Friday"),
@@ -120,10 +128,11 @@ constexpr auto ColumnsOf<kInPattern, &WeeklyRecord::days>(std::string_view /*nam
 }
 
 // The columns of all fields of a table.
-template <const auto& kFields, auto kIn>
+template <const auto& kFields, auto kIn, class Record = TaskRecord>
 constexpr auto Columns() {
   return []<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
-    return std::tuple_cat(ColumnsOf<kIn, std::get<kIndex>(kFields).field>(std::get<kIndex>(kFields).name)...);
+    return std::tuple_cat(
+        ColumnsOf<kIn, std::get<kIndex>(kFields).field, Record>(std::get<kIndex>(kFields).name)...);
   }
   (std::make_index_sequence<std::tuple_size_v<std::remove_cvref_t<decltype(kFields)>>>());
 }
@@ -155,10 +164,9 @@ bool ReadPermissions(TaskRecord& task, const Statement& row, int column) {
   return task.permissions.has_value();
 }
 
-// The column PatternKind holds a pattern's place in kPatternClasses, NULL for no pattern.
+// The column PatternKind contains a pattern's position in kPatternClasses, NULL for no pattern.
 void BindPatternKind(Statement& statement, int parameter, const TaskRecord& task) {
-  const auto* found = std::ranges::find(kPatternClasses, task.recurrence->pattern.index(),
-                                        [](const auto& each) { return each.second.index(); });
+  const auto* found = ClassOf(task.recurrence->pattern);
   if (found == kPatternClasses.end()) return statement.BindNull(parameter);
   statement.BindInteger(parameter, found - kPatternClasses.begin());
 }
@@ -172,8 +180,8 @@ bool ReadPatternKind(TaskRecord& task, const Statement& row, int column) {
 }
 
 constexpr auto kTaskColumns =
-    Together(Columns<kTaskFields, kInTask>(), ColumnsOf<kInTask, &TaskRecord::modified>("Modified"),
-             ColumnsOf<kInTask, &TaskRecord::categories>("Category"),
+    Together(Columns<kTaskFields, kInRecord>(), ColumnsOf<kInRecord, &TaskRecord::modified>("Modified"),
+             ColumnsOf<kInRecord, &TaskRecord::categories>("Category"),
              std::array{TaskColumn{"Permissions", BindPermissions, ReadPermissions}});
 
 constexpr auto kScheduleColumns =
@@ -181,6 +189,10 @@ constexpr auto kScheduleColumns =
              Columns<kRecurrenceFields, kInRecurrence>(),
              std::array{TaskColumn{"PatternKind", BindPatternKind, ReadPatternKind}},
              Columns<kPatternFields, kInPattern>());
+
+constexpr auto kActionColumns =
+    Together(Columns<kActionFields, kInRecord, ActionRecord>(),
+             ColumnsOf<kInRecord, &ActionRecord::settings, ActionRecord>("Settings"));
 
 }  // namespace
 
@@ -190,6 +202,10 @@ std::span<const TaskColumn> TaskColumns() {
 
 std::span<const TaskColumn> ScheduleColumns() {
   return kScheduleColumns;
+}
+
+std::span<const ActionColumn> ActionColumns() {
+  return kActionColumns;
 }
 
 }  // namespace plovix

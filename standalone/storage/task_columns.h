@@ -1,5 +1,5 @@
-// The columns that hold a task's fields, most of them under the fields' documented names. Used by the
-// storage, which makes its statements from them.
+// The columns that hold the fields of a task and its actions, most of them under the fields' documented
+// names. Used by the storage, which makes its statements from them.
 #pragma once
 
 #include <plovix/standalone/sqlite/statement.h>
@@ -13,22 +13,27 @@
 
 namespace plovix {
 
-struct TaskColumn {
+template <class Record>
+struct ColumnOf {
   std::string_view name;
-  // Binds what is to be stored: NULL where the task has no such value. Fails with 6 on a date outside the
+  // Binds what is to be stored: NULL where the record has no such value. Fails with 6 on a date outside the
   // years 0 to 9999.
-  void (*bind)(Statement& statement, int parameter, const TaskRecord& task);
-  // Takes what is stored; false when it does not fit.
-  bool (*read)(TaskRecord& task, const Statement& row, int column);
+  void (*bind)(Statement& statement, int parameter, const Record& record);
+  // Reads the stored value; false if it does not fit.
+  bool (*read)(Record& record, const Statement& row, int column);
 };
+using TaskColumn = ColumnOf<TaskRecord>;
+using ActionColumn = ColumnOf<ActionRecord>;
 
-// Of VeloAutoTasks: all but Id and Version, which the storage gives itself.
+// Of VeloAutoTasks: all except Id and Version, which the storage assigns.
 [[nodiscard]] std::span<const TaskColumn> TaskColumns();
-// Of VeloAutoTaskSchedules: all but TaskId. To be read in this order, into a task that has a recurrence:
-// the kind of the pattern decides which of the columns behind it hold a value, all others are NULL.
+// Of VeloAutoTaskSchedules: all except TaskId. To be read in this order, into a task that has a recurrence:
+// the kind of the pattern decides which of the following columns have a value; all others are NULL.
 [[nodiscard]] std::span<const TaskColumn> ScheduleColumns();
+// Of VeloAutoTaskActions: all but TaskId and Position.
+[[nodiscard]] std::span<const ActionColumn> ActionColumns();
 
-// False when the value is no integer or does not fit; `number` is then as it was.
+// False if the value is not an integer or does not fit; `number` is then unchanged.
 template <std::integral Number>
 [[nodiscard]] bool ReadInteger(Number& number, const Statement& row, int column) {
   const std::int64_t stored = row.Integer(column);

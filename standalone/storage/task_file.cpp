@@ -10,8 +10,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A log that was left behind may hold a newer version or another program's tables. Opened for writing
-// and closed again, SQLite would move it into the file; so it is looked at first without that right.
+// A log that was left behind may contain a newer version or another program's tables. Opening the file for
+// writing and closing it would move the log into the file, so it is first opened read-only.
 void LookBeforeOpening(const std::string& path, std::chrono::milliseconds patience) {
   std::error_code error;
   const fs::path real = fs::weakly_canonical(path, error);
@@ -29,7 +29,7 @@ std::string DefaultDatabasePath() {
 
 std::unique_ptr<Connection> OpenTaskFile(const std::string& path, std::chrono::milliseconds patience) {
   if (path == DefaultDatabasePath()) {
-    std::error_code error;  // a folder that is missing afterwards is told by the connection
+    std::error_code error;  // the connection reports a folder that is still missing
     fs::create_directories(fs::path(path).parent_path(), error);
   }
   try {
@@ -38,7 +38,7 @@ std::unique_ptr<Connection> OpenTaskFile(const std::string& path, std::chrono::m
     Migrate(*connection, MigrationSteps());
     connection->PrepareForWriting();
     return connection;
-  } catch (const SqlFailure& failure) {  // the statements are known to be right
+  } catch (const SqlFailure& failure) {  // the statements themselves are correct
     throw Failure(failure_number::kInvalidFormat, RealPath(path, kTaskFile) +
                                                       ": the file is damaged; restore it from a copy (" +
                                                       failure.Words() + ")");

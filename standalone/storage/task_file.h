@@ -1,4 +1,4 @@
-// Opening a task file. Used by the storage and the host's tables, which share the file and not the
+// Opening a task file. Used by the storage and that of users and tags, which share the file and not the
 // connection.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace plovix {
 
-// What failures call it.
+// The name of the file in failures.
 inline constexpr std::string_view kTaskFile = "task file";
 // How long to wait for another program that is writing.
 inline constexpr std::chrono::milliseconds kTaskFilePatience{3000};
@@ -20,7 +20,7 @@ inline constexpr std::chrono::milliseconds kTaskFilePatience{3000};
 [[nodiscard]] std::string DefaultDatabasePath();
 
 // Opens or creates the file with all its tables, for writing; the folder is created only for the default
-// path. Fails, and changes nothing, when the file is not a task file or a newer program made it.
+// path. Fails, and changes nothing, if the file is not a task file or was created by a newer program.
 [[nodiscard]] std::unique_ptr<Connection> OpenTaskFile(const std::string& path,
                                                        std::chrono::milliseconds patience);
 

@@ -1,6 +1,6 @@
 /// @file
 /// The kinds of action that the stand-alone host knows, as data: the editor, the list, the checks and the
-/// storage are all written against these tables.
+/// storage all use these tables.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ enum class ActionFieldType {
 
 /// One field of a kind of action.
 struct ActionField {
-  std::string_view key;           ///< under which the value stands in ActionRecord::settings
+  std::string_view key;           ///< of the value in ActionRecord::settings
   std::string_view caption;       ///< key of a host text
   ActionFieldType type;           ///< how it is edited and checked
   bool required;                  ///< must not be empty
@@ -37,7 +37,7 @@ struct ActionKind {
   std::string_view caption;             ///< key of a host text
   std::int32_t record_modes;            ///< set of record_mode_bit
   std::int32_t capabilities;            ///< set of capability bits
-  std::span<const ActionField> fields;  ///< the first one sums the action up
+  std::span<const ActionField> fields;  ///< the first one summarizes the action
 };
 
 /// All kinds, in the order in which they are offered.
@@ -47,7 +47,7 @@ struct ActionKind {
 /// A new action of the kind, its fields at their initial values.
 [[nodiscard]] ActionRecord NewAction(const ActionKind& kind);
 
-/// What is wrong with an action, at which field; nothing when it is fit to be stored.
+/// What is wrong with an action, and in which field.
 struct ActionProblem {
   std::string_view field;  ///< key of the field
   std::string_view text;   ///< key of a host text that tells the user

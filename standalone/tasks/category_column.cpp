@@ -21,8 +21,8 @@ bool Take(std::string_view& text, std::string_view prefix) {
   return true;
 }
 
-// Reads what EncodeCategories writes as long as no tag needs an escape; nothing for any other text. Lists of
-// many tasks would spend most of their time in the JSON library otherwise.
+// Reads what EncodeCategories writes if no tag needs an escape; nothing for any other text. Otherwise lists
+// of many tasks would spend most of their time in the JSON library.
 std::optional<std::vector<CategoryRecord>> DecodePlain(std::string_view rest) {
   std::vector<CategoryRecord> categories;
   if (!Take(rest, "[")) return std::nullopt;

@@ -1,6 +1,6 @@
 /// @file
-/// The text of the Category column: a task's category list. Used by the storage and by whoever reads the
-/// column of many tasks.
+/// The text of the Category column: a task's category list. Used by the storage and by readers of the column
+/// of many tasks.
 #pragma once
 
 #include <string>
@@ -11,13 +11,13 @@
 
 namespace plovix {
 
-/// Whether there is no category, or a lone one without a tag: what a page leaves of an empty box.
+/// Whether there is no category, or only one without a tag, which is what a page makes of an empty box.
 [[nodiscard]] bool IsNoCategory(const std::vector<CategoryRecord>& categories);
 /// A JSON array of {"tag": text, "public": bool}; the empty text for no category.
 [[nodiscard]] std::string EncodeCategories(const std::vector<CategoryRecord>& categories);
-/// Reads such an array; a lone category without a tag, which files of former versions hold, is none. Any
-/// other text that is not empty is one public category of that name: the column held a plain name before it
-/// held arrays.
+/// Reads such an array; a single category without a tag, as in files of former versions, counts as none. Any
+/// other text that is not empty is one public category of that name, because the column held plain names
+/// before it held arrays.
 [[nodiscard]] std::vector<CategoryRecord> DecodeCategories(std::string_view column);
 
 }  // namespace plovix

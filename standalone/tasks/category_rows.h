@@ -1,6 +1,5 @@
 /// @file
-/// Category columns that stand in no task file, as rows of the query that asks for them. Used by scripts and
-/// tests.
+/// Category columns that are not in a task file, as rows of the query for them. Used by scripts and tests.
 #pragma once
 
 #include <memory>
@@ -11,8 +10,7 @@
 
 namespace plovix {
 
-/// The rows of `before` (may be nothing), whose first column is the category, and behind them those of
-/// `columns`.
+/// The rows of `before` (may be null), whose first column is the category, followed by those of `columns`.
 [[nodiscard]] std::unique_ptr<RowCursor> CategoryRows(std::vector<std::string> columns,
                                                       std::unique_ptr<RowCursor> before = nullptr);
 

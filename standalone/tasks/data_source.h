@@ -1,6 +1,6 @@
 /// @file
 /// The data that tasks work on, as the stand-alone host sees them: data objects (tables and views) and their
-/// fields. Implemented over a database file, and in memory for scripts and tests.
+/// fields. Implemented for a database file, and in memory for scripts and tests.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -12,7 +12,7 @@
 
 namespace plovix {
 
-/// What a field's values are; decides which comparisons make sense and how a typed value is read.
+/// The type of a field's values; decides which comparisons make sense and how a typed value is read.
 enum class FieldType {
   kText,      ///< any text
   kInteger,   ///< a whole number
@@ -20,22 +20,22 @@ enum class FieldType {
   kBoolean,   ///< true or false
   kDate,      ///< a day
   kDateTime,  ///< a moment
-  kBinary     ///< bytes; only whether there are any can be asked
+  kBinary     ///< bytes; can only be tested for presence
 };
 
 /// One field of a data object.
 struct FieldRecord {
-  std::string name;                   ///< unique in its data object without regard to case
+  std::string name;                   ///< unique in its data object, ignoring case
   FieldType type = FieldType::kText;  ///< of its values
   bool operator==(const FieldRecord&) const = default;
 };
 
 /// A table or view.
 struct DataObjectRecord {
-  std::string name;           ///< unique without regard to case
+  std::string name;           ///< unique, ignoring case
   std::string caption;        ///< as shown
-  std::string key;            ///< the field that identifies a record; empty when there is none
-  bool reads_hidden = false;  ///< it is a view of one with a hidden name, and as hidden as that
+  std::string key;            ///< the field that identifies a record; empty if there is none
+  bool reads_hidden = false;  ///< a view of one with a hidden name, and therefore hidden, too
   bool operator==(const DataObjectRecord&) const = default;
 };
 
@@ -50,9 +50,9 @@ class DataSource {
   virtual ~DataSource() = default;
   /// All data objects, in the order in which they are offered.
   [[nodiscard]] virtual std::vector<DataObjectRecord> List() = 0;
-  /// Nothing when there is none of that name.
+  /// Nothing if there is none of that name.
   [[nodiscard]] virtual std::optional<DataObjectRecord> Find(std::string_view name) = 0;
-  /// In the order of the data object's declaration; empty for a name that there is not.
+  /// In the order of the data object's declaration; empty for an unknown name.
   [[nodiscard]] virtual std::vector<FieldRecord> Fields(std::string_view name) = 0;
 };
 

@@ -1,5 +1,5 @@
 /// @file
-/// Data objects held in memory, for scripts and tests.
+/// Data objects in memory, for scripts and tests.
 #pragma once
 
 #include <plovix/base/same_name.h>

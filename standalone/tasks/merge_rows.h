@@ -1,6 +1,6 @@
 /// @file
-/// Two people change rows that both have read: what the second one stores goes into what the first one has
-/// stored. Used by the host's tables and by the windows that edit them.
+/// Merging of changes by two people who have read the same rows: what the second one stores is merged into
+/// stored. Used by the users and tags and by the windows that edit them.
 #pragma once
 
 #include <plovix/base/failure.h>
@@ -13,8 +13,8 @@
 
 namespace plovix {
 
-/// Thrown when rows that are to be changed were changed otherwise by somebody else since they were read;
-/// nothing is stored then.
+/// Thrown if somebody else has changed the same rows differently since they were read; nothing is stored
+/// then.
 class RowConflict final : public Failure {
  public:
   /// `description` tells a person what happened; `rows` are the keys of the rows.
@@ -27,14 +27,14 @@ class RowConflict final : public Failure {
   std::vector<std::string> rows_;
 };
 
-/// What MergeRows makes.
+/// The result of MergeRows.
 template <class Row>
 struct MergedRows {
-  std::map<std::string, Row> rows;  ///< with the own change where both changed a row
-  std::set<std::string> conflicts;  ///< the keys of the rows that both changed, each in another way
+  std::map<std::string, Row> rows;  ///< with one's own change if both changed a row
+  std::set<std::string> conflicts;  ///< the keys of the rows that both changed differently
 };
 
-/// Puts what `mine` changes of `read` into `stored`; rows are added, removed and changed alike.
+/// Applies the differences between `read` and `mine` to `stored`: added, removed and changed rows.
 template <class Row>
 [[nodiscard]] MergedRows<Row> MergeRows(const std::map<std::string, Row>& read,
                                         const std::map<std::string, Row>& mine,

@@ -1,5 +1,6 @@
 /// @file
-/// Who may do what with a task, as plain values: what a task's permission set holds and its editor edits.
+/// Who may do what with a task, as plain values: the contents of a task's permission set, which its editor
+/// edits.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -20,8 +21,8 @@ struct PermissionRecord {
   bool operator==(const PermissionRecord&) const = default;
 };
 
-/// A subject stands in it once. Users get what their own line and those of their groups grant together;
-/// nobody else gets anything, administrators excepted.
+/// Each subject occurs once. Users have what their own line and those of their groups grant together; nobody
+/// else except administrators has any permission.
 using PermissionSet = std::vector<PermissionRecord>;
 
 }  // namespace plovix

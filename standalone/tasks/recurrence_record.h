@@ -1,5 +1,5 @@
 /// @file
-/// When a task runs, as plain values: what is stored, compared, copied, and expanded by the schedule engine.
+/// When a task runs, as plain values that are stored, compared, copied, and expanded by the schedule engine.
 #pragma once
 
 #include <plovix/host/recurrence.h>
@@ -11,8 +11,8 @@
 
 namespace plovix {
 
-/// In every record 0 means "not yet set" where the field is an interval, a day, a month or a day of the week;
-/// pages and engine then take 1. Numbers are stored as they were given, whatever they are.
+/// In every record, 0 means "not yet set" for an interval, a day, a month or a day of the week; pages and
+/// engine then use 1. Numbers are stored as given, without checks.
 struct DailyRecord {
   std::int32_t every_n_days = 0;  ///< interval in days
   bool weekdays_only = false;     ///< Monday to Friday only
@@ -26,10 +26,10 @@ struct WeeklyRecord {
   bool operator==(const WeeklyRecord&) const = default;
 };
 
-/// The day in a month that both the monthly and the yearly record choose, in one of two ways.
+/// The day in a month, for the monthly and yearly records, chosen in one of two ways.
 struct DayChoice {
   bool use_relative_day = false;          ///< false: day_of_month counts; true: the other two
-  std::int32_t day_of_month = 0;          ///< 1 to 31; of the specific day
+  std::int32_t day_of_month = 0;          ///< 1 to 31; for a specific day
   std::int32_t relative_week = 0;         ///< 0 to 4: first to fourth, last
   std::int32_t relative_day_of_week = 0;  ///< 1 Sunday to 7 Saturday, 8 any day, 9 weekday, 10 weekend day
   bool operator==(const DayChoice&) const = default;
@@ -55,14 +55,14 @@ using PatternRecord = std::variant<std::monostate, DailyRecord, WeeklyRecord, Mo
 /// A schedule.
 struct RecurrenceRecord {
   std::int32_t recurrence_type =
-      0;                       ///< recurrence_type; what the user chose, which `pattern` may not follow yet
+      0;                       ///< recurrence_type; the user's choice, which `pattern` may not match yet
   std::int32_t time_kind = 0;  ///< time_kind
-  std::int32_t interval = 0;   ///< minutes or hours, as time_kind says
+  std::int32_t interval = 0;   ///< in minutes or hours, as time_kind says
   DateTime execution_time = kFirstExecutionTime;  ///< only its time of day counts
   PatternRecord pattern;                          ///< the one that was saved last
   bool operator==(const RecurrenceRecord&) const = default;
 
-  /// What a new schedule offers: eight in the morning.
+  /// The default of a new schedule: eight in the morning.
   static constexpr DateTime kFirstExecutionTime = kZeroDate + std::chrono::hours{8};
 };
 

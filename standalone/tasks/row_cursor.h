@@ -1,6 +1,6 @@
 /// @file
-/// A pass over the rows that an SQL statement gives. Made by the storage; used by whoever counts or lists
-/// more rows than should stand in memory at once.
+/// A pass over the rows of an SQL statement. Created by the storage; used to count or list more rows than
+/// should be in memory at once.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -10,17 +10,17 @@
 
 namespace plovix {
 
-/// Forward and for reading. Every member fails with a Failure whose description tells a person what happened.
+/// Forward and read-only. Every member fails with a Failure whose description tells a person what happened.
 class RowCursor {
  public:
   virtual ~RowCursor() = default;
-  /// Goes to the first or next row; false, from then on, when there is none left.
+  /// Goes to the first or next row; false from the end on.
   [[nodiscard]] virtual bool Next() = 0;
-  /// How many columns there are; below they are counted from 0 and must exist.
+  /// The number of columns; column numbers below start at 0 and must exist.
   [[nodiscard]] virtual std::size_t Columns() const = 0;
-  /// As the statement names it.
+  /// The column's name in the statement.
   [[nodiscard]] virtual std::string_view Name(std::size_t column) const = 0;
-  /// A value of the present row: any bytes, a number as SQL writes it, nothing for NULL. Valid until Next.
+  /// A value of the current row: any bytes, a number as SQL writes it, empty for NULL. Valid until Next.
   [[nodiscard]] virtual std::string_view Text(std::size_t column) const = 0;
 };
 

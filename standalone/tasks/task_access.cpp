@@ -1,5 +1,6 @@
 #include "task_access.h"
 
+#include <plovix/host/auto_task.h>
 #include <plovix/host/host_application.h>
 
 #include <algorithm>
@@ -71,6 +72,13 @@ std::optional<std::string_view> RefusalOf(const UserRecord& user, const TaskReco
   if (same_owner && stored->permissions == wanted->permissions) return std::nullopt;
   if (!MayChangeAccess(user, *stored)) return "rights.mayNotChangeAccess";
   return same_owner ? std::nullopt : RefusalOfOwner(user, wanted->owner);
+}
+
+void TakeFromManager(TaskRecord& task) {
+  task.allow_automation_manager = false;
+  task.processing_mode = processing_mode::kEveryTime;
+  task.recurrence.reset();
+  DropUnusedStart(task);
 }
 
 bool HasRight(const UserRecord& user, int number) {

@@ -19,13 +19,14 @@ enum class TaskRight {
   kDelete  ///< delete it
 };
 
-/// An administrator may do everything, a personal task's owner everything with it and nobody else anything.
-/// A shared task without a permission set may be viewed and run by everybody, edited and deleted by those who
-/// may create shared tasks; with one, a user may do what their own line and those of their groups grant.
+/// An administrator may do everything. A personal task's owner may do everything with it, and nobody else
+/// anything. Everybody may view and run a shared task without a permission set; those who may create shared
+/// tasks may edit and delete it. With a permission set, users may do what their own line and those of their
+/// groups grant.
 [[nodiscard]] bool May(const UserRecord& user, const TaskRecord& task, TaskRight right);
 
-/// Who may change a stored task's permission set, and whether it is personal: whoever may do everything with
-/// it.
+/// Whether the user may change a stored task's permission set and whether it is personal: this requires all
+/// rights for the task.
 [[nodiscard]] bool MayChangeAccess(const UserRecord& user, const TaskRecord& task);
 /// @{
 /// Whether the user may create tasks of that kind.
@@ -33,13 +34,16 @@ enum class TaskRight {
 [[nodiscard]] bool MayCreatePersonal(const UserRecord& user);
 /// @}
 
-/// Why the user may not put `wanted` (nullptr: delete it) in the place of `stored` (nullptr: a new task), as
-/// the key of a host text; nothing when they may. Both are the whole task. Only an administrator makes a task
+/// Why the user may not replace `stored` (nullptr: a new task) by `wanted` (nullptr: delete it), as the key
+/// of a host text; nothing if they may. Both are complete tasks. Only an administrator may make a task
 /// somebody else's.
 [[nodiscard]] std::optional<std::string_view> RefusalOf(const UserRecord& user, const TaskRecord* stored,
                                                         const TaskRecord* wanted);
 
-/// A number that stands for no right of the table belongs to administrators alone.
+/// Takes a task away from the automation manager: without a schedule, each run processes all records.
+void TakeFromManager(TaskRecord& task);
+
+/// Whether the user has the right with that number; only administrators have a right with an unknown number.
 [[nodiscard]] bool HasRight(const UserRecord& user, int number);
 
 }  // namespace plovix

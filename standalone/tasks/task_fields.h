@@ -1,8 +1,9 @@
 /// @file
-/// The plain fields of a task and of its parts by their documented names, one row for each. Whatever names
-/// fields works on these tables: the script's members, exported tasks, columns.
+/// The plain fields of a task and of its parts by their documented names, one row for each. Everything that
+/// refers to fields by name uses these tables: the script's members, exported tasks, columns.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <tuple>
@@ -16,14 +17,14 @@ namespace plovix {
 /// One row of the tables below.
 template <class Record, class Value>
 struct NamedField {
-  std::string_view name;  ///< never changes: files hold it
-  Value Record::*field;   ///< where the value stands
+  std::string_view name;  ///< never changes, because files contain it
+  Value Record::*field;   ///< the member with the value
 };
-/// What clang 16 does not find for itself.
+/// A deduction guide that clang 16 needs.
 template <class Record, class Value>
 NamedField(std::string_view, Value Record::*) -> NamedField<Record, Value>;
 
-/// What a task is called.
+/// A task's names and descriptions.
 inline constexpr std::tuple kTaskTextFields{
     NamedField{"RecordMode", &TaskRecord::record_mode},
     NamedField{"UsesLanguageTags", &TaskRecord::uses_language_tags},
@@ -46,14 +47,14 @@ inline constexpr std::tuple kTaskSettingFields{
     NamedField{"BaseDate", &TaskRecord::base_date},
     NamedField{"Query", &TaskRecord::query},
 };
-/// What says something about the place where the task is stored and its users: it stays there.
+/// What depends on the place where the task is stored and its users; it is not exported.
 inline constexpr std::tuple kTaskPlaceFields{
     NamedField{"Owner", &TaskRecord::owner},
     NamedField{"MayRun", &TaskRecord::may_run},
     NamedField{"MayEdit", &TaskRecord::may_edit},
     NamedField{"MayDelete", &TaskRecord::may_delete},
 };
-/// Every plain field but what the storage gives by itself: id, version and time of change.
+/// Every plain field except those that the storage assigns: id, version and time of change.
 inline constexpr auto kTaskFields = std::tuple_cat(kTaskTextFields, kTaskSettingFields, kTaskPlaceFields);
 
 /// Of a schedule, without its pattern.
@@ -64,8 +65,8 @@ inline constexpr std::tuple kRecurrenceFields{
     NamedField{"ExecutionTime", &RecurrenceRecord::execution_time},
 };
 
-/// The classes of patterns by name; no pattern is none of them. A class is stored as its place here, so
-/// places never change.
+/// The classes of patterns by name; "no pattern" is not among them. A class is stored as its position here,
+/// so positions never change.
 inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view, PatternRecord>>({
     {"DailyPattern", DailyRecord{}},
     {"WeeklyPattern", WeeklyRecord{}},
@@ -73,7 +74,18 @@ inline constexpr auto kPatternClasses = std::to_array<std::pair<std::string_view
     {"YearlyPattern", YearlyRecord{}},
 });
 
-/// Each belongs to one class of pattern; those of DayChoice to the monthly and the yearly one alike.
+/// @{
+/// The row of a pattern's class, or of the class of that name; kPatternClasses.end() when there is none.
+[[nodiscard]] inline const auto* ClassOf(const PatternRecord& pattern) {
+  return std::ranges::find(kPatternClasses, pattern.index(),
+                           [](const auto& row) { return row.second.index(); });
+}
+[[nodiscard]] inline const auto* ClassNamed(std::string_view name) {
+  return std::ranges::find(kPatternClasses, name, [](const auto& row) { return row.first; });
+}
+/// @}
+
+/// Each belongs to one class of pattern; those of DayChoice belong to the monthly and the yearly one.
 inline constexpr std::tuple kPatternFields{
     NamedField{"EveryNDays", &DailyRecord::every_n_days},
     NamedField{"WeekdaysOnly", &DailyRecord::weekdays_only},
@@ -92,7 +104,7 @@ inline constexpr std::tuple kCategoryFields{
     NamedField{"Tag", &CategoryRecord::tag},
     NamedField{"Public", &CategoryRecord::is_public},
 };
-/// Without the settings, whose keys are the kind's.
+/// Without the settings, whose keys depend on the kind.
 inline constexpr std::tuple kActionFields{
     NamedField{"Name", &ActionRecord::name},
     NamedField{"Kind", &ActionRecord::kind},
@@ -108,11 +120,11 @@ inline constexpr std::tuple kPermissionFields{
 
 /// Calls visit(name, pointer to member) for each field of a table, in its order.
 template <class Fields, class Visit>
-void ForEachField(const Fields& fields, Visit visit) {
+constexpr void ForEachField(const Fields& fields, Visit visit) {
   std::apply([&](const auto&... row) { (visit(row.name, row.field), ...); }, fields);
 }
 
-/// Calls visit(pointer to member) for the field of that name; false when the table has none.
+/// Calls visit(pointer to member) for the field of that name; false if the table has none.
 template <class Fields, class Visit>
 [[nodiscard]] bool VisitField(const Fields& fields, std::string_view name, Visit visit) {
   const auto matches = [&](const auto& row) {
@@ -122,7 +134,7 @@ template <class Fields, class Visit>
   return std::apply([&](const auto&... row) { return (matches(row) || ...); }, fields);
 }
 
-/// The value of a field of kPatternFields; nullptr when the pattern is of a class without the field.
+/// The value of a field of kPatternFields; nullptr if the pattern's class lacks the field.
 template <class Pattern, class Record, class Value>
 [[nodiscard]] auto* FieldIn(Pattern& pattern, Value Record::*field) {
   if constexpr (std::is_same_v<Record, DayChoice>) {

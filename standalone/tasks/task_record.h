@@ -1,5 +1,5 @@
 /// @file
-/// A task as plain values: what is stored, listed, compared and copied.
+/// A task as plain values that are stored, listed, compared and copied.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,14 @@ namespace plovix {
 
 /// A category of a task.
 struct CategoryRecord {
-  std::string tag;        ///< language tag; a tag without a text of its own is its own text
+  std::string tag;        ///< language tag; a tag without a text is its own text
   bool is_public = true;  ///< whether everybody may see it
   bool operator==(const CategoryRecord&) const = default;
 };
 
 /// An action of a task.
 struct ActionRecord {
-  std::string kind;               ///< identifier of an ActionKind; may be one that this program does not know
+  std::string kind;               ///< identifier of an ActionKind; may be unknown to this program
   std::string name;               ///< what the user calls it; may be empty
   std::int32_t record_modes = 0;  ///< set of record_mode_bit
   std::int32_t capabilities = 0;  ///< set of capability bits
@@ -30,10 +30,10 @@ struct ActionRecord {
   bool operator==(const ActionRecord&) const = default;
 };
 
-/// A task. What is not said here is said at AutoTask.
+/// A task. Members without a comment are described in AutoTask.
 struct TaskRecord {
   std::int64_t id = 0;            ///< 0: not stored yet
-  std::int64_t version = 0;       ///< another one after every save; a save on an older one is refused
+  std::int64_t version = 0;       ///< changes with every save; a save based on an older version is refused
   DateTime modified = kZeroDate;  ///< when it was saved last, by the host's clock
 
   /// @{
@@ -51,16 +51,16 @@ struct TaskRecord {
   bool process_failed_records = false;
   DateTime base_date = kZeroDate;
   std::string query;
-  std::string owner;  ///< the id of a personal task's user, else empty
-  /// Nothing: no permission set; everybody may do with the task what their rights allow.
+  std::string owner;  ///< the id of a personal task's owner, otherwise empty
+  /// Nothing: no permission set; users may do with the task what their rights allow.
   std::optional<PermissionSet> permissions;
   /// @}
   /// @{
-  /// What whoever saved the task last might do with tasks on its data object.
+  /// What the user who last saved the task was allowed to do with tasks on its data object.
   bool may_run = true, may_edit = true, may_delete = true;
   /// @}
   std::optional<RecurrenceRecord> recurrence;  ///< nothing: no schedule
-  /// The day that the schedule's intervals are counted from: set when the schedule is first saved, nothing
+  /// The day from which the schedule's intervals are counted: set when the schedule is first saved; nothing
   /// before that and without a schedule.
   std::optional<std::chrono::local_days> schedule_start;
   std::vector<ActionRecord> actions;  ///< in the order in which they run
@@ -68,10 +68,15 @@ struct TaskRecord {
   bool operator==(const TaskRecord&) const = default;
 };
 
-/// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
-/// `now`, one that was dropped has no start.
-inline void StartSchedule(TaskRecord& task, DateTime now) {
+/// Without a schedule there is nothing to count from its start.
+inline void DropUnusedStart(TaskRecord& task) {
   if (!task.recurrence) task.schedule_start.reset();
+}
+
+/// To be called before a task is stored: a schedule that is stored for the first time starts on the day of
+/// `now`; a removed schedule has no start.
+inline void StartSchedule(TaskRecord& task, DateTime now) {
+  DropUnusedStart(task);
   if (task.recurrence && !task.schedule_start)
     task.schedule_start = std::chrono::floor<std::chrono::days>(now);
 }

@@ -1,20 +1,22 @@
 /// @file
-/// How long the texts of a task may be. Whoever lets texts in - windows, imports, storages - keeps to it, so
-/// that no list, window or file has to cope with more. docs/task-export.md tells users.
+/// How long the texts of a task may be. All ways in - windows, imports, storages - enforce this, so that no
+/// list, window or file has to cope with more. docs/task-export.md documents it for users.
 #pragma once
 
 #include <plovix/base/failure.h>
+#include <plovix/base/utf8.h>
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "task_fields.h"
 
 namespace plovix {
 
 /// @{
-/// Characters (code points). Names are what a line shows: names, short descriptions, tags, captions,
+/// In characters (code points). Names are shown on one line: names, short descriptions, tags, captions,
 /// categories, kinds, subjects, the keys of settings. Texts are read or run as a whole: descriptions,
 /// queries, settings of actions, the texts of language tags.
 inline constexpr std::size_t kLongestName = 1'000;
@@ -24,12 +26,10 @@ inline constexpr std::size_t kLongestText = 100'000;
 /// Whether `text`, UTF-8, has more than `most` characters.
 [[nodiscard]] inline bool IsLongerThan(std::string_view text, std::size_t most) {
   if (text.size() <= most) return false;  // the usual case
-  std::size_t characters = 0;
-  for (const char byte : text) characters += (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U ? 1 : 0;
-  return characters > most;
+  return std::cmp_greater(CharacterCount(text), most);
 }
 
-/// The most characters of a field of the tables in task_fields.h.
+/// The maximum length of a field in the tables of task_fields.h.
 template <class Record>
 [[nodiscard]] constexpr std::size_t LongestIn(std::string Record::*field) {
   if constexpr (std::is_same_v<Record, TaskRecord>) {
@@ -38,14 +38,15 @@ template <class Record>
   return kLongestName;
 }
 
-/// Fails with 5, in words that name `what`, when a text is longer than `most` characters.
+/// Fails with 5 and a message that names `what` if a text is longer than `most` characters.
 inline void CheckLength(std::string_view what, std::string_view text, std::size_t most) {
   if (!IsLongerThan(text, most)) return;
   throw Failure(failure_number::kInvalidCall,
                 std::string(what) + " is longer than " + std::to_string(most) + " characters");
 }
 
-/// Fails with 5, in words that name the field, when a text of the record is too long; `fields` is its table.
+/// Fails with 5 and a message that names the field if a text of the record is too long; `fields` is its
+/// table.
 template <class Fields, class Record>
 void CheckLengths(const Fields& fields, const Record& record) {
   ForEachField(fields, [&](std::string_view name, auto field) {
@@ -54,7 +55,7 @@ void CheckLengths(const Fields& fields, const Record& record) {
   });
 }
 
-/// To be called before a task is stored: fails with 5 when one of its texts is too long.
+/// To be called before a task is stored: fails with 5 if one of its texts is too long.
 inline void CheckTexts(const TaskRecord& task) {
   CheckLengths(kTaskFields, task);
   for (const CategoryRecord& category : task.categories) CheckLengths(kCategoryFields, category);

@@ -9,11 +9,11 @@
 
 namespace plovix {
 
-/// A user and their rights; HasRight, May and MayUse say what follows.
+/// A user and their rights; HasRight, May and MayUse evaluate them.
 struct UserRecord {
   std::string id;                   ///< unique, never empty
-  std::string name;                 ///< as shown; the id where it is empty
-  bool administrator = false;       ///< has every right, whatever stands below
+  std::string name;                 ///< as shown; if empty, the id is shown
+  bool administrator = false;       ///< has every right, whatever the members below say
   std::set<std::string> groups;     ///< names of groups, none of them empty
   bool edit_categories = false;     ///< right 112
   bool see_all_categories = false;  ///< right 113

@@ -56,7 +56,7 @@ std::vector<UserRecord> MergedUsers(const std::vector<UserRecord>& users, const 
   MergedRows<UserRecord> merged = MergeRows(former, mine, UsersById(stored));
   const auto administers = [](const auto& row) { return row.second.administrator; };
   if (std::ranges::none_of(merged.rows, administers)) {
-    // Each of two people has left the other's administrator as the last one.
+    // Each of two people has kept only the administrator that the other removed.
     for (const auto& [id, user] : former) {
       const auto kept = mine.find(id);
       if (user.administrator && (kept == mine.end() || !kept->second.administrator)) {

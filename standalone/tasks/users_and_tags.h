@@ -1,5 +1,6 @@
 /// @file
-/// What the stand-alone host keeps beside the tasks: users with their rights, and the texts of language tags.
+/// What the stand-alone host stores in addition to the tasks: users with their rights, and the texts of
+/// language tags.
 #pragma once
 
 #include <map>
@@ -22,28 +23,28 @@ struct TagRecord {
 class UsersAndTags {
  public:
   virtual ~UsersAndTags() = default;
-  /// By id; never without an administrator.
+  /// Sorted by id; there is always an administrator.
   [[nodiscard]] virtual std::vector<UserRecord> Users() = 0;
-  /// Stores what `users` changes of `read`, what Users gave before; others that somebody else has changed
-  /// since stay as they are now. All or nothing. Fails with 5 when an id is empty or stands twice, or no
-  /// administrator would be left, and with RowConflict by ids where both changed the same user, or took from
-  /// the other the last administrator.
+  /// Stores the differences between `users` and `read`, an earlier result of Users; changes of other users
+  /// made meanwhile by somebody else are kept. All or nothing. Fails with 5 if an id is empty or occurs
+  /// twice, or no administrator would be left, and with RowConflict by ids if both changed the same user, or
+  /// if together they removed the last administrator.
   virtual void SaveUsers(const std::vector<UserRecord>& users, const std::vector<UserRecord>& read) = 0;
   /// By tag.
   [[nodiscard]] virtual std::vector<TagRecord> Tags() = 0;
-  /// Stores what `tag` changes of `read_texts`, the texts that Tags gave for it before; a new tag has none.
-  /// Texts that somebody else has changed since stay as they are now. All or nothing. Fails with 5 on an
-  /// empty tag, and with RowConflict by languages where both changed the text in the same one.
+  /// Stores the differences between `tag` and `read_texts`, its texts in an earlier result of Tags; a new tag
+  /// has none. Texts changed meanwhile by somebody else are kept. All or nothing. Fails with 5 on an empty
+  /// tag, and with RowConflict by languages if both changed the text in the same language.
   virtual void SaveTag(const TagRecord& tag, const std::map<std::string, std::string>& read_texts) = 0;
 };
 
-/// The one user that there is before any other was made; it may do everything.
+/// The only user until others are created; it may do everything.
 [[nodiscard]] UserRecord FirstAdministrator();
-/// By id; of two with the same id only one.
+/// By id; only one of several with the same id.
 [[nodiscard]] std::map<std::string, UserRecord> UsersById(const std::vector<UserRecord>& users);
 /// @{
-/// What every implementation of SaveUsers and SaveTag stores when `stored` is there now, and how it fails.
-/// The users come in the order of their ids.
+/// What every implementation of SaveUsers and SaveTag stores in place of `stored`, and how it fails. The
+/// users are in the order of their ids.
 [[nodiscard]] std::vector<UserRecord> MergedUsers(const std::vector<UserRecord>& users,
                                                   const std::vector<UserRecord>& read,
                                                   const std::vector<UserRecord>& stored);

@@ -1,5 +1,5 @@
 /// @file
-/// Texts without their differences of case, by Unicode. Used wherever names that people give are compared.
+/// Texts without case differences, by Unicode's rules. Used wherever names given by people are compared.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -9,8 +9,8 @@
 
 namespace plovix {
 
-/// Normalized (NFC) and folded by the default rules, whatever the user's locale. UTF-8; a text that is none
-/// comes back as it is.
+/// Normalized (NFC) and folded by the default rules, whatever the user's locale. UTF-8; invalid UTF-8 is
+/// returned unchanged.
 [[nodiscard]] std::string FoldCase(std::string_view text);
 
 }  // namespace plovix

@@ -8,7 +8,7 @@
 namespace plovix {
 namespace {
 
-// Years beyond these would be taken for others, and so for some between 0 and 9999.
+// Years outside this range would wrap around, possibly to years between 0 and 9999.
 constexpr std::chrono::local_days kFirstDay{std::chrono::year::min() / 1 / 1},
     kLastDay{std::chrono::year::max() / 12 / 31};
 

@@ -76,7 +76,7 @@ bool NestsDeeper(std::string_view json, std::size_t levels) {
     if (character == '"') {
       in_text = !in_text;
     } else if (in_text) {
-      if (character == '\\') ++i;  // whatever it escapes ends no text
+      if (character == '\\') ++i;  // an escaped character never ends the text
     } else if (character == '[' || character == '{') {
       if (++open > levels) return true;
     } else if ((character == ']' || character == '}') && open > 0) {

@@ -1,6 +1,6 @@
 /// @file
-/// Texts that may hold any bytes, as JSON strings, which may hold only UTF-8; and how deep JSON is nested.
-/// Used by the columns that are JSON and by the readers of files.
+/// Texts with arbitrary bytes as JSON strings, which must be UTF-8; and the nesting depth of JSON. Used by
+/// the columns with JSON and by the readers of files.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -11,23 +11,23 @@
 
 namespace plovix {
 
-/// Gives back UTF-8 as it is. A byte that is no part of well-formed UTF-8 becomes U+10FFFF (which is no
-/// character, so no real text holds it) and two hexadecimal digits; U+10FFFF itself is doubled.
+/// Returns UTF-8 unchanged. A byte that is not part of well-formed UTF-8 becomes U+10FFFF (a noncharacter,
+/// which no real text contains) and two hexadecimal digits; U+10FFFF itself is doubled.
 [[nodiscard]] std::string ToJsonText(std::string_view text);
-/// The text that ToJsonText made `json_text` from.
+/// The inverse of ToJsonText.
 [[nodiscard]] std::string FromJsonText(std::string_view json_text);
 
-/// Whether a column's text may be given to a JSON parser: it nests no deeper than a column ever needs, so
-/// that whoever walks through the values does not run out of stack, and holds no zero byte, which parsers
-/// take for its end.
+/// Whether a column's text may be passed to a JSON parser: it nests no deeper than columns ever need, so that
+/// walking through the values does not exhaust the stack, and has no zero byte, which parsers interpret as
+/// its end.
 [[nodiscard]] bool IsParsableJson(std::string_view text);
 
-/// Whether `text` is its own JSON text, and JSON writes it between its quotes without an escape.
+/// Whether ToJsonText returns `text` unchanged and JSON needs no escapes for it.
 [[nodiscard]] bool IsPlainJsonText(std::string_view text);
 
-/// Whether lists and objects stand in each other more than `levels` deep in `json`, well-formed or not up to
-/// there. To be asked before text from outside is parsed where what reads, copies or writes the value calls
-/// itself for each level: some ten thousand levels end the program.
+/// Whether lists and objects nest more than `levels` deep in `json`, which need not be well-formed. To be
+/// called before parsing text from outside, because code that reads, copies or writes the value is recursive:
+/// some ten thousand levels would crash the program.
 [[nodiscard]] bool NestsDeeper(std::string_view json, std::size_t levels);
 
 }  // namespace plovix

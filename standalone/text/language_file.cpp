@@ -40,7 +40,7 @@ std::string Text(const Json& object, const std::string& name, const std::string&
 int TextId(const std::string& key, const std::string& source) {
   int id = 0;
   std::from_chars(key.data(), key.data() + key.size(), id);
-  // A number has one way to be written, so that none is given twice.
+  // A number can be written in only one way, so that none occurs twice.
   if (std::to_string(id) != key) Refuse(source, "\"" + key + "\" is not a text number");
   return id;
 }

@@ -18,7 +18,7 @@ constexpr std::size_t kMegabyte = std::size_t{1024} * 1024;
 
 class Reading {
  public:
-  // Without waiting: a pipe would open when somebody opens its other end.
+  // Without waiting, because opening a pipe waits until somebody opens its other end.
   Reading(const std::string& path, const TextTable& texts)
       : path_(path),
         texts_(texts),
@@ -37,7 +37,7 @@ class Reading {
     if (S_ISDIR(status.st_mode)) Refuse("error.fileFolder");
     if (!S_ISREG(status.st_mode)) Refuse("error.fileSpecial");
     std::string bytes;
-    // The size is not asked for: a file may grow, and those that the system makes up have none.
+    // Does not rely on the file's size: a file may grow, and virtual files of the system have none.
     std::array<char, kMegabyte / 16> block{};
     while (true) {
       const ssize_t count = read(descriptor_, block.data(), std::min(block.size(), most + 1 - bytes.size()));

@@ -1,5 +1,5 @@
 /// @file
-/// The texts of one language: the pages' by number, the host's own by key.
+/// The texts of one language: the pages' texts by number, the host's own by key.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -20,17 +20,17 @@ class TextTable {
   [[nodiscard]] static TextTable Ids();
 
   std::string code;                                            ///< "en"
-  std::string name;                                            ///< the language's name in itself
+  std::string name;                                            ///< the language's own name for itself
   bool right_to_left = false;                                  ///< how the language is written
   std::map<int, std::string> page_texts;                       ///< by number, UTF-8
   std::map<std::string, std::string, std::less<>> host_texts;  ///< by key
 
-  /// A page text with "{1}", "{2}" ... replaced by the parameters; nothing when the table lacks it.
+  /// A page text with "{1}", "{2}" ... replaced by the parameters; nothing if the table lacks it.
   [[nodiscard]] std::optional<std::string> Find(int id,
                                                 const std::vector<std::string>& parameters = {}) const;
-  /// A text of the host's own; its key in brackets when the table lacks it.
+  /// One of the host's own texts; its key in brackets if the table lacks it.
   [[nodiscard]] std::string Host(std::string_view key, const std::vector<std::string>& parameters = {}) const;
-  /// Makes the table lack a page text from now on.
+  /// Removes a page text from the table.
   void Remove(int id);
 
  private:

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kLeastLines = 4;
 
-// Asks for no more height than it needs; the rest is for the parts of it that can grow.
+// Requests only the height that it needs; extra height goes to the parts that can grow.
 class Content final : public QWidget {
  public:
   [[nodiscard]] int heightForWidth(int width) const override {

@@ -1,4 +1,4 @@
-// The part of a window that scrolls where the screen is too small for it. Used by the editors.
+// The part of a window that scrolls if the screen is too small. Used by the editors.
 #pragma once
 
 #include <QScrollArea>
@@ -10,13 +10,13 @@ namespace plovix::app {
 class EditorArea final : public QScrollArea {
  public:
   EditorArea();
-  // What stands in it, from top to bottom.
+  // The contents, from top to bottom.
   [[nodiscard]] QVBoxLayout* Rows() const { return rows_; }
 
-  // As large as all of it; it can be made much smaller.
+  // The size of the whole contents; it can be made much smaller.
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
-  // What it lacks in height to show all of it, in pixels; 0: nothing.
+  // The missing height to show everything, in pixels; 0 if none is missing.
   [[nodiscard]] int MissingHeight() const;
 
  private:

@@ -4,39 +4,19 @@
 #include <plovix/standalone/tasks/merge_rows.h>
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
-#include <QStyledItemDelegate>
-#include <QTableWidget>
 #include <QVBoxLayout>
-#include <optional>
 
 #include "editor_area.h"
 #include "message_boxes.h"
+#include "pieces.h"
 #include "qt_text.h"
 
 namespace plovix::app {
-namespace {
 
-// The style tints the cell that has the focus, text and all, as if that were disabled; the chosen row says
-// enough.
-class RowDelegate final : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->state.setFlag(QStyle::State_HasFocus, false);
-  }
-};
-
-}  // namespace
-
-// Inside an editor the window grows with it.
+// Inside an editor, the window grows with the label.
 void TellProblem(QLabel& label, QWidget& editor, const QString& text) {
   qt::TellProblem(label, editor, text);
   QWidget* window = label.window();
@@ -56,7 +36,7 @@ QVBoxLayout* EditorDialog::Rows() const {
   return area_->Rows();
 }
 
-// Before it is shown it takes the size that it needs by itself.
+// Before it is shown it takes the needed size anyway.
 void EditorDialog::MakeRoomFor(QWidget& widget) {
   layout()->activate();
   ResizeOnScreen(*this, size() + QSize(0, area_->MissingHeight()));
@@ -73,22 +53,19 @@ QString EditorDialog::Caption(std::string_view key) const {
 }
 
 QLabel* EditorDialog::NewNote(std::string_view key) const {
-  QLabel* note = qt::NewWrappedLabel(Text(key));
-  return note;
+  return qt::NewWrappedLabel(Text(key));
 }
 
 QPushButton* EditorDialog::NewButton(std::string_view key, std::function<void()> action) {
-  auto* button = new QPushButton(Text(key));
+  QPushButton* button = app::NewButton(Text(key), std::move(action));
   button->setObjectName(ToQt(key));
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, std::move(action));
   return button;
 }
 
-void EditorDialog::AddOkAndCancel() {
+void EditorDialog::AddOkAndCancel(std::string_view ok_key) {
   buttons_ = new QDialogButtonBox;
   layout()->addWidget(buttons_);  // first: only a dialog's child can become its default button
-  auto* ok = buttons_->addButton(Text("button.ok"), QDialogButtonBox::AcceptRole);
+  auto* ok = buttons_->addButton(Text(ok_key), QDialogButtonBox::AcceptRole);
   auto* cancel = buttons_->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
   cancel->setAutoDefault(false);
   ok->setDefault(true);
@@ -102,13 +79,9 @@ void EditorDialog::HideCancel() {
 }
 
 void EditorDialog::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  auto* button = qobject_cast<QPushButton*>(focusWidget());
-  if (enter && event->modifiers().testFlag(Qt::ControlModifier)) {
+  if (IsEnter(*event) && event->modifiers().testFlag(Qt::ControlModifier)) {
     accept();
-  } else if (enter && button != nullptr) {
-    button->click();
-  } else {
+  } else if (!PressesButton(*this, *event)) {
     QDialog::keyPressEvent(event);
   }
 }
@@ -118,23 +91,11 @@ void EditorDialog::done(int result) {
   if (parentWidget() != nullptr) parentWidget()->activateWindow();
 }
 
-void EditorDialog::OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action) {
-  auto* shortcut = new QShortcut(keys, &widget);
-  shortcut->setContext(Qt::WidgetShortcut);
-  connect(shortcut, &QShortcut::activated, this, std::move(action));
-}
-
 bool EditorDialog::Try(std::string_view key, QLabel& place, const std::function<void()>& work) {
   TellProblem(place, *this, {});
-  std::optional<Failure> failure;
-  try {
-    work();
-    return true;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  TellProblem(place, *this, Text(key, {failure->Description()}));
-  return false;
+  const auto failure = FailureOf(work);
+  if (failure) TellProblem(place, *this, Text(key, {failure->Description()}));
+  return !failure;
 }
 
 bool EditorDialog::TryToStore(std::string_view key, QLabel& place, const std::function<void()>& work,
@@ -152,37 +113,7 @@ bool EditorDialog::TryToStore(std::string_view key, QLabel& place, const std::fu
 }
 
 void EditorDialog::reject() {
-  if (Changed() && !IsSure(texts_, FromQt(qt::TitleOf(*this)), DiscardQuestion(texts_), this)) return;
-  QDialog::reject();
-}
-
-void PrepareTable(QTableView& table) {
-  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table.setTabKeyNavigation(false);
-  table.setAlternatingRowColors(true);
-  table.setShowGrid(false);
-  table.verticalHeader()->hide();
-  table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() * 3 / 2);
-  table.horizontalHeader()->setHighlightSections(false);
-}
-
-void PrepareRowTable(QTableView& table) {
-  PrepareTable(table);
-  table.setSelectionBehavior(QAbstractItemView::SelectRows);
-  table.setSelectionMode(QAbstractItemView::SingleSelection);
-  table.setItemDelegate(new RowDelegate(&table));
-  table.setWordWrap(false);
-  table.horizontalHeader()->setStretchLastSection(true);
-}
-
-void PrepareTable(QTableWidget& table, const QStringList& columns) {
-  table.setColumnCount(static_cast<int>(columns.size()));
-  table.setHorizontalHeaderLabels(columns);
-  PrepareTable(table);
-  table.setSelectionMode(QAbstractItemView::SingleSelection);
-  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  table.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+  if (!Changed() || IsSure(texts_, DiscardQuestion(texts_), *this)) QDialog::reject();
 }
 
 }  // namespace plovix::app

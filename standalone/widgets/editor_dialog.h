@@ -1,5 +1,5 @@
-// What the editors of categories, permissions, language tags and users share: OK and Cancel, the question
-// before changes are dropped, and problems told where they are.
+// What all editors share: OK and Cancel, the question before changes are dropped, and problems told where
+// they are.
 #pragma once
 
 #include <plovix/standalone/text/text_table.h>
@@ -14,31 +14,30 @@
 class QDialogButtonBox;
 class QLabel;
 class QPushButton;
-class QTableView;
-class QTableWidget;
 class QVBoxLayout;
 
 namespace plovix::app {
 
 using qt::NewProblemLabel;
-// Says `text` in the label and to whoever cannot see it; an editor grows to show it. No text: no problem.
+// Shows `text` in the label and announces it to assistive technology; an editor grows to show it. An empty
+// text clears it.
 void TellProblem(QLabel& label, QWidget& editor, const QString& text);
 
 class EditorArea;
 
 class EditorDialog : public QDialog {
  public:
-  // Whether Cancel would throw away something that was entered.
+  // Whether Cancel would discard something that was entered.
   [[nodiscard]] virtual bool Changed() const = 0;
 
-  void reject() override;  // asks when something was changed
-  // The window behind gets the focus back, also where a question was closed together with the dialog.
+  void reject() override;  // asks if something was changed
+  // Returns the focus to the window behind, even if a question was closed together with the dialog.
   void done(int result) override;
-  // Grows, as far as the screen goes, and scrolls to the widget.
+  // Grows as far as the screen allows, and scrolls to the widget.
   void MakeRoomFor(QWidget& widget);
 
  protected:
-  // Enter presses the button that has the focus, and OK from anywhere else; Ctrl+Enter always OK.
+  // Enter presses the button with the focus, and OK anywhere else; Ctrl+Enter always presses OK.
   void keyPressEvent(QKeyEvent* event) override;
 
   // `texts` outlives the dialog.
@@ -47,22 +46,20 @@ class EditorDialog : public QDialog {
   [[nodiscard]] const TextTable& Texts() const { return texts_; }
   [[nodiscard]] QString Text(std::string_view key, const std::vector<std::string>& parameters = {}) const;
   [[nodiscard]] QString Caption(std::string_view key) const;  // the text without its mnemonic
-  // What the dialog shows above its buttons; scrolls where the screen is too small.
+  // The contents above the buttons; they scroll if the screen is too small.
   [[nodiscard]] QVBoxLayout* Rows() const;
   [[nodiscard]] QLabel* NewNote(std::string_view key) const;
   // Never the default button: Enter in a field means OK.
   [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
-  // Below Rows().
-  void AddOkAndCancel();
-  // For what is only looked at; Esc stays.
+  // Below Rows(). OK may have another caption.
+  void AddOkAndCancel(std::string_view ok_key = "button.ok");
+  // For read-only dialogs; Esc still works.
   void HideCancel();
-  // Keys of a table or list that hold while it has the focus.
-  void OnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> action);
-  // Does the work; a failure is told at `place` in the words of `key` with the failure's own. Gives back
+  // Does the work; shows a failure at `place` with the text of `key` and the failure's description. Returns
   // whether it succeeded.
   bool Try(std::string_view key, QLabel& place, const std::function<void()>& work);
-  // The same of work that stores rows. Where somebody else has changed the same ones, `conflict` gets their
-  // keys instead; it tells the person.
+  // The same for work that stores rows. If somebody else has changed the same rows, `conflict` gets their
+  // keys instead and informs the user.
   bool TryToStore(std::string_view key, QLabel& place, const std::function<void()>& work,
                   const std::function<void(const std::vector<std::string>& rows)>& conflict);
 
@@ -71,12 +68,5 @@ class EditorDialog : public QDialog {
   EditorArea* area_;
   QDialogButtonBox* buttons_ = nullptr;
 };
-
-// What all tables of the program have in common: Tab leaves them, and cells are not typed in.
-void PrepareTable(QTableView& table);
-// A table in which a row is chosen.
-void PrepareRowTable(QTableView& table);
-// A table that is edited as a whole: Tab leaves it, the first column takes the room that is left.
-void PrepareTable(QTableWidget& table, const QStringList& columns);
 
 }  // namespace plovix::app

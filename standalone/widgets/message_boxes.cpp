@@ -16,7 +16,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kMostLines = 20;  // of a box: it has no scroll bar
+constexpr int kMostLines = 20;  // of a box, because it has no scroll bar
 
 struct Button {
   int answer;
@@ -26,7 +26,7 @@ struct Button {
 
 struct BoxKind {
   QMessageBox::Icon icon;
-  std::vector<Button> buttons;  // the first is what Enter presses, the last what Esc presses
+  std::vector<Button> buttons;  // Enter presses the first, Esc the last
 };
 
 const Button kOkButton{message_box::kOk, "button.ok", QMessageBox::AcceptRole};
@@ -89,7 +89,7 @@ std::unique_ptr<QMessageBox> MakeReportBox(const TextTable& texts, const Failure
   auto box = NewBox(QMessageBox::Critical, texts.Host("error.title"), text, QApplication::activeWindow());
   box->setInformativeText(qt::Shortened(ToQt(place), qt::kLongestTold, kMostLines) + "\n\n" +
                           ToQt(texts.Host("error.hint")));
-  // The box's own format is that of its first text alone.
+  // The box's own format applies only to its first text.
   for (QLabel* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   AddButtons(*box, texts,
              {{static_cast<int>(ReportAction::kRetry), "button.retry", QMessageBox::AcceptRole},
@@ -100,7 +100,7 @@ std::unique_ptr<QMessageBox> MakeReportBox(const TextTable& texts, const Failure
 
 int Ask(QMessageBox& box) {
   box.exec();
-  // No button when the program is being closed: that is no consent.
+  // No button if the program is being closed, which is not consent.
   const QAbstractButton* clicked = box.clickedButton() != nullptr ? box.clickedButton() : box.escapeButton();
   return clicked->property("answer").toInt();
 }
@@ -121,9 +121,9 @@ std::unique_ptr<QMessageBox> MakeWarningQuestion(const TextTable& texts, const s
   return box;
 }
 
-bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
-            QWidget* parent) {
-  return Ask(*MakeWarningQuestion(texts, title, question, parent)) == message_box::kYes;
+bool IsSure(const TextTable& texts, const WarningQuestion& question, QWidget& window) {
+  const std::string title = FromQt(qt::TitleOf(window));
+  return Ask(*MakeWarningQuestion(texts, title, question, &window)) == message_box::kYes;
 }
 
 // The toolkit's own dialog leaves its lists without names.

@@ -16,23 +16,23 @@ class QWidget;
 namespace plovix::app {
 
 // @{
-// As HostDialogs' members of that name; to be asked with Ask.
+// As HostDialogs' members of that name; to be shown with Ask.
 [[nodiscard]] std::unique_ptr<QMessageBox> MakeMessageBox(const TextTable& texts, const std::string& prompt,
                                                           int buttons, const std::string& title);
 [[nodiscard]] std::unique_ptr<QMessageBox> MakeReportBox(const TextTable& texts, const FailureReport& report);
 // @}
 
-// Shows the box; the answer of the button that was pressed, of the last one when the program is being closed.
+// Shows the box; returns the answer of the pressed button, or of the last one if the program is being closed.
 [[nodiscard]] int Ask(QMessageBox& box);
 
-// A box without buttons, whose texts are never markup and never longer than a screen takes.
+// A box without buttons, whose texts are never markup and never too long for the screen.
 [[nodiscard]] std::unique_ptr<QMessageBox> NewBox(QMessageBox::Icon icon, const std::string& title,
                                                   const std::string& text, QWidget* parent);
 
-// Tells something that only needs an OK.
+// Shows a message with only an OK button.
 void Tell(const TextTable& texts, const std::string& title, const std::string& text, QWidget* parent);
 
-// A question whose Yes takes something away: Enter and Esc both mean No.
+// A question whose Yes destroys something: Enter and Esc both mean No.
 struct WarningQuestion {
   std::string text;
   const char* yes;  // keys of host texts
@@ -42,12 +42,12 @@ struct WarningQuestion {
                                                                const std::string& title,
                                                                const WarningQuestion& question,
                                                                QWidget* parent);
-[[nodiscard]] bool IsSure(const TextTable& texts, const std::string& title, const WarningQuestion& question,
-                          QWidget* parent);
-// Lets the user choose a file or a folder. The path; empty when they cancelled.
+// Asks under the window's title.
+[[nodiscard]] bool IsSure(const TextTable& texts, const WarningQuestion& question, QWidget& window);
+// Lets the user choose a file or a folder. Returns the path; empty if they cancelled.
 [[nodiscard]] QString ChoosePath(QFileDialog& dialog);
 
-// Asked before entered things are thrown away.
+// The question before entries are discarded.
 [[nodiscard]] WarningQuestion DiscardQuestion(const TextTable& texts);
 
 }  // namespace plovix::app

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QScreen>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <algorithm>
 #include <string>
@@ -20,14 +21,22 @@ namespace plovix::app {
   return text.toStdString();
 }
 
-// A text without its differences of case: how names that people give are compared.
+// A list in a sentence, each as `shown` by the function.
+template <class Texts, class Shown>
+[[nodiscard]] QString Joined(const Texts& texts, Shown shown) {
+  QStringList list;
+  for (const auto& text : texts) list += shown(text);
+  return list.join(u", ");
+}
+
+// A text without case differences, for comparing names given by people.
 [[nodiscard]] inline std::string Folded(const QString& text) {
   return FoldCase(FromQt(text));
 }
 
-// Resizes a window, as far as its screen goes: with the frame that the desktop draws around it.
+// Resizes a window as far as its screen allows, including the frame that the desktop draws around it.
 inline void ResizeOnScreen(QWidget& window, const QSize& wanted) {
-  constexpr QSize kUsualFrame(10, 40);  // pixels; while it is not shown yet
+  constexpr QSize kUsualFrame(10, 40);  // in pixels, until it is shown
   const QRect screen = window.screen()->availableGeometry();
   const QSize frame = window.isVisible() ? window.frameGeometry().size() - window.size() : kUsualFrame;
   window.resize(wanted.boundedTo(screen.size() - frame));
@@ -36,7 +45,7 @@ inline void ResizeOnScreen(QWidget& window, const QSize& wanted) {
   const QPoint over(std::max(0, now.right() - screen.right()), std::max(0, now.bottom() - screen.bottom()));
   if (!over.isNull()) window.move(now.topLeft() - over);
 }
-// Gives a window room for so much text in a font, as far as its screen goes.
+// Gives a window room for so much text in a font, as far as its screen allows.
 inline void ResizeToText(QWidget& window, const QFont& font, int characters, int lines) {
   const QFontMetrics metrics(font);
   ResizeOnScreen(window, {metrics.averageCharWidth() * characters, metrics.lineSpacing() * lines});

@@ -1,5 +1,6 @@
 #include "velo_wiz.h"
 
+#include <plovix/base/failure.h>
 #include <plovix/base/raised.h>
 #include <plovix/base/utf8.h>
 #include <plovix/standalone/objects/call_gate.h>
@@ -17,7 +18,7 @@ TaskRecord AsOpened(const HostState& state, TaskRecord task) {
 
 }  // namespace
 
-// What pages hold of the wizard: stays behind, shut, when the wizard is gone.
+// The pages' reference to the wizard: it stays behind, closed, when the wizard is gone.
 class VeloWiz::Door final : public WizardHost {
  public:
   explicit Door(VeloWiz* wizard) : wizard_(wizard) {}
@@ -50,7 +51,7 @@ VeloWiz::~VeloWiz() {
   if (current_.page) current_.page->IWizardPage_Terminate();
 }
 
-// Does a button's work unless the button is disabled or another button's work goes on.
+// Does a button's work unless the button is disabled or another button's work is in progress.
 template <class Work>
 bool VeloWiz::Press(bool enabled, Work work) {
   if (busy_ || !enabled) return false;
@@ -58,8 +59,7 @@ bool VeloWiz::Press(bool enabled, Work work) {
     const Raised busy(busy_);
     work();
   }
-  UpdateNext();
-  Changed();
+  AskNextPage();
   return true;
 }
 
@@ -68,11 +68,13 @@ bool VeloWiz::Open(const std::string& identifier) {
   return IsOpen();
 }
 
+// In an event of the page, as MoveNext, the answer may be older than what the event has changed.
 bool VeloWiz::Next() {
+  if (depth_ > 0 && !busy_) UpdateNext();
   return Press(Buttons().next, [&] {
     if (!MayLeave(ChangeDirection::kNext)) return;
-    UpdateNext();  // asked again: the answer sees what has just been saved
-    // Where no page follows after all, the button becomes Finish.
+    UpdateNext();  // asked again, because the page has just saved
+    // If no page follows after all, the button becomes Finish.
     if (!current_.next || current_.next->empty()) return;
     const std::string former = current_.identifier;
     const std::string target = *current_.next;
@@ -104,9 +106,11 @@ bool VeloWiz::AskToLeave(std::int32_t direction) {
   return IsOpen() && MayLeave(static_cast<ChangeDirection>(direction));
 }
 
+// Once for whatever a verb or a button did: it ends with this.
 void VeloWiz::AskNextPage() {
+  if (busy_ || depth_ > 0) return;
   UpdateNext();
-  Changed();
+  if (view_ != nullptr && IsOpen()) view_->ButtonsChanged();
 }
 
 WizardButtons VeloWiz::Buttons() const {
@@ -127,9 +131,7 @@ std::shared_ptr<Form> VeloWiz::Controls() const {
 void VeloWiz::EventEnds() {
   if (--depth_ > 0) return;
   retired_.clear();
-  if (busy_) return;  // the button's work ends with an update
-  UpdateNext();
-  Changed();
+  AskNextPage();
 }
 
 void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
@@ -139,12 +141,10 @@ void VeloWiz::EventFailed(const Failure& failure, std::string_view procedure) {
 void VeloWiz::Refresh(bool can_continue) {
   current_.can_continue = can_continue;
   ++current_.refreshes;
-  if (busy_) return;  // the page is being loaded or left; its answer is taken afterwards
-  UpdateNext();
-  Changed();
+  AskNextPage();
 }
 
-// Makes the identified page the current one; on failure the former page stays.
+// Makes the identified page the current one; on failure the former page stays current.
 bool VeloWiz::Show(const std::string& identifier) {
   Shown former = std::exchange(current_, {});
   bool shown = false;
@@ -167,8 +167,8 @@ bool VeloWiz::Show(const std::string& identifier) {
   return true;
 }
 
-// Loads the new current page; true to try again with another one. After a failure that the user wants
-// to go on from, the page is shown as far as it got.
+// Loads the new current page; true to try again with another one. If the user continues after a failure, the
+// page is shown as far as it was loaded.
 bool VeloWiz::Initialize(bool& shown) {
   const auto page = current_.page;
   const auto answer = Guarded("IWizardPage_Initialize", [&] {
@@ -193,24 +193,15 @@ void VeloWiz::EmbedControls(Form& form) {
   }
 }
 
-// Asks the page for the page that follows. A failure to answer disables Next and Finish; it is reported
-// when it appears, not again for every key typed while it lasts.
+// Asks the page for the next page. A failure disables Next and Finish; it is reported when it first occurs,
+// not again for every key typed while it lasts.
 void VeloWiz::UpdateNext() {
   if (!IsOpen()) return;
   std::string next;
-  std::optional<Failure> failure;
-  try {
-    current_.page->IWizardPage_GetNextPage(next);
-  } catch (...) {
-    failure = CurrentFailure();
-  }
+  const auto failure = FailureOf([&] { current_.page->IWizardPage_GetNextPage(next); });
   current_.next = failure ? std::nullopt : std::optional(next);
   const bool known = std::exchange(current_.next_failed, failure.has_value());
   if (failure && !known) Report(*failure, "IWizardPage_GetNextPage");
-}
-
-void VeloWiz::Changed() {
-  if (view_ != nullptr && IsOpen()) view_->ButtonsChanged();
 }
 
 bool VeloWiz::MayLeave(ChangeDirection direction) {
@@ -219,24 +210,23 @@ bool VeloWiz::MayLeave(ChangeDirection direction) {
   return answer;
 }
 
-// Hands the working copy to the storage. Whatever goes wrong, the wizard stays open with everything in it.
+// Passes the working copy to the storage. Whatever goes wrong, the wizard stays open with all its data.
 bool VeloWiz::Save() {
   TaskRecord record = task_->Record();
   if (IsNoCategory(record.categories)) record.categories.clear();
   while (true) {
-    std::optional<Failure> failure;
     bool conflict = false;
-    try {
+    const auto failure = FailureOf([&] {
       const DateTime now = parts_.state.Now();
       StartSchedule(record, now);
-      saved_ = parts_.storage.Save(record, now);
-      return true;
-    } catch (const TaskConflict& refused) {
-      failure = refused;
-      conflict = true;
-    } catch (...) {
-      failure = CurrentFailure();
-    }
+      try {
+        saved_ = parts_.storage.Save(record, now);
+      } catch (const TaskConflict&) {
+        conflict = true;
+        throw;
+      }
+    });
+    if (!failure) return true;
     if (!conflict) {
       Tell("wizard.saveFailed", failure->Description());
       return false;
@@ -246,7 +236,7 @@ bool VeloWiz::Save() {
         message_box::kYes) {
       return false;
     }
-    record.id = record.version = 0;  // the user's version becomes a task of its own
+    record.id = record.version = 0;  // the user's version becomes a separate task
   }
 }
 
@@ -259,24 +249,18 @@ void VeloWiz::Close(WizardEnd end) {
   if (depth_ == 0) retired_.clear();
 }
 
-// Reports a failure that no procedure of the page handled, under the name of the operation or event.
+// Reports a failure that no procedure of the page has handled, under the name of the operation or event.
 ReportAction VeloWiz::Report(const Failure& failure, std::string_view procedure) {
   const auto page = current_.page ? current_.page->PageName() : std::string_view{};
   return parts_.state.dialogs->Report({failure.Number(), failure.Description(), std::string(kModule),
                                        std::string(page), std::string(procedure), 0});
 }
 
-// Runs a call to the page; after a failure gives the reporter's answer.
+// Runs a call to the page; after a failure returns the reporter's answer.
 template <class Call>
 std::optional<ReportAction> VeloWiz::Guarded(std::string_view procedure, Call call) {
-  std::optional<Failure> failure;
-  try {
-    call();
-    return std::nullopt;
-  } catch (...) {
-    failure = CurrentFailure();
-  }
-  return Report(*failure, procedure);
+  const auto failure = FailureOf(call);
+  return failure ? std::optional(Report(*failure, procedure)) : std::nullopt;
 }
 
 void VeloWiz::Tell(std::string_view text_key, const std::string& parameter) {

@@ -10,8 +10,8 @@
 namespace plovix::qt {
 namespace {
 
-const char* const kRole = "accessibleRole";         // property of what has been announced
-const char* const kNameLabel = "accessibleNameOf";  // object name of labels that are not seen
+const char* const kRole = "accessibleRole";         // property of announced widgets
+const char* const kNameLabel = "accessibleNameOf";  // object name of invisible labels
 
 QAccessibleInterface* MakeAccess(const QString& /*class_name*/, QObject* object) {
   const QVariant role = object->property(kRole);

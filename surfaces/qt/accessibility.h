@@ -1,5 +1,5 @@
-// What the toolkit does not tell assistive technology by itself. Used by the surface and by the windows of
-// the stand-alone program.
+// What the toolkit does not report to assistive technology by itself. Used by the surface and by the windows
+// of the stand-alone program.
 #pragma once
 
 #include <QAccessible>
@@ -10,13 +10,13 @@ class QWidget;
 
 namespace plovix::qt {
 
-// Says what a widget without a kind of its own is: a window, a group whose name is read when the focus
-// enters it, a rule. Without that, a container is taken for one that only arranges others and is passed
-// over. To be called as soon as the widget is made.
+// Gives a role to a plain widget: a window, a group whose name is read when the focus enters it, a separator.
+// Without a role, a container counts as mere layout and is skipped. To be called as soon as the widget is
+// created.
 void AnnounceAs(QWidget& widget, QAccessible::Role role);
 
-// Names a combo box that stands in its place. Assistive technology reads the current entry as the box's own
-// name, so that a label has to carry the name; where no other leads to the box, one that is not seen does.
+// Names a combo box that is already in its layout. Assistive technology reads the current entry as the box's
+// own name, so a label has to carry the name: an invisible one if the box has no other label.
 void NameComboBox(QComboBox& box, const QString& name);
 
 }  // namespace plovix::qt

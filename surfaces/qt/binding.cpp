@@ -13,7 +13,7 @@
 namespace plovix::qt {
 namespace {
 
-// True when the focus is in `widget` or in a popup that belongs to it.
+// True if the focus is in `widget` or in a popup that belongs to it.
 bool HoldsFocus(const QWidget* widget) {
   const QWidget* at = QApplication::focusWidget();
   while (at != nullptr && at != widget) at = at->parentWidget();
@@ -39,8 +39,13 @@ void Binding::Adopt(QWidget* widget, bool watched) {
 void Binding::DrawAll() {
   const PageWrite write(surface_);
   Draw();
+  DrawState();
+}
+
+// A frame's widget rules over those in it, as the frame does over its controls.
+void Binding::DrawState() {
   widget_->setEnabled(control_.Enabled());
-  // One that was never hidden is shown with its page; showing it now would lay it out by itself.
+  // A widget that was never hidden is shown with its page; showing it now would lay it out separately.
   if (widget_->isHidden() == control_.Visible()) widget_->setVisible(control_.Visible());
 }
 
@@ -83,10 +88,8 @@ void Binding::Changed(Aspect aspect) {
   const PageWrite write(surface_);
   switch (aspect) {
     case Aspect::kEnabled:
-      widget_->setEnabled(control_.Enabled());
-      break;
     case Aspect::kVisible:
-      widget_->setVisible(control_.Visible());
+      DrawState();
       break;
     case Aspect::kFocus:
       TakeFocus();
@@ -115,7 +118,7 @@ bool Binding::eventFilter(QObject* watched, QEvent* event) {
     FocusMoved(static_cast<QFocusEvent&>(*event));
     return !self;  // nothing is left that could handle the event
   }
-  // The wheel scrolls the page; it changes a value only where the user has gone to.
+  // The wheel scrolls the page; it changes a value only in the focused widget.
   if (event->type() == QEvent::Wheel && !widget_->hasFocus()) {
     event->ignore();
     return true;
@@ -123,9 +126,8 @@ bool Binding::eventFilter(QObject* watched, QEvent* event) {
   return OnEvent(*event);
 }
 
-// A window that loses or regains the activation, and a popup that opens or closes, leave the user where
-// they were; so does a page that is being taken away. A dialog that is being shown tells its first field of a
-// focus that has not come yet.
+// The user has not moved when a window loses or regains the activation, a popup opens or closes, or a page is
+// being removed. A dialog that is being shown sends its first field a focus event before the focus has come.
 void Binding::FocusMoved(const QFocusEvent& event) {
   if (PageWrites() || !widget_->isVisible() || event.lostFocus() == HoldsFocus(widget_)) return;
   switch (event.reason()) {

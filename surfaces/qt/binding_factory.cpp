@@ -1,6 +1,6 @@
 #include "binding_factory.h"
 
-#include <plovix/base/failure.h>
+#include <type_traits>
 
 #include "check_box_binding.h"
 #include "combo_box_binding.h"
@@ -15,38 +15,32 @@
 namespace plovix::qt {
 namespace {
 
-template <class BindingClass, class Type>
-std::unique_ptr<Binding> Make(Surface& surface, Control& control, QWidget* parent) {
-  return std::make_unique<BindingClass>(surface, static_cast<Type&>(control), parent);
+// Makes the one of the classes that takes a control of this type.
+template <class... BindingClasses, class Type>
+std::unique_ptr<Binding> MakeOneOf(Surface& surface, Type& control, QWidget* parent) {
+  std::unique_ptr<Binding> binding;
+  const auto make = [&]<class BindingClass>(std::type_identity<BindingClass> /*class*/) {
+    if constexpr (std::is_constructible_v<BindingClass, Surface&, Type&, QWidget*>)
+      binding = std::make_unique<BindingClass>(surface, control, parent);
+  };
+  static_assert((0 + ... + std::is_constructible_v<BindingClasses, Surface&, Type&, QWidget*>) == 1,
+                "each kind of control has one binding");
+  (make(std::type_identity<BindingClasses>{}), ...);
+  return binding;
 }
 
 }  // namespace
 
 std::unique_ptr<Binding> MakeBinding(Surface& surface, Control& control, QWidget* parent) {
-  switch (control.GetKind()) {
-    case Kind::kLabel:
-      return Make<LabelBinding, Label>(surface, control, parent);
-    case Kind::kTextBox:
-      if (Has(control.Info().style, Style::kMultiLine)) {
-        return Make<TextAreaBinding, TextBox>(surface, control, parent);
-      }
-      return Make<TextLineBinding, TextBox>(surface, control, parent);
-    case Kind::kCheckBox:
-      return Make<CheckBoxBinding, CheckBox>(surface, control, parent);
-    case Kind::kOptionButton:
-      return Make<OptionButtonBinding, OptionButton>(surface, control, parent);
-    case Kind::kComboBox:
-      return Make<ComboBoxBinding, ComboBox>(surface, control, parent);
-    case Kind::kCommandButton:
-      return Make<CommandButtonBinding, CommandButton>(surface, control, parent);
-    case Kind::kFrame:
-      return Make<FrameBinding, Frame>(surface, control, parent);
-    case Kind::kDateTimePicker:
-      return Make<DateTimePickerBinding, DateTimePicker>(surface, control, parent);
-    case Kind::kHostSlot:
-      return Make<HostSlotBinding, HostSlot>(surface, control, parent);
-  }
-  throw Failure(failure_number::kInternal, "Unknown kind of control");
+  if (Has(control.Info().style, Style::kMultiLine))
+    return MakeOneOf<TextAreaBinding>(surface, dynamic_cast<TextBox&>(control), parent);
+  std::unique_ptr<Binding> binding;
+  VisitKind(control, [&](auto& typed) {
+    binding = MakeOneOf<LabelBinding, TextLineBinding, CheckBoxBinding, OptionButtonBinding, ComboBoxBinding,
+                        CommandButtonBinding, FrameBinding, DateTimePickerBinding, HostSlotBinding>(
+        surface, typed, parent);
+  });
+  return binding;
 }
 
 }  // namespace plovix::qt

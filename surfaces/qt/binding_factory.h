@@ -1,4 +1,4 @@
-// Makes the binding, and with it the widget, of a control. Used by the form widget.
+// Creates the binding, and with it the widget, of a control. Used by the form widget.
 #pragma once
 
 #include "binding.h"

@@ -14,8 +14,7 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kWidestContents = 24;  // characters; longer entries show in the opened list
-constexpr int kLeastHeight = 14;     // pixels, of the contents; as QComboBox has it
+constexpr int kLeastHeight = 14;  // pixels, of the contents; as QComboBox has it
 constexpr int kLongList = 500;  // entries; Qt's popup takes 4 to 5 microseconds for each, whatever is in view
 
 }  // namespace
@@ -38,8 +37,8 @@ void ComboBoxWidget::SetContentsLength(int letters) {
   if (std::exchange(letters_, letters) != letters) updateGeometry();
 }
 
-// What QComboBox says for AdjustToMinimumContentsLengthWithIcon. That policy would make the list that is
-// opened for every box of a page, which is most of what a box costs.
+// What QComboBox returns for AdjustToMinimumContentsLengthWithIcon. That policy would create the popup list
+// for every box of a page, which is most of the cost of a box.
 QSize ComboBoxWidget::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
   QSize contents(0, std::max({metrics.height(), kLeastHeight, iconSize().height()}) + 2);
@@ -49,19 +48,17 @@ QSize ComboBoxWidget::sizeHint() const {
   return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
 }
 
-// Whoever is told may replace the page.
+// The handler may replace the page.
 bool ComboBoxWidget::AskForEntries() {
   asked_ = true;
   const QPointer<ComboBoxWidget> self(this);
   const auto tell = before_popup;
   tell();
-  if (!self || !isEnabled() || !isVisible()) return false;
-  draw_entries();
-  return true;
+  return self && isEnabled() && isVisible();
 }
 
-// A closed list goes from entry to entry, too, and a page may fill it only when it is to be opened. In a box
-// that is typed in only the arrows do.
+// Keys move from entry to entry in a closed list, too, which a page may fill only when it is about to open.
+// In an editable box only the arrow keys do.
 void ComboBoxWidget::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   const bool along = key == Qt::Key_Up || key == Qt::Key_Down;
@@ -106,14 +103,13 @@ ComboBoxBinding::ComboBoxBinding(Surface& surface, ComboBox& box, QWidget* paren
   Adopt(widget_);
   FitWidth();
   widget_->before_popup = [this] { AsUser([&model = Model()](User& user) { return user.DropDown(model); }); };
-  widget_->draw_entries = [this] { DrawItems(); };
   connect(widget_, &QComboBox::activated, this, [this](int index) {
     AsUser([&model = Model(), index](User& user) { return user.Pick(model, index); });
   });
 }
 
-// Typing the text of an entry does not pick it, so the box must not complete what is typed, nor look for
-// it when the field is left. Qt's own way to make a box editable would make the list at once.
+// Typing the text of an entry does not pick it, so the box must not complete what is typed, nor search for it
+// when the field is left. Qt's own way to make a box editable would create the popup list at once.
 void ComboBoxBinding::MakeEditable() {
   widget_->setLineEdit(new QLineEdit(widget_));
   widget_->setCompleter(nullptr);
@@ -136,53 +132,21 @@ void ComboBoxBinding::SetAccessibleName(const QString& name) {
   NameComboBox(*widget_, name);
 }
 
-// Entries that a page adds one by one are drawn together, unless one of them is selected at once.
+// Qt selects the first entry of a list that was empty; setting the text corrects that.
 void ComboBoxBinding::Draw() {
-  const int drawn = widget_->count();
-  if (Model().Count() < drawn || Model().Index() >= drawn) {
-    DrawItems();
-    return;
-  }
-  if (Model().Count() > drawn) DrawItemsSoon();
-  DrawText();
-}
-
-void ComboBoxBinding::DrawItemsSoon() {
-  if (std::exchange(waiting_, true)) return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        waiting_ = false;
-        DrawItems();
-      },
-      Qt::QueuedConnection);
-}
-
-// Qt selects the first entry of a list that was empty; the text puts that right.
-void ComboBoxBinding::DrawItems() {
-  const PageWrite write(Shared());
   if (Model().Count() != widget_->count()) {
     widget_->UpdateEntries();
     FitWidth();
   }
-  DrawText();
-}
-
-void ComboBoxBinding::DrawText() {
   const QString text = Text(Model().Text());
-  // What is being typed stays although no entry is selected.
+  // Typed text stays although no entry is selected.
   const bool typed = Model().Index() < 0 && Model().Editable() && widget_->currentText() == text;
   if (widget_->currentIndex() != Model().Index() && !typed) widget_->setCurrentIndex(Model().Index());
   if (Model().Editable() && widget_->currentText() != text) widget_->setEditText(text);
 }
 
 void ComboBoxBinding::FitWidth() {
-  if (Model().Count() < measured_) longest_ = measured_ = 0;
-  for (; measured_ < Model().Count() && longest_ < kWidestContents; ++measured_) {
-    const auto length = static_cast<int>(Text(Model().ItemText(measured_)).size());
-    longest_ = std::min(std::max(longest_, length), kWidestContents);
-  }
-  widget_->SetContentsLength(longest_);
+  widget_->SetContentsLength(width_.Of(Model()));
 }
 
 }  // namespace plovix::qt

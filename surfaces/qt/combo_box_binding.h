@@ -1,5 +1,7 @@
-// Combo boxes: lists, and lists with a field to type in.
+// Combo boxes: lists, and editable lists.
 #pragma once
+
+#include <plovix/surfaces/common/widths.h>
 
 #include <QComboBox>
 #include <QPointer>
@@ -10,19 +12,18 @@
 
 namespace plovix::qt {
 
-// Opens Qt's own popup on a short list and an EntryPopup on a long one.
+// Opens Qt's own popup for a short list and an EntryPopup for a long one.
 class ComboBoxWidget final : public QComboBox {
  public:
   // `box` and `texts` outlive the widget.
   ComboBoxWidget(const ComboBox& box, const SurfaceTexts& texts, QWidget* parent);
   std::function<void()> before_popup;
-  std::function<void()> draw_entries;  // those that came meanwhile
 
   [[nodiscard]] bool PopupIsOpen() const;
-  // Takes over what has come or gone in the control's list.
+  // Follows additions to the control's list, and its emptying.
   void UpdateEntries();
 
-  // Asks for room for entries of so many letters. The list itself is not measured: it may be long.
+  // Requests room for entries of so many letters. The list itself is not measured, because it may be long.
   void SetContentsLength(int letters);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -35,7 +36,7 @@ class ComboBoxWidget final : public QComboBox {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
-  // Has the control asked for its entries; false when that took the widget away or out of use.
+  // Asks the control for its entries; false if that deleted or disabled the widget.
   [[nodiscard]] bool AskForEntries();
 
   const ComboBox& box_;
@@ -55,16 +56,11 @@ class ComboBoxBinding final : public BindingOf<ComboBox> {
 
  private:
   void Draw() override;
-  void DrawItems();
-  void DrawItemsSoon();
-  void DrawText();
   void FitWidth();
   void MakeEditable();
 
   ComboBoxWidget* widget_;
-  int longest_ = 0;       // entry, in characters; counted up to what makes a difference
-  int measured_ = 0;      // entries of these
-  bool waiting_ = false;  // for the event loop, with entries to draw
+  surface::ListWidth width_;
 };
 
 }  // namespace plovix::qt

@@ -1,5 +1,7 @@
 #include "command_button_binding.h"
 
+#include <plovix/surfaces/common/widths.h>
+
 #include <QKeyEvent>
 #include <algorithm>
 
@@ -8,15 +10,13 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kShortCaption = 3;
-
-// As wide as a style makes it, but narrow where it says "...".
+// As wide as the style makes it, but narrow if its caption is "...".
 class ButtonWidget final : public QPushButton {
  public:
   using QPushButton::QPushButton;
   [[nodiscard]] QSize sizeHint() const override {
     QSize size = QPushButton::sizeHint();
-    if (text().size() <= kShortCaption) {
+    if (text().size() <= surface::kShortCaption) {
       size.setWidth(std::max(size.height(), fontMetrics().horizontalAdvance(text() + "MM")));
     }
     return size;

@@ -20,13 +20,12 @@ class OneStop : public Edit {
   using Edit::Edit;
 
  protected:
-  // The parent's own would go from section to section.
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  // The base class would move from section to section. NOLINTNEXTLINE(bugprone-parent-virtual-call)
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 
-// Where the locale tells the halves of the day apart, the first letter of one chooses it. The toolkit wants
-// the whole word, and takes half of one back without saying so.
+// In locales with AM and PM, the first letter chooses the half of the day. The toolkit wants the whole word,
+// and silently removes an incomplete one.
 class TimeField final : public OneStop<QTimeEdit> {
  public:
   using OneStop<QTimeEdit>::OneStop;
@@ -51,10 +50,6 @@ class TimeField final : public OneStop<QTimeEdit> {
   static constexpr int kHalfDay = 12 * 60 * 60;  // seconds
 };
 
-bool ShowsTime(const DateTimePicker& picker) {
-  return Has(picker.Info().style, Style::kTime);
-}
-
 QDateTimeEdit* MakeWidget(bool time, QWidget* parent) {
   if (time) return new TimeField(parent);
   return new OneStop<QDateEdit>(parent);
@@ -78,10 +73,10 @@ QTime TimeOf(seconds since_midnight) {
 }  // namespace
 
 DateTimePickerBinding::DateTimePickerBinding(Surface& surface, DateTimePicker& picker, QWidget* parent)
-    : BindingOf(surface, picker), widget_(MakeWidget(ShowsTime(picker), parent)) {
+    : BindingOf(surface, picker), widget_(MakeWidget(picker.ShowsTime(), parent)) {
   widget_->setTimeSpec(Qt::UTC);  // wall-clock values have no gaps
-  widget_->setDisplayFormat(ShowsTime(picker) ? QLocale().timeFormat(QLocale::ShortFormat) : DateFormat());
-  widget_->setCalendarPopup(!ShowsTime(picker));
+  widget_->setDisplayFormat(picker.ShowsTime() ? QLocale().timeFormat(QLocale::ShortFormat) : DateFormat());
+  widget_->setCalendarPopup(!picker.ShowsTime());
   widget_->setFocusPolicy(Qt::StrongFocus);
   Adopt(widget_);
   connect(widget_, &QDateTimeEdit::dateTimeChanged, this, [this] {
@@ -96,22 +91,18 @@ void DateTimePickerBinding::SetAccessibleName(const QString& name) {
 
 void DateTimePickerBinding::Draw() {
   const local_days day = std::chrono::floor<days>(Model().Value());
-  if (ShowsTime(Model())) {
+  if (Model().ShowsTime()) {
     widget_->setTime(TimeOf(Model().Value() - day));
   } else {
     widget_->setDate(DateOf(day));
   }
 }
 
-// The part that the picker does not show stays as it is.
 void DateTimePickerBinding::Entered() {
-  const local_days day = std::chrono::floor<days>(Model().Value());
-  DateTime value = day + seconds(widget_->time().msecsSinceStartOfDay() / 1000);
-  if (!ShowsTime(Model())) {
-    const local_days entered{days(QDate(1970, 1, 1).daysTo(widget_->date()))};
-    value = entered + (Model().Value() - day);
-  }
-  AsUser([&model = Model(), value](User& user) { return user.Set(model, value); });
+  const local_days day{days(QDate(1970, 1, 1).daysTo(widget_->date()))};
+  const DateTime entered = day + seconds(widget_->time().msecsSinceStartOfDay() / 1000);
+  AsUser(
+      [&model = Model(), value = Model().WithShown(entered)](User& user) { return user.Set(model, value); });
 }
 
 }  // namespace plovix::qt

@@ -1,4 +1,4 @@
-// Pickers of a date or of a time of day.
+// Pickers for a date or a time of day.
 #pragma once
 
 #include <QDateTimeEdit>
@@ -10,7 +10,7 @@ namespace plovix::qt {
 class DateTimePickerBinding final : public BindingOf<DateTimePicker> {
  public:
   DateTimePickerBinding(Surface& surface, DateTimePicker& picker, QWidget* parent);
-  // The field inside the picker is announced by itself.
+  // The field inside the picker is announced separately.
   void SetAccessibleName(const QString& name) override;
 
  private:

@@ -1,5 +1,5 @@
-// A combo box's entries as its widget asks for them: read from the control, not copied. Used by the combo
-// box binding.
+// The model of a combo box's entries: it reads them from the control without copying. Used by the combo box
+// binding.
 #pragma once
 
 #include <plovix/controls/kinds.h>
@@ -13,8 +13,8 @@ class EntryModel final : public QAbstractListModel {
   // `box` outlives the model.
   EntryModel(const ComboBox& box, QObject* parent);
 
-  // Rows are what views have been told of. The control may be ahead of them, until Update tells views of
-  // all that has come or gone since; a list only grows, or is emptied.
+  // The rows that views know about. The control may be ahead of them until Update reports all changes since;
+  // a list only grows, or is emptied.
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   void Update();

@@ -53,7 +53,7 @@ EntryPopup::EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* 
   layout->addWidget(note_);
 }
 
-// Keys belong to the search field, so the list is looked at and clicked only.
+// Keys go to the search field, so the list is only viewed and clicked.
 void EntryPopup::BuildList() {
   list_->setModel(rows_);
   list_->setFocusPolicy(Qt::NoFocus);
@@ -72,11 +72,11 @@ void EntryPopup::Open() {
   Place();
   search_->setFocus();
   show();
-  SetRow(matches_.row);  // once more: assistive technology reads only what is visible
+  SetRow(matches_.row);  // again, because assistive technology reads only what is visible
   list_->scrollTo(list_->currentIndex(), QListView::PositionAtCenter);
 }
 
-// Below the owner, above it where there is more room; as wide as its entries, as far as the screen goes.
+// Places it below the owner, or above it if there is more room, as wide as its entries if the screen allows.
 void EntryPopup::Place() {
   const QRect screen = owner_->screen()->availableGeometry();
   const QRect at(owner_->mapToGlobal(QPoint(0, 0)), owner_->size());
@@ -97,7 +97,7 @@ void EntryPopup::Place() {
 }
 
 void EntryPopup::ShowMatches(std::optional<int> around) {
-  matches_ = FindMatches(box_, search_->text(), around, kMostShown);
+  matches_ = surface::FindMatches(box_, search_->text().toStdString(), around, kMostShown, Characters());
   QStringList texts;
   for (const int entry : matches_.entries) texts << Shortened(Text(box_.ItemText(entry)), kLongestShown);
   rows_->setStringList(texts);
@@ -113,7 +113,7 @@ void EntryPopup::ShowNote() {
   search_->setAccessibleDescription(note);
 }
 
-// Nothing that is pressed here is a shortcut of the window behind.
+// No key pressed here is a shortcut of the window behind.
 bool EntryPopup::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride) {
     event->accept();
@@ -124,7 +124,7 @@ bool EntryPopup::eventFilter(QObject* watched, QEvent* event) {
   return TakesKey(key.key(), key.modifiers().testFlag(Qt::AltModifier));
 }
 
-// False for what the search field is to have.
+// False for keys that go to the search field.
 bool EntryPopup::TakesKey(int key, bool with_alt) {
   switch (key) {
     case Qt::Key_Up:
@@ -160,7 +160,7 @@ bool EntryPopup::TakesKey(int key, bool with_alt) {
   }
 }
 
-// Goes up where `rows` is negative.
+// Goes up if `rows` is negative.
 void EntryPopup::GoDown(int rows) {
   const int count = static_cast<int>(matches_.entries.size());
   const int from = list_->currentIndex().row();
@@ -171,7 +171,7 @@ void EntryPopup::GoDown(int rows) {
   SetRow(std::clamp(list_->currentIndex().row() + rows, std::min(0, last), last));
 }
 
-// The keyboard stays in the search field, so assistive technology has to be told of the row.
+// The focus stays in the search field, so the row must be announced to assistive technology.
 void EntryPopup::SetRow(int row) {
   const QModelIndex index = rows_->index(row);
   list_->setCurrentIndex(index);
@@ -182,7 +182,7 @@ void EntryPopup::SetRow(int row) {
   QAccessible::updateAccessibility(&event);
 }
 
-// Outlined as what can be typed in: dark windows swallow a frame's shades.
+// Outlined like an editable field, because a frame's shades are invisible in dark windows.
 void EntryPopup::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setPen(palette().color(QPalette::Mid));

@@ -1,6 +1,8 @@
-// The list that opens below a combo box with very many entries: a field that narrows it and the matches
-// nearest to what is selected. Used by the combo box binding; short lists have Qt's own popup.
+// The list that opens below a combo box with very many entries: a search field and the matches nearest to the
+// selected entry. Used by the combo box binding; short lists have Qt's own popup.
 #pragma once
+
+#include <plovix/surfaces/common/entry_search.h>
 
 #include <QLabel>
 #include <QLineEdit>
@@ -10,22 +12,21 @@
 #include <functional>
 #include <optional>
 
-#include "entry_search.h"
 #include "surface_texts.h"
 
 namespace plovix::qt {
 
-// Holds a limited number of texts however long the list is. Its rows are a stretch of the matches, which
+// Holds a limited number of texts however long the list is. Its rows are a section of the matches, which
 // moves on when the arrow keys reach its end. Deletes itself when it closes.
 class EntryPopup final : public QWidget {
  public:
-  // `box` and `texts` outlive the popup; `owner`, the widget it opens at, owns it. `choose` is called with
-  // the index of an entry, after the popup has closed; it may delete the owner.
+  // `box` and `texts` outlive the popup; `owner`, the widget at which it opens, owns it. `choose` is called
+  // with the index of an entry, after the popup has closed; it may delete the owner.
   EntryPopup(const ComboBox& box, const SurfaceTexts& texts, QWidget* owner, std::function<void(int)> choose);
 
   // Opens with the selected entry in view.
   void Open();
-  // The list has become another one: searches again.
+  // The list has changed: searches again.
   void EntriesChanged() { ShowMatches(); }
 
  private:
@@ -46,7 +47,7 @@ class EntryPopup final : public QWidget {
   const SurfaceTexts& texts_;
   QWidget* owner_;
   std::function<void(int)> choose_;
-  Matches matches_;
+  surface::Matches matches_;
   QLineEdit* search_;
   QListView* list_;
   QLabel* note_;

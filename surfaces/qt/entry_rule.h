@@ -1,4 +1,4 @@
-// Keeps what the host refuses out of a field of one line. Used by the bindings of text and combo boxes.
+// Keeps texts that the host refuses out of a single-line field. Used by the bindings of text and combo boxes.
 #pragma once
 
 #include <QValidator>
@@ -10,8 +10,8 @@ namespace plovix::qt {
 
 class EntryRule final : public QValidator {
  public:
-  // `problem` says in words what is wrong with a text; `tell` is called with it after an edit was refused.
-  // The field owns the rule.
+  // `problem` describes what is wrong with a text; `tell` is called with the description after an edit was
+  // refused. The field owns the rule.
   EntryRule(QLineEdit& field, std::function<QString(const QString& text)> problem,
             std::function<void(const QString& problem)> tell);
 
@@ -19,7 +19,7 @@ class EntryRule final : public QValidator {
 
  private:
   std::function<QString(const QString& text)> problem_;
-  mutable QString last_;  // what was wrong with the text that was looked at last
+  mutable QString last_;  // what was wrong with the last text checked
 };
 
 }  // namespace plovix::qt

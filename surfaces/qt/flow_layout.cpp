@@ -41,7 +41,7 @@ void FlowLayout::setGeometry(const QRect& rect) {
   Place(rect, true);
 }
 
-// The items from `begin` on that fit side by side; at least one.
+// The end of the items from `begin` on that fit side by side; at least one fits.
 std::size_t FlowLayout::LineEnd(std::size_t begin, int width) const {
   int used = -spacing();
   for (std::size_t i = begin; i < items_.size(); ++i) {

@@ -1,4 +1,4 @@
-// A line of widgets side by side that goes on below where the page is too narrow for it.
+// A line of widgets side by side that wraps if the page is too narrow.
 #pragma once
 
 #include <QLayout>
@@ -20,11 +20,11 @@ class FlowLayout final : public QLayout {
   [[nodiscard]] bool hasHeightForWidth() const override { return true; }
   [[nodiscard]] int heightForWidth(int width) const override { return Place(QRect(0, 0, width, 0), false); }
   [[nodiscard]] QSize sizeHint() const override;     // all on one line
-  [[nodiscard]] QSize minimumSize() const override;  // the widest item alone
+  [[nodiscard]] QSize minimumSize() const override;  // only the widest item
   void setGeometry(const QRect& rect) override;
 
  private:
-  // The height needed at the rectangle's width; `move` also places the items there.
+  // The height needed for the rectangle's width; `move` also places the items there.
   int Place(const QRect& rect, bool move) const;
   [[nodiscard]] std::size_t LineEnd(std::size_t begin, int width) const;
 

@@ -1,5 +1,7 @@
 #include "form_widget.h"
 
+#include <plovix/surfaces/common/widths.h>
+
 #include <QApplication>
 #include <QBoxLayout>
 #include <QScrollArea>
@@ -8,7 +10,6 @@
 
 #include "accessibility.h"
 #include "binding_factory.h"
-#include "option_button_binding.h"
 #include "page_layout.h"
 #include "texts.h"
 #include "theme.h"
@@ -16,11 +17,7 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kTextWidth = 72;     // letters x: a line of text that reads well
-constexpr int kMinimumWidth = 30;  // below it the page scrolls
-constexpr int kMinimumLines = 6;
-
-// The waiting pointer, over all of the program, while it is wanted.
+// The wait pointer over the whole program, while it is wanted.
 class WaitPointer {
  public:
   WaitPointer() = default;
@@ -43,22 +40,18 @@ class WaitPointer {
 
 }  // namespace
 
-// What the widget shows: the bindings of a form, in its layout.
+// The contents of the widget: the bindings of a form, in its layout.
 class FormWidget::Page final : private FormObserver {
  public:
-  Page(Surface surface, QWidget* content) : surface_(std::move(surface)), lines_(ReadLines(Controls())) {
-    surface_.captions_changed = [this] { NameFields(lines_, bindings_); };
-    // Made in the order of the Tab key, so that little has to be chained anew.
-    const std::vector<Control*> order = InOrder(Controls(), lines_, surface_.options.tab_order);
-    for (Control* control : order) bindings_[control] = MakeBinding(surface_, *control, content);
-    for (const Control* control : InOrder(Controls(), lines_, TabOrder::kReading)) {
-      auto* option = dynamic_cast<OptionButtonBinding*>(bindings_.at(control).get());
-      if (option != nullptr) surface_.option_buttons.push_back(option);
-    }
-    LayOut(lines_, bindings_, content, static_cast<bool>(surface_.options.refuse));
-    ChainTabStops(order, bindings_);
+  Page(Surface surface, QWidget* content) : surface_(std::move(surface)) {
+    surface_.captions_changed = [this] { NameFields(); };
+    // Created in Tab order, so that little has to be chained again.
+    const std::vector<Control*> order = Reading().InOrder(surface_.options.tab_order);
+    for (Control* control : order) surface_.bindings[control] = MakeBinding(surface_, *control, content);
+    LayOut(Reading().Lines(), surface_.bindings, content, static_cast<bool>(surface_.options.refuse));
+    ChainTabStops(order, surface_.bindings);
     RedrawRequested();
-    NameFields(lines_, bindings_);
+    NameFields();
     PointerChanged();
     Controls().Observe(this);
   }
@@ -66,33 +59,17 @@ class FormWidget::Page final : private FormObserver {
 
   [[nodiscard]] Form& Controls() const { return *surface_.form; }
   [[nodiscard]] std::shared_ptr<Form> Kept() const { return surface_.form; }
-  [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
-  [[nodiscard]] Binding& BindingOf(const Control& control) const { return *bindings_.at(&control); }
+  [[nodiscard]] const surface::PageReading& Reading() const { return surface_.reading; }
+  [[nodiscard]] Binding& BindingOf(const Control& control) const { return *surface_.bindings.at(&control); }
 
-  // The binding whose widget is or holds `widget`; nullptr outside the page.
+  // The binding whose widget is or contains `widget`; nullptr outside the page.
   [[nodiscard]] Binding* Holding(const QWidget* widget) const {
     for (; widget != nullptr; widget = widget->parentWidget()) {
-      for (const auto& [control, binding] : bindings_) {
+      for (const auto& [control, binding] : surface_.bindings) {
         if (binding->Widget() == widget) return binding.get();
       }
     }
     return nullptr;
-  }
-
-  // Where the focus goes when the page did not say.
-  [[nodiscard]] Control* First() const {
-    Control* first = nullptr;
-    for (const Line& line : lines_) {
-      for (Control* control : line.controls) {
-        const bool passive = control->GetKind() == Kind::kLabel || control->GetKind() == Kind::kFrame;
-        if (first == nullptr && !passive && control->Usable()) first = control;
-      }
-    }
-    if (dynamic_cast<OptionButton*>(first) == nullptr) return first;
-    for (OptionButton* option : Controls().OptionButtons()) {
-      if (option->Selected() && option->Usable()) return option;
-    }
-    return first;
   }
 
   void Focus(Control& control) {
@@ -108,12 +85,21 @@ class FormWidget::Page final : private FormObserver {
  private:
   void PointerChanged() override { pointer_.Show(Controls().MousePointer() == Pointer::kWait); }
   void RedrawRequested() override {
-    for (const auto& [control, binding] : bindings_) binding->DrawAll();
+    for (const auto& [control, binding] : surface_.bindings) binding->DrawAll();
+  }
+
+  // Again when a caption has changed.
+  void NameFields() {
+    for (const auto& [control, name, description] : Reading().Announcements(Characters())) {
+      Binding& binding = BindingOf(*control);
+      binding.SetAccessibleName(Text(name));
+      const QString help = Text(description);
+      if (!help.isEmpty() && binding.Widget()->accessibleDescription() != help)
+        binding.Widget()->setAccessibleDescription(help);
+    }
   }
 
   Surface surface_;
-  std::vector<Line> lines_;
-  Bindings bindings_;
   WaitPointer pointer_;
 };
 
@@ -129,14 +115,14 @@ FormWidget::FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
   layout->addWidget(scroll);
-  auto* content = new QWidget(scroll->viewport());  // never a window by itself, which would cost more
+  auto* content = new QWidget(scroll->viewport());  // never a separate window, which would cost more
   scroll->setWidget(content);
   page_ = std::make_unique<Page>(
       Surface{std::move(form), user, std::move(make_slot), std::move(texts), std::move(options)}, content);
   setAccessibleName(Heading());
 }
 
-// Embedded widgets draw what only the form holds, so they go before it.
+// Embedded widgets draw what only the form owns, so they are deleted before it.
 FormWidget::~FormWidget() {
   const std::shared_ptr<Form> kept = page_->Kept();
   page_.reset();
@@ -144,17 +130,12 @@ FormWidget::~FormWidget() {
 }
 
 QString FormWidget::Heading() const {
-  for (const Line& line : page_->Lines()) {
-    for (const Control* control : line.controls) {
-      if (Has(control->Info().style, Style::kHeading)) return Text(control->Caption());
-    }
-  }
-  return {};
+  const Control* heading = page_->Reading().Heading();
+  return heading == nullptr ? QString() : Text(heading->Caption());
 }
 
 void FormWidget::FocusFirst() {
-  Control* target = page_->Controls().Focused();
-  if (target == nullptr || !target->Usable()) target = page_->First();
+  Control* target = page_->Reading().FirstFocus();
   if (target != nullptr) page_->Focus(*target);
 }
 
@@ -171,15 +152,16 @@ QWidget* FormWidget::WidgetOf(std::string_view control_name) const {
 
 QSize FormWidget::sizeHint() const {
   const QWidget* content = findChild<QScrollArea*>()->widget();
-  const int width =
-      std::max(content->minimumSizeHint().width(), kTextWidth * fontMetrics().horizontalAdvance('x'));
+  const int width = std::max(content->minimumSizeHint().width(),
+                             surface::kPageWidth * fontMetrics().horizontalAdvance('x'));
   const int height =
       content->hasHeightForWidth() ? content->heightForWidth(width) : content->sizeHint().height();
   return {width, height};
 }
 
 QSize FormWidget::minimumSizeHint() const {
-  return {kMinimumWidth * fontMetrics().horizontalAdvance('x'), kMinimumLines * fontMetrics().lineSpacing()};
+  return {surface::kLeastPageWidth * fontMetrics().horizontalAdvance('x'),
+          surface::kLeastPageLines * fontMetrics().lineSpacing()};
 }
 
 }  // namespace plovix::qt

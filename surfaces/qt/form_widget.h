@@ -15,15 +15,15 @@
 
 namespace plovix::qt {
 
-/// One for each page that is shown; a Next or a Back takes it away and makes the next one. It knows nothing
-/// of pages and of the wizard's buttons. It has no meta-object of its own: keep the pointer, findChild and
-/// qobject_cast take any widget for it.
-/// Assistive technology takes it for a group under the page's heading, which it reads when the focus enters.
+/// One for each page shown; Next and Back replace it with a new one. It knows nothing about pages and the
+/// wizard's buttons. It has no meta-object of its own, so keep the pointer: findChild and qobject_cast would
+/// accept any widget. To assistive technology it is a group named by the page's heading, which is read when
+/// the focus enters.
 class FormWidget final : public QWidget {
  public:
-  /// `form` keeps the page alive; `user` outlives the widget. The widget draws the form as it is now and
-  /// follows it until it is destroyed, after which it is not heard of again. A verb of the user's may
-  /// replace the page from within: the owner then takes the widget away with deleteLater().
+  /// `form` keeps the page alive; `user` outlives the widget. The widget draws the current state of the form
+  /// and follows its changes until it is destroyed. A verb of `user` may replace the page while the widget is
+  /// calling it: the owner then removes the widget with deleteLater().
   FormWidget(std::shared_ptr<Form> form, User& user, SlotFactory make_slot, QWidget* parent = nullptr,
              SurfaceTexts texts = {}, SurfaceOptions options = {});
   ~FormWidget() override;
@@ -31,18 +31,18 @@ class FormWidget final : public QWidget {
   /// Caption of the label that names the page; empty without one.
   [[nodiscard]] QString Heading() const;
 
-  /// Focuses what the page focused, else the first usable control in reading order; of option buttons the
-  /// selected one. An option that is not selected stays so.
+  /// Focuses the control that the page focused, or else the first usable control in reading order; of option
+  /// buttons the selected one. It never selects an option.
   void FocusFirst();
-  /// True when Enter means something to what has the focus and must not press the window's button.
+  /// True if the focused widget uses Enter, which must not press the window's button then.
   [[nodiscard]] bool FocusTakesEnter() const;
 
   /// The widget that draws a control, for tests and pictures; nullptr for an unknown name.
   [[nodiscard]] QWidget* WidgetOf(std::string_view control_name) const;
 
-  /// As large as the page wants to be, without scroll bars; it can be made much smaller.
+  /// The size of the page without scroll bars; it can be made much smaller.
   [[nodiscard]] QSize sizeHint() const override;
-  /// A few short lines.
+  /// The size of a few short lines.
   [[nodiscard]] QSize minimumSizeHint() const override;
 
  private:

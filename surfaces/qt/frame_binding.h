@@ -1,4 +1,4 @@
-// Frames: a caption around the controls that stand in them.
+// Frames: a border with a caption around the controls inside.
 #pragma once
 
 #include <QGroupBox>

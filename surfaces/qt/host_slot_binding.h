@@ -1,4 +1,4 @@
-// Slots in which a control of the host's stands.
+// Slots that contain a control of the host.
 #pragma once
 
 #include "binding.h"
@@ -16,7 +16,7 @@ class HostSlotBinding final : public BindingOf<HostSlot> {
   void Draw() override {}
 };
 
-// The stops of the Tab key in `widget`, itself included, in their order.
+// The Tab stops in `widget`, itself included, in order.
 [[nodiscard]] std::vector<QWidget*> TabStops(QWidget* widget);
 
 }  // namespace plovix::qt

@@ -14,9 +14,9 @@
 namespace plovix::qt {
 namespace {
 
-constexpr double kHeadingScale = 1.35;  // of the text's size
+constexpr double kHeadingScale = 1.35;  // times the size of the text
 
-// Announces what a label stands for: a heading, a link that can be pressed, or text.
+// Announces what a label is: a heading, a link that can be pressed, or text.
 class LabelAccess final : public QAccessibleWidget {
  public:
   explicit LabelAccess(LabelWidget* label)
@@ -48,7 +48,7 @@ class LabelAccess final : public QAccessibleWidget {
     if (label_->link && label_->isEnabled()) names.prepend(pressAction());
     return names;
   }
-  // Later: what it opens may stay open for long, and who asked waits for an answer.
+  // Delayed, because what it opens may stay open for long and the caller waits for an answer.
   void doAction(const QString& action) override {
     if (action != pressAction()) {
       QAccessibleWidget::doAction(action);
@@ -100,8 +100,8 @@ void LabelBinding::Draw() {
   const bool buddy = widget_->buddy() != nullptr;
   widget_->announced = CaptionToRead(Model().Caption());
   const QString text = buddy ? MnemonicCaption(Model().Caption()) : widget_->announced;
-  if (text != widget_->text()) widget_->setText(text);  // tells assistive technology, too
-  // Texts stand at the page's leading edge, whatever script they are written in.
+  if (text != widget_->text()) widget_->setText(text);  // notifies assistive technology, too
+  // Texts are aligned with the page's leading edge, whatever their script.
   const Qt::Alignment edge = widget_->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
   widget_->setAlignment(Qt::AlignAbsolute | edge | Qt::AlignVCenter);
   DrawLook();
@@ -109,7 +109,7 @@ void LabelBinding::Draw() {
 
 void LabelBinding::DrawLook() {
   const bool link = Model().Link();
-  if (!link && !widget_->link && !widget_->heading && !help_) return;  // looks like any label
+  if (!link && !widget_->link && !widget_->heading && !help_) return;  // looks like any other label
   if (widget_->heading || link != widget_->link) {
     QFont font;
     if (widget_->heading) {
@@ -130,7 +130,7 @@ void LabelBinding::DrawLook() {
   }
   widget_->link = link;
   widget_->update();
-  // A link reaches no farther than its text.
+  // A link is only as wide as its text.
   QLayout* layout = link ? widget_->parentWidget()->layout() : nullptr;
   QLayoutItem* item = layout == nullptr ? nullptr : layout->itemAt(layout->indexOf(widget_));
   if (item == nullptr || item->alignment() != Qt::Alignment{}) return;
@@ -159,7 +159,7 @@ bool LabelBinding::OnEvent(QEvent& event) {
   if (mouse.button() != Qt::LeftButton) return false;
   const bool clicked = release && pressed_ && widget_->rect().contains(mouse.position().toPoint());
   pressed_ = press;
-  // The second click of a pair arrives as the double click alone.
+  // The second click of a double click arrives only as the double click.
   if (clicked) Click();
   if (twice) AsUser([&label = Model()](User& user) { return user.DoubleClick(label); });
   return true;

@@ -13,7 +13,7 @@ class LabelWidget final : public QLabel {
   bool link = false;
   bool heading = false;
   QString announced;
-  std::function<void()> activate;  // what a press by assistive technology does
+  std::function<void()> activate;  // called when assistive technology presses the label
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -24,7 +24,7 @@ class LabelBinding final : public BindingOf<Label> {
   LabelBinding(Surface& surface, Label& label, QWidget* parent);
   [[nodiscard]] bool TakesEnter() const override { return Model().Link(); }
 
-  // Wraps, stands under an option's text and is less prominent than it.
+  // Wraps the text, aligns it with the option's text and makes it less prominent.
   void ShowAsHelp();
   void ShowAsText() { widget_->setWordWrap(true); }
   // The field that the label names; its mnemonic leads there.

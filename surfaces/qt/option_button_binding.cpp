@@ -3,7 +3,6 @@
 #include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <algorithm>
 
 #include "passive_button.h"
 #include "texts.h"
@@ -13,7 +12,7 @@ namespace {
 
 using OptionWidget = PassiveButton<QRadioButton>;
 
-// To the toolkit, a button that is not exclusive by itself is a check box.
+// The toolkit reports a button that is not auto-exclusive as a check box.
 class OptionAccess final : public QAccessibleWidget {
  public:
   explicit OptionAccess(OptionWidget* option)
@@ -30,7 +29,7 @@ class OptionAccess final : public QAccessibleWidget {
     if (option_->isEnabled()) names.prepend(toggleAction());
     return names;
   }
-  // Later: who asked waits for an answer, and choosing may ask the user something.
+  // Delayed, because choosing may ask the user something while the caller waits for an answer.
   void doAction(const QString& action) override {
     if (action != toggleAction()) {
       QAccessibleWidget::doAction(action);
@@ -54,7 +53,7 @@ QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
 OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button, QWidget* parent)
     : BindingOf(surface, button), widget_(new OptionWidget(parent)) {
   [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
-  widget_->setAutoExclusive(false);  // the controls are exclusive by themselves
+  widget_->setAutoExclusive(false);  // the controls themselves are exclusive
   Adopt(widget_);
   connect(widget_, &QRadioButton::clicked, this,
           [this] { AsUser([&model = Model()](User& user) { return user.Choose(model); }); });
@@ -63,16 +62,12 @@ OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button,
 void OptionButtonBinding::Draw() {
   widget_->setText(MnemonicCaption(Model().Caption()));
   widget_->setChecked(Model().Selected());
-  for (OptionButtonBinding* option : Shared().option_buttons) option->UpdateTabStop();
-}
-
-// Tab goes to the selected button; past the others, because arriving there would select them. Without a
-// selection it goes to the first.
-void OptionButtonBinding::UpdateTabStop() {
-  const auto& options = Shared().option_buttons;
-  const auto selected = [](const OptionButtonBinding* option) { return option->Model().Selected(); };
-  const bool stop = std::ranges::any_of(options, selected) ? Model().Selected() : options.front() == this;
-  widget_->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+  // Arriving at another option than the one stop of the Tab key would select it.
+  const OptionButton* stop = Shared().reading.OptionStop();
+  for (const OptionButton* option : Shared().form->OptionButtons()) {
+    QWidget* widget = Shared().bindings.at(option)->Widget();
+    widget->setFocusPolicy(option == stop ? Qt::StrongFocus : Qt::ClickFocus);
+  }
 }
 
 bool OptionButtonBinding::OnEvent(QEvent& event) {
@@ -102,19 +97,13 @@ bool OptionButtonBinding::OnEvent(QEvent& event) {
   }
 }
 
-// Goes to the next usable button in reading order, round the end; arriving there selects it.
+// Arriving there selects it.
 void OptionButtonBinding::Step(int step) {
-  const auto& options = Shared().option_buttons;
-  const int count = static_cast<int>(options.size());
-  int at = static_cast<int>(std::ranges::find(options, this) - options.begin());
-  for (int tried = 1; tried < count; ++tried) {
-    at = (at + step + count) % count;
-    OptionButtonBinding* next = options[static_cast<std::size_t>(at)];
-    if (!next->Model().Usable()) continue;
-    next->Reveal();
-    next->widget_->setFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    return;
-  }
+  const OptionButton* next = Shared().reading.OptionAfter(Model(), step);
+  if (next == nullptr) return;
+  Binding& binding = *Shared().bindings.at(next);
+  binding.Reveal();
+  binding.Widget()->setFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
 }
 
 }  // namespace plovix::qt

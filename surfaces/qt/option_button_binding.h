@@ -1,4 +1,4 @@
-// Option buttons. The group is one stop of the Tab key; the arrow keys go from one to the next.
+// Option buttons. The group is one Tab stop; the arrow keys move from one button to the next.
 #pragma once
 
 #include <QRadioButton>
@@ -15,7 +15,6 @@ class OptionButtonBinding final : public BindingOf<OptionButton> {
   void Draw() override;
   bool OnEvent(QEvent& event) override;
   void Step(int step);
-  void UpdateTabStop();
 
   QRadioButton* widget_;
 };

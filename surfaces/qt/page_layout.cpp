@@ -3,7 +3,7 @@
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QWidget>
-#include <algorithm>
+#include <map>
 #include <string_view>
 
 #include "flow_layout.h"
@@ -11,10 +11,12 @@
 #include "label_binding.h"
 #include "plain_text.h"
 #include "text_box_binding.h"
-#include "texts.h"
 
 namespace plovix::qt {
 namespace {
+
+using surface::Line;
+using surface::LineKind;
 
 constexpr int kLabelColumn = 0;
 constexpr int kFieldColumn = 1;
@@ -37,10 +39,10 @@ class Grid {
     layout_->addWidget(label, row_, kLabelColumn, Qt::AlignLeft | alignment);
     layout_->addLayout(field, row_++, kFieldColumn);
   }
-  // Space that sets apart what follows.
+  // Space before a new section.
   void AddGap(int height) { layout_->setRowMinimumHeight(row_++, height); }
   [[nodiscard]] bool Empty() const { return row_ == 0; }
-  // Leaves what height there is below the last row.
+  // Puts the remaining height below the last row.
   void Close() {
     if (!filled_) layout_->setRowStretch(row_, 1);
   }
@@ -89,6 +91,10 @@ class Arranger {
         AddFlow(grid, line);
         break;
     }
+    for (std::size_t i = 0; i < line.controls.size(); ++i) {
+      const Label* label = surface::NamingLabel(line, i);
+      if (label != nullptr) LabelOf(*label).SetBuddy(WidgetOf(*line.controls[i]));
+    }
     if (with_problems_) AddProblem(grid, line);
   }
 
@@ -118,7 +124,6 @@ class Arranger {
 
   void AddRow(Grid& grid, const Line& line) {
     QWidget* field = WidgetOf(*line.controls[1]);
-    LabelOf(*line.controls[0]).SetBuddy(field);
     QWidget* label = WidgetOf(*line.controls[0]);
     const bool picker = line.controls[1]->GetKind() == Kind::kDateTimePicker;
     if (!picker) field->setSizePolicy(QSizePolicy::Expanding, field->sizePolicy().verticalPolicy());
@@ -129,30 +134,26 @@ class Arranger {
     for (std::size_t i = 2; i < line.controls.size(); ++i)
       row->addWidget(WidgetOf(*line.controls[i]), 0, alignment);
     if (picker) row->addStretch(1);
-    // Level with the first line of the text.
+    // Aligns the label with the first line of the text.
     if (tall) label->setContentsMargins(0, page_->fontMetrics().lineSpacing() / 3, 0, 0);
     grid.AddRow(label, alignment, row);
   }
 
   void AddFlow(Grid& grid, const Line& line) {
     auto* row = new FlowLayout;
-    for (std::size_t i = 0; i < line.controls.size(); ++i) {
-      const Control& control = *line.controls[i];
-      QWidget* widget = WidgetOf(control);
-      if (IsField(control) && LabelBefore(line, i) != nullptr)
-        LabelOf(*line.controls[i - 1]).SetBuddy(widget);
+    for (const Control* control : line.controls) {
+      QWidget* widget = WidgetOf(*control);
       if (auto* text = dynamic_cast<TextLineWidget*>(widget)) text->SetNarrow();
       row->addWidget(widget);
     }
     grid.AddWide(row);
   }
 
-  // The fields of a line share the place: one is typed in at a time.
+  // The fields of a line share the place, because only one is edited at a time.
   void AddProblem(Grid& grid, const Line& line) {
     QLabel* label = nullptr;
     for (const Control* control : line.controls) {
-      const auto* list = dynamic_cast<const ComboBox*>(control);
-      if (control->GetKind() != Kind::kTextBox && (list == nullptr || !list->Editable())) continue;
+      if (!surface::TakesText(*control)) continue;
       if (label == nullptr) grid.AddWide(label = NewProblemLabel());
       bindings_.at(control)->TellProblemsAt(label);
     }
@@ -161,34 +162,8 @@ class Arranger {
   const Bindings& bindings_;
   QWidget* page_;
   bool with_problems_;
-  std::map<std::string_view, Grid> grids_;  // by frame; empty: the page
+  std::map<std::string_view, Grid> grids_;  // by frame; empty name: the page
 };
-
-bool HasLetters(const QString& text) {
-  return std::ranges::any_of(text, [](QChar character) { return character.isLetterOrNumber(); });
-}
-
-// The line as a person would read it, with an ellipsis for what is to be entered.
-QString Sentence(const Line& line) {
-  QStringList words;
-  for (const Control* control : line.controls) {
-    words << (IsField(*control) ? QString(QChar(0x2026)) : CaptionToRead(control->Caption()));
-  }
-  const QString sentence = words.join(' ').trimmed();
-  return HasLetters(sentence) ? sentence : QString();
-}
-
-// What stands on both sides of a field in a line of words: "every … minute(s).". Empty where there is
-// nothing.
-QString PhraseAround(const Line& line, std::size_t field) {
-  const auto words = [&line](std::size_t at) {
-    const bool text = at < line.controls.size() && !IsField(*line.controls[at]);
-    return text ? CaptionToRead(line.controls[at]->Caption()) : QString();
-  };
-  const QString phrase =
-      (words(field - 1) + ' ' + QChar(0x2026) + ' ' + words(field + 1)).trimmed();  // before the first: none
-  return HasLetters(phrase) ? phrase : QString();
-}
 
 }  // namespace
 
@@ -196,16 +171,6 @@ void LayOut(const std::vector<Line>& lines, const Bindings& bindings, QWidget* p
   Arranger arranger(bindings, page, with_problems);
   for (const Line& line : lines) arranger.Add(line);
   arranger.Close();
-}
-
-std::vector<Control*> InOrder(const Form& form, const std::vector<Line>& lines, TabOrder order) {
-  std::vector<Control*> controls;
-  if (order == TabOrder::kDeclared) {
-    for (std::size_t i = 0; i < form.Count(); ++i) controls.push_back(&form.At(i));
-    return controls;
-  }
-  for (const Line& line : lines) controls.insert(controls.end(), line.controls.begin(), line.controls.end());
-  return controls;
 }
 
 void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindings) {
@@ -217,34 +182,6 @@ void ChainTabStops(const std::vector<Control*>& controls, const Bindings& bindin
     for (QWidget* stop : stops) {
       if (last != nullptr) QWidget::setTabOrder(last, stop);
       last = stop;
-    }
-  }
-}
-
-void NameFields(const std::vector<Line>& lines, const Bindings& bindings) {
-  QString above;  // the last text that stood alone
-  for (const Line& line : lines) {
-    const QString first = CaptionToRead(line.controls[0]->Caption());
-    if (line.kind == LineKind::kText) above = first;
-    if (line.explained != nullptr) bindings.at(line.explained)->Widget()->setAccessibleDescription(first);
-    const QString sentence = Sentence(line).isEmpty() ? above : Sentence(line);
-    for (std::size_t i = 0; i < line.controls.size(); ++i) {
-      const Control& control = *line.controls[i];
-      const QString caption = CaptionToRead(control.Caption());
-      Binding& binding = *bindings.at(&control);
-      if (IsField(control)) {
-        const Label* label = LabelBefore(line, i);
-        const QString around = line.kind == LineKind::kFlow ? PhraseAround(line, i) : QString();
-        const QString before = label != nullptr ? CaptionToRead(label->Caption()) : sentence;
-        binding.SetAccessibleName(around.isEmpty() ? before : around);
-      } else if (control.GetKind() == Kind::kOptionButton) {
-        // "every" alone says little, and more than one may begin so.
-        binding.SetAccessibleName(line.controls.size() > 1 ? sentence : caption);
-      } else if (control.GetKind() == Kind::kCommandButton) {
-        // "..." alone says nothing.
-        const bool speaks = HasLetters(caption) || line.kind != LineKind::kRow;
-        binding.SetAccessibleName(speaks ? caption : first + ' ' + caption);
-      }
     }
   }
 }

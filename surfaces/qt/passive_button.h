@@ -1,5 +1,5 @@
-// A checkable button that never changes by itself: the control decides what it shows. Used by the bindings
-// of check boxes and option buttons.
+// A checkable button that never changes by itself, because the control decides what it shows. Used by the
+// bindings of check boxes and option buttons.
 #pragma once
 
 #include <QAbstractButton>

@@ -7,9 +7,9 @@ namespace plovix::qt {
 namespace {
 
 constexpr int kLongestTitle = 150;   // UTF-16 units
-constexpr int kLongestCluster = 32;  // of them; a character with more accents is cut
+constexpr int kLongestCluster = 32;  // UTF-16 units; a character with more accents is cut
 constexpr const char* kPlaceholder = "[*]";
-constexpr const char* kLiteral = "[*][*]";  // what the toolkit shows as the former
+constexpr const char* kLiteral = "[*][*]";  // the toolkit shows this as kPlaceholder
 
 // Where to cut a text that is longer than `most`.
 qsizetype CutOf(const QString& text, qsizetype most) {
@@ -51,7 +51,7 @@ QLabel* NewLabel(const QString& text, QWidget* parent) {
 QLabel* NewWrappedLabel(const QString& text, QWidget* parent) {
   QLabel* label = NewLabel(text, parent);
   label->setWordWrap(true);
-  label->setMinimumWidth(1);  // in place of that of the longest word
+  label->setMinimumWidth(1);  // instead of the longest word's width
   return label;
 }
 

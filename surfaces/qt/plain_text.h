@@ -1,6 +1,6 @@
-// Texts that come from others - names, cells, files - where the toolkit would take them for something else:
-// marked-up text, a placeholder, more than a screen can hold. Used by the surface and by the windows of the
-// stand-alone program; tools/check_repository.py finds whoever goes past it.
+// Shows texts from others - names, cells, files - that the toolkit might misinterpret as markup or
+// placeholders, or that are too long for a screen. Used by the surface and by the windows of the stand-alone
+// program; tools/check_repository.py finds code that bypasses it.
 #pragma once
 
 #include <QLabel>
@@ -8,29 +8,30 @@
 
 namespace plovix::qt {
 
-// What a row or a sentence shows of a text at most. Laying out takes some 15 microseconds for each unit that
-// stands above another letter, so a whole text may cost half a minute.
+// The most that a row or a sentence shows of a text. Layout takes some 15 microseconds for each combining
+// character, so a whole text might take half a minute.
 inline constexpr int kLongestShown = 200;   // UTF-16 units
-inline constexpr int kLongestTold = 1'500;  // of a message, and of what is said about a cell
+inline constexpr int kLongestTold = 1'500;  // in messages and in tool tips of cells
 
-// Cut where it is longer than `most` UTF-16 units, or has more than `lines` lines unless that is 0; ends with
-// an ellipsis then. No character is cut in two, as long as it has not too many accents.
+// The text, cut to `most` UTF-16 units and, unless `lines` is 0, to `lines` lines; a cut text ends with an
+// ellipsis. Characters are never cut in two, unless they have too many accents.
 [[nodiscard]] QString Shortened(const QString& text, int most, int lines = 0);
 
-// What a tool tip is given to show `text` as it stands; the toolkit guesses at everything else. Empty without
-// a text. Wraps.
+// The argument for a tool tip that shows `text` literally, wrapped; the toolkit would guess at any other.
+// Empty for an empty text.
 [[nodiscard]] QString ToolTip(const QString& text);
 
-// A label that shows its text as it stands. A single '&' marks a mnemonic once the label has a buddy.
+// A label that shows its text literally. A single '&' marks a mnemonic once the label has a buddy.
 [[nodiscard]] QLabel* NewLabel(const QString& text = {}, QWidget* parent = nullptr);
-// The same for sentences: goes on below where it is too narrow, and never widens its window for a long word.
+// The same for sentences: it wraps, and never widens its window for a long word.
 [[nodiscard]] QLabel* NewWrappedLabel(const QString& text = {}, QWidget* parent = nullptr);
 // The same, hidden, in bold: for a problem, see TellProblem.
 [[nodiscard]] QLabel* NewProblemLabel();
-// Says `text` in the label and to whoever cannot see it, as something about `field`. No text: no problem.
+// Shows `text` in the label and announces it to assistive technology as a problem of `field`. An empty text
+// clears it.
 void TellProblem(QLabel& label, QWidget& field, const QString& text);
 
-// Titles in which the toolkit finds no placeholder.
+// Sets a title, without letting the toolkit expand placeholders in it.
 void SetTitle(QWidget& window, const QString& title);
 [[nodiscard]] QString TitleOf(const QWidget& window);
 

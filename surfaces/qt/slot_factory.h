@@ -1,5 +1,5 @@
 /// @file
-/// How a host draws its own control that stands in a page.
+/// How a host draws its own control on a page.
 #pragma once
 
 #include <plovix/controls/kinds.h>
@@ -10,8 +10,7 @@ class QWidget;
 
 namespace plovix::qt {
 
-/// Draws the host's own control that stands in a slot; gives back a widget owned by `parent`, or nothing for
-/// an empty place.
+/// Draws the host's own control in a slot; returns a widget owned by `parent`, or nullptr for an empty place.
 using SlotFactory = std::function<QWidget*(HostControl& control, QWidget* parent)>;
 
 }  // namespace plovix::qt

@@ -1,6 +1,6 @@
 /// @file
-/// The few texts that the surface has of its own, in English. A host that speaks another language gives the
-/// form widget its own; the surface knows no languages.
+/// The surface's own few texts, in English. A host in another language passes its own texts to the form
+/// widget; the surface knows no languages.
 #pragma once
 
 #include <plovix/base/requirements.h>
@@ -13,8 +13,8 @@ namespace plovix::qt {
 /// UTF-8, without mnemonics.
 struct SurfaceTexts {
   std::string search = "Search";                         ///< names the field that narrows a long list
-  std::string no_match = "No entry contains this text";  ///< below it, when the list has become empty
-  /// Below a list that shows only a part; `count` is what it leaves out, written as a number for people.
+  std::string no_match = "No entry contains this text";  ///< below it, when no entry is left
+  /// Shown below a list of which only a part is shown; `count` is the formatted number of omitted entries.
   std::function<std::string(const std::string& count)> more = [](const std::string& count) {
     return count + " more; type to narrow";
   };

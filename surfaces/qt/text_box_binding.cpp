@@ -1,5 +1,8 @@
 #include "text_box_binding.h"
 
+#include <plovix/base/utf8.h>
+#include <plovix/surfaces/common/widths.h>
+
 #include <QTextCursor>
 #include <QTextDocument>
 #include <algorithm>
@@ -10,15 +13,11 @@
 namespace plovix::qt {
 namespace {
 
-constexpr int kUsualWidth = 17;  // in letters x: what a line edit asks for by itself
-constexpr int kNarrowWidth = 8;
-constexpr int kAreaLines = 3;
-
 class TextAreaWidget final : public QPlainTextEdit {
  public:
   using QPlainTextEdit::QPlainTextEdit;
   [[nodiscard]] QSize minimumSizeHint() const override {
-    const int text = kAreaLines * fontMetrics().lineSpacing();
+    const int text = surface::kAreaLines * fontMetrics().lineSpacing();
     const int margins = static_cast<int>(std::ceil(2 * document()->documentMargin())) + 2 * frameWidth();
     return {QPlainTextEdit::minimumSizeHint().width(), text + margins};
   }
@@ -27,13 +26,13 @@ class TextAreaWidget final : public QPlainTextEdit {
   }
 };
 
-// A text area has one character for any line end.
+// A text area uses one character for every line end.
 QString AreaText(QString text) {
   return text.replace("\r\n", "\n").replace('\r', '\n');
 }
 
 int AreaPosition(const std::string& text, int characters) {
-  return static_cast<int>(AreaText(FirstCharacters(text, characters)).size());
+  return static_cast<int>(AreaText(Text(FirstCharacters(text, characters))).size());
 }
 
 }  // namespace
@@ -45,7 +44,10 @@ void TextLineWidget::SetNarrow() {
 
 QSize TextLineWidget::sizeHint() const {
   QSize size = QLineEdit::sizeHint();
-  if (narrow_) size.rwidth() -= (kUsualWidth - kNarrowWidth) * fontMetrics().horizontalAdvance('x');
+  // By itself a line edit asks for the usual width.
+  if (narrow_)
+    size.rwidth() -=
+        (surface::kFieldWidth - surface::kNarrowFieldWidth) * fontMetrics().horizontalAdvance('x');
   return size;
 }
 
@@ -60,7 +62,7 @@ TextLineBinding::TextLineBinding(Surface& surface, TextBox& box, QWidget* parent
   });
 }
 
-// While the user is in the box, the cursor stays where it is as far as the text reaches.
+// While the box has the focus, the cursor keeps its position if the text is long enough.
 void TextLineBinding::Draw() {
   if (Model().Text() == shown_) return;
   shown_ = Model().Text();
@@ -72,8 +74,9 @@ void TextLineBinding::Draw() {
 
 void TextLineBinding::DrawSelection() {
   const std::string& text = Model().Text();
-  const auto start = FirstCharacters(text, Model().SelectionStart()).size();
-  const auto end = FirstCharacters(text, Model().SelectionStart() + Model().SelectionLength()).size();
+  const auto units = [&](int characters) { return Text(FirstCharacters(text, characters)).size(); };
+  const auto start = units(Model().SelectionStart());
+  const auto end = units(Model().SelectionStart() + Model().SelectionLength());
   widget_->setSelection(static_cast<int>(start), static_cast<int>(end - start));
 }
 
@@ -85,7 +88,7 @@ TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent
   connect(widget_, &QPlainTextEdit::textChanged, this, [this] {
     if (PageWrites()) return;
     const QString text = widget_->toPlainText();
-    if (text == AreaText(Text(shown_))) return;  // formatting, such as an input method's, is a change there
+    if (text == AreaText(Text(shown_))) return;  // ignores formatting, such as an input method's
     const QString problem = ProblemWith(text);
     TellProblem(problem);
     if (!problem.isEmpty() && text.size() > AreaText(Text(shown_)).size()) {
@@ -97,7 +100,7 @@ TextAreaBinding::TextAreaBinding(Surface& surface, TextBox& box, QWidget* parent
   });
 }
 
-// As an edit of its own, so that Ctrl+Z still takes back what was typed before.
+// As a separate edit, so that Ctrl+Z still undoes what was typed before.
 void TextAreaBinding::TakeBack() {
   const PageWrite write(Shared());
   const QString former = AreaText(Text(shown_));

@@ -1,4 +1,4 @@
-// Text boxes of one line and of several.
+// Text boxes with one line and with several.
 #pragma once
 
 #include <QLineEdit>
@@ -11,7 +11,7 @@ namespace plovix::qt {
 class TextLineWidget final : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;
-  // For a number or another short entry amid text.
+  // For a number or another short entry in the middle of a text.
   void SetNarrow();
   [[nodiscard]] QSize sizeHint() const override;
 
@@ -28,7 +28,7 @@ class TextLineBinding final : public BindingOf<TextBox> {
   void DrawSelection() override;
 
   TextLineWidget* widget_;
-  std::string shown_;  // what the control held when it was drawn or typed: the widget alters line ends
+  std::string shown_;  // the control's text when it was drawn or typed; the widget alters line ends
 };
 
 class TextAreaBinding final : public BindingOf<TextBox> {

@@ -1,24 +1,23 @@
-// Between the controls' UTF-8 texts and the widgets' strings: captions, mnemonics, positions. Used by the
-// bindings.
+// Between the controls' UTF-8 texts and the widgets' strings: captions and their mnemonics. Used by the
+// by the bindings.
 #pragma once
 
+#include <plovix/surfaces/common/captions.h>
+
 #include <QString>
-#include <string>
 #include <string_view>
 
 namespace plovix::qt {
 
 [[nodiscard]] QString Text(std::string_view utf8);
 
-// For widgets that read '&' as the mark of a mnemonic. In a caption "&&" stands for '&', and the first other
-// '&' before a letter or digit marks it.
-[[nodiscard]] QString MnemonicCaption(std::string_view utf8);
-[[nodiscard]] QString CaptionToRead(std::string_view utf8);  // as it is seen, without the mark
-// What such a widget is to be announced as where its own caption would be read otherwise, with an '&' in it;
-// empty elsewhere.
-[[nodiscard]] QString NameBesides(std::string_view utf8);
+// What the toolkit knows of characters.
+[[nodiscard]] const surface::Unicode& Characters();
 
-// The first `count` characters (code points); its size is a position in UTF-16 units.
-[[nodiscard]] QString FirstCharacters(std::string_view utf8, int count);
+// For widgets that read '&' as the mark of a mnemonic.
+[[nodiscard]] QString MnemonicCaption(std::string_view utf8);
+[[nodiscard]] QString CaptionToRead(std::string_view utf8);  // as shown, without the mark
+// The name to announce for such a widget if its caption would be read with an '&' in it; otherwise empty.
+[[nodiscard]] QString NameBesides(std::string_view utf8);
 
 }  // namespace plovix::qt

@@ -12,7 +12,8 @@
 namespace plovix::qt {
 namespace {
 
-// The colours of a palette: each text has a contrast of at least 4.5 to 1 on its ground, outlines 3 to 1.
+// The colours of a palette: texts have a contrast of at least 4.5 to 1 with their background, outlines 3 to
+// 1.
 struct Colours {
   QRgb window, base, alternate, button, outline, faint_outline, text, muted, disabled, highlight,
       highlighted_text, link, visited, tip;
@@ -79,8 +80,9 @@ QPalette MakePalette(const Colours& colours) {
   return palette;
 }
 
-// Fusion outlines with a darker shade of the window's colour, which a dark window swallows. Here what can
-// be checked, typed in or pressed is outlined in the palette's Mid, or as the focus is.
+// Fusion outlines with a darker shade of the window's colour, which is invisible in a dark window. This style
+// outlines everything that can be checked, edited or pressed in the palette's Mid or, with the focus, in its
+// colour.
 class OutlineStyle final : public QProxyStyle {
  public:
   OutlineStyle() : QProxyStyle(QStyleFactory::create("fusion")) {}
@@ -134,7 +136,7 @@ class OutlineStyle final : public QProxyStyle {
   }
 };
 
-// The system's colours, completed: help texts, placeholders and outlines are never fainter than this.
+// The system's colours, completed so that help texts, placeholders and outlines are never fainter than this.
 QPalette Completed(QPalette palette) {
   const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
   const QColor ground = palette.color(QPalette::Active, QPalette::Window);

@@ -11,17 +11,17 @@ class QApplication;
 /// Qt widgets for the controls.
 namespace plovix::qt {
 
-/// Tahoma, or what comes closest on this machine, in the size of the surrounding widget.
+/// Tahoma, or the closest font on this machine, in the size of the surrounding widget.
 [[nodiscard]] QFont PageFont();
 
 /// The colours to choose from.
 enum class Palette {
-  kSystem,  ///< the desktop's own, with outlines and help texts that can be seen
+  kSystem,  ///< the desktop's own, with visible outlines and help texts
   kLight,   ///< dark on light
   kDark     ///< light on dark
 };
 
-/// Sets the style and all of the colours; may be called again. Optional: pages take any style and palette.
+/// Sets the style and all colours; may be called again. Optional: pages work with any style and palette.
 void ApplyPalette(QApplication& application, Palette palette);
 
 }  // namespace plovix::qt

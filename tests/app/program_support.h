@@ -1,7 +1,7 @@
 // The program's windows on a task file of the test's own, and what stands in for the person in front of them.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <plovix/component/entry_points.h>
 #include <plovix/standalone/app/qt_dialogs.h>
 #include <plovix/standalone/app/task_list_window.h>
@@ -11,14 +11,8 @@
 #include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/widgets/qt_text.h>
 
-#include <QApplication>
-#include <QPointer>
-#include <QProcess>
-#include <QPushButton>
-#include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 #include <functional>
 
 namespace plovix::app {
@@ -47,8 +41,34 @@ class Answers {
   QTimer timer_;
 };
 
-inline std::function<void(QWidget*)> PressKey(Qt::Key key) {
-  return [key](QWidget* box) { QTest::keyClick(box, key); };
+inline std::function<void(QWidget*)> PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+  return [=](QWidget* box) { QTest::keyClick(box, key, modifiers); };
+}
+
+// The box must say so; then the key is pressed.
+inline std::function<void(QWidget*)> Reads(const std::string& words, Qt::Key key,
+                                           Qt::KeyboardModifiers modifiers = {}) {
+  return [=](QWidget* box) {
+    const auto* message = qobject_cast<QMessageBox*>(box);
+    EXPECT_THAT(message != nullptr ? FromQt(message->text()) : "no message", testing::HasSubstr(words));
+    QTest::keyClick(box, key, modifiers);
+  };
+}
+
+// Enters the path in a file dialog, and agrees.
+inline std::function<void(QWidget*)> ChooseFile(const QString& path) {
+  return [path](QWidget* dialog) {
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+    qobject_cast<QDialog*>(dialog)->accept();
+  };
+}
+
+// What the visible labels say, a line each.
+inline std::string Told(const QWidget& window) {
+  std::string told;
+  for (const QLabel* label : window.findChildren<QLabel*>())
+    if (label->isVisible()) told += FromQt(label->text()) + "\n";
+  return told;
 }
 
 class ProgramTest : public testing::Test {
@@ -94,6 +114,14 @@ class ProgramTest : public testing::Test {
     for (int row = 0; row < table->model()->rowCount(); ++row)
       names += table->model()->index(row, 0).data().toString();
     return names;
+  }
+  // Stores a task of this name and lists it.
+  TaskRecord Put(const std::string& name) {
+    TaskRecord task;
+    task.name = name;
+    task = storage_->Save(task, state_.Now());
+    list_->Reload();
+    return task;
   }
   // What a second process prints for a script on the same file.
   [[nodiscard]] QByteArray RunScriptProcess(const QByteArray& script) const {

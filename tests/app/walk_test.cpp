@@ -3,12 +3,6 @@
 #include <plovix/standalone/app/wizard_window.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 
-#include <QListWidget>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTemporaryDir>
-#include <QTimer>
-
 #include "tests/support/qt_hand.h"
 #include "tests/support/walker.h"
 

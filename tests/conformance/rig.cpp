@@ -59,7 +59,7 @@ Rig::Rig() {
     (void)dynamic_cast<VeloActionList&>(control).OfferedKinds();
   };
   host.remove_action = [](ActionListControl& control) { dynamic_cast<VeloActionList&>(control).Remove(0); };
-  host.store_task = [this](const std::shared_ptr<AutoTask>& given) {
+  host.store_task = [this](const Ref<AutoTask>& given) {
     TaskRecord stored = scene.storage.Save(dynamic_cast<TaskObject&>(*given).Record(), state.Now());
     change_stored(stored);
     return task = MakeTask(state, stored);
@@ -105,9 +105,8 @@ conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const st
                                                                                  : wizard.Cancel());
     }
   };
-  const auto enabled = [this, opened](ChangeDirection button) {
-    WizardButtons buttons = opened->wizard->Buttons();
-    if (wizard_fault == "Finish ignores Refresh") buttons.finish = opened->wizard->NextIdentifier() == "";
+  const auto enabled = [opened](ChangeDirection button) {
+    const WizardButtons buttons = opened->wizard->Buttons();
     const bool by_direction[] = {buttons.next, buttons.back, buttons.finish, buttons.cancel};
     return by_direction[static_cast<std::size_t>(button)];
   };

@@ -3,6 +3,9 @@
 
 #include <plovix/base/raised.h>
 #include <plovix/conformance/conformance.h>
+#include <plovix/standalone/objects/category_object.h>
+#include <plovix/standalone/objects/recurrence_object.h>
+#include <plovix/standalone/objects/session_object.h>
 
 #include <set>
 
@@ -19,9 +22,8 @@ struct RiggedFactory final : ObjectFactory {
   template <class T>
   [[nodiscard]] Objects<T> All() const {
     Objects<T> objects;
-    for (const ObjectRef& made : all) {
-      if (auto object = std::dynamic_pointer_cast<T>(made)) objects.push_back(std::move(object));
-    }
+    for (const ObjectRef& made : all)
+      if (const auto object = As<T>(made)) objects.push_back(object.Shared());
     return objects;
   }
   template <class T, class... Arguments>
@@ -32,37 +34,31 @@ struct RiggedFactory final : ObjectFactory {
     all.push_back(another);
     return another;
   }
-  std::shared_ptr<ActionList> NewActionList() override {
-    return shared_actions ? shared_actions : Made<ActionListObject>();
-  }
-  std::shared_ptr<ValueStore> NewValueStore() override { return Made<StoreObject>(); }
-  std::shared_ptr<CategoryList> NewCategoryList() override { return Made<CategoryListObject>(state); }
-  std::shared_ptr<Category> NewCategory() override { return Made<CategoryObject>(state); }
-  std::shared_ptr<TextCollection> NewTextCollection() override { return Made<TextCollectionObject>(); }
-  std::shared_ptr<PermissionEditor> NewPermissionEditor() override { return Made<PermissionEditor>(); }
-  std::shared_ptr<QueryDefinition> NewQueryDefinition() override { return Made<QueryDefinitionObject>(); }
-  std::shared_ptr<QueryBuilder> NewQueryBuilder() override { return Made<QueryBuilderObject>(state); }
-  std::shared_ptr<Recurrence> NewRecurrence() override { return Made<RecurrenceObject>(); }
-  std::shared_ptr<DailyPattern> NewDailyPattern() override { return Made<DailyPatternObject>(); }
-  std::shared_ptr<WeeklyPattern> NewWeeklyPattern() override { return Made<WeeklyPatternObject>(); }
-  std::shared_ptr<MonthlyPattern> NewMonthlyPattern() override { return Made<MonthlyPatternObject>(); }
-  std::shared_ptr<YearlyPattern> NewYearlyPattern() override { return Made<YearlyPatternObject>(); }
+  Ref<ActionList> NewActionList() override { return Made<ActionListObject>(); }
+  Ref<ValueStore> NewValueStore() override { return Made<StoreObject>(); }
+  Ref<CategoryList> NewCategoryList() override { return Made<CategoryListObject>(state); }
+  Ref<Category> NewCategory() override { return Made<CategoryObject>(state); }
+  Ref<TextCollection> NewTextCollection() override { return Made<TextCollectionObject>(); }
+  Ref<PermissionEditor> NewPermissionEditor() override { return Made<PermissionEditor>(); }
+  Ref<QueryDefinition> NewQueryDefinition() override { return Made<QueryDefinitionObject>(); }
+  Ref<QueryBuilder> NewQueryBuilder() override { return Made<QueryBuilderObject>(state); }
+  Ref<Recurrence> NewRecurrence() override { return Made<RecurrenceObject>(); }
+  Ref<DailyPattern> NewDailyPattern() override { return Made<DailyPatternObject>(); }
+  Ref<WeeklyPattern> NewWeeklyPattern() override { return Made<WeeklyPatternObject>(); }
+  Ref<MonthlyPattern> NewMonthlyPattern() override { return Made<MonthlyPatternObject>(); }
+  Ref<YearlyPattern> NewYearlyPattern() override { return Made<YearlyPatternObject>(); }
 
   HostState& state;
   bool same = false;
-  std::shared_ptr<ActionListObject> shared_actions;
   std::vector<ObjectRef> all;
 };
 
 struct RiggedServices final : HostServices {
-  std::shared_ptr<HostApplication> Application() override {
-    return no_application ? nullptr : application ? application : real->Application();
-  }
-  std::shared_ptr<ObjectFactory> Factory() override { return factory; }
-  std::shared_ptr<HostServices> real;
+  Ref<HostApplication> Application() override { return no_application ? nullptr : real->Application(); }
+  Ref<ObjectFactory> Factory() override { return factory; }
+  Ref<HostServices> real;
   std::shared_ptr<RiggedFactory> factory;
   bool no_application = false;
-  std::shared_ptr<HostApplication> application;  // instead of the real one
 };
 
 // Stands between the wizard and a page and does one thing wrong, as a wizard would.
@@ -71,7 +67,7 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
       : fault(std::move(what)), page(std::move(real_page)) {}
   std::string IWizardPage_Title() override { return page->IWizardPage_Title(); }
   std::string IWizardPage_Description() override { return page->IWizardPage_Description(); }
-  void IWizardPage_Initialize(std::shared_ptr<WizardHost> host, std::shared_ptr<ValueStore> store) override {
+  void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override {
     wizard = std::move(host);
     if (fault == "no wizard") return page->IWizardPage_Initialize(nullptr, store);
     if (fault == "own store") {
@@ -121,7 +117,7 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   std::string fault, answer;
   bool refreshed = false;
   std::shared_ptr<WizardPage> page;
-  std::shared_ptr<WizardHost> wizard;
+  Ref<WizardHost> wizard;
 };
 
 // The host under test. What a test changes here, or does when one of the host's members is called, is its

@@ -4,7 +4,6 @@
 #include <plovix/standalone/data/query_preview.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/data/sqlite_data_source.h>
-#include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/tasks/text_limits.h>
 
 #include <filesystem>
@@ -185,8 +184,8 @@ TEST_F(DataTest, AQueryReadsWhatItMayAndDoesNothingElse) {
       {"with t as (select 1) update sqlite_master set sql = ''",
        "query.preview.sql|table sqlite_master may not be modified"},
       {"select count(*) from sqlite_schema", "query.preview.table|sqlite_schema"},
-      {"select * from pragma_hard_heap_limit(1048576)", "query.preview.table|pragma_hard_heap_limit"},
       {"select 1 from pragma_table_info('a')", "query.preview.table|pragma_table_info"},
+      {"select * from pragma_hard_heap_limit(1048576)", "query.preview.table|pragma_hard_heap_limit"},
       {"select * from dbstat", "query.preview.table|dbstat"},
       {"select * from pages", "query.preview.table|pages"},
       {"select * from sqlite_stmt", "query.preview.table|sqlite_stmt"},

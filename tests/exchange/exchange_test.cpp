@@ -1,15 +1,16 @@
 // Exported tasks: what is written comes back, whatever is damaged is refused with its place; and what becomes
 // of a task in another installation.
 #include <gmock/gmock.h>
-#include <plovix/base/failure.h>
 #include <plovix/standalone/exchange/import_task.h>
 #include <plovix/standalone/text/languages.h>
 
 #include <ctime>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 
+#include "tests/support/failure_of.h"
 #include "tests/support/full_task.h"
 
 namespace plovix {
@@ -83,46 +84,51 @@ bool RefusedOrKept(const std::string& text) {
   }
 }
 
-// Damages the whole file member by member in `here`, a list or an object of it.
-void Damage(const Json& file, Json& here, const std::string& trace) {
-  static const Json kValues =
-      Json::parse(R"([null, true, "x", 1.5, -1, 99999999999, 18446744073709551615, [], {}])");
-  const std::string mark = "<again>";  // taken out of the text: what is marked so stands twice under one name
-  const auto check = [&](const std::string& place, bool must_refuse) {
-    std::string text = file.dump();
-    if (const auto found = text.find(mark); found != std::string::npos) text.erase(found, mark.size());
-    EXPECT_TRUE(RefusedOrKept(text) || !must_refuse) << place;
-  };
-  const Json kept = here;
-  std::size_t index = 0;
-  for (const auto& [key, value] : kept.items()) {
-    const std::string place = trace + "/" + key;
-    Json& child = kept.is_object() ? here[key] : here[index];
-    for (const Json& wrong : kValues) {
-      child = wrong;
-      check(place, wrong.type_name() != std::string(value.type_name()) && !wrong.is_null());
-    }
-    child = value;
-    if (value.is_structured()) Damage(file, child, place);
-    if (kept.is_object()) here[key + mark] = value;
-    check(place + " twice", kept.is_object());
-    here = kept;
-    kept.is_object() ? void(here.erase(key)) : here.erase(index);
-    check(place + " missing", false);
-    here = kept;
-    ++index;
-  }
-  if (kept.is_object()) here["further"] = 1;
-  check(trace + " further", kept.is_object());
-  here = kept;
+// Every value in the file, lists and objects too.
+std::set<std::string> Places(const Json& file) {
+  std::set<std::string> places;
+  const Json flat = file.flatten();
+  for (const auto& [leaf, value] : flat.items())
+    for (Json::json_pointer at(leaf); !at.empty(); at = at.parent_pointer()) places.insert(at.to_string());
+  return places;
 }
 
 TEST(TaskExports, AreRefusedWhereverTheyAreDamaged) {
+  const Json wrong_values =
+      Json::parse(R"([null, true, "x", 1.5, -1, 99999999999, 18446744073709551615, [], {}])");
+  const std::string mark = "<again>";  // taken out of the text: what is marked so stands twice under one name
   std::string text;
-  for (const PatternRecord& pattern : kPatterns) {
-    Json file = Json::parse(Write({FullTask(pattern, "'"), true, Tags("'")}));
+  const auto check = [&](const Json& file, const std::string& place, bool must_refuse) {
     text = file.dump();
-    Damage(file, file, "");
+    if (const auto found = text.find(mark); found != std::string::npos) text.erase(found, mark.size());
+    EXPECT_TRUE(RefusedOrKept(text) || !must_refuse) << place;
+  };
+  for (const PatternRecord& pattern : kPatterns) {
+    const Json file = Json::parse(Write({FullTask(pattern, "'"), true, Tags("'")}));
+    for (const std::string& place : Places(file)) {
+      const Json::json_pointer at(place);
+      const Json &value = file.at(at), &parent = file.at(at.parent_pointer());
+      Json damaged = file;
+      for (const Json& wrong : wrong_values) {
+        damaged[at] = wrong;
+        check(damaged, place, wrong.type_name() != std::string(value.type_name()) && !wrong.is_null());
+      }
+      damaged = file;
+      if (value.is_object()) {
+        damaged[at]["further"] = 1;
+        check(damaged, place + " further", true);
+        damaged = file;
+      }
+      if (parent.is_object()) {
+        damaged[at.parent_pointer()][at.back() + mark] = value;
+        check(damaged, place + " twice", true);
+      }
+      check(file.patch({{{"op", "remove"}, {"path", place}}}), place + " missing", false);
+    }
+    Json further = file;
+    further["further"] = 1;
+    check(further, "further", true);
+    check(file, "", false);
   }
   for (std::size_t i = 0; i < text.size(); ++i) {
     (void)RefusedOrKept(std::string(text).erase(i, 1));
@@ -138,11 +144,11 @@ TEST(TaskExports, SayWhatIsWrong) {
   };
   const std::vector<std::pair<std::string, std::string>> cases = {
       {damaged("\"everyNDays\": 3", "\"everyNDays\": \"x\""),
-       "task.recurrence.pattern.everyNDays: a whole number was expected, \"x\" stands there."},
+       "task.recurrence.pattern.everyNDays: a whole number was expected, but \"x\" was found."},
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
-       "task.recordMode: a number from -32768 to 32767 was expected, 32768 stands there."},
-      {damaged("\"version\": 1", "\"version\": 2"), "the file is of version 2, this program reads version 1"},
-      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file is of version 1e+20, this"},
+       "task.recordMode: a number from -32768 to 32767 was expected, but 32768 was found."},
+      {damaged("\"version\": 1", "\"version\": 2"), "the file has version 2; this program reads version 1"},
+      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file has version 1e+20; this"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
       {damaged("Name'", std::string(1001, 'x')), "task.name: this text is longer than 1000 characters."},
       {damaged("Query'", std::string(100'001, 'x')),
@@ -156,16 +162,13 @@ TEST(TaskExports, SayWhatIsWrong) {
       {std::string("{}\0", 3), "line 1, column 3: this is not valid JSON."},
       {std::string(100'000, '['), "[0][0]: lists and objects are nested deeper than 16 levels."},
       {std::string(kLargestExport + 1, ' '), "it is larger than 16 MB."},
-      {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is no kind"},
+      {damaged("\"DailyPattern\"", '"' + std::string(1000, 'x') + '"'), "xxx… is not a kind"},
   };
   for (const auto& [text, problem] : cases) {
-    try {
-      (void)ReadExport(text, "f.json", LoadLanguage("en"));
-      ADD_FAILURE() << problem;
-    } catch (const Failure& failure) {
-      EXPECT_THAT(failure.Description(), testing::AllOf(HasSubstr("f.json"), HasSubstr(problem)));
-      EXPECT_LT(failure.Description().size(), 500U);
-    }
+    const std::string words =
+        test::FailureOf([&] { (void)ReadExport(text, "f.json", LoadLanguage("en")); }).Description();
+    EXPECT_THAT(words, testing::AllOf(HasSubstr("f.json"), HasSubstr(problem)));
+    EXPECT_LT(words.size(), 500U);
   }
 }
 

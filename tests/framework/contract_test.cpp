@@ -122,7 +122,7 @@ TEST_F(StatementsTest, ForeignExceptionsGetTheCustomaryNumbers) {
       {[] { throw std::bad_cast(); }, 13},
       {[] { throw std::logic_error("odd"); }, 51},
       {[] { throw 42; }, 51},
-      {[] { Set(std::shared_ptr<int>()); }, 91},
+      {[] { (void)*Ref<int>(); }, 91},
   };
   for (const auto& [act, number] : rows) {
     reports.clear();
@@ -152,8 +152,8 @@ TEST(InUse, CountsEveryTokenUntilTheLastReferenceIsGone) {
 
 TEST(Services, MadeOncePerThreadAndInstallation) {
   struct NoServices final : HostServices {
-    std::shared_ptr<HostApplication> Application() override { return nullptr; }
-    std::shared_ptr<ObjectFactory> Factory() override { return nullptr; }
+    Ref<HostApplication> Application() override { return nullptr; }
+    Ref<ObjectFactory> Factory() override { return nullptr; }
   };
   std::atomic<int> made = 0;
   const auto make = [&made] { return ++made, std::make_shared<NoServices>(); };

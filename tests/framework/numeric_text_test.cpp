@@ -59,9 +59,8 @@ TEST(NumericText, Value) {
   EXPECT_EQ(NumericText::Parse("1.7976931348623157e308")->Value(), 1.7976931348623157e308);
   EXPECT_EQ(NumericText::Parse("2e-324")->Value(), 0.0);
   for (const char* text : {"0.3", "5e-324"}) EXPECT_TRUE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
-  for (const char* text : {"0", "-1", "-0.3", "0e9", "1e-400"}) {
+  for (const char* text : {"0", "-1", "-0.3", "0e9", "1e-400"})
     EXPECT_FALSE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
-  }
 }
 
 // A million characters cost a moment and no memory to speak of.

@@ -12,15 +12,15 @@ using namespace testing_support;
 // Keeps the context that the page gives out: an action list that asks on demand.
 class AskingList final : public ActionListControl {
  public:
-  void Load(const std::shared_ptr<ActionList>& actions) override { loaded = actions; }
-  std::shared_ptr<ActionList> Actions() override { return std::make_shared<ActionListObject>(); }
+  void Load(const Ref<ActionList>& actions) override { loaded = actions; }
+  Ref<ActionList> Actions() override { return std::make_shared<ActionListObject>(); }
   void OnContextRequest(ContextRequest handler) override { request = std::move(handler); }
   std::shared_ptr<StoreObject> Ask() {
-    std::shared_ptr<ValueStore> context;
+    Ref<ValueStore> context;
     request(context);
-    return std::dynamic_pointer_cast<StoreObject>(context);
+    return As<StoreObject>(context).Shared();
   }
-  std::shared_ptr<ActionList> loaded;
+  Ref<ActionList> loaded;
   ContextRequest request;
 };
 
@@ -32,11 +32,10 @@ class PagesTest : public testing::Test {
     bench->Initialize();
   }
   // The selected option when it has the focus, too; nullptr when there is neither.
-  static const Control* Chosen(const Bench& bench) {
-    for (const OptionButton* option : bench.Controls().OptionButtons()) {
+  [[nodiscard]] const Control* Chosen() const {
+    for (const OptionButton* option : bench->Controls().OptionButtons())
       EXPECT_EQ(option->Selected(), option->HasFocus()) << option->Name();
-    }
-    return bench.Controls().Focused();
+    return bench->Controls().Focused();
   }
   Scene scene;
   std::unique_ptr<Bench> bench;
@@ -55,15 +54,6 @@ class AutoTaskTypeTest : public PagesTest {
   }
 };
 
-TEST_F(AutoTaskTypeTest, ShowsTheModeAndPushesOnce) {
-  for (std::int16_t mode = -1; mode <= 3; ++mode) {
-    Open(mode);
-    const bool known = mode >= 0 && mode < 3;
-    EXPECT_EQ(Chosen(*bench), known ? &(*bench)[kOptions[static_cast<std::size_t>(mode)]] : nullptr);
-    EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
-  }
-}
-
 TEST_F(PagesTest, LabelsChooseAndDoubleClicksMoveOn) {
   const std::pair<std::string, std::vector<std::string>> rows[] = {
       {page_identifier::kAutoTaskType, {"NoData", "SingleRecord", "QueryResults"}},
@@ -74,10 +64,10 @@ TEST_F(PagesTest, LabelsChooseAndDoubleClicksMoveOn) {
       Open(page, CompleteTask(3));
       Control &option = (*bench)["opt" + choice], &label = (*bench)["lbl" + choice];
       bench->user.Click(label);
-      EXPECT_EQ(Chosen(*bench), &option);
+      EXPECT_EQ(Chosen(), &option);
       bench->user.Choose((*bench)["opt" + choices[choice == choices[0] ? 1 : 0]]);
       bench->user.DoubleClick(label);
-      EXPECT_EQ(Chosen(*bench), &option);
+      EXPECT_EQ(Chosen(), &option);
       bench->user.DoubleClick(option);
       EXPECT_EQ(bench->host->moves, 2);
       bench->page->IWizardPage_Terminate();
@@ -93,8 +83,7 @@ TEST_F(AutoTaskTypeTest, SavingTheChoice) {
     std::size_t actions;
     int chosen, reply;  // the chosen mode (-1: as loaded), the answer to the question (0: none)
     bool left;
-    std::int16_t
-        mode;  // afterwards; without data there is no data object, a single record is never automatic
+    std::int16_t mode;  // afterwards, as the actions
     std::size_t actions_after;
   };
   const Row rows[] = {
@@ -104,9 +93,13 @@ TEST_F(AutoTaskTypeTest, SavingTheChoice) {
   };
   for (const auto& [stored, actions, chosen, reply, left, mode, actions_after] : rows) {
     Open(stored, actions);
+    const bool known = stored < 3;
+    EXPECT_EQ(Chosen(), known ? &(*bench)[kOptions[static_cast<std::size_t>(stored)]] : nullptr);
+    EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
     TaskRecord expected = bench->task->Record();
     expected.record_mode = mode;
     expected.actions.resize(actions_after);
+    // Without data there is no data object; a single record is never automatic.
     if (mode == 0) expected.data_object_name = expected.data_object_caption = "";
     expected.allow_automation_manager = mode != 1;
     if (chosen >= 0) bench->user.Choose((*bench)[kOptions[static_cast<std::size_t>(chosen)]]);
@@ -143,11 +136,6 @@ TEST_F(PagesTest, QueryTakesAnyTextAndTheBuildersAnswer) {
   EXPECT_EQ(bench->Text("txtQuery"), "stored");
   EXPECT_EQ(scene.dialogs.reports.size(), 1U);
   EXPECT_EQ(scene.dialogs.built_queries.size(), 2U);
-}
-
-auto Loads(const Injector& injector) {
-  return std::ranges::count_if(injector.calls,
-                               [](const auto& call) { return call.starts_with("ObjectLoader."); });
 }
 
 TEST_F(PagesTest, ActionsGetAContextByRecordMode) {
@@ -196,7 +184,8 @@ TEST_F(PagesTest, TheCollectionsOfTheActions) {
   bench->store->values["DataObjects"] = later;
   EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(bench->store->values["DataObjects"], later);
-  EXPECT_EQ(Loads(calls), 2);
+  const auto loads = [](const std::string& call) { return call.starts_with("ObjectLoader."); };
+  EXPECT_EQ(std::ranges::count_if(calls.calls, loads), 2);
 }
 
 TEST_F(PagesTest, RecordsHaveModesAndHistories) {

@@ -1,7 +1,6 @@
 // The query model: written as SQL, read back, checked. What the texts mean to a database is held in
 // tests/data.
 #include <gmock/gmock.h>
-#include <plovix/standalone/query/query_reader.h>
 #include <plovix/standalone/query/query_text.h>
 
 #include <tuple>

@@ -1,9 +1,6 @@
 // Comparison with another implementation of recurrence rules, which knows the days; ticks are counted one by
 // one.
-#include <gtest/gtest.h>
 #include <libical/ical.h>
-
-#include <random>
 
 #include "schedule_support.h"
 

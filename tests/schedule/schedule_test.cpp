@@ -1,6 +1,5 @@
 // The runs of a schedule in wall times: tables of known runs, of records that never run, and the ends of all
 // ranges.
-#include <gtest/gtest.h>
 
 #include <limits>
 

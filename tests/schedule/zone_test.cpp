@@ -1,12 +1,10 @@
 // Wall times as instants, and the next runs across the changes of real zones.
-#include <gtest/gtest.h>
 #include <plovix/standalone/schedule/runs.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <iomanip>
-#include <random>
 #include <sstream>
 
 #include "schedule_support.h"

@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,7 +10,6 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
-#include <optional>
 #include <set>
 
 #include "storage_support.h"
@@ -182,12 +180,9 @@ std::vector<Fault> Faults() {
                         {"locked", kLock, EAGAIN, {kPermissionDenied, kDeviceError}},
                         {"no locks", kLock, ENOLCK, {kDeviceError, kPermissionDenied}},
                         {"no memory map", kMap, ENOMEM, {kDeviceError}}};
-  std::vector<Fault> faults(std::begin(once), std::end(once));
-  for (Fault each : once) {
-    each.for_ever = true;
-    faults.push_back(each);
-  }
-  faults.push_back({"killed", ~0U, kKilled});
+  std::vector<Fault> faults{{"killed", ~0U, kKilled}};
+  for (const bool for_ever : {false, true})
+    for (Fault each : once) each.for_ever = for_ever, faults.push_back(each);
   return faults;
 }
 
@@ -248,8 +243,7 @@ int Sweep(const Operation& operation) {
     bool happened = true;
     for (int call = 1; happened; ++call) {
       SCOPED_TRACE(testing::Message() << operation.name << ": " << each.name << " at call " << call);
-      const TempFolder folder;
-      const std::string path = folder / "tasks.sqlite";
+      const auto [folder, path] = OwnTaskFile();
       CopyWithLog(file, path);
       fault = each;
       fault.first = call;
@@ -275,36 +269,6 @@ TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
     std::printf("%-28s%6d faults\n", operation.name, faults);
     EXPECT_GT(faults, 9) << operation.name;
   }
-}
-
-// No file of this process gets longer.
-bool Limit(rlim_t bytes) {
-  const rlimit limit{bytes, RLIM_INFINITY};
-  signal(SIGXFSZ, SIG_IGN);
-  return setrlimit(RLIMIT_FSIZE, &limit) == 0;
-}
-
-TEST(FullDisk, RefusesInWordsKeepsAllAndGoesOnWhenThereIsRoom) {
-  const TempFolder folder;
-  ASSERT_TRUE(Limit(400'000));
-  const std::string path = folder / "tasks.sqlite";
-  std::vector<TaskRecord> stored;
-  std::optional<SqliteStorage> storage(path);
-  const std::function<void()> fill = [&] {
-    while (stored.size() < 9999)
-      stored.push_back(storage->Save(WholeTask(std::to_string(stored.size())), kNow));
-  };
-  const TagRecord tag{"tag", {{"en", std::string(99'999, 'x')}}};
-  for (const auto& deed : {fill, fill, {[&] { SqliteUsersAndTags(path).SaveTag(tag, {}); }}}) {
-    EXPECT_EQ(FailureOf(deed).Number(), failure_number::kDiskFull);
-    EXPECT_EQ(storage->List(), stored);
-  }
-  ASSERT_TRUE(Limit(RLIM_INFINITY));
-  stored.push_back(storage->Save(WholeTask("room"), kNow));
-  storage.reset();
-  EXPECT_EQ(SqliteStorage(path).List(), stored);
-  EXPECT_GT(stored.size(), 9U);
-  ExpectIntact(path);
 }
 
 }  // namespace

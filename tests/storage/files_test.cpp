@@ -89,8 +89,7 @@ TEST(Files, ThatCannotBeUsedAreRefusedInWordsAndLeftAsTheyAre) {
 TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
   for (std::size_t version = 1; version < MigrationSteps().size(); ++version) {
     SCOPED_TRACE(version);
-    const TempFolder folder;
-    const std::string path = folder / "tasks.sqlite";
+    const auto [folder, path] = OwnTaskFile();
     TaskRecord task = MakeVersion(version, path);
     EXPECT_EQ(SqliteStorage(path).List(), std::vector{task});
     task.recurrence = RecurrenceRecord{.pattern = WeeklyRecord{2, {true}}};
@@ -106,8 +105,7 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
 }
 
 TEST(Files, ThatAreNewAreTheUsersAlone) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   const mode_t former = umask(0);
   SqliteStorage storage(path);
   storage.Save(WholeTask("a"), kNow);
@@ -117,8 +115,7 @@ TEST(Files, ThatAreNewAreTheUsersAlone) {
 }
 
 TEST(Files, CopiedAloneHoldWhatWasSavedBeforeTheProgramWasIdleOrEnded) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   std::vector<TaskRecord> saved;
   std::optional<SqliteStorage> storage(path);
   int copies = 0;
@@ -150,8 +147,7 @@ TEST(Files, CopiedAloneHoldWhatWasSavedBeforeTheProgramWasIdleOrEnded) {
 TEST(Files, ThatAreDamagedAreReadWholeOrRefusedInWords) {
   constexpr std::size_t kPage = 4096, kHeader = 100;
   const std::set<int> expected{failure_number::kInvalidFormat, failure_number::kPermissionDenied};
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   for (int i = 0; i < 50; ++i) {  // rows that fit into their pages
     TaskRecord task;
     task.actions = {{"run-sql", std::to_string(i), 1, 2, {{"sql", std::string(300, 'x')}}}};

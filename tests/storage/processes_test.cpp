@@ -55,8 +55,7 @@ int LockFile(const std::string& path) {
 
 TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
   constexpr std::size_t kSaves = 12;
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   std::vector<std::unique_ptr<Process>> processes;
   for (const char* prefix : {"a", "b", "c", "d"}) {
     const QStringList words{"save", QString::fromStdString(path), prefix, QString::number(kSaves)};
@@ -64,9 +63,8 @@ TEST(Processes, ShareOneNewFileAndReadWholeTasksMeanwhile) {
   }
   SqliteStorage reader(path);
   for (const auto& process : processes) {
-    while (!process->Line().empty()) {
+    while (!process->Line().empty())
       for (const TaskRecord& task : reader.List()) EXPECT_EQ(task, WholeTask(task.name, task));
-    }
     EXPECT_TRUE(process->Ends());
     EXPECT_EQ(process->exitCode(), 0);
   }
@@ -86,8 +84,7 @@ struct Mishap {
 
 // Whatever either program acknowledged must be in one of the files afterwards.
 void TryMishap(const Mishap& mishap, bool saves_at_once) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   std::set<std::string> acknowledged, found;
   {
     SqliteStorage storage(path);
@@ -156,32 +153,23 @@ TEST(Processes, WhoseFilesAreTakenAwayLoseNothingThatTheyAcknowledged) {
 }
 
 TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
-  const TempFolder folder;
-  const std::string path = folder / "tasks.sqlite";
+  const auto [folder, path] = OwnTaskFile();
   SqliteStorage storage(path, kImpatient);
   SqliteUsersAndTags tables(path, kImpatient);
   const TaskRecord task = storage.Save(WholeTask("a"), kNow);
-  const std::string old = folder / "old.sqlite";
-  const TaskRecord old_task = MakeVersion(1, old);
-  Process locker({"lock", QString::fromStdString(path)}), old_locker({"lock", QString::fromStdString(old)});
-  EXPECT_EQ(locker.Line() + old_locker.Line(), "locked\nlocked\n");
-  const std::pair<std::string, std::function<void()>> actions[] = {
-      {path, [&] { storage.Save(WholeTask("b", task), kNow); }},
-      {path, [&] { storage.Delete(task.id, task.version); }},
-      {path, [&] { tables.SaveUsers({FirstAdministrator()}, {}); }},
-      {old, [&] { SqliteStorage(old, kImpatient); }}};
-  for (const auto& [file, action] : actions) {
+  Process locker({"lock", QString::fromStdString(path)});
+  EXPECT_EQ(locker.Line(), "locked\n");
+  const std::function<void()> actions[] = {[&] { storage.Save(WholeTask("b", task), kNow); },
+                                           [&] { storage.Delete(task.id, task.version); },
+                                           [&] { tables.SaveUsers({FirstAdministrator()}, {}); }};
+  for (const auto& action : actions) {
     const Failure failure = FailureOf(action);
     EXPECT_EQ(failure.Number(), failure_number::kPermissionDenied);
-    EXPECT_NE(failure.Description().find(file + ": another program is using the file"), std::string::npos);
+    EXPECT_NE(failure.Description().find(path + ": another program is using the file"), std::string::npos);
   }
-  EXPECT_EQ(storage.List(), std::vector{task});
   EXPECT_EQ(SqliteStorage(path, kImpatient).List(), std::vector{task});
-  for (Process* each : {&locker, &old_locker}) {
-    each->kill();
-    EXPECT_TRUE(each->Ends());
-  }
-  EXPECT_EQ(SqliteStorage(old).List(), std::vector{old_task});
+  locker.kill();
+  EXPECT_TRUE(locker.Ends());
   EXPECT_EQ(storage.Save(task, kNow).version, 2);
 }
 

@@ -41,7 +41,6 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
       {"anna", "solo", "rename", "[rights.mayNotEdit]"},
       {"solo", "solo", "", "[rights.mayNotCreateShared]"},
       {"clerk", "clerk", "rename", ""},
-      {"root", "solo", "rename", ""},
       {"root", "solo", "anna", ""},
       {"gone", "shared", "rename", "[rights.noUser]"},
       {"solo", "new", "solo", ""},
@@ -57,8 +56,7 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(&each - cases);
-    const TempFolder folder;
-    const std::string path = folder / "tasks.sqlite";
+    const auto [folder, path] = OwnTaskFile();
     SqliteStorage storage(path);
     SqliteUsersAndTags tables(path);
     tables.SaveUsers(kUsers, tables.Users());

@@ -1,7 +1,6 @@
-// What the storage's tests share: a folder of their own, tasks to store, and an expected failure.
+// What the storage's tests share: a folder of their own, and tasks to store.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <plovix/standalone/sqlite/connection.h>
 #include <plovix/standalone/storage/schema.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -11,10 +10,11 @@
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <sstream>
 #include <tuple>
+
+#include "tests/support/failure_of.h"
 
 namespace plovix::test {
 
@@ -44,11 +44,16 @@ class TempFolder {
   QTemporaryDir folder_;
 };
 
+// The path of a task file that is not there yet, in a folder of its own.
+struct OwnTaskFile {
+  TempFolder folder;
+  std::string path = folder / "tasks.sqlite";
+};
+
 // What there is of them; as they stand, while programs have them open.
 inline void CopyWithLog(const std::string& from, const std::string& to) {
-  for (const std::string& suffix : {std::string(), std::string(kLogSuffix)}) {
+  for (const std::string& suffix : {std::string(), std::string(kLogSuffix)})
     if (std::filesystem::exists(from + suffix)) std::filesystem::copy_file(from + suffix, to + suffix);
-  }
 }
 
 // What another program does to the file.
@@ -113,17 +118,6 @@ inline TaskRecord WholeTask(const std::string& name, const TaskRecord& former = 
     task.schedule_start = std::chrono::local_days{std::chrono::days{hash % 10'000}};
   }
   return task;
-}
-
-// Runs `action`, which must fail; gives back the failure.
-inline Failure FailureOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Failure& failure) {
-    return failure;
-  }
-  ADD_FAILURE() << "nothing failed";
-  return {0, ""};
 }
 
 }  // namespace plovix::test

@@ -1,4 +1,3 @@
-#include <functional>
 #include <memory>
 
 #include "storage_support.h"
@@ -23,6 +22,14 @@ class Tables {
   std::unique_ptr<UsersAndTags> tables_ = std::make_unique<MemoryUsersAndTags>();
 };
 
+using Users = std::map<std::string, UserRecord>;
+template <class Row>
+std::vector<Row> ListOf(const std::map<std::string, Row>& rows) {
+  std::vector<Row> list;
+  for (const auto& [id, row] : rows) list.push_back(row);
+  return list;
+}
+
 const std::string kOddTexts[] = {"it's \"x\""s, "a\0b"s, "\xFF\xC3\xD7\xA9 "s,   " \r\n"s, "[]"s, "12"s,
                                  "a"s,          "A"s,    std::string(1'000, 'x')};
 
@@ -30,7 +37,7 @@ TEST(UsersAndTags, KeepUsersAndTagsOfAnyText) {
   for (const bool in_file : {false, true}) {
     Tables tables(in_file);
     EXPECT_EQ((*tables).Users(), std::vector{FirstAdministrator()});
-    std::map<std::string, UserRecord> users{{"admin", FirstAdministrator()}};
+    Users users{{"admin", FirstAdministrator()}};
     std::map<std::string, TagRecord> tags;
     for (const std::string& text : kOddTexts) {
       users[text] = {.id = text, .name = text, .groups = {text, "", "b"}};
@@ -44,8 +51,7 @@ TEST(UsersAndTags, KeepUsersAndTagsOfAnyText) {
       user.*flag = true;
       users[user.id] = user;
     }
-    std::vector<UserRecord> sorted;
-    for (const auto& [id, user] : users) sorted.push_back(user);
+    const auto sorted = ListOf(users);
     (*tables).SaveUsers({sorted.rbegin(), sorted.rend()}, {FirstAdministrator()});
     EXPECT_EQ((*tables).Users(), sorted);
     tags["12"].texts.clear();
@@ -53,17 +59,8 @@ TEST(UsersAndTags, KeepUsersAndTagsOfAnyText) {
       (*tables).SaveTag({tag, {{"de", "replaced"}}}, {});
       (*tables).SaveTag(record, {{"de", "replaced"}});
     }
-    std::vector<TagRecord> stored;
-    for (const auto& [tag, record] : tags) stored.push_back(record);
-    EXPECT_EQ((*tables).Tags(), stored);
+    EXPECT_EQ((*tables).Tags(), ListOf(tags));
   }
-}
-
-using Users = std::map<std::string, UserRecord>;
-std::vector<UserRecord> ListOf(const Users& users) {
-  std::vector<UserRecord> list;
-  for (const auto& [id, user] : users) list.push_back(user);
-  return list;
 }
 
 // Two people have read the same rows; one stores, then the other.

@@ -1,11 +1,11 @@
-// Failing host calls, the tasks to try them on, and states as values that compare: for the fault sweeps of
-// the pages and the wizard and the contract of the pages.
+// Failing host calls, tasks to try them on, and states as comparable values: for the fault sweeps of the
+// pages and the wizard and the contract of the pages.
 #pragma once
+
+#include <plovix/standalone/objects/recurrence_object.h>
 
 #include <map>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "hand.h"
 #include "scene.h"
@@ -21,53 +21,43 @@ inline constexpr int kRetriesWhileItLasts = 3;
 
 // Writes down the host's members that are called and fails the n-th call (counted from 1): only that one,
 // also the next call of the same member (its repetition, when retried), every call from it on, or every one
-// of that member.
+// of that member. Or else the members that begin with a text: the first call, or all.
 class Injector final : public CallObserver {
  public:
   Injector() = default;  // fails nothing
-  Injector(int n, Times times) : n_(n), times_(times) {}
+  Injector(int n, Times times) : n_(static_cast<std::size_t>(n)), times_(times) {}
+  explicit Injector(std::string_view members, Times times = Times::kOnce)
+      : members_(members), times_(times) {}
 
   void HostCalled(std::string_view member) override {
     calls.emplace_back(member);
-    const int count = static_cast<int>(calls.size());
-    if (n_ == 0 || count < n_) return;
-    const bool same = member == calls[static_cast<std::size_t>(n_) - 1];
-    const bool again = times_ == Times::kForEver || (times_ == Times::kMember && same) ||
-                       (times_ == Times::kTwice && same && delivered.size() == 1);
-    if (count > n_ && !again) return;
-    delivered.push_back("injected " + std::to_string(count));
+    if (members_.empty() ? !IsDue(member)
+                         : !member.starts_with(members_) || (times_ == Times::kOnce && !delivered.empty()))
+      return;
+    delivered.push_back("injected " + std::to_string(calls.size()));
     if (at_fault) at_fault();
     throw Failure(failure_number::kInvalidCall, delivered.back());
   }
 
   std::vector<std::string> calls;
   std::vector<std::string> delivered;  // descriptions of the failures that were thrown
-  std::function<void()> at_fault;      // done by the host before it fails
+  std::function<void()> at_fault;      // called by the host before it fails
 
  private:
-  int n_ = 0;
+  [[nodiscard]] bool IsDue(std::string_view member) const {
+    if (n_ == 0 || calls.size() <= n_) return n_ != 0 && calls.size() == n_;
+    const bool same = member == calls[n_ - 1];
+    return times_ == Times::kForEver || (times_ == Times::kMember && same) ||
+           (times_ == Times::kTwice && same && delivered.size() == 1);
+  }
+
+  std::size_t n_ = 0;
+  std::string_view members_ = {};
   Times times_ = Times::kOnce;
   ObserveCalls observe_{*this};
 };
 
-// Fails the calls of the members that begin so: the first one, or all.
-class FailMember final : public CallObserver {
- public:
-  explicit FailMember(std::string_view member, bool always = false) : member_(member), always_(always) {}
-  void HostCalled(std::string_view called) override {
-    if (!called.starts_with(member_) || (failed && !always_)) return;
-    failed = true;
-    throw Failure(5, "fails");
-  }
-  bool failed = false;
-
- private:
-  std::string_view member_;
-  bool always_;
-  ObserveCalls observe_{*this};
-};
-
-// Gives every report this answer; a retry of what fails for ever is given up at last.
+// Gives every report this answer; retrying something that always fails is given up in the end.
 inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
   const bool ends = answer == 0 && times == Times::kForEver;
   dialogs.on_report = [=, retries = 0](const FailureReport&) mutable {
@@ -75,7 +65,7 @@ inline void AnswerReports(ScriptedDialogs& dialogs, Times times, int answer) {
   };
 }
 
-// Every 15 minutes or hours unless the kind of time says otherwise.
+// Every 15 minutes or hours, unless the kind of time says otherwise.
 inline RecurrenceRecord Scheduled(const PatternRecord& pattern, std::int32_t time_kind = 0) {
   RecurrenceRecord record;
   record.recurrence_type = static_cast<std::int32_t>(pattern.index()) - 1;
@@ -93,7 +83,7 @@ struct State {
   std::optional<RecurrenceRecord> recurrence;
   const char* owner = "";
 };
-// The schedules differ in kind, so that a pattern page meets none, its own and another one.
+// The schedules differ in kind, so that a pattern page meets none, its own kind and another one.
 inline const State kStates[] = {
     {"a task without a schedule", 0, 0, 0, false, false, false, false, false, false, {}},
     {"a new task", 0, 0, 0, false, false, false, false, false, false, RecurrenceRecord{}},
@@ -146,7 +136,7 @@ inline Entries EntriesOf(const Scene& scene, const State& state) {
   return entries;
 }
 
-// Changes whatever a user can change on the page.
+// Changes everything that a user can change on the page.
 inline void EnterSomething(Bench& bench) {
   for (std::size_t i = 0; i < bench.Controls().Count(); ++i) {
     Control& control = bench.Controls().At(i);
@@ -162,7 +152,7 @@ inline void EnterSomething(Bench& bench) {
 struct Snapshot {
   TaskRecord task;
   std::vector<PatternRecord> patterns;  // those in the store
-  Entries store;  // an object counts as there or not there: which one it is differs from run to run
+  Entries store;  // an object only counts as present or absent, because objects differ from run to run
   std::map<std::string, std::string> page;
   std::vector<ActionRecord> rows;
   bool operator==(const Snapshot&) const = default;
@@ -184,7 +174,7 @@ inline Snapshot TaskAndStore(const Bench& bench) {
   for (auto& [key, value] : all.store) {
     const auto* object = std::get_if<ObjectRef>(&value);
     if (object == nullptr) continue;
-    if (const auto pattern = PatternValues(dynamic_cast<PatternBase*>(object->get()))) {
+    if (const auto pattern = PatternValues(dynamic_cast<PatternBase*>(object->Get()))) {
       all.patterns.push_back(*pattern);
     }
     value = *object != nullptr;

@@ -1,4 +1,4 @@
-// A task that holds something in every place, for the tests of what keeps tasks.
+// A task with a value in every place, for the tests of everything that stores tasks.
 #pragma once
 
 #include <plovix/standalone/tasks/task_fields.h>
@@ -7,7 +7,7 @@
 
 namespace plovix::test {
 
-// A task in which no plain field is at its initial value.
+// A task in which no plain field has its initial value.
 inline TaskRecord FullTask(const PatternRecord& pattern = {}, const std::string& odd = "ö") {
   TaskRecord task;
   ForEachField(std::tuple_cat(kTaskTextFields, kTaskSettingFields), [&](std::string_view name, auto field) {

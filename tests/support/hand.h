@@ -1,5 +1,6 @@
-// A user's hand on the controls of a page. Two kinds: one that speaks the user's verbs, here, and one that
-// moves the mouse and presses keys (qt_hand.h). Used by the contract of the surfaces and by the walker.
+// A user's hand on the controls of a page. There are two kinds: one that calls the user's verbs, here, and
+// one that moves the mouse and presses keys (qt_hand.h). Used by the contract of the surfaces and by the
+// walker.
 #pragma once
 
 #include <plovix/controls/user.h>
@@ -15,12 +16,13 @@ inline constexpr std::array kVerbs{"type", "click", "double click", "drop down",
 
 struct Act {
   Verb verb;
-  std::string text = {};  // typed in place of the text that was there
-  int index = 0;          // of the entry to pick from the opened list, counted on round its end
-  DateTime value = {};    // of which a picker takes the part that it shows
+  std::string text = {};  // typed in place of the former text
+  int index = 0;          // of the entry to pick from the opened list, modulo its length
+  DateTime value = {};    // a picker uses the part that it shows
 };
 
-// Whether the control has this verb. A label has the focus only as a link; only what has it can be left.
+// Whether the control has this verb. A label takes the focus only as a link; only the focused control can be
+// left.
 inline bool Fits(Verb verb, const Control& control) {
   const Kind kind = control.GetKind();
   const auto* label = dynamic_cast<const Label*>(&control);
@@ -45,23 +47,13 @@ inline bool Fits(Verb verb, const Control& control) {
   return false;
 }
 
-// The value of a picker when the user sets the part that it shows, a day or a time of day.
-inline DateTime WithPart(const DateTimePicker& picker, DateTime value) {
-  const auto day_of = [](DateTime time) { return std::chrono::floor<std::chrono::days>(time); };
-  const bool time = Has(picker.Info().style, Style::kTime);
-  const DateTime day = day_of(time ? picker.Value() : value);
-  const DateTime of_day = time ? value : picker.Value();
-  return day + (of_day - day_of(of_day));
-}
-
 // The part of a time that the picker shows, in days or in seconds since midnight.
 inline std::string PartOf(const DateTimePicker& picker, DateTime time) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
-  const bool of_day = Has(picker.Info().style, Style::kTime);
-  return std::to_string(of_day ? (time - day).count() : day.time_since_epoch().count());
+  return std::to_string(picker.ShowsTime() ? (time - day).count() : day.time_since_epoch().count());
 }
 
-// The value of the control as far as a user sees it; line ends are one character.
+// The value of the control as the user sees it; line ends are one character.
 inline std::string ValueOf(const Control& control) {
   if (const auto* label = dynamic_cast<const Label*>(&control)) return label->Link() ? "link" : "text";
   if (const auto* check = dynamic_cast<const CheckBox*>(&control)) return std::to_string(check->Value());
@@ -75,8 +67,8 @@ inline std::string ValueOf(const Control& control) {
   return text;
 }
 
-// What there is to see of a control: its value, its entries, and whether it can be used. Which entry is the
-// selected one shows where nothing can be typed.
+// What the user sees of a control: its value, its entries, and whether it can be used; in a list that is not
+// editable, also which entry is selected.
 inline std::string Held(const Control& control) {
   std::string held = ValueOf(control) + (control.Usable() ? "" : " unusable");
   if (const auto* combo = dynamic_cast<const ComboBox*>(&control))
@@ -88,13 +80,13 @@ inline std::string Held(const Control& control) {
 class Hand {
  public:
   virtual ~Hand() = default;
-  // Whether the user could do it. What has the focus is left first where the control takes it.
+  // Returns whether the user could do it. If the control takes the focus, the focused control is left first.
   virtual bool Do(Control& control, const Act& act) = 0;
-  // What the surface shows of a control, in the words of Held.
+  // What the surface shows of a control, in the format of Held.
   virtual std::string Seen(const Control& control) = 0;
-  // The control of the form that has the surface's focus; nullptr: none of them.
+  // The control of the form that has the surface's focus; nullptr if none has.
   virtual const Control* Focused(const Form& form) = 0;
-  // Lets the surface draw what it has put off.
+  // Lets the surface draw what it has deferred.
   virtual void Settle() {}
 };
 
@@ -125,7 +117,7 @@ class UserHand : public Hand {
       }
       case Verb::kSet: {
         const auto* picker = dynamic_cast<const DateTimePicker*>(&control);
-        return user_.Set(control, picker ? WithPart(*picker, act.value) : act.value);
+        return user_.Set(control, picker ? picker->WithShown(act.value) : act.value);
       }
       case Verb::kEnter:
         return fits && user_.Enter(control);

@@ -1,20 +1,10 @@
-// The hand that moves the mouse and presses keys on the widgets of a page, and tells what they show.
+// The hand that moves the mouse and presses keys on the widgets of a page, and reports what they show.
 #pragma once
 
 #include <plovix/surfaces/qt/form_widget.h>
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDateTimeEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QRadioButton>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <functional>
 
 #include "hand.h"
@@ -27,11 +17,11 @@ inline void ClickOn(QWidget* widget) {
 
 class QtHand : public Hand {
  public:
-  // `page` gives the widget that shows the form; `outside` takes the focus when a control is left.
+  // `page` returns the widget that shows the form; `outside` takes the focus when a control is left.
   QtHand(std::function<const qt::FormWidget*()> page, QWidget& outside)
       : page_(std::move(page)), outside_(outside) {}
 
-  // A control that cannot be used is clicked in vain where it is to be seen.
+  // A visible control that cannot be used is clicked anyway, without effect.
   bool Do(Control& control, const Act& act) override {
     QWidget* widget = WidgetOf(control);
     if (!widget->isVisible()) return false;
@@ -105,7 +95,7 @@ class QtHand : public Hand {
         if (act.verb == Verb::kPick)
           combo->view()->setCurrentIndex(combo->model()->index(act.index % combo->count(), 0));
         QTest::keyClick(combo->view(), act.verb == Verb::kPick ? Qt::Key_Return : Qt::Key_Escape);
-        // The closed list keeps the activation where there is no window manager.
+        // Without a window manager the closed list keeps the activation.
         Settle();
         if (kept) widget->activateWindow();
         break;
@@ -125,7 +115,7 @@ class QtHand : public Hand {
     }
   }
 
-  // In place of all that the field holds, as one change.
+  // Replaces the whole content of the field, as one change.
   static void Paste(QWidget* field, const QString& text) {
     QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
     QApplication::clipboard()->setText(text);

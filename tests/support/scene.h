@@ -1,5 +1,5 @@
-// A stand-alone host in memory for the tests of pages and wizard: scripted dialogs that record, a
-// registry of the real pages, and a bench on which one page lies bare.
+// A stand-alone host in memory for the tests of pages and wizard: scripted dialogs that record, a registry of
+// the real pages, and a bench for a single page.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@
 
 namespace plovix::testing_support {
 
-// Answers from its lists, or OK/Yes to a box and "leave" to a report; writes everything down.
+// Answers from its lists, or with OK/Yes to a box and "leave" to a report; records everything.
 class ScriptedDialogs final : public HostDialogs {
  public:
   int MessageBox(const std::string& prompt, int buttons, const std::string& title) override {
@@ -76,7 +76,7 @@ class ScriptedDialogs final : public HostDialogs {
   std::optional<PermissionSet> chosen_permissions;
 };
 
-// The wizard as a bare page sees it.
+// The wizard as a single page sees it.
 class RecordingHost final : public WizardHost {
  public:
   void Refresh(bool can_continue) override {
@@ -96,7 +96,7 @@ inline std::shared_ptr<HostControl> MakeHostControl(std::string_view registered_
   return std::make_shared<VeloActionList>();
 }
 
-// Makes its pages as the test says.
+// Creates its pages as the test says.
 class FactoryOf final : public PageFactory {
  public:
   using Make = std::function<std::shared_ptr<WizardPage>()>;
@@ -109,7 +109,7 @@ class FactoryOf final : public PageFactory {
   Make make_;
 };
 
-// Installed for as long as it lives. Every text is its number: "[27]".
+// Installed during its lifetime. Every text is its number: "[27]".
 struct Scene {
   Scene() {
     state.dialogs = &dialogs;
@@ -142,7 +142,7 @@ struct Scene {
 
 using Entries = std::map<std::string, Value>;
 
-// One page without a wizard around it. What its event procedures let through is kept in `escaped`.
+// One page without a wizard. Failures that its event procedures let through are kept in `escaped`.
 class Bench final : public UserListener {
  public:
   Bench(Scene& scene, const std::string& identifier, const TaskRecord& record = {},

@@ -1,4 +1,4 @@
-// Tasks part by part: which parts differ, and which of them were lost.
+// Compares tasks part by part: which parts differ, and which were lost.
 #pragma once
 
 #include <plovix/standalone/tasks/task_fields.h>
@@ -8,7 +8,7 @@
 
 namespace plovix::testing_support {
 
-// Calls visit(name, the part of each task) for each part but the schedule's pattern.
+// Calls visit(name, the part of each task) for each part except the schedule's pattern.
 template <class Visit, class... Tasks>
 void ForEachPart(const Visit& visit, const Tasks&... tasks) {
   ForEachField(kTaskFields, [&](auto name, auto field) { visit(name, tasks.*field...); });
@@ -22,7 +22,7 @@ void ForEachPart(const Visit& visit, const Tasks&... tasks) {
   });
 }
 
-// What of a stored task is not as it has to be; nothing when all is.
+// The parts of a stored task that are not as they should be; empty if there are none.
 inline std::string Differences(const std::optional<TaskRecord>& stored, const TaskRecord& wanted) {
   if (stored == wanted) return "";
   if (!stored) return "the task is gone";
@@ -34,7 +34,7 @@ inline std::string Differences(const std::optional<TaskRecord>& stored, const Ta
   return names;
 }
 
-// What is neither as it was before nor as it is wanted after: the names of what was lost.
+// The names of lost parts: those that are neither as before nor as wanted.
 inline std::string Lost(const TaskRecord& before, const TaskRecord& wanted, const TaskRecord& after) {
   std::string names;
   const auto note = [&](std::string_view name, const auto& former, const auto& good, const auto& now) {
@@ -53,7 +53,7 @@ inline std::string Lost(const TaskRecord& before, const TaskRecord& wanted, cons
     if (now == nullptr) return;
     const auto& kept = *FieldIn(former, field);
     const auto* typed = FieldIn(good, field);
-    if constexpr (requires { now->size(); }) {  // the days, each by itself
+    if constexpr (requires { now->size(); }) {  // the days, each separately
       for (std::size_t i = 0; i < now->size(); ++i)
         note(name, kept[i], (typed ? *typed : kept)[i], (*now)[i]);
     } else {

@@ -1,12 +1,11 @@
-// Plays a user at random on a wizard and holds every step against what wizard and pages owe: nothing escapes
-// or is reported that need not be, the buttons are what the page says, a refusal changes nothing, a page that
-// is shown again has lost nothing, the storage changes by Finish alone and gives back what it got. One seed
-// makes one walk: PLOVIX_WALK_SEED chooses it, PLOVIX_WALK_STEPS its length (other than 100,000 steps through
-// the wizard and 3,000 through its window, a fifth of it under a sanitizer), and with PLOVIX_WALK_TRACE every
-// step is written down before it is made.
+// Plays a random user on a wizard and checks after every step what wizard and pages guarantee: nothing
+// escapes or is reported without need, the buttons are what the page says, a refusal changes nothing, a page
+// that is shown again has lost nothing, and the storage changes only by Finish and returns what it was given.
+// Each seed gives one walk: PLOVIX_WALK_SEED chooses it, PLOVIX_WALK_STEPS its length (default: 100,000 steps
+// through the wizard and 3,000 through its window, a fifth of that under a sanitizer), and with
+// PLOVIX_WALK_TRACE every step is printed before it is taken.
 #pragma once
 
-#include <plovix/framework/page_base.h>
 #include <plovix/framework/page_identifiers.h>
 #include <plovix/standalone/tasks/category_column.h>
 #include <plovix/standalone/tasks/text_limits.h>
@@ -17,14 +16,13 @@
 #include <set>
 
 #include "faults.h"
-#include "hand.h"
 #include "task_parts.h"
 
 namespace plovix::testing_support {
 
 enum class Button { kBack, kNext, kFinish, kCancel };
 
-// What is walked through: the wizard, or the window around one.
+// The subject of a walk: the wizard, or the window around one.
 class Walked {
  public:
   virtual ~Walked() = default;
@@ -34,19 +32,15 @@ class Walked {
   [[nodiscard]] virtual Hand& UsersHand() = 0;
   // Whether the button was enabled.
   virtual bool Press(Button button) = 0;
-  // What the surface owes beyond the wizard.
+  // Checks what the surface guarantees beyond the wizard.
   virtual void Check() {}
 };
 
-// The page that was made last, and how many were; it is not kept, so that one that goes too early is noticed.
+// The page created last, and the number of pages; it is not kept alive, so that premature destruction is
+// noticed.
 struct PageMade {
   std::weak_ptr<WizardPage> page;
   int count = 0;
-};
-
-// The wizard as a page holds it.
-struct PageAccess : PageBase {
-  static std::shared_ptr<WizardHost>& Host(PageBase& page) { return page.*&PageAccess::Wizard; }
 };
 
 class Walker {
@@ -69,14 +63,14 @@ class Walker {
       for (const TaskRecord& task : stored_) columns.push_back(EncodeCategories(task.categories));
       return CategoryRows(columns);
     };
-    scene.dialogs.on_box = [this](const std::string& prompt, int buttons) { return Answer(prompt, buttons); };
+    scene.dialogs.on_box = [this](const std::string&, int buttons) { return Answer(buttons); };
     scene.dialogs.on_report = [this](const FailureReport&) { return Below(3); };
     Furnish(scene);
     // After a declined choice the details page looks for the former data object by its name among captions.
     for (auto& entry : scene.data->entries) entry.record.caption = entry.record.name;
   }
 
-  // PLOVIX_WALK_DIVISOR comes from the build: walks under the sanitizers are shorter.
+  // PLOVIX_WALK_DIVISOR comes from the build: walks and sweeps under the sanitizers are shorter.
   void Walk(int usual_steps) {
     usual_steps /= PLOVIX_WALK_DIVISOR;
     const int seed = FromEnvironment("PLOVIX_WALK_SEED", 1);
@@ -94,13 +88,12 @@ class Walker {
     for (const auto& [what, times] : counts_) std::cout << " " << what << " " << times << ",";
     std::cout << " roads " << roads_.size() << "\n";
     if (testing::Test::HasFailure()) {
-      std::cout << "Again: PLOVIX_WALK_SEED=" << seed << " PLOVIX_WALK_STEPS=" << steps_
-                << "; the last steps:\n";
-      for (const std::string& line : trace_) std::cout << "  " << line << "\n";
+      std::cout << "Again: PLOVIX_WALK_TRACE=1 PLOVIX_WALK_SEED=" << seed << " PLOVIX_WALK_STEPS=" << steps_
+                << "\n";
     } else if (steps >= usual_steps) {
       for (const char* what : {"saved", "cancelled", "walked through", "refused", "returns"})
         EXPECT_GT(counts_[what], 0) << what;
-      // Which pages a short walk comes to, and who saves meanwhile, is left to chance.
+      // In a short walk, chance decides which pages are reached and who saves meanwhile.
       if (steps < kReachesAll) return;
       EXPECT_GT(counts_["conflicts"], 0);
       for (const std::string& page : scene_.registry.Identifiers()) EXPECT_GT(counts_[page], 0) << page;
@@ -123,10 +116,9 @@ class Walker {
   }
   std::string AnyText() {
     static const std::vector<std::string> texts = [] {
-      std::vector<std::string> all{std::string(400, '9'), std::string(900, 'x')};
+      std::vector<std::string> all{"", std::string(400, '9'), std::string(900, 'x')};
       std::istringstream pieces(
-          "| "
-          "|1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
+          " |1|2.5|7\t|1e2|25e-1|1e-400|1e309|0|0.6|-3|13|29|31|1,5|2147483647.4|2147483648|1e12|0x10|Nightly"
           "|Un|one|\"'\\%_;--|t\u00E2che \U0001F600|e\u0301|two\nlines");
       for (std::string piece; std::getline(pieces, piece, '|');) all.push_back(piece);
       return all;
@@ -135,26 +127,23 @@ class Walker {
   }
   VeloWiz& Wizard() { return walked_.Wizard(); }
   void Note(const std::string& line) {
-    trace_.push_back(std::to_string(++steps_) + " " + line.substr(0, 160));
-    if (trace_.size() > 25) trace_.pop_front();
-    if (std::getenv("PLOVIX_WALK_TRACE") != nullptr) std::cout << trace_.back() << std::endl;
+    ++steps_;
+    if (std::getenv("PLOVIX_WALK_TRACE") != nullptr) std::cout << steps_ << " " << line << std::endl;
   }
 
-  int Answer(const std::string& prompt, int buttons) {
+  int Answer(int buttons) {
     using namespace message_box;
     const bool one_button = buttons == kOkInformation || buttons == kOkWarning;
     const bool declines = !one_button && !walking_through_ && OneIn(3);
-    if (declines) declined_.push_back(prompt);
     if (buttons == kYesNoQuestion) return declines ? kNo : kYes;
     return declines ? kCancel : kOk;
   }
 
-  // What the host's dialogs were asked is forgotten, what they will answer is drawn.
+  // Clears the record of the host's dialogs and draws their next answers.
   void PrepareDialogs() {
     ScriptedDialogs& dialogs = scene_.dialogs;
     dialogs.boxes.clear();
     dialogs.reports.clear();
-    declined_.clear();
     const auto maybe = [this](auto value) { return OneIn(2) ? std::optional(value) : std::nullopt; };
     dialogs.chosen_tag = maybe(AnyText());
     dialogs.chosen_query = maybe(AnyText());
@@ -191,7 +180,7 @@ class Walker {
     if (OneIn(4)) task.record_mode = 7;
     task.query = AnyText();
     if (OneIn(4)) task.actions.push_back({"unknown", "y", record_mode_bit::kNoData, 0, {{"k", "v"}}});
-    // The wizard makes no task with actions on records of nothing.
+    // The wizard creates no task with actions on records but without a data object.
     if (task.data_object_name.empty() && task.record_mode != record_mode::kNoData) task.actions.clear();
     task.allow_automation_manager = !OneIn(4);
     if (stored_ = storage_.List(); !stored_.empty() && OneIn(3)) {
@@ -300,7 +289,7 @@ class Walker {
     way_.pop_back();
   }
 
-  // Saving a number beyond 32 bits is the one thing that fails. Answers whether the user was told anything.
+  // Only saving a number beyond 32 bits may fail. Returns whether the user was told anything.
   bool CheckReports() {
     const ScriptedDialogs& dialogs = scene_.dialogs;
     for (const FailureReport& report : dialogs.reports)
@@ -309,9 +298,9 @@ class Walker {
     return !dialogs.reports.empty() || !dialogs.boxes.empty();
   }
 
-  // Out of the field, to the next page and back, or back and forth again, twice: the first time may put right
-  // what the task cannot hold, which the details and the query have none of. Back from the details saves
-  // nothing.
+  // Leaves the field and goes to the next page and back, or back and forth again, twice: the first time may
+  // correct values that the task cannot hold; on the details and query pages there are none. Back from the
+  // details saves nothing.
   void GoAndReturn() {
     const bool forth = Wizard().Buttons().next && (!Wizard().Buttons().back || OneIn(2));
     const std::string page = Wizard().Identifier();
@@ -329,7 +318,7 @@ class Walker {
     ++counts_["returns"];
   }
 
-  // What there is of each control, a line each.
+  // The state of each control, one line each.
   template <class Text>
   std::string PageText(Text text_of) {
     std::string text;
@@ -358,8 +347,8 @@ class Walker {
     if (!walking_through_ && OneIn(2)) WalkThrough(expected);
   }
 
-  // The stored task, led from page to page by a user who touches nothing and agrees to all, stays as it is,
-  // its start included.
+  // A stored task stays unchanged, including its start, if a user goes from page to page, touches nothing and
+  // agrees to everything.
   void WalkThrough(TaskRecord task) {
     walking_through_ = true;
     now_ += std::chrono::hours(24);
@@ -373,7 +362,7 @@ class Walker {
     ++counts_["walked through"];
     ++task.version;
     task.modified = now_;
-    // Where a number beyond 32 bits was passed over, there may be none yet; the page then stores 1.
+    // If a number beyond 32 bits was skipped, there may be none yet; the page then stores 1.
     const bool timed = task.recurrence && task.recurrence->time_kind != time_kind::kAtTime;
     if (timed && !entries_.contains(store_key::kImporting) && task.recurrence->interval == 0)
       task.recurrence->interval = 1;
@@ -386,22 +375,10 @@ class Walker {
     return next;
   }
 
-  // What the page tells the wizard when it is asked now, which must be what it said last. The first page says
-  // once that the user may go on.
-  bool MayContinue() {
-    const auto page = std::dynamic_pointer_cast<CommonPage>(page_.page.lock());
-    if (!page) return true;
-    const auto recorder = std::make_shared<RecordingHost>();
-    const auto host = std::exchange(PageAccess::Host(*page), recorder);
-    page->RefreshWizard();
-    PageAccess::Host(*page) = host;
-    return recorder->pushes.empty() ? Wizard().CanContinue() : recorder->pushes.back();
-  }
-
   void Check() {
     EXPECT_TRUE(storage_.List() == stored_) << "nothing but Finish changes the storage";
     if (!Wizard().IsOpen()) return;
-    const bool on = MayContinue();
+    const bool on = Wizard().CanContinue();
     const bool last = NextPage().empty();
     EXPECT_EQ(Wizard().NextIdentifier(), NextPage());
     EXPECT_EQ(Wizard().Buttons(), (WizardButtons{!way_.empty(), on && !last, on && last, true}));
@@ -415,14 +392,12 @@ class Walker {
   DateTime now_{std::chrono::seconds{1'800'000'000}};
   PageMade page_;
   std::vector<std::string> way_;    // the pages that Back leads to
-  std::vector<TaskRecord> stored_;  // what the storage has to hold
+  std::vector<TaskRecord> stored_;  // the expected contents of the storage
   TaskRecord opened_;
   Entries entries_;
-  bool conflict_ = false;              // the opened task was changed in the storage
-  bool walking_through_ = false;       // by a user who declines nothing
-  std::vector<std::string> declined_;  // the questions of this step
-  std::deque<std::string> trace_;
-  std::set<std::vector<std::string>> roads_;  // that led to Finish
+  bool conflict_ = false;                     // the opened task was changed in the storage
+  bool walking_through_ = false;              // by a user who declines nothing
+  std::set<std::vector<std::string>> roads_;  // paths to Finish
   std::map<std::string, int> counts_;
   int steps_ = 0;
 };

@@ -1,12 +1,13 @@
 // The language tables against each other, and files that are none.
 #include <gmock/gmock.h>
-#include <plovix/base/failure.h>
 #include <plovix/standalone/text/language_file.h>
 #include <plovix/standalone/text/languages.h>
 
 #include <map>
 #include <regex>
 #include <set>
+
+#include "tests/support/failure_of.h"
 
 namespace plovix {
 namespace {
@@ -55,12 +56,8 @@ TEST(Languages, SayWhatIsWrongWithAFile) {
        "\"host\" must be an object"},
       {"7", "\"language\" is missing"}};
   for (const auto& [json, problem] : cases) {
-    try {
-      (void)ParseLanguage(json, "mine.json");
-      ADD_FAILURE() << json;
-    } catch (const Failure& failure) {
-      EXPECT_THAT(failure.Description(), testing::AllOf(HasSubstr("mine.json"), HasSubstr(problem)));
-    }
+    EXPECT_THAT(test::FailureOf([&] { (void)ParseLanguage(json, "mine.json"); }).Description(),
+                testing::AllOf(HasSubstr("mine.json"), HasSubstr(problem)));
   }
 }
 

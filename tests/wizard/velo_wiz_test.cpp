@@ -1,8 +1,8 @@
-// The wizard without a toolkit: navigation, buttons and saving, with the real pages and with pages that
-// follow the test's script.
+// The wizard without a toolkit: navigation, buttons and saving, with pages that follow the test's script and
+// with the real ones; faults and a random walk on the whole of it.
 #include <plovix/framework/page_controls.h>
 
-#include "tests/support/faults.h"
+#include "tests/support/walker.h"
 
 namespace plovix {
 namespace {
@@ -30,7 +30,7 @@ class ScriptedPage final : public PageWith<kScripted, CommonPage> {
     ++script_.made;
     txtNext.On(Event::kChange, [this] { RefreshWizard(); });
     control<"cmdGo">().On(Event::kClick, [this] {
-      script_.go(*Set(Wizard));
+      script_.go(*Wizard);
       script_.alive_behind_go = script_.alive;
     });
   }
@@ -77,45 +77,26 @@ class VeloWizTest : public testing::Test {
 
 constexpr const char* kType = "Plovix.AutoTaskType";
 
-// A scheduled task from its type to the storage, and back without its schedule.
-TEST_F(VeloWizTest, ARoadToTheEndIsStored) {
-  const auto go_to = [this](const char* where) {
-    EXPECT_TRUE(wizard->Next());
-    EXPECT_EQ(Where(), where);
-  };
-  ASSERT_TRUE(wizard->Open(kType));
-  EXPECT_EQ(wizard->Title() + wizard->Description() + Where(), "[4][5]Plovix.AutoTaskType -N-C");
-  wizard->User().DoubleClick(At("lblNoData"));  // chooses and moves on
-  go_to("Plovix.Details BN-C");                 // enabled, but the page refuses
-  EXPECT_EQ(scene.dialogs.boxes, Texts{"[27]/64"});
-  Type("txtName", "Report");
-  wizard->User().Toggle(At("chkAutoMan"));
-  wizard->User().Leave(At("txtName"));
-  go_to("Plovix.RecurrenceTime BN-C");
-  Type("txtHours", "13");
-  go_to("Plovix.RecurrencePattern BN-C");
-  wizard->User().Choose(At("optWeekly"));
-  go_to("Plovix.WeeklyRecurrence B--C");  // no day is checked
-  Type("txtWeeks", "3");
-  wizard->User().Toggle(At("chkFriday"));
-  go_to("Plovix.Actions B-FC");
-  EXPECT_FALSE(wizard->Next());
-  EXPECT_TRUE(storage.List().empty() && wizard->Finish());
-  const TaskRecord saved = wizard->Saved();
-  EXPECT_EQ(storage.List(), std::vector{saved});
-  EXPECT_EQ(saved.name + "/" + saved.description, "Report/Report");
-  RecurrenceRecord expected = Scheduled(WeeklyRecord{3, {false, false, false, false, false, true}}, 2);
-  expected.interval = 13;
-  EXPECT_EQ(saved.recurrence, expected);
-  EXPECT_EQ(saved.schedule_start, std::chrono::floor<std::chrono::days>(scene.state.Now()));
-  EXPECT_FALSE(wizard->Finish() || wizard->Cancel() || wizard->Back() || wizard->Next());
-  // Taken from the automation manager it has no schedule any more, and no start.
-  Make(saved);
-  wizard->Open("Plovix.Details");
-  wizard->User().Toggle(At("chkAutoMan"));
-  wizard->Next();
-  EXPECT_TRUE(wizard->Finish());
-  EXPECT_FALSE(storage.List().at(0).recurrence || storage.List().at(0).schedule_start);
+// A schedule starts on the day on which it was stored first, and takes its start along when it goes.
+TEST_F(VeloWizTest, AScheduleAndItsStartAreStoredTogether) {
+  TaskRecord task;
+  task.name = task.description = "Report";
+  task.allow_automation_manager = true;
+  task.recurrence.emplace();
+  for (const bool scheduled : {true, false}) {
+    Make(task);
+    wizard->Open(scheduled ? "Plovix.Actions" : "Plovix.Details");
+    if (!scheduled) wizard->User().Toggle(At("chkAutoMan"));
+    EXPECT_NE(wizard->Next(), scheduled);
+    EXPECT_TRUE(wizard->Finish());
+    task = wizard->Saved();
+    EXPECT_EQ(storage.List(), std::vector{task});
+    EXPECT_EQ(task.recurrence.has_value(), scheduled);
+    EXPECT_EQ(
+        task.schedule_start,
+        scheduled ? std::optional(std::chrono::floor<std::chrono::days>(scene.state.Now())) : std::nullopt);
+    EXPECT_FALSE(wizard->Finish() || wizard->Cancel() || wizard->Back() || wizard->Next());
+  }
 }
 
 TEST_F(VeloWizTest, BackMakesAFreshPageOfTheWayThatWasTaken) {
@@ -150,6 +131,18 @@ TEST_F(VeloWizTest, MoveNextIsNextAndTheReplacedPageLivesOn) {
   wizard->User().Press(At("cmdGo"));
   EXPECT_EQ(Where(), "B B-FC");
   EXPECT_EQ(std::pair(script.alive_behind_go, script.alive), std::pair(2, 1));
+  // A verb asks once; on the way a page that moves on is asked first, as its event may have changed the
+  // answer.
+  int answers = 0;
+  script.next = [&](const std::string& text) { return ++answers, text; };
+  Type("txtNext", "A");
+  EXPECT_EQ(answers, 1);
+  script.go = [this](WizardHost& host) {
+    dynamic_cast<TextBox&>(At("txtNext")).SetText("");
+    host.MoveNext();
+  };
+  wizard->User().Press(At("cmdGo"));
+  EXPECT_EQ(Where(), "B B-FC");
   // A page that asks to move on while it is being left is not left twice.
   int asked = 0;
   script.leave = [&] { return !wizard->Next() && !wizard->Cancel() && ++asked > 0; };
@@ -229,18 +222,6 @@ TEST_F(VeloWizTest, AFailingInitializeIsAnswered) {
   EXPECT_EQ(scene.dialogs.reports.back().procedure, "IWizardPage_Initialize");
 }
 
-// A kind of time that the page does not know: it pushes nothing, and changes nothing.
-TEST_F(VeloWizTest, APageThatSaysNothingIsPassed) {
-  TaskRecord task = CompleteTask();
-  task.recurrence->time_kind = 7;
-  Make(task);
-  wizard->Open("Plovix.RecurrenceTime");
-  EXPECT_EQ(wizard->Refreshes(), 0);
-  EXPECT_TRUE(wizard->Next());
-  EXPECT_EQ(Where(), "Plovix.RecurrencePattern BN-C");
-  EXPECT_EQ(wizard->Task().Record(), task);
-}
-
 // A task begun in language-tag mode keeps its tags when the mode is off; what an empty box leaves is stored
 // as no category.
 TEST_F(VeloWizTest, ANewTaskIsWhatTheModeSays) {
@@ -291,9 +272,8 @@ std::pair<int, bool> WalkWithFault(const State& state, int n, Times times, int a
   const Injector injector(n, times);
   wizard.Open(kType);
   for (int step = 0; step < 12 && wizard.IsOpen(); ++step) {
-    for (const char* box : {"txtName", "txtDescription"}) {
+    for (const char* box : {"txtName", "txtDescription"})
       if (Control* found = wizard.Controls()->Find(box)) wizard.User().Type(*found, "9");
-    }
     if (!wizard.Next()) wizard.Finish();
   }
   const bool finished = wizard.End() == WizardEnd::kFinished;
@@ -307,7 +287,7 @@ TEST(WizardFaultSweep, NothingHalfSavedReachesTheStorage) {
   for (const State& state : kStates) {
     const auto [calls, ended] = WalkWithFault(state, 0, Times::kOnce, 2);
     finished += ended ? 1 : 0;
-    for (int n = 1; n <= calls && !testing::Test::HasFailure(); ++n) {
+    for (int n = 1; n <= calls && !testing::Test::HasFailure(); n += PLOVIX_WALK_DIVISOR) {
       for (const Times times : {Times::kOnce, Times::kTwice, Times::kForEver}) {
         for (const int answer : {0, 1, 2}) {
           SCOPED_TRACE(testing::Message() << state.name << ", call " << n << ", answer " << answer);
@@ -317,6 +297,34 @@ TEST(WizardFaultSweep, NothingHalfSavedReachesTheStorage) {
     }
   }
   EXPECT_GE(finished, 4);
+}
+
+// A random walk on the bare controls.
+class WalkedWizard final : public Walked {
+ public:
+  explicit WalkedWizard(Scene& scene) : scene_(scene) {}
+  void Open(const TaskRecord& task, const Entries& entries, const std::string& first) override {
+    wizard_ = std::make_unique<VeloWiz>(scene_.Parts(), task, entries);
+    hand_ = std::make_unique<UserHand>(wizard_->User());
+    wizard_->Open(first);
+  }
+  VeloWiz& Wizard() override { return *wizard_; }
+  Hand& UsersHand() override { return *hand_; }
+  bool Press(Button button) override {
+    constexpr std::array verbs{&VeloWiz::Back, &VeloWiz::Next, &VeloWiz::Finish, &VeloWiz::Cancel};
+    return (wizard_.get()->*verbs.at(static_cast<std::size_t>(button)))();
+  }
+
+ private:
+  Scene& scene_;
+  std::unique_ptr<VeloWiz> wizard_;
+  std::unique_ptr<Hand> hand_;
+};
+
+TEST(Walk, ThroughTheWizard) {
+  Scene scene;
+  WalkedWizard wizard(scene);
+  Walker(scene, scene.storage, wizard).Walk(100'000);
 }
 
 }  // namespace

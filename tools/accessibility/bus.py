@@ -12,9 +12,9 @@ from Xlib.display import Display  # noqa: E402
 from Xlib.error import XError  # noqa: E402
 from Xlib.ext import xtest  # noqa: E402
 
-PATIENCE = 10  # seconds that the program has to answer, also on a busy machine
-MANY_ANSWERS = 150  # of the program: a key that has done nothing by then does nothing
-MANY_CHILDREN = 40  # more are not looked at: cells of a table
+PATIENCE = 10  # seconds for the program to answer, even on a busy machine
+MANY_ANSWERS = 150  # of the program; a key without effect by then has none
+MANY_CHILDREN = 40  # further children, cells of a table, are ignored
 State = Atspi.StateType
 Element = namedtuple("Element", "access role name labels states actions parents")
 
@@ -35,7 +35,7 @@ def ancestors(access):
         return
 
 
-# Labels are what Qt calls so; it also takes the box around an element for one.
+# Qt reports the box around an element as its label, too; only real labels count.
 def describe(access, parents):
     labelling = [relation.get_target(at) for relation in access.get_relation_set()
                  if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
@@ -90,7 +90,7 @@ class Program:
             xtest.fake_input(self.display, X.KeyRelease, code)
         self.display.sync()
 
-    # The element that a key moves the focus to; None when the focus stays.
+    # The element to which a key moves the focus; None if the focus stays.
     def move(self, *names):
         del self.focused[:-1]
         self.key(*names)
@@ -106,7 +106,7 @@ class Program:
         around = ancestors(self.focus) if self.focus else ()
         return next((access for access in around if access.get_state_set().contains(State.ACTIVE)), None)
 
-    # Without a window manager the keyboard goes to a window only when it is told to: to the topmost.
+    # Without a window manager no window gets the keyboard by itself: gives it to the topmost.
     def give_keyboard(self):
         for window in reversed(self.display.screen().root.query_tree().children):
             attributes = window.get_attributes()
@@ -114,14 +114,14 @@ class Program:
                 window.set_input_focus(X.RevertToParent, X.CurrentTime)
                 return self.display.sync()
 
-    # Does what brings another window or takes the present one away, and waits for the keyboard to follow.
+    # Does something that opens a window or closes the current one, and waits for the keyboard to follow.
     def change_window(self, act, what):
         before = self.active()
         act()
         self.wait(lambda: self.give_keyboard() or self.active() not in (None, before), what)
         self.catch_up()
 
-    # What the active window shows, in the order of the tree; windows over it are not part of it.
+    # What the active window shows, in tree order, without other windows on top of it.
     def elements(self):
         return self.wait(lambda: (window := self.active()) and list(self.showing(window, [])), "the active window")
 

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Runs a command on a desktop of its own: a display, an accessibility bus, an empty home.
+"""Runs a command on a separate desktop: a display, an accessibility bus, an empty home.
 
     desktop.py COMMAND [ARGUMENT...]
 
-Gives back the command's exit status. Nothing listens on the network, and whatever the command and the
-services of its desktop leave running ends with it.
+Returns the command's exit status. Nothing listens on the network, and all processes that the command and the
+services of its desktop leave running are ended with it.
 """
 import ctypes
 import os
@@ -14,7 +14,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-ADOPT_ORPHANS = 36  # PR_SET_CHILD_SUBREAPER: what the bus has started becomes ours when the bus is gone
+ADOPT_ORPHANS = 36  # PR_SET_CHILD_SUBREAPER: processes that the bus started become ours when the bus ends
 
 
 def end_children():
@@ -30,7 +30,7 @@ def start_display():
                      pass_fds=[writing], stderr=subprocess.DEVNULL)
     os.close(writing)
     with os.fdopen(reading) as pipe:
-        number = pipe.readline().strip()  # comes when the display can be used
+        number = pipe.readline().strip()  # arrives when the display can be used
     return ":" + number if number else sys.exit("Xvfb does not start")
 
 
@@ -43,7 +43,7 @@ def main(command):
             environment = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "DISPLAY": start_display(), "HOME": home,
                            "XDG_RUNTIME_DIR": home, "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                            "PYTHONDONTWRITEBYTECODE": "1"}
-            told = os.dup(1)  # the services of the bus speak, too
+            told = os.dup(1)  # the bus services write to standard output, too
             session = ["dbus-run-session", "--", "sh", "-c", f'exec "$@" >&{told} 2>&1', "sh", *command]
             return subprocess.call(session, env=environment, pass_fds=[told], stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)

@@ -1,15 +1,16 @@
 #!/usr/bin/python3
-"""Walks through every window of the program as someone does who sees nothing: over the accessibility bus.
+"""Walks through every window of the program as a blind user does: over the accessibility bus.
 
     desktop.py walk.py PROGRAM [LANGUAGE]
 
-Starts the program with tasks and sample data of its own, opens each window and looks at what assistive
-technology is told: every element that can be used has a role and a name of its own, a new page says its
-heading, and the keyboard reaches everything and gets away again. Prints a row for each window, then what is
-wrong; exit status 1 when something is.
+Starts the program with test tasks and sample data, opens each window and checks what assistive technology
+gets: every usable element has a role and a unique name, a new page announces its heading, and the keyboard
+reaches every element and can leave it again. Prints a row for each window, then the faults; exit status 1 if
+there are any.
 """
 import json
 import os
+import re
 import sqlite3
 import subprocess
 import sys
@@ -22,14 +23,14 @@ from bus import GLib, Lost, Program, State, ancestors
 HERE = Path(__file__).resolve().parent
 USABLE = {"check box", "combo box", "link", "list", "list item", "push button", "radio button", "spin button", "table",
           "table cell", "text", "tree"}
-COMPOSITE = {"combo box", "list", "spin button", "table", "text", "tree"}  # what is in them is no stop of its own
+COMPOSITE = {"combo box", "list", "spin button", "table", "text", "tree"}  # elements inside these are not separate stops
 SPOKEN = {"alert", "dialog", "frame", "panel"}  # a screen reader says their names when the focus enters them
 WAYS = {"Tab": ["Tab"], "Shift+Tab": ["Shift_L", "Tab"]}
 MOST_STOPS = 60  # of any window
-PAGES = 11  # of the wizard
+PAGES = re.findall(r'"Plovix\.\w+"', (HERE.parents[1] / "framework/page_identifiers.h").read_text())
 
 
-# A label that says that it takes the focus takes it from the mouse, to have its text selected.
+# A focusable label without MULTI_LINE takes the focus only from the mouse, so that its text can be selected.
 def is_usable(element):
     if element.role == "label":
         return element.states.contains(State.FOCUSABLE) and element.states.contains(State.MULTI_LINE)
@@ -40,7 +41,7 @@ def in_composite(element):
     return any(parent.role in COMPOSITE for parent in element.parents)
 
 
-# Qt tells the entry of a combo box for its name.
+# Qt reports the current entry of a combo box as its name.
 def name_of(element):
     return " ".join(element.labels) if element.role == "combo box" else element.name
 
@@ -94,7 +95,7 @@ class Walk:
             self.wrong("nothing has the focus")
         if sum(stop.states.contains(State.FOCUSABLE) for stop in stops) == 1:
             return
-        groups = {}  # options are one stop together
+        groups = {}  # the options of a group are one stop
         for stop in stops:
             groups.setdefault(stop.parents[-1].access if stop.role == "radio button" else stop.access, []).append(stop)
         rounds = {way: self.go_round(stops, way) for way in WAYS}
@@ -110,7 +111,7 @@ class Walk:
             elif group[0].role in ("list", "table") and group[0].access.get_n_rows() > 1:
                 self.check_rows(group[0])
 
-    # Goes on until the first stop comes again; gives back those on the way.
+    # Goes on until a stop is reached again; returns the stops on the way.
     def go_round(self, stops, way):
         reached = [stop_of(self.program.focus, stops)]
         while True:
@@ -123,7 +124,7 @@ class Walk:
                 return reached
             reached.append(stop)
 
-    # The keys inside of what is one stop: from option to option, where some groups go round and some end.
+    # The arrow keys inside one stop: they move from option to option; some groups wrap around and some end.
     def check_options(self, group):
         chosen = next((stop for stop in group if stop.states.contains(State.CHECKED)), group[0])
         self.enter(chosen)
@@ -144,7 +145,7 @@ class Walk:
             if stop_of(self.program.focus, [stop]) or not self.program.move(key):
                 return
 
-    # Presses what has the name, as assistive technology does.
+    # Presses the element with that name, as assistive technology does.
     def press(self, name, role="push button", action="Press"):
         for element in self.program.elements():
             if (element.role, name_of(element)) == (role, name) and action in element.actions:
@@ -154,7 +155,7 @@ class Walk:
                     return self.wrong(f"{action} is answered only when what it opens is closed", element)
         raise Lost(f'no {role} "{name}" can be pressed')
 
-    # Opens a window, looks at it, does what there is to do in it, and closes it.
+    # Opens a window, checks it, does the given work in it, and closes it.
     def dialog(self, window, act, inside=lambda: None, leave=None):
         opener = self.window
         self.program.change_window(act, window)
@@ -169,7 +170,7 @@ class Walk:
     def heading(self):
         return next((element.name for element in self.program.elements() if element.role == "heading"), "")
 
-    # Goes to another page of the wizard, whose heading must be said on the way, and gives back the heading.
+    # Goes to another page of the wizard, whose heading must be announced, and returns the heading.
     def turn(self, act, look=True):
         before, known = self.heading(), {self.program.focus, *ancestors(self.program.focus)}
         del self.program.focused[:-1]
@@ -199,10 +200,10 @@ class Walk:
     def discard(self):
         self.dialog("discard question", self.keys("Escape"), leave=self.button("wizard.discardYes"))
 
-    # The way through the windows. The first task has all that pages can show, the second has language tags.
+    # The tour of the windows. The first task has everything that pages can show, the second has language tags.
     def everywhere(self):
         self.visit("task list")
-        tables = [f"CREATE TABLE t{at} (id INTEGER PRIMARY KEY);" for at in range(600)]  # for a long list of them
+        tables = [f"CREATE TABLE t{at} (id INTEGER PRIMARY KEY);" for at in range(600)]  # for a long list
         self.run_sql("sample", f"BEGIN; {''.join(tables)} COMMIT")
         self.exchange()
         self.dialog("users", self.button("list.users"), self.new_user, self.discard)
@@ -248,13 +249,13 @@ class Walk:
                 seen.add(self.turn(self.keys("Control_L", "Return")))
                 self.turn(self.button("button.back"), look=False)
                 self.program.move("Down")
-        if len(seen) != PAGES:
-            self.wrong(f"the way through the wizard has {len(seen)} pages, not {PAGES}")
+        if len(seen) != len(PAGES):
+            self.wrong(f"the way through the wizard has {len(seen)} pages, not {len(PAGES)}")
         self.dialog("action: another", self.button("action.list.edit"))
         self.dialog("action: a program", self.button("action.list.add"), self.other_kinds, self.discard)
         self.discard()
 
-    # The keyboard stays in the search field.
+    # The focus stays in the search field.
     def go_down(self):
         row = self.program.move("Down")
         if not row or row.get_role_name() != "list item" or not row.get_name():
@@ -273,7 +274,7 @@ class Walk:
                     lambda: self.dialog("tag texts", self.button("tag.new")))
         self.program.change_window(self.keys("Escape"), "task list")
 
-    # Its second page fails, because a table is away for a moment, and will not be left without a name.
+    # Its second page fails, because a table is missing for a moment, and cannot be left without a name.
     def new_task(self):
         self.program.change_window(self.button("list.new"), "wizard")
         self.run_sql("tasks", "ALTER TABLE VeloAutoTasks RENAME TO Away")

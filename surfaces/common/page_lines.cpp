@@ -1,19 +1,11 @@
 #include "page_lines.h"
 
+#include <plovix/designs/design.h>
+
 #include <algorithm>
 
-namespace plovix::qt {
+namespace plovix::surface {
 namespace {
-
-std::vector<Control*> ControlsOn(const Form& form, std::string_view line) {
-  std::vector<Control*> controls;
-  while (!line.empty()) {
-    const std::size_t end = std::min(line.find(' '), line.size());
-    if (end > 0) controls.push_back(&form.Get(line.substr(0, end)));
-    line.remove_prefix(std::min(end + 1, line.size()));
-  }
-  return controls;
-}
 
 bool IsRow(const std::vector<Control*>& controls) {
   return controls.size() > 1 && controls[0]->GetKind() == Kind::kLabel && IsField(*controls[1]) &&
@@ -57,14 +49,23 @@ bool IsField(const Control& control) {
   return kind == Kind::kTextBox || kind == Kind::kComboBox || kind == Kind::kDateTimePicker;
 }
 
-Label* LabelBefore(const Line& line, std::size_t index) {
-  return index == 0 ? nullptr : dynamic_cast<Label*>(line.controls[index - 1]);
+bool TakesText(const Control& control) {
+  const auto* list = dynamic_cast<const ComboBox*>(&control);
+  return control.GetKind() == Kind::kTextBox || (list != nullptr && list->Editable());
+}
+
+Label* NamingLabel(const Line& line, std::size_t index) {
+  const bool named = index > 0 && IsField(*line.controls[index]);
+  return named ? dynamic_cast<Label*>(line.controls[index - 1]) : nullptr;
 }
 
 std::vector<Line> ReadLines(const Form& form) {
   std::vector<Line> lines;
   for (const std::string_view names : form.Design().lines) {
-    Line line{LineKind::kFlow, ControlsOn(form, names)};
+    Line line{LineKind::kFlow, {}};
+    ForEachName(names, [&](std::string_view name) {
+      if (!name.empty()) line.controls.push_back(&form.Get(name));
+    });
     if (line.controls.empty()) continue;
     if (line.controls.size() == 1) {
       const Control& lone = *line.controls[0];
@@ -79,4 +80,4 @@ std::vector<Line> ReadLines(const Form& form) {
   return lines;
 }
 
-}  // namespace plovix::qt
+}  // namespace plovix::surface

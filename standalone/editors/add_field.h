@@ -1,5 +1,5 @@
-// A field with a button that adds to a list what is typed in it or chosen from what is known. Used by the
-// editors of categories and permissions.
+// A field with a button that adds typed or chosen texts to a list. Used by the editors of categories and
+// permissions.
 #pragma once
 
 #include <QStringList>
@@ -13,16 +13,16 @@ namespace plovix::app {
 
 class AddField final : public QWidget {
  public:
-  // Adds the text and gives back nothing, or says in words why it refuses.
+  // Adds the text and returns an empty text, or says in words why it refuses.
   using Adder = std::function<QString(const QString& text)>;
 
-  // The captions carry mnemonics.
+  // The captions have mnemonics.
   AddField(const QString& label, const QString& button, Adder adder);
 
-  // Offered while typing, wherever in a choice the typed text stands. What is typed stays.
+  // Offered while typing, if they contain the typed text. The typed text stays.
   void SetChoices(const QStringList& choices);
   [[nodiscard]] bool IsEmpty() const;
-  // Adds what is typed. False when that is refused: the reason is shown, the text stays.
+  // Adds the typed text. False if it is refused: then the reason is shown and the text stays.
   bool Commit();
 
  protected:

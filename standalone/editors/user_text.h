@@ -1,10 +1,9 @@
-// How a user is called in lists: name and id. Used by the editors of users and permissions.
+// How lists show a user: name and id. Used by the editors of users and permissions.
 #pragma once
 
 #include <plovix/standalone/tasks/user_record.h>
 #include <plovix/standalone/text/text_table.h>
-
-#include "qt_text.h"
+#include <plovix/standalone/widgets/qt_text.h>
 
 namespace plovix::app {
 

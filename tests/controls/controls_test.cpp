@@ -1,13 +1,90 @@
-// What a surface's observers are told of, and what lies at the ends of the controls' ranges.
-#include <gmock/gmock.h>
+// The controls through the user's door: the contract of the surfaces, what a user is refused, where a
+// failing handler goes; and what their observers are told.
+#include <plovix/base/utf8.h>
 
+#include <new>
+
+#include "tests/support/failure_of.h"
 #include "tests/support/surface_contract.h"
 
 namespace plovix {
 namespace {
 
 using namespace testing_support;
+using ControlsTest = EveryKindTest;
 
+// The user's verbs, as a surface has to speak them.
+class Verbs final : public UserHand {
+ public:
+  Verbs(const std::shared_ptr<Form>& /*form*/, User& user) : UserHand(user) {}
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(UsersVerbs, SurfaceContract, Verbs);
+
+TEST_F(ControlsTest, AFailingHandlerReachesTheListenerOnly) {
+  failing = true;
+  const auto on = [&](const char* name) -> Control& { return form->Get(name); };
+  for (const bool done :
+       {user.Type(on("txt"), "x"), user.Leave(on("txt")), user.Toggle(on("chk")), user.Choose(on("optA")),
+        user.Enter(on("optB")), user.DoubleClick(on("optA")), user.Pick(on("lst"), 0),
+        user.DropDown(on("lst")), user.Press(on("cmd")), user.Click(on("lblHelp")),
+        user.DoubleClick(on("lblHelp")), user.Set(on("dtp"), kMorning)}) {
+    EXPECT_TRUE(done);
+  }
+  EXPECT_EQ(std::exchange(failures, {}),
+            "txt_Change:5 txt_LostFocus:5 chk_Click:5 optA_Click:5 optB_Click:5 optA_DblClick:5 "
+            "lst_Click:5 lst_DropDown:5 cmd_Click:5 lblHelp_Click:5 lblHelp_DblClick:5 "
+            "dtp_Change:5 ");
+  EXPECT_EQ(depth, 0);
+  form->OnShow([] { throw std::bad_alloc(); });
+  user.Show(*form);
+  EXPECT_EQ(failures, "UserControl_Show:7 ");
+}
+
+TEST_F(ControlsTest, TouchedIsTheUsersDoingOnly) {
+  Get<TextBox>("txt").SetText("from the page");
+  user.Type(form->Get("txt"), "from the page");
+  EXPECT_FALSE(form->Touched());
+  user.Type(form->Get("cbo"), "typed");
+  EXPECT_TRUE(form->Touched());
+}
+
+TEST_F(ControlsTest, WrongValuesFailWithTheirNumbers) {
+  auto& list = Get<ComboBox>("lst");
+  const std::vector<std::pair<int, std::function<void()>>> rows = {
+      {380, [&] { Get<CheckBox>("chk").SetValue(2); }},
+      {380, [&] { list.Select(3); }},
+      {383, [&] { list.SetText("absent"); }},
+      {9, [&] { (void)list.ItemText(3); }},
+      {380, [&] { list.Select(-2); }},
+      {9, [&] { (void)list.ItemText(-1); }},
+      {5, [&] { (void)form->Get("txtNowhere"); }},
+  };
+  for (const auto& [number, act] : rows) EXPECT_EQ(test::FailureOf(act).Number(), number);
+  EXPECT_TRUE(events.empty());
+}
+
+TEST_F(ControlsTest, TextSelectionCountsCharacters) {
+  auto& text = Get<TextBox>("txt");
+  text.SetText("tâche \U0001F600");
+  text.SelectText(5, 99);
+  EXPECT_EQ(text.SelectionLength(), 2);
+  text.SelectText(-3, -1);
+  EXPECT_EQ(text.SelectionStart() + text.SelectionLength(), 0);
+}
+
+TEST(Utf8, IsReadableWhateverBytesThereAre) {
+  EXPECT_EQ(CharacterBytes(""), 0U);
+  const std::string good = "a\u00E9\u0800\uD7FF\u20AC\U00010000\U0010FFFF";
+  EXPECT_EQ(Quoted(good), '"' + good + '"');
+  for (const std::string broken : {"\n", "\x7F", "\x80", "\xF5", "\xC3", "\xC3\xC3", "\xE0\x9F\x80",
+                                   "\xED\xA0\x80", "\xE2\x82\xC3", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80"}) {
+    std::string marks;
+    while (marks.size() < broken.size() * 3) marks += "\uFFFD";
+    EXPECT_EQ(Readable(broken), marks) << testing::PrintToString(broken);
+  }
+}
+
+// What a surface's observers are told of.
 class ObserversTest : public EveryKindTest, FormObserver {
  protected:
   ObserversTest() {
@@ -52,7 +129,16 @@ TEST_F(ObserversTest, AreToldOfEveryChangeOnce) {
       {[&] { Get<CheckBox>("chk").SetValue(1); }, "chk.value ", false},
       {[&] { Get<OptionButton>("optA").Select(); }, "optA.value ", false},
       {[&] { user.Choose(form->Get("optB")); }, "optA.value optB.value ", false},
+      {[&] { Get("fra").SetEnabled(false); }, "fra.enabled chkInside.enabled ", false},
+      {[&] { Get("fra").SetVisible(false); }, "fra.visible chkInside.visible ", false},
       {[&] { lst.AddItem("x"); }, "lst.items ", true},
+      {[&] {
+         const EntryBatch batch(lst), nested(lst);
+         for (const char* text : {"x", "y"}) lst.AddItem(text);
+         lst.Select(lst.Count() - 1);
+         for (const char* text : {"x", "y"}) lst.AddItem(text);
+       },
+       "lst.items lst.index lst.items ", true},
       {[&] { lst.Select(1); }, "lst.index ", true},
       {[&] { lst.SetFocus(); }, "lst.focus ", true},
       {[&] { lst.Clear(); }, "lst.items ", true},
@@ -70,29 +156,16 @@ TEST_F(ObserversTest, AreToldOfEveryChangeOnce) {
 }
 
 TEST_F(ObserversTest, TheEndsOfTheRanges) {
-  std::string kinds, events_named;
-  for (int kind = -1; kind <= 9; ++kind) kinds.append(KindName(static_cast<Kind>(kind))).append(" ");
-  for (int event = -1; event <= 5; ++event)
-    events_named.append(EventName(static_cast<Event>(event))).append(" ");
-  EXPECT_EQ(kinds,
-            " Label TextBox CheckBox OptionButton ComboBox CommandButton Frame DateTimePicker HostSlot  ");
-  EXPECT_EQ(events_named, " Change Click DblClick DropDown LostFocus  ");
-  const ControlInfo unknown[] = {{"odd", static_cast<Kind>(9)}};
-  EXPECT_THROW(Form({"Odd", unknown, {}}), Failure);
-
   auto& lst = Get<ComboBox>("lst");
   lst.Select(0);
   lst.Select(-1);
   EXPECT_EQ(lst.Text() + std::to_string(lst.Index()), "-1");
   EXPECT_FALSE(user.Pick(lst, -1) || user.Pick(lst, 3));
-  EXPECT_THAT([&] { lst.Select(-2); }, testing::ThrowsMessage<Failure>("Invalid property value"));
-  EXPECT_THROW((void)lst.ItemText(-1), Failure);
   // What has the focus can be left, usable or not.
   EXPECT_TRUE(user.Enter(Get("txt")));
   Get("txt").SetEnabled(false);
   EXPECT_TRUE(user.Leave(Get("txt")) && !user.Leave(Get("txt")));
   EXPECT_TRUE(user.Enter(lst) && user.Leave(Get("chk")) && lst.HasFocus());
-  for (const Style style : {Style::kHidden, Style::kDisabled}) EXPECT_TRUE(Has(style | Style::kLink, style));
 }
 
 TEST_F(ObserversTest, WhatIsEmbeddedCountsAsTouched) {

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "texts.h"
-
-namespace plovix::qt {
+namespace plovix::surface {
 namespace {
 
 enum class Rank { kNone, kContains, kBegins, kEquals };
@@ -21,15 +19,16 @@ Found AllEntries(const ComboBox& box) {
   return found;
 }
 
-Found Search(const ComboBox& box, const QString& typed) {
-  if (typed.isEmpty()) return AllEntries(box);
+Found Search(const ComboBox& box, std::string_view typed, const Unicode& unicode) {
+  if (typed.empty()) return AllEntries(box);
+  const std::string wanted = Folded(typed, unicode);
   Found found;
   Rank best = Rank::kNone;
   for (int index = 0; index < box.Count(); ++index) {
-    const QString text = Text(box.ItemText(index));
-    const qsizetype at = text.indexOf(typed, 0, Qt::CaseInsensitive);
-    if (at < 0) continue;
-    const Rank rank = at > 0 ? Rank::kContains : text.size() > typed.size() ? Rank::kBegins : Rank::kEquals;
+    const std::string text = Folded(box.ItemText(index), unicode);
+    const std::size_t at = text.find(wanted);
+    if (at == std::string::npos) continue;
+    const Rank rank = at > 0 ? Rank::kContains : text.size() > wanted.size() ? Rank::kBegins : Rank::kEquals;
     if (rank > best) {
       best = rank;
       found.best = static_cast<int>(found.entries.size());
@@ -41,8 +40,9 @@ Found Search(const ComboBox& box, const QString& typed) {
 
 }  // namespace
 
-Matches FindMatches(const ComboBox& box, const QString& typed, std::optional<int> around, int most) {
-  const Found found = Search(box, typed);
+Matches FindMatches(const ComboBox& box, std::string_view typed, std::optional<int> around, int most,
+                    const Unicode& unicode) {
+  const Found found = Search(box, typed, unicode);
   const int count = static_cast<int>(found.entries.size());
   int middle = found.best;
   if (around) {
@@ -60,4 +60,4 @@ Matches FindMatches(const ComboBox& box, const QString& typed, std::optional<int
   return matches;
 }
 
-}  // namespace plovix::qt
+}  // namespace plovix::surface

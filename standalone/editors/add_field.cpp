@@ -1,15 +1,15 @@
 #include "add_field.h"
 
+#include <plovix/standalone/widgets/editor_dialog.h>
+#include <plovix/standalone/widgets/pieces.h>
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QCompleter>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-
-#include "editor_dialog.h"
 
 namespace plovix::app {
 namespace {
@@ -25,27 +25,18 @@ AddField::AddField(const QString& label, const QString& button, Adder adder)
   choice_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // names may be long
   choice_->setMinimumContentsLength(kCharactersWide);
   choice_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  choice_->setAccessibleName(QString(label).remove(u'&'));
   choice_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   choice_->completer()->setFilterMode(Qt::MatchContains);
   choice_->completer()->setCaseSensitivity(Qt::CaseInsensitive);
   choice_->completer()->popup()->installEventFilter(this);  // which has the keys while it is open
+  choice_->installEventFilter(this);                        // the keys come to it before its field
+  QLabel* caption = NewCaption(label, *choice_);
   choice_->lineEdit()->setAccessibleName(choice_->accessibleName());
-  choice_->installEventFilter(this);  // the keys come to it before its field
-  QLabel* caption = qt::NewLabel(label);
-  caption->setBuddy(choice_);
-  auto* add = new QPushButton(button);
-  add->setAutoDefault(false);
-  connect(add, &QPushButton::clicked, this, [this] { Commit(); });
   connect(choice_, &QComboBox::editTextChanged, this, [this] { TellProblem(*problem_, *choice_, {}); });
   setFocusProxy(choice_);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
-  auto* row = new QHBoxLayout;
-  row->addWidget(caption);
-  row->addWidget(choice_);
-  row->addWidget(add);
-  column->addLayout(row);
+  column->addLayout(NewRow({caption, choice_, NewButton(button, [this] { Commit(); })}));
   column->addWidget(problem_);
 }
 
@@ -73,19 +64,18 @@ bool AddField::Commit() {
   return false;
 }
 
-// Enter adds; in an empty field it is the dialog's.
+// Enter adds; in an empty field it goes to the dialog.
 bool AddField::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress || IsEmpty()) return QWidget::eventFilter(watched, event);
   const auto* pressed = static_cast<QKeyEvent*>(event);
-  const bool enter = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
-  if (!enter || pressed->modifiers().testFlag(Qt::ControlModifier))
+  if (!IsEnter(*pressed) || pressed->modifiers().testFlag(Qt::ControlModifier))
     return QWidget::eventFilter(watched, event);
   EnterPressed();
   return true;
 }
 
-// Takes the suggestion that is shown: the highlighted one, or the only one where what is typed means nothing
-// by itself. Of several, the first is highlighted, so that nobody gets in unseen.
+// Accepts a shown suggestion: the highlighted one, or the only one if the typed text itself is no choice. Of
+// several, it highlights the first, so that nobody is added unseen.
 void AddField::EnterPressed() {
   QAbstractItemView* popup = choice_->completer()->popup();
   if (!popup->isVisible()) {

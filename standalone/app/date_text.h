@@ -1,4 +1,4 @@
-// Wall times of the host as Qt has them. Used by the windows for display in the user's locale.
+// Converts the host's wall times to Qt's. Used by the windows for display in the user's locale.
 #pragma once
 
 #include <plovix/controls/kinds.h>
@@ -15,7 +15,7 @@ namespace plovix::app {
           QTime::fromMSecsSinceStartOfDay(static_cast<int>((time - day).count()) * 1000), Qt::UTC};
 }
 
-// The time of day in the user's locale, with seconds only when there are any.
+// The time of day in the user's locale, with seconds only if they are not zero.
 [[nodiscard]] inline std::string LocaleTime(DateTime time) {
   const QTime of_day = WallTime(time).time();
   const QLocale locale;
