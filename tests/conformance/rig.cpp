@@ -91,19 +91,13 @@ conformance::WizardUnderTest Rig::OpenWizard(const PageRegistry& pages, const st
     VeloWiz& wizard = *opened->wizard;
     if (wizard_fault == "lets through" && scene.dialogs.reports.size() > 0)
       throw std::runtime_error("let through");
-    switch (button) {
-      case ChangeDirection::kNext:
-        return (void)wizard.Next();
-      case ChangeDirection::kBack:
-        while (wizard.Back() && wizard_fault == "Back to the start") {
-        }
-        return;
-      case ChangeDirection::kFinish:
-        return (void)(wizard_fault == "Finish stores nothing" ? wizard.Cancel() : wizard.Finish());
-      case ChangeDirection::kCancel:
-        return (void)(wizard_fault == "Cancel stores" && wizard.Buttons().finish ? wizard.Finish()
-                                                                                 : wizard.Cancel());
-    }
+    constexpr std::array verbs{&VeloWiz::Next, &VeloWiz::Back, &VeloWiz::Finish, &VeloWiz::Cancel};
+    auto verb = verbs.at(static_cast<std::size_t>(button));
+    if (verb == &VeloWiz::Finish && wizard_fault == "Finish stores nothing")
+      verb = &VeloWiz::Cancel;
+    else if (verb == &VeloWiz::Cancel && wizard_fault == "Cancel stores" && wizard.Buttons().finish)
+      verb = &VeloWiz::Finish;
+    while ((wizard.*verb)() && verb == &VeloWiz::Back && wizard_fault == "Back to the start") continue;
   };
   const auto enabled = [opened](ChangeDirection button) {
     const WizardButtons buttons = opened->wizard->Buttons();

@@ -70,12 +70,9 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   void IWizardPage_Initialize(Ref<WizardHost> host, Ref<ValueStore> store) override {
     wizard = std::move(host);
     if (fault == "no wizard") return page->IWizardPage_Initialize(nullptr, store);
-    if (fault == "own store") {
-      auto own = std::make_shared<StoreObject>();
-      own->values = dynamic_cast<StoreObject&>(*store).values;
-      store = own;
-    }
-    if (fault == "no task") store = std::make_shared<StoreObject>();
+    const auto other = std::make_shared<StoreObject>();
+    if (fault == "own store") other->values = dynamic_cast<StoreObject&>(*store).values;
+    if (fault == "own store" || fault == "no task") store = other;
     try {
       page->IWizardPage_Initialize(std::shared_ptr<WizardHost>(shared_from_this(), this), store);
     } catch (const Failure&) {
@@ -89,10 +86,8 @@ struct Meddler final : WizardPage, WizardHost, std::enable_shared_from_this<Medd
   }
   void IWizardPage_GetNextPage(std::string& next) override {
     if (fault == "text in next") next = "former";
-    const bool knows = fault == "asks once"         ? !answer.empty()
-                       : fault == "asks at Refresh" ? !std::exchange(refreshed, false)
-                                                    : false;
-    if (!knows) page->IWizardPage_GetNextPage(answer = next);
+    if (fault == "asks once" ? answer.empty() : std::exchange(refreshed, false) || fault != "asks at Refresh")
+      page->IWizardPage_GetNextPage(answer = next);
     next = answer;
   }
   bool IWizardPage_CanChangePage(ChangeDirection direction) override {

@@ -44,16 +44,6 @@ class PagesTest : public testing::Test {
 
 constexpr std::array kOptions = {"optNoData", "optSingleRecord", "optQueryResults"};
 
-class AutoTaskTypeTest : public PagesTest {
- protected:
-  void Open(std::int16_t mode, std::size_t actions = 0) {
-    TaskRecord task = CompleteTask(mode);
-    task.allow_automation_manager = true;
-    task.actions.assign(actions, LogAction("line"));
-    PagesTest::Open(page_identifier::kAutoTaskType, task);
-  }
-};
-
 TEST_F(PagesTest, LabelsChooseAndDoubleClicksMoveOn) {
   const std::pair<std::string, std::vector<std::string>> rows[] = {
       {page_identifier::kAutoTaskType, {"NoData", "SingleRecord", "QueryResults"}},
@@ -77,7 +67,7 @@ TEST_F(PagesTest, LabelsChooseAndDoubleClicksMoveOn) {
   }
 }
 
-TEST_F(AutoTaskTypeTest, SavingTheChoice) {
+TEST_F(PagesTest, SavingTheChoice) {
   struct Row {
     std::int16_t stored;
     std::size_t actions;
@@ -92,11 +82,13 @@ TEST_F(AutoTaskTypeTest, SavingTheChoice) {
       {0, 1, 1, 1, true, 1, 0},  {3, 0, -1, 0, true, 0, 0},  // nothing selected counts as no data
   };
   for (const auto& [stored, actions, chosen, reply, left, mode, actions_after] : rows) {
-    Open(stored, actions);
+    TaskRecord expected = CompleteTask(stored);
+    expected.allow_automation_manager = true;
+    expected.actions.assign(actions, LogAction("line"));
+    Open(page_identifier::kAutoTaskType, expected);
     const bool known = stored < 3;
     EXPECT_EQ(Chosen(), known ? &(*bench)[kOptions[static_cast<std::size_t>(stored)]] : nullptr);
     EXPECT_EQ(bench->host->pushes, std::vector<bool>{true});
-    TaskRecord expected = bench->task->Record();
     expected.record_mode = mode;
     expected.actions.resize(actions_after);
     // Without data there is no data object; a single record is never automatic.
@@ -151,6 +143,7 @@ TEST_F(PagesTest, ActionsGetAContextByRecordMode) {
     EXPECT_NE(list->Ask(), list->Ask()) << "each context is a fresh one";
     bench->page->IWizardPage_Terminate();
     EXPECT_FALSE(list->request) << "the list may outlive the page";
+    EXPECT_EQ(bench->host.use_count() + bench->store.use_count(), 2) << "the page holds neither";
     Bench bare(scene, page_identifier::kActions);
     bare.Get<HostSlot>("VeloActionList").Embed(nullptr);
     bare.Initialize().page->IWizardPage_Terminate();

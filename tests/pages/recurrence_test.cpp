@@ -192,10 +192,6 @@ TEST_F(SchedulePages, Weekly) {
   EXPECT_TRUE(bench->Leave(ChangeDirection::kNext));
   EXPECT_EQ(StoredPattern<WeeklyRecord>(),
             (WeeklyRecord{2, {false, true, false, false, false, true, false}}));
-  Open(kWeeklyRecurrence, Scheduled(WeeklyRecord{2, {true}}));
-  bench->user.Toggle((*bench)["chkSunday"]);
-  EXPECT_TRUE(bench->Leave(ChangeDirection::kBack));
-  EXPECT_EQ(StoredPattern<WeeklyRecord>(), (WeeklyRecord{2, {}}));
 }
 
 TEST_F(SchedulePages, ListsAreFilledWithoutBeingCleared) {

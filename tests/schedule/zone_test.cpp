@@ -31,31 +31,26 @@ std::string Text(sys_seconds at) {
 
 TEST(Zone, TurnsWallTimesIntoInstants) {
   const struct {
-    const char *zone = "", *wall = "", *at = "", *abbreviation = "";
-    const char* shown = "";  // where it differs from wall
+    const char *tz, *wall, *at, *abbreviation;
   } cases[] = {
-      {"Pacific/Apia", "2011-12-30 12:00", "2011-12-30 22:00", "+14", "2011-12-31 12:00"},
-      {"TZ=no zone", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
-      {"TZ=CEST", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
-      {"TZ=UTC-3", "2026-07-01 00:00", "2026-06-30 21:00", "utc"},
-      {"TZ=GMT+3:30", "2026-07-01 00:00", "2026-07-01 03:30", "utc"},
-      {"TZ=AAA8BBB", "2061-07-01 00:00", "2061-07-01 07:00", "BBB"},
-      {"TZ=CET-1CEST,M3.5.0,M10.5.0/3", "0001-01-01 12:00", "0001-01-01 11:00", "CET"},
+      {"no zone", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
+      {"CEST", "2026-07-01 00:00", "2026-07-01 00:00", "UTC"},
+      {"UTC-3", "2026-07-01 00:00", "2026-06-30 21:00", "utc"},
+      {"GMT+3:30", "2026-07-01 00:00", "2026-07-01 03:30", "utc"},
+      {"AAA8BBB", "2061-07-01 00:00", "2061-07-01 07:00", "BBB"},
+      {"CET-1CEST,M3.5.0,M10.5.0/3", "0001-01-01 12:00", "0001-01-01 11:00", "CET"},
   };
   for (const auto& c : cases) {
-    const std::string name = c.zone, trace = name + " " + c.wall;
-    const auto zone = name.starts_with("TZ=") ? LocalZone(c.zone + 3) : Zone::Named(name);
-    ASSERT_TRUE(zone) << trace;
-    const Zone::Moment moment = zone->At(Time(c.wall));
-    const std::string shown = *c.shown != '\0' ? c.shown : c.wall;
-    EXPECT_EQ(Text(moment.at), c.at) << trace;
-    EXPECT_EQ(schedule_tests::Text(moment.wall), shown) << trace;
-    EXPECT_EQ(moment.abbreviation, c.abbreviation) << trace;
-    EXPECT_EQ(moment.shifted, shown != c.wall) << trace;
-    EXPECT_TRUE(zone->EarliestWallAfter(moment.at) <= moment.wall) << trace;
+    SCOPED_TRACE(std::string(c.tz) + " " + c.wall);
+    const Zone zone = LocalZone(c.tz);
+    const Zone::Moment moment = zone.At(Time(c.wall));
+    EXPECT_EQ(Text(moment.at), c.at);
+    EXPECT_EQ(moment.wall, Time(c.wall));
+    EXPECT_EQ(moment.abbreviation, c.abbreviation);
+    EXPECT_FALSE(moment.shifted);
+    EXPECT_TRUE(zone.EarliestWallAfter(moment.at) <= moment.wall);
     for (const DateTime wall : {Time(c.wall), DateTime::min(), DateTime::max()})
-      EXPECT_EQ(zone->At(wall).at + zone->At(wall).offset,
-                sys_seconds{zone->At(wall).wall.time_since_epoch()});
+      EXPECT_EQ(zone.At(wall).at + zone.At(wall).offset, sys_seconds{zone.At(wall).wall.time_since_epoch()});
   }
   for (const char* name : {"Europe/Nowhere", "Europe", "", "UTC+3", "AAA8", "zone.tab"})
     EXPECT_FALSE(Zone::Named(name)) << name;
@@ -102,7 +97,6 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
     std::string runs;  // instants without the year; for a shifted one the clock
   } cases[] = {
       {"Europe/Paris", "2026-03-28 00:00", at_gap, "03-28 01:30, 03-29 01:30 (03-29 03:30), 03-30 00:30"},
-      {"Europe/Paris", "2026-03-29 03:10", at_gap, "03-29 01:30 (03-29 03:30), 03-30 00:30"},
       {"Europe/Paris", "2026-03-29 02:30", at_gap, "03-30 00:30, 03-31 00:30"},
       {"Europe/Paris", "2026-03-29 03:00", at_gap, "03-29 01:30 (03-29 03:30), 03-30 00:30"},
       {"Europe/Paris", "2026-03-29 03:30", AtTime(DailyRecord{}, "03:30"), "03-30 01:30, 03-31 01:30"},
@@ -118,7 +112,6 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
       {"Australia/Lord_Howe", "2026-10-04 01:45", minutes(20),
        "10-03 15:30 (10-04 02:30), 10-03 15:40, 10-03 15:50 (10-04 02:50), 10-03 16:00"},
       {"Pacific/Apia", "2011-12-29 00:00", day_30, "12-30 18:00 (12-31 08:00), 01-29 18:00"},
-      {"Pacific/Apia", "2011-12-31 07:59", day_30, "12-30 18:00 (12-31 08:00), 01-29 18:00"},
   };
   for (const auto& c : cases) {
     const Schedule schedule(c.record, Day("2011-12-01"));
