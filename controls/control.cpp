@@ -5,19 +5,9 @@
 namespace plovix {
 
 std::string_view EventName(Event event) {
-  switch (event) {
-    case Event::kChange:
-      return "Change";
-    case Event::kClick:
-      return "Click";
-    case Event::kDblClick:
-      return "DblClick";
-    case Event::kDropDown:
-      return "DropDown";
-    case Event::kLostFocus:
-      return "LostFocus";
-  }
-  return {};
+  constexpr std::array<std::string_view, kEventCount> kNames{"Change", "Click", "DblClick", "DropDown",
+                                                             "LostFocus"};
+  return kNames.at(static_cast<std::size_t>(event));
 }
 
 Control::Control(Form& form, const ControlInfo& info)

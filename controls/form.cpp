@@ -18,9 +18,7 @@ template <class... Classes>
 std::unique_ptr<Control> MakeControl(Form& form, const ControlInfo& info,
                                      std::type_identity<std::tuple<Classes...>> /*classes*/) {
   constexpr std::array kMakers{&Make<Classes>...};
-  const auto kind = static_cast<std::size_t>(info.kind);
-  if (kind >= kMakers.size()) throw Failure(failure_number::kInternal, "Unknown kind of control");
-  return kMakers.at(kind)(form, info);
+  return kMakers.at(static_cast<std::size_t>(info.kind))(form, info);
 }
 
 }  // namespace

@@ -19,8 +19,7 @@ constexpr std::array<std::string_view, std::tuple_size_v<ControlClasses>> kKindN
 }  // namespace
 
 std::string_view KindName(Kind kind) {
-  const auto index = static_cast<std::size_t>(kind);
-  return index < kKindNames.size() ? kKindNames.at(index) : std::string_view{};
+  return kKindNames.at(static_cast<std::size_t>(kind));
 }
 
 void Label::SetLink(bool link) {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Branch coverage of base/, controls/, framework/ and pages/ by the tests that need no toolkit; .ci/run starts it.
+"""Branch coverage of controls/, framework/, pages/ and what they need of base/, by the tests without a toolkit; .ci/run starts it.
 
     tools/coverage.py
 
@@ -24,7 +24,7 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREE = ROOT / "build/coverage"
 ACCEPTED = ROOT / "tools/coverage_accepted.txt"
-DIRECTORIES = ("base/", "controls/", "framework/", "pages/")
+DIRECTORIES = ("base/failure", "base/utf8", "controls/", "framework/", "pages/")
 PROGRAMS = ("test_controls", "test_framework", "test_pages")
 WORKERS = os.cpu_count() or 1
 CODE = 0  # the kind of a region that is a piece of code

@@ -53,6 +53,16 @@ TEST(NumericText, Table) {
   EXPECT_EQ(Read("1.5", ""), "not numeric");
 }
 
+TEST(NumericText, Value) {
+  EXPECT_EQ(NumericText::Parse("-2.5e-3")->Value(), -0.0025);
+  EXPECT_EQ(NumericText::Parse("5e-324")->Value(), 5e-324);
+  EXPECT_EQ(NumericText::Parse("1.7976931348623157e308")->Value(), 1.7976931348623157e308);
+  EXPECT_EQ(NumericText::Parse("2e-324")->Value(), 0.0);
+  for (const char* text : {"0.3", "5e-324"}) EXPECT_TRUE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
+  for (const char* text : {"0", "-1", "-0.3", "0e9", "1e-400"})
+    EXPECT_FALSE(NumericText::Parse(text)->IsGreaterThan(0)) << text;
+}
+
 // A million characters cost a moment and no memory to speak of.
 TEST(NumericText, LongTexts) {
   const std::string zeros(1'000'000, '0');

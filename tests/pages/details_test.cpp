@@ -515,9 +515,16 @@ TEST_F(DetailsTest, AFailedCheckDoesNotPass) {
   EXPECT_EQ(bench->task->Record(), task);
 }
 
-// The name does not take the place of a description that could not be read.
+// The name does not take the place of a description that could not be read, nor nothing that of a data
+// object.
 TEST_F(DetailsTest, WhatCouldNotBeReadWaitsForTheUser) {
   scene.dialogs.on_report = [](const FailureReport&) { return 1; };
+  {
+    const Injector injected("AutoTask.DataObjectName");
+    Open();
+  }
+  EXPECT_EQ(Left(), task);
+  EXPECT_FALSE(bench->store->values.contains("DataObject"));
   {
     const Injector injected("AutoTask.Description");
     Open();
