@@ -123,18 +123,6 @@ class ProgramTest : public testing::Test {
     list_->Reload();
     return task;
   }
-  // What a second process prints for a script on the same file.
-  [[nodiscard]] QByteArray RunScriptProcess(const QByteArray& script) const {
-    QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + "/plovix",
-                  {"script", "-", "--database", Path(), "--language", "en"});
-    process.write(script);
-    process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
-    return process.readAllStandardOutput();
-  }
-
   QTemporaryDir folder_;
   HostState state_;
   QtDialogs dialogs_{state_};

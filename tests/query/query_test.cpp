@@ -62,7 +62,6 @@ TEST(Query, SaysWhyRowsCannotShowAText) {
       {"select * from orders where status not like 'a%'", "not", ""},
       {"select * from orders where upper(status) = 'A'", "function", "upper"},
       {"select * from orders where total in (1, 2)", "operator", "in"},
-      {"select * from orders where status = 'a' collate nocase", "operator", "collate"},
       {"select * from orders where total = 1 + 1", "expression", ""},
       {"select * from orders where 1 = total", "expression", ""},
       {"select * from orders where paid", "syntax", ""},

@@ -15,6 +15,14 @@ inline void ClickOn(QWidget* widget) {
   QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(8, 8));
 }
 
+// What it does may delete the widget.
+inline void DoubleClickOn(QWidget* widget) {
+  const QPointer<QWidget> kept(widget);
+  ClickOn(widget);
+  if (kept) QTest::mouseDClick(widget, Qt::LeftButton, {}, QPoint(8, 8));
+  if (kept) QTest::mouseRelease(widget, Qt::LeftButton, {}, QPoint(8, 8));
+}
+
 class QtHand : public Hand {
  public:
   // `page` returns the widget that shows the form; `outside` takes the focus when a control is left.
@@ -83,9 +91,7 @@ class QtHand : public Hand {
         ClickOn(widget);
         break;
       case Verb::kDoubleClick:
-        ClickOn(widget);
-        if (kept) QTest::mouseDClick(widget, Qt::LeftButton, {}, QPoint(8, 8));
-        if (kept) QTest::mouseRelease(widget, Qt::LeftButton, {}, QPoint(8, 8));
+        DoubleClickOn(widget);
         break;
       case Verb::kDropDown:
       case Verb::kPick:

@@ -30,8 +30,6 @@ class PageReadingTest : public testing_support::EveryKindTest {
 };
 
 TEST_F(PageReadingTest, TabStopsAtWhatCanBeUsedAndAtOneOption) {
-  EXPECT_EQ(Stops(TabOrder::kReading),
-            "txt cmd cbo optA lst txtDay chk dtp tim chkInside memo lblLink slot ");
   Get<OptionButton>("optB").Select();
   Get("fra").SetEnabled(false);
   EXPECT_EQ(Stops(TabOrder::kReading), "txt cmd cbo optB lst txtDay chk dtp tim memo lblLink slot ");
@@ -46,23 +44,10 @@ TEST_F(PageReadingTest, TheFirstFocusAndTheArrowsKeepToUsableControls) {
   EXPECT_EQ(reading.FirstFocus(), &option_a);
   option_b.Select();
   EXPECT_EQ(reading.FirstFocus(), &option_b);
-  Get("memo").SetFocus();
-  EXPECT_EQ(reading.FirstFocus(), &Get("memo"));
   for (const int step : {1, -1}) EXPECT_EQ(reading.OptionAfter(option_a, step), &option_b);
   option_b.SetVisible(false);
   EXPECT_EQ(reading.OptionAfter(option_a, 1), nullptr);
   EXPECT_EQ(reading.Heading(), &Get("lblTitle"));
-}
-
-TEST_F(PageReadingTest, WhatHasNoWordsOfItsOwnIsNamedByItsLine) {
-  std::string names;
-  for (const auto& [control, name, description] : reading.Announcements())
-    names.append(control->Name()).append("=").append(name).append(description).append("|");
-  EXPECT_EQ(
-      names,
-      "txt=Name|cmd=Name ...|cbo=Category|optA=No dataFor tasks without records.|optB=the … … month(s).|"
-      "lst=the …|txtDay=… month(s).|cmdLater=Later|dtp=Every <b>kind</b> & more|"
-      "tim=Every <b>kind</b> & more|memo=Every <b>kind</b> & more|");
 }
 
 TEST(Captions, MarkTheirMnemonicOnce) {
