@@ -242,8 +242,7 @@ Findings WalkPages(const HostUnderTest& host) {
         caption = Given(catalog->Find(host.data_object), "Find")->Caption();
       }
       (void)Needed(host.services.host_services, "services");
-      auto watched =
-          std::make_shared<WatchedServices>(Given(host.services.host_services(), "services"));
+      auto watched = std::make_shared<WatchedServices>(Given(host.services.host_services(), "services"));
       InstallServices({[watched] { return watched; }, host.services.utilities});
       Walk(exam, watched->company).Go(RoadTo(option, pattern, caption));
     });
