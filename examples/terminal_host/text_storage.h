@@ -1,6 +1,5 @@
 // Tasks in one text file: the storage of this host, in place of the tables that an application has. Each task
-// is a line
-// "#ID VERSION MODIFIED OWNER" and, below it, the text that an export writes.
+// is a line "#ID VERSION MODIFIED OWNER" and, below it, the text that an export writes.
 #pragma once
 
 #include <plovix/standalone/exchange/task_export.h>
