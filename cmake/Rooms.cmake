@@ -37,7 +37,7 @@ function(plovix_room room)
   target_link_libraries(${target} ${scope} ${ARG_LIBRARIES})
 
   # Every header compiles alone. A header with a source of its name does so there, as its first include
-  # (tools/check_repository.py); for the others one source each is generated, built but linked nowhere.
+  # (tools/check_repository.py); for the others one source each is generated, which the target plovix_headers compiles.
   file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.h)
   set(checks "")
   foreach(header IN LISTS headers)
@@ -49,7 +49,11 @@ function(plovix_room room)
     endif()
   endforeach()
   if(checks AND PLOVIX_CHECK_HEADERS)
-    add_library(${target}_headers OBJECT ${checks})
+    add_library(${target}_headers OBJECT EXCLUDE_FROM_ALL ${checks})
     target_link_libraries(${target}_headers PRIVATE ${target} plovix_warnings)
+    if(NOT TARGET plovix_headers)
+      add_custom_target(plovix_headers)
+    endif()
+    add_dependencies(plovix_headers ${target}_headers)
   endif()
 endfunction()
