@@ -30,6 +30,14 @@ build_plain() {
   say "plain release: $(grep 'tests passed' "$outside/log")"
 }
 
+check_untested() {
+  cmake -S "$root" -B "$outside/untested" -DPLOVIX_QT=OFF -DBUILD_TESTING=OFF >/dev/null &&
+    [[ ! -e $outside/untested/tests ]]
+}
+
+# install_tree TREE NAME [COMPONENT]: into a prefix of that name, as a user would install it for others to build against.
+install_tree() { DESTDIR='' cmake --install "$1" --prefix "$outside/$2" ${3:+--component "$3"} >/dev/null || exit; }
+
 # runs NAME PROGRAM: whether the terminal's host stores a task and reads it again, or the guide's first wizard walks its road.
 runs() {
   local tasks output
