@@ -40,14 +40,14 @@ Member Of(const char* name, T (Object::*get)(), void (Object::*set)(Argument)) {
           Samples<T>()};
 }
 
-struct Kind {
+struct ObjectKind {
   const char* name;
   std::function<ObjectRef()> make;
   std::vector<Member> members;
   bool starts_unset = false;
 };
 
-Kind TaskKind(const Examination& exam) {
+ObjectKind TaskKind(const Examination& exam) {
   using T = AutoTask;
   return {"AutoTask",
           [&exam] { return exam.Task(); },
@@ -75,11 +75,11 @@ std::vector<Member> DayMembers(Member own) {
           Of("RelativeDayOfWeek", &P::RelativeDayOfWeek, &P::SetRelativeDayOfWeek), std::move(own)};
 }
 
-std::vector<Kind> Kinds(const Examination& exam) {
+std::vector<ObjectKind> Kinds(const Examination& exam) {
   using F = ObjectFactory;
   using R = Recurrence;
   const auto make = [&exam](auto member) { return [&exam, member] { return exam.New(member); }; };
-  const Kind recurrence = {
+  const ObjectKind recurrence = {
       "Recurrence",
       make(&F::NewRecurrence),
       {Of("RecurrenceType", &R::RecurrenceType, &R::SetRecurrenceType),
@@ -103,7 +103,7 @@ std::vector<Kind> Kinds(const Examination& exam) {
            true}};
 }
 
-bool Keeps(Examination& exam, const Kind& kind, const Member& member) {
+bool Keeps(Examination& exam, const ObjectKind& kind, const Member& member) {
   const auto object = kind.make();
   for (const Value& value : member.values) {
     member.set(*object, value);
@@ -116,7 +116,7 @@ bool Keeps(Examination& exam, const Kind& kind, const Member& member) {
 }
 
 // Sets all members, then changes each one and checks the others.
-bool KeepsOthers(Examination& exam, const Kind& kind) {
+bool KeepsOthers(Examination& exam, const ObjectKind& kind) {
   for (const Member& changed : kind.members) {
     const auto object = kind.make();
     for (const Member& member : kind.members) member.set(*object, member.values[1]);
@@ -131,7 +131,7 @@ bool KeepsOthers(Examination& exam, const Kind& kind) {
 }
 
 // A task with every member set, stored and loaded again.
-bool Stores(Examination& exam, const Kind& kind) {
+bool Stores(Examination& exam, const ObjectKind& kind) {
   const auto& store = Needed(exam.host.store_task, "store_task");
   const auto session = Given(exam.Application()->Session(), "Session");
   const Value user = Given(session->CurrentUser(), "CurrentUser")->UserId();
@@ -150,7 +150,7 @@ bool Stores(Examination& exam, const Kind& kind) {
   return stored->IsExisting();
 }
 
-bool StartsUnset(const Kind& kind) {
+bool StartsUnset(const ObjectKind& kind) {
   const auto first = kind.make();
   for (const Member& member : kind.members) member.set(*first, member.values[1]);
   const auto second = kind.make();
@@ -158,7 +158,7 @@ bool StartsUnset(const Kind& kind) {
   return std::ranges::all_of(kind.members, unset);
 }
 
-void CheckKind(Examination& exam, const Kind& kind) {
+void CheckKind(Examination& exam, const ObjectKind& kind) {
   for (const Member& member : kind.members) {
     exam.Check(std::string("Set") + member.name +
                    " changes what it is given: the user would find, or the task do, another thing",
@@ -177,8 +177,8 @@ void CheckKind(Examination& exam, const Kind& kind) {
 }  // namespace
 
 void CheckMembers(Examination& exam) {
-  for (const Kind& kind : Kinds(exam)) exam.About(kind.name, [&] { CheckKind(exam, kind); });
-  const Kind task = TaskKind(exam);
+  for (const ObjectKind& kind : Kinds(exam)) exam.About(kind.name, [&] { CheckKind(exam, kind); });
+  const ObjectKind task = TaskKind(exam);
   exam.About(task.name, [&] {
     exam.Check("A stored task is loaded with other values, or as a new one: what was saved would be lost",
                [&] { return Stores(exam, task); });

@@ -192,7 +192,7 @@ ProgramOptions WithoutDisplay(ProgramOptions options) {
   return WithTaskFile(std::move(options));
 }
 
-int Run(int argc, char** argv, const ProgramOptions& options) {
+int RunProgram(int argc, char** argv, const ProgramOptions& options) {
   if (options.help) {
     std::cout << Usage();
     return 0;
@@ -230,7 +230,7 @@ int RunProgram(int argc, char** argv) {
     return kWrongInput;
   }
   try {
-    return Run(argc, argv, options);
+    return RunProgram(argc, argv, options);
   } catch (const std::exception& failure) {
     std::cerr << "plovix: " << failure.what() << '\n';
     return kFailed;

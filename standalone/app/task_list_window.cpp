@@ -29,9 +29,9 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 180;
+constexpr int kListWide = 180;
 constexpr int kWidestColumn = 40;  // characters
-constexpr int kLinesHigh = 30;
+constexpr int kListHigh = 30;
 constexpr int kRowsMeasured = 100;  // for the width of a column
 
 }  // namespace
@@ -43,7 +43,7 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   new QVBoxLayout(this);
   BuildTable();
   BuildButtons();
-  ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
+  ResizeToText(*this, qt::PageFont(), kListWide, kListHigh);
   const auto shortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };

@@ -26,9 +26,9 @@ namespace plovix::app {
 namespace {
 
 constexpr std::string_view kActionListName = "VeloDesignerCtrl.VeloActionList";
-constexpr int kCharactersWide = 140;
+constexpr int kWizardWide = 140;
 constexpr int kSummaryWide = 40;  // of these
-constexpr int kLinesHigh = 34;
+constexpr int kWizardHigh = 34;
 
 std::shared_ptr<HostControl> MakeControl(std::string_view registered_name) {
   if (registered_name != kActionListName) return nullptr;
@@ -57,7 +57,7 @@ WizardWindow::WizardWindow(AppParts parts, const TaskRecord& task,
   BuildSummary();
   layout->addWidget(NewRule(this));
   BuildButtons();
-  ResizeToText(*this, qt::PageFont(), kCharactersWide, kLinesHigh);
+  ResizeToText(*this, qt::PageFont(), kWizardWide, kWizardHigh);
   wizard_.SetView(this);
   qApp->installEventFilter(this);
 }

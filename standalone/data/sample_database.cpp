@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kSchema = std::to_array<std::string_view>({
+constexpr auto kSampleSchema = std::to_array<std::string_view>({
     "CREATE TABLE employees (id INTEGER PRIMARY KEY, name TEXT NOT NULL, job TEXT NOT NULL, hired DATE NOT "
     "NULL, "
     "left_on DATE, salary DECIMAL(10,2) NOT NULL, manager_id INTEGER REFERENCES employees (id))",
@@ -101,7 +101,7 @@ void CreateSampleDatabase(const std::string& path, std::chrono::local_days today
     connection.Run("PRAGMA foreign_keys = ON");
     connection.Write(
         [&connection, today] {
-          for (const std::string_view sql : kSchema) connection.Run(sql);
+          for (const std::string_view sql : kSampleSchema) connection.Run(sql);
           for (const SampleTable& table : SampleTables(today)) InsertRows(connection, table);
         },
         [] { return false; });

@@ -12,7 +12,7 @@ namespace {
 
 // A single pass. The database's own lists of tables and columns include keys and shadow tables, too, but take
 // time proportional to the square of the number of tables.
-constexpr std::string_view kSchema =
+constexpr std::string_view kEveryObject =
     "SELECT name, type, rootpage, sql FROM sqlite_master "
     "WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
 
@@ -86,7 +86,7 @@ SchemaMap::SchemaMap(const Connection& connection, const Each& each) {
 }
 
 void SchemaMap::Read(const Connection& connection, const Each& each, std::vector<std::string>& view_texts) {
-  connection.Prepare(kSchema).ForEachRow([&](const Statement& row) {
+  connection.Prepare(kEveryObject).ForEachRow([&](const Statement& row) {
     SchemaEntry entry;
     entry.name = row.Text(0);
     if (row.Text(1) == "view") {

@@ -14,7 +14,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 24;
+constexpr int kChoiceCharacters = 24;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ AddField::AddField(const QString& label, const QString& button, Adder adder)
   choice_->setEditable(true);
   choice_->setInsertPolicy(QComboBox::NoInsert);
   choice_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);  // names may be long
-  choice_->setMinimumContentsLength(kCharactersWide);
+  choice_->setMinimumContentsLength(kChoiceCharacters);
   choice_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   choice_->completer()->setCompletionMode(QCompleter::PopupCompletion);
   choice_->completer()->setFilterMode(Qt::MatchContains);

@@ -15,10 +15,10 @@
 namespace plovix::app {
 namespace {
 
-enum Column { kText, kPublic };
+enum Column { kCategory, kPublic };
 constexpr int kTagRole = Qt::UserRole;
-constexpr int kCharactersWide = 70;
-constexpr int kLinesHigh = 20;
+constexpr int kCategoryWide = 70;
+constexpr int kCategoryHigh = 20;
 
 }  // namespace
 
@@ -57,10 +57,10 @@ CategoryDialog::CategoryDialog(const TextTable& texts, const std::vector<Categor
     if (!line.text.isEmpty() || !ToQt(line.tag).trimmed().isEmpty()) Append(line);
   }
   initial_ = Lines();
-  table_->setCurrentCell(0, kText);
+  table_->setCurrentCell(0, kCategory);
   if (initial_.empty() && add_ != nullptr) add_->setFocus();
   UpdateButtons();
-  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
+  ResizeToText(*this, font(), kCategoryWide, kCategoryHigh);
 }
 
 void CategoryDialog::BuildTable() {
@@ -75,7 +75,7 @@ void CategoryDialog::BuildTable() {
   connect(table_, &QTableWidget::currentCellChanged, this, &CategoryDialog::UpdateButtons);
   connect(table_, &QTableWidget::itemChanged, this, &CategoryDialog::Check);
   connect(table_, &QTableWidget::cellDoubleClicked, this, [this](int /*row*/, int column) {
-    if (column == kText) Rename();
+    if (column == kCategory) Rename();
   });
 }
 
@@ -95,7 +95,7 @@ void CategoryDialog::BuildButtons(QLayout& column) {
 std::vector<CategoryDialog::Line> CategoryDialog::Lines() const {
   std::vector<Line> lines;
   for (int row = 0; row < table_->rowCount(); ++row) {
-    const QTableWidgetItem* text = table_->item(row, kText);
+    const QTableWidgetItem* text = table_->item(row, kCategory);
     lines.push_back({FromQt(text->data(kTagRole).toString()), text->text().trimmed(),
                      table_->item(row, kPublic)->checkState() == Qt::Checked});
   }
@@ -108,14 +108,14 @@ void CategoryDialog::Append(const Line& line) {
   table_->insertRow(row);
   auto* text = new QTableWidgetItem(line.text);
   text->setData(kTagRole, ToQt(line.tag));
-  table_->setItem(row, kText, text);
+  table_->setItem(row, kCategory, text);
   table_->setItem(row, kPublic, NewCheckCell(Text("category.column.public"), line.is_public));
-  table_->setCurrentCell(row, kText);
+  table_->setCurrentCell(row, kCategory);
   UpdateButtons();
 }
 
 void CategoryDialog::Rename() {
-  QTableWidgetItem* item = table_->item(table_->currentRow(), kText);
+  QTableWidgetItem* item = table_->item(table_->currentRow(), kCategory);
   if (item == nullptr) return;
   if (source_.tagged) return EditTag(item);
   table_->setCurrentItem(item);
@@ -151,12 +151,12 @@ void CategoryDialog::Move(int by) {
   const int other = row + by;
   if (row < 0 || other < 0 || other >= table_->rowCount()) return;
   const QSignalBlocker quiet(table_);  // half a row is nothing to check
-  for (const int column : {kText, kPublic}) {
+  for (const int column : {kCategory, kPublic}) {
     QTableWidgetItem* moved = table_->takeItem(row, column);
     table_->setItem(row, column, table_->takeItem(other, column));
     table_->setItem(other, column, moved);
   }
-  table_->setCurrentCell(other, kText);
+  table_->setCurrentCell(other, kCategory);
   UpdateButtons();
 }
 
@@ -210,7 +210,7 @@ std::string CategoryDialog::TagOf(const Line& line) const {
 void CategoryDialog::accept() {
   if (add_ != nullptr && !add_->IsEmpty() && !add_->Commit()) return;
   if (const int row = Check(); row >= 0) {
-    table_->setCurrentCell(row, kText);
+    table_->setCurrentCell(row, kCategory);
     table_->setFocus();
     return;
   }

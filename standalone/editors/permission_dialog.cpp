@@ -20,8 +20,8 @@ namespace {
 constexpr std::array kRights = {&PermissionRecord::view, &PermissionRecord::run, &PermissionRecord::edit,
                                 &PermissionRecord::erase};
 constexpr int kView = 1;  // column; the other rights follow
-constexpr int kCharactersWide = 80;
-constexpr int kLinesHigh = 22;
+constexpr int kPermissionsWide = 80;
+constexpr int kPermissionsHigh = 22;
 
 }  // namespace
 
@@ -52,7 +52,7 @@ PermissionDialog::PermissionDialog(const TextTable& texts, const std::string& ti
   table_->setCurrentCell(0, kView);
   if (permissions_.empty()) add_->setFocus();
   Update();
-  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
+  ResizeToText(*this, font(), kPermissionsWide, kPermissionsHigh);
 }
 
 // OK and Cancel then mean the same, so there is only one button.

@@ -20,10 +20,10 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 90;
+constexpr int kTagsWide = 90;
 constexpr int kTagWide = 34;  // of these
-constexpr int kLinesHigh = 26;
-constexpr int kLinesOfTexts = 5;
+constexpr int kTagsHigh = 26;
+constexpr int kLinesOfAllTexts = 5;
 
 }  // namespace
 
@@ -53,7 +53,7 @@ TagDialog::TagDialog(const TextTable& texts, const std::string& tag, const std::
   tags_.Select(model_->RowOf(tag));
   ShowSelected();
   tags_.Field().setFocus();
-  ResizeToText(*this, font(), kCharactersWide, kLinesHigh);
+  ResizeToText(*this, font(), kTagsWide, kTagsHigh);
 }
 
 void TagDialog::BuildSearch(bool with_choices) {
@@ -82,7 +82,7 @@ void TagDialog::BuildTable() {
   tag_texts_->setTabChangesFocus(true);
   tag_texts_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   tag_texts_->setAccessibleName(Text("tag.texts"));
-  tag_texts_->setFixedHeight(fontMetrics().lineSpacing() * kLinesOfTexts);
+  tag_texts_->setFixedHeight(fontMetrics().lineSpacing() * kLinesOfAllTexts);
   Rows()->addWidget(tag_texts_);
   Rows()->addWidget(problem_);
   OnKey(table, Qt::Key_F2, [this] { Edit(false); });

@@ -15,8 +15,8 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kCharactersWide = 56;
-constexpr int kLinesOfText = 3;
+constexpr int kTextCharacters = 56;
+constexpr int kTextLines = 3;
 
 }  // namespace
 
@@ -39,7 +39,7 @@ TagTextsDialog::TagTextsDialog(const TextTable& texts, const TagRecord& tag, Use
 
 void TagTextsDialog::BuildName() {
   QLineEdit* line = name_.Line();
-  line->setMinimumWidth(fontMetrics().averageCharWidth() * kCharactersWide);
+  line->setMinimumWidth(fontMetrics().averageCharWidth() * kTextCharacters);
   line->setReadOnly(!initial_.tag.empty());
   connect(line, &QLineEdit::textChanged, this, [this] { name_.Tell({}); });
   for (QWidget* widget : Widgets{NewCaption(Text("tag.name"), *line), line, name_.ProblemLabel()})
@@ -48,7 +48,7 @@ void TagTextsDialog::BuildName() {
 
 void TagTextsDialog::BuildField(const std::string& language) {
   const auto stored = initial_.texts.find(language);
-  const TextField field(stored == initial_.texts.end() ? "" : stored->second, kLongestText, kLinesOfText);
+  const TextField field(stored == initial_.texts.end() ? "" : stored->second, kLongestText, kTextLines);
   field.Editor()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // its own wish is a page
   const auto* key = language == current_ ? "tag.needed" : "tag.column.text";
   Rows()->addWidget(NewCaption(Text(key, {FromQt(LanguageName(language))}), *field.Editor()));

@@ -24,11 +24,11 @@ struct Right {
   bool UserRecord::*granted;
   const char* caption;
 };
-constexpr std::array<Right, 5> kRights = {{{&UserRecord::edit_categories, "user.editCategories"},
-                                           {&UserRecord::see_all_categories, "user.seeAllCategories"},
-                                           {&UserRecord::go_on_with_tags, "user.goOnWithTags"},
-                                           {&UserRecord::create_personal, "user.createPersonal"},
-                                           {&UserRecord::create_shared, "user.createShared"}}};
+constexpr std::array<Right, 5> kUserRights = {{{&UserRecord::edit_categories, "user.editCategories"},
+                                               {&UserRecord::see_all_categories, "user.seeAllCategories"},
+                                               {&UserRecord::go_on_with_tags, "user.goOnWithTags"},
+                                               {&UserRecord::create_personal, "user.createPersonal"},
+                                               {&UserRecord::create_shared, "user.createShared"}}};
 constexpr int kListWide = 30;  // characters
 constexpr int kFieldWide = 44;
 
@@ -122,8 +122,8 @@ QLayout* UsersDialog::BuildFields() {
 QLayout* UsersDialog::BuildRights() {
   auto* group = new QGroupBox(Text("user.rights"));
   auto* column = new QVBoxLayout(group);
-  for (std::size_t i = 0; i < kRights.size(); ++i) {
-    rights_.at(i) = new QCheckBox(Text(kRights.at(i).caption));
+  for (std::size_t i = 0; i < kUserRights.size(); ++i) {
+    rights_.at(i) = new QCheckBox(Text(kUserRights.at(i).caption));
     column->addWidget(rights_.at(i));
     connect(rights_.at(i), &QCheckBox::clicked, this, &UsersDialog::Edited);
   }
@@ -180,9 +180,9 @@ void UsersDialog::ShowUser() {
 
 void UsersDialog::ShowRights() {
   const UserRecord& user = Current().user;
-  for (std::size_t i = 0; i < kRights.size(); ++i) {
+  for (std::size_t i = 0; i < kUserRights.size(); ++i) {
     rights_.at(i)->setEnabled(!user.administrator);
-    rights_.at(i)->setChecked(user.administrator || user.*kRights.at(i).granted);
+    rights_.at(i)->setChecked(user.administrator || user.*kUserRights.at(i).granted);
   }
 }
 
@@ -192,9 +192,9 @@ void UsersDialog::Edited() {
   line.user.name = FromQt(name_->text().trimmed());
   line.user.groups = ReadGroups(groups_->text());
   line.user.administrator = administrator_->isChecked();
-  for (std::size_t i = 0; i < kRights.size(); ++i) {
+  for (std::size_t i = 0; i < kUserRights.size(); ++i) {
     // An administrator's own rights are kept while all boxes are checked.
-    if (rights_.at(i)->isEnabled()) line.user.*kRights.at(i).granted = rights_.at(i)->isChecked();
+    if (rights_.at(i)->isEnabled()) line.user.*kUserRights.at(i).granted = rights_.at(i)->isChecked();
   }
   list_->currentItem()->setText(qt::Shortened(
       line.user.id.empty() ? Text("user.new") : UserText(Texts(), line.user), qt::kLongestShown));

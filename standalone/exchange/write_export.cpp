@@ -14,7 +14,7 @@ namespace plovix {
 namespace {
 
 using namespace file_format;
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 constexpr int kIndent = 2;  // blanks
 
@@ -22,8 +22,8 @@ class Writer {
  public:
   explicit Writer(const TextTable& texts) : texts_(texts) {}
 
-  [[nodiscard]] Json Task(const TaskRecord& task) const {
-    Json json = Fields(kTaskTextFields, task);
+  [[nodiscard]] OrderedJson Task(const TaskRecord& task) const {
+    OrderedJson json = Fields(kTaskTextFields, task);
     json.update(Fields(kTaskSettingFields, task));
     json[kPersonal] = !task.owner.empty();
     json[kCategories] =
@@ -33,10 +33,10 @@ class Writer {
       json[kPermissions] =
           List(*task.permissions, [this](const auto& line) { return Fields(kPermissionFields, line); });
     }
-    json[kRecurrence] = task.recurrence ? Recurrence(*task.recurrence) : Json();
-    json[kScheduleStart] = task.schedule_start ? Json(Day(*task.schedule_start)) : Json();
+    json[kRecurrence] = task.recurrence ? Recurrence(*task.recurrence) : OrderedJson();
+    json[kScheduleStart] = task.schedule_start ? OrderedJson(Day(*task.schedule_start)) : OrderedJson();
     json[kActions] = List(task.actions, [this](const ActionRecord& action) {
-      Json item = Fields(kActionFields, action);
+      OrderedJson item = Fields(kActionFields, action);
       item[kSettings] = Texts(action.settings);
       return item;
     });
@@ -44,15 +44,15 @@ class Writer {
   }
 
   // An object of texts by keys.
-  [[nodiscard]] static Json Texts(const std::map<std::string, std::string>& texts) {
-    Json json = Json::object();
+  [[nodiscard]] static OrderedJson Texts(const std::map<std::string, std::string>& texts) {
+    OrderedJson json = OrderedJson::object();
     for (const auto& [key, text] : texts) Append(json, key, ToJsonText(text));
     return json;
   }
 
   // Appends a name that the object does not have yet, without the object's linear search for it.
-  static void Append(Json& object, const std::string& name, Json value) {
-    object.get_ref<Json::object_t&>().emplace_back(ToJsonText(name), std::move(value));
+  static void Append(OrderedJson& object, const std::string& name, OrderedJson value) {
+    object.get_ref<OrderedJson::object_t&>().emplace_back(ToJsonText(name), std::move(value));
   }
 
   [[noreturn]] void Fail(std::string_view text, const std::string& parameter) const {
@@ -66,21 +66,21 @@ class Writer {
     return text;
   }
 
-  [[nodiscard]] Json ValueJson(const std::string& text) const { return ToJsonText(text); }
-  [[nodiscard]] Json ValueJson(DateTime moment) const {
+  [[nodiscard]] OrderedJson ValueJson(const std::string& text) const { return ToJsonText(text); }
+  [[nodiscard]] OrderedJson ValueJson(DateTime moment) const {
     std::string text = IsoDateTime(moment);
     if (!ParseIsoDateTime(text)) Fail("exchange.dateOutside", text);
     return text;
   }
   // A Boolean, a number, or the days of a week.
   template <class Value>
-  [[nodiscard]] Json ValueJson(const Value& value) const {
+  [[nodiscard]] OrderedJson ValueJson(const Value& value) const {
     return value;
   }
 
   template <class Table, class Record>
-  [[nodiscard]] Json Fields(const Table& fields, const Record& record) const {
-    Json json = Json::object();
+  [[nodiscard]] OrderedJson Fields(const Table& fields, const Record& record) const {
+    OrderedJson json = OrderedJson::object();
     ForEachField(fields, [&](std::string_view name, auto field) {
       json[MemberName(name)] = ValueJson(record.*field);
     });
@@ -88,22 +88,22 @@ class Writer {
   }
 
   template <class Record, class Write>
-  [[nodiscard]] static Json List(const std::vector<Record>& records, Write write) {
-    Json json = Json::array();
+  [[nodiscard]] static OrderedJson List(const std::vector<Record>& records, Write write) {
+    OrderedJson json = OrderedJson::array();
     for (const Record& record : records) json.push_back(write(record));
     return json;
   }
 
-  [[nodiscard]] Json Recurrence(const RecurrenceRecord& recurrence) const {
-    Json json = Fields(kRecurrenceFields, recurrence);
+  [[nodiscard]] OrderedJson Recurrence(const RecurrenceRecord& recurrence) const {
+    OrderedJson json = Fields(kRecurrenceFields, recurrence);
     json[kPattern] = Pattern(recurrence.pattern);
     return json;
   }
 
-  [[nodiscard]] Json Pattern(const PatternRecord& pattern) const {
+  [[nodiscard]] OrderedJson Pattern(const PatternRecord& pattern) const {
     const auto* found = ClassOf(pattern);
     if (found == kPatternClasses.end()) return nullptr;
-    Json json = {{kKind, found->first}};
+    OrderedJson json = {{kKind, found->first}};
     ForEachField(kPatternFields, [&](std::string_view name, auto field) {
       if (const auto* value = FieldIn(pattern, field)) json[MemberName(name)] = ValueJson(*value);
     });
@@ -127,8 +127,8 @@ std::vector<TagRecord> TagsUsed(const TaskRecord& task, const std::vector<TagRec
 
 std::string WriteExport(const TaskRecord& task, const std::vector<TagRecord>& tags, const TextTable& texts) {
   const Writer writer(texts);
-  Json file = {{kFormat, kName}, {kFileVersion, kVersion}, {kTask, writer.Task(task)}};
-  file[kTags] = Json::object();
+  OrderedJson file = {{kFormat, kName}, {kFileVersion, kVersion}, {kTask, writer.Task(task)}};
+  file[kTags] = OrderedJson::object();
   for (const TagRecord& tag : tags) Writer::Append(file[kTags], tag.tag, Writer::Texts(tag.texts));
   std::string text = file.dump(kIndent) + "\n";
   if (text.size() > kLargestExport)

@@ -14,7 +14,7 @@ namespace {
 using Kind = SqlToken::Kind;
 
 // Redundant nested brackets are no reason to refuse a text, up to this depth.
-constexpr int kDeepest = 50;
+constexpr int kDeepestTree = 50;
 
 constexpr auto kClauses = std::to_array<std::string_view>(
     {"ORDER", "GROUP", "HAVING", "LIMIT", "OFFSET", "WINDOW", "UNION", "EXCEPT", "INTERSECT"});
@@ -120,7 +120,7 @@ class Reader {
 
   WhereNode ReadOperand(int depth) {
     if (!Next().IsSign("(")) return {Join::kAll, false, {}, ReadCondition()};
-    if (depth == kDeepest) {
+    if (depth == kDeepestTree) {
       Fail("query.reason.depth");
       return {};
     }

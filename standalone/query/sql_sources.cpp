@@ -14,7 +14,7 @@ namespace {
 
 using Kind = SqlToken::Kind;
 
-constexpr std::size_t kDeepest = 200;  // brackets; the database's own parser stops at half of that
+constexpr std::size_t kDeepestBrackets = 200;  // brackets; the database's own parser stops at half of that
 
 // Only words that cannot be an alias, hence not WINDOW.
 constexpr auto kBehindFrom = std::to_array<std::string_view>(
@@ -52,7 +52,7 @@ class SourceReader {
   void Open() {
     brackets_.push_back({brackets_.back().in_from, {}});
     if (body_at_ == at_) brackets_.back().common = found_.common.size() - 1;
-    found_.too_deep = brackets_.size() > kDeepest;
+    found_.too_deep = brackets_.size() > kDeepestBrackets;
   }
 
   // The database accepts texts as names, too.

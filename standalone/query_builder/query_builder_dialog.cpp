@@ -25,7 +25,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr std::chrono::milliseconds kMoment{300};
+constexpr std::chrono::milliseconds kSettled{300};
 constexpr int kCharactersWide = 110;
 constexpr int kLinesHigh = 50;
 constexpr int kLinesOfText = 3;
@@ -59,7 +59,7 @@ QueryBuilderDialog::QueryBuilderDialog(const TextTable& texts, DataSource& sourc
   }
   AddOkAndCancel();
   settled_.setSingleShot(true);
-  settled_.setInterval(kMoment);
+  settled_.setInterval(kSettled);
   connect(&settled_, &QTimer::timeout, this, &QueryBuilderDialog::Settle);
   if (IsBlank()) query_ = QueryText({object_, Join::kAll, {}}, rows_->Fields());
   initial_ = query_;

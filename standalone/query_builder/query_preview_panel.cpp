@@ -15,7 +15,7 @@ namespace plovix::app {
 namespace {
 
 constexpr int kWidestColumn = 30;  // characters
-constexpr int kLinesHigh = 5;
+constexpr int kPreviewLines = 5;
 constexpr std::chrono::milliseconds kSilence = QueryLimits{}.time + std::chrono::seconds{1};
 
 }  // namespace
@@ -34,7 +34,7 @@ QueryPreviewPanel::QueryPreviewPanel(const TextTable& texts, QueryTarget target)
   table_->setWordWrap(false);
   table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
   table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
+  table_->setMinimumHeight(fontMetrics().lineSpacing() * kPreviewLines);
   silence_.setSingleShot(true);
   silence_.setInterval(kSilence);
   silence_.callOnTimeout(this, [this] { ShowInstead("query.preview.tooLong"); });

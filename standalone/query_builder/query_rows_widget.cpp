@@ -15,7 +15,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kLinesHigh = 11;
+constexpr int kRowsLines = 11;
 
 }  // namespace
 
@@ -42,7 +42,7 @@ QueryRowsWidget::QueryRowsWidget(const TextTable& texts, std::string object, std
   area_->setWidgetResizable(true);
   area_->setFocusPolicy(Qt::NoFocus);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  area_->setMinimumHeight(fontMetrics().lineSpacing() * kLinesHigh);
+  area_->setMinimumHeight(fontMetrics().lineSpacing() * kRowsLines);
   rows->addWidget(area_, 1);
   rows->addLayout(NewRow({add_condition_, add_group_, nullptr}));
   UpdateState();

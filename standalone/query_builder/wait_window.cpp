@@ -14,7 +14,7 @@ namespace plovix::app {
 namespace {
 
 // Nothing is drawn for this time: too short to be noticed, and enough for nearly every file.
-constexpr std::chrono::milliseconds kMoment{100};
+constexpr std::chrono::milliseconds kUnnoticed{100};
 constexpr std::chrono::milliseconds kBetweenLooks{20};
 // Reading ends earlier, if it ends at all.
 constexpr std::chrono::milliseconds kLongest = SqliteDataSource::kLongest + std::chrono::seconds{1};
@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds kLongest = SqliteDataSource::kLongest + std:
 
 JobWait WaitWithWindow(const TextTable& texts) {
   return [&texts](const BackgroundJob& job) {
-    if (job.WaitFor(kMoment)) return true;
+    if (job.WaitFor(kUnnoticed)) return true;
     const auto window = NewBox(QMessageBox::NoIcon, texts.Host("list.title"), texts.Host("data.reading"),
                                QApplication::activeWindow());
     window->addButton(ToQt(texts.Host("button.cancel")), QMessageBox::RejectRole);

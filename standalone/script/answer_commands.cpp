@@ -45,7 +45,7 @@ void PlanFailure(ScriptSession& session, const Words& words) {
   session.Faults().Plan(words[0], words.size() == 1 ? 1 : IntegerFrom<int>(words[1]));
 }
 
-constexpr auto kCommands = std::to_array<Command>({
+constexpr auto kAnswerCommands = std::to_array<Command>({
     {"answer", "ok|cancel|yes|no ...", 1, kAnyNumber, "answers for the next message boxes",
      QueueAll<&ScriptDialogs::QueueAnswer>},
     {"report", "retry|continue|leave|NUMBER ...", 1, kAnyNumber, "answers for the next failure reports",
@@ -61,7 +61,7 @@ constexpr auto kCommands = std::to_array<Command>({
 }  // namespace
 
 std::span<const Command> AnswerCommands() {
-  return kCommands;
+  return kAnswerCommands;
 }
 
 }  // namespace plovix::script

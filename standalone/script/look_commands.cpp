@@ -90,7 +90,7 @@ void Runs(ScriptSession& session, const Words& words) {
 
 void Help(ScriptSession& session, const Words& words);
 
-constexpr auto kCommands = std::to_array<Command>({
+constexpr auto kLookCommands = std::to_array<Command>({
     {"show", "", 0, 0, "the page, its buttons and its controls", Show},
     {"messages", "", 0, 0, "the message boxes shown since last asked", Messages},
     {"reports", "", 0, 0, "the failures reported since last asked", Reports},
@@ -134,7 +134,7 @@ bool BeginsCommands(const std::string& word) {
 }  // namespace
 
 std::span<const Command> LookCommands() {
-  return kCommands;
+  return kLookCommands;
 }
 
 void RunCommand(ScriptSession& session, const Words& words) {

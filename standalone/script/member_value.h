@@ -5,11 +5,14 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "words.h"
 
 namespace plovix::script {
+
+inline constexpr std::string_view kNothing = "nothing";  // the word for a member without a value
 
 template <class Type>
 [[nodiscard]] nlohmann::ordered_json MemberJson(const Type& value) {

@@ -9,8 +9,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::string_view kNothing = "nothing";
-
 template <class Value>
 void SetPatternValue(Value& value, const std::string& index, const std::string& word) {
   if (!index.empty()) throw LineError("only Recurrence.Pattern.Day takes an index");

@@ -139,7 +139,7 @@ void AddStored(ScriptSession& session, const Words& words) {
   session.AddStoredCategory(words[0]);
 }
 
-constexpr auto kCommands = std::to_array<Command>({
+constexpr auto kSceneCommands = std::to_array<Command>({
     {"task new", "", 0, 0, "begins a new task", NewTask},
     {"task load", "ID", 1, 1, "takes a stored task", LoadTask},
     {"task set", "MEMBER [INDEX] VALUE", 2, 3, "sets a member of the task", SetTask},
@@ -162,7 +162,7 @@ constexpr auto kCommands = std::to_array<Command>({
 }  // namespace
 
 std::span<const Command> SceneCommands() {
-  return kCommands;
+  return kSceneCommands;
 }
 
 }  // namespace plovix::script

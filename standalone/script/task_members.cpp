@@ -15,7 +15,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::string_view kNothing = "nothing";
 constexpr std::string_view kInRecurrence = "Recurrence.";
 
 struct Member {

@@ -151,7 +151,7 @@ void LeavePage(ScriptSession& session, const Words& words) {
   session.Print({{"direction", direction}, {"answer", answer}});
 }
 
-constexpr auto kCommands = std::to_array<Command>({
+constexpr auto kUserCommands = std::to_array<Command>({
     {"open", "[IDENTIFIER]", 0, 1, "starts the wizard at that page", Open},
     {"type", "CONTROL TEXT", 2, 2, "replaces the text", Type},
     {"toggle", "CONTROL", 1, 1, "a check box", Toggle},
@@ -173,7 +173,7 @@ constexpr auto kCommands = std::to_array<Command>({
 }  // namespace
 
 std::span<const Command> UserCommands() {
-  return kCommands;
+  return kUserCommands;
 }
 
 }  // namespace plovix::script

@@ -10,7 +10,7 @@ namespace plovix {
 namespace {
 
 constexpr const char* kSubject = "subject";
-constexpr std::array<std::pair<const char*, bool PermissionRecord::*>, 5> kFlags{{
+constexpr std::array<std::pair<const char*, bool PermissionRecord::*>, 5> kGrants{{
     {"group", &PermissionRecord::is_group},
     {"view", &PermissionRecord::view},
     {"run", &PermissionRecord::run},
@@ -24,7 +24,7 @@ std::string EncodePermissions(const PermissionSet& permissions) {
   auto array = nlohmann::ordered_json::array();
   for (const PermissionRecord& permission : permissions) {
     nlohmann::ordered_json item{{kSubject, ToJsonText(permission.subject)}};
-    for (const auto& [key, flag] : kFlags) item[key] = permission.*flag;
+    for (const auto& [key, flag] : kGrants) item[key] = permission.*flag;
     array.push_back(std::move(item));
   }
   return array.dump();
@@ -39,7 +39,7 @@ std::optional<PermissionSet> DecodePermissions(std::string_view column) {
     if (!item.is_object() || !item.contains(kSubject) || !item[kSubject].is_string()) return std::nullopt;
     PermissionRecord& permission = permissions.emplace_back();
     permission.subject = FromJsonText(item[kSubject].get_ref<const std::string&>());
-    for (const auto& [key, flag] : kFlags) {
+    for (const auto& [key, flag] : kGrants) {
       if (!item.contains(key) || !item[key].is_boolean()) return std::nullopt;
       permission.*flag = item[key].get<bool>();
     }

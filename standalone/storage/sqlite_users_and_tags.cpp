@@ -10,7 +10,7 @@ namespace plovix {
 namespace {
 
 // The flags in the order of the statements below.
-constexpr std::array kFlags{
+constexpr std::array kUserFlags{
     &UserRecord::administrator,   &UserRecord::edit_categories, &UserRecord::see_all_categories,
     &UserRecord::go_on_with_tags, &UserRecord::create_personal, &UserRecord::create_shared,
 };
@@ -30,7 +30,7 @@ void InsertUser(Statement& insert, const UserRecord& user) {
   insert.BindText(1, user.name);
   insert.BindText(2, EncodeGroups(user.groups));
   int parameter = kFirstFlag;
-  for (bool UserRecord::*const flag : kFlags) insert.BindInteger(parameter++, user.*flag ? 1 : 0);
+  for (bool UserRecord::*const flag : kUserFlags) insert.BindInteger(parameter++, user.*flag ? 1 : 0);
   insert.Run();
 }
 
@@ -47,7 +47,7 @@ std::vector<UserRecord> ReadUsers(const Connection& file) {
     }
     user.groups = std::move(*groups);
     int column = kFirstFlag;
-    for (bool UserRecord::*const flag : kFlags) user.*flag = row.Integer(column++) != 0;
+    for (bool UserRecord::*const flag : kUserFlags) user.*flag = row.Integer(column++) != 0;
   });
   return users;
 }

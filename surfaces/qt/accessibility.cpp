@@ -13,7 +13,7 @@ namespace {
 const char* const kRole = "accessibleRole";         // property of announced widgets
 const char* const kNameLabel = "accessibleNameOf";  // object name of invisible labels
 
-QAccessibleInterface* MakeAccess(const QString& /*class_name*/, QObject* object) {
+QAccessibleInterface* MakeHostAccess(const QString& /*class_name*/, QObject* object) {
   const QVariant role = object->property(kRole);
   if (!role.isValid()) return nullptr;
   return new QAccessibleWidget(qobject_cast<QWidget*>(object), static_cast<QAccessible::Role>(role.toInt()));
@@ -22,7 +22,7 @@ QAccessibleInterface* MakeAccess(const QString& /*class_name*/, QObject* object)
 }  // namespace
 
 void AnnounceAs(QWidget& widget, QAccessible::Role role) {
-  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
+  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeHostAccess), true);
   widget.setProperty(kRole, static_cast<int>(role));
 }
 

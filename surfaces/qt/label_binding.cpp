@@ -61,7 +61,7 @@ class LabelAccess final : public QAccessibleWidget {
   LabelWidget* label_;
 };
 
-QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
+QAccessibleInterface* MakeLabelAccess(const QString& class_name, QObject* object) {
   if (class_name != QLatin1String("QLabel")) return nullptr;
   auto* label = dynamic_cast<LabelWidget*>(object);
   return label == nullptr ? nullptr : new LabelAccess(label);
@@ -81,7 +81,7 @@ void LabelWidget::paintEvent(QPaintEvent* event) {
 
 LabelBinding::LabelBinding(Surface& surface, Label& label, QWidget* parent)
     : BindingOf(surface, label), widget_(new LabelWidget(parent)) {
-  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
+  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeLabelAccess), true);
   widget_->setTextFormat(Qt::PlainText);
   widget_->heading = Has(label.Info().style, Style::kHeading);
   widget_->activate = [this] { Click(); };

@@ -42,7 +42,7 @@ class OptionAccess final : public QAccessibleWidget {
   OptionWidget* option_;
 };
 
-QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
+QAccessibleInterface* MakeOptionAccess(const QString& class_name, QObject* object) {
   if (class_name != QLatin1String("QRadioButton")) return nullptr;
   auto* option = dynamic_cast<OptionWidget*>(object);
   return option == nullptr ? nullptr : new OptionAccess(option);
@@ -52,7 +52,7 @@ QAccessibleInterface* MakeAccess(const QString& class_name, QObject* object) {
 
 OptionButtonBinding::OptionButtonBinding(Surface& surface, OptionButton& button, QWidget* parent)
     : BindingOf(surface, button), widget_(new OptionWidget(parent)) {
-  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeAccess), true);
+  [[maybe_unused]] static const bool installed = (QAccessible::installFactory(&MakeOptionAccess), true);
   widget_->setAutoExclusive(false);  // the controls themselves are exclusive
   Adopt(widget_);
   connect(widget_, &QRadioButton::clicked, this,
