@@ -147,6 +147,13 @@ class SqliteStorage::Tables {
     }
   }
 
+  void TurnOffClearing(std::int64_t id) {
+    Statement update =
+        Prepare("UPDATE VeloAutoTasks SET ProcessAllRecords = 0, ProcessFailedRecords = 0 WHERE Id = ?");
+    update.BindInteger(0, id);
+    update.Run();
+  }
+
   void Delete(std::int64_t id) {
     delete_task_.BindInteger(0, id);
     delete_task_.Run();
@@ -285,6 +292,14 @@ void SqliteStorage::Delete(std::int64_t id, std::int64_t version) {
     tables_->Delete(id);
   };
   tables_->File().Write(body, [&] { return !tables_->Version(id); });
+}
+
+void SqliteStorage::TurnOffClearing(std::int64_t id) {
+  tables_->File().Write([&] { tables_->TurnOffClearing(id); },
+                        [&] {
+                          const auto task = Load(id);
+                          return !task || (!task->process_all_records && !task->process_failed_records);
+                        });
 }
 
 void SqliteStorage::AskAbout(std::int64_t id, const TaskRecord* wanted) {

@@ -32,6 +32,7 @@ class SqliteStorage final : public TaskStorage {
   [[nodiscard]] std::optional<TaskRecord> Load(std::int64_t id) override;
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
+  void TurnOffClearing(std::int64_t id) override;
 
   // As Connection::EmptyLog and OnWritten; what SqliteUsersAndTags has stored is in the same log.
   bool EmptyLog();

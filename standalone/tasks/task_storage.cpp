@@ -48,4 +48,9 @@ void MemoryStorage::Delete(std::int64_t id, std::int64_t version) {
   tasks_.erase(found);
 }
 
+void MemoryStorage::TurnOffClearing(std::int64_t id) {
+  const auto found = std::ranges::find(tasks_, id, &TaskRecord::id);
+  if (found != tasks_.end()) found->process_all_records = found->process_failed_records = false;
+}
+
 }  // namespace plovix

@@ -52,6 +52,10 @@ class TaskStorage {
   /// Deletes that version of the task. Deleting a task that is already gone is not a failure.
   virtual void Delete(std::int64_t id, std::int64_t version) = 0;
 
+  /// Turns off ProcessAllRecords and ProcessFailedRecords of a stored task, whose version stays: they have
+  /// been obeyed. Nothing happens if the task is gone.
+  virtual void TurnOffClearing(std::int64_t id) = 0;
+
   /// Makes Save and Delete call `guard` from now on; an empty guard, the default, allows everything.
   void SetGuard(TaskGuard guard) { guard_ = std::move(guard); }
 
@@ -78,6 +82,7 @@ class MemoryStorage final : public TaskStorage {
   [[nodiscard]] std::optional<TaskRecord> Load(std::int64_t id) override;
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
+  void TurnOffClearing(std::int64_t id) override;
 
  private:
   std::vector<TaskRecord> tasks_;  // by id, ascending

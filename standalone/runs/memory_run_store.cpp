@@ -1,0 +1,216 @@
+#include "memory_run_store.h"
+
+#include <algorithm>
+
+#include "run_rules.h"
+
+namespace plovix {
+
+TaskState& MemoryRunStore::StateOf(std::int64_t task) {
+  TaskState& state = states_[task];
+  state.task = task;
+  return state;
+}
+
+std::vector<TaskState> MemoryRunStore::States() {
+  std::vector<TaskState> states;
+  for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task.id));
+  return states;
+}
+
+std::optional<TaskState> MemoryRunStore::State(std::int64_t task) {
+  if (!tasks_.Load(task)) return std::nullopt;
+  return StateOf(task);
+}
+
+std::vector<std::int64_t> MemoryRunStore::Unplanned() {
+  std::vector<std::int64_t> unplanned;
+  std::set<std::int64_t> stored;
+  for (const TaskRecord& task : tasks_.List()) {
+    stored.insert(task.id);
+    if (StateOf(task.id).version != task.version) unplanned.push_back(task.id);
+  }
+  // With a task, all that stood beside it goes, except what its runs have done.
+  std::erase_if(states_, [&](const auto& entry) { return !stored.contains(entry.first); });
+  std::erase_if(ledger_, [&](const auto& entry) { return !stored.contains(entry.first); });
+  return unplanned;
+}
+
+std::vector<std::int64_t> MemoryRunStore::Due(Instant now) {
+  std::vector<std::int64_t> due;
+  for (const auto& [task, state] : states_)
+    if (state.next_due && *state.next_due <= now) due.push_back(task);
+  return due;
+}
+
+std::optional<Instant> MemoryRunStore::NextWake() {
+  std::optional<Instant> wake;
+  const auto consider = [&](Instant at) { wake = std::min(wake.value_or(at), at); };
+  for (const auto& [task, state] : states_)
+    if (state.next_due) consider(*state.next_due);
+  for (const auto& [id, run] : runs_)
+    if (run.state == RunState::kWaiting && MayBegin(run, StateOf(run.task), all_paused_.has_value()))
+      consider(run.not_before);
+  return wake;
+}
+
+RunRecord* MemoryRunStore::Add(RunRecord run) {
+  if (run.due && run.state != RunState::kMissed && !occurrences_.insert({run.task, *run.due}).second)
+    return nullptr;
+  run.id = runs_.empty() ? 1 : runs_.rbegin()->first + 1;
+  Put(run);
+  return &runs_.at(run.id);
+}
+
+void MemoryRunStore::Put(const RunRecord& run) {
+  runs_[run.id] = run;
+  const auto found = states_.find(run.task);
+  if (found == states_.end() || run.IsDry()) return;
+  TaskState& state = found->second;
+  if (Holds(run))
+    state.running_run = run.id;
+  else if (state.running_run == run.id)
+    state.running_run = 0;
+  state.retrying = state.queued = false;
+  for (const auto& [id, other] : runs_) {
+    if (other.task != run.task || other.state != RunState::kWaiting || other.IsDry()) continue;
+    if (other.IsRetrying()) state.retrying = true;
+    if (!other.IsRetrying() && other.origin == RunOrigin::kSchedule) state.queued = true;
+  }
+}
+
+bool MemoryRunStore::MoveCursor(const CursorMove& move) {
+  TaskState& state = StateOf(move.task);
+  if (state.next_due != move.from) return false;
+  state.next_due = move.to;
+  state.version = move.version;
+  state.schedule = move.schedule;
+  state.planned = move.planned;
+  for (const RunRecord& row : move.rows) {
+    if (move.add_to_paused_row && state.paused_row != 0) {
+      Put(Extended(runs_.at(state.paused_row), *row.missed));
+      continue;
+    }
+    const RunRecord* added = Add(row);
+    if (move.add_to_paused_row && added != nullptr) state.paused_row = added->id;
+  }
+  return true;
+}
+
+void MemoryRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
+  StateOf(task).policies = policies;
+}
+
+void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause) {
+  StateOf(task).paused = pause;
+  if (!pause) StateOf(task).paused_row = 0;
+}
+
+void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
+  all_paused_ = pause;
+  if (pause) return;
+  for (auto& [task, state] : states_)
+    if (!state.paused) state.paused_row = 0;
+}
+
+RunRecord MemoryRunStore::Request(RunRecord run) {
+  return *Add(std::move(run));
+}
+
+bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
+  const auto found = runs_.find(run);
+  if (found == runs_.end() || found->second.IsOver()) return false;
+  RunRecord record = found->second;
+  record.cancel = true;
+  record.reason = reason;
+  if (record.state == RunState::kWaiting) {
+    record.state = RunState::kCancelled;
+    record.ended = now;
+  }
+  Put(record);
+  return true;
+}
+
+std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager) {
+  const RunRecord* first = nullptr;
+  for (const auto& [id, run] : runs_) {
+    if (run.state != RunState::kWaiting || run.not_before > now) continue;
+    if (!states_.contains(run.task) || !MayBegin(run, states_.at(run.task), all_paused_.has_value()))
+      continue;
+    if (first == nullptr || run.not_before < first->not_before) first = &run;
+  }
+  if (first == nullptr) return std::nullopt;
+  const RunRecord begun = Begun(*first, now, manager);
+  Put(begun);
+  return begun;
+}
+
+bool MemoryRunStore::IsOwner(const RunRecord& run) const {
+  const auto found = runs_.find(run.id);
+  return found != runs_.end() && found->second.state == RunState::kRunning &&
+         found->second.epoch == run.epoch;
+}
+
+bool MemoryRunStore::Finish(const RunEnd& end) {
+  RunRecord run;
+  run.id = end.run;
+  run.epoch = end.epoch;
+  if (!IsOwner(run)) return false;
+  Put(Ended(runs_.at(end.run), end));
+  return true;
+}
+
+std::vector<RunRecord> MemoryRunStore::Orphans(const std::function<bool(std::int64_t)>& alive) {
+  std::vector<RunRecord> orphans;
+  for (const auto& [id, run] : runs_)
+    if (run.state == RunState::kRunning && !alive(run.manager)) orphans.push_back(run);
+  return orphans;
+}
+
+std::vector<RunRecord> MemoryRunStore::MarkedForCancel(std::int64_t manager) {
+  std::vector<RunRecord> marked;
+  for (const auto& [id, run] : runs_)
+    if (run.state == RunState::kRunning && run.cancel && run.manager == manager) marked.push_back(run);
+  return marked;
+}
+
+std::vector<RunRecord> MemoryRunStore::History(std::optional<std::int64_t> task) {
+  std::vector<RunRecord> history;
+  for (const auto& [id, run] : runs_)
+    if (!task || run.task == *task) history.push_back(run);
+  return history;
+}
+
+std::optional<RunRecord> MemoryRunStore::Run(std::int64_t run) {
+  const auto found = runs_.find(run);
+  return found == runs_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::vector<LedgerRow> MemoryRunStore::Ledger(std::int64_t task) {
+  std::vector<LedgerRow> rows;
+  for (const auto& [record, row] : ledger_[task]) rows.push_back(row);
+  return rows;
+}
+
+std::optional<LedgerRow> MemoryRunStore::LedgerOf(std::int64_t task, const std::string& record) {
+  const auto& rows = ledger_[task];
+  const auto found = rows.find(record);
+  return found == rows.end() ? std::nullopt : std::optional(found->second);
+}
+
+bool MemoryRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
+  if (!IsOwner(run)) return false;
+  for (const LedgerRow& row : rows) ledger_[run.task][row.record] = row;
+  return true;
+}
+
+bool MemoryRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
+  if (!IsOwner(run)) return false;
+  std::erase_if(ledger_[run.task], [&](const auto& entry) {
+    return !only_failed || entry.second.state == LedgerState::kFailed;
+  });
+  tasks_.TurnOffClearing(run.task);
+  return true;
+}
+
+}  // namespace plovix

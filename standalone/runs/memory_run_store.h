@@ -1,0 +1,57 @@
+// Runs in memory, beside tasks in any storage. For scripts, tests and the simulation; lost with the object.
+#pragma once
+
+#include <plovix/standalone/tasks/task_storage.h>
+
+#include <map>
+#include <set>
+
+#include "run_store.h"
+
+namespace plovix {
+
+class MemoryRunStore final : public RunStore {
+ public:
+  // `tasks` outlives the store.
+  explicit MemoryRunStore(TaskStorage& tasks) : tasks_(tasks) {}
+
+  [[nodiscard]] std::vector<TaskState> States() override;
+  [[nodiscard]] std::optional<TaskState> State(std::int64_t task) override;
+  [[nodiscard]] std::vector<std::int64_t> Unplanned() override;
+  [[nodiscard]] std::vector<std::int64_t> Due(Instant now) override;
+  [[nodiscard]] std::optional<Instant> NextWake() override;
+  bool MoveCursor(const CursorMove& move) override;
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
+  void SetPauseOfAll(const std::optional<Pause>& pause) override;
+  [[nodiscard]] std::optional<Pause> PauseOfAll() override { return all_paused_; }
+  RunRecord Request(RunRecord run) override;
+  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
+  [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
+  bool Finish(const RunEnd& end) override;
+  [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
+  [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
+  [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
+  [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
+  [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
+  bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
+  bool ClearLedger(const RunRecord& run, bool only_failed) override;
+
+ private:
+  [[nodiscard]] TaskState& StateOf(std::int64_t task);
+  [[nodiscard]] bool IsOwner(const RunRecord& run) const;
+  // Adds a row, or gives back nothing where the occurrence has one already.
+  RunRecord* Add(RunRecord run);
+  // Writes the run, and what its task's state says of it.
+  void Put(const RunRecord& run);
+
+  TaskStorage& tasks_;
+  std::map<std::int64_t, TaskState> states_;
+  std::map<std::int64_t, RunRecord> runs_;
+  std::set<std::pair<std::int64_t, Instant>> occurrences_;
+  std::map<std::int64_t, std::map<std::string, LedgerRow>> ledger_;
+  std::optional<Pause> all_paused_;
+};
+
+}  // namespace plovix

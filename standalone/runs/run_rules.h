@@ -1,0 +1,27 @@
+// The rules of the run stores that do not depend on where runs are stored: every store applies these, so that
+// memory and files agree.
+#pragma once
+
+#include "run_store.h"
+
+namespace plovix {
+
+// Whether the run holds its task, so that no other run of it begins.
+[[nodiscard]] inline bool Holds(const RunRecord& run) {
+  return run.state == RunState::kRunning && !run.IsDry();
+}
+// Whether a waiting run may begin beside what else its task does.
+[[nodiscard]] inline bool MayBegin(const RunRecord& run, const TaskState& task, bool all_paused) {
+  if (run.IsDry()) return true;
+  if (task.running_run != 0) return false;
+  if (run.origin == RunOrigin::kManual) return true;
+  return !all_paused && !task.paused && (run.IsRetrying() || !task.retrying);
+}
+// The run as its manager has it from now on.
+[[nodiscard]] RunRecord Begun(RunRecord run, Instant now, std::int64_t manager);
+// The run as `end` leaves it.
+[[nodiscard]] RunRecord Ended(RunRecord run, const RunEnd& end);
+// The row of a pause that stands for more occurrences from now on.
+[[nodiscard]] RunRecord Extended(RunRecord row, const MissedSpan& more);
+
+}  // namespace plovix
