@@ -156,6 +156,7 @@ bool MemoryRunStore::Finish(const RunEnd& end) {
   run.id = end.run;
   run.epoch = end.epoch;
   if (!IsOwner(run)) return false;
+  for (const LedgerRow& row : end.rows) ledger_[runs_.at(end.run).task][row.record] = row;
   Put(Ended(runs_.at(end.run), end));
   return true;
 }

@@ -59,7 +59,8 @@ struct RunRecord {
   RunState state = RunState::kWaiting;
   Instant not_before{};                   // while waiting: no attempt begins earlier
   int attempt = 0;                        // of those begun
-  int repeats = 0;                        // attempts that came after a crash
+  int failures = 0;                       // attempts that failed
+  int repeats = 0;                        // attempts that followed a crash of the manager
   std::int64_t epoch = 0;                 // raised by each claim; a former owner's is lower
   std::int64_t manager = 0;               // while running: who
   std::optional<Instant> started, ended;  // the latest attempt's

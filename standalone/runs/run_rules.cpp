@@ -21,7 +21,8 @@ RunRecord Ended(RunRecord run, const RunEnd& end) {
   run.records = end.records;
   run.planned = end.planned;
   run.manager = 0;
-  if (end.crashed) ++run.repeats;
+  run.failures = end.failures;
+  run.repeats = end.repeats;
   if (end.state == RunState::kWaiting)
     run.not_before = end.not_before;
   else

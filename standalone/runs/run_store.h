@@ -44,13 +44,15 @@ struct CursorMove {
   bool add_to_paused_row = false;  // a missed row extends the one of this pause
 };
 
+// The end of an attempt.
 struct RunEnd {
   std::int64_t run = 0, epoch = 0;
   RunState state = RunState::kFailed;  // kWaiting: another attempt at `not_before`
   Instant at, not_before;
   std::string reason;
+  int failures = 0, repeats = 0;  // the run's from now on
   RecordCounts records;
-  bool crashed = false;  // the next attempt is a repeat
+  std::vector<LedgerRow> rows;  // written together with the end
   std::string planned;
 };
 
