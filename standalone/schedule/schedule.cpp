@@ -58,6 +58,10 @@ bool Schedule::IsRun(DateTime at) const {
   return times_->AtOrAfter(at) == at && days_.Selects(floor<days>(at));
 }
 
+bool Schedule::TicksThrough(seconds change) const {
+  return times_ && times_->Interval() && *times_->Interval() <= change;
+}
+
 // Every day has a tick if the interval is at most a day.
 std::optional<Schedule::Gap> Schedule::LongGap(DateTime now) const {
   if (!times_ || times_->Step() <= days{1}) return std::nullopt;

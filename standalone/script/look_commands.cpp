@@ -71,11 +71,10 @@ void Runs(ScriptSession& session, const Words& words) {
   if (count < 1 || count > kMost) throw LineError("the number of runs is from 1 to " + std::to_string(kMost));
   const TaskRecord task = session.Task();
   const TextTable& texts = session.State().texts;
-  const DateTime now = session.State().Now();
   const Zone zone = Zone::Local();
   Outlook outlook{};
   if (task.recurrence)
-    outlook = OutlookOf(*task.recurrence, ScheduleStart(task, now), zone,
+    outlook = OutlookOf(task, *task.recurrence, zone,
                         InstantOf(session.State().clock, session.State().clock_offset, zone),
                         static_cast<std::size_t>(count));
   Json list = Json::array();
