@@ -4,11 +4,12 @@
 
 namespace plovix {
 
-Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start, const Zone& zone,
-                  std::chrono::sys_seconds now, std::size_t count) {
-  const Schedule schedule(recurrence, start);
+Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start, ShortMonth short_month,
+                  const Zone& zone, std::chrono::sys_seconds now, std::size_t count) {
+  const Schedule schedule(recurrence, start, short_month);
   const Timetable timetable(schedule, zone);
   Outlook outlook{.start = start,
+                  .short_month = short_month,
                   .now = zone.WallAt(now),
                   .runs = NextRuns(timetable, now, std::max<std::size_t>(count, 1)),
                   .ran = timetable.Latest(now).has_value(),

@@ -18,7 +18,8 @@ namespace plovix {
 class Schedule {
  public:
   // `start`: the day from which the intervals are counted.
-  Schedule(const RecurrenceRecord& record, std::chrono::local_days start);
+  Schedule(const RecurrenceRecord& record, std::chrono::local_days start,
+           ShortMonth short_month = ShortMonth::kLast);
 
   // The first run strictly after `after`; nothing if there is none.
   [[nodiscard]] std::optional<DateTime> Next(DateTime after) const;

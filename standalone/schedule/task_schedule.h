@@ -23,7 +23,7 @@ namespace plovix {
                                        const Zone& zone, std::chrono::sys_seconds now,
                                        std::size_t count = 1) {
   const std::chrono::local_days start = ScheduleStart(task, zone.WallAt(now));
-  return OutlookOf(recurrence, start, zone, now, count);
+  return OutlookOf(recurrence, start, ShortMonth::kLast, zone, now, count);
 }
 
 // Nothing for a task without a schedule or that the automation manager may not run.
