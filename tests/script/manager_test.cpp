@@ -247,7 +247,7 @@ TEST_F(ScriptManager, TakesTheRecordsThatLedgerAndModeLeave) {
         mode(0));
   Check({"a crash leaves a record in doubt",
          kOrders + ("policy 3 interrupted leave\nmanager crash\n" + run) +
-             "manager advance 2026-03-01T07:00:09\n" + run,
+             "manager advance 2026-03-01T07:00:05\n" + run,
          {"3 manual interrupted began 03-01T07:00", "3 manual succeeded began 03-01T07:00 2/1/0/1"},
          {"i:2 in-doubt", "i:10 done"}},
         mode(0));
