@@ -236,7 +236,7 @@ class Holder {
     file_->Add(mask_.End());
     file_->Refresh();
     end_.left_out = file_->LeftOut();
-    end_.output_failure = file_->Failure();
+    end_.output_failure = file_->Problem();
   }
 
   FrameSocket& control_;

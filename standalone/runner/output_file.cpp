@@ -10,7 +10,7 @@ namespace plovix::runner {
 namespace {
 
 [[noreturn]] void RefuseOutput(const std::string& path, const std::string& words) {
-  throw plovix::Failure(failure_number::kInvalidCall, path + ": the output cannot be kept: " + words);
+  throw Failure(failure_number::kInvalidCall, path + ": the output cannot be kept: " + words);
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ void OutputFile::Refresh() {
   const std::string middle = "\n[... " + std::to_string(left_out_) + " bytes left out ...]\n";
   Write(middle + last_, first_);
   if (ftruncate(file_.Get(), static_cast<off_t>(first_ + middle.size() + last_.size())) != 0)
-    failure_ = SystemWords(errno);
+    problem_ = SystemWords(errno);
   stale_ = false;
 }
 
@@ -61,7 +61,7 @@ void OutputFile::Write(std::string_view bytes, std::size_t offset) {
     const ssize_t written = pwrite(file_.Get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) {
-      failure_ = SystemWords(errno);
+      problem_ = SystemWords(errno);
       return;
     }
     bytes.remove_prefix(static_cast<std::size_t>(written));

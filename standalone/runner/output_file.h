@@ -27,7 +27,7 @@ class OutputFile final {
   [[nodiscard]] bool NeedsRefresh() const noexcept { return stale_; }
   [[nodiscard]] std::int64_t LeftOut() const noexcept { return left_out_; }
   // Why not all that should be in the file is in it; empty if it is.
-  [[nodiscard]] const std::string& Failure() const noexcept { return failure_; }
+  [[nodiscard]] const std::string& Problem() const noexcept { return problem_; }
 
  private:
   void Write(std::string_view bytes, std::size_t offset);
@@ -37,7 +37,7 @@ class OutputFile final {
   std::string last_;       // the end so far, up to twice as much as is kept
   std::int64_t left_out_ = 0;
   bool stale_ = false;
-  std::string failure_;
+  std::string problem_;
 };
 
 }  // namespace plovix::runner
