@@ -49,7 +49,8 @@ std::optional<Instant> MemoryRunStore::NextWake() {
   for (const auto& [task, state] : states_)
     if (state.next_due) consider(*state.next_due);
   for (const auto& [id, run] : runs_)
-    if (run.state == RunState::kWaiting && MayBegin(run, StateOf(run.task), all_paused_.has_value()))
+    if (run.state == RunState::kWaiting && states_.contains(run.task) &&
+        MayBegin(run, StateOf(run.task), all_paused_.has_value()))
       consider(run.not_before);
   return wake;
 }
@@ -77,6 +78,11 @@ void MemoryRunStore::Put(const RunRecord& run) {
     if (other.IsRetrying()) state.retrying = true;
     if (!other.IsRetrying() && other.origin == RunOrigin::kSchedule) state.queued = true;
   }
+}
+
+void MemoryRunStore::Put(std::int64_t task, const std::vector<LedgerRow>& rows) {
+  if (!states_.contains(task)) return;
+  for (const LedgerRow& row : rows) ledger_[task][row.record] = row;
 }
 
 bool MemoryRunStore::MoveCursor(const CursorMove& move) {
@@ -156,7 +162,7 @@ bool MemoryRunStore::Finish(const RunEnd& end) {
   run.id = end.run;
   run.epoch = end.epoch;
   if (!IsOwner(run)) return false;
-  for (const LedgerRow& row : end.rows) ledger_[runs_.at(end.run).task][row.record] = row;
+  Put(runs_.at(end.run).task, end.rows);
   Put(Ended(runs_.at(end.run), end));
   return true;
 }
@@ -201,7 +207,7 @@ std::optional<LedgerRow> MemoryRunStore::LedgerOf(std::int64_t task, const std::
 
 bool MemoryRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
   if (!IsOwner(run)) return false;
-  for (const LedgerRow& row : rows) ledger_[run.task][row.record] = row;
+  Put(run.task, rows);
   return true;
 }
 
