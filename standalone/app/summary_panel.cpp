@@ -102,9 +102,8 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
                                    const TaskRecord& task) const {
   const TextTable& texts = parts_.state.texts;
   if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
-  const auto start = ScheduleStart(task, parts_.state.Now());
   const Outlook outlook =
-      OutlookOf(*recurrence, start, parts_.zone,
+      OutlookOf(task, *recurrence, parts_.zone,
                 InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone), kRuns);
   const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
   QString html;
@@ -113,7 +112,7 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   if (words.note) html += Paragraph(ToQt(*words.note));
   if (outlook.runs.empty()) return html;
   if (!words.name_start && StartMatters(*recurrence))
-    html += Paragraph(parts_.Shown("summary.start", {FromQt(DateText(start))}));
+    html += Paragraph(parts_.Shown("summary.start", {FromQt(DateText(outlook.start))}));
   html += Heading(parts_.Shown("summary.nextRuns"));
   for (const Run& run : outlook.runs) html += RunText(run);
   return html;

@@ -104,7 +104,7 @@ std::string TaskTableModel::ScheduleInWords(const TaskRecord& task) const {
   const TextTable& texts = parts_.state.texts;
   const auto recurrence = ScheduleOf(task);
   const Outlook outlook =
-      recurrence ? OutlookOf(*recurrence, ScheduleStart(task, parts_.state.Now()), parts_.zone,
+      recurrence ? OutlookOf(task, *recurrence, parts_.zone,
                              InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone))
                  : Outlook{};
   return OneLine(InWords(recurrence, outlook, texts, LocaleTime), texts);

@@ -1,5 +1,6 @@
 #include "action_dialog.h"
 
+#include <plovix/standalone/query/sql_template.h>
 #include <plovix/standalone/tasks/text_limits.h>
 #include <plovix/standalone/widgets/message_boxes.h>
 #include <plovix/standalone/widgets/pieces.h>
@@ -141,10 +142,11 @@ void ActionDialog::accept() {
   for (const Field& field : fields_) field.text.Tell({});
   const auto is_short = [this](const TextField& text) { return text.Accepts(text.TooLong(Texts())); };
   if (!is_short(name_) || !std::ranges::all_of(fields_, is_short, &Field::text)) return;
-  const auto problem = CheckAction(Action());
+  const auto problem = CheckStatementToo(Action());
   if (!problem) return QDialog::accept();
   for (const Field& field : fields_) {
-    if (field.info->key == problem->field) (void)field.text.Accepts(Text(problem->text));
+    if (field.info->key == problem->field)
+      (void)field.text.Accepts(Text(problem->text, {problem->parameter}));
   }
 }
 

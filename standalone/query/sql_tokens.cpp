@@ -78,10 +78,19 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // a blank where a 
 
 class Scanner {
  public:
-  explicit Scanner(std::string_view sql) : rest_(sql) {}
+  explicit Scanner(std::string_view sql) : size_(sql.size()), rest_(sql) {}
 
   SqlToken Next() {
     SkipBlanks();
+    const std::size_t offset = size_ - rest_.size();
+    SqlToken token = Read();
+    token.offset = offset;
+    token.length = size_ - rest_.size() - offset;
+    return token;
+  }
+
+ private:
+  SqlToken Read() {
     if (rest_.empty()) return {};
     const char first = rest_.front();
     if (first == '\'') return InQuotes(SqlToken::Kind::kText, '\'');
@@ -93,7 +102,6 @@ class Scanner {
     return Sign();
   }
 
- private:
   std::string Take(std::size_t length) {
     std::string taken(rest_.substr(0, length));
     rest_.remove_prefix(std::min(length, rest_.size()));
@@ -191,6 +199,7 @@ class Scanner {
     return {SqlToken::Kind::kSign, Take(1)};
   }
 
+  std::size_t size_;
   std::string_view rest_;
 };
 

@@ -21,8 +21,9 @@ struct SqlToken {
     kEnd
   };
   Kind kind = Kind::kEnd;
-  std::string text;  // without its quotes
-  char quote = 0;    // of a kName: '"', '[' or '`'
+  std::string text;                    // without its quotes
+  char quote = 0;                      // of a kName: '"', '[' or '`'
+  std::size_t offset = 0, length = 0;  // where it stands in the SQL text, with its quotes, in bytes
   // Whether this is the keyword, which is given in capitals.
   [[nodiscard]] bool Is(std::string_view keyword) const;
   [[nodiscard]] bool IsSign(std::string_view sign) const { return kind == Kind::kSign && text == sign; }

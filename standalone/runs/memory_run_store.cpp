@@ -12,6 +12,12 @@ TaskState& MemoryRunStore::StateOf(std::int64_t task) {
   return state;
 }
 
+// A deleted task has no state; its waiting runs begin, and end with that.
+TaskState MemoryRunStore::Known(std::int64_t task) const {
+  const auto found = states_.find(task);
+  return found == states_.end() ? TaskState() : found->second;
+}
+
 std::vector<TaskState> MemoryRunStore::States() {
   std::vector<TaskState> states;
   for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task.id));
@@ -48,9 +54,9 @@ std::optional<Instant> MemoryRunStore::NextWake() {
   const auto consider = [&](Instant at) { wake = std::min(wake.value_or(at), at); };
   for (const auto& [task, state] : states_)
     if (state.next_due) consider(*state.next_due);
-  for (const auto& [id, run] : runs_)
-    if (run.state == RunState::kWaiting && states_.contains(run.task) &&
-        MayBegin(run, StateOf(run.task), all_paused_.has_value()))
+  for (const std::int64_t id : open_)
+    if (const RunRecord& run = runs_.at(id);
+        run.state == RunState::kWaiting && MayBegin(run, Known(run.task), all_paused_.has_value()))
       consider(run.not_before);
   return wake;
 }
@@ -65,6 +71,7 @@ RunRecord* MemoryRunStore::Add(RunRecord run) {
 
 void MemoryRunStore::Put(const RunRecord& run) {
   runs_[run.id] = run;
+  run.IsOver() ? static_cast<void>(open_.erase(run.id)) : static_cast<void>(open_.insert(run.id));
   const auto found = states_.find(run.task);
   if (found == states_.end() || run.IsDry()) return;
   TaskState& state = found->second;
@@ -73,7 +80,8 @@ void MemoryRunStore::Put(const RunRecord& run) {
   else if (state.running_run == run.id)
     state.running_run = 0;
   state.retrying = state.queued = false;
-  for (const auto& [id, other] : runs_) {
+  for (const std::int64_t id : open_) {
+    const RunRecord& other = runs_.at(id);
     if (other.task != run.task || other.state != RunState::kWaiting || other.IsDry()) continue;
     if (other.IsRetrying()) state.retrying = true;
     if (!other.IsRetrying() && other.origin == RunOrigin::kSchedule) state.queued = true;
@@ -120,6 +128,7 @@ void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
 }
 
 RunRecord MemoryRunStore::Request(RunRecord run) {
+  if (tasks_.Load(run.task)) (void)StateOf(run.task);
   return *Add(std::move(run));
 }
 
@@ -139,10 +148,10 @@ bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
 
 std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager) {
   const RunRecord* first = nullptr;
-  for (const auto& [id, run] : runs_) {
+  for (const std::int64_t id : open_) {
+    const RunRecord& run = runs_.at(id);
     if (run.state != RunState::kWaiting || run.not_before > now) continue;
-    if (!states_.contains(run.task) || !MayBegin(run, states_.at(run.task), all_paused_.has_value()))
-      continue;
+    if (!MayBegin(run, Known(run.task), all_paused_.has_value())) continue;
     if (first == nullptr || run.not_before < first->not_before) first = &run;
   }
   if (first == nullptr) return std::nullopt;
@@ -169,15 +178,18 @@ bool MemoryRunStore::Finish(const RunEnd& end) {
 
 std::vector<RunRecord> MemoryRunStore::Orphans(const std::function<bool(std::int64_t)>& alive) {
   std::vector<RunRecord> orphans;
-  for (const auto& [id, run] : runs_)
-    if (run.state == RunState::kRunning && !alive(run.manager)) orphans.push_back(run);
+  for (const std::int64_t id : open_)
+    if (const RunRecord& run = runs_.at(id); run.state == RunState::kRunning && !alive(run.manager))
+      orphans.push_back(run);
   return orphans;
 }
 
 std::vector<RunRecord> MemoryRunStore::MarkedForCancel(std::int64_t manager) {
   std::vector<RunRecord> marked;
-  for (const auto& [id, run] : runs_)
-    if (run.state == RunState::kRunning && run.cancel && run.manager == manager) marked.push_back(run);
+  for (const std::int64_t id : open_)
+    if (const RunRecord& run = runs_.at(id);
+        run.state == RunState::kRunning && run.cancel && run.manager == manager)
+      marked.push_back(run);
   return marked;
 }
 

@@ -40,6 +40,7 @@ class MemoryRunStore final : public RunStore {
 
  private:
   [[nodiscard]] TaskState& StateOf(std::int64_t task);
+  [[nodiscard]] TaskState Known(std::int64_t task) const;
   [[nodiscard]] bool IsOwner(const RunRecord& run) const;
   // Adds a row, or gives back nothing where the occurrence has one already.
   RunRecord* Add(RunRecord run);
@@ -51,6 +52,7 @@ class MemoryRunStore final : public RunStore {
   TaskStorage& tasks_;
   std::map<std::int64_t, TaskState> states_;
   std::map<std::int64_t, RunRecord> runs_;
+  std::set<std::int64_t> open_;  // those that are not over
   std::set<std::pair<std::int64_t, Instant>> occurrences_;
   std::map<std::int64_t, std::map<std::string, LedgerRow>> ledger_;
   std::optional<Pause> all_paused_;

@@ -21,8 +21,9 @@ unsigned Length(year_month month) {
 
 }  // namespace
 
-std::optional<DayInMonth> DayInMonth::From(const DayChoice& choice) {
+std::optional<DayInMonth> DayInMonth::From(const DayChoice& choice, ShortMonth short_month) {
   DayInMonth rule;
+  rule.short_month_ = short_month;
   rule.relative_ = choice.use_relative_day;
   if (!rule.relative_) {
     const std::int32_t day = choice.day_of_month == 0 ? 1 : choice.day_of_month;
@@ -43,9 +44,10 @@ std::optional<DayInMonth> DayInMonth::From(const DayChoice& choice) {
   return rule;
 }
 
-local_days DayInMonth::In(year_month month) const {
-  if (!relative_) return local_days{month / static_cast<int>(std::min(day_, Length(month)))};
-  return week_ == kLastWeek ? LastIn(month) : NthIn(month);
+std::optional<local_days> DayInMonth::In(year_month month) const {
+  if (relative_) return week_ == kLastWeek ? LastIn(month) : NthIn(month);
+  if (short_month_ == ShortMonth::kSkip && MissingIn(month)) return std::nullopt;
+  return local_days{month / static_cast<int>(std::min(day_, Length(month)))};
 }
 
 std::optional<int> DayInMonth::MissingIn(year_month month) const {

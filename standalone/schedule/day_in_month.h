@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plovix/standalone/tasks/recurrence_record.h>
+#include <plovix/standalone/tasks/task_policies.h>
 
 #include <chrono>
 #include <cstdint>
@@ -12,10 +13,11 @@ namespace plovix {
 class DayInMonth {
  public:
   // Nothing if a number that this choice uses is outside its range.
-  [[nodiscard]] static std::optional<DayInMonth> From(const DayChoice& choice);
+  [[nodiscard]] static std::optional<DayInMonth> From(const DayChoice& choice, ShortMonth short_month);
 
-  // Always exists: instead of a specific day that the month lacks, it is the month's last day.
-  [[nodiscard]] std::chrono::local_days In(std::chrono::year_month month) const;
+  // Nothing only for a specific day that the month lacks, if such months are skipped; otherwise it is then
+  // the month's last day.
+  [[nodiscard]] std::optional<std::chrono::local_days> In(std::chrono::year_month month) const;
   // The specific day if `month` lacks it.
   [[nodiscard]] std::optional<int> MissingIn(std::chrono::year_month month) const;
 
@@ -24,7 +26,8 @@ class DayInMonth {
   [[nodiscard]] std::chrono::local_days LastIn(std::chrono::year_month month) const;
 
   bool relative_ = false;
-  unsigned day_ = 1;       // 1 to 31
+  unsigned day_ = 1;  // 1 to 31
+  ShortMonth short_month_ = ShortMonth::kLast;
   std::int32_t week_ = 0;  // 0 to 4
   // A kind of relative day is a sequence of consecutive days of the week: its first day, and its length.
   std::chrono::weekday kind_begin_ = std::chrono::Sunday;

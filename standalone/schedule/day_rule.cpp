@@ -52,20 +52,22 @@ std::optional<year_month> MonthOf(std::int64_t number) {
 
 }  // namespace
 
-DayRule::DayRule(const PatternRecord& pattern, local_days start)
-    : kind_(std::visit([&](const auto& record) { return KindOf(record, start); }, pattern)), start_(start) {}
+DayRule::DayRule(const PatternRecord& pattern, local_days start, ShortMonth short_month)
+    : kind_(std::visit([&](const auto& record) { return KindOf(record, start, short_month); }, pattern)),
+      start_(start) {}
 
-DayRule::Kind DayRule::KindOf(const std::monostate& /*pattern*/, local_days /*start*/) {
+DayRule::Kind DayRule::KindOf(const std::monostate& /*pattern*/, local_days /*start*/,
+                              ShortMonth /*short_month*/) {
   return None{};
 }
 
-DayRule::Kind DayRule::KindOf(const DailyRecord& pattern, local_days start) {
+DayRule::Kind DayRule::KindOf(const DailyRecord& pattern, local_days start, ShortMonth /*short_month*/) {
   const std::int64_t step = WithDefault(pattern.every_n_days);
   if (step < 0) return None{};
   return Daily{start, step, pattern.weekdays_only};
 }
 
-DayRule::Kind DayRule::KindOf(const WeeklyRecord& pattern, local_days start) {
+DayRule::Kind DayRule::KindOf(const WeeklyRecord& pattern, local_days start, ShortMonth /*short_month*/) {
   const std::int64_t step = WithDefault(pattern.every_n_weeks);
   unsigned day_set = 0;
   for (std::size_t day = 0; day < pattern.days.size(); ++day) day_set |= unsigned{pattern.days[day]} << day;
@@ -73,18 +75,20 @@ DayRule::Kind DayRule::KindOf(const WeeklyRecord& pattern, local_days start) {
   return Weekly{start - (weekday{start} - std::chrono::Sunday), step, day_set};
 }
 
-DayRule::Kind DayRule::KindOf(const MonthlyRecord& pattern, local_days start) {
+DayRule::Kind DayRule::KindOf(const MonthlyRecord& pattern, local_days start, ShortMonth short_month) {
   const std::int64_t step = WithDefault(pattern.every_n_months);
-  const std::optional<DayInMonth> day = DayInMonth::From(pattern.day);
+  const std::optional<DayInMonth> day = DayInMonth::From(pattern.day, short_month);
   if (step < 0 || !day) return None{};
-  return Months{MonthNumber(start), step, *day};
+  const Months months{MonthNumber(start), step, *day};
+  return months.HasRuns() ? Kind{months} : None{};
 }
 
-DayRule::Kind DayRule::KindOf(const YearlyRecord& pattern, local_days start) {
+DayRule::Kind DayRule::KindOf(const YearlyRecord& pattern, local_days start, ShortMonth short_month) {
   const std::int64_t month = WithDefault(pattern.month);
-  const std::optional<DayInMonth> day = DayInMonth::From(pattern.day);
+  const std::optional<DayInMonth> day = DayInMonth::From(pattern.day, short_month);
   if (month < 1 || month > 12 || !day) return None{};
-  return Months{MonthNumber(year_month_day{start}.year() - std::chrono::years{1}, month), 12, *day};
+  const Months months{MonthNumber(year_month_day{start}.year() - std::chrono::years{1}, month), 12, *day};
+  return months.HasRuns() ? Kind{months} : None{};
 }
 
 MaybeDay DayRule::AtOrAfter(local_days day) const {
@@ -151,24 +155,32 @@ MaybeDay DayRule::Weekly::AtOrBefore(local_days day) const {
   return first_sunday + days{(week - step) * 7 + std::bit_width(day_set) - 1};
 }
 
-MaybeDay DayRule::Months::AtOrAfter(local_days day) const {
-  const std::int64_t count = RoundedUpQuotient(MonthNumber(day) - first_month, step);
-  for (const std::int64_t candidate : {count, count + 1}) {
-    const std::optional<year_month> month = MonthOf(first_month + candidate * step);
-    if (!month) return std::nullopt;
-    if (const local_days found = day_in_month.In(*month); found >= day) return found;
+// Twelve steps reach every month of the year that they can. If that is February alone, 400 of them pass every
+// kind of year.
+bool DayRule::Months::HasRuns() const {
+  constexpr std::int64_t kMostSteps = 400;
+  for (std::int64_t count = 0; count < kMostSteps; ++count) {
+    const std::optional<year_month> month = MonthOf(first_month + count * step);
+    if (!month) return false;
+    if (day_in_month.In(*month)) return true;
   }
-  return std::nullopt;  // not reached, because a later month's day is later
+  return false;
+}
+
+MaybeDay DayRule::Months::AtOrAfter(local_days day) const {
+  for (std::int64_t count = RoundedUpQuotient(MonthNumber(day) - first_month, step);; ++count) {
+    const std::optional<year_month> month = MonthOf(first_month + count * step);
+    if (!month) return std::nullopt;
+    if (const MaybeDay found = day_in_month.In(*month); found && *found >= day) return found;
+  }
 }
 
 MaybeDay DayRule::Months::AtOrBefore(local_days day) const {
-  const std::int64_t count = (MonthNumber(day) - first_month) / step;
-  for (const std::int64_t candidate : {count, count - 1}) {
-    if (candidate < 0) return std::nullopt;
-    const std::optional<year_month> month = MonthOf(first_month + candidate * step);
-    if (const local_days found = day_in_month.In(*month); found <= day) return found;
+  for (std::int64_t count = (MonthNumber(day) - first_month) / step; count >= 0; --count) {
+    const std::optional<year_month> month = MonthOf(first_month + count * step);
+    if (const MaybeDay found = day_in_month.In(*month); found && *found <= day) return found;
   }
-  return std::nullopt;  // not reached, because an earlier month's day is earlier
+  return std::nullopt;
 }
 
 }  // namespace plovix

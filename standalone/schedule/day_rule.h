@@ -16,7 +16,7 @@ class DayRule {
   DayRule() = default;
   // `start`: the first day that can be selected, inside kFirstDay to kLastDay. A pattern without a choice or
   // with a number outside its range selects no day.
-  DayRule(const PatternRecord& pattern, std::chrono::local_days start);
+  DayRule(const PatternRecord& pattern, std::chrono::local_days start, ShortMonth short_month);
 
   // The nearest selected day, including `day` itself; nothing if there is none up to kLastDay, or none since
   // the start.
@@ -45,6 +45,8 @@ class DayRule {
   struct Months {  // monthly and yearly
     [[nodiscard]] std::optional<std::chrono::local_days> AtOrAfter(std::chrono::local_days day) const;
     [[nodiscard]] std::optional<std::chrono::local_days> AtOrBefore(std::chrono::local_days day) const;
+    // A month has the day before the calendar repeats, so that no search is long.
+    [[nodiscard]] bool HasRuns() const;
     std::int64_t first_month;  // as MonthNumber in the source
     std::int64_t step;         // months
     DayInMonth day_in_month;
@@ -59,11 +61,11 @@ class DayRule {
   };
   using Kind = std::variant<None, Daily, Weekly, Months>;
 
-  static Kind KindOf(const std::monostate& pattern, std::chrono::local_days start);
-  static Kind KindOf(const DailyRecord& pattern, std::chrono::local_days start);
-  static Kind KindOf(const WeeklyRecord& pattern, std::chrono::local_days start);
-  static Kind KindOf(const MonthlyRecord& pattern, std::chrono::local_days start);
-  static Kind KindOf(const YearlyRecord& pattern, std::chrono::local_days start);
+  static Kind KindOf(const std::monostate& pattern, std::chrono::local_days start, ShortMonth short_month);
+  static Kind KindOf(const DailyRecord& pattern, std::chrono::local_days start, ShortMonth short_month);
+  static Kind KindOf(const WeeklyRecord& pattern, std::chrono::local_days start, ShortMonth short_month);
+  static Kind KindOf(const MonthlyRecord& pattern, std::chrono::local_days start, ShortMonth short_month);
+  static Kind KindOf(const YearlyRecord& pattern, std::chrono::local_days start, ShortMonth short_month);
 
   Kind kind_;
   std::chrono::local_days start_{};

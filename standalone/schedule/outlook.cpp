@@ -4,15 +4,16 @@
 
 namespace plovix {
 
-Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start, const Zone& zone,
-                  std::chrono::sys_seconds now, std::size_t count) {
-  const Schedule schedule(recurrence, start);
+Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start, ShortMonth short_month,
+                  const Zone& zone, std::chrono::sys_seconds now, std::size_t count) {
+  const Schedule schedule(recurrence, start, short_month);
+  const Timetable timetable(schedule, zone);
   Outlook outlook{.start = start,
-                  .now = zone.EarliestWallAfter(now),
-                  .runs = NextRuns(schedule, zone, now, std::max<std::size_t>(count, 1)),
-                  .ran = false,
+                  .short_month = short_month,
+                  .now = zone.WallAt(now),
+                  .runs = NextRuns(timetable, now, std::max<std::size_t>(count, 1)),
+                  .ran = timetable.Latest(now).has_value(),
                   .gap = {}};
-  outlook.ran = schedule.Previous(outlook.now + std::chrono::seconds{1}).has_value();
   if (outlook.ran || !outlook.runs.empty()) outlook.gap = schedule.LongGap(outlook.now);
   return outlook;
 }

@@ -14,6 +14,7 @@ namespace plovix {
 
 struct Outlook {
   std::chrono::local_days start;     // the day from which Schedule counts
+  ShortMonth short_month;            // as the schedule's
   DateTime now;                      // the time on the clock
   std::vector<Run> runs;             // the next ones
   bool ran;                          // there was a run at `now` or before
@@ -22,7 +23,8 @@ struct Outlook {
 
 // With at most `count` runs, at least one.
 [[nodiscard]] Outlook OutlookOf(const RecurrenceRecord& recurrence, std::chrono::local_days start,
-                                const Zone& zone, std::chrono::sys_seconds now, std::size_t count = 1);
+                                ShortMonth short_month, const Zone& zone, std::chrono::sys_seconds now,
+                                std::size_t count = 1);
 
 // The instant that `clock` shows; if it is empty, the machine's. `offset`: its time minus UTC; without it a
 // repeated time means its first instant.

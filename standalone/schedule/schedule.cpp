@@ -19,10 +19,10 @@ constexpr days kYear{366};
 
 }  // namespace
 
-Schedule::Schedule(const RecurrenceRecord& record, local_days start) {
+Schedule::Schedule(const RecurrenceRecord& record, local_days start, ShortMonth short_month) {
   if (start < kFirstDay || start > kLastDay) return;
   times_ = TimeRule::From(record, start);
-  if (times_) days_ = DayRule{record.pattern, start};
+  if (times_) days_ = DayRule{record.pattern, start, short_month};
 }
 
 // Jumps alternately to the next tick and to the next selected day, until a tick is on a selected day. If the
@@ -56,6 +56,10 @@ std::optional<DateTime> Schedule::Previous(DateTime before) const {
 bool Schedule::IsRun(DateTime at) const {
   if (!times_ || at < kFirstSecond || at > kLastSecond) return false;
   return times_->AtOrAfter(at) == at && days_.Selects(floor<days>(at));
+}
+
+bool Schedule::TicksThrough(seconds change) const {
+  return times_ && times_->Interval() && *times_->Interval() <= change;
 }
 
 // Every day has a tick if the interval is at most a day.

@@ -1,4 +1,4 @@
-// When a recurrence runs, in wall times, without zone and clock. Used by NextRuns and to find single runs.
+// When a recurrence runs, in wall times, without zone and clock. Used by Timetable.
 #pragma once
 
 #include <plovix/standalone/tasks/recurrence_record.h>
@@ -18,13 +18,17 @@ namespace plovix {
 class Schedule {
  public:
   // `start`: the day from which the intervals are counted.
-  Schedule(const RecurrenceRecord& record, std::chrono::local_days start);
+  Schedule(const RecurrenceRecord& record, std::chrono::local_days start,
+           ShortMonth short_month = ShortMonth::kLast);
 
   // The first run strictly after `after`; nothing if there is none.
   [[nodiscard]] std::optional<DateTime> Next(DateTime after) const;
   // The last run strictly before `before`; nothing if there is none.
   [[nodiscard]] std::optional<DateTime> Previous(DateTime before) const;
   [[nodiscard]] bool IsRun(DateTime at) const;
+  // Whether the runs are intervals of minutes or hours that are no longer than this change of the clocks.
+  // They go on through it: none in what is skipped, and all of them in both passes of what is repeated.
+  [[nodiscard]] bool TicksThrough(std::chrono::seconds change) const;
   // A period without a run. `from`: a run, or the midnight of the start day before the first one. `to`: the
   // next run; nothing if there is none after `from`.
   struct Gap {

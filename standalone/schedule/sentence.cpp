@@ -88,7 +88,7 @@ std::string DayNumber(int day, const TextTable& texts) {
   return day == 1 ? texts.Host("schedule.dayOne") : std::to_string(day);
 }
 
-PatternWords Words(const MonthlyRecord& record, const TextTable& texts) {
+PatternWords Words(const MonthlyRecord& record, ShortMonth short_month, const TextTable& texts) {
   constexpr int kInEveryMonth = 28;
   const int months = Counted(record.every_n_months);
   if (record.day.use_relative_day) {
@@ -98,8 +98,13 @@ PatternWords Words(const MonthlyRecord& record, const TextTable& texts) {
   }
   const int number = Counted(record.day.day_of_month);
   const std::string day = DayNumber(number, texts);
-  if (months == 1) return {number > kInEveryMonth ? keys::kMonthOrLastDay : keys::kMonth, {day}};
-  return {number > kInEveryMonth ? keys::kMonthsOrLastDay : keys::kMonths, {std::to_string(months), day}};
+  const bool skips = short_month == ShortMonth::kSkip;
+  if (months == 1) {
+    if (number <= kInEveryMonth) return {keys::kMonth, {day}};
+    return {skips ? keys::kMonthIfLong : keys::kMonthOrLastDay, {day}};
+  }
+  if (number <= kInEveryMonth) return {keys::kMonths, {std::to_string(months), day}};
+  return {skips ? keys::kMonthsIfLong : keys::kMonthsOrLastDay, {std::to_string(months), day}};
 }
 
 // The number of days that the month has in a leap year.
@@ -109,25 +114,26 @@ int LongestLength(int month) {
   return static_cast<int>(static_cast<unsigned>(end.day()));
 }
 
-PatternWords Words(const YearlyRecord& record, const TextTable& texts) {
+PatternWords Words(const YearlyRecord& record, ShortMonth short_month, const TextTable& texts) {
   const int month = Counted(record.month);
   const int day = Counted(record.day.day_of_month);
   const std::string of_month = Numbered(keys::kOfMonth, month, texts);
   if (record.day.use_relative_day) return {keys::kYearRelative, {RelativeDay(record.day, texts), of_month}};
-  if (day > LongestLength(month)) {  // a day that exists in no year runs on the last one in every year
+  if (day > LongestLength(month)) {  // if it runs, on the last day in every year
     const DayChoice last_day{.use_relative_day = true, .relative_week = 4, .relative_day_of_week = 8};
     return {keys::kYearRelative, {RelativeDay(last_day, texts), of_month}};
   }
-  if (month == 2 && day == 29) return {keys::kLeapDay, {}};
+  if (month == 2 && day == 29)
+    return {short_month == ShortMonth::kSkip ? keys::kLeapDayOnly : keys::kLeapDay, {}};
   return {keys::kDate, {Numbered(keys::kDates, month, texts, {DayNumber(day, texts)})}};
 }
 
 // The words for a pattern that runs.
-PatternWords Words(const PatternRecord& pattern, const TextTable& texts) {
+PatternWords Words(const PatternRecord& pattern, ShortMonth short_month, const TextTable& texts) {
   if (const auto* daily = std::get_if<DailyRecord>(&pattern)) return Words(*daily, texts);
   if (const auto* weekly = std::get_if<WeeklyRecord>(&pattern)) return Words(*weekly, texts);
-  if (const auto* monthly = std::get_if<MonthlyRecord>(&pattern)) return Words(*monthly, texts);
-  return Words(std::get<YearlyRecord>(pattern), texts);
+  if (const auto* monthly = std::get_if<MonthlyRecord>(&pattern)) return Words(*monthly, short_month, texts);
+  return Words(std::get<YearlyRecord>(pattern), short_month, texts);
 }
 
 // "5 January 2026"
@@ -228,7 +234,7 @@ ScheduleWords InWords(const std::optional<RecurrenceRecord>& recurrence, const O
   } else if (outlook.runs.empty() && !outlook.ran) {
     words.sentence = NeverSentence(recurrence->pattern, texts);
   } else {
-    PatternWords pattern = Words(recurrence->pattern, texts);
+    PatternWords pattern = Words(recurrence->pattern, outlook.short_month, texts);
     const std::string_view key = AddTime(pattern, *recurrence, outlook.start, texts, time);
     words.sentence = texts.Host(key, pattern.parameters);
     words.name_start = GoesOn(*recurrence);

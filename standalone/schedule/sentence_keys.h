@@ -64,12 +64,18 @@ inline constexpr PatternKeys kMonth = {
     "schedule.monthly.month.at",          "schedule.monthly.month.minute", "schedule.monthly.month.minutes",
     "schedule.monthly.month.minutesFrom", "schedule.monthly.month.hour",   "schedule.monthly.month.hours",
     "schedule.monthly.month.hoursFrom"};
-// 29 to 31.
+// 29 to 31; in other months on the last day.
 inline constexpr PatternKeys kMonthOrLastDay = {
     "schedule.monthly.monthOrLastDay.at",       "schedule.monthly.monthOrLastDay.minute",
     "schedule.monthly.monthOrLastDay.minutes",  "schedule.monthly.monthOrLastDay.minutesFrom",
     "schedule.monthly.monthOrLastDay.hour",     "schedule.monthly.monthOrLastDay.hours",
     "schedule.monthly.monthOrLastDay.hoursFrom"};
+// 29 to 31; not in other months.
+inline constexpr PatternKeys kMonthIfLong = {
+    "schedule.monthly.monthIfLong.at",       "schedule.monthly.monthIfLong.minute",
+    "schedule.monthly.monthIfLong.minutes",  "schedule.monthly.monthIfLong.minutesFrom",
+    "schedule.monthly.monthIfLong.hour",     "schedule.monthly.monthIfLong.hours",
+    "schedule.monthly.monthIfLong.hoursFrom"};
 // Relative day.
 inline constexpr PatternKeys kMonthRelative = {
     "schedule.monthly.monthRelative.at",       "schedule.monthly.monthRelative.minute",
@@ -82,12 +88,18 @@ inline constexpr PatternKeys kMonths = {
     "schedule.monthly.months.minutes",  "schedule.monthly.months.minutesFrom",
     "schedule.monthly.months.hour",     "schedule.monthly.months.hours",
     "schedule.monthly.months.hoursFrom"};
-// Number of months, 29 to 31.
+// Number of months, 29 to 31; in other months on the last day.
 inline constexpr PatternKeys kMonthsOrLastDay = {
     "schedule.monthly.monthsOrLastDay.at",       "schedule.monthly.monthsOrLastDay.minute",
     "schedule.monthly.monthsOrLastDay.minutes",  "schedule.monthly.monthsOrLastDay.minutesFrom",
     "schedule.monthly.monthsOrLastDay.hour",     "schedule.monthly.monthsOrLastDay.hours",
     "schedule.monthly.monthsOrLastDay.hoursFrom"};
+// Number of months, 29 to 31; not in other months.
+inline constexpr PatternKeys kMonthsIfLong = {
+    "schedule.monthly.monthsIfLong.at",       "schedule.monthly.monthsIfLong.minute",
+    "schedule.monthly.monthsIfLong.minutes",  "schedule.monthly.monthsIfLong.minutesFrom",
+    "schedule.monthly.monthsIfLong.hour",     "schedule.monthly.monthsIfLong.hours",
+    "schedule.monthly.monthsIfLong.hoursFrom"};
 // Number of months, relative day.
 inline constexpr PatternKeys kMonthsRelative = {
     "schedule.monthly.monthsRelative.at",       "schedule.monthly.monthsRelative.minute",
@@ -99,12 +111,18 @@ inline constexpr PatternKeys kDate = {"schedule.yearly.date.at",       "schedule
                                       "schedule.yearly.date.minutes",  "schedule.yearly.date.minutesFrom",
                                       "schedule.yearly.date.hour",     "schedule.yearly.date.hours",
                                       "schedule.yearly.date.hoursFrom"};
-// 29 February; no parameters.
+// 29 February, in other years 28 February; no parameters.
 inline constexpr PatternKeys kLeapDay = {
     "schedule.yearly.leapDay.at",       "schedule.yearly.leapDay.minute",
     "schedule.yearly.leapDay.minutes",  "schedule.yearly.leapDay.minutesFrom",
     "schedule.yearly.leapDay.hour",     "schedule.yearly.leapDay.hours",
     "schedule.yearly.leapDay.hoursFrom"};
+// 29 February, not in other years; no parameters.
+inline constexpr PatternKeys kLeapDayOnly = {
+    "schedule.yearly.leapDayOnly.at",       "schedule.yearly.leapDayOnly.minute",
+    "schedule.yearly.leapDayOnly.minutes",  "schedule.yearly.leapDayOnly.minutesFrom",
+    "schedule.yearly.leapDayOnly.hour",     "schedule.yearly.leapDayOnly.hours",
+    "schedule.yearly.leapDayOnly.hoursFrom"};
 // Relative day, "of" month.
 inline constexpr PatternKeys kYearRelative = {
     "schedule.yearly.relative.at",       "schedule.yearly.relative.minute",

@@ -4,7 +4,10 @@
 #include <plovix/standalone/tasks/task_record.h>
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
+
+#include "outlook.h"
 
 namespace plovix {
 
@@ -12,6 +15,15 @@ namespace plovix {
 // of `now`.
 [[nodiscard]] inline std::chrono::local_days ScheduleStart(const TaskRecord& task, DateTime now) {
   return task.schedule_start.value_or(std::chrono::floor<std::chrono::days>(now));
+}
+
+// What is to come for `recurrence` as the schedule of the task: the stored one or a draft of it. `count`: as
+// for the other OutlookOf.
+[[nodiscard]] inline Outlook OutlookOf(const TaskRecord& task, const RecurrenceRecord& recurrence,
+                                       const Zone& zone, std::chrono::sys_seconds now,
+                                       std::size_t count = 1) {
+  const std::chrono::local_days start = ScheduleStart(task, zone.WallAt(now));
+  return OutlookOf(recurrence, start, ShortMonth::kLast, zone, now, count);
 }
 
 // Nothing for a task without a schedule or that the automation manager may not run.

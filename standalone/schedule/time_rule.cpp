@@ -8,13 +8,13 @@ std::optional<TimeRule> TimeRule::From(const RecurrenceRecord& record, std::chro
   switch (record.time_kind) {
     case time_kind::kAtTime:  // for a time before 1970 the first tick is on the day before, which has no run
       return TimeRule{midnight + record.execution_time.time_since_epoch() % std::chrono::days{1},
-                      std::chrono::days{1}};
+                      std::chrono::days{1}, false};
     case time_kind::kEveryNMinutes:
       if (interval < 0) return std::nullopt;
-      return TimeRule{midnight, std::chrono::minutes{interval}};
+      return TimeRule{midnight, std::chrono::minutes{interval}, true};
     case time_kind::kEveryNHours:
       if (interval < 0) return std::nullopt;
-      return TimeRule{midnight, std::chrono::hours{interval}};
+      return TimeRule{midnight, std::chrono::hours{interval}, true};
     default:
       return std::nullopt;
   }

@@ -18,15 +18,21 @@ class TimeRule {
 
   // The time from one tick to the next.
   [[nodiscard]] std::chrono::seconds Step() const { return step_; }
+  // The same for an interval; nothing for a time of day.
+  [[nodiscard]] std::optional<std::chrono::seconds> Interval() const {
+    return is_interval_ ? std::optional{step_} : std::nullopt;
+  }
   // The nearest tick, including `at` itself. `at`: between kFirstSecond and kLastSecond.
   [[nodiscard]] DateTime AtOrAfter(DateTime at) const;
   [[nodiscard]] std::optional<DateTime> AtOrBefore(DateTime at) const;  // nothing before the first tick
 
  private:
-  TimeRule(DateTime first, std::chrono::seconds step) : first_(first), step_(step) {}
+  TimeRule(DateTime first, std::chrono::seconds step, bool is_interval)
+      : first_(first), step_(step), is_interval_(is_interval) {}
 
   DateTime first_;
   std::chrono::seconds step_;
+  bool is_interval_;
 };
 
 }  // namespace plovix

@@ -1,34 +1,22 @@
 #include "zone.h"
 
-#include <QDateTime>
+#include <QTimeZone>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <mutex>
 #include <string_view>
-
-#include "calendar_range.h"
 
 namespace plovix {
 namespace {
 
-using std::chrono::hours;
-using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
 // The system's zone database; TZ may contain paths in it.
 constexpr std::string_view kZoneDirectory = "/usr/share/zoneinfo/";
-
-// Before every transition in a zone's file. QTimeZone does not return if it searches for the transitions of a
-// rule near the year 0, so this instant replaces earlier ones.
-constexpr sys_seconds kFirstAsked{std::chrono::sys_days{std::chrono::year{1800} / 1 / 1}};
-
-QDateTime ToQt(sys_seconds at) {
-  return QDateTime::fromSecsSinceEpoch(at.time_since_epoch().count(), Qt::UTC);
-}
-
-sys_seconds FromQt(const QDateTime& at) {
-  return sys_seconds{seconds{at.toSecsSinceEpoch()}};
-}
+// A link to the file of the system's zone, or a copy of it.
+constexpr const char* kSystemZone = "/etc/localtime";
 
 // QTimeZone accepts rules and offsets as names, too, and directories as files.
 bool IsInDatabase(const std::string& name) {
@@ -46,61 +34,59 @@ QTimeZone ZoneOfRule(std::string rule) {
   return zone.isValid() ? zone : QTimeZone(QByteArray::fromStdString(rule + ",M3.2.0,M11.1.0"));
 }
 
-QTimeZone ZoneOfVariable(std::string value) {
-  if (value == ":/etc/localtime") return QTimeZone::systemTimeZone();
+QTimeZone ZoneOf(const std::string& name) {
+  if (name == "UTC") return QTimeZone::utc();
+  return IsInDatabase(name) ? QTimeZone(QByteArray::fromStdString(name)) : ZoneOfRule(name);
+}
+
+std::string NameOfVariable(std::string value) {
   if (value.starts_with(':')) value.erase(0, 1);
   std::error_code error;
   if (value.starts_with('/')) value = std::filesystem::canonical(value, error);
+  if (value == kSystemZone) return QTimeZone::systemTimeZoneId().toStdString();  // a copy, not a link
   if (value.starts_with(kZoneDirectory)) value.erase(0, kZoneDirectory.size());
-  return IsInDatabase(value) ? QTimeZone(QByteArray::fromStdString(value)) : ZoneOfRule(value);
+  return value;
 }
 
 }  // namespace
 
+Zone::Zone(const std::string& name, const QTimeZone& zone)
+    : data_(std::make_shared<const Data>(Data{name, ZonePeriods(zone)})) {}
+
 Zone Zone::Local() {
   const char* variable = std::getenv("TZ");
-  const QTimeZone zone = ZoneOfVariable(variable != nullptr ? variable : ":/etc/localtime");
-  return Zone(zone.isValid() ? zone : QTimeZone::utc());
+  const auto zone = Named(NameOfVariable(variable != nullptr ? variable : kSystemZone));
+  return zone ? *zone : Zone("UTC", QTimeZone::utc());
 }
 
 std::optional<Zone> Zone::Named(const std::string& name) {
-  const QTimeZone zone(QByteArray::fromStdString(name));
-  if (!IsInDatabase(name) || !zone.isValid()) return std::nullopt;
-  return Zone(zone);
+  static std::mutex one_at_a_time;
+  static std::map<std::string, Zone> made;
+  const std::lock_guard lock(one_at_a_time);
+  if (const auto known = made.find(name); known != made.end()) return known->second;
+  const QTimeZone zone = ZoneOf(name);
+  if (!zone.isValid()) return std::nullopt;
+  return made.emplace(name, Zone(name, zone)).first->second;
 }
 
-// Starts at the earliest transition that can matter. The first period with the wall time gives the first
-// instant of a repeated time. If a period ends before the wall time and the next one begins after it, the
-// time is in the gap between them.
+// Starts at the earliest period that can matter. The first period with the wall time gives the first instant
+// of a repeated time. If a period ends before the wall time and the next one begins after it, the time is in
+// the gap between them.
 Zone::Moment Zone::At(DateTime wall) const {
-  const sys_seconds as_utc{std::clamp(wall, kFirstSecond, kLastSecond).time_since_epoch()};
-  QDateTime asked = ToQt(std::max(as_utc - hours{26}, kFirstAsked));
-  seconds offset{zone_.offsetFromUtc(asked)};
-  for (;;) {
-    const QTimeZone::OffsetData change = zone_.nextTransition(asked);
-    const sys_seconds at = as_utc - offset;
-    if (!change.atUtc.isValid() || at < FromQt(change.atUtc))
-      return {at, offset, zone_.abbreviation(asked).toStdString(), false,
-              DateTime{as_utc.time_since_epoch()}};
-    offset = seconds{change.offsetFromUtc};
-    if (as_utc - offset < FromQt(change.atUtc))
-      return {at, offset, change.abbreviation.toStdString(), true,
-              DateTime{(at + offset).time_since_epoch()}};
-    asked = change.atUtc;
-  }
+  wall = std::clamp(wall, kFirstSecond, kLastSecond);
+  const sys_seconds as_utc{wall.time_since_epoch()};
+  ZonePeriod period = PeriodAt(as_utc - kMostOffset);
+  while (as_utc - period.offset >= period.end) period = PeriodAt(period.end);
+  const bool shifted = as_utc - period.offset < period.begin;
+  const sys_seconds at = as_utc - (shifted ? period.before : period.offset);
+  return {at, period.offset, std::string(period.abbreviation), shifted,
+          DateTime{(at + period.offset).time_since_epoch()}};
 }
 
-DateTime Zone::EarliestWallAfter(sys_seconds at) const {
+DateTime Zone::WallAt(sys_seconds at) const {
   at = std::clamp(at, sys_seconds{kFirstSecond.time_since_epoch()},
                   sys_seconds{kLastSecond.time_since_epoch()});
-  const sys_seconds asked = std::max(at, kFirstAsked);
-  seconds offset{zone_.offsetFromUtc(ToQt(asked))};
-  const QDateTime change = zone_.previousTransition(ToQt(asked + seconds{1})).atUtc;
-  if (change.isValid()) {
-    const seconds earlier{zone_.offsetFromUtc(change.addSecs(-1))};
-    if (asked - FromQt(change) < offset - earlier) offset = earlier;
-  }
-  return DateTime{(at + offset).time_since_epoch()};
+  return DateTime{(at + PeriodAt(at).offset).time_since_epoch()};
 }
 
 }  // namespace plovix

@@ -20,10 +20,11 @@ struct Command {
   void (*run)(ScriptSession& session, const Words& words);
 };
 
-[[nodiscard]] std::span<const Command> SceneCommands();   // scene_commands.cpp: before and after "open"
-[[nodiscard]] std::span<const Command> UserCommands();    // user_commands.cpp: playing the user
-[[nodiscard]] std::span<const Command> AnswerCommands();  // answer_commands.cpp: what the host answers
-[[nodiscard]] std::span<const Command> LookCommands();    // look_commands.cpp: each prints one object
+[[nodiscard]] std::span<const Command> SceneCommands();    // scene_commands.cpp: before and after "open"
+[[nodiscard]] std::span<const Command> UserCommands();     // user_commands.cpp: playing the user
+[[nodiscard]] std::span<const Command> AnswerCommands();   // answer_commands.cpp: what the host answers
+[[nodiscard]] std::span<const Command> ManagerCommands();  // manager_commands.cpp: tasks that run
+[[nodiscard]] std::span<const Command> LookCommands();     // look_commands.cpp: each prints one object
 
 // Runs the command in a line's words; without words, does nothing. Fails with a LineError.
 void RunCommand(ScriptSession& session, const Words& words);

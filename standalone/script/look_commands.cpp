@@ -8,12 +8,12 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <set>
 
 #include "commands.h"
+#include "offset_text.h"
 #include "task_members.h"
 
 namespace plovix::script {
@@ -53,29 +53,16 @@ void Saved(ScriptSession& session, const Words& /*words*/) {
   session.Print({{"saved", ids}});
 }
 
-// "+01:00"; with seconds for offsets from before there were time zones: "+00:09:21".
-std::string OffsetText(std::chrono::seconds offset) {
-  const std::chrono::hh_mm_ss<std::chrono::seconds> time(offset);
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%c%02d:%02d:%02d", time.is_negative() ? '-' : '+',
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()));
-  std::string result = text.data();
-  if (time.seconds().count() == 0) result.resize(result.size() - 3);
-  return result;
-}
-
 void Runs(ScriptSession& session, const Words& words) {
   constexpr int kMost = 10'000;
   const int count = IntegerFrom<int>(words[0]);
   if (count < 1 || count > kMost) throw LineError("the number of runs is from 1 to " + std::to_string(kMost));
   const TaskRecord task = session.Task();
   const TextTable& texts = session.State().texts;
-  const DateTime now = session.State().Now();
   const Zone zone = Zone::Local();
   Outlook outlook{};
   if (task.recurrence)
-    outlook = OutlookOf(*task.recurrence, ScheduleStart(task, now), zone,
+    outlook = OutlookOf(task, *task.recurrence, zone,
                         InstantOf(session.State().clock, session.State().clock_offset, zone),
                         static_cast<std::size_t>(count));
   Json list = Json::array();
@@ -102,7 +89,7 @@ constexpr auto kLookCommands = std::to_array<Command>({
 });
 
 constexpr auto kTables = std::to_array<std::span<const Command> (*)()>(
-    {SceneCommands, UserCommands, AnswerCommands, LookCommands});
+    {SceneCommands, UserCommands, AnswerCommands, ManagerCommands, LookCommands});
 
 // Goes to the messages, because the output is only for JSON.
 void Help(ScriptSession& session, const Words& /*words*/) {

@@ -1,5 +1,5 @@
 // The commands that set the scene: the task, the shared store, the host.
-#include <plovix/standalone/tasks/action_kinds.h>
+#include <plovix/standalone/query/sql_template.h>
 
 #include <array>
 
@@ -51,7 +51,7 @@ void FillAction(ActionRecord& action, const std::string& kind_id, std::span<cons
     }
     found->second = setting.substr(sign + 1);
   }
-  if (const auto problem = CheckAction(action)) {
+  if (const auto problem = CheckStatementToo(action)) {
     throw LineError("the setting " + std::string(problem->field) + " of " + kind_id + " is missing or unfit");
   }
 }

@@ -63,11 +63,16 @@ ScriptSession::~ScriptSession() {
   if (user_) storage_.SetGuard({});
 }
 
-std::function<bool(const TaskRecord& task)> ScriptSession::MayView() const {
+std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight right) const {
   if (!user_) return [](const TaskRecord& /*task*/) { return true; };
-  return [user = UserOf(*tables_, *user_)](const TaskRecord& task) {
-    return user && May(*user, task, TaskRight::kView);
+  return [user = UserOf(*tables_, *user_), right](const TaskRecord& task) {
+    return user && May(*user, task, right);
   };
+}
+
+ManagerScene& ScriptSession::Automation() {
+  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, state_);
+  return *automation_;
 }
 
 void ScriptSession::Print(const nlohmann::ordered_json& json) {

@@ -2,6 +2,7 @@
 // The commands work on this.
 #pragma once
 
+#include <plovix/standalone/tasks/task_access.h>
 #include <plovix/standalone/wizard/velo_wiz.h>
 
 #include <iosfwd>
@@ -12,6 +13,7 @@
 #include <string>
 
 #include "fault_injector.h"
+#include "manager_scene.h"
 #include "script_dialogs.h"
 #include "script_runner.h"
 #include "snapshots.h"
@@ -37,7 +39,12 @@ class ScriptSession {
   // Sets the current user's id, regardless of who works.
   void NameUser(const std::string& id) { state_.user_id = named_user_.emplace(id); }
   // Whether the working user, as stored now, may see a task; without a user, always.
-  [[nodiscard]] std::function<bool(const TaskRecord& task)> MayView() const;
+  [[nodiscard]] std::function<bool(const TaskRecord& task)> MayView() const {
+    return MayTreat(TaskRight::kView);
+  }
+  [[nodiscard]] std::function<bool(const TaskRecord& task)> MayTreat(TaskRight right) const;
+  // The automation manager, which begins at the first line about it.
+  [[nodiscard]] ManagerScene& Automation();
 
   // The task being edited: the wizard's working copy from the first "open" on, also after the end.
   [[nodiscard]] TaskRecord Task() const;
@@ -96,6 +103,7 @@ class ScriptSession {
   TaskRecord task_;                       // for the next wizard
   std::map<std::string, Value> entries_;  // for each wizard's store, set by the script
   std::unique_ptr<VeloWiz> wizard_;
+  std::unique_ptr<ManagerScene> automation_;
 };
 
 }  // namespace plovix::script

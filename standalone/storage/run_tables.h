@@ -93,10 +93,11 @@ class RunTables final {
   Statement its_runs_ = SelectRuns("WHERE TaskId = ? ORDER BY Id");
   Statement running_ = SelectRuns("WHERE State = 'running' ORDER BY +Id");
   Statement marked_ = SelectRuns("WHERE State = 'running' AND Manager = ? AND Cancel = 1 ORDER BY +Id");
-  // In this order of the tables, the first row that may begin ends the search.
+  // The first row that may begin ends the search. Runs of tasks that are gone begin as well, and end with that.
   Statement to_begin_ = Prepare(
-      "SELECT r.Id, r.NotBefore, r.Origin, r.Attempt, s.RunningRun, s.Retrying, s.PausedSince "
-      "FROM VeloRuns r CROSS JOIN VeloAutoTaskStates s ON s.TaskId = r.TaskId "
+      "SELECT r.Id, r.NotBefore, r.Origin, r.Attempt, coalesce(s.RunningRun, 0), "
+      "coalesce(s.Retrying, 0), s.PausedSince "
+      "FROM VeloRuns r LEFT JOIN VeloAutoTaskStates s ON s.TaskId = r.TaskId "
       "WHERE r.State = 'waiting' AND r.NotBefore <= ? ORDER BY r.NotBefore, r.Id");
   Statement put_ledger_ = Prepare(InsertColumns("REPLACE INTO VeloLedger", "TaskId", "?", LedgerColumns()));
   Statement ledger_ = SelectLedger("ORDER BY Record");

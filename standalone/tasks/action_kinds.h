@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "placeholders.h"
 #include "task_record.h"
 
 namespace plovix {
@@ -22,13 +23,23 @@ enum class ActionFieldType {
   kSeconds     ///< a whole number of seconds, 1 to 86400
 };
 
+/// What placeholders a field takes, and how its text is divided before they are filled.
+enum class Placeholders {
+  kNone,       ///< braces have no meaning
+  kText,       ///< ParseText
+  kArguments,  ///< ParseArguments
+  kVariables,  ///< ParseVariables; may refer to secrets
+  kStatement   ///< an SQL statement, whose placeholders become parameters; may refer to secrets
+};
+
 /// One field of a kind of action.
 struct ActionField {
-  std::string_view key;           ///< of the value in ActionRecord::settings
-  std::string_view caption;       ///< key of a host text
-  ActionFieldType type;           ///< how it is edited and checked
-  bool required;                  ///< must not be empty
-  std::string_view initial = {};  ///< in a new action
+  std::string_view key;                             ///< of the value in ActionRecord::settings
+  std::string_view caption;                         ///< key of a host text
+  ActionFieldType type;                             ///< how it is edited and checked
+  bool required;                                    ///< must not be empty
+  std::string_view initial = {};                    ///< in a new action
+  Placeholders placeholders = Placeholders::kNone;  ///< what it takes
 };
 
 /// One kind of action; lives as long as the program.
@@ -51,8 +62,18 @@ struct ActionKind {
 struct ActionProblem {
   std::string_view field;  ///< key of the field
   std::string_view text;   ///< key of a host text that tells the user
+  std::string parameter;   ///< of the host text; may be empty
+  std::size_t offset = 0;  ///< where in the field's text, in bytes
+  std::size_t length = 0;  ///< of what is wrong, in bytes; 0: the whole field, or something is missing
 };
-/// The first problem; an action of an unknown kind has none.
-[[nodiscard]] std::optional<ActionProblem> CheckAction(const ActionRecord& action);
+/// The first problem; an action of an unknown kind has none. `fields`: of the data object on whose records
+/// the task works, none for a task without records; nullptr: unknown, so that every field is accepted. What
+/// is wrong with an SQL statement as such is found by CheckStatementToo, of the room standalone/query.
+[[nodiscard]] std::optional<ActionProblem> CheckAction(const ActionRecord& action,
+                                                       const std::vector<FieldRecord>* fields = nullptr);
+
+/// For an action that was stored when braces had no meaning: doubles those in the fields that take
+/// placeholders, so that the action does what it did.
+void DoubleBraces(ActionRecord& action);
 
 }  // namespace plovix

@@ -237,14 +237,14 @@ TEST_P(RunStores, KeepOfADeletedTaskItsHistoryAlone) {
   EXPECT_TRUE(Move(task, kNothing, 2, {}));
   const RunRecord run = Begin(task);
   EXPECT_TRUE(runs->Write(run, {Row("i:1")}));
-  runs->Request(Of(task, kManual, 1));
+  const RunRecord waiting = runs->Request(Of(task, kManual, 3));
   tasks->Delete(task, 1);
   EXPECT_THAT(runs->Unplanned(), IsEmpty());
   EXPECT_THAT(runs->States(), IsEmpty());
   EXPECT_EQ(runs->State(task), kNothing);
-  EXPECT_EQ(runs->NextWake(), kNothing);
   EXPECT_TRUE(runs->Finish(EndOf(run.id, 1, kFailed, 2, {Row("i:2")})));
-  EXPECT_EQ(runs->Claim(At(99), 7), kNothing);
+  EXPECT_EQ(runs->NextWake(), At(3));
+  EXPECT_EQ(runs->Claim(At(3), 7), Begun(waiting, At(3), 7)) << "to end with the reason";
   EXPECT_THAT(runs->Ledger(task), IsEmpty());
   EXPECT_EQ(runs->History(task).size(), 2U);
 }

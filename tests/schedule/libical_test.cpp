@@ -21,10 +21,11 @@ struct Rule {
   local_days origin;
 };
 
-std::string DayPart(const DayChoice& day) {
+std::string DayPart(const DayChoice& day, ShortMonth short_month) {
   const std::string last = ";BYSETPOS=-1";
   if (!day.use_relative_day) {
-    if (day.day_of_month <= 28) return ";BYMONTHDAY=" + std::to_string(day.day_of_month);
+    if (day.day_of_month <= 28 || short_month == ShortMonth::kSkip)
+      return ";BYMONTHDAY=" + std::to_string(day.day_of_month);
     std::string part = ";BYMONTHDAY=28";
     for (int n = 29; n <= day.day_of_month; ++n) part += "," + std::to_string(n);
     return part + last;
@@ -38,6 +39,7 @@ std::string DayPart(const DayChoice& day) {
 
 struct RuleOf {
   local_days start;
+  ShortMonth short_month;
 
   Rule operator()(const std::monostate&) const { return {}; }
   Rule operator()(const DailyRecord& r) const {
@@ -53,11 +55,11 @@ struct RuleOf {
   }
   Rule operator()(const MonthlyRecord& r) const {
     const year_month_day date{start};
-    return {"FREQ=MONTHLY;INTERVAL=" + std::to_string(r.every_n_months) + DayPart(r.day),
+    return {"FREQ=MONTHLY;INTERVAL=" + std::to_string(r.every_n_months) + DayPart(r.day, short_month),
             local_days{date.year() / date.month() / 1}};
   }
   Rule operator()(const YearlyRecord& r) const {
-    return {"FREQ=YEARLY;BYMONTH=" + std::to_string(r.month) + DayPart(r.day),
+    return {"FREQ=YEARLY;BYMONTH=" + std::to_string(r.month) + DayPart(r.day, short_month),
             local_days{year_month_day{start}.year() / 1 / 1}};
   }
 };
@@ -88,7 +90,8 @@ TEST(Schedule, RunsOnTheDaysOfRecurrenceRules) {
   for (int number = 0; number < 1000; ++number) {
     const PatternRecord pattern = AnyPattern(random);
     const local_days start = Day("1995-01-01") + days{random() % 20'000};
-    const Rule rule = std::visit(RuleOf{start}, pattern);
+    const ShortMonth short_month = random() % 2 == 0 ? ShortMonth::kLast : ShortMonth::kSkip;
+    const Rule rule = std::visit(RuleOf{start, short_month}, pattern);
     constexpr int kIntervals[] = {90, 300, 780, 1439, 1440, 1441, 1500, 2880, 2940, 4321, 10'080, 60'000};
     const std::chrono::minutes interval{kIntervals[random() % std::size(kIntervals)]};
     std::vector<DateTime> at_time, ticks;
@@ -98,8 +101,9 @@ TEST(Schedule, RunsOnTheDaysOfRecurrenceRules) {
       while (tick < day) tick += interval;
       for (; tick < day + days{1}; tick += interval) ticks.push_back(tick);
     }
-    const Schedule schedule(AtTime(pattern), start);
-    const Schedule ticking(Every(static_cast<std::int32_t>(interval.count()), 1, pattern), start);
+    const Schedule schedule(AtTime(pattern), start, short_month);
+    const Schedule ticking(Every(static_cast<std::int32_t>(interval.count()), 1, pattern), start,
+                           short_month);
     EXPECT_EQ(schedule.Next(DateTime::min()).has_value(), !at_time.empty()) << rule.text;
     EXPECT_EQ(WrongRun(schedule, at_time), "") << rule.text << " from " << Text(DateTime{start});
     EXPECT_EQ(WrongRun(ticking, ticks), "") << rule.text << " ticks " << interval.count() << " minutes";

@@ -15,6 +15,7 @@ using time_kind::kEveryNHours;
 using time_kind::kEveryNMinutes;
 
 constexpr DateTime kEarliest = DateTime::min();
+constexpr ShortMonth kSkip = ShortMonth::kSkip;
 const DailyRecord kDaily{1, false};
 
 // What recurrence rules cannot say: moved days, unset and unused values, seconds, long ticks.
@@ -25,6 +26,7 @@ TEST(Schedule, RunsAsTheRecordSays) {
     const char* start;
     RecurrenceRecord record;
     std::string runs;  // the first ones; for a moved one the wanted day
+    ShortMonth short_month = ShortMonth::kLast;
   } cases[] = {
       {"2026-02-27", AtTime(DailyRecord{3}, "23:59:59"), "2026-02-27 23:59:59, 2026-03-02 23:59:59"},
       {"2026-02-28", AtTime(DailyRecord{}), "2026-02-28 08:00, 2026-03-01 08:00"},
@@ -36,9 +38,14 @@ TEST(Schedule, RunsAsTheRecordSays) {
       {"1899-03-01", AtTime(YearlyRecord{2, OnDay(29)}), "1900-02-28 08:00 for 29, 1901-02-28 08:00 for 29"},
       {"2026-03-01", Every(48, kEveryNHours, mondays), "2026-03-09 00:00, 2026-03-23 00:00"},
       {"2026-03-01", Every(0, kEveryNMinutes, YearlyRecord{}), "2027-01-01 00:00, 2027-01-01 00:01"},
+      {"2026-01-31", AtTime(MonthlyRecord{1, OnDay(31)}), "2026-01-31 08:00, 2026-03-31 08:00", kSkip},
+      {"2026-02-01", AtTime(MonthlyRecord{2, OnDay(31)}), "2026-08-31 08:00, 2026-10-31 08:00", kSkip},
+      {"1896-02-29", AtTime(YearlyRecord{2, OnDay(29)}), "1896-02-29 08:00, 1904-02-29 08:00", kSkip},
+      {"2000-02-01", AtTime(MonthlyRecord{300, OnDay(29)}), "2000-02-29 08:00, 2400-02-29 08:00", kSkip},
+      {"2026-02-01", AtTime(MonthlyRecord{1, OnThe(4, 6)}), "2026-02-27 08:00, 2026-03-27 08:00", kSkip},
   };
   for (const auto& c : cases) {
-    const Schedule schedule(c.record, Day(c.start));
+    const Schedule schedule(c.record, Day(c.start), c.short_month);
     std::vector<DateTime> runs;
     std::string text;
     for (DateTime at = kEarliest; text.size() < c.runs.size(); at = runs.back()) {
@@ -75,6 +82,12 @@ TEST(Schedule, NeverRuns) {
     EXPECT_FALSE(schedule.Next(kEarliest) || schedule.Previous(DateTime::max()) || schedule.IsRun(start) ||
                  schedule.MovedFrom(Day("2026-04-30")))
         << "record " << &record - records.data();
+  }
+  for (const PatternRecord& pattern : std::initializer_list<PatternRecord>{
+           YearlyRecord{2, OnDay(30)}, YearlyRecord{4, OnDay(31)}, MonthlyRecord{12, OnDay(30)},
+           MonthlyRecord{48, OnDay(29)}, MonthlyRecord{65'546 * 12, OnDay(29)}}) {
+    const Schedule schedule(AtTime(pattern), Day("2026-02-07"), kSkip);
+    EXPECT_FALSE(schedule.Next(kEarliest) || schedule.Previous(DateTime::max()));
   }
 }
 

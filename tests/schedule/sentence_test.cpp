@@ -15,6 +15,7 @@ using namespace std::chrono_literals;
 using std::chrono::local_days;
 
 constexpr local_days kStart{2026y / 1 / 5};
+constexpr ShortMonth kSkip = ShortMonth::kSkip;
 
 // Weeks and a week's days as 0 and 1, Sunday first.
 WeeklyRecord Weekly(int weeks, const std::string& days) {
@@ -23,8 +24,10 @@ WeeklyRecord Weekly(int weeks, const std::string& days) {
   return record;
 }
 
-Outlook UtcOutlook(const RecurrenceRecord& record, local_days start, DateTime now) {
-  return OutlookOf(record, start, *Zone::Named("UTC"), std::chrono::sys_seconds{now.time_since_epoch()});
+Outlook UtcOutlook(const RecurrenceRecord& record, local_days start, DateTime now,
+                   ShortMonth short_month = ShortMonth::kLast) {
+  return OutlookOf(record, start, short_month, *Zone::Named("UTC"),
+                   std::chrono::sys_seconds{now.time_since_epoch()});
 }
 
 // From the start on.
@@ -51,6 +54,7 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
     PatternRecord pattern;
     std::string key;
     std::vector<std::string> parameters;
+    ShortMonth short_month = ShortMonth::kLast;
   } cases[] = {
       {DailyRecord{}, "daily.day", {}},
       {DailyRecord{1'000'000}, "daily.days", {"1000000"}},
@@ -74,11 +78,16 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
       {MonthlyRecord{1, OnDay(29)}, "monthly.monthOrLastDay", {"29"}},
       {MonthlyRecord{6, OnDay(28)}, "monthly.months", {"6", "28"}},
       {MonthlyRecord{6, OnDay(29)}, "monthly.monthsOrLastDay", {"6", "29"}},
+      {MonthlyRecord{1, OnDay(28)}, "monthly.month", {"28"}, kSkip},
+      {MonthlyRecord{1, OnDay(29)}, "monthly.monthIfLong", {"29"}, kSkip},
+      {MonthlyRecord{6, OnDay(28)}, "monthly.months", {"6", "28"}, kSkip},
+      {MonthlyRecord{6, OnDay(29)}, "monthly.monthsIfLong", {"6", "29"}, kSkip},
       {MonthlyRecord{1, OnThe(0, 2)}, "monthly.monthRelative", {first}},
       {MonthlyRecord{2, OnThe(0, 0)}, "monthly.monthsRelative", {"2", "[schedule.relative.first.sunday]"}},
       {YearlyRecord{0, OnDay(0)}, "yearly.date", {BracketedText("schedule.date.january", {one})}},
       {YearlyRecord{12, OnDay(31)}, "yearly.date", {"[schedule.date.december:31]"}},
       {YearlyRecord{2, OnDay(29)}, "yearly.leapDay", {}},
+      {YearlyRecord{2, OnDay(29)}, "yearly.leapDayOnly", {}, kSkip},
       {YearlyRecord{2, OnDay(30)}, "yearly.relative", {last, "[schedule.ofMonth.february]"}},
       {YearlyRecord{4, OnDay(31)}, "yearly.relative", {last, "[schedule.ofMonth.april]"}},
       {YearlyRecord{10, OnThe(0, 2)}, "yearly.relative", {first, "[schedule.ofMonth.october]"}}};
@@ -95,14 +104,14 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
                {time_kind::kEveryNHours, 12, ".hours", {"12"}},
                {time_kind::kEveryNHours, 13, ".hoursFrom", {"13", DateId(kStart), "00:00"}},
                {time_kind::kEveryNHours, 24, ".at", {"00:00"}}};
-  for (const auto& [pattern, pattern_key, parameters] : cases) {
+  for (const auto& [pattern, pattern_key, parameters, short_month] : cases) {
     for (const auto& [kind, interval, time_key, parameter] : times) {
       auto all = parameters;
       all.insert(all.end(), parameter.begin(), parameter.end());
       RecurrenceRecord record = AtTime(pattern);
       record.time_kind = kind;
       record.interval = interval;
-      const Outlook outlook = UtcOutlook(record, kStart, kStart);
+      const Outlook outlook = UtcOutlook(record, kStart, kStart, short_month);
       EXPECT_EQ(InWords(record, outlook, TextTable::Ids()).sentence,
                 BracketedText("schedule." + pattern_key + time_key, all));
     }
@@ -161,9 +170,11 @@ TEST(ScheduleSentence, SaysWhatTheEngineRuns) {
         Every(kIntervals[random() % std::size(kIntervals)], kind, AnyPattern(random));
     const local_days start = Day("1500-01-01") + std::chrono::days{random() % 220'000};
     const DateTime now = Day(random() % 4 == 0 ? "1500-01-01" : "2026-02-27") + 10h;
-    const Schedule schedule(record, start), midnights(AtTime(record.pattern, "00:00"), start),
+    const ShortMonth short_month = random() % 2 == 0 ? kSkip : ShortMonth::kLast;
+    const Schedule schedule(record, start, short_month),
+        midnights(AtTime(record.pattern, "00:00"), start, short_month),
         ticks(Every(record.interval, kind, DailyRecord{1}), start);
-    const Outlook outlook = UtcOutlook(record, start, now);
+    const Outlook outlook = UtcOutlook(record, start, now, short_month);
     const ScheduleWords words = InWords(record, outlook, ids);
     const std::string trace = words.sentence + " at " + Text(now);
     const auto next = schedule.Next(now), previous = schedule.Previous(now + 1s);
@@ -205,6 +216,7 @@ TEST(ScheduleSentence, ReadsWell) {
     RecurrenceRecord record;
     std::string en, fr;  // ~ for a no-break space
     local_days start = kStart;
+    ShortMonth short_month = ShortMonth::kLast;
   } cases[] = {
       {hours(36, Weekly(1, "0100000")),
        "Every 36 hours, counted from 5 January 2026 at 00:00, but only on Monday",
@@ -220,11 +232,17 @@ TEST(ScheduleSentence, ReadsWell) {
        "Every year on 1 January, at 08:00. Starts on 6 March 2027, with the first run on 1 January 2028",
        "Tous les ans, le 1er~janvier, à 08:00. Commence le 6~mars 2027, première exécution le 1er~janvier "
        "2028",
-       local_days{2027y / 3 / 6}}};
+       local_days{2027y / 3 / 6}},
+      {hours(36, MonthlyRecord{2, OnDay(31)}),
+       "Every 36 hours, counted from 5 January 2026 at 00:00, but only one month in 2, on day 31 if the month "
+       "has one",
+       "Toutes les 36~heures, comptées à partir du 5~janvier 2026 à 00:00, mais seulement un mois sur 2, le "
+       "31 s’il existe",
+       kStart, kSkip}};
   for (const char* code : {"en", "fr"}) {
     const TextTable texts = LoadLanguage(code);
     for (const auto& c : cases) {
-      const Outlook outlook = UtcOutlook(c.record, c.start, Time("2026-02-27"));
+      const Outlook outlook = UtcOutlook(c.record, c.start, Time("2026-02-27"), c.short_month);
       std::string line = OneLine(InWords(c.record, outlook, texts), texts);
       for (auto at = line.find(kNoBreak); at != std::string::npos; at = line.find(kNoBreak))
         line.replace(at, std::string_view(kNoBreak).size(), "~");

@@ -223,7 +223,7 @@ TEST(ScriptLanguage, PrintsTheNextRuns) {
        "task set Recurrence.Interval 30\n" +
            daily,
        {R"({"sentence": "[schedule.daily.day.minutes:30]",
-            "runs": [{"at": "2026-10-25T03:00:00+01:00"}]})"}},
+            "runs": [{"at": "2026-10-25T02:30:00+01:00"}]})"}},
   });
   setenv("TZ", "America/St_Johns", 1);
   Check({{"west of Greenwich",

@@ -189,7 +189,6 @@ std::vector<Operation> Operations() {
           {"finish a run", Fill, With<SqliteRunStore>(finish)},
           {"write the ledger", Fill, With<SqliteRunStore>(write)},
           {"move a cursor", Fill, With<SqliteRunStore>(plan)},
-          {"pause everything", Fill, With<SqliteRunStore>([](auto& r) { r.SetPauseOfAll(Pause{}); })},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
           {"read tags", Fill, With<SqliteUsersAndTags>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
 }

@@ -1,0 +1,117 @@
+#include "manager_scene.h"
+
+#include <plovix/standalone/schedule/outlook.h>
+#include <plovix/standalone/text/iso_time.h>
+
+#include "offset_text.h"
+#include "words.h"
+
+namespace plovix::script {
+namespace {
+
+constexpr std::string_view kPerson = "script";
+
+}  // namespace
+
+ManagerScene::ManagerScene(TaskStorage& storage, HostState& state)
+    : tasks_(storage),
+      state_(state),
+      runs_(storage),
+      records_(*state.data),
+      ports_{.tasks = storage, .runs = runs_, .launcher = launcher_, .records = records_} {}
+
+Instant ManagerScene::Now() const {
+  return InstantOf(state_.clock, state_.clock_offset, zone_);
+}
+
+Instant ManagerScene::InstantAt(const ClockTimeWord& word) const {
+  return word.offset ? Instant{word.wall.time_since_epoch() - *word.offset} : zone_.At(word.wall).at;
+}
+
+void ManagerScene::SetNow(Instant now) {
+  state_.clock = [stopped = zone_.WallAt(now)] { return stopped; };
+  state_.clock_offset = zone_.PeriodAt(now).offset;
+}
+
+void ManagerScene::CheckFuture(Instant until) const {
+  if (until < Now()) throw LineError("the manager cannot go back in time; host now sets the clock");
+}
+
+void ManagerScene::Advance(Instant until) {
+  CheckFuture(until);
+  if (!LiveUntil(until)) manager_.reset();
+  SetNow(until);
+}
+
+bool ManagerScene::LiveUntil(Instant until) {
+  if (!manager_) {
+    launcher_.ForgetRunning();
+    manager_ = std::make_unique<Manager>(ports_, zone_, Manager::Settings{.number = ++managers_});
+  }
+  try {
+    for (Instant at = Now();;) {
+      launcher_.now = at;
+      const auto wake = manager_->Step(at);
+      if (!wake || *wake > until) return true;
+      at = std::max(*wake, at + std::chrono::seconds{1});
+    }
+  } catch (const ManagerCrash&) {
+    return false;
+  }
+}
+
+void ManagerScene::Down(Instant until) {
+  CheckFuture(until);
+  if (manager_) manager_->Stop(Now());
+  manager_.reset();
+  SetNow(until);
+}
+
+void ManagerScene::Start(std::int64_t task, RunOrigin origin, std::vector<std::string> keys) {
+  RunRecord run;
+  run.task = task;
+  run.origin = origin;
+  run.not_before = Now();
+  run.person = kPerson;
+  run.keys = std::move(keys);
+  (void)runs_.Request(std::move(run));
+}
+
+// A run that no manager looks after is closed here.
+void ManagerScene::Cancel(std::int64_t id) {
+  if (!runs_.Cancel(id, Now(), "cancelled"))
+    throw LineError("there is no run " + std::to_string(id) + " to stop");
+  if (manager_) {
+    launcher_.now = Now();
+    if (!LiveUntil(Now())) manager_.reset();
+    return;
+  }
+  const auto run = runs_.Run(id);
+  if (run->IsOver()) return;
+  RunEnd end;
+  end.run = id;
+  end.epoch = run->epoch;
+  end.state = RunState::kCancelled;
+  end.at = Now();
+  end.reason = run->reason;
+  end.records = run->records;
+  (void)runs_.Finish(end);
+}
+
+// What came due in a pause gets its row before the pause ends.
+void ManagerScene::SetPaused(std::optional<std::int64_t> task, bool paused) {
+  const auto pause = paused ? std::optional(Pause{std::string(kPerson), "", Now()}) : std::nullopt;
+  if (task) {
+    if (!paused) PlanNow(ports_, zone_, *task, Now());
+    return runs_.SetPause(*task, pause);
+  }
+  if (!paused)
+    for (const TaskState& state : runs_.States()) PlanNow(ports_, zone_, state.task, Now());
+  runs_.SetPauseOfAll(pause);
+}
+
+std::string ManagerScene::TimeText(Instant at) const {
+  return IsoDateTime(zone_.WallAt(at)) + OffsetText(zone_.PeriodAt(at).offset);
+}
+
+}  // namespace plovix::script

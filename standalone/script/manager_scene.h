@@ -1,0 +1,58 @@
+// The automation manager of a script: it lives on the host's clock, its actions are recorded instead of
+// executed, and the records of the script's data objects stand in a database in memory.
+#pragma once
+
+#include <plovix/standalone/data/memory_records.h>
+#include <plovix/standalone/objects/host_state.h>
+#include <plovix/standalone/runs/manager.h>
+#include <plovix/standalone/runs/memory_run_store.h>
+
+#include "recorded_launcher.h"
+#include "words.h"
+
+namespace plovix::script {
+
+class ManagerScene {
+ public:
+  // `storage` and `state` outlive the scene.
+  ManagerScene(TaskStorage& storage, HostState& state);
+
+  // A manager lives from the host's now until `until`, which becomes the host's now. A LineError for the
+  // past.
+  void Advance(Instant until);
+  // The manager is stopped, and time goes on without one.
+  void Down(Instant until);
+  [[nodiscard]] Instant InstantAt(const ClockTimeWord& word) const;
+  [[nodiscard]] Instant Now() const;
+
+  // What a person asks for; the task exists.
+  void Start(std::int64_t task, RunOrigin origin, std::vector<std::string> keys);
+  // A LineError for a run that is not there or over.
+  void Cancel(std::int64_t run);
+  // `task`: nothing means everything.
+  void SetPaused(std::optional<std::int64_t> task, bool paused);
+
+  [[nodiscard]] RunStore& Runs() noexcept { return runs_; }
+  [[nodiscard]] MemoryRecords& Records() noexcept { return records_; }
+  [[nodiscard]] RecordedLauncher& Actions() noexcept { return launcher_; }
+  // With its offset from UTC, as `runs` prints it.
+  [[nodiscard]] std::string TimeText(Instant at) const;
+
+ private:
+  // False if the manager crashed.
+  bool LiveUntil(Instant until);
+  void SetNow(Instant now);
+  void CheckFuture(Instant until) const;
+
+  TaskStorage& tasks_;
+  HostState& state_;
+  Zone zone_ = Zone::Local();
+  MemoryRunStore runs_;
+  MemoryRecords records_;
+  RecordedLauncher launcher_;
+  ManagerPorts ports_;
+  std::unique_ptr<Manager> manager_;
+  std::int64_t managers_ = 0;
+};
+
+}  // namespace plovix::script
