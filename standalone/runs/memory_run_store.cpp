@@ -88,6 +88,11 @@ void MemoryRunStore::Put(const RunRecord& run) {
   }
 }
 
+void MemoryRunStore::Put(std::int64_t task, const std::vector<LedgerRow>& rows) {
+  if (!states_.contains(task)) return;
+  for (const LedgerRow& row : rows) ledger_[task][row.record] = row;
+}
+
 bool MemoryRunStore::MoveCursor(const CursorMove& move) {
   TaskState& state = StateOf(move.task);
   if (state.next_due != move.from) return false;
@@ -143,10 +148,10 @@ bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
 
 std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager) {
   const RunRecord* first = nullptr;
-  for (const auto& [id, run] : runs_) {
+  for (const std::int64_t id : open_) {
+    const RunRecord& run = runs_.at(id);
     if (run.state != RunState::kWaiting || run.not_before > now) continue;
-    if (!states_.contains(run.task) || !MayBegin(run, states_.at(run.task), all_paused_.has_value()))
-      continue;
+    if (!MayBegin(run, Known(run.task), all_paused_.has_value())) continue;
     if (first == nullptr || run.not_before < first->not_before) first = &run;
   }
   if (first == nullptr) return std::nullopt;
@@ -166,7 +171,7 @@ bool MemoryRunStore::Finish(const RunEnd& end) {
   run.id = end.run;
   run.epoch = end.epoch;
   if (!IsOwner(run)) return false;
-  for (const LedgerRow& row : end.rows) ledger_[runs_.at(end.run).task][row.record] = row;
+  Put(runs_.at(end.run).task, end.rows);
   Put(Ended(runs_.at(end.run), end));
   return true;
 }
@@ -214,7 +219,7 @@ std::optional<LedgerRow> MemoryRunStore::LedgerOf(std::int64_t task, const std::
 
 bool MemoryRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
   if (!IsOwner(run)) return false;
-  for (const LedgerRow& row : rows) ledger_[run.task][row.record] = row;
+  Put(run.task, rows);
   return true;
 }
 

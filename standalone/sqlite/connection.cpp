@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <limits>
+#include <random>
 #include <thread>
 #include <utility>
 
@@ -20,6 +21,9 @@ constexpr int kPrimaryCode = 0xFF;  // the rest of an extended code says where i
 
 // A running statement checks after this many steps whether its time is over.
 constexpr int kStepsBetween = 100;
+
+// Between two attempts to get a lock that another connection holds.
+constexpr std::chrono::microseconds kShortestPause{100}, kLongestPause{1500};
 
 struct FileProblem {
   int number;
@@ -132,7 +136,11 @@ void Connection::Close::operator()(sqlite3* database) const noexcept {
 
 Connection::Connection(const std::string& path, std::chrono::milliseconds patience, Access access,
                        std::string_view what)
-    : path_(RealPath(path, what)), what_(what), patience_(patience), access_(access) {
+    : path_(RealPath(path, what)),
+      what_(what),
+      patience_(patience),
+      access_(access),
+      pauses_(static_cast<unsigned>(std::chrono::steady_clock::now().time_since_epoch().count())) {
   CheckLength(path_);
   CheckPath(path_, access_, what_);
   if (access_ == Access::kReadWrite) MakePrivateFile(path_);
@@ -155,9 +163,26 @@ Connection::Handle Connection::OpenAs(const std::string& name, int flags) const 
   Handle handle(opened);
   if (opened == nullptr) throw std::bad_alloc();
   if (code != SQLITE_OK) Fail(opened);
-  sqlite3_busy_timeout(opened, static_cast<int>(patience_.count()));
+  BePatient(opened);
   Harden(opened, access_);
   return handle;
+}
+
+void Connection::BePatient(sqlite3* database) const {
+  auto* self = const_cast<Connection*>(this);  // NOLINT(cppcoreguidelines-pro-type-const-cast): C's way
+  sqlite3_busy_handler(database, &Connection::WaitForOthers, self);
+}
+
+// The database's own way of waiting sleeps longer after each attempt, so that under steady load one writer
+// keeps getting the lock and the others wait for seconds.
+int Connection::WaitForOthers(void* connection, int attempts) noexcept {
+  auto* self = static_cast<Connection*>(connection);
+  const auto now = std::chrono::steady_clock::now();
+  if (attempts == 0) self->waits_until_ = now + self->patience_;
+  if (now >= self->waits_until_) return 0;
+  std::uniform_int_distribution pause(kShortestPause.count(), kLongestPause.count());
+  std::this_thread::sleep_for(std::chrono::microseconds(pause(self->pauses_)));
+  return 1;
 }
 
 // For a file whose changes go through a log, even a reader would create the log and the shared memory, which
@@ -279,7 +304,7 @@ bool Connection::EmptyLog() {
   sqlite3_busy_timeout(handle_.get(), 0);
   const int code =
       sqlite3_wal_checkpoint_v2(handle_.get(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
-  sqlite3_busy_timeout(handle_.get(), static_cast<int>(patience_.count()));
+  BePatient(handle_.get());
   return code == SQLITE_OK;
 }
 

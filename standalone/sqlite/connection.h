@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -89,6 +90,7 @@ class Connection final {
   using Handle = std::unique_ptr<sqlite3, Close>;
 
   [[nodiscard]] Handle OpenAs(const std::string& name, int flags) const;
+  void BePatient(sqlite3* database) const;
   void Open() const;
   void OpenAgainIfChanged() const;
   void CheckUnchanged() const;
@@ -106,12 +108,15 @@ class Connection final {
   [[noreturn]] void Fail(sqlite3* database) const;
 
   static int IsOver(void* connection) noexcept;
+  static int WaitForOthers(void* connection, int attempts) noexcept;
 
   std::string path_, what_;
   std::chrono::milliseconds patience_;
   Access access_;
   std::unique_ptr<StatementGuard> guard_;  // outlives the handle
   std::function<bool()> is_over_;
+  std::chrono::steady_clock::time_point waits_until_;
+  std::minstd_rand pauses_;  // differ from connection to connection
   mutable Handle handle_;
   mutable std::optional<FileState> unlocked_;  // the state of a file that is read without locks
   FilesInPlace files_;                         // as opened; no log before PrepareForWriting

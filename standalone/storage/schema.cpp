@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <mutex>
+#include <set>
 #include <string>
 
 namespace plovix {
@@ -101,12 +104,99 @@ constexpr std::array kAccounts{
          PRIMARY KEY (Tag, Language)) WITHOUT ROWID)",
 };
 
-constexpr std::array<MigrationStep, 3> kSteps{kTables, kSchedules, kAccounts};
+// What the automation manager keeps. Instants are seconds since 1970. A task without a row of states has the
+// defaults; runs stay when their task goes, as its history. The indexes make each question of a manager a
+// look-up, whatever the number of tasks and of runs that are over.
+constexpr std::array kRuns{
+    "ALTER TABLE VeloAutoTasks ADD COLUMN PlannedVersion INTEGER NOT NULL DEFAULT 0",
+    "CREATE INDEX VeloAutoTasksUnplanned ON VeloAutoTasks (Id) WHERE PlannedVersion <> Version",
+    R"(CREATE TABLE VeloAutoTaskStates (
+         TaskId INTEGER PRIMARY KEY REFERENCES VeloAutoTasks (Id) ON DELETE CASCADE,
+         Schedule TEXT NOT NULL,
+         NextDue INTEGER,
+         Planned INTEGER,
+         PausedRow INTEGER NOT NULL,
+         RunningRun INTEGER NOT NULL,
+         Retrying INTEGER NOT NULL,
+         Queued INTEGER NOT NULL,
+         Missed TEXT NOT NULL,
+         MissedCount INTEGER NOT NULL,
+         Overlap TEXT NOT NULL,
+         Retries INTEGER NOT NULL,
+         Interrupted TEXT NOT NULL,
+         ShortMonth TEXT NOT NULL,
+         TimeLimit INTEGER NOT NULL,
+         PausedSince INTEGER,
+         PausedBy TEXT,
+         PauseReason TEXT))",
+    "CREATE INDEX VeloAutoTaskStatesDue ON VeloAutoTaskStates (NextDue) WHERE NextDue IS NOT NULL",
+    R"(CREATE TABLE VeloRuns (
+         Id INTEGER PRIMARY KEY AUTOINCREMENT,
+         TaskId INTEGER NOT NULL,
+         Due INTEGER,
+         Origin TEXT NOT NULL,
+         State TEXT NOT NULL,
+         NotBefore INTEGER NOT NULL,
+         Attempt INTEGER NOT NULL,
+         Failures INTEGER NOT NULL,
+         Repeats INTEGER NOT NULL,
+         Epoch INTEGER NOT NULL,
+         Manager INTEGER NOT NULL,
+         Started INTEGER,
+         Ended INTEGER,
+         Reason TEXT NOT NULL,
+         Person TEXT NOT NULL,
+         Keys TEXT NOT NULL,
+         Cancel INTEGER NOT NULL,
+         Found INTEGER NOT NULL,
+         Done INTEGER NOT NULL,
+         Failed INTEGER NOT NULL,
+         Skipped INTEGER NOT NULL,
+         MissedFrom INTEGER,
+         MissedTo INTEGER,
+         MissedCount INTEGER,
+         Planned TEXT NOT NULL))",
+    "CREATE UNIQUE INDEX VeloRunsOccurrence ON VeloRuns (TaskId, Due) "
+    "WHERE Due IS NOT NULL AND State <> 'missed'",
+    "CREATE INDEX VeloRunsOfTask ON VeloRuns (TaskId)",
+    "CREATE INDEX VeloRunsToBegin ON VeloRuns (NotBefore, Id, TaskId, Origin, Attempt) WHERE State = 'waiting'",
+    "CREATE INDEX VeloRunsWaiting ON VeloRuns (TaskId, Origin, Attempt) WHERE State = 'waiting'",
+    "CREATE INDEX VeloRunsRunning ON VeloRuns (Manager, Cancel) WHERE State = 'running'",
+    R"(CREATE TABLE VeloLedger (
+         TaskId INTEGER NOT NULL REFERENCES VeloAutoTasks (Id) ON DELETE CASCADE,
+         Record TEXT NOT NULL,
+         State TEXT NOT NULL,
+         Fingerprint TEXT NOT NULL,
+         RunId INTEGER NOT NULL,
+         Reason TEXT NOT NULL,
+         PRIMARY KEY (TaskId, Record)) WITHOUT ROWID)",
+    R"(CREATE TABLE VeloFileSettings (
+         Id INTEGER PRIMARY KEY CHECK (Id = 1),
+         FileId TEXT NOT NULL,
+         Zone TEXT NOT NULL,
+         LastManager INTEGER NOT NULL,
+         PausedSince INTEGER,
+         PausedBy TEXT,
+         PauseReason TEXT))",
+    "INSERT INTO VeloFileSettings VALUES (1, lower(hex(randomblob(16))), '', 0, NULL, NULL, NULL)",
+};
+
+constexpr std::array<MigrationStep, 4> kSteps{kTables, kSchedules, kAccounts, kRuns};
+
+// Kept, because making them takes longer than the rest of opening a file.
+const std::set<SchemaObject>& ObjectsOf(int version) {
+  static std::mutex lock;
+  static std::map<int, std::set<SchemaObject>> made;
+  const std::scoped_lock locked(lock);
+  const auto [found, is_new] = made.try_emplace(version);
+  if (is_new) found->second = SchemaObjectsMadeBy(MigrationSteps().first(static_cast<std::size_t>(version)));
+  return found->second;
+}
 
 // With missing, changed or replaced tables, any statement could fail or return false data; triggers would act
 // behind all of them. Additional tables and indexes are up to their owner.
 void CheckSchema(const Connection& connection, int version) {
-  const auto expected = SchemaObjectsMadeBy(MigrationSteps().first(static_cast<std::size_t>(version)));
+  const auto& expected = ObjectsOf(version);
   const auto found = SchemaObjects(connection);
   const auto refuse = [&](const SchemaObject& object, const std::string& problem) {
     connection.Refuse(failure_number::kInvalidFormat, "the file is damaged: the " + object.type + " \"" +

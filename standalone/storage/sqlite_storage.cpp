@@ -12,37 +12,16 @@
 namespace plovix {
 namespace {
 
-template <class Columns>
-std::string Select(std::string columns, const Columns& more, std::string_view rest) {
-  for (const auto& column : more) columns.append(", ").append(column.name);
-  return "SELECT " + columns + " FROM " + std::string(rest);
-}
-
 std::string SelectTasks(std::string_view rest) {
-  return Select("Id, Version", TaskColumns(), "VeloAutoTasks " + std::string(rest));
+  return SelectColumns("Id, Version", TaskColumns(), "VeloAutoTasks " + std::string(rest));
 }
 
 std::string SelectSchedules(std::string_view rest) {
-  return Select("TaskId", ScheduleColumns(), "VeloAutoTaskSchedules " + std::string(rest));
+  return SelectColumns("TaskId", ScheduleColumns(), "VeloAutoTaskSchedules " + std::string(rest));
 }
 
 std::string SelectActions(std::string_view rest) {
-  return Select("TaskId", ActionColumns(), "VeloAutoTaskActions " + std::string(rest));
-}
-
-template <class Columns>
-std::string InsertInto(std::string_view table, std::string names, std::string values, const Columns& more) {
-  for (const auto& column : more) {
-    names.append(", ").append(column.name);
-    values += ", ?";
-  }
-  return "INSERT INTO " + std::string(table) + " (" + names + ") VALUES (" + values + ")";
-}
-
-std::string UpdateTask() {
-  std::string sql = "UPDATE VeloAutoTasks SET Version = ?";
-  for (const TaskColumn& column : TaskColumns()) sql.append(", ").append(column.name).append(" = ?");
-  return sql + " WHERE Id = ? AND Version = ?";
+  return SelectColumns("TaskId", ActionColumns(), "VeloAutoTaskActions " + std::string(rest));
 }
 
 // The number of a deleted task is not used again.
@@ -148,8 +127,7 @@ class SqliteStorage::Tables {
   }
 
   void TurnOffClearing(std::int64_t id) {
-    Statement update =
-        Prepare("UPDATE VeloAutoTasks SET ProcessAllRecords = 0, ProcessFailedRecords = 0 WHERE Id = ?");
+    Statement update = Prepare(kTurnOffClearing);
     update.BindInteger(0, id);
     update.Run();
   }
@@ -160,13 +138,6 @@ class SqliteStorage::Tables {
   }
 
  private:
-  // Binds the columns' values from `parameter` on; gives back the number of the next one.
-  template <class Columns, class Record>
-  static int BindColumns(Statement& statement, int parameter, const Columns& columns, const Record& record) {
-    for (const auto& column : columns) column.bind(statement, parameter++, record);
-    return parameter;
-  }
-
   // Reads each row of a statement into the task whose id is in the first column. Rows and tasks are in the
   // order of the tasks' ids.
   static void ReadInto(TasksRead& read, Statement& statement,
@@ -179,18 +150,6 @@ class SqliteStorage::Tables {
     });
   }
 
-  // These read everything that can be read, and return the name of the first unreadable value, or an empty
-  // name.
-  template <class Columns, class Record>
-  static std::string_view ReadColumns(Record& record, const Columns& columns, const Statement& row,
-                                      int index) {
-    std::string_view unreadable;
-    for (const auto& column : columns) {
-      if (!column.read(record, row, index++) && unreadable.empty()) unreadable = column.name;
-    }
-    return unreadable;
-  }
-
   // Id 0 means a task that is not stored.
   static void ReadTask(TasksRead& read, const Statement& row) {
     TaskRecord& task = read.tasks.emplace_back();
@@ -200,6 +159,7 @@ class SqliteStorage::Tables {
     read.Note(task.id, ReadColumns(task, TaskColumns(), row, 2));
   }
 
+  // These return the name of the first unreadable value, or an empty name.
   static std::string_view ReadSchedule(TaskRecord& task, const Statement& row) {
     task.recurrence.emplace();
     return ReadColumns(task, ScheduleColumns(), row, 1);
@@ -219,13 +179,15 @@ class SqliteStorage::Tables {
   Statement one_task_ = Prepare(SelectTasks("WHERE Id = ?"));
   Statement its_schedule_ = Prepare(SelectSchedules("WHERE TaskId = ?"));
   Statement its_actions_ = Prepare(SelectActions("WHERE TaskId = ? ORDER BY Position"));
-  Statement insert_task_ = Prepare(InsertInto("VeloAutoTasks", "Version", "?", TaskColumns()));
-  Statement update_task_ = Prepare(UpdateTask());
+  Statement insert_task_ = Prepare(InsertColumns("INSERT INTO VeloAutoTasks", "Version", "?", TaskColumns()));
+  Statement update_task_ =
+      Prepare(UpdateColumns("VeloAutoTasks", "Version = ?", TaskColumns(), "Id = ? AND Version = ?"));
   Statement delete_task_ = Prepare("DELETE FROM VeloAutoTasks WHERE Id = ?");
-  Statement insert_schedule_ = Prepare(InsertInto("VeloAutoTaskSchedules", "TaskId", "?", ScheduleColumns()));
+  Statement insert_schedule_ =
+      Prepare(InsertColumns("INSERT INTO VeloAutoTaskSchedules", "TaskId", "?", ScheduleColumns()));
   Statement delete_schedule_ = Prepare("DELETE FROM VeloAutoTaskSchedules WHERE TaskId = ?");
   Statement insert_action_ =
-      Prepare(InsertInto("VeloAutoTaskActions", "TaskId, Position", "?, ?", ActionColumns()));
+      Prepare(InsertColumns("INSERT INTO VeloAutoTaskActions", "TaskId, Position", "?, ?", ActionColumns()));
   Statement delete_actions_ = Prepare("DELETE FROM VeloAutoTaskActions WHERE TaskId = ?");
 };
 

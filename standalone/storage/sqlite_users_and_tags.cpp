@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "group_column.h"
+#include "text_list_column.h"
 
 namespace plovix {
 namespace {
@@ -28,7 +28,7 @@ constexpr std::string_view kInsertUser =
 void InsertUser(Statement& insert, const UserRecord& user) {
   insert.BindText(0, user.id);
   insert.BindText(1, user.name);
-  insert.BindText(2, EncodeGroups(user.groups));
+  insert.BindText(2, EncodeTexts({user.groups.begin(), user.groups.end()}));
   int parameter = kFirstFlag;
   for (bool UserRecord::*const flag : kUserFlags) insert.BindInteger(parameter++, user.*flag ? 1 : 0);
   insert.Run();
@@ -40,12 +40,12 @@ std::vector<UserRecord> ReadUsers(const Connection& file) {
     UserRecord& user = users.emplace_back();
     user.id = row.Text(0);
     user.name = row.Text(1);
-    auto groups = DecodeGroups(row.Text(2));
+    const auto groups = DecodeTexts(row.Text(2));
     if (!groups) {
       file.Refuse(failure_number::kInvalidFormat,
                   "the groups of the user \"" + user.id + "\" are unreadable");
     }
-    user.groups = std::move(*groups);
+    user.groups = {groups->begin(), groups->end()};
     int column = kFirstFlag;
     for (bool UserRecord::*const flag : kUserFlags) user.*flag = row.Integer(column++) != 0;
   });

@@ -1,102 +1,17 @@
 #include "task_columns.h"
 
-#include <plovix/base/failure.h>
-#include <plovix/standalone/tasks/category_column.h>
 #include <plovix/standalone/tasks/task_fields.h>
-#include <plovix/standalone/text/iso_time.h>
 
 #include <array>
-#include <chrono>
-#include <map>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
+#include "column_values.h"
 #include "permission_column.h"
-#include "settings_column.h"
 
 namespace plovix {
 namespace {
-
-using std::chrono::local_days;
-
-// Returns the value; fails if it could not be read again.
-template <class Time>
-Time Storable(Time value) {
-  constexpr local_days kFirst{std::chrono::year{0} / 1 / 1};
-  constexpr local_days kBehind{std::chrono::year{10000} / 1 / 1};
-  if (value < kFirst || value >= kBehind) {
-    throw Failure(failure_number::kOverflow, "A date outside the years 0 to 9999 cannot be stored");
-  }
-  return value;
-}
-
-// Values of a field's type, to and from the file.
-struct ToFile {
-  Statement& statement;
-  int parameter;
-  void operator()(const std::string& text) const { statement.BindText(parameter, text); }
-  void operator()(std::integral auto number) const { statement.BindInteger(parameter, number); }
-  void operator()(DateTime value) const { statement.BindText(parameter, IsoDateTime(Storable(value))); }
-  void operator()(const std::vector<CategoryRecord>& categories) const {
-    statement.BindText(parameter, EncodeCategories(categories));
-  }
-  void operator()(const std::map<std::string, std::string>& settings) const {
-    statement.BindText(parameter, EncodeSettings(settings));
-  }
-};
-
-struct FromFile {
-  const Statement& row;
-  int column;
-  bool operator()(std::string& text) const {
-    text = row.Text(column);
-    return true;
-  }
-  bool operator()(bool& flag) const {
-    std::int64_t number = 0;
-    const bool fits = ReadInteger(number, row, column);
-    flag = number != 0;
-    return fits;
-  }
-  template <std::integral Number>
-  bool operator()(Number& number) const {
-    return ReadInteger(number, row, column);
-  }
-  bool operator()(DateTime& date) const {
-    const auto stored = ParseIsoDateTime(row.Text(column));
-    if (stored) date = *stored;
-    return stored.has_value();
-  }
-  bool operator()(std::vector<CategoryRecord>& categories) const {
-    categories = DecodeCategories(row.Text(column));
-    return true;
-  }
-  bool operator()(std::map<std::string, std::string>& settings) const {
-    settings = DecodeSettings(row.Text(column));
-    return true;
-  }
-};
-
-bool IsNull(const Statement& row, int column) {
-  return row.Type(column) == ColumnType::kNull;
-}
-
-// A column for the value that `kLocate` finds in a record; NULL where it finds none.
-template <auto kLocate, class Record = TaskRecord>
-constexpr ColumnOf<Record> Column(std::string_view name) {
-  return {name,
-          [](Statement& statement, int parameter, const Record& record) {
-            const auto* field = kLocate(record);
-            if (field == nullptr) return statement.BindNull(parameter);
-            ToFile{statement, parameter}(*field);
-          },
-          [](Record& record, const Statement& row, int column) {
-            auto* field = kLocate(record);
-            if (field == nullptr || IsNull(row, column)) return field == nullptr && IsNull(row, column);
-            return FromFile{row, column}(*field);
-          }};
-}
 
 // Where the fields of the tables stand in a task, or in an action.
 constexpr auto kInRecord = [](auto& record, auto field) { return &(record.*field); };
@@ -121,10 +36,10 @@ constexpr auto kOfWeek = [](auto& task) {
 
 template <>
 constexpr auto ColumnsOf<kInPattern, &WeeklyRecord::days, TaskRecord>(std::string_view /*name*/) {
-  return std::array{Column<kOfWeek<0>>("Sunday"),   Column<kOfWeek<1>>("Monday"),
-                    Column<kOfWeek<2>>("Tuesday"),  Column<kOfWeek<3>>("Wednesday"),
-                    Column<kOfWeek<4>>("Thursday"), Column<kOfWeek<5>>("Friday"),
-                    Column<kOfWeek<6>>("Saturday")};
+  return std::array{Column<kOfWeek<0>, TaskRecord>("Sunday"),   Column<kOfWeek<1>, TaskRecord>("Monday"),
+                    Column<kOfWeek<2>, TaskRecord>("Tuesday"),  Column<kOfWeek<3>, TaskRecord>("Wednesday"),
+                    Column<kOfWeek<4>, TaskRecord>("Thursday"), Column<kOfWeek<5>, TaskRecord>("Friday"),
+                    Column<kOfWeek<6>, TaskRecord>("Saturday")};
 }
 
 // The columns of all fields of a table.

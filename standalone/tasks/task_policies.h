@@ -1,11 +1,13 @@
 /// @file
-/// What happens with a task's occurrences when something is in their way: the host's own settings, kept beside the
-/// task, so that no page touches them.
+/// What happens with a task's occurrences when something is in their way: the host's own settings, kept
+/// beside the task, so that no page touches them.
 #pragma once
 
 #include <plovix/base/requirements.h>
 
+#include <array>
 #include <chrono>
+#include <string_view>
 
 namespace plovix {
 
@@ -30,6 +32,14 @@ enum class ShortMonth {
   kLast,  ///< the month's last day instead
   kSkip   ///< no run in that month
 };
+
+/// As scripts and files write them, in the order of the enumerations.
+/// @{
+inline constexpr std::array<std::string_view, 3> kMissedPolicyNames{"once", "none", "all"};
+inline constexpr std::array<std::string_view, 2> kOverlapPolicyNames{"skip", "queue"};
+inline constexpr std::array<std::string_view, 2> kInterruptedPolicyNames{"repeat", "leave"};
+inline constexpr std::array<std::string_view, 2> kShortMonthNames{"last", "skip"};
+/// @}
 
 /// The policies of one task. The defaults are those of a task that nobody set any for.
 struct TaskPolicies {

@@ -120,13 +120,26 @@ struct Operation {
   bool is_opening = false;  // in steps: it may be refused behind some that arrived
 };
 
-// With everything in its log, as after a crash.
+constexpr Instant kThen{};
+
+CursorMove MoveOf(std::int64_t task, std::optional<Instant> from, Instant to) {
+  RunRecord run;
+  run.task = task;
+  run.due = to;
+  return {task, from, to, 1, "schedule", to, {run}};
+}
+
+// With everything in its log, as after a crash. Run 1, of task 1, is under way; run 2, of task 2, waits.
 void Fill(const std::string& path) {
   const TempFolder folder;
   SqliteStorage storage(folder / "tasks");
   for (const char* name : {"before", "other"}) storage.Save(WholeTask(name), kNow);
   SqliteUsersAndTags tables(folder / "tasks");  // closed, it would empty the log
   tables.SaveTag({"tag", {{"en", "before"}, {"fr", "avant"}}}, {});
+  SqliteRunStore runs(folder / "tasks");
+  runs.MoveCursor(MoveOf(1, std::nullopt, kThen));
+  (void)runs.Claim(kThen, 1);
+  runs.MoveCursor(MoveOf(2, std::nullopt, kThen));
   CopyWithLog(folder / "tasks", path);
 }
 
@@ -150,6 +163,15 @@ std::vector<Operation> Operations() {
     tables.SaveUsers({FirstAdministrator(), {.id = "u", .name = "User", .groups = {"g", "h"}}},
                      {FirstAdministrator()});
   };
+  const LedgerRow done{"i:1", LedgerState::kDone, "print", 1, ""};
+  const auto claim = [](auto& runs) { EXPECT_EQ(runs.Claim(kThen, 2)->id, 2); };
+  const auto finish = [done](auto& runs) {
+    EXPECT_TRUE(runs.Finish({1, 1, RunState::kPartly, kThen, kThen, "why", 1, 0, {}, {done}, ""}));
+  };
+  const auto write = [done](auto& runs) { EXPECT_TRUE(runs.Write(*runs.Run(1), {done})); };
+  const auto plan = [](auto& runs) {
+    EXPECT_TRUE(runs.MoveCursor(MoveOf(2, kThen, kThen + std::chrono::hours(1))));
+  };
   const auto read_all = [](SqliteStorage& storage) {
     EXPECT_EQ(storage.List().size(), 2U);
     const auto rows = storage.OpenRows("SELECT Name FROM VeloAutoTasks");
@@ -163,6 +185,10 @@ std::vector<Operation> Operations() {
           {"delete a task", Fill, With<SqliteStorage>([](auto& storage) { storage.Delete(1, 1); })},
           {"save the users", Fill, With<SqliteUsersAndTags>(users)},
           {"save a tag", Fill, With<SqliteUsersAndTags>(tag)},
+          {"claim a run", Fill, With<SqliteRunStore>(claim)},
+          {"finish a run", Fill, With<SqliteRunStore>(finish)},
+          {"write the ledger", Fill, With<SqliteRunStore>(write)},
+          {"move a cursor", Fill, With<SqliteRunStore>(plan)},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
           {"read tags", Fill, With<SqliteUsersAndTags>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
 }

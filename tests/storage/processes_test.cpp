@@ -1,5 +1,7 @@
 // What several processes do to one file. The program's main is here: the tests start it once more as the
 // other process.
+#include <plovix/standalone/storage/manager_lock.h>
+
 #include <QCoreApplication>
 #include <QProcess>
 #include <algorithm>
@@ -14,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// This program once more: "save PATH PREFIX COUNT", "stay PATH PREFIX COUNT" or "lock PATH".
+// This program once more: "save PATH PREFIX COUNT", "stay PATH PREFIX COUNT", "lock PATH" or "manage PATH".
 class Process final : public QProcess {
  public:
   explicit Process(const QStringList& words) {
@@ -50,6 +52,21 @@ int LockFile(const std::string& path) {
   const Connection connection(path, kImpatient, Access::kReadWrite);
   connection.Run("BEGIN IMMEDIATE");
   std::cout << "locked" << std::endl;
+  return std::cin.get();
+}
+
+// Runs all that waits, and stays until it is killed. Says which manager it is, then each run and its task.
+int Manage(const std::string& path) {
+  SqliteRunStore runs(path);
+  const ManagerLock lock(runs);
+  std::cout << lock.Number() << std::endl;
+  while (const auto run = runs.Claim({}, lock.Number())) {
+    std::int64_t together = 0;
+    for (const RunRecord& each : runs.History(run->task)) together += each.state == RunState::kRunning;
+    std::cout << run->id << (together == 1 ? "" : " not alone") << std::endl;
+    runs.Finish({run->id, run->epoch, RunState::kSucceeded, {}, {}, "", 0, 0, {}, {}, ""});
+  }
+  std::cout << std::endl;
   return std::cin.get();
 }
 
@@ -173,6 +190,59 @@ TEST(Processes, ThatLockTheFileAreNamedAsTheReason) {
   EXPECT_EQ(storage.Save(task, kNow).version, 2);
 }
 
+TEST(Processes, ThatManageRunOneRunOfATaskAtATimeAndAreDeadOnceTheyAreKilled) {
+  constexpr int kRuns = 60;
+  const auto [folder, path] = OwnTaskFile();
+  SqliteStorage storage(path);
+  SqliteRunStore runs(path);
+  const ManagerLock lock(runs);
+  for (const char* name : {"a", "b"}) storage.Save(WholeTask(name), kNow);
+  std::set<std::string> waiting, done;
+  for (int i = 0; i < kRuns; ++i) {
+    RunRecord run;
+    run.task = 1 + i % 2;
+    run.origin = RunOrigin::kManual;
+    waiting.insert(std::to_string(runs.Request(run).id) + "\n");
+  }
+  std::vector<std::unique_ptr<Process>> processes;
+  std::set<std::int64_t> managers{lock.Number()};
+  for (int i = 0; i < 3; ++i)
+    processes.push_back(std::make_unique<Process>(QStringList{"manage", QString::fromStdString(path)}));
+  for (const auto& process : processes) {
+    const std::int64_t number = std::stoll(process->Line());
+    EXPECT_TRUE(managers.insert(number).second);
+    for (std::string line; (line = process->Line()) != "\n" && !line.empty();)
+      EXPECT_TRUE(done.insert(line).second) << line;
+    for (const std::int64_t each : managers) EXPECT_TRUE(lock.IsAlive(each));
+    process->kill();
+    EXPECT_TRUE(process->Ends());
+    EXPECT_FALSE(lock.IsAlive(number));
+    managers.erase(number);
+  }
+  EXPECT_EQ(done, waiting);
+  ExpectIntact(path);
+}
+
+TEST(Processes, ThatManageNoticeThatTheLockFileIsNotTheirsAndThatNumbersAreTaken) {
+  const auto [folder, path] = OwnTaskFile();
+  SqliteRunStore runs(path);
+  const ManagerLock first(runs);
+  RunSql(path, "UPDATE VeloFileSettings SET LastManager = 0");  // as in a copy that was restored
+  EXPECT_EQ(first.Number(), 1);
+  EXPECT_EQ(ManagerLock(runs).Number(), 2);
+  EXPECT_EQ(fs::status(path + "-lock").permissions(), fs::perms{0600});
+  EXPECT_TRUE(first.StillMine());
+  fs::remove(path + "-lock");
+  EXPECT_FALSE(first.StillMine());
+  const ManagerLock other(runs);
+  EXPECT_FALSE(first.StillMine());
+  EXPECT_TRUE(other.StillMine());
+  fs::remove(path + "-lock");
+  fs::create_symlink(path, path + "-lock");
+  EXPECT_NE(FailureOf([&] { const ManagerLock refused(runs); }).Description().find(path + "-lock: "),
+            std::string::npos);
+}
+
 }  // namespace
 }  // namespace plovix::test
 
@@ -189,6 +259,7 @@ int main(int argc, char** argv) {
     }
   }
   if (argc == 3 && words[1] == "lock") return LockFile(words[2]);
+  if (argc == 3 && words[1] == "manage") return Manage(words[2]);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

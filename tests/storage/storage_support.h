@@ -3,6 +3,7 @@
 
 #include <plovix/standalone/sqlite/connection.h>
 #include <plovix/standalone/storage/schema.h>
+#include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <sqlite3.h>
@@ -71,22 +72,27 @@ inline void ExpectIntact(const std::string& path) {
   EXPECT_EQ(connection.Text("PRAGMA foreign_key_check"), std::nullopt);
 }
 
-// All that a task file holds, through both of its connections.
-using Contents = std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>>;
+// All that a task file holds, through each of its connections; the ledger of the first task.
+using Contents =
+    std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>,
+               std::vector<TaskState>, std::vector<RunRecord>, std::vector<LedgerRow>, std::optional<Pause>>;
 inline Contents ContentsOf(const std::string& path) {
   SqliteUsersAndTags tables(path);
-  return {SqliteStorage(path).List(), tables.Users(), tables.Tags()};
+  SqliteRunStore runs(path);
+  return {SqliteStorage(path).List(), tables.Users(), tables.Tags(),    runs.States(),
+          runs.History(std::nullopt), runs.Ledger(1), runs.PauseOfAll()};
 }
 
 // Makes a task file of an earlier version; gives back the one task in it.
 inline TaskRecord MakeVersion(std::size_t version, const std::string& path) {
   Connection connection(path, kImpatient, Access::kReadWrite);
-  Migrate(connection, MigrationSteps().first(version));
-  connection.PrepareForWriting();
+  Migrate(connection, MigrationSteps().first(1));
   connection.Run(
       "INSERT INTO VeloAutoTasks VALUES (1, 4, '2031-02-03T04:05:06', -2, 0, 'old', '', '', '', '', '', '', "
       "'', '', 1, 0, 0, 0, 0, '1899-12-30T00:00:00', 'q', '')");
   connection.Run("INSERT INTO VeloAutoTaskActions VALUES (1, 1, 'run-sql', 'a', 1, 2, '{}')");
+  Migrate(connection, MigrationSteps().first(version));
+  connection.PrepareForWriting();
   TaskRecord task;
   task.id = 1;
   task.version = 4;

@@ -1,4 +1,4 @@
-#include "group_column.h"
+#include "text_list_column.h"
 
 #include <plovix/standalone/text/json_text.h>
 
@@ -6,22 +6,22 @@
 
 namespace plovix {
 
-std::string EncodeGroups(const std::set<std::string>& groups) {
+std::string EncodeTexts(const std::vector<std::string>& texts) {
   auto array = nlohmann::json::array();
-  for (const std::string& group : groups) array.push_back(ToJsonText(group));
+  for (const std::string& text : texts) array.push_back(ToJsonText(text));
   return array.dump();
 }
 
-std::optional<std::set<std::string>> DecodeGroups(std::string_view column) {
+std::optional<std::vector<std::string>> DecodeTexts(std::string_view column) {
   const auto array =
       IsParsableJson(column) ? nlohmann::json::parse(column, nullptr, false) : nlohmann::json();
   if (!array.is_array()) return std::nullopt;
-  std::set<std::string> groups;
+  std::vector<std::string> texts;
   for (const auto& item : array) {
     if (!item.is_string()) return std::nullopt;
-    groups.insert(FromJsonText(item.get_ref<const std::string&>()));
+    texts.push_back(FromJsonText(item.get_ref<const std::string&>()));
   }
-  return groups;
+  return texts;
 }
 
 }  // namespace plovix

@@ -1,0 +1,215 @@
+#include "run_tables.h"
+
+#include <plovix/standalone/runs/run_rules.h>
+
+#include "column_values.h"
+#include "task_columns.h"
+
+namespace plovix {
+namespace {
+
+// What ClearLedger deletes of the task ?1; ?2: only what failed.
+constexpr std::string_view kCleared = "FROM VeloLedger WHERE TaskId = ?1 AND (?2 = 0 OR State = 'failed')";
+
+}  // namespace
+
+Statement RunTables::SelectRuns(std::string_view rest) const {
+  return Prepare(SelectColumns("Id", RunColumns(), "VeloRuns " + std::string(rest)));
+}
+
+Statement RunTables::SelectStates(std::string_view rest) const {
+  return Prepare(SelectColumns(
+      "t.Id, t.PlannedVersion, s.TaskId", StateColumns(),
+      "VeloAutoTasks t LEFT JOIN VeloAutoTaskStates s ON s.TaskId = t.Id " + std::string(rest)));
+}
+
+Statement RunTables::SelectLedger(std::string_view rest) const {
+  return Prepare(
+      SelectColumns("TaskId", LedgerColumns(), "VeloLedger WHERE TaskId = ? " + std::string(rest)));
+}
+
+void RunTables::CheckReadable(std::string_view unreadable, const std::string& row) const {
+  if (unreadable.empty()) return;
+  file_->Refuse(failure_number::kInvalidFormat, row + " holds an unreadable " + std::string(unreadable));
+}
+
+std::vector<std::int64_t> RunTables::Ids(Statement& statement) {
+  std::vector<std::int64_t> ids;
+  statement.ForEachRow([&](const Statement& row) { ids.push_back(row.Integer(0)); });
+  return ids;
+}
+
+std::vector<TaskState> RunTables::ReadStates(Statement& statement) {
+  std::vector<TaskState> states;
+  statement.ForEachRow([&](const Statement& row) {
+    TaskState& state = states.emplace_back();
+    state.task = row.Integer(0);
+    state.version = row.Integer(1);
+    if (IsNull(row, 2)) return;
+    CheckReadable(ReadColumns(state, StateColumns(), row, 3),
+                  "the state of task " + std::to_string(state.task));
+  });
+  return states;
+}
+
+std::vector<TaskState> RunTables::States() {
+  return ReadStates(all_states_);
+}
+
+std::optional<TaskState> RunTables::State(std::int64_t task) {
+  one_state_.BindInteger(0, task);
+  auto states = ReadStates(one_state_);
+  return states.empty() ? std::nullopt : std::optional(std::move(states.front()));
+}
+
+void RunTables::Put(const TaskState& state) {
+  put_state_.BindInteger(0, state.task);
+  BindColumns(put_state_, 1, StateColumns(), state);
+  put_state_.Run();
+  put_version_.BindInteger(0, state.task);
+  put_version_.BindInteger(1, state.version);
+  put_version_.Run();
+}
+
+void RunTables::ReadFlags(TaskState& state) {
+  flags_.BindInteger(0, state.task);
+  flags_.ForEachRow([&](const Statement& row) {
+    state.retrying = row.Integer(0) != 0;
+    state.queued = row.Integer(1) != 0;
+  });
+}
+
+void RunTables::ForgetPausedRows() {
+  file_->Run("UPDATE VeloAutoTaskStates SET PausedRow = 0 WHERE PausedSince IS NULL AND PausedRow <> 0");
+}
+
+std::vector<std::int64_t> RunTables::Due(Instant now) {
+  ToFile{due_, 0}(now);
+  return Ids(due_);
+}
+
+std::optional<Instant> RunTables::FirstDue() {
+  const auto due = file_->Integer(
+      "SELECT NextDue FROM VeloAutoTaskStates WHERE NextDue IS NOT NULL ORDER BY NextDue LIMIT 1");
+  return due ? std::optional(Instant(std::chrono::seconds(*due))) : std::nullopt;
+}
+
+std::int64_t RunTables::Insert(const RunRecord& run) {
+  BindColumns(insert_run_, 0, RunColumns(), run);
+  insert_run_.Run();
+  return file_->ChangedRows() == 1 ? file_->LastInsertId() : 0;
+}
+
+void RunTables::Put(const RunRecord& run) {
+  put_run_.BindInteger(BindColumns(put_run_, 0, RunColumns(), run), run.id);
+  put_run_.Run();
+}
+
+std::vector<RunRecord> RunTables::Runs(Statement& statement) {
+  std::vector<RunRecord> runs;
+  statement.ForEachRow([&](const Statement& row) {
+    RunRecord& run = runs.emplace_back();
+    run.id = row.Integer(0);
+    CheckReadable(ReadColumns(run, RunColumns(), row, 1), "run " + std::to_string(run.id));
+  });
+  return runs;
+}
+
+std::optional<RunRecord> RunTables::Run(std::int64_t run) {
+  one_run_.BindInteger(0, run);
+  auto runs = Runs(one_run_);
+  return runs.empty() ? std::nullopt : std::optional(std::move(runs.front()));
+}
+
+std::vector<RunRecord> RunTables::History(std::optional<std::int64_t> task) {
+  if (!task) return Runs(all_runs_);
+  its_runs_.BindInteger(0, *task);
+  return Runs(its_runs_);
+}
+
+std::vector<RunRecord> RunTables::MarkedForCancel(std::int64_t manager) {
+  marked_.BindInteger(0, manager);
+  return Runs(marked_);
+}
+
+std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused) {
+  std::optional<RunRecord> first;
+  ToFile{to_begin_, 0}(until);
+  while (!first && to_begin_.Step()) {
+    RunRecord run;
+    TaskState task;
+    run.id = to_begin_.Integer(0);
+    const bool fits = FromFile{to_begin_, 1}(run.not_before) && FromFile{to_begin_, 2}(run.origin) &&
+                      FromFile{to_begin_, 3}(run.attempt) && FromFile{to_begin_, 4}(task.running_run) &&
+                      FromFile{to_begin_, 5}(task.retrying);
+    if (!IsNull(to_begin_, 6)) task.paused.emplace();
+    if (fits && MayBegin(run, task, all_paused)) first = std::move(run);
+  }
+  to_begin_.Reset();
+  return first;
+}
+
+void RunTables::Put(std::int64_t task, const LedgerRow& row) {
+  put_ledger_.BindInteger(0, task);
+  BindColumns(put_ledger_, 1, LedgerColumns(), row);
+  put_ledger_.Run();
+}
+
+std::vector<LedgerRow> RunTables::ReadLedger(Statement& statement) {
+  std::vector<LedgerRow> rows;
+  statement.ForEachRow([&](const Statement& row) {
+    CheckReadable(ReadColumns(rows.emplace_back(), LedgerColumns(), row, 1),
+                  "the ledger of task " + std::to_string(row.Integer(0)));
+  });
+  return rows;
+}
+
+std::vector<LedgerRow> RunTables::Ledger(std::int64_t task) {
+  ledger_.BindInteger(0, task);
+  return ReadLedger(ledger_);
+}
+
+std::optional<LedgerRow> RunTables::LedgerOf(std::int64_t task, const std::string& record) {
+  ledger_of_.BindInteger(0, task);
+  ledger_of_.BindText(1, record);
+  auto rows = ReadLedger(ledger_of_);
+  return rows.empty() ? std::nullopt : std::optional(std::move(rows.front()));
+}
+
+void RunTables::ClearLedger(std::int64_t task, bool only_failed) {
+  Statement clear = Prepare("DELETE " + std::string(kCleared));
+  clear.BindInteger(0, task);
+  clear.BindInteger(1, only_failed ? 1 : 0);
+  clear.Run();
+  Statement turn_off = Prepare(kTurnOffClearing);
+  turn_off.BindInteger(0, task);
+  turn_off.Run();
+}
+
+bool RunTables::IsCleared(std::int64_t task, bool only_failed) {
+  Statement left = Prepare("SELECT 1 " + std::string(kCleared) +
+                           " UNION ALL SELECT 1 FROM VeloAutoTasks WHERE Id = ?1 "
+                           "AND (ProcessAllRecords <> 0 OR ProcessFailedRecords <> 0)");
+  left.BindInteger(0, task);
+  left.BindInteger(1, only_failed ? 1 : 0);
+  return !left.Step();
+}
+
+FileSettings RunTables::Settings() {
+  FileSettings settings;
+  bool found = false;
+  settings_.ForEachRow([&](const Statement& row) {
+    found = true;
+    CheckReadable(ReadColumns(settings, FileSettingsColumns(), row, 1), "the row of settings");
+  });
+  CheckReadable(found ? "" : "row of settings", "the file");
+  return settings;
+}
+
+void RunTables::Put(const FileSettings& settings) {
+  Statement put = Prepare(UpdateColumns("VeloFileSettings", "", FileSettingsColumns(), "Id = 1"));
+  BindColumns(put, 0, FileSettingsColumns(), settings);
+  put.Run();
+}
+
+}  // namespace plovix

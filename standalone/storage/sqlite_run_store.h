@@ -1,0 +1,83 @@
+// Runs in the task file, beside the tasks. Used by managers and windows.
+//
+// With its own connection, as SqliteUsersAndTags. Every change takes the file's write lock before it reads,
+// so that the condition which it found still holds as it is stored; it is on disk when the member returns.
+#pragma once
+
+#include <plovix/standalone/runs/run_store.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "task_file.h"
+
+namespace plovix {
+
+class RunTables;
+struct FileSettings;
+
+// To be used by the thread that made it. What a member says of a task applies to one that exists; for another
+// one, nothing is changed.
+class SqliteRunStore final : public RunStore {
+ public:
+  // Opens or creates the file, as OpenTaskFile does.
+  explicit SqliteRunStore(const std::string& path, std::chrono::milliseconds patience = kTaskFilePatience);
+  ~SqliteRunStore() override;
+  SqliteRunStore(const SqliteRunStore&) = delete;
+  SqliteRunStore& operator=(const SqliteRunStore&) = delete;
+
+  [[nodiscard]] std::vector<TaskState> States() override;
+  [[nodiscard]] std::optional<TaskState> State(std::int64_t task) override;
+  [[nodiscard]] std::vector<std::int64_t> Unplanned() override;
+  [[nodiscard]] std::vector<std::int64_t> Due(Instant now) override;
+  [[nodiscard]] std::optional<Instant> NextWake() override;
+  bool MoveCursor(const CursorMove& move) override;
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
+  void SetPauseOfAll(const std::optional<Pause>& pause) override;
+  [[nodiscard]] std::optional<Pause> PauseOfAll() override;
+  RunRecord Request(RunRecord run) override;
+  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
+  [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
+  bool Finish(const RunEnd& end) override;
+  [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
+  [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
+  [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
+  [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
+  [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
+  bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
+  bool ClearLedger(const RunRecord& run, bool only_failed) override;
+
+  // Differs from file to file, but a copy of a file has that of its original.
+  [[nodiscard]] std::string FileId();
+  // The zone of all schedules by its IANA name; empty until it is set.
+  [[nodiscard]] std::string Zone();
+  void SetZone(const std::string& zone);
+  // A number that no manager of this file has had; from 1.
+  [[nodiscard]] std::int64_t NewManager();
+
+  // Absolute and without links.
+  [[nodiscard]] const std::string& Path() const;
+  // As Connection::OnWritten.
+  void OnWritten(std::function<void()> told);
+
+ private:
+  // Runs `body` in one transaction; it returns false if it has changed nothing. `arrived` is that of
+  // Connection::Write.
+  bool Change(const std::function<bool()>& body, const std::function<bool()>& arrived);
+  void ChangeState(std::int64_t task, const std::function<void(TaskState&)>& change);
+  void ChangeSettings(const std::function<void(FileSettings&)>& change);
+  // Within a transaction.
+  void NoteInState(const RunRecord& run);
+  void Put(const RunRecord& run);
+  void Put(std::int64_t task, const std::vector<LedgerRow>& rows);
+  [[nodiscard]] bool IsOwner(std::int64_t run, std::int64_t epoch);
+  [[nodiscard]] std::optional<RunRecord> ToBegin(Instant until);
+
+  std::unique_ptr<RunTables> tables_;
+};
+
+}  // namespace plovix
