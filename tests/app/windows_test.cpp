@@ -33,7 +33,6 @@ class WindowsTest : public ProgramTest {
       std::optional<TaskRecord> Load(std::int64_t) override { return record_; }
       TaskRecord Save(const TaskRecord& saved, DateTime) override { return saved; }
       void Delete(std::int64_t, std::int64_t) override {}
-      void TurnOffClearing(std::int64_t) override {}
 
      private:
       TaskRecord record_;
