@@ -34,10 +34,12 @@ if(PROJECT_IS_TOP_LEVEL)
 endif()
 
 # g++ 12 wrongly reports an overlap in every optimised `literal + string`: no -Wrestrict. clang reports deprecated calls
-# inside the standard library's stable_sort: no -Wdeprecated-declarations.
+# inside the standard library's stable_sort: no -Wdeprecated-declarations. In sources compiled as one, g++ takes each for
+# a header and warns of classes that use its anonymous namespace: no -Wsubobject-linkage there.
 add_library(plovix_warnings INTERFACE)
 target_compile_options(plovix_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
                                                  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+                                                 $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:${PLOVIX_UNITY}>>:-Wno-subobject-linkage>
                                                  $<$<CXX_COMPILER_ID:Clang>:-Wno-deprecated-declarations>
                                                  $<$<BOOL:${PLOVIX_WERROR}>:-Werror>)
 if(PLOVIX_SANITIZE)

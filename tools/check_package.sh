@@ -1,5 +1,5 @@
 #!/bin/bash
-# Checks the package as another project gets it. Makes a plain build and installs it; builds the examples and test
+# Checks the package as another project gets it. Makes a release build and installs it; builds the examples and test
 # projects against the installed files, with and without Qt, with the libraries' compiler and with another one, and
 # with the sources embedded; and inspects the Debian packages.
 #

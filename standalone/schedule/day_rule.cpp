@@ -111,9 +111,10 @@ bool DayRule::Selects(local_days day) const {
 
 std::optional<int> DayRule::MovedFrom(local_days day) const {
   const auto* months = std::get_if<Months>(&kind_);
-  if (months == nullptr || !Selects(day)) return std::nullopt;
+  if (months == nullptr) return std::nullopt;
   const year_month_day date{day};
-  return months->day_in_month.MissingIn(date.year() / date.month());
+  const std::optional<int> missing = months->day_in_month.MissingIn(date.year() / date.month());
+  return missing && Selects(day) ? missing : std::nullopt;
 }
 
 // Three steps are enough for Monday to Friday: either at most two consecutive days of the sequence fall on a

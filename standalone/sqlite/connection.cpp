@@ -3,12 +3,14 @@
 #include <plovix/standalone/query/sql_tokens.h>
 #include <sqlite3.h>
 
+#include <array>
 #include <cerrno>
 #include <limits>
 #include <random>
 #include <thread>
 #include <utility>
 
+#include "change_guard.h"
 #include "hardening.h"
 #include "shared_memory.h"
 
@@ -43,7 +45,7 @@ FileProblem ProblemOf(int code, const std::string& what) {
     case SQLITE_READONLY:
       return {failure_number::kPermissionDenied, "the file or its folder is write-protected"};
     case SQLITE_INTERRUPT:
-      return {failure_number::kInterrupted, "reading was interrupted"};
+      return {failure_number::kInterrupted, "the statement was interrupted"};
     case SQLITE_IOERR:
       return {failure_number::kDeviceError, "the disk reports an error"};
     case SQLITE_CORRUPT:
@@ -213,6 +215,30 @@ void Connection::Guard(ReadGuard::MayRead may_read) {
   (void)Integer("SELECT count(*) FROM sqlite_master");  // what the database reads itself, unguarded
   guard_ = std::make_unique<ReadGuard>(std::move(may_read));
   Watch();
+}
+
+void Connection::WithChangeGuard(const std::function<void()>& work) {
+  constexpr std::array kActs = {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW};
+  const auto act = [&](int on) {
+    for (const int what : kActs) sqlite3_db_config(handle_.get(), what, on, nullptr);
+  };
+  const auto guarded = [&](std::unique_ptr<StatementGuard> guard) {
+    guard_.swap(guard);
+    Watch();
+  };
+  act(1);
+  guarded(std::make_unique<ChangeGuard>());
+  const auto restore = [&] {
+    guarded(nullptr);
+    act(0);
+  };
+  try {
+    work();
+  } catch (...) {
+    restore();
+    throw;
+  }
+  restore();
 }
 
 std::function<bool()> Connection::StopWhen(std::function<bool()> is_over) {

@@ -64,6 +64,9 @@ class Connection final {
   // From now on statements, except those of this class, may only read what `may_read` allows; if it is empty,
   // they may do anything.
   void Guard(ReadGuard::MayRead may_read);
+  // Runs `work`, whose statements may change data but nothing outside the file and nothing of Plovix's own.
+  // The file's own triggers and views act, under the same guard. To be called within Write.
+  void WithChangeGuard(const std::function<void()>& work);
   // From now on statements fail with 18 once `is_over` returns true; it is called regularly while they run,
   // but not during a single call of an SQL function, however long. An empty one never stops them. Returns the
   // former one.
@@ -110,7 +113,7 @@ class Connection final {
   std::string path_, what_;
   std::chrono::milliseconds patience_;
   Access access_;
-  std::unique_ptr<ReadGuard> guard_;  // outlives the handle
+  std::unique_ptr<StatementGuard> guard_;  // outlives the handle
   std::function<bool()> is_over_;
   std::chrono::steady_clock::time_point waits_until_;
   std::minstd_rand pauses_;  // differ from connection to connection

@@ -51,6 +51,11 @@ void Statement::BindText(int parameter, std::string_view value) {
       sqlite3_bind_text64(handle_.get(), parameter + 1, bytes, value.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
 }
 
+void Statement::BindBlob(int parameter, std::string_view bytes) {
+  const char* first = bytes.empty() ? "" : bytes.data();  // a null pointer would mean NULL
+  Check(sqlite3_bind_blob64(handle_.get(), parameter + 1, first, bytes.size(), SQLITE_TRANSIENT));
+}
+
 void Statement::BindNull(int parameter) {
   Check(sqlite3_bind_null(handle_.get(), parameter + 1));
 }

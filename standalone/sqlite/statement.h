@@ -19,10 +19,11 @@ enum class ColumnType { kInteger, kReal, kText, kBlob, kNull };
 // the connection, and fails as the connection does.
 class Statement final {
  public:
-  // Values stay bound until others replace them; a text, which may contain any bytes, is copied.
+  // Values stay bound until others replace them; a text, which may contain any bytes, and bytes are copied.
   void BindInteger(int parameter, std::int64_t value);
   void BindReal(int parameter, double value);
   void BindText(int parameter, std::string_view value);
+  void BindBlob(int parameter, std::string_view bytes);
   void BindNull(int parameter);
 
   // Goes to the first or next row; false if there is none left, after which the next call starts again. Until

@@ -72,6 +72,7 @@ std::optional<TextProblem> CheckPlaceholders(Placeholders takes, std::string_vie
     case Placeholders::kVariables: {
       const auto parsed = ParseVariables(text);
       std::vector<TextTemplate> values;
+      values.reserve(parsed.value.size());
       for (const VariableTemplate& variable : parsed.value) values.push_back(variable.value);
       return parsed.problem ? parsed.problem : CheckNamesIn(values, {fields, true});
     }

@@ -111,14 +111,10 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
       {"Europe/Paris", "2026-03-28 00:00", at_gap, "03-28 01:30, 03-29 01:30 (03-29 03:30), 03-30 00:30"},
       {"Europe/Paris", "2026-03-29 02:30", at_gap, "03-30 00:30, 03-31 00:30"},
       {"Europe/Paris", "2026-03-29 03:00", at_gap, "03-29 01:30 (03-29 03:30), 03-30 00:30"},
-      {"Europe/Paris", "2026-03-29 03:30", AtTime(DailyRecord{}, "03:30"), "03-30 01:30, 03-31 01:30"},
       {"Europe/Paris", "2026-10-24 12:00", at_gap, "10-25 00:30, 10-26 01:30"},
       {"Europe/Paris", "2700-03-24 12:00", at_gap, "03-25 01:30 (03-25 03:30), 03-26 00:30"},
       {"Europe/Paris", "2026-03-29 01:00", minutes(30), "03-29 00:30, 03-29 01:00, 03-29 01:30, 03-29 02:00"},
-      {"Europe/Paris", "2026-03-29 01:00", hours(1), "03-29 01:00, 03-29 02:00"},
       {"Europe/Paris", "2026-03-29 01:00", minutes(120), "03-29 01:00 (03-29 03:00), 03-29 02:00"},
-      {"Europe/Paris", "2026-03-29 01:00", minutes(72),
-       "03-29 00:12, 03-29 01:24 (03-29 03:24), 03-29 01:36"},
       {"Europe/Paris", "2026-10-25 01:30", minutes(30),
        "10-25 00:00, 10-25 00:30, 10-25 01:00, 10-25 01:30, 10-25 02:00"},
       {"Europe/Paris", "2026-10-25 01:30", hours(1), "10-25 00:00, 10-25 01:00, 10-25 02:00"},
@@ -168,12 +164,11 @@ TEST(Runs, AreInstantsInOrderEachOnce) {
                          : before && before->moment.at == runs[i - 1].moment.at);
       EXPECT_EQ(NextRuns(timetable, after, count, at).size(), i + 1);
       EXPECT_EQ(LatestRuns(timetable, after, count, at).size(), i + 1);
+      EXPECT_EQ(LatestRuns(timetable, after, count, at).at(0).wanted, runs[0].wanted);
       EXPECT_EQ(LatestRuns(timetable, after, 1, at).at(0).moment.at, at);
       EXPECT_EQ(CountRuns(timetable, after, at), i + 1);
     }
     EXPECT_EQ(text, c.runs);
-    EXPECT_EQ(LatestRuns(timetable, after, count, runs.back().moment.at).at(0).moment.at,
-              runs.at(0).moment.at);
   }
 }
 

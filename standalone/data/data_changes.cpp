@@ -1,0 +1,72 @@
+#include "data_changes.h"
+
+#include <plovix/base/utf8.h>
+
+namespace plovix {
+namespace {
+
+class BindValue {
+ public:
+  BindValue(Statement& statement, int parameter) : statement_(statement), parameter_(parameter) {}
+  void operator()(std::monostate /*null*/) const { statement_.BindNull(parameter_); }
+  void operator()(std::int64_t value) const { statement_.BindInteger(parameter_, value); }
+  void operator()(double value) const { statement_.BindReal(parameter_, value); }
+  void operator()(const std::string& value) const { statement_.BindText(parameter_, value); }
+  void operator()(const Blob& value) const { statement_.BindBlob(parameter_, value.bytes); }
+
+ private:
+  Statement& statement_;
+  int parameter_;
+};
+
+// Checked before it is opened, because a connection for writing would create it.
+const std::string& Existing(const std::string& path) {
+  if (FileAt(path) == FileId{})
+    throw Failure(failure_number::kFileNotFound, path + ": the data file does not exist");
+  return path;
+}
+
+std::string WordsFor(const Refusal& refused) {
+  switch (refused.what) {
+    case Refusal::What::kTable:
+      return "an action may not use the table " + Quoted(refused.name);
+    case Refusal::What::kFunction:
+      return "an action may not call the function " + Quoted(refused.name);
+    case Refusal::What::kAction:
+      break;
+  }
+  return "an action may only change data" + (refused.name.empty() ? "" : ", not use " + Quoted(refused.name));
+}
+
+}  // namespace
+
+DataChanges::DataChanges(const std::string& path, std::chrono::milliseconds patience)
+    : connection_(Existing(path), patience, Access::kReadWrite, "data file") {
+  connection_.Run("PRAGMA foreign_keys = ON");
+  connection_.StopWhen([this] { return interrupted_.load(); });
+}
+
+void DataChanges::Run(const std::string& sql, const std::vector<FieldValue>& parameters) {
+  CheckInterrupted();
+  const auto change = [&] {
+    Statement statement = connection_.Prepare(sql);
+    for (std::size_t i = 0; i < parameters.size(); ++i)
+      std::visit(BindValue(statement, static_cast<int>(i)), parameters[i]);
+    statement.Run();
+    CheckInterrupted();  // the last moment at which nothing is changed
+  };
+  try {
+    // If the commit's outcome is in doubt, it counts as a failure: the manager has a policy for that.
+    connection_.Write([&] { connection_.WithChangeGuard(change); }, [] { return false; });
+  } catch (const SqlFailure& failure) {
+    if (!failure.Refused()) throw;
+    const std::string words = WordsFor(*failure.Refused());
+    throw SqlFailure(connection_.Path() + ": " + words, words, -1, failure.Refused());
+  }
+}
+
+void DataChanges::CheckInterrupted() const {
+  if (interrupted_) connection_.Refuse(failure_number::kInterrupted, "the statement was interrupted");
+}
+
+}  // namespace plovix
