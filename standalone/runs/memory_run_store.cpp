@@ -155,7 +155,7 @@ std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager
     if (first == nullptr || run.not_before < first->not_before) first = &run;
   }
   if (first == nullptr) return std::nullopt;
-  const RunRecord begun = Begun(*first, now, manager);
+  RunRecord begun = Begun(*first, now, manager);
   Put(begun);
   return begun;
 }
