@@ -3,6 +3,7 @@
 #include <plovix/base/failure.h>
 #include <plovix/standalone/data/background_data_source.h>
 #include <plovix/standalone/script/script_runner.h>
+#include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <plovix/standalone/text/languages.h>
@@ -112,6 +113,7 @@ int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
   MemoryUsersAndTags memory_tables;
   std::unique_ptr<SqliteStorage> file_storage;
+  std::unique_ptr<SqliteRunStore> file_runs;
   std::unique_ptr<SqliteUsersAndTags> file_tables;
   const bool from_input = *options.script == "-";
   ScriptOptions script{.storage = &memory,
@@ -123,6 +125,8 @@ int RunScriptFile(const ProgramOptions& options) {
   if (options.database) {
     file_storage = std::make_unique<SqliteStorage>(*options.database);
     script.storage = file_storage.get();
+    file_runs = std::make_unique<SqliteRunStore>(*options.database);
+    script.runs = file_runs.get();
     file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // the next command may be long in coming
     if (options.user) file_tables = std::make_unique<SqliteUsersAndTags>(*options.database);
     if (file_tables) script.tables = file_tables.get();

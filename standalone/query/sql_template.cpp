@@ -15,8 +15,9 @@ constexpr auto kForbiddenFirst =
                                      "RELEASE", "ROLLBACK", "SAVEPOINT", "VACUUM"});
 constexpr std::string_view kLoadsCode = "LOAD_EXTENSION";
 
-// With blanks around it, because digits that follow a parameter are its number.
-constexpr std::string_view kParameter = " ? ";
+bool BeginsWithDigit(std::string_view text) {
+  return !text.empty() && text.front() >= '0' && text.front() <= '9';
+}
 
 class StatementParser {
  public:
@@ -32,11 +33,15 @@ class StatementParser {
  private:
   void Append(const TextPiece& piece) {
     std::string& sql = parsed_.value.sql;
+    // Digits that follow a parameter would be its number.
+    const bool is_text = piece.kind == TextPiece::Kind::kText;
+    if (is_text && sql.ends_with('?') && !parsed_.value.parameters.empty() && BeginsWithDigit(piece.text))
+      sql += ' ';
     begins_.push_back(sql.size());
-    if (piece.kind == TextPiece::Kind::kText) {
+    if (is_text) {
       sql += piece.text;
     } else {
-      sql += kParameter;
+      sql += '?';
       parsed_.value.parameters.push_back(piece);
     }
   }
@@ -47,7 +52,7 @@ class StatementParser {
     }
     for (std::size_t i = 0; i < pieces_.value.size(); ++i) {
       const TextPiece& piece = pieces_.value[i];
-      if (piece.kind != TextPiece::Kind::kText && !IsParameter(begins_[i] + 1))
+      if (piece.kind != TextPiece::Kind::kText && !IsParameter(begins_[i]))
         return TextProblem{piece.offset, piece.length, "action.problem.sqlPlace", {}};
     }
     if (auto problem = FindOwnParameter()) return problem;

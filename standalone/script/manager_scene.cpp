@@ -13,10 +13,10 @@ constexpr std::string_view kPerson = "script";
 
 }  // namespace
 
-ManagerScene::ManagerScene(TaskStorage& storage, HostState& state)
-    : tasks_(storage),
-      state_(state),
-      runs_(storage),
+ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, HostState& state)
+    : state_(state),
+      memory_(storage),
+      runs_(runs != nullptr ? *runs : memory_),
       records_(*state.data),
       ports_{.tasks = storage, .runs = runs_, .launcher = launcher_, .records = records_} {}
 

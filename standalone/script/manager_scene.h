@@ -14,8 +14,8 @@ namespace plovix::script {
 
 class ManagerScene {
  public:
-  // `storage` and `state` outlive the scene.
-  ManagerScene(TaskStorage& storage, HostState& state);
+  // All outlive the scene. `runs`: nullptr for runs in memory.
+  ManagerScene(TaskStorage& storage, RunStore* runs, HostState& state);
 
   // A manager lives from the host's now until `until`, which becomes the host's now. A LineError for the
   // past.
@@ -44,10 +44,10 @@ class ManagerScene {
   void SetNow(Instant now);
   void CheckFuture(Instant until) const;
 
-  TaskStorage& tasks_;
   HostState& state_;
   Zone zone_ = Zone::Local();
-  MemoryRunStore runs_;
+  MemoryRunStore memory_;
+  RunStore& runs_;
   MemoryRecords records_;
   RecordedLauncher launcher_;
   ManagerPorts ports_;

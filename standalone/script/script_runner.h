@@ -2,6 +2,7 @@
 // "script" command and, on a machine without a display, instead of the window.
 #pragma once
 
+#include <plovix/standalone/runs/run_store.h>
 #include <plovix/standalone/tasks/data_source.h>
 #include <plovix/standalone/tasks/row_cursor.h>
 #include <plovix/standalone/tasks/task_storage.h>
@@ -19,6 +20,7 @@ namespace plovix {
 struct ScriptOptions {
   TaskStorage* storage;            // not owned, outlives the run
   TextTable texts;                 // TextTable::Ids() shows every text as its number
+  RunStore* runs = nullptr;        // not owned, outlives the run: what the tasks did; nullptr: in memory
   UsersAndTags* tables = nullptr;  // not owned, outlives the run: where `user` is looked up
   // The user who works, with the rights stored there; nothing: the script sets the user, and nothing is
   // refused.

@@ -44,6 +44,7 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
     : out_(out),
       err_(err),
       storage_(*options.storage),
+      runs_(options.runs),
       tables_(options.tables),
       user_(options.user),
       open_rows_(options.open_rows),
@@ -71,7 +72,7 @@ std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight ri
 }
 
 ManagerScene& ScriptSession::Automation() {
-  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, state_);
+  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, state_);
   return *automation_;
 }
 

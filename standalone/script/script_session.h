@@ -87,6 +87,7 @@ class ScriptSession {
   std::ostream& out_;
   std::ostream& err_;
   TaskStorage& storage_;
+  RunStore* runs_;  // nullptr: in memory
   UsersAndTags* tables_;
   const std::optional<std::string> user_;  // who works; nothing: whom the scene names
   std::optional<std::string> named_user_;

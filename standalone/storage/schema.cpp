@@ -179,6 +179,16 @@ constexpr std::array kRuns{
          PausedBy TEXT,
          PauseReason TEXT))",
     "INSERT INTO VeloFileSettings VALUES (1, lower(hex(randomblob(16))), '', 0, NULL, NULL, NULL)",
+    // Braces in the texts of actions had no meaning before; doubled, they say what they said.
+    R"(UPDATE VeloAutoTaskActions SET Settings = json_set(Settings,
+         '$.arguments', replace(replace(json_extract(Settings, '$.arguments'), '{', '{{'), '}', '}}'))
+       WHERE Kind = 'run-program' AND json_valid(Settings) AND json_type(Settings, '$.arguments') = 'text')",
+    R"(UPDATE VeloAutoTaskActions SET Settings = json_set(Settings,
+         '$.statement', replace(replace(json_extract(Settings, '$.statement'), '{', '{{'), '}', '}}'))
+       WHERE Kind = 'run-sql' AND json_valid(Settings) AND json_type(Settings, '$.statement') = 'text')",
+    R"(UPDATE VeloAutoTaskActions SET Settings = json_set(Settings,
+         '$.text', replace(replace(json_extract(Settings, '$.text'), '{', '{{'), '}', '}}'))
+       WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
 constexpr std::array<MigrationStep, 4> kSteps{kTables, kSchedules, kAccounts, kRuns};

@@ -89,7 +89,7 @@ TEST(ActionTexts, BecomeStatementsWithParameters) {
   const auto parsed =
       ParseStatement("UPDATE o SET a={Name}, b='{{}}', c={secret:mail} -- it's\n WHERE id={id}1;");
   EXPECT_FALSE(parsed.problem);
-  EXPECT_EQ(parsed.value.sql, "UPDATE o SET a= ? , b='{}', c= ?  -- it's\n WHERE id= ? 1;");
+  EXPECT_EQ(parsed.value.sql, "UPDATE o SET a=?, b='{}', c=? -- it's\n WHERE id=? 1;");
   EXPECT_THAT(ParametersOf(parsed.value, kRecord, kSecrets),
               ElementsAre(kRecord[1].value, FieldValue(kSecrets.at("mail")), kRecord[0].value));
 }
