@@ -8,6 +8,7 @@ plovix_room(standalone/runs LINKS standalone/schedule standalone/query)
 plovix_room(standalone/data LINKS standalone/sqlite standalone/runs LIBRARIES Qt6::Core)
 plovix_room(standalone/storage LINKS standalone/sqlite standalone/runs LIBRARIES Qt6::Core)
 plovix_room(standalone/script LINKS standalone/wizard standalone/data)
+plovix_room(standalone/manager LINKS standalone/storage standalone/data standalone/runner)
 plovix_room(standalone/widgets LINKS surfaces/qt standalone/objects)
 plovix_room(standalone/editors LINKS standalone/widgets standalone/query)
 plovix_room(standalone/query_builder LINKS standalone/widgets standalone/data)
@@ -16,3 +17,8 @@ target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJE
 
 add_executable(plovix standalone/app/main.cpp)
 target_link_libraries(plovix PRIVATE plovix_standalone_app plovix_warnings)
+
+add_executable(plovix_manager standalone/manager/main.cpp)
+set_target_properties(plovix_manager PROPERTIES OUTPUT_NAME plovix-manager)
+target_link_libraries(plovix_manager PRIVATE plovix_standalone_manager plovix_warnings)
+target_compile_definitions(plovix_standalone_manager PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include "record_query.h"
+
 namespace plovix {
 namespace {
 
@@ -128,13 +130,8 @@ void MemoryRecords::Remove(const std::string& object, const FieldValue& key) {
 std::unique_ptr<RecordPass> MemoryRecords::Open(const TaskRecord& task,
                                                 const std::vector<std::string>& keys) {
   const DataObjectRecord table = Table(task.data_object_name);
-  const std::string key = QuotedName(table.key);
-  std::string query = task.query;
-  while (!query.empty() && (query.back() == ';' || query.back() == ' ' || query.back() == '\n'))
-    query.pop_back();
-  const std::string those =
-      query.empty() ? "" : " WHERE " + key + " IN (SELECT " + key + " FROM (" + query + "\n))";
-  auto rows = Rows("SELECT * FROM " + QuotedName(table.name) + those + " ORDER BY " + key);
+  auto rows = Rows("SELECT * FROM " + QuotedName(table.name) + " AS r WHERE r." + QuotedName(table.key) +
+                   " IN (" + KeysStatement(table, task.query) + ") ORDER BY r." + QuotedName(table.key));
   const bool tells = !rows.empty() && FindValue(rows.front(), kChanged) != nullptr;
   return std::make_unique<MemoryPass>(std::move(rows), table.key, keys, tells);
 }

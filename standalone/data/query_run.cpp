@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-#include "schema_map.h"
+#include "text_guard.h"
 #include "time_limit.h"
 
 namespace plovix {
@@ -101,60 +101,6 @@ QueryRows ReadRows(Statement& statement, const QueryLimits& limits, const TimeLi
   return result;
 }
 
-// What a text may read, while it is prepared and afterwards.
-class TextGuard {
- public:
-  TextGuard(Connection& connection, const QueryTarget& target)
-      : connection_(connection), schema_(std::make_shared<SchemaMap>(connection)) {
-    connection.Guard([schema = schema_, is_text = is_text_, reads_hidden = target.reads_hidden](
-                         std::string_view table, std::string_view column) {
-      if (*is_text && schema->OwnerOfShadow(table) != nullptr) return false;
-      return schema->MayRead(table, column, reads_hidden);
-    });
-  }
-
-  [[nodiscard]] bool IsTooNested(std::string_view sql) { return schema_->SelectsIn(sql) > kMostSelects; }
-
-  // Internal tables of virtual tables are for these tables' own statements only. Those run with the text, but
-  // also when a text that names the virtual table is first prepared; so a statement on the virtual table
-  // alone is prepared first.
-  [[nodiscard]] Statement Prepare(std::string_view sql, const TimeLimit& time) const {
-    std::set<std::string> awake;
-    while (true) {
-      try {
-        return PrepareText(sql);
-      } catch (const SqlFailure& failure) {
-        const SchemaEntry* owner =
-            failure.Refused() ? schema_->OwnerOfShadow(failure.Refused()->name) : nullptr;
-        if (owner == nullptr || time.IsOver() || !awake.insert(owner->name).second) throw;
-        Wake(*owner);
-      }
-    }
-  }
-
- private:
-  [[nodiscard]] Statement PrepareText(std::string_view sql) const {
-    *is_text_ = true;
-    const std::unique_ptr<bool, void (*)(bool*)> end(is_text_.get(), [](bool* is_text) { *is_text = false; });
-    return connection_.Prepare(sql);
-  }
-
-  // A refusal names the virtual table, because the text may not mention its internal tables.
-  void Wake(const SchemaEntry& table) const {
-    try {
-      (void)connection_.Prepare("SELECT 1 FROM " + QuotedName(table.name));
-    } catch (const SqlFailure& failure) {
-      if (!failure.Refused() || schema_->OwnerOfShadow(failure.Refused()->name) == nullptr) throw;
-      throw SqlFailure(failure.Description(), failure.Words(), failure.Offset(),
-                       Refusal{Refusal::What::kTable, table.name});
-    }
-  }
-
-  Connection& connection_;
-  std::shared_ptr<SchemaMap> schema_;
-  std::shared_ptr<bool> is_text_ = std::make_shared<bool>(false);
-};
-
 using Read = std::function<QueryRows(Statement&, const TimeLimit&)>;
 
 // Prepares the text if it can only read, and passes it to `read`.
@@ -165,7 +111,7 @@ std::variant<QueryRows, QueryProblem> WithStatement(const QueryTarget& target, s
   try {
     Connection connection(target.path, limits.patience, Access::kReadOnly);
     const TimeLimit time(connection, limits.time, unwanted);
-    TextGuard guard(connection, target);
+    TextGuard guard(connection, target.reads_hidden);
     if (guard.IsTooNested(sql)) return QueryProblem{"query.preview.nested", {}};
     Statement statement = guard.Prepare(sql, time);
     return read(statement, time);

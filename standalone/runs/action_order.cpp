@@ -17,17 +17,6 @@ const std::string& Setting(const ActionRecord& action, const std::string& key) {
   return found == action.settings.end() ? none : found->second;
 }
 
-void OrderProgram(ActionOrder& order, const ActionRecord& action, const RecordValues& record,
-                  const Secrets& secrets) {
-  order.arguments.push_back(Setting(action, "path"));
-  for (const TextTemplate& argument : ParseArguments(Setting(action, "arguments")).value)
-    order.arguments.push_back(FillForProgram(argument, record));
-  order.folder = Setting(action, "folder");
-  order.time_limit = std::chrono::seconds{std::stoi(Setting(action, "timeLimit"))};
-  for (const auto& [name, value] : ParseVariables(Setting(action, "variables")).value)
-    order.variables.emplace_back(name, FillForProgram(value, record, secrets));
-}
-
 Json ValueJson(const FieldValue& value) {
   if (std::holds_alternative<std::monostate>(value)) return nullptr;
   if (const auto* integer = std::get_if<std::int64_t>(&value)) return *integer;
@@ -50,7 +39,11 @@ ActionOrder OrderOf(const ActionRecord& action, const RecordValues& record, cons
   ActionOrder order;
   order.kind = action.kind;
   if (action.kind == "run-program") {
-    OrderProgram(order, action, record, secrets);
+    order.arguments.push_back(Setting(action, "path"));
+    for (const TextTemplate& argument : ParseArguments(Setting(action, "arguments")).value)
+      order.arguments.push_back(FillForProgram(argument, record));
+    order.action = action;
+    order.values = record;
   } else if (action.kind == "run-sql") {
     const SqlTemplate statement = ParseStatement(Setting(action, "statement")).value;
     order.statement = statement.sql;

@@ -5,7 +5,6 @@
 #include <plovix/standalone/tasks/placeholders.h>
 #include <plovix/standalone/tasks/task_record.h>
 
-#include <chrono>
 #include <nlohmann/json_fwd.hpp>
 
 namespace plovix {
@@ -14,11 +13,10 @@ struct ActionOrder {
   std::int64_t run = 0, epoch = 0;
   std::string record;  // the record's key; empty for a task without records
   std::string kind;    // of the action
-  // run-program: the program and its arguments; its folder, its own variables and its time limit
+  // run-program: the program and its arguments; what else it gets follows from the action and the record
   std::vector<std::string> arguments;
-  std::string folder;
-  std::vector<std::pair<std::string, std::string>> variables;
-  std::chrono::seconds time_limit{0};
+  ActionRecord action;
+  RecordValues values;
   // run-sql
   std::string statement;  // with "?" for each parameter
   std::vector<FieldValue> parameters;

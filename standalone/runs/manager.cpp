@@ -29,7 +29,10 @@ std::optional<Instant> Manager::Step(Instant now) {
 
 void Manager::Stop(Instant now) {
   stopped_ = true;
-  for (auto& [id, execution] : executions_) (void)ports_.runs.Finish(execution.Stop(now));
+  for (auto& [id, execution] : executions_) {
+    const RunEnd end = execution.Stop(now);
+    if (ports_.runs.Finish(end)) Tell(execution.Run(), &end);
+  }
   executions_.clear();
 }
 
@@ -46,7 +49,8 @@ bool Manager::TakeEnds(Instant now) {
 
 // Removes a run that is over.
 bool Manager::GoOn(std::map<std::int64_t, Execution>::iterator run, const std::optional<RunEnd>& end) {
-  if (end) (void)ports_.runs.Finish(*end);  // refused if somebody else has the run by now
+  if (end && ports_.runs.Finish(*end))
+    Tell(run->second.Run(), &*end);  // refused if somebody else has the run by now
   if (!end && !run->second.IsLost()) return false;
   executions_.erase(run);
   return true;
@@ -75,7 +79,8 @@ void Manager::Reap(Instant now) {
     for (const LedgerRow& row : ports_.runs.Ledger(run.task))
       if (row.run == run.id && row.state == LedgerState::kBegun) begun.push_back(row);
     const TaskPolicies policies = state ? state->policies : TaskPolicies();
-    (void)ports_.runs.Finish(EndOfInterrupted(run, policies, std::move(begun), true, now));
+    const RunEnd end = EndOfInterrupted(run, policies, std::move(begun), true, now);
+    if (ports_.runs.Finish(end)) Tell(run, &end);
   }
 }
 
@@ -100,8 +105,13 @@ bool Manager::Claim(Instant now) {
   const std::int64_t id = run->id;
   const auto place =
       executions_.try_emplace(id, ports_, *std::move(run), state ? state->policies : TaskPolicies()).first;
+  Tell(place->second.Run(), nullptr);
   GoOn(place, place->second.Begin(now));
   return true;
+}
+
+void Manager::Tell(const RunRecord& run, const RunEnd* end) const {
+  if (ports_.told) ports_.told(run, end);
 }
 
 std::optional<Instant> Manager::NextWake(Instant now) {

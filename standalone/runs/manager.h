@@ -39,6 +39,7 @@ class Manager {
   void Plan(Instant now);
   bool GoOn(std::map<std::int64_t, Execution>::iterator run, const std::optional<RunEnd>& end);
   [[nodiscard]] std::optional<Instant> NextWake(Instant now);
+  void Tell(const RunRecord& run, const RunEnd* end) const;
 
   const ManagerPorts& ports_;
   Zone zone_;

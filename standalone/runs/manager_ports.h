@@ -66,6 +66,8 @@ struct ManagerPorts {
   Secrets secrets = {};
   // Why the task may not be run now, in words; nothing if it may. Asked at each claim; empty: everything may.
   std::function<std::optional<std::string>(const TaskRecord& task)> refusal = {};
+  // Told of each attempt as it begins (no end), and as it ends; must not fail. Empty: nobody listens.
+  std::function<void(const RunRecord& run, const RunEnd* end)> told = {};
 };
 
 }  // namespace plovix

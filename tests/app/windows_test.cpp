@@ -33,7 +33,6 @@ class WindowsTest : public ProgramTest {
       std::optional<TaskRecord> Load(std::int64_t) override { return record_; }
       TaskRecord Save(const TaskRecord& saved, DateTime) override { return saved; }
       void Delete(std::int64_t, std::int64_t) override {}
-      void TurnOffClearing(std::int64_t) override {}
 
      private:
       TaskRecord record_;
@@ -272,6 +271,24 @@ TEST_F(WindowsTest, WhatCannotBeStoredIsRefusedInItsField) {
   EXPECT_EQ(lines->textCursor().position(), 1);
   EXPECT_THAT(FromQt(lines->accessibleDescription()), HasSubstr("longer than"));
   window.Wizard().Cancel();
+}
+
+TEST_F(WindowsTest, WhatIsWrongWithAnActionIsSelected) {
+  const ActionRecord log{"write-log", "", 0, 0, {{"text", "é😀 {Id} } x"}, {"file", "/x"}}};
+  ActionDialog dialog(state_.texts, "Edit", {}, log, nullptr);
+  dialog.show();
+  dialog.accept();
+  EXPECT_TRUE(dialog.isVisible());
+  const auto lines = dialog.findChildren<QLineEdit*>();
+  const auto has_brace = [](const QLineEdit* line) { return line->text().contains('}'); };
+  const auto text = std::ranges::find_if(lines, has_brace);
+  ASSERT_NE(text, lines.end());
+  EXPECT_EQ((*text)->selectedText(), "}");
+  EXPECT_THAT(FromQt((*text)->accessibleDescription()), HasSubstr("Braces enclose the name of a field"));
+  const ActionRecord sql{"run-sql", "", 0, 0, {{"statement", "DELETE\nFROM é WHERE x = '{Id}'"}}};
+  ActionDialog other(state_.texts, "Edit", {}, sql, nullptr);
+  other.accept();
+  EXPECT_EQ(other.findChild<QPlainTextEdit*>()->textCursor().selectedText(), "{Id}");
 }
 
 }  // namespace

@@ -59,7 +59,6 @@ TEST(Programs, LeaveNothingBehindWhateverTheyDo) {
     SCOPED_TRACE(nasty.does);
     const std::string mark = "PLOVIX_MARK=" + std::to_string(getpid()) + "." + std::to_string(++run) + ";";
     ProgramRequest request = Script(folder, nasty.script, mark);
-    request.run = run;
     request.time_limit = nasty.time_limit;
     request.patience = 100ms;
     const ProgramEnd end = runs.EndOf(std::move(request));
@@ -98,8 +97,7 @@ TEST(Programs, ThatCannotBeExecutedSayWhy) {
     ProgramRequest request = Script(folder, "", "A=1");
     request.path = row.path;
     request.folder = row.folder;
-    ++request.run;
-    const ProgramEnd end = Runs().EndOf(std::move(request));
+    const ProgramEnd end = runs.EndOf(std::move(request));
     EXPECT_THAT(end.failure, HasSubstr(row.words));
     EXPECT_FALSE(end.exit_status);
   }
@@ -117,6 +115,8 @@ TEST(Programs, GetTheirArgumentsAndVariablesAndNothingElse) {
   request.arguments.insert(request.arguments.end(), {"sh", "a b", "", "$(id); 'x\"*"});
   request.environment.emplace_back("SECRET=s3cret");
   request.secrets = {"s3cret"};
+  request.lock_path = folder / "locks";
+  std::ofstream(request.lock_path) << "";
   EXPECT_TRUE(runs.EndOf(std::move(request)).Succeeded());
   const std::string output = BytesOf(folder / "output");
   EXPECT_THAT(output, StartsWith("/\n<a b><><$(id); 'x\"*>"));
@@ -136,7 +136,6 @@ TEST(Programs, HaveTheBeginningAndTheEndOfTheirOutputKept) {
   for (const std::size_t left_out : {0U, 3'000'000U}) {
     const std::string script = write(kFirstOutput, 'a') + write(left_out, 'b') + write(kLastOutput, 'c');
     ProgramRequest request = Script(folder, script, "A=1");
-    request.run = static_cast<std::int64_t>(left_out);
     const ProgramEnd end = runs.EndOf(std::move(request));
     EXPECT_EQ(end.left_out, static_cast<std::int64_t>(left_out));
     EXPECT_EQ(BytesOf(folder / "output"),
@@ -211,10 +210,12 @@ TEST(Programs, DoNotOutliveTheirManagerOrTheirHolder) {
     char* words[] = {program.data(), word.data(), output.data(), text.data(), name.data(), nullptr};
     pid_t manager = 0;
     ASSERT_EQ(posix_spawn(&manager, program.c_str(), nullptr, nullptr, words, environ), 0);
-    EXPECT_TRUE(Happens([&] { return CountWith(mark) >= 3; }));
+    EXPECT_TRUE(Happens([&] { return fs::exists(output + ".ready"); }));
     kill(manager, SIGKILL);
     waitpid(manager, nullptr, 0);
+    const auto killed = BootClock::now();
     EXPECT_TRUE(Happens([&] { return CountWith(mark) == 0; }));
+    EXPECT_LT(BootClock::now() - killed, 8s);  // not only once the copy of the manager has ended
   }
   {
     Runs runs;
@@ -230,11 +231,19 @@ TEST(Programs, DoNotOutliveTheirManagerOrTheirHolder) {
 
 }  // namespace
 
-// Starts one program and waits for it to end.
+// Starts one program and waits for it to end. A copy of this process keeps the holder's socket open.
 int Manage(const std::string& output, const std::string& script, const std::string& mark) {
   ProgramRequest request = Script(OwnFolder(), script, mark);
   request.output_path = output;
-  return Runs().EndOf(std::move(request)).Succeeded() ? 0 : 1;
+  Runs runs;
+  runs.Start(std::move(request));
+  if (Happens([&] { return CountWith(mark) >= 3; }) && fork() == 0) {
+    for (const int standard : {0, 1, 2}) close(standard);
+    std::this_thread::sleep_for(10s);
+    _exit(0);
+  }
+  std::ofstream(output + ".ready") << "";
+  return runs.End(0).Succeeded() ? 0 : 1;
 }
 
 }  // namespace plovix::runner::test

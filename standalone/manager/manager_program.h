@@ -1,0 +1,9 @@
+// plovix-manager: runs the tasks of a task file.
+#pragma once
+
+namespace plovix::manager {
+
+// The exit status: 0 when it was asked to end, 1 if it cannot work, 2 for a wrong command line.
+[[nodiscard]] int RunManagerProgram(int argc, char** argv);
+
+}  // namespace plovix::manager
