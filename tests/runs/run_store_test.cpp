@@ -264,5 +264,16 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   EXPECT_THAT(runs->History(task), ElementsAre(run));
 }
 
+TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
+  const OwnTaskFile file, other;
+  SqliteRunStore runs(file.path);
+  EXPECT_EQ(runs.Zone(), "");
+  runs.SetZone("Europe/Paris");
+  runs.SetPauseOfAll(Pause{"ann", "why", At(1)});
+  EXPECT_EQ(SqliteRunStore(file.path).Zone(), "Europe/Paris");
+  EXPECT_EQ(SqliteRunStore(file.path).FileId(), runs.FileId());
+  EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());
+}
+
 }  // namespace
 }  // namespace plovix::test
