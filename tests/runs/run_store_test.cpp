@@ -104,6 +104,7 @@ TEST_P(RunStores, GiveAnOccurrenceOneRowAndLeaveMissedOnesOut) {
     EXPECT_TRUE(Move(task, from, 10, {Of(task, kSchedule, 5), Missed(task, 5, 5, 1), Missed(task, 5, 5, 1)}));
     EXPECT_TRUE(Move(other, from, 10, {Of(other, from ? kSchedule : kCatchUp, 5)}));
   }
+  EXPECT_TRUE(runs->State(task)->queued);
   EXPECT_EQ(runs->History(task).size(), 5U);
   EXPECT_EQ(runs->History(other).size(), 1U);
 }
