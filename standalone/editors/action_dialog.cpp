@@ -145,8 +145,9 @@ void ActionDialog::accept() {
   const auto problem = CheckStatementToo(Action());
   if (!problem) return QDialog::accept();
   for (const Field& field : fields_) {
-    if (field.info->key == problem->field)
-      (void)field.text.Accepts(Text(problem->text, {problem->parameter}));
+    if (field.info->key != problem->field) continue;
+    (void)field.text.Accepts(Text(problem->text, {problem->parameter}));
+    if (problem->length > 0) field.text.Select(problem->offset, problem->length);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QTextCursor>
 
 #include "editor_dialog.h"
 #include "qt_text.h"
@@ -56,6 +57,17 @@ bool TextField::Accepts(const QString& problem) const {
   Editor()->setFocus();
   if (line_ != nullptr) line_->selectAll();
   return false;
+}
+
+void TextField::Select(std::size_t offset, std::size_t length) const {
+  const std::string text = FromQt(Text());
+  const auto begin = static_cast<int>(ToQt(text.substr(0, offset)).size());
+  const auto end = static_cast<int>(ToQt(text.substr(0, offset + length)).size());
+  if (line_ != nullptr) return line_->setSelection(begin, end - begin);
+  QTextCursor cursor = lines_->textCursor();
+  cursor.setPosition(begin);
+  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  lines_->setTextCursor(cursor);
 }
 
 QString TextField::TooLong(const TextTable& texts) const {

@@ -35,6 +35,8 @@ class TextField final {
   void Tell(const QString& problem) const;
   // Says it and goes there. Gives back whether there was nothing to say.
   [[nodiscard]] bool Accepts(const QString& problem) const;
+  // Selects a part of the text, given in bytes of UTF-8.
+  void Select(std::size_t offset, std::size_t length) const;
   [[nodiscard]] QString TooLong(const TextTable& texts) const;
 
  private:

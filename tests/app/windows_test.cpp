@@ -273,5 +273,21 @@ TEST_F(WindowsTest, WhatCannotBeStoredIsRefusedInItsField) {
   window.Wizard().Cancel();
 }
 
+TEST_F(WindowsTest, WhatIsWrongWithAnActionIsSelected) {
+  const ActionRecord log{"write-log", "", 0, 0, {{"text", "é😀 {Id} } x"}, {"file", "/x"}}};
+  ActionDialog dialog(state_.texts, "Edit", {}, log, nullptr);
+  dialog.show();
+  dialog.accept();
+  EXPECT_TRUE(dialog.isVisible());
+  const auto* text = qobject_cast<QLineEdit*>(dialog.focusWidget());
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->selectedText(), "}");
+  EXPECT_THAT(FromQt(text->accessibleDescription()), HasSubstr("Braces enclose the name of a field"));
+  const ActionRecord sql{"run-sql", "", 0, 0, {{"statement", "DELETE\nFROM é WHERE x = '{Id}'"}}};
+  ActionDialog other(state_.texts, "Edit", {}, sql, nullptr);
+  other.accept();
+  EXPECT_EQ(other.findChild<QPlainTextEdit*>()->textCursor().selectedText(), "{Id}");
+}
+
 }  // namespace
 }  // namespace plovix::app
