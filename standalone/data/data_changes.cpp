@@ -20,7 +20,7 @@ class BindValue {
 };
 
 // Checked before it is opened, because a connection for writing would create it.
-const std::string& Existing(const std::string& path) {
+std::string Existing(const std::string& path) {
   if (FileAt(path) == FileId{})
     throw Failure(failure_number::kFileNotFound, path + ": the data file does not exist");
   return path;

@@ -16,6 +16,9 @@ using testing::HasSubstr;
 namespace fs = std::filesystem;
 
 class DataChangesTest : public testing::Test {
+ public:
+  ~DataChangesTest() override { fs::remove_all(folder_); }
+
  protected:
   DataChangesTest() {
     fs::remove_all(folder_);
@@ -31,7 +34,6 @@ class DataChangesTest : public testing::Test {
     EXPECT_EQ(sqlite3_exec(made, sql, nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(made);
   }
-  ~DataChangesTest() override { fs::remove_all(folder_); }
 
   std::string Refusal(DataChanges& changes, const std::string& sql) {
     const auto failure = FailureOf([&] { changes.Run(sql, {}); });

@@ -4,6 +4,7 @@
 #include <plovix/standalone/query/sql_template.h>
 
 #include <limits>
+#include <sstream>
 
 namespace plovix {
 namespace {
@@ -157,12 +158,11 @@ TEST(ActionTexts, AreCheckedInTheFieldsThatTakeThem) {
     }
     action.settings[row.field] = row.value;
     const auto problem = CheckStatementToo(action, &kFields);
-    const std::string told = !problem
-                                 ? ""
-                                 : std::string(problem->field) + " " + std::string(problem->text.substr(15)) +
-                                       " " + problem->parameter + " " + std::to_string(problem->offset) +
-                                       "+" + std::to_string(problem->length);
-    EXPECT_EQ(told, row.problem) << row.value;
+    std::ostringstream told;
+    if (problem)
+      told << problem->field << ' ' << problem->text.substr(15) << ' ' << problem->parameter << ' ';
+    if (problem) told << problem->offset << '+' << problem->length;
+    EXPECT_EQ(told.str(), row.problem) << row.value;
     DoubleBraces(action);
     const bool takes = std::string_view(row.field) != "folder" && std::string_view(row.field) != "file";
     EXPECT_EQ(action.settings[row.field], takes ? WithDoubledBraces(row.value) : row.value);

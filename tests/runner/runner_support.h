@@ -79,6 +79,10 @@ class Runs final {
   }
   ProgramEnd EndOf(ProgramRequest request) {
     const std::int64_t run = request.run;
+    {
+      const std::lock_guard lock(mutex_);
+      ends_.erase(run);
+    }
     Start(std::move(request));
     return End(run);
   }
