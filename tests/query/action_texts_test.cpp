@@ -64,6 +64,7 @@ TEST(ActionTexts, AreDividedIntoArgumentsBeforeValuesAreFilledIn) {
     const auto parsed = ParseArguments(row.text);
     EXPECT_FALSE(parsed.problem) << row.text;
     std::vector<std::string> arguments;
+    arguments.reserve(row.arguments.size());
     for (const TextTemplate& argument : parsed.value) arguments.push_back(FillForProgram(argument, kRecord));
     EXPECT_THAT(arguments, ElementsAreArray(row.arguments)) << row.text;
   }
