@@ -22,7 +22,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kPeriod{3000};
-constexpr double kLeastOfSyncs = 0.8, kMostUnfair = 4, kMostPerQuestion = 1000;  // the last in us
+constexpr double kLeastOfSyncs = 0.2, kMostUnfair = 4, kMostPerQuestion = 1000;  // the last in us
 constexpr int kWorkers = 16, kTasksOfWorkers = 64;
 constexpr Instant kThen{};
 

@@ -63,14 +63,13 @@ Descriptor BlockedSignals() {
 // What runs from the request on.
 class Holder {
  public:
-  // `frames` came with the request, behind it.
-  Holder(FrameSocket& control, const Descriptor& signals, ProgramRequest request,
-         std::span<const Frame> frames)
+  // `frames`: the request, and what came behind it.
+  Holder(FrameSocket& control, const Descriptor& signals, pid_t manager, std::span<const Frame> frames)
       : control_(control),
-        frames_(frames),
+        frames_(frames.subspan(1)),
         signals_(signals),
-        request_(std::move(request)),
-        manager_(getppid()),
+        request_(RequestFrom(frames.front())),
+        manager_(manager),
         mask_(request_.secrets) {
     end_.run = request_.run;
   }
@@ -106,8 +105,9 @@ class Holder {
                                    {timer_.Get(), POLLIN, 0},
                                    {output_.Get(), POLLIN, 0}}};
     poll(watched.data(), watched.size(), PauseBeforeTurn());
-    TakeFrames();
+    Obey(control_.Receive());
     TakeSignals();
+    CheckManager();
     TakeOutput();
     Reap();
     CheckTimes();
@@ -130,16 +130,16 @@ class Holder {
     }
   }
 
-  void TakeFrames() {
-    Obey(control_.Receive());
-    if (control_.IsClosed() || getppid() != manager_) Kill(StopReason::kDrained);
-  }
-
   void TakeSignals() {
     signalfd_siginfo told{};
     while (read(signals_.Get(), &told, sizeof told) == sizeof told) {
       if (told.ssi_signo != SIGCHLD) Ask(StopReason::kDrained);
     }
+  }
+
+  // After the signals: one comes for each thread of the manager that ends, the last one when it is gone.
+  void CheckManager() {
+    if (control_.IsClosed() || getppid() != manager_) Kill(StopReason::kDrained);
   }
 
   void TakeOutput() {
@@ -278,6 +278,7 @@ void WaitFor(const FrameSocket& control, short event) {
 }  // namespace
 
 int HoldProgram() {
+  const pid_t manager = getppid();
   LeaveManager();
   const Descriptor signals = BlockedSignals();
   FrameSocket control{Descriptor(kControlDescriptor)};
@@ -287,7 +288,7 @@ int HoldProgram() {
     frames = control.Receive();
   }
   if (frames.empty()) return 1;
-  Holder holder(control, signals, RequestFrom(frames.front()), std::span(frames).subspan(1));
+  Holder holder(control, signals, manager, frames);
   control.Send(FrameOf(holder.Run()));
   while (control.HasUnsent()) {
     WaitFor(control, POLLOUT);

@@ -93,7 +93,8 @@ class RunTables final {
   Statement its_runs_ = SelectRuns("WHERE TaskId = ? ORDER BY Id");
   Statement running_ = SelectRuns("WHERE State = 'running' ORDER BY +Id");
   Statement marked_ = SelectRuns("WHERE State = 'running' AND Manager = ? AND Cancel = 1 ORDER BY +Id");
-  // The first row that may begin ends the search. Runs of tasks that are gone begin as well, and end with that.
+  // The first row that may begin ends the search. Runs of tasks that are gone begin as well, and end with
+  // that.
   Statement to_begin_ = Prepare(
       "SELECT r.Id, r.NotBefore, r.Origin, r.Attempt, coalesce(s.RunningRun, 0), "
       "coalesce(s.Retrying, 0), s.PausedSince "

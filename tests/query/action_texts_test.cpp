@@ -4,6 +4,7 @@
 #include <plovix/standalone/query/sql_template.h>
 
 #include <limits>
+#include <sstream>
 
 namespace plovix {
 namespace {
@@ -63,6 +64,7 @@ TEST(ActionTexts, AreDividedIntoArgumentsBeforeValuesAreFilledIn) {
     const auto parsed = ParseArguments(row.text);
     EXPECT_FALSE(parsed.problem) << row.text;
     std::vector<std::string> arguments;
+    arguments.reserve(row.arguments.size());
     for (const TextTemplate& argument : parsed.value) arguments.push_back(FillForProgram(argument, kRecord));
     EXPECT_THAT(arguments, ElementsAreArray(row.arguments)) << row.text;
   }
@@ -157,12 +159,11 @@ TEST(ActionTexts, AreCheckedInTheFieldsThatTakeThem) {
     }
     action.settings[row.field] = row.value;
     const auto problem = CheckStatementToo(action, &kFields);
-    const std::string told = !problem
-                                 ? ""
-                                 : std::string(problem->field) + " " + std::string(problem->text.substr(15)) +
-                                       " " + problem->parameter + " " + std::to_string(problem->offset) +
-                                       "+" + std::to_string(problem->length);
-    EXPECT_EQ(told, row.problem) << row.value;
+    std::ostringstream told;
+    if (problem)
+      told << problem->field << ' ' << problem->text.substr(15) << ' ' << problem->parameter << ' ';
+    if (problem) told << problem->offset << '+' << problem->length;
+    EXPECT_EQ(told.str(), row.problem) << row.value;
     DoubleBraces(action);
     const bool takes = std::string_view(row.field) != "folder" && std::string_view(row.field) != "file";
     EXPECT_EQ(action.settings[row.field], takes ? WithDoubledBraces(row.value) : row.value);

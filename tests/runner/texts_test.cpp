@@ -32,15 +32,12 @@ TEST(Secrets, AreMaskedWhereverTheOutputIsCut) {
                {{"aab"}, "aaab", "a***"},         {{"ab", "abcd"}, "abcabcdab", "***c******"},
                {{"", "z"}, "abc", "abc"},         {{}, "abc", "abc"}};
   for (const auto& row : cases) {
-    for (std::size_t cut = 0; cut <= row.written.size(); ++cut) {
-      for (std::size_t next = cut; next <= row.written.size(); ++next) {
-        SecretMask mask(row.secrets);
-        std::string masked = mask.Next(row.written.substr(0, cut));
-        masked += mask.Next(row.written.substr(cut, next - cut));
-        masked += mask.Next(row.written.substr(next));
-        masked += mask.End();
-        EXPECT_EQ(masked, row.masked) << cut << " " << next;
-      }
+    for (std::size_t length = 1; length <= row.written.size(); ++length) {
+      SecretMask mask(row.secrets);
+      std::string masked;
+      for (std::size_t at = 0; at < row.written.size(); at += length)
+        masked += mask.Next(row.written.substr(at, length));
+      EXPECT_EQ(masked + mask.End(), row.masked) << length;
     }
   }
 }

@@ -104,6 +104,7 @@ TEST_P(RunStores, GiveAnOccurrenceOneRowAndLeaveMissedOnesOut) {
     EXPECT_TRUE(Move(task, from, 10, {Of(task, kSchedule, 5), Missed(task, 5, 5, 1), Missed(task, 5, 5, 1)}));
     EXPECT_TRUE(Move(other, from, 10, {Of(other, from ? kSchedule : kCatchUp, 5)}));
   }
+  EXPECT_TRUE(runs->State(task)->queued);
   EXPECT_EQ(runs->History(task).size(), 5U);
   EXPECT_EQ(runs->History(other).size(), 1U);
 }
@@ -262,6 +263,17 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   run = runs->Request(run);
   EXPECT_EQ(run.id, 1);
   EXPECT_THAT(runs->History(task), ElementsAre(run));
+}
+
+TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
+  const OwnTaskFile file, other;
+  SqliteRunStore runs(file.path);
+  EXPECT_EQ(runs.Zone(), "");
+  runs.SetZone("Europe/Paris");
+  runs.SetPauseOfAll(Pause{"ann", "why", At(1)});
+  EXPECT_EQ(SqliteRunStore(file.path).Zone(), "Europe/Paris");
+  EXPECT_EQ(SqliteRunStore(file.path).FileId(), runs.FileId());
+  EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());
 }
 
 }  // namespace

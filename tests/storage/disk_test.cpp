@@ -144,7 +144,7 @@ void Fill(const std::string& path) {
 }
 
 template <class Object, class Use>
-auto With(Use use) {
+auto With(const Use& use) {
   return [use](const std::string& path) -> std::function<void()> {
     auto object = std::make_shared<Object>(path, kHasty);
     return [object, use] { use(*object); };

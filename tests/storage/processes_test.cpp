@@ -206,8 +206,9 @@ TEST(Processes, ThatManageRunOneRunOfATaskAtATimeAndAreDeadOnceTheyAreKilled) {
   }
   std::vector<std::unique_ptr<Process>> processes;
   std::set<std::int64_t> managers{lock.Number()};
-  for (int i = 0; i < 3; ++i)
-    processes.push_back(std::make_unique<Process>(QStringList{"manage", QString::fromStdString(path)}));
+  processes.resize(3);
+  for (auto& each : processes)
+    each = std::make_unique<Process>(QStringList{"manage", QString::fromStdString(path)});
   for (const auto& process : processes) {
     const std::int64_t number = std::stoll(process->Line());
     EXPECT_TRUE(managers.insert(number).second);
