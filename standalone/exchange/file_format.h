@@ -7,7 +7,7 @@
 namespace plovix::file_format {
 
 inline constexpr std::string_view kName = "plovix-task";
-inline constexpr int kVersion = 1;  // raised if files of the former version must be refused or converted
+inline constexpr int kVersion = 2;  // raised if files of the former version must be refused or converted
 
 inline constexpr std::string_view kFormat = "format";
 inline constexpr std::string_view kFileVersion = "version";

@@ -1,3 +1,6 @@
+#include <plovix/standalone/tasks/action_kinds.h>
+
+#include <algorithm>
 #include <utility>
 
 #include "file_value.h"
@@ -86,8 +89,11 @@ void ReadTask(const FileValue& value, TaskExport& file) {
   object.RefuseOthers();
 }
 
-// Checked before anything else, because a newer file may contain anything else.
-void CheckVersion(FileObject& object) {
+// In the first version, braces in the texts of actions had no meaning.
+constexpr std::int64_t kWithoutPlaceholders = 1;
+
+// Taken before anything else, because a newer file may contain anything else.
+std::int64_t TakeVersion(FileObject& object) {
   const FileValue format = object.Take(kFormat);
   if (!format.json.is_string() || format.json.get_ref<const std::string&>() != kName)
     format.Refuse("exchange.problem.noExport");
@@ -97,7 +103,9 @@ void CheckVersion(FileObject& object) {
     version.RefuseValue("exchange.problem.newer", {std::to_string(kVersion)});
   std::int64_t number = 0;
   version.Read(number);
-  if (number < kVersion) version.RefuseValue("exchange.problem.version", {std::to_string(kVersion)});
+  if (number < kWithoutPlaceholders)
+    version.RefuseValue("exchange.problem.version", {std::to_string(kVersion)});
+  return number;
 }
 
 }  // namespace
@@ -110,8 +118,9 @@ TaskExport ReadExport(std::string_view text, const std::string& name, const Text
   if (!json.is_object()) source.Refuse("exchange.problem.noExport", {std::string(kFormat)});
   TaskExport file;
   FileObject object({json, "", source});
-  CheckVersion(object);
+  const std::int64_t version = TakeVersion(object);
   ReadTask(object.Take(kTask), file);
+  if (version == kWithoutPlaceholders) std::ranges::for_each(file.task.actions, DoubleBraces);
   object.Take(kTags).ForEachMember([&](const std::string& tag, const FileValue& value) {
     file.tags.push_back({tag, {}});
     value.Read(file.tags.back().texts);

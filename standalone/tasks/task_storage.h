@@ -52,8 +52,9 @@ class TaskStorage {
   /// Deletes that version of the task. Deleting a task that is already gone is not a failure.
   virtual void Delete(std::int64_t id, std::int64_t version) = 0;
 
-  /// Turns off ProcessAllRecords and ProcessFailedRecords of a stored task, whose version stays: they have been obeyed.
-  /// Called by automation managers alone; the default does nothing, for storages whose tasks none of them runs.
+  /// Turns off ProcessAllRecords and ProcessFailedRecords of a stored task, whose version stays: they have
+  /// been obeyed. Called by automation managers alone; the default does nothing, for storages whose tasks
+  /// none of them runs.
   virtual void TurnOffClearing(std::int64_t /*id*/) {}
 
   /// Makes Save and Delete call `guard` from now on; an empty guard, the default, allows everything.

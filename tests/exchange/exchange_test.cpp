@@ -136,6 +136,15 @@ TEST(TaskExports, AreRefusedWhereverTheyAreDamaged) {
   }
 }
 
+TEST(TaskExports, OfTheFirstVersionHaveTheirBracesDoubled) {
+  TaskExport file;
+  file.task.actions = {{"write-log", "", 0, 0, {{"text", "{x}"}, {"file", "/{y}"}}}};
+  std::string text = Write(file);
+  text.replace(text.find("\"version\": 2"), 12, "\"version\": 1");
+  const auto settings = ReadExport(text, "old", TextTable::Ids()).task.actions.at(0).settings;
+  EXPECT_EQ(settings, (std::map<std::string, std::string>{{"text", "{{x}}"}, {"file", "/{y}"}}));
+}
+
 TEST(TaskExports, SayWhatIsWrong) {
   const auto damaged = [](const std::string& from, const std::string& to) {
     std::string text = Write({FullTask(DailyRecord{3, true}, "'"), false, {}});
@@ -147,8 +156,8 @@ TEST(TaskExports, SayWhatIsWrong) {
        "task.recurrence.pattern.everyNDays: a whole number was expected, but \"x\" was found."},
       {damaged("\"recordMode\": 32767", "\"recordMode\": 32768"),
        "task.recordMode: a number from -32768 to 32767 was expected, but 32768 was found."},
-      {damaged("\"version\": 1", "\"version\": 2"), "the file has version 2; this program reads version 1"},
-      {damaged("\"version\": 1", "\"version\": 99999999999999999999"), "the file has version 1e+20; this"},
+      {damaged("\"version\": 2", "\"version\": 3"), "the file has version 3; this program reads version 2"},
+      {damaged("\"version\": 2", "\"version\": 99999999999999999999"), "the file has version 1e+20; this"},
       {damaged("-task", ""), "format: \"plovix-task\" was expected here."},
       {damaged("Name'", std::string(1001, 'x')), "task.name: this text is longer than 1000 characters."},
       {damaged("Query'", std::string(100'001, 'x')),
