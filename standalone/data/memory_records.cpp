@@ -115,9 +115,12 @@ void MemoryRecords::Put(const std::string& object, const FieldValue& key, const 
   const DataObjectRecord table = Table(object);
   const std::string name = QuotedName(table.name), key_name = QuotedName(table.key);
   Run("INSERT OR IGNORE INTO " + name + " (" + key_name + ") VALUES (?)", {key});
+  const std::string with_key = " = ? WHERE " + key_name + " = ?";
   for (const auto& [field, value] : values) {
     AddColumn(table.name, field);
-    Run("UPDATE " + name + " SET " + QuotedName(field) + " = ? WHERE " + key_name + " = ?", {value, key});
+    std::string update = "UPDATE " + name + " SET ";
+    update.append(QuotedName(field)).append(with_key);
+    Run(update, {value, key});
   }
 }
 
