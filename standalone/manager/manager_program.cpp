@@ -30,6 +30,8 @@ constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
 // How often it looks whether somebody else has written; asking costs microseconds.
 constexpr std::chrono::milliseconds kGlance{200};
+// After a failure.
+constexpr std::chrono::milliseconds kPause{1000};
 
 [[noreturn]] void RefuseStart(const std::string& why) {
   throw Failure(failure_number::kPermissionDenied, why);
@@ -84,17 +86,16 @@ Zone ZoneOf(SqliteRunStore& runs) {
 
 class Program {
  public:
-  Program(const ManagerOptions& options, const std::string& database)
+  Program(const ManagerOptions& options, const std::string& database, const std::string& data)
       : options_(options),
         tasks_(database),
         runs_(database),
         lock_(runs_),
         zone_(ZoneOf(runs_)),
-        data_(options.data.value_or(DefaultDataPath())),
-        records_(data_),
+        records_(data),
         secrets_(SecretsFor(options)),
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},
-                   .data_path = data_,
+                   .data_path = data,
                    .output_folder = OutputFolder(database),
                    .zone = zone_.Name(),
                    .secrets = secrets_}),
@@ -106,26 +107,40 @@ class Program {
                .told = [this](const RunRecord& run, const RunEnd* end) { Print(run, end); }},
         manager_(ports_, zone_, {.number = lock_.Number(), .alive = [this](std::int64_t number) {
                                    return lock_.IsAlive(number);
-                                 }}) {
-    CheckPlace(database);
-    if (fs::exists(data_)) CheckPlace(data_);
-  }
+                                 }}) {}
 
   int Run() {
     WakeUp wake_up(launcher_.Descriptor());
     if (!options_.json) std::cout << "plovix-manager runs the tasks of " << runs_.Path() << std::endl;
     while (true) {
-      if (!lock_.StillMine())
+      if (!lock_.StillMine()) {
         RefuseStart("the file beside the task file that shows who runs its tasks was replaced; start again");
-      const auto wake = manager_.Step(Now());
+      }
+      const std::optional<Instant> wake = Step();
       if (options_.once && manager_.Running() == 0) return EXIT_SUCCESS;
-      if (!wake_up.Wait(wake, kGlance)) break;
+      if (!wake_up.Wait(wake, problem_.empty() ? kGlance : kPause)) break;
     }
     manager_.Stop(Now());
     return EXIT_SUCCESS;
   }
 
  private:
+  // A full disk or a file that is not there passes: what runs goes on, and the rest is tried again. Told
+  // once.
+  std::optional<Instant> Step() {
+    try {
+      const auto wake = manager_.Step(Now());
+      problem_.clear();
+      return wake;
+    } catch (const Failure& failure) {
+      if (options_.once) throw;
+      if (problem_ != failure.Description())
+        std::cerr << "plovix-manager: " << failure.Description() << std::endl;
+      problem_ = failure.Description();
+      return std::nullopt;
+    }
+  }
+
   static Instant Now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
   void Print(const RunRecord& run, const RunEnd* end) {
@@ -139,12 +154,12 @@ class Program {
   SqliteRunStore runs_;
   ManagerLock lock_;
   Zone zone_;
-  std::string data_;
   FileRecords records_;
   Secrets secrets_;
   ActionLauncher launcher_;
   ManagerPorts ports_;
   Manager manager_;
+  std::string problem_;  // why the last step failed; empty if it did not
 };
 
 int Start(const ManagerOptions& options) {
@@ -155,7 +170,10 @@ int Start(const ManagerOptions& options) {
   }
   BlockSignals();
   const std::string database = options.database.value_or(DefaultDatabasePath());
-  return Program(options, database).Run();
+  CheckPlace(database);
+  const std::string data = options.data.value_or(DefaultDataPath());
+  if (fs::exists(data)) CheckPlace(data);
+  return Program(options, database, data).Run();
 }
 
 }  // namespace

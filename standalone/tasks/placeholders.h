@@ -30,15 +30,16 @@ struct TextProblem {
 
 /// A text between placeholders, or a placeholder.
 struct TextPiece {
+  /// What a piece stands for.
   enum class Kind {
     kText,   ///< as it is, with single braces
     kField,  ///< of the record
     kSecret  ///< from the manager's file of secrets
   };
-  Kind kind = Kind::kText;
-  std::string text;        ///< the text, or the name without braces and "secret:"
-  std::size_t offset = 0;  ///< where it begins in the text that was parsed, in bytes
-  std::size_t length = 0;  ///< there, in bytes
+  Kind kind = Kind::kText;  ///< of this piece
+  std::string text;         ///< the text, or the name without braces and "secret:"
+  std::size_t offset = 0;   ///< where it begins in the text that was parsed, in bytes
+  std::size_t length = 0;   ///< there, in bytes
 };
 /// What becomes one text when it is filled.
 using TextTemplate = std::vector<TextPiece>;

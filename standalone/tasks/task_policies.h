@@ -43,13 +43,13 @@ inline constexpr std::array<std::string_view, 2> kShortMonthNames{"last", "skip"
 
 /// The policies of one task. The defaults are those of a task that nobody set any for.
 struct TaskPolicies {
-  MissedPolicy missed = MissedPolicy::kOnce;
-  int missed_count = 1;  ///< for kAll; at least 1
-  OverlapPolicy overlap = OverlapPolicy::kSkip;
-  int retries = 0;  ///< after the first attempt; 0 or more
-  InterruptedPolicy interrupted = InterruptedPolicy::kRepeat;
-  ShortMonth short_month = ShortMonth::kLast;
-  std::chrono::seconds limit{0};  ///< for a whole attempt; 0: none
+  MissedPolicy missed = MissedPolicy::kOnce;                   ///< of what nobody started in time
+  int missed_count = 1;                                        ///< for kAll; at least 1
+  OverlapPolicy overlap = OverlapPolicy::kSkip;                ///< of what comes while it runs
+  int retries = 0;                                             ///< after the first attempt; 0 or more
+  InterruptedPolicy interrupted = InterruptedPolicy::kRepeat;  ///< of what a manager left behind
+  ShortMonth short_month = ShortMonth::kLast;                  ///< of days that a month lacks
+  std::chrono::seconds limit{0};                               ///< for a whole attempt; 0: none
   bool operator==(const TaskPolicies&) const = default;
 };
 
