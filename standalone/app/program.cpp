@@ -2,6 +2,7 @@
 
 #include <plovix/base/failure.h>
 #include <plovix/standalone/data/background_data_source.h>
+#include <plovix/standalone/data/file_records.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
@@ -114,6 +115,7 @@ int RunScriptFile(const ProgramOptions& options) {
   MemoryUsersAndTags memory_tables;
   std::unique_ptr<SqliteStorage> file_storage;
   std::unique_ptr<SqliteRunStore> file_runs;
+  std::unique_ptr<FileRecords> file_records;
   std::unique_ptr<SqliteUsersAndTags> file_tables;
   const bool from_input = *options.script == "-";
   ScriptOptions script{.storage = &memory,
@@ -136,6 +138,8 @@ int RunScriptFile(const ProgramOptions& options) {
     constexpr std::chrono::seconds kMore{5};  // reading ends earlier, if it ends at all
     script.data =
         std::make_shared<BackgroundDataSource>(*options.data, WaitAtMost(SqliteDataSource::kLongest + kMore));
+    file_records = std::make_unique<FileRecords>(*options.data);
+    script.records = file_records.get();
   }
   if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
   // A pipe is as good as standard input: another command may write to it.

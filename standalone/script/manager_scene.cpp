@@ -13,12 +13,15 @@ constexpr std::string_view kPerson = "script";
 
 }  // namespace
 
-ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, HostState& state)
+ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state)
     : state_(state),
       memory_(storage),
       runs_(runs != nullptr ? *runs : memory_),
       records_(*state.data),
-      ports_{.tasks = storage, .runs = runs_, .launcher = launcher_, .records = records_} {}
+      ports_{.tasks = storage,
+             .runs = runs_,
+             .launcher = launcher_,
+             .records = records != nullptr ? *records : records_} {}
 
 Instant ManagerScene::Now() const {
   return InstantOf(state_.clock, state_.clock_offset, zone_);

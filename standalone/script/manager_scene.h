@@ -14,8 +14,8 @@ namespace plovix::script {
 
 class ManagerScene {
  public:
-  // All outlive the scene. `runs`: nullptr for runs in memory.
-  ManagerScene(TaskStorage& storage, RunStore* runs, HostState& state);
+  // All outlive the scene. `runs` and `records`: nullptr for those in memory.
+  ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state);
 
   // A manager lives from the host's now until `until`, which becomes the host's now. A LineError for the
   // past.

@@ -2,7 +2,7 @@
 // "script" command and, on a machine without a display, instead of the window.
 #pragma once
 
-#include <plovix/standalone/runs/run_store.h>
+#include <plovix/standalone/runs/manager_ports.h>
 #include <plovix/standalone/tasks/data_source.h>
 #include <plovix/standalone/tasks/row_cursor.h>
 #include <plovix/standalone/tasks/task_storage.h>
@@ -28,8 +28,9 @@ struct ScriptOptions {
   // Opens a query on the file behind `storage`; empty if there is none.
   std::function<std::unique_ptr<RowCursor>(const std::string& query)> open_rows = {};
   std::shared_ptr<DataSource> data = {};  // nullptr: the data objects that the script adds
-  bool interactive = false;               // prompts, and goes on after an invalid line
-  std::string source_name = "-";          // FILE in "FILE:LINE: what is wrong"
+  RecordSource* records = nullptr;  // those of `data`, not owned; nullptr: the records that the script adds
+  bool interactive = false;         // prompts, and goes on after an invalid line
+  std::string source_name = "-";    // FILE in "FILE:LINE: what is wrong"
 };
 
 // Runs the commands of `in` to its end. `out` gets only JSON Lines, flushed line by line; messages, help and

@@ -45,6 +45,7 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
       err_(err),
       storage_(*options.storage),
       runs_(options.runs),
+      records_(options.records),
       tables_(options.tables),
       user_(options.user),
       open_rows_(options.open_rows),
@@ -72,7 +73,7 @@ std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight ri
 }
 
 ManagerScene& ScriptSession::Automation() {
-  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, state_);
+  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, records_, state_);
   return *automation_;
 }
 

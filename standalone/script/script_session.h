@@ -87,7 +87,8 @@ class ScriptSession {
   std::ostream& out_;
   std::ostream& err_;
   TaskStorage& storage_;
-  RunStore* runs_;  // nullptr: in memory
+  RunStore* runs_;         // nullptr: in memory
+  RecordSource* records_;  // likewise
   UsersAndTags* tables_;
   const std::optional<std::string> user_;  // who works; nothing: whom the scene names
   std::optional<std::string> named_user_;
