@@ -21,7 +21,7 @@ using Prepared = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
   throw Failure(failure_number::kInvalidCall, what + ": " + sqlite3_errmsg(database));
 }
 
-void BindValue(sqlite3_stmt* statement, int parameter, const FieldValue& value) {
+void BindTo(sqlite3_stmt* statement, int parameter, const FieldValue& value) {
   const auto length = [](const std::string& text) { return static_cast<int>(text.size()); };
   if (const auto* integer = std::get_if<std::int64_t>(&value)) {
     sqlite3_bind_int64(statement, parameter, *integer);
@@ -145,7 +145,7 @@ void MemoryRecords::Run(const std::string& sql, const std::vector<FieldValue>& v
     FailInWords(database_.get(), "the records cannot be stored");
   const Prepared statement(raw, sqlite3_finalize);
   int parameter = 0;
-  for (const FieldValue& value : values) BindValue(statement.get(), ++parameter, value);
+  for (const FieldValue& value : values) BindTo(statement.get(), ++parameter, value);
   if (sqlite3_step(statement.get()) != SQLITE_DONE)
     FailInWords(database_.get(), "the records cannot be stored");
 }

@@ -11,7 +11,7 @@
 namespace plovix {
 namespace {
 
-using Kind = SqlToken::Kind;
+using TokenKind = SqlToken::Kind;
 
 // Redundant nested brackets are no reason to refuse a text, up to this depth.
 constexpr int kDeepestTree = 50;
@@ -34,7 +34,7 @@ class Reader {
       : tokens_(SqlTokens(text)), object_(object), fields_(fields) {}
 
   std::variant<NothingAsked, QueryModel, NotExpressible> Read() {
-    if (Next().kind == Kind::kEnd) return NothingAsked{};
+    if (Next().kind == TokenKind::kEnd) return NothingAsked{};
     QueryModel model{std::string(object_), Join::kAll, {}};
     ReadSource();
     if (TakeWord("WHERE")) {
@@ -66,12 +66,14 @@ class Reader {
   // Fails at something that is allowed in SQL but not in a model.
   void FailHere() {
     const SqlToken& token = Next();
-    if (token.kind == Kind::kUnreadable || token.kind == Kind::kEnd) return Fail("query.reason.syntax");
+    if (token.kind == TokenKind::kUnreadable || token.kind == TokenKind::kEnd)
+      return Fail("query.reason.syntax");
     if (token.Is("NOT")) return Fail("query.reason.not");
     if (IsOneOf(token, kClauses)) return Fail("query.reason.clause", token.text);
     if (IsOneOf(token, kOperators)) return Fail("query.reason.operator", token.text);
     if (token.Is("SELECT") || token.Is("EXISTS")) return Fail("query.reason.several");
-    if (token.kind == Kind::kWord && Next(1).IsSign("(")) return Fail("query.reason.function", token.text);
+    if (token.kind == TokenKind::kWord && Next(1).IsSign("("))
+      return Fail("query.reason.function", token.text);
     Fail("query.reason.expression");
   }
 
@@ -80,7 +82,7 @@ class Reader {
     if (!TakeWord("SELECT")) return Fail("query.reason.select");
     if (!TakeSign("*") || Next().IsSign(",")) return Fail("query.reason.columns");
     if (!TakeWord("FROM"))
-      return Fail(Next().kind == Kind::kEnd ? "query.reason.syntax" : "query.reason.columns");
+      return Fail(Next().kind == TokenKind::kEnd ? "query.reason.syntax" : "query.reason.columns");
     if (Next().IsSign("(")) return Fail("query.reason.several");
     if (!IsName(Next())) return Fail("query.reason.syntax");
     if (!SameName(Next().text, object_) || Next(1).IsSign(".") || Next(1).IsSign("("))
@@ -94,13 +96,13 @@ class Reader {
   }
 
   void ExpectEnd() {
-    if (Next().kind == Kind::kEnd) return;
+    if (Next().kind == TokenKind::kEnd) return;
     if (statement_ended_) return Fail("query.reason.statements");
     FailHere();
   }
 
   [[nodiscard]] static bool IsName(const SqlToken& token) {
-    return token.kind == Kind::kName || (token.kind == Kind::kWord && !IsReserved(token));
+    return token.kind == TokenKind::kName || (token.kind == TokenKind::kWord && !IsReserved(token));
   }
 
   WhereNode ReadAny(int depth) {
@@ -199,7 +201,7 @@ class Reader {
 
   std::optional<std::string> TakeNumber() {
     const bool sign = Next().IsSign("-") || Next().IsSign("+");
-    if (Next(sign ? 1 : 0).kind == Kind::kNumber) {
+    if (Next(sign ? 1 : 0).kind == TokenKind::kNumber) {
       std::string number = Next().IsSign("-") ? "-" : "";
       position_ += sign ? 1 : 0;
       number += Next().text;
@@ -217,8 +219,8 @@ class Reader {
   // A text in quotes, or CAST(x'...' AS TEXT).
   std::optional<std::string> TakeText() {
     const std::size_t start = position_;
-    if (Next().kind == Kind::kText) return tokens_[position_++].text;
-    if (TakeWord("CAST") && TakeSign("(") && Next().kind == Kind::kBytes) {
+    if (Next().kind == TokenKind::kText) return tokens_[position_++].text;
+    if (TakeWord("CAST") && TakeSign("(") && Next().kind == TokenKind::kBytes) {
       std::string text = tokens_[position_++].text;
       if (TakeWord("AS") && TakeWord("TEXT") && TakeSign(")")) return text;
     }

@@ -12,7 +12,7 @@
 namespace plovix {
 namespace {
 
-using Kind = SqlToken::Kind;
+using TokenKind = SqlToken::Kind;
 
 constexpr std::size_t kDeepestBrackets = 200;  // brackets; the database's own parser stops at half of that
 
@@ -25,7 +25,7 @@ class SourceReader {
   explicit SourceReader(std::string_view sql) : tokens_(SqlTokens(sql)) {}
 
   SqlSources Read() {
-    for (at_ = 0; tokens_[at_].kind != Kind::kEnd && !found_.too_deep; ++at_) Take(tokens_[at_]);
+    for (at_ = 0; tokens_[at_].kind != TokenKind::kEnd && !found_.too_deep; ++at_) Take(tokens_[at_]);
     return std::move(found_);
   }
 
@@ -57,7 +57,7 @@ class SourceReader {
 
   // The database accepts texts as names, too.
   static bool IsName(const SqlToken& token) {
-    return token.kind == Kind::kWord || token.kind == Kind::kName || token.kind == Kind::kText;
+    return token.kind == TokenKind::kWord || token.kind == TokenKind::kName || token.kind == TokenKind::kText;
   }
 
   [[nodiscard]] bool IsAtSource(std::size_t at) const {

@@ -176,7 +176,7 @@ std::string_view AddTime(PatternWords& words, const RecurrenceRecord& recurrence
 
 // Adds the time of the first or next run if it is not soon.
 void AddNote(ScheduleWords& words, const Outlook& outlook, const TextTable& texts) {
-  constexpr days kYear{366};
+  constexpr days kFarAhead{366};
   if (outlook.runs.empty()) {
     words.note = texts.Host("schedule.over");
     return;
@@ -188,7 +188,7 @@ void AddNote(ScheduleWords& words, const Outlook& outlook, const TextTable& text
     const std::string start = Date(outlook.start, texts);
     words.note = day == outlook.start ? texts.Host("schedule.starts", {start})
                                       : texts.Host("schedule.startsLater", {start, Date(day, texts)});
-  } else if (next.moment.wall > outlook.now + kYear) {
+  } else if (next.moment.wall > outlook.now + kFarAhead) {
     words.note = texts.Host(outlook.ran ? "schedule.next" : "schedule.first", {Date(day, texts)});
   }
 }

@@ -19,7 +19,7 @@ const RecordValues kRecord = {{"Id", std::int64_t{42}},
                               {"Photo", Blob{std::string("\0\xff", 2)}},
                               {"Order Date", std::string("2026-01-05")}};
 const Secrets kSecrets = {{"mail", "p\"w {Id}"}};
-const std::vector<FieldRecord> kFields = {{"Id", FieldType::kInteger}, {"Order Date", FieldType::kDate}};
+const std::vector<FieldRecord> kOrderFields = {{"Id", FieldType::kInteger}, {"Order Date", FieldType::kDate}};
 
 // What a person sees marked, with the text that is told.
 std::string Place(std::string_view text, const std::optional<TextProblem>& problem) {
@@ -109,7 +109,7 @@ TEST(ActionTexts, AreRefusedAtTheirPlace) {
                            {"{ID}", ""},         {"{secret:x}", "secret:{secret:x}"}};
   for (const auto& [text, place] : texts) {
     const auto parsed = ParseText(text);
-    const KnownNames known{&kFields, false};
+    const KnownNames known{&kOrderFields, false};
     EXPECT_EQ(Place(text, parsed.problem ? parsed.problem : CheckNames(parsed.value, known)), place);
   }
   const Refused arguments[] = {{"a \"b {Id}", "quote:\""}, {"a {Id", "brace:{"}, {"\"a\" \"", "quote:\""}};
@@ -158,7 +158,7 @@ TEST(ActionTexts, AreCheckedInTheFieldsThatTakeThem) {
       if (action.settings.contains(needed)) action.settings[needed] = "SELECT 1";
     }
     action.settings[row.field] = row.value;
-    const auto problem = CheckStatementToo(action, &kFields);
+    const auto problem = CheckStatementToo(action, &kOrderFields);
     std::ostringstream told;
     if (problem)
       told << problem->field << ' ' << problem->text.substr(15) << ' ' << problem->parameter << ' ';
