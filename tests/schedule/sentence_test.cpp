@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 using std::chrono::local_days;
 
 constexpr local_days kStart{2026y / 1 / 5};
-constexpr ShortMonth kSkip = ShortMonth::kSkip;
+constexpr ShortMonth kSkipMonth = ShortMonth::kSkip;
 
 // Weeks and a week's days as 0 and 1, Sunday first.
 WeeklyRecord Weekly(int weeks, const std::string& days) {
@@ -78,16 +78,16 @@ TEST(ScheduleSentence, SaysThePatternWithEveryTime) {
       {MonthlyRecord{1, OnDay(29)}, "monthly.monthOrLastDay", {"29"}},
       {MonthlyRecord{6, OnDay(28)}, "monthly.months", {"6", "28"}},
       {MonthlyRecord{6, OnDay(29)}, "monthly.monthsOrLastDay", {"6", "29"}},
-      {MonthlyRecord{1, OnDay(28)}, "monthly.month", {"28"}, kSkip},
-      {MonthlyRecord{1, OnDay(29)}, "monthly.monthIfLong", {"29"}, kSkip},
-      {MonthlyRecord{6, OnDay(28)}, "monthly.months", {"6", "28"}, kSkip},
-      {MonthlyRecord{6, OnDay(29)}, "monthly.monthsIfLong", {"6", "29"}, kSkip},
+      {MonthlyRecord{1, OnDay(28)}, "monthly.month", {"28"}, kSkipMonth},
+      {MonthlyRecord{1, OnDay(29)}, "monthly.monthIfLong", {"29"}, kSkipMonth},
+      {MonthlyRecord{6, OnDay(28)}, "monthly.months", {"6", "28"}, kSkipMonth},
+      {MonthlyRecord{6, OnDay(29)}, "monthly.monthsIfLong", {"6", "29"}, kSkipMonth},
       {MonthlyRecord{1, OnThe(0, 2)}, "monthly.monthRelative", {first}},
       {MonthlyRecord{2, OnThe(0, 0)}, "monthly.monthsRelative", {"2", "[schedule.relative.first.sunday]"}},
       {YearlyRecord{0, OnDay(0)}, "yearly.date", {BracketedText("schedule.date.january", {one})}},
       {YearlyRecord{12, OnDay(31)}, "yearly.date", {"[schedule.date.december:31]"}},
       {YearlyRecord{2, OnDay(29)}, "yearly.leapDay", {}},
-      {YearlyRecord{2, OnDay(29)}, "yearly.leapDayOnly", {}, kSkip},
+      {YearlyRecord{2, OnDay(29)}, "yearly.leapDayOnly", {}, kSkipMonth},
       {YearlyRecord{2, OnDay(30)}, "yearly.relative", {last, "[schedule.ofMonth.february]"}},
       {YearlyRecord{4, OnDay(31)}, "yearly.relative", {last, "[schedule.ofMonth.april]"}},
       {YearlyRecord{10, OnThe(0, 2)}, "yearly.relative", {first, "[schedule.ofMonth.october]"}}};
@@ -170,7 +170,7 @@ TEST(ScheduleSentence, SaysWhatTheEngineRuns) {
         Every(kIntervals[random() % std::size(kIntervals)], kind, AnyPattern(random));
     const local_days start = Day("1500-01-01") + std::chrono::days{random() % 220'000};
     const DateTime now = Day(random() % 4 == 0 ? "1500-01-01" : "2026-02-27") + 10h;
-    const ShortMonth short_month = random() % 2 == 0 ? kSkip : ShortMonth::kLast;
+    const ShortMonth short_month = random() % 2 == 0 ? kSkipMonth : ShortMonth::kLast;
     const Schedule schedule(record, start, short_month),
         midnights(AtTime(record.pattern, "00:00"), start, short_month),
         ticks(Every(record.interval, kind, DailyRecord{1}), start);
@@ -238,7 +238,7 @@ TEST(ScheduleSentence, ReadsWell) {
        "has one",
        "Toutes les 36~heures, comptées à partir du 5~janvier 2026 à 00:00, mais seulement un mois sur 2, le "
        "31 s’il existe",
-       kStart, kSkip}};
+       kStart, kSkipMonth}};
   for (const char* code : {"en", "fr"}) {
     const TextTable texts = LoadLanguage(code);
     for (const auto& c : cases) {
