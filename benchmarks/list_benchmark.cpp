@@ -23,7 +23,7 @@ namespace plovix {
 namespace {
 
 constexpr int kRepetitions = 5;
-constexpr double kLargestRatio = 2.5;
+constexpr double kLargestRatio = 4.0;
 
 double BestMilliseconds(const std::function<void()>& act, int repetitions = kRepetitions) {
   double best = 1e9;
