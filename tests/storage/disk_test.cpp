@@ -290,13 +290,16 @@ int Sweep(const Operation& operation) {
   return faults;
 }
 
-TEST(FailingDisk, LeavesTheOldStateOrTheNewOne) {
-  for (const Operation& operation : Operations()) {
-    const int faults = Sweep(operation);
-    std::printf("%-28s%6d faults\n", operation.name, faults);
-    EXPECT_GT(faults, 9) << operation.name;
-  }
+class FailingDisk : public testing::TestWithParam<std::size_t> {};  // which operation
+
+TEST_P(FailingDisk, LeavesTheOldStateOrTheNewOne) {
+  const Operation operation = Operations().at(GetParam());
+  const int faults = Sweep(operation);
+  std::printf("%-28s%6d faults\n", operation.name, faults);
+  EXPECT_GT(faults, 9) << operation.name;
 }
+
+INSTANTIATE_TEST_SUITE_P(Disk, FailingDisk, testing::Range(std::size_t{0}, Operations().size()));
 
 }  // namespace
 }  // namespace plovix::test
