@@ -2,22 +2,10 @@
 
 #include <plovix/base/utf8.h>
 
+#include "field_binding.h"
+
 namespace plovix {
 namespace {
-
-class BindValue {
- public:
-  BindValue(Statement& statement, int parameter) : statement_(statement), parameter_(parameter) {}
-  void operator()(std::monostate /*null*/) const { statement_.BindNull(parameter_); }
-  void operator()(std::int64_t value) const { statement_.BindInteger(parameter_, value); }
-  void operator()(double value) const { statement_.BindReal(parameter_, value); }
-  void operator()(const std::string& value) const { statement_.BindText(parameter_, value); }
-  void operator()(const Blob& value) const { statement_.BindBlob(parameter_, value.bytes); }
-
- private:
-  Statement& statement_;
-  int parameter_;
-};
 
 // Checked before it is opened, because a connection for writing would create it.
 std::string Existing(const std::string& path) {
@@ -51,7 +39,7 @@ void DataChanges::Run(const std::string& sql, const std::vector<FieldValue>& par
   const auto change = [&] {
     Statement statement = connection_.Prepare(sql);
     for (std::size_t i = 0; i < parameters.size(); ++i)
-      std::visit(BindValue(statement, static_cast<int>(i)), parameters[i]);
+      BindField(statement, static_cast<int>(i), parameters[i]);
     statement.Run();
     CheckInterrupted();  // the last moment at which nothing is changed
   };

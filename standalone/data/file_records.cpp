@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "field_binding.h"
 #include "query_run.h"
 #include "record_query.h"
 #include "sqlite_data_source.h"
@@ -35,12 +36,6 @@ FieldValue ValueIn(const Statement& row, int column) {
       break;
   }
   return {};
-}
-
-void BindKey(Statement& statement, const FieldValue& key) {
-  if (const auto* integer = std::get_if<std::int64_t>(&key)) statement.BindInteger(0, *integer);
-  if (const auto* real = std::get_if<double>(&key)) statement.BindReal(0, *real);
-  if (const auto* text = std::get_if<std::string>(&key)) statement.BindText(0, *text);
 }
 
 // "2026-03-01 08:00:00" and "2026-03-01" are times, too.
@@ -83,7 +78,7 @@ class FilePass final : public RecordPass {
     while (next_ < keys_.size()) {
       const FieldValue& key = keys_[next_++];
       Statement statement = guard_.Prepare(RecordStatement(object_), time_);
-      BindKey(statement, key);
+      BindField(statement, 0, key);
       if (!statement.Step()) continue;
       SourceRecord record;
       record.key = KeyOf(key);
