@@ -4,7 +4,7 @@
 #include <plovix/component/page_registry.h>
 #include <plovix/host/host_application.h>
 #include <plovix/standalone/objects/host_state.h>
-#include <plovix/standalone/schedule/zone.h>
+#include <plovix/standalone/runs/task_control.h>
 #include <plovix/standalone/tasks/task_storage.h>
 #include <plovix/standalone/tasks/users_and_tags.h>
 #include <plovix/standalone/widgets/qt_text.h>
@@ -25,7 +25,9 @@ struct AppParts {
   UsersAndTags& tables;
   UserRecord& user;                  // who works with the program
   std::shared_ptr<DataSource> data;  // without stand-ins; never null
-  Zone zone = Zone::Local();         // in which tasks run
+  RunStore& runs;
+  TaskControl& control;  // on the user's behalf
+  Zone zone;             // in which tasks run
 
   [[nodiscard]] std::string Text(std::string_view key,
                                  const std::vector<std::string>& parameters = {}) const {

@@ -109,6 +109,19 @@ qt::Palette ChosenPalette(const ProgramOptions& options) {
   return options.palette == "dark" ? qt::Palette::kDark : qt::Palette::kLight;
 }
 
+int RunScriptFrom(const std::string& path, const ScriptOptions& script) {
+  // A pipe is as good as standard input: another command may write to it.
+  std::error_code error;
+  const bool is_folder = std::filesystem::is_directory(path, error);
+  std::ifstream file(path);
+  if (is_folder || !file) {
+    std::cerr << path << ": the script cannot be read: "
+              << std::generic_category().message(is_folder ? EISDIR : errno) << '\n';
+    return kWrongInput;
+  }
+  return RunScript(file, std::cout, std::cerr, script);
+}
+
 // Without a database, a script's tasks stay in memory, separate from the user's.
 int RunScriptFile(const ProgramOptions& options) {
   MemoryStorage memory;
@@ -141,17 +154,8 @@ int RunScriptFile(const ProgramOptions& options) {
     file_records = std::make_unique<FileRecords>(*options.data);
     script.records = file_records.get();
   }
-  if (from_input) return RunScript(std::cin, std::cout, std::cerr, script);
-  // A pipe is as good as standard input: another command may write to it.
-  std::error_code error;
-  const bool is_folder = std::filesystem::is_directory(*options.script, error);
-  std::ifstream file(*options.script);
-  if (is_folder || !file) {
-    std::cerr << *options.script << ": the script cannot be read: "
-              << std::generic_category().message(is_folder ? EISDIR : errno) << '\n';
-    return kWrongInput;
-  }
-  return RunScript(file, std::cout, std::cerr, script);
+  return from_input ? RunScript(std::cin, std::cout, std::cerr, script)
+                    : RunScriptFrom(*options.script, script);
 }
 
 void SpeakLanguage(Application& application, const TextTable& texts, QTranslator& translator) {

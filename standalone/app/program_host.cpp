@@ -5,6 +5,7 @@
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/objects/host_user.h>
 #include <plovix/standalone/query_builder/wait_window.h>
+#include <plovix/standalone/schedule/outlook.h>
 #include <plovix/standalone/tasks/stand_in_data_source.h>
 #include <plovix/standalone/widgets/qt_text.h>
 
@@ -24,9 +25,18 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   const std::string path = options.database.value_or(DefaultDatabasePath());
   storage_ = std::make_unique<SqliteStorage>(path);
   tables_ = std::make_unique<SqliteUsersAndTags>(path);
+  runs_ = std::make_unique<SqliteRunStore>(path);
+  zone_ = runs_->ScheduleZone();
   user_ = FindUser(*tables_, options.user, state_.texts);
   SetUser(state_, *tables_, user_);
   storage_->SetGuard(GuardFor(*tables_, user_.id, state_.texts));
+  control_ = std::make_unique<TaskControl>(
+      TaskControlParts{.tasks = *storage_,
+                       .runs = *runs_,
+                       .zone = *zone_,
+                       .now = [this] { return InstantOf(state_.clock, state_.clock_offset, *zone_); },
+                       .person = user_.id,
+                       .user = [this] { return UserOf(*tables_, user_.id); }});
   ReadTags(state_, *tables_, state_.texts.code);
   state_.open_rows = [this](const std::string& query) { return storage_->OpenRows(query); };
   state_.tag_filed = [this](const std::string& tag, const std::string& text) { FileTag(tag, text); };
@@ -51,6 +61,7 @@ void ProgramHost::EmptyLogWhenIdle() {
   const auto begin_again = [this] { idle_.start(); };
   storage_->OnWritten(begin_again);
   tables_->OnWritten(begin_again);
+  runs_->OnWritten(begin_again);
   idle_.start();  // there may be a log from before
 }
 
@@ -70,7 +81,10 @@ AppParts ProgramHost::Parts() {
           .storage = *storage_,
           .tables = *tables_,
           .user = user_,
-          .data = data_};
+          .data = data_,
+          .runs = *runs_,
+          .control = *control_,
+          .zone = *zone_};
 }
 
 void ProgramHost::OpenData(const std::string& path, bool make_sample) {

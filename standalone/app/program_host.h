@@ -2,12 +2,15 @@
 // host built from them. Owned by the program's main function.
 #pragma once
 
+#include <plovix/standalone/runs/task_control.h>
+#include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <plovix/standalone/tasks/users_and_tags.h>
 
 #include <QTimer>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app_parts.h"
@@ -37,8 +40,11 @@ class ProgramHost final {
   QtDialogs dialogs_;
   std::unique_ptr<SqliteStorage> storage_;
   std::unique_ptr<SqliteUsersAndTags> tables_;
+  std::unique_ptr<SqliteRunStore> runs_;
   QTimer idle_;  // runs out some time after the last change of the task file
   UserRecord user_;
+  std::optional<Zone> zone_;  // of the schedules
+  std::unique_ptr<TaskControl> control_;
   std::shared_ptr<DataSource> data_;
   PageRegistry registry_;
 };

@@ -8,6 +8,8 @@
 #include <plovix/standalone/objects/host_user.h>
 #include <plovix/standalone/objects/velo_action_list.h>
 #include <plovix/standalone/query_builder/query_builder_dialog.h>
+#include <plovix/standalone/runs/memory_run_store.h>
+#include <plovix/standalone/schedule/outlook.h>
 #include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/widgets/message_boxes.h>
 #include <plovix/standalone/widgets/qt_text.h>
@@ -208,13 +210,14 @@ class Session {
   MemoryUsersAndTags tables_;
   UserRecord user_ = FirstAdministrator();
   std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
-  AppParts parts_{state_,
-                  registry_,
-                  storage_,
-                  tables_,
-                  user_,
-                  data_,
-                  Zone::Named("Europe/Paris").value_or(Zone::Local())};
+  MemoryRunStore runs_{storage_};
+  Zone zone_ = Zone::Named("Europe/Paris").value_or(Zone::Local());
+  TaskControl control_{{.tasks = storage_,
+                        .runs = runs_,
+                        .zone = zone_,
+                        .now = [this] { return InstantOf(state_.clock, state_.clock_offset, zone_); },
+                        .person = user_.id}};
+  AppParts parts_{state_, registry_, storage_, tables_, user_, data_, runs_, control_, zone_};
 };
 
 QtMessageHandler usual_handler = nullptr;

@@ -75,15 +75,6 @@ Secrets SecretsFor(const ManagerOptions& options) {
   return secrets;
 }
 
-// The zone in which schedules are meant; a file that has none takes the machine's.
-Zone ZoneOf(SqliteRunStore& runs) {
-  if (runs.Zone().empty()) runs.SetZone(Zone::Local().Name());
-  const auto zone = Zone::Named(runs.Zone());
-  if (!zone)
-    RefuseStart("the schedules are in the zone \"" + runs.Zone() + "\", which this machine does not know");
-  return *zone;
-}
-
 class Program {
  public:
   Program(const ManagerOptions& options, const std::string& database, const std::string& data)
@@ -91,7 +82,7 @@ class Program {
         tasks_(database),
         runs_(database),
         lock_(runs_),
-        zone_(ZoneOf(runs_)),
+        zone_(runs_.ScheduleZone()),
         records_(data),
         secrets_(SecretsFor(options)),
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},

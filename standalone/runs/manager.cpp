@@ -19,7 +19,8 @@ std::optional<Instant> Manager::Step(Instant now) {
     more = TakeEnds(now);
     EndWhatMust(now);
     if (first && all)
-      for (const TaskState& state : ports_.runs.States()) PlanNow(ports_, zone_, state.task, now);
+      for (const TaskState& state : ports_.runs.States())
+        PlanNow(ports_.tasks, ports_.runs, zone_, state.task, now);
     Plan(now);
     while (Claim(now)) more = true;
   }
@@ -85,16 +86,9 @@ void Manager::Reap(Instant now) {
 }
 
 void Manager::Plan(Instant now) {
-  for (const std::int64_t task : ports_.runs.Unplanned()) PlanNow(ports_, zone_, task, now);
-  for (const std::int64_t task : ports_.runs.Due(now)) PlanNow(ports_, zone_, task, now);
-}
-
-// If another planner was faster, its rows are those that count.
-void PlanNow(const ManagerPorts& ports, const Zone& zone, std::int64_t id, Instant now) {
-  const auto state = ports.runs.State(id);
-  const auto task = ports.tasks.Load(id);
-  if (!state || !task) return;
-  (void)ports.runs.MoveCursor(PlanTask(*task, *state, zone, now, ports.runs.PauseOfAll().has_value()));
+  for (const std::int64_t task : ports_.runs.Unplanned())
+    PlanNow(ports_.tasks, ports_.runs, zone_, task, now);
+  for (const std::int64_t task : ports_.runs.Due(now)) PlanNow(ports_.tasks, ports_.runs, zone_, task, now);
 }
 
 bool Manager::Claim(Instant now) {

@@ -49,8 +49,4 @@ class Manager {
   bool stopped_ = false;
 };
 
-// Plans one task up to `now`. Also to be called before a pause ends: resuming then does not catch up with
-// what came due in it.
-void PlanNow(const ManagerPorts& ports, const Zone& zone, std::int64_t task, Instant now);
-
 }  // namespace plovix

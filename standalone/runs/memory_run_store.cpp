@@ -1,6 +1,7 @@
 #include "memory_run_store.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "run_rules.h"
 
@@ -129,7 +130,8 @@ void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
 
 RunRecord MemoryRunStore::Request(RunRecord run) {
   if (tasks_.Load(run.task)) (void)StateOf(run.task);
-  return *Add(std::move(run));
+  const RunRecord* added = Add(run);
+  return added != nullptr ? *added : run;
 }
 
 bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
@@ -205,6 +207,25 @@ std::optional<RunRecord> MemoryRunStore::Run(std::int64_t run) {
   return found == runs_.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::vector<RunRecord> MemoryRunStore::Recent(const RunFilter& filter) {
+  std::vector<RunRecord> recent;
+  for (const auto& [id, run] : std::views::reverse(runs_)) {
+    if (recent.size() == filter.most) break;
+    if (Passes(run, filter)) recent.push_back(run);
+  }
+  return recent;
+}
+
+std::vector<RunRecord> MemoryRunStore::LatestOfEach() {
+  std::map<std::int64_t, RunRecord> latest;
+  for (const auto& [id, run] : runs_)
+    if (!run.IsDry()) latest[run.task] = run;
+  std::vector<RunRecord> runs;
+  for (auto& [task, run] : latest)
+    if (tasks_.Load(task)) runs.push_back(std::move(run));
+  return runs;
+}
+
 std::vector<LedgerRow> MemoryRunStore::Ledger(std::int64_t task) {
   std::vector<LedgerRow> rows;
   for (const auto& [record, row] : ledger_[task]) rows.push_back(row);
@@ -229,6 +250,17 @@ bool MemoryRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
     return !only_failed || entry.second.state == LedgerState::kFailed;
   });
   tasks_.TurnOffClearing(run.task);
+  return true;
+}
+
+bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+  const auto row = LedgerOf(task, record);
+  if (!row || !IsUndecided(*row)) return false;
+  if (done) {
+    ledger_[task][record].state = LedgerState::kDone;
+  } else {
+    ledger_[task].erase(record);
+  }
   return true;
 }
 

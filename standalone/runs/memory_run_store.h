@@ -33,10 +33,13 @@ class MemoryRunStore final : public RunStore {
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
+  [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
+  [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
+  bool Decide(std::int64_t task, const std::string& record, bool done) override;
 
  private:
   [[nodiscard]] TaskState& StateOf(std::int64_t task);

@@ -161,4 +161,12 @@ CursorMove PlanTask(const TaskRecord& task, const TaskState& state, const Zone& 
   return move;
 }
 
+// If another planner was faster, its rows are those that count.
+void PlanNow(TaskStorage& tasks, RunStore& runs, const Zone& zone, std::int64_t id, Instant now) {
+  const auto state = runs.State(id);
+  const auto task = tasks.Load(id);
+  if (!state || !task) return;
+  (void)runs.MoveCursor(PlanTask(*task, *state, zone, now, runs.PauseOfAll().has_value()));
+}
+
 }  // namespace plovix

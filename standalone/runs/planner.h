@@ -3,7 +3,7 @@
 #pragma once
 
 #include <plovix/standalone/schedule/runs.h>
-#include <plovix/standalone/tasks/task_record.h>
+#include <plovix/standalone/tasks/task_storage.h>
 
 #include "run_store.h"
 
@@ -21,5 +21,9 @@ inline constexpr std::chrono::seconds kLate{60};
 // a row. `all_paused`: the manager runs nothing that is scheduled.
 [[nodiscard]] CursorMove PlanTask(const TaskRecord& task, const TaskState& state, const Zone& zone,
                                   Instant now, bool all_paused);
+
+// Plans one task up to `now`; does nothing for one that is gone. Also to be called before a pause ends:
+// resuming then does not catch up with what came due in it.
+void PlanNow(TaskStorage& tasks, RunStore& runs, const Zone& zone, std::int64_t task, Instant now);
 
 }  // namespace plovix

@@ -36,4 +36,9 @@ RunRecord Extended(RunRecord row, const MissedSpan& more) {
   return row;
 }
 
+bool Passes(const RunRecord& run, const RunFilter& filter) {
+  return (!filter.task || run.task == *filter.task) && (!filter.before || run.id < *filter.before) &&
+         (filter.states.empty() || std::ranges::count(filter.states, run.state) > 0);
+}
+
 }  // namespace plovix

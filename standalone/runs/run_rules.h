@@ -17,6 +17,12 @@ namespace plovix {
   if (run.origin == RunOrigin::kManual) return true;
   return !all_paused && !task.paused && (run.IsRetrying() || !task.retrying);
 }
+// Whether a filter lets the run through; the number of runs apart.
+[[nodiscard]] bool Passes(const RunRecord& run, const RunFilter& filter);
+// Whether a person is asked what to do with the record.
+[[nodiscard]] inline bool IsUndecided(const LedgerRow& row) {
+  return row.state == LedgerState::kFailed || row.state == LedgerState::kInDoubt;
+}
 // The run as its manager has it from now on.
 [[nodiscard]] RunRecord Begun(RunRecord run, Instant now, std::int64_t manager);
 // The run as `end` leaves it.

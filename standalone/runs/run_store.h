@@ -56,6 +56,14 @@ struct RunEnd {
   std::string planned;
 };
 
+// Which runs are looked for.
+struct RunFilter {
+  std::optional<std::int64_t> task;    // nothing: of all tasks
+  std::vector<RunState> states;        // one of these; empty: any
+  std::optional<std::int64_t> before;  // a run's id: only older ones, to read on
+  std::size_t most = 200;
+};
+
 class RunStore {
  public:
   virtual ~RunStore() = default;
@@ -79,7 +87,7 @@ class RunStore {
   virtual void SetPauseOfAll(const std::optional<Pause>& pause) = 0;
   [[nodiscard]] virtual std::optional<Pause> PauseOfAll() = 0;
 
-  // Adds what a person asks for; returns it with its id.
+  // Adds what a person asks for; returns it with its id, which is 0 if its occurrence has a row already.
   virtual RunRecord Request(RunRecord run) = 0;
   // Cancels a waiting run; a running one is marked for its manager. False if it is over.
   virtual bool Cancel(std::int64_t run, Instant now, const std::string& reason) = 0;
@@ -98,6 +106,10 @@ class RunStore {
   // Oldest first.
   [[nodiscard]] virtual std::vector<RunRecord> History(std::optional<std::int64_t> task) = 0;
   [[nodiscard]] virtual std::optional<RunRecord> Run(std::int64_t run) = 0;
+  // A part of the history, newest first.
+  [[nodiscard]] virtual std::vector<RunRecord> Recent(const RunFilter& filter) = 0;
+  // The newest run of each task that exists, dry ones left out; in the order of the tasks.
+  [[nodiscard]] virtual std::vector<RunRecord> LatestOfEach() = 0;
 
   // In the order of the keys.
   [[nodiscard]] virtual std::vector<LedgerRow> Ledger(std::int64_t task) = 0;
@@ -106,6 +118,8 @@ class RunStore {
   virtual bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) = 0;
   // Forgets all records of the task, or those that failed, and turns off the task's flag that asked for it.
   virtual bool ClearLedger(const RunRecord& run, bool only_failed) = 0;
+  // What a person says of a record that failed or is in doubt: done, or forgotten. False for another one.
+  virtual bool Decide(std::int64_t task, const std::string& record, bool done) = 0;
 };
 
 }  // namespace plovix

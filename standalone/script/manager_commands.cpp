@@ -95,10 +95,9 @@ void SetPolicy(TaskPolicies& policies, const std::string& name, const Words& val
 
 void ChoosePolicy(ScriptSession& session, const Words& words) {
   const std::int64_t task = TaskFrom(session, words[0], TaskRight::kEdit);
-  RunStore& runs = session.Automation().Runs();
-  TaskPolicies policies = runs.State(task)->policies;
+  TaskPolicies policies = session.Automation().Runs().State(task)->policies;
   SetPolicy(policies, words[1], {words.begin() + 2, words.end()});
-  runs.SetPolicies(task, policies);
+  session.Automation().Control().SetPolicies(task, policies);
 }
 
 // Digits alone are a whole number, everything else is a text.
@@ -112,7 +111,8 @@ template <RunOrigin kOrigin>
 void StartTask(ScriptSession& session, const Words& words) {
   std::vector<std::string> keys;
   for (std::size_t i = 1; i < words.size(); ++i) keys.push_back(KeyOf(FieldFrom(words[i])));
-  session.Automation().Start(TaskFrom(session, words[0], TaskRight::kRun), kOrigin, std::move(keys));
+  session.Automation().Control().Start(TaskFrom(session, words[0], TaskRight::kRun), kOrigin,
+                                       std::move(keys));
 }
 
 void StopRun(ScriptSession& session, const Words& words) {
@@ -121,9 +121,14 @@ void StopRun(ScriptSession& session, const Words& words) {
 
 template <bool kPaused>
 void PauseTask(ScriptSession& session, const Words& words) {
-  const bool all = words[0] == "all";
-  session.Automation().SetPaused(
-      all ? std::nullopt : std::optional(TaskFrom(session, words[0], TaskRight::kEdit)), kPaused);
+  const auto task =
+      words[0] == "all" ? std::nullopt : std::optional(TaskFrom(session, words[0], TaskRight::kEdit));
+  TaskControl control = session.Automation().Control();
+  if (kPaused) {
+    control.Pause(task, "");
+  } else {
+    control.Resume(task);
+  }
 }
 
 void SetData(ScriptSession& session, const Words& words) {

@@ -70,47 +70,20 @@ void ManagerScene::Down(Instant until) {
   SetNow(until);
 }
 
-void ManagerScene::Start(std::int64_t task, RunOrigin origin, std::vector<std::string> keys) {
-  RunRecord run;
-  run.task = task;
-  run.origin = origin;
-  run.not_before = Now();
-  run.person = kPerson;
-  run.keys = std::move(keys);
-  (void)runs_.Request(std::move(run));
-}
-
 // A run that no manager looks after is closed here.
 void ManagerScene::Cancel(std::int64_t id) {
-  if (!runs_.Cancel(id, Now(), "cancelled"))
-    throw LineError("there is no run " + std::to_string(id) + " to stop");
+  TaskControl control = Control();
+  control.Cancel(id);
   if (manager_) {
     launcher_.now = Now();
     if (!LiveUntil(Now())) manager_.reset();
-    return;
+  } else if (!runs_.Run(id)->IsOver()) {
+    control.CloseByForce(id);
   }
-  const auto run = runs_.Run(id);
-  if (run->IsOver()) return;
-  RunEnd end;
-  end.run = id;
-  end.epoch = run->epoch;
-  end.state = RunState::kCancelled;
-  end.at = Now();
-  end.reason = run->reason;
-  end.records = run->records;
-  (void)runs_.Finish(end);
 }
 
-// What came due in a pause gets its row before the pause ends.
-void ManagerScene::SetPaused(std::optional<std::int64_t> task, bool paused) {
-  const auto pause = paused ? std::optional(Pause{std::string(kPerson), "", Now()}) : std::nullopt;
-  if (task) {
-    if (!paused) PlanNow(ports_, zone_, *task, Now());
-    return runs_.SetPause(*task, pause);
-  }
-  if (!paused)
-    for (const TaskState& state : runs_.States()) PlanNow(ports_, zone_, state.task, Now());
-  runs_.SetPauseOfAll(pause);
+TaskControl ManagerScene::Control() {
+  return TaskControl({ports_.tasks, runs_, zone_, [this] { return Now(); }, std::string(kPerson)});
 }
 
 std::string ManagerScene::TimeText(Instant at) const {

@@ -6,6 +6,7 @@
 #include <plovix/standalone/objects/host_state.h>
 #include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/runs/memory_run_store.h>
+#include <plovix/standalone/runs/task_control.h>
 
 #include "recorded_launcher.h"
 #include "words.h"
@@ -25,12 +26,10 @@ class ManagerScene {
   [[nodiscard]] Instant InstantAt(const ClockTimeWord& word) const;
   [[nodiscard]] Instant Now() const;
 
-  // What a person asks for; the task exists.
-  void Start(std::int64_t task, RunOrigin origin, std::vector<std::string> keys);
-  // A LineError for a run that is not there or over.
+  // What a person asks for.
+  [[nodiscard]] TaskControl Control();
+  // The same, until the run is over.
   void Cancel(std::int64_t run);
-  // `task`: nothing means everything.
-  void SetPaused(std::optional<std::int64_t> task, bool paused);
 
   [[nodiscard]] RunStore& Runs() noexcept { return runs_; }
   [[nodiscard]] MemoryRecords& Records() noexcept { return records_; }

@@ -2,6 +2,8 @@
 
 #include <plovix/standalone/runs/run_rules.h>
 
+#include <limits>
+
 #include "column_values.h"
 #include "task_columns.h"
 
@@ -105,14 +107,39 @@ void RunTables::Put(const RunRecord& run) {
   put_run_.Run();
 }
 
+RunRecord RunTables::RunIn(const Statement& row) const {
+  RunRecord run;
+  run.id = row.Integer(0);
+  CheckReadable(ReadColumns(run, RunColumns(), row, 1), "run " + std::to_string(run.id));
+  return run;
+}
+
 std::vector<RunRecord> RunTables::Runs(Statement& statement) {
   std::vector<RunRecord> runs;
-  statement.ForEachRow([&](const Statement& row) {
-    RunRecord& run = runs.emplace_back();
-    run.id = row.Integer(0);
-    CheckReadable(ReadColumns(run, RunColumns(), row, 1), "run " + std::to_string(run.id));
-  });
+  statement.ForEachRow([&](const Statement& row) { runs.push_back(RunIn(row)); });
   return runs;
+}
+
+// Rows that do not pass are read over; an index for each filter would cost more at every end of a run.
+std::vector<RunRecord> RunTables::Recent(const RunFilter& filter) {
+  Statement recent = SelectRuns(filter.task ? "WHERE TaskId = ?2 AND Id < ?1 ORDER BY Id DESC"
+                                            : "WHERE Id < ?1 ORDER BY Id DESC");
+  recent.BindInteger(0, filter.before.value_or(std::numeric_limits<std::int64_t>::max()));
+  if (filter.task) recent.BindInteger(1, *filter.task);
+  std::vector<RunRecord> runs;
+  while (runs.size() < filter.most && recent.Step()) {
+    RunRecord run = RunIn(recent);
+    if (Passes(run, filter)) runs.push_back(std::move(run));
+  }
+  return runs;
+}
+
+// Looks each task's newest run up, whatever the number of older ones.
+std::vector<RunRecord> RunTables::LatestOfEach() {
+  Statement latest = SelectRuns(
+      "WHERE Id IN (SELECT (SELECT r.Id FROM VeloRuns r WHERE r.TaskId = t.Id AND r.Origin <> 'dry-run' "
+      "ORDER BY r.Id DESC LIMIT 1) FROM VeloAutoTasks t) ORDER BY TaskId");
+  return Runs(latest);
 }
 
 std::optional<RunRecord> RunTables::Run(std::int64_t run) {
@@ -174,6 +201,13 @@ std::optional<LedgerRow> RunTables::LedgerOf(std::int64_t task, const std::strin
   ledger_of_.BindText(1, record);
   auto rows = ReadLedger(ledger_of_);
   return rows.empty() ? std::nullopt : std::optional(std::move(rows.front()));
+}
+
+void RunTables::Forget(std::int64_t task, const std::string& record) {
+  Statement forget = Prepare("DELETE FROM VeloLedger WHERE TaskId = ? AND Record = ?");
+  forget.BindInteger(0, task);
+  forget.BindText(1, record);
+  forget.Run();
 }
 
 void RunTables::ClearLedger(std::int64_t task, bool only_failed) {

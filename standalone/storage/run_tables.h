@@ -41,6 +41,8 @@ class RunTables final {
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run);
   // Oldest first; of all tasks, or one.
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task);
+  [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter);
+  [[nodiscard]] std::vector<RunRecord> LatestOfEach();
   [[nodiscard]] std::vector<RunRecord> Running() { return Runs(running_); }
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager);
   // The run that waits longest of those that may begin by `until`, as far as the rules need it: with its id.
@@ -50,6 +52,7 @@ class RunTables final {
   void Put(std::int64_t task, const LedgerRow& row);
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task);
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record);
+  void Forget(std::int64_t task, const std::string& record);
   void ClearLedger(std::int64_t task, bool only_failed);
   // Whether ClearLedger would change nothing.
   [[nodiscard]] bool IsCleared(std::int64_t task, bool only_failed);
@@ -59,6 +62,7 @@ class RunTables final {
 
  private:
   [[nodiscard]] std::vector<std::int64_t> Ids(Statement& statement);
+  [[nodiscard]] RunRecord RunIn(const Statement& row) const;
   [[nodiscard]] std::vector<RunRecord> Runs(Statement& statement);
   [[nodiscard]] std::vector<TaskState> ReadStates(Statement& statement);
   [[nodiscard]] std::vector<LedgerRow> ReadLedger(Statement& statement);

@@ -219,6 +219,14 @@ std::optional<RunRecord> SqliteRunStore::Run(std::int64_t run) {
   return tables_->Run(run);
 }
 
+std::vector<RunRecord> SqliteRunStore::Recent(const RunFilter& filter) {
+  return tables_->Recent(filter);
+}
+
+std::vector<RunRecord> SqliteRunStore::LatestOfEach() {
+  return tables_->LatestOfEach();
+}
+
 std::vector<LedgerRow> SqliteRunStore::Ledger(std::int64_t task) {
   return tables_->Ledger(task);
 }
@@ -248,16 +256,45 @@ bool SqliteRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
   return Change(body, [&] { return tables_->IsCleared(run.task, only_failed); });
 }
 
+bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+  const auto body = [&] {
+    auto row = LedgerOf(task, record);
+    if (!row || !IsUndecided(*row)) return false;
+    row->state = LedgerState::kDone;
+    if (done) {
+      tables_->Put(task, *row);
+    } else {
+      tables_->Forget(task, record);
+    }
+    return true;
+  };
+  return Change(body, [&] {
+    const auto row = LedgerOf(task, record);
+    return done ? row && row->state == LedgerState::kDone : !row;
+  });
+}
+
 std::string SqliteRunStore::FileId() {
   return tables_->Settings().id;
 }
 
-std::string SqliteRunStore::Zone() {
+std::string SqliteRunStore::ZoneName() {
   return tables_->Settings().zone;
 }
 
-void SqliteRunStore::SetZone(const std::string& zone) {
-  ChangeSettings([&](FileSettings& settings) { settings.zone = zone; });
+void SqliteRunStore::SetZone(const std::string& name) {
+  ChangeSettings([&](FileSettings& settings) { settings.zone = name; });
+}
+
+Zone SqliteRunStore::ScheduleZone() {
+  if (ZoneName().empty()) SetZone(Zone::Local().Name());
+  auto zone = Zone::Named(ZoneName());
+  if (!zone) {
+    tables_->File().Refuse(
+        failure_number::kInvalidFormat,
+        "its schedules are in the time zone \"" + ZoneName() + "\", which this machine does not know");
+  }
+  return *std::move(zone);
 }
 
 // After a failure the number may be given away or not; nobody has it then.

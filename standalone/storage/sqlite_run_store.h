@@ -5,6 +5,7 @@
 #pragma once
 
 #include <plovix/standalone/runs/run_store.h>
+#include <plovix/standalone/schedule/zone.h>
 
 #include <chrono>
 #include <functional>
@@ -46,16 +47,22 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
+  [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
+  [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
+  bool Decide(std::int64_t task, const std::string& record, bool done) override;
 
   // Differs from file to file, but a copy of a file has that of its original.
   [[nodiscard]] std::string FileId();
   // The zone of all schedules by its IANA name; empty until it is set.
-  [[nodiscard]] std::string Zone();
-  void SetZone(const std::string& zone);
+  [[nodiscard]] std::string ZoneName();
+  void SetZone(const std::string& name);
+  // The same as a zone; a file that has none takes the machine's. Fails in words if this machine does not
+  // know it.
+  [[nodiscard]] Zone ScheduleZone();
   // A number that no manager of this file has had; from 1.
   [[nodiscard]] std::int64_t NewManager();
 

@@ -7,6 +7,8 @@
 #include <plovix/standalone/app/task_list_window.h>
 #include <plovix/standalone/app/wizard_window.h>
 #include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/schedule/outlook.h>
+#include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/text/languages.h>
 #include <plovix/standalone/widgets/qt_text.h>
@@ -89,7 +91,9 @@ class ProgramTest : public testing::Test {
   }
   ~ProgramTest() override { InstallServices({}); }
 
-  [[nodiscard]] AppParts Parts() { return {state_, registry_, *storage_, tables_, user_, data_}; }
+  [[nodiscard]] AppParts Parts() {
+    return {state_, registry_, *storage_, tables_, user_, data_, runs_, control_, zone_};
+  }
   [[nodiscard]] QString Path() const { return folder_.filePath("tasks ?#%'é.sqlite"); }
   [[nodiscard]] QPushButton* ListButton(const char* name) const {
     return list_->findChild<QPushButton*>(name);
@@ -131,6 +135,14 @@ class ProgramTest : public testing::Test {
   std::shared_ptr<MemoryDataSource> data_ = std::make_shared<MemoryDataSource>();
   PageRegistry registry_;
   std::unique_ptr<SqliteStorage> storage_ = std::make_unique<SqliteStorage>(FromQt(Path()));
+  SqliteRunStore runs_{FromQt(Path())};
+  Zone zone_ = runs_.ScheduleZone();
+  TaskControl control_{{.tasks = *storage_,
+                        .runs = runs_,
+                        .zone = zone_,
+                        .now = [this] { return InstantOf(state_.clock, state_.clock_offset, zone_); },
+                        .person = user_.id,
+                        .user = [this] { return UserOf(tables_, user_.id); }}};
   std::unique_ptr<TaskListWindow> list_;
 };
 

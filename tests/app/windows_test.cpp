@@ -37,7 +37,7 @@ class WindowsTest : public ProgramTest {
      private:
       TaskRecord record_;
     } foreign(task);
-    AppParts parts{state_, registry_, foreign, tables_, user_, data_};
+    AppParts parts{state_, registry_, foreign, tables_, user_, data_, runs_, control_, zone_};
     TaskListWindow list(parts);
     look(list, "list");
     VeloActionList actions;

@@ -268,10 +268,10 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
 TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
   const OwnTaskFile file, other;
   SqliteRunStore runs(file.path);
-  EXPECT_EQ(runs.Zone(), "");
+  EXPECT_EQ(runs.ZoneName(), "");
   runs.SetZone("Europe/Paris");
   runs.SetPauseOfAll(Pause{"ann", "why", At(1)});
-  EXPECT_EQ(SqliteRunStore(file.path).Zone(), "Europe/Paris");
+  EXPECT_EQ(SqliteRunStore(file.path).ZoneName(), "Europe/Paris");
   EXPECT_EQ(SqliteRunStore(file.path).FileId(), runs.FileId());
   EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());
 }
