@@ -1,0 +1,67 @@
+#include "run_words.h"
+
+#include <algorithm>
+#include <array>
+
+namespace plovix {
+namespace {
+
+struct TimeUnit {
+  std::chrono::seconds length;
+  const char* text;
+};
+constexpr std::array kUnits{
+    TimeUnit{std::chrono::days{1}, "time.days"}, TimeUnit{std::chrono::hours{1}, "time.hours"},
+    TimeUnit{std::chrono::minutes{1}, "time.minutes"}, TimeUnit{std::chrono::seconds{1}, "time.seconds"}};
+
+// The largest `most` units from the first that is not nothing on, without those that are nothing.
+std::string InUnits(std::chrono::seconds time, std::size_t most, const TextTable& texts) {
+  std::string words;
+  const auto* unit = std::ranges::find_if(kUnits, [&](const TimeUnit& each) { return each.length <= time; });
+  for (std::size_t count = 0; unit != kUnits.end() && count < most; ++unit, ++count) {
+    const auto number = time / unit->length;
+    time %= unit->length;
+    if (number == 0) continue;
+    if (!words.empty()) words += ' ';
+    words += texts.Host(unit->text, {std::to_string(number)});
+  }
+  return words.empty() ? texts.Host(kUnits.back().text, {"0"}) : words;
+}
+
+}  // namespace
+
+std::string StateInWords(const RunRecord& run, const TextTable& texts) {
+  if (run.missed && run.missed->count > 1)
+    return texts.Host("run.state.missedMany", {std::to_string(run.missed->count)});
+  if (run.IsRetrying()) return texts.Host("run.state.retrying");
+  if (run.state == RunState::kRunning && run.cancel) return texts.Host("run.state.cancelling");
+  return texts.Host("run.state." + std::string(kRunStateNames.at(IndexOf(run.state))));
+}
+
+std::string OriginInWords(const RunRecord& run, const TextTable& texts) {
+  const std::string key = "run.origin." + std::string(kRunOriginNames.at(IndexOf(run.origin)));
+  return run.person.empty() ? texts.Host(key) : texts.Host(key + "By", {run.person});
+}
+
+std::string ReasonInWords(const RunRecord& run, const TextTable& texts) {
+  constexpr std::array kOwn{"late", "paused", "running", "queued", "cancelled"};
+  if (std::ranges::count(kOwn, run.reason) == 0) return run.reason;
+  return texts.Host("run.reason." + run.reason);
+}
+
+std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts) {
+  if (!run.started) return {};
+  return DurationInWords(std::max(run.ended.value_or(now) - *run.started, std::chrono::seconds{0}), texts);
+}
+
+std::string DurationInWords(std::chrono::seconds time, const TextTable& texts) {
+  return InUnits(time, 2, texts);
+}
+
+std::string DistanceInWords(Instant at, Instant now, const TextTable& texts) {
+  if (at == now) return texts.Host("time.now");
+  return at < now ? texts.Host("time.ago", {InUnits(now - at, 1, texts)})
+                  : texts.Host("time.in", {InUnits(at - now, 1, texts)});
+}
+
+}  // namespace plovix

@@ -1,0 +1,26 @@
+// Runs in words of a text table, for windows, notifications and lines of text: every surface says the same.
+#pragma once
+
+#include <plovix/standalone/text/text_table.h>
+
+#include <chrono>
+#include <string>
+
+#include "run_record.h"
+
+namespace plovix {
+
+// What became of the run: "Succeeded", "Missed (3)", "Waiting for the next attempt".
+[[nodiscard]] std::string StateInWords(const RunRecord& run, const TextTable& texts);
+// What started it, with the person who did.
+[[nodiscard]] std::string OriginInWords(const RunRecord& run, const TextTable& texts);
+// The manager's own reasons as sentences, all others as they are; empty if there is none.
+[[nodiscard]] std::string ReasonInWords(const RunRecord& run, const TextTable& texts);
+// Of the latest attempt, of one under way until `now`; empty before the first.
+[[nodiscard]] std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts);
+// Rounded down to at most two units: "45 s", "3 min 20 s", "2 h 5 min", "3 d 4 h". From 0.
+[[nodiscard]] std::string DurationInWords(std::chrono::seconds time, const TextTable& texts);
+// "5 min ago", "in 2 h", "now"; in one unit.
+[[nodiscard]] std::string DistanceInWords(Instant at, Instant now, const TextTable& texts);
+
+}  // namespace plovix
