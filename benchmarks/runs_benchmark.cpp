@@ -189,7 +189,7 @@ bool MeasureQuestions(const std::string& folder, std::int64_t tasks) {
                    {"us: what is next", [&] { (void)store.NextWake(); }},
                    {"us: what was saved", [&] { (void)store.Unplanned(); }},
                    {"us: what can begin", [&] { (void)store.Claim(kThen, 1); }},
-                   {"us: what was abandoned", [&] { (void)store.Orphans([](auto) { return false; }); }}};
+                   {"us: what is under way", [&] { (void)store.UnderWay(); }}};
   bool met = true;
   for (const auto& [name, ask] : questions)
     met = Report(name, 1e6 / RateOf(ask), kMostPerQuestion, false) && met;

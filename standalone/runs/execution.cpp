@@ -100,7 +100,9 @@ std::optional<RunEnd> Execution::GoOn(Instant now) {
       try {
         if (!TakeNext()) return Over(now);
       } catch (const std::exception&) {
-        return Failed(RunState::kFailed, CurrentFailure().Description(), now);
+        const std::string failure = CurrentFailure().Description();
+        if (in_record_) EndRecord(failure);  // it may be in the ledger as begun
+        return Failed(RunState::kFailed, failure, now);
       }
       if (lost_) break;
     }
@@ -164,10 +166,10 @@ void Execution::BeginRecord(SourceRecord record) {
   action_ = 0;
   in_record_ = true;
   if (run_.IsDry()) return;
-  std::vector<LedgerRow> rows;
-  if (ended_) rows.push_back(*std::exchange(ended_, std::nullopt));
+  std::vector<LedgerRow> rows = ended_;
   rows.push_back(*current_);
   lost_ = lost_ || !ports_.runs.Write(run_, rows);
+  ended_.clear();
 }
 
 void Execution::EndRecord(const std::string& failure) {
@@ -176,9 +178,9 @@ void Execution::EndRecord(const std::string& failure) {
   failed_in_a_row_ = failure.empty() ? 0 : failed_in_a_row_ + 1;
   if (!current_) return;
   ++(failure.empty() ? run_.records.done : run_.records.failed);
-  ended_ = std::exchange(current_, std::nullopt);
-  ended_->state = failure.empty() ? LedgerState::kDone : LedgerState::kFailed;
-  ended_->reason = failure;
+  current_->state = failure.empty() ? LedgerState::kDone : LedgerState::kFailed;
+  current_->reason = failure;
+  ended_.push_back(*std::exchange(current_, std::nullopt));
 }
 
 std::optional<RunEnd> Execution::ActionEnded(const std::string& failure, Instant now) {
@@ -193,7 +195,7 @@ std::string Execution::TooManyFailures() const {
 
 RunEnd Execution::EndAs(RunState state, std::string reason, Instant now) const {
   RunEnd end = EndOf(run_, state, std::move(reason), now);
-  if (ended_ && !run_.IsDry()) end.rows.push_back(*ended_);
+  if (!run_.IsDry()) end.rows = ended_;
   if (run_.IsDry()) end.planned = "[" + planned_ + "]";
   return end;
 }
@@ -239,7 +241,7 @@ RunEnd Execution::Stop(Instant now) {
   std::vector<LedgerRow> begun;
   if (current_) begun.push_back(*current_);
   RunEnd end = EndOfInterrupted(run_, policies_, std::move(begun), false, now);
-  if (ended_) end.rows.push_back(*ended_);
+  end.rows.insert(end.rows.end(), ended_.begin(), ended_.end());
   return end;
 }
 

@@ -49,7 +49,7 @@ class Execution {
   bool one_to_come_ = true;           // without records: the single pass through the actions
   RecordValues values_;               // of the current record
   std::optional<LedgerRow> current_;  // begun, with records only
-  std::optional<LedgerRow> ended_;    // of the record before, not written yet; never beside `current_`
+  std::vector<LedgerRow> ended_;      // of records before, not written yet
   std::size_t action_ = 0;            // the next one for the current record
   bool in_record_ = false;
   int failed_in_a_row_ = 0;

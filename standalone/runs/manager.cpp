@@ -11,97 +11,125 @@ Manager::Manager(const ManagerPorts& ports, const Zone& zone, Settings settings)
 
 std::optional<Instant> Manager::Step(Instant now) {
   if (stopped_) return std::nullopt;
-  // At first, and after the clock was set back, a cursor can be beyond the next occurrence.
-  const bool all = !stepped_ || now < *stepped_;
-  Reap(now);
-  bool more = true;
-  for (bool first = true; more; first = false) {
-    more = TakeEnds(now);
-    EndWhatMust(now);
-    if (first && all)
-      for (const TaskState& state : ports_.runs.States())
-        PlanNow(ports_.tasks, ports_.runs, zone_, state.task, now);
-    Plan(now);
-    while (Claim(now)) more = true;
+  for (bool more = true; more;) {
+    const auto own = LookAtRunning(now);
+    TakeEnds(now);
+    EndWhatMust(own, now);
+    // What comes due has to find the runs ended that are over.
+    if (const auto tasks = ToPlan(now); !tasks.empty()) {
+      EndAndClaim(0, now);
+      Plan(tasks, now);
+    }
+    more = EndAndClaim(settings_.most_runs, now);
   }
-  stepped_ = now;
   return NextWake(now);
 }
 
 void Manager::Stop(Instant now) {
   stopped_ = true;
-  for (auto& [id, execution] : executions_) {
-    const RunEnd end = execution.Stop(now);
-    if (ports_.runs.Finish(end)) Tell(execution.Run(), &end);
-  }
-  executions_.clear();
+  for (auto& [id, place] : places_)
+    if (!place.end) place.end = place.execution.Stop(now);
+  EndAndClaim(0, now);
 }
 
-bool Manager::TakeEnds(Instant now) {
-  bool any = false;
-  for (const ActionEnd& end : ports_.launcher.Ended(now)) {
-    const auto run = executions_.find(end.run);
-    if (run == executions_.end() || run->second.Run().epoch != end.epoch) continue;
-    any = true;
-    GoOn(run, run->second.ActionEnded(end.failure, now));
-  }
-  return any;
-}
-
-// Removes a run that is over.
-bool Manager::GoOn(std::map<std::int64_t, Execution>::iterator run, const std::optional<RunEnd>& end) {
-  if (end && ports_.runs.Finish(*end))
-    Tell(run->second.Run(), &*end);  // refused if somebody else has the run by now
-  if (!end && !run->second.IsLost()) return false;
-  executions_.erase(run);
-  return true;
-}
-
-void Manager::EndWhatMust(Instant now) {
-  for (const RunRecord& marked : ports_.runs.MarkedForCancel(settings_.number)) {
-    const auto run = executions_.find(marked.id);
-    if (run != executions_.end()) GoOn(run, run->second.Cancel(marked.reason, now));
-  }
-  for (auto run = executions_.begin(); run != executions_.end();) {
-    const auto next = std::next(run);
-    if (const auto deadline = run->second.Deadline(); deadline && *deadline <= now)
-      GoOn(run, run->second.OutOfTime(now));
-    run = next;
+// An end stays in the list until its run has gone on from it.
+void Manager::TakeEnds(Instant now) {
+  for (ActionEnd& end : ports_.launcher.Ended(now)) action_ends_.push_back(std::move(end));
+  while (!action_ends_.empty()) {
+    const ActionEnd end = std::move(action_ends_.front());
+    action_ends_.erase(action_ends_.begin());
+    const auto found = places_.find(end.run);
+    if (found == places_.end() || found->second.end || found->second.execution.Run().epoch != end.epoch)
+      continue;
+    found->second.end = found->second.execution.ActionEnded(end.failure, now);
+    ForgetIfLost(found);
   }
 }
 
-void Manager::Reap(Instant now) {
-  const auto alive = [this](std::int64_t number) {
-    return number == settings_.number || (settings_.alive && settings_.alive(number));
-  };
-  for (const RunRecord& run : ports_.runs.Orphans(alive)) {
-    const auto state = ports_.runs.State(run.task);
-    std::vector<LedgerRow> begun;
-    for (const LedgerRow& row : ports_.runs.Ledger(run.task))
-      if (row.run == run.id && row.state == LedgerState::kBegun) begun.push_back(row);
-    const TaskPolicies policies = state ? state->policies : TaskPolicies();
-    const RunEnd end = EndOfInterrupted(run, policies, std::move(begun), true, now);
-    if (ports_.runs.Finish(end)) Tell(run, &end);
+void Manager::ForgetIfLost(Places::iterator place) {
+  if (place->second.execution.IsLost()) places_.erase(place);
+}
+
+// Compares what this manager does with what the store says of it: a run may have been closed by a person, or
+// taken over; and a claim whose commit seemed to fail may have arrived. Returns this manager's runs.
+std::map<std::int64_t, RunRecord> Manager::LookAtRunning(Instant now) {
+  std::map<std::int64_t, RunRecord> own;
+  for (RunRecord& run : ports_.runs.UnderWay()) {
+    const bool mine = run.manager == settings_.number;
+    const bool alive = mine ? places_.contains(run.id) : settings_.alive && settings_.alive(run.manager);
+    if (!alive) Reap(run, now);
+    if (mine && alive) own.emplace(run.id, std::move(run));
+  }
+  for (auto at = places_.begin(); at != places_.end();) {
+    const auto place = at++;
+    const auto run = own.find(place->first);
+    if (run != own.end() && run->second.epoch == place->second.execution.Run().epoch) continue;
+    ports_.launcher.Stop(place->first);
+    places_.erase(place);
+  }
+  return own;
+}
+
+void Manager::EndWhatMust(const std::map<std::int64_t, RunRecord>& own, Instant now) {
+  for (auto& [id, place] : places_) {
+    if (place.end) continue;
+    const auto run = own.find(id);
+    const auto deadline = place.execution.Deadline();
+    if (run != own.end() && run->second.cancel)
+      place.end = place.execution.Cancel(run->second.reason, now);
+    else if (deadline && *deadline <= now)
+      place.end = place.execution.OutOfTime(now);
   }
 }
 
-void Manager::Plan(Instant now) {
-  for (const std::int64_t task : ports_.runs.Unplanned())
-    PlanNow(ports_.tasks, ports_.runs, zone_, task, now);
-  for (const std::int64_t task : ports_.runs.Due(now)) PlanNow(ports_.tasks, ports_.runs, zone_, task, now);
+void Manager::Reap(const RunRecord& run, Instant now) {
+  const auto state = ports_.runs.State(run.task);
+  std::vector<LedgerRow> begun;
+  for (const LedgerRow& row : ports_.runs.Ledger(run.task))
+    if (row.run == run.id && row.state == LedgerState::kBegun) begun.push_back(row);
+  const TaskPolicies policies = state ? state->policies : TaskPolicies();
+  const RunEnd end = EndOfInterrupted(run, policies, std::move(begun), true, now);
+  if (ports_.runs.Finish(end)) Tell(run, &end);
 }
 
-bool Manager::Claim(Instant now) {
-  if (executions_.size() >= settings_.most_runs) return false;
-  auto run = ports_.runs.Claim(now, settings_.number);
-  if (!run) return false;
-  const auto state = ports_.runs.State(run->task);
-  const std::int64_t id = run->id;
-  const auto place =
-      executions_.try_emplace(id, ports_, *std::move(run), state ? state->policies : TaskPolicies()).first;
-  Tell(place->second.Run(), nullptr);
-  GoOn(place, place->second.Begin(now));
-  return true;
+std::vector<std::int64_t> Manager::ToPlan(Instant now) {
+  std::vector<std::int64_t> tasks = ports_.runs.Unplanned();
+  const std::vector<std::int64_t> due = ports_.runs.Due(now);
+  tasks.insert(tasks.end(), due.begin(), due.end());
+  std::ranges::sort(tasks);
+  tasks.erase(std::ranges::unique(tasks).begin(), tasks.end());
+  return tasks;
+}
+
+void Manager::Plan(const std::vector<std::int64_t>& tasks, Instant now) {
+  for (const std::int64_t task : tasks) PlanNow(ports_.tasks, ports_.runs, zone_, task, now);
+}
+
+// Stores all ends and takes what can begin, in one commit. Returns whether something else can happen now.
+bool Manager::EndAndClaim(std::size_t most, Instant now) {
+  std::vector<RunEnd> ends;
+  for (const auto& [id, place] : places_)
+    if (place.end) ends.push_back(*place.end);
+  const std::size_t busy = places_.size() - ends.size();
+  const std::size_t free = most - std::min(most, busy);
+  if (ends.empty() && free == 0) return false;
+  Turn turn = ports_.runs.EndAndClaim(ends, free, now, settings_.number);
+  for (std::size_t i = 0; i < ends.size(); ++i) {
+    const auto place = places_.find(ends[i].run);
+    if (turn.ended[i]) Tell(place->second.execution.Run(), &ends[i]);
+    places_.erase(place);
+  }
+  std::vector<Places::iterator> begun;
+  for (auto& [run, policies] : turn.claimed) {
+    const std::int64_t id = run.id;
+    begun.push_back(places_.try_emplace(id, Place{Execution(ports_, std::move(run), policies), {}}).first);
+  }
+  for (const auto& place : begun) {
+    Tell(place->second.execution.Run(), nullptr);
+    place->second.end = place->second.execution.Begin(now);
+    ForgetIfLost(place);
+  }
+  return !turn.claimed.empty() || std::ranges::count(turn.ended, true) > 0;
 }
 
 void Manager::Tell(const RunRecord& run, const RunEnd* end) const {
@@ -115,7 +143,7 @@ std::optional<Instant> Manager::NextWake(Instant now) {
   };
   const auto next = ports_.runs.NextWake();
   if (next && *next > now) consider(next);  // what waits for a free place wakes with an end
-  for (const auto& [id, execution] : executions_) consider(execution.Deadline());
+  for (const auto& [id, place] : places_) consider(place.execution.Deadline());
   return wake;
 }
 

@@ -24,28 +24,36 @@ class Manager {
 
   // Does everything that is to be done at `now`: ends first, then what is due, then claims. Returns when to
   // be called again at the latest; to be called earlier when an action has ended or somebody else has
-  // written. Fails if the store does; then it can be called again.
+  // written. Fails if the store does; then it can be called again, and goes on where it was.
   std::optional<Instant> Step(Instant now);
-  // Ends all that runs; the manager does nothing afterwards.
+  // Ends all that runs; the manager does nothing afterwards. After a failure it can be called again.
   void Stop(Instant now);
-  [[nodiscard]] std::size_t Running() const noexcept { return executions_.size(); }
+  [[nodiscard]] std::size_t Running() const noexcept { return places_.size(); }
 
  private:
-  // Each returns whether anything happened that could let something else happen.
-  bool TakeEnds(Instant now);
-  bool Claim(Instant now);
-  void EndWhatMust(Instant now);
-  void Reap(Instant now);
-  void Plan(Instant now);
-  bool GoOn(std::map<std::int64_t, Execution>::iterator run, const std::optional<RunEnd>& end);
+  // A run of this manager, until its end is stored.
+  struct Place {
+    Execution execution;
+    std::optional<RunEnd> end;
+  };
+  using Places = std::map<std::int64_t, Place>;  // by run
+
+  void TakeEnds(Instant now);
+  std::map<std::int64_t, RunRecord> LookAtRunning(Instant now);
+  void EndWhatMust(const std::map<std::int64_t, RunRecord>& own, Instant now);
+  void Reap(const RunRecord& run, Instant now);
+  void Plan(const std::vector<std::int64_t>& tasks, Instant now);
+  bool EndAndClaim(std::size_t most, Instant now);
+  void ForgetIfLost(Places::iterator place);
+  [[nodiscard]] std::vector<std::int64_t> ToPlan(Instant now);
   [[nodiscard]] std::optional<Instant> NextWake(Instant now);
   void Tell(const RunRecord& run, const RunEnd* end) const;
 
   const ManagerPorts& ports_;
   Zone zone_;
   Settings settings_;
-  std::map<std::int64_t, Execution> executions_;  // by run
-  std::optional<Instant> stepped_;                // at
+  Places places_;
+  std::vector<ActionEnd> action_ends_;  // that the launcher told, oldest first
   bool stopped_ = false;
 };
 

@@ -46,7 +46,8 @@ std::vector<std::int64_t> MemoryRunStore::Unplanned() {
 std::vector<std::int64_t> MemoryRunStore::Due(Instant now) {
   std::vector<std::int64_t> due;
   for (const auto& [task, state] : states_)
-    if (state.next_due && *state.next_due <= now) due.push_back(task);
+    if ((state.next_due && *state.next_due <= now) || (state.planned && *state.planned > now))
+      due.push_back(task);
   return due;
 }
 
@@ -148,51 +149,45 @@ bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
   return true;
 }
 
-std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager) {
+const RunRecord* MemoryRunStore::FirstToBegin(Instant until) const {
   const RunRecord* first = nullptr;
   for (const std::int64_t id : open_) {
     const RunRecord& run = runs_.at(id);
-    if (run.state != RunState::kWaiting || run.not_before > now) continue;
+    if (run.state != RunState::kWaiting || run.not_before > until) continue;
     if (!MayBegin(run, Known(run.task), all_paused_.has_value())) continue;
     if (first == nullptr || run.not_before < first->not_before) first = &run;
   }
-  if (first == nullptr) return std::nullopt;
-  RunRecord begun = Begun(*first, now, manager);
-  Put(begun);
-  return begun;
+  return first;
 }
 
-bool MemoryRunStore::IsOwner(const RunRecord& run) const {
-  const auto found = runs_.find(run.id);
-  return found != runs_.end() && found->second.state == RunState::kRunning &&
-         found->second.epoch == run.epoch;
+bool MemoryRunStore::IsOwner(std::int64_t run, std::int64_t epoch) const {
+  const auto found = runs_.find(run);
+  return found != runs_.end() && found->second.state == RunState::kRunning && found->second.epoch == epoch;
 }
 
-bool MemoryRunStore::Finish(const RunEnd& end) {
-  RunRecord run;
-  run.id = end.run;
-  run.epoch = end.epoch;
-  if (!IsOwner(run)) return false;
-  Put(runs_.at(end.run).task, end.rows);
-  Put(Ended(runs_.at(end.run), end));
-  return true;
+Turn MemoryRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager) {
+  Turn turn;
+  for (const RunEnd& end : ends) {
+    turn.ended.push_back(IsOwner(end.run, end.epoch));
+    if (!turn.ended.back()) continue;
+    Put(runs_.at(end.run).task, end.rows);
+    Put(Ended(runs_.at(end.run), end));
+  }
+  while (turn.claimed.size() < most) {
+    const RunRecord* first = FirstToBegin(now);
+    if (first == nullptr) break;
+    turn.claimed.push_back({Begun(*first, now, manager), Known(first->task).policies});
+    Put(turn.claimed.back().run);
+  }
+  return turn;
 }
 
-std::vector<RunRecord> MemoryRunStore::Orphans(const std::function<bool(std::int64_t)>& alive) {
-  std::vector<RunRecord> orphans;
+std::vector<RunRecord> MemoryRunStore::UnderWay() {
+  std::vector<RunRecord> running;
   for (const std::int64_t id : open_)
-    if (const RunRecord& run = runs_.at(id); run.state == RunState::kRunning && !alive(run.manager))
-      orphans.push_back(run);
-  return orphans;
-}
-
-std::vector<RunRecord> MemoryRunStore::MarkedForCancel(std::int64_t manager) {
-  std::vector<RunRecord> marked;
-  for (const std::int64_t id : open_)
-    if (const RunRecord& run = runs_.at(id);
-        run.state == RunState::kRunning && run.cancel && run.manager == manager)
-      marked.push_back(run);
-  return marked;
+    if (const RunRecord& run = runs_.at(id); run.state == RunState::kRunning) running.push_back(run);
+  return running;
 }
 
 std::vector<RunRecord> MemoryRunStore::History(std::optional<std::int64_t> task) {
@@ -239,13 +234,13 @@ std::optional<LedgerRow> MemoryRunStore::LedgerOf(std::int64_t task, const std::
 }
 
 bool MemoryRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
-  if (!IsOwner(run)) return false;
+  if (!IsOwner(run.id, run.epoch)) return false;
   Put(run.task, rows);
   return true;
 }
 
 bool MemoryRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
-  if (!IsOwner(run)) return false;
+  if (!IsOwner(run.id, run.epoch)) return false;
   std::erase_if(ledger_[run.task], [&](const auto& entry) {
     return !only_failed || entry.second.state == LedgerState::kFailed;
   });

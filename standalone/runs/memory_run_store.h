@@ -27,10 +27,9 @@ class MemoryRunStore final : public RunStore {
   [[nodiscard]] std::optional<Pause> PauseOfAll() override { return all_paused_; }
   RunRecord Request(RunRecord run) override;
   bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
-  [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
-  bool Finish(const RunEnd& end) override;
-  [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
-  [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  [[nodiscard]] Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager) override;
+  [[nodiscard]] std::vector<RunRecord> UnderWay() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
@@ -44,7 +43,8 @@ class MemoryRunStore final : public RunStore {
  private:
   [[nodiscard]] TaskState& StateOf(std::int64_t task);
   [[nodiscard]] TaskState Known(std::int64_t task) const;
-  [[nodiscard]] bool IsOwner(const RunRecord& run) const;
+  [[nodiscard]] bool IsOwner(std::int64_t run, std::int64_t epoch) const;
+  [[nodiscard]] const RunRecord* FirstToBegin(Instant until) const;
   // Adds a row, or gives back nothing where the occurrence has one already.
   RunRecord* Add(RunRecord run);
   // Writes the run, and what its task's state says of it.

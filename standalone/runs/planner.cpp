@@ -145,12 +145,13 @@ CursorMove PlanTask(const TaskRecord& task, const TaskState& state, const Zone& 
   move.from = state.next_due;
   move.version = task.version;
   move.schedule = ScheduleFingerprint(task, state.policies, zone);
-  move.planned = state.planned;
+  const bool changed = state.schedule != move.schedule;
+  move.planned = changed || !state.planned ? now : std::min(*state.planned, now);
   const auto recurrence = ScheduleOf(task);
   if (!recurrence) return move;
   const Schedule schedule(*recurrence, ScheduleStart(task, task.modified), state.policies.short_month);
   const Timetable timetable(schedule, zone);
-  const Instant settled = SettledAt(task, state, timetable, zone, now, state.schedule != move.schedule);
+  const Instant settled = SettledAt(task, state, timetable, zone, now, changed);
   const bool paused = all_paused || state.paused.has_value();
   if (const auto last = timetable.Latest(now); last && last->moment.at > settled) {
     move.rows = TaskPlan(task, state, timetable, now).Rows(settled, paused);

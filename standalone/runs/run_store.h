@@ -24,7 +24,7 @@ struct TaskState {
   std::int64_t version = 0;  // of the task that `schedule` was taken from
   std::string schedule;      // fingerprint of what the cursor follows from; empty: nothing is scheduled
   std::optional<Instant> next_due;  // the cursor: the first occurrence without a row
-  std::optional<Instant> planned;   // the last occurrence that got a row
+  std::optional<Instant> planned;  // when the cursor was derived, or later the last occurrence that got a row
   std::optional<Pause> paused;
   std::int64_t paused_row = 0;   // the row for what came due in this pause; 0: nothing yet
   std::int64_t running_run = 0;  // 0: none; dry runs do not count
@@ -56,6 +56,16 @@ struct RunEnd {
   std::string planned;
 };
 
+// What one transaction of a manager did.
+struct Turn {
+  struct Claimed {
+    RunRecord run;  // running from now on
+    TaskPolicies policies;
+  };
+  std::vector<bool> ended;  // for each end: false if it was refused
+  std::vector<Claimed> claimed;
+};
+
 // Which runs are looked for.
 struct RunFilter {
   std::optional<std::int64_t> task;    // nothing: of all tasks
@@ -74,7 +84,7 @@ class RunStore {
   [[nodiscard]] virtual std::optional<TaskState> State(std::int64_t task) = 0;
   // Tasks whose stored version is not the one that their cursor was derived from.
   [[nodiscard]] virtual std::vector<std::int64_t> Unplanned() = 0;
-  // Tasks whose cursor is at `now` or before.
+  // Tasks whose cursor is at `now` or before, or that were planned later than `now`: the clock was set back.
   [[nodiscard]] virtual std::vector<std::int64_t> Due(Instant now) = 0;
   // The earliest cursor or waiting run that can be begun; nothing if nothing will happen by itself.
   [[nodiscard]] virtual std::optional<Instant> NextWake() = 0;
@@ -92,16 +102,17 @@ class RunStore {
   // Cancels a waiting run; a running one is marked for its manager. False if it is over.
   virtual bool Cancel(std::int64_t run, Instant now, const std::string& reason) = 0;
 
-  // Takes the run that has waited longest of those that may begin, and marks its task as running: one run of
-  // a task at a time, what a person asked for is not held up by an attempt that is yet to come, everything
-  // else is. Nothing if there is none. Manual and dry runs are taken even while all is paused.
-  [[nodiscard]] virtual std::optional<RunRecord> Claim(Instant now, std::int64_t manager) = 0;
-  // False, and nothing is changed, if the run has another epoch by now.
-  virtual bool Finish(const RunEnd& end) = 0;
-  // The running runs whose manager `alive` does not know.
-  [[nodiscard]] virtual std::vector<RunRecord> Orphans(
-      const std::function<bool(std::int64_t manager)>& alive) = 0;
-  [[nodiscard]] virtual std::vector<RunRecord> MarkedForCancel(std::int64_t manager) = 0;
+  // Ends attempts, and then takes up to `most` runs, each time the one that has waited longest of those that
+  // may begin: one run of a task at a time, what a person asked for is not held up by an attempt that is yet
+  // to come, everything else is. Manual and dry runs are taken even while all is paused. An end is refused if
+  // the run has another epoch by now.
+  [[nodiscard]] virtual Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                         std::int64_t manager) = 0;
+  [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager);
+  // False if the end is refused.
+  bool Finish(const RunEnd& end);
+  // The running runs, whoever has them.
+  [[nodiscard]] virtual std::vector<RunRecord> UnderWay() = 0;
 
   // Oldest first.
   [[nodiscard]] virtual std::vector<RunRecord> History(std::optional<std::int64_t> task) = 0;
@@ -121,5 +132,14 @@ class RunStore {
   // What a person says of a record that failed or is in doubt: done, or forgotten. False for another one.
   virtual bool Decide(std::int64_t task, const std::string& record, bool done) = 0;
 };
+
+inline std::optional<RunRecord> RunStore::Claim(Instant now, std::int64_t manager) {
+  Turn turn = EndAndClaim({}, 1, now, manager);
+  return turn.claimed.empty() ? std::nullopt : std::optional(std::move(turn.claimed.front().run));
+}
+
+inline bool RunStore::Finish(const RunEnd& end) {
+  return EndAndClaim({end}, 0, end.at, 0).ended.front();
+}
 
 }  // namespace plovix

@@ -154,11 +154,6 @@ std::vector<RunRecord> RunTables::History(std::optional<std::int64_t> task) {
   return Runs(its_runs_);
 }
 
-std::vector<RunRecord> RunTables::MarkedForCancel(std::int64_t manager) {
-  marked_.BindInteger(0, manager);
-  return Runs(marked_);
-}
-
 std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused) {
   std::optional<RunRecord> first;
   ToFile{to_begin_, 0}(until);

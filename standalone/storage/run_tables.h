@@ -44,7 +44,6 @@ class RunTables final {
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter);
   [[nodiscard]] std::vector<RunRecord> LatestOfEach();
   [[nodiscard]] std::vector<RunRecord> Running() { return Runs(running_); }
-  [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager);
   // The run that waits longest of those that may begin by `until`, as far as the rules need it: with its id.
   [[nodiscard]] std::optional<RunRecord> FirstToBegin(Instant until, bool all_paused);
 
@@ -88,7 +87,9 @@ class RunTables final {
       "EXISTS (SELECT 1 FROM VeloRuns WHERE State = 'waiting' AND TaskId = ?1 "
       "AND Origin = 'schedule' AND Attempt = 0)");
   Statement unplanned_ = Prepare("SELECT Id FROM VeloAutoTasks WHERE PlannedVersion <> Version ORDER BY Id");
-  Statement due_ = Prepare("SELECT TaskId FROM VeloAutoTaskStates WHERE NextDue <= ? ORDER BY +TaskId");
+  Statement due_ = Prepare(
+      "SELECT TaskId FROM VeloAutoTaskStates WHERE NextDue <= ?1 "
+      "UNION SELECT TaskId FROM VeloAutoTaskStates WHERE Planned > ?1 ORDER BY TaskId");
   Statement insert_run_ =
       Prepare(InsertColumns("INSERT INTO VeloRuns", "Id", "NULL", RunColumns()) + " ON CONFLICT DO NOTHING");
   Statement put_run_ = Prepare(UpdateColumns("VeloRuns", "", RunColumns(), "Id = ?"));
@@ -96,7 +97,6 @@ class RunTables final {
   Statement all_runs_ = SelectRuns("ORDER BY Id");
   Statement its_runs_ = SelectRuns("WHERE TaskId = ? ORDER BY Id");
   Statement running_ = SelectRuns("WHERE State = 'running' ORDER BY +Id");
-  Statement marked_ = SelectRuns("WHERE State = 'running' AND Manager = ? AND Cancel = 1 ORDER BY +Id");
   // The first row that may begin ends the search. Runs of tasks that are gone begin as well, and end with
   // that.
   Statement to_begin_ = Prepare(

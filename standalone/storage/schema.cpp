@@ -191,7 +191,12 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-constexpr std::array<MigrationStep, 4> kSteps{kTables, kSchedules, kAccounts, kRuns};
+// Finds tasks that were planned later than the clock shows.
+constexpr std::array kRights{
+    "CREATE INDEX VeloAutoTaskStatesPlanned ON VeloAutoTaskStates (Planned) WHERE Planned IS NOT NULL",
+};
+
+constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};
 
 // Kept, because making them takes longer than the rest of opening a file.
 const std::set<SchemaObject>& ObjectsOf(int version) {

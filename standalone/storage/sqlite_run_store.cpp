@@ -169,46 +169,49 @@ bool SqliteRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
   return Change(body, [&] { return Run(run) == record; });
 }
 
-// Looks first without the lock, so that managers with nothing to do keep nobody from writing.
-std::optional<RunRecord> SqliteRunStore::Claim(Instant now, std::int64_t manager) {
-  if (!ToBegin(now)) return std::nullopt;
-  std::optional<RunRecord> begun;
-  const auto body = [&] {
-    const auto first = ToBegin(now);
-    if (!first) return false;
-    begun = Begun(tables_->Run(first->id).value(), now, manager);
-    Put(*begun);
-    return true;
-  };
-  Change(body, [&] { return Run(begun->id) == begun; });
-  return begun;
-}
-
 bool SqliteRunStore::IsOwner(std::int64_t run, std::int64_t epoch) {
   const auto stored = tables_->Run(run);
   return stored && stored->state == RunState::kRunning && stored->epoch == epoch;
 }
 
-bool SqliteRunStore::Finish(const RunEnd& end) {
-  RunRecord ended;
-  const auto body = [&] {
-    if (!IsOwner(end.run, end.epoch)) return false;
-    ended = Ended(tables_->Run(end.run).value(), end);
-    Put(ended.task, end.rows);
-    Put(ended);
-    return true;
+// Looks first without the lock, so that managers with nothing to do keep nobody from writing.
+Turn SqliteRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager) {
+  Turn turn;
+  if (ends.empty() && (most == 0 || !ToBegin(now))) return turn;
+  std::vector<RunRecord> changed;
+  const auto put = [&](RunRecord run) {
+    Put(run);
+    changed.push_back(std::move(run));
   };
-  return Change(body, [&] { return Run(end.run) == ended; });
+  const auto body = [&] {
+    turn = {};
+    changed.clear();
+    for (const RunEnd& end : ends) {
+      turn.ended.push_back(IsOwner(end.run, end.epoch));
+      if (!turn.ended.back()) continue;
+      RunRecord ended = Ended(tables_->Run(end.run).value(), end);
+      Put(ended.task, end.rows);
+      put(std::move(ended));
+    }
+    while (turn.claimed.size() < most) {
+      const auto first = ToBegin(now);
+      if (!first) break;
+      const RunRecord waiting = tables_->Run(first->id).value();
+      const auto state = tables_->State(waiting.task);
+      turn.claimed.push_back({Begun(waiting, now, manager), state ? state->policies : TaskPolicies()});
+      put(turn.claimed.back().run);
+    }
+    return !changed.empty();
+  };
+  Change(body, [&] {
+    return std::ranges::all_of(changed, [&](const RunRecord& run) { return Run(run.id) == run; });
+  });
+  return turn;
 }
 
-std::vector<RunRecord> SqliteRunStore::Orphans(const std::function<bool(std::int64_t)>& alive) {
-  std::vector<RunRecord> orphans = tables_->Running();
-  std::erase_if(orphans, [&](const RunRecord& run) { return alive(run.manager); });
-  return orphans;
-}
-
-std::vector<RunRecord> SqliteRunStore::MarkedForCancel(std::int64_t manager) {
-  return tables_->MarkedForCancel(manager);
+std::vector<RunRecord> SqliteRunStore::UnderWay() {
+  return tables_->Running();
 }
 
 std::vector<RunRecord> SqliteRunStore::History(std::optional<std::int64_t> task) {

@@ -41,10 +41,9 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::optional<Pause> PauseOfAll() override;
   RunRecord Request(RunRecord run) override;
   bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
-  [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
-  bool Finish(const RunEnd& end) override;
-  [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
-  [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  [[nodiscard]] Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager) override;
+  [[nodiscard]] std::vector<RunRecord> UnderWay() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;

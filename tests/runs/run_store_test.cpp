@@ -206,16 +206,14 @@ TEST_P(RunStores, ObeyTheNewestOwnerAlone) {
 TEST_P(RunStores, CancelWhatWaitsAndMarkWhatRuns) {
   const std::int64_t task = NewTask(), running = Begin(task).id;
   const std::int64_t waiting = runs->Request(Of(task, kManual, 1)).id;
-  EXPECT_THAT(runs->MarkedForCancel(7), IsEmpty());
+  EXPECT_FALSE(runs->UnderWay().front().cancel);
   for (const std::int64_t run : {running, waiting}) EXPECT_TRUE(runs->Cancel(run, At(2), "why"));
   for (const std::int64_t run : {waiting, std::int64_t{99}}) EXPECT_FALSE(runs->Cancel(run, At(3), "late"));
   const RunRecord over = *runs->Run(waiting);
   EXPECT_EQ(std::tuple(over.state, over.ended, over.reason), std::tuple(kCancelled, At(2), "why"));
-  const auto is_marked = ElementsAre(*runs->Run(running));
-  EXPECT_THAT(runs->MarkedForCancel(7), is_marked);
-  EXPECT_THAT(runs->MarkedForCancel(8), IsEmpty());
-  EXPECT_THAT(runs->Orphans([](std::int64_t manager) { return manager == 7; }), IsEmpty());
-  EXPECT_THAT(runs->Orphans([](std::int64_t manager) { return manager == 8; }), is_marked);
+  const RunRecord marked = *runs->Run(running);
+  EXPECT_TRUE(marked.cancel);
+  EXPECT_THAT(runs->UnderWay(), ElementsAre(marked));
 }
 
 TEST_P(RunStores, ClearALedgerAndTurnOffTheFlagThatAskedForIt) {
