@@ -33,6 +33,13 @@ if(PROJECT_IS_TOP_LEVEL)
   endif()
 endif()
 
+# Within a tree that compiles as PLOVIX_UNITY says, the directories of the list PLOVIX_SEPARATE do not.
+function(plovix_compile_separately target directory)
+  if(directory IN_LIST PLOVIX_SEPARATE)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD OFF)
+  endif()
+endfunction()
+
 # g++ 12 wrongly reports an overlap in every optimised `literal + string`: no -Wrestrict. clang reports deprecated calls
 # inside the standard library's stable_sort: no -Wdeprecated-declarations. In sources compiled as one, g++ takes each for
 # a header and warns of classes that use its anonymous namespace: no -Wsubobject-linkage there.

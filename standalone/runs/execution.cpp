@@ -34,8 +34,7 @@ RunEnd EndOf(const RunRecord& run, RunState state, std::string reason, Instant n
 
 }  // namespace
 
-RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, std::vector<LedgerRow> begun,
-                        bool crashed, Instant now) {
+RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, bool crashed, Instant now) {
   const std::string what =
       crashed ? "its manager ended while it ran" : "its manager was stopped while it ran";
   const bool repeats = policies.interrupted == InterruptedPolicy::kRepeat && run.repeats < kMostRepeats;
@@ -47,11 +46,6 @@ RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, std:
   }
   if (policies.interrupted == InterruptedPolicy::kRepeat)
     end.reason += ", and it was repeated " + std::to_string(run.repeats) + " times before";
-  for (LedgerRow& row : begun) {
-    row.state = LedgerState::kInDoubt;
-    row.reason = what;
-  }
-  end.rows = std::move(begun);
   return end;
 }
 
@@ -238,10 +232,8 @@ RunEnd Execution::OutOfTime(Instant now) {
 
 RunEnd Execution::Stop(Instant now) {
   ports_.launcher.Stop(run_.id);
-  std::vector<LedgerRow> begun;
-  if (current_) begun.push_back(*current_);
-  RunEnd end = EndOfInterrupted(run_, policies_, std::move(begun), false, now);
-  end.rows.insert(end.rows.end(), ended_.begin(), ended_.end());
+  RunEnd end = EndOfInterrupted(run_, policies_, false, now);
+  end.rows = ended_;
   return end;
 }
 

@@ -57,9 +57,8 @@ class Execution {
   bool lost_ = false;
 };
 
-// The end of a run whose manager is gone or stops: to be repeated, or left to a person. `begun`: the ledger's
-// rows that it left begun.
-[[nodiscard]] RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies,
-                                      std::vector<LedgerRow> begun, bool crashed, Instant now);
+// The end of a run whose manager is gone or stops: to be repeated, or left to a person.
+[[nodiscard]] RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, bool crashed,
+                                      Instant now);
 
 }  // namespace plovix

@@ -84,11 +84,8 @@ void Manager::EndWhatMust(const std::map<std::int64_t, RunRecord>& own, Instant 
 
 void Manager::Reap(const RunRecord& run, Instant now) {
   const auto state = ports_.runs.State(run.task);
-  std::vector<LedgerRow> begun;
-  for (const LedgerRow& row : ports_.runs.Ledger(run.task))
-    if (row.run == run.id && row.state == LedgerState::kBegun) begun.push_back(row);
   const TaskPolicies policies = state ? state->policies : TaskPolicies();
-  const RunEnd end = EndOfInterrupted(run, policies, std::move(begun), true, now);
+  const RunEnd end = EndOfInterrupted(run, policies, true, now);
   if (ports_.runs.Finish(end)) Tell(run, &end);
 }
 

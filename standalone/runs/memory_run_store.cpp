@@ -76,6 +76,7 @@ void MemoryRunStore::Put(const RunRecord& run) {
   run.IsOver() ? static_cast<void>(open_.erase(run.id)) : static_cast<void>(open_.insert(run.id));
   const auto found = states_.find(run.task);
   if (found == states_.end() || run.IsDry()) return;
+  if (run.IsOver()) LeaveInDoubt(run);
   TaskState& state = found->second;
   if (Holds(run))
     state.running_run = run.id;
@@ -87,6 +88,14 @@ void MemoryRunStore::Put(const RunRecord& run) {
     if (other.task != run.task || other.state != RunState::kWaiting || other.IsDry()) continue;
     if (other.IsRetrying()) state.retrying = true;
     if (!other.IsRetrying() && other.origin == RunOrigin::kSchedule) state.queued = true;
+  }
+}
+
+void MemoryRunStore::LeaveInDoubt(const RunRecord& run) {
+  for (auto& [record, row] : ledger_[run.task]) {
+    if (row.run != run.id || row.state != LedgerState::kBegun) continue;
+    row.state = LedgerState::kInDoubt;
+    row.reason = run.reason;
   }
 }
 

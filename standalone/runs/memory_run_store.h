@@ -49,6 +49,7 @@ class MemoryRunStore final : public RunStore {
   RunRecord* Add(RunRecord run);
   // Writes the run, and what its task's state says of it.
   void Put(const RunRecord& run);
+  void LeaveInDoubt(const RunRecord& run);
   // Nothing happens if the task is gone.
   void Put(std::int64_t task, const std::vector<LedgerRow>& rows);
 

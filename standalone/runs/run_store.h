@@ -1,6 +1,7 @@
 // Where runs, their ledger and the tasks' cursors are stored. Each member is one transaction, and every
 // change of state has its condition in it, so that any number of managers and windows can call at the same
-// time. Implemented in memory for scripts and tests, and for task files.
+// time. A record that a run has begun and not ended is in doubt once the run is over, for the run's reason.
+// Implemented in memory for scripts and tests, and for task files.
 #pragma once
 
 #include <plovix/standalone/tasks/task_policies.h>

@@ -198,6 +198,13 @@ std::optional<LedgerRow> RunTables::LedgerOf(std::int64_t task, const std::strin
   return rows.empty() ? std::nullopt : std::optional(std::move(rows.front()));
 }
 
+void RunTables::LeaveInDoubt(const RunRecord& run) {
+  leave_in_doubt_.BindText(0, run.reason);
+  leave_in_doubt_.BindInteger(1, run.task);
+  leave_in_doubt_.BindInteger(2, run.id);
+  leave_in_doubt_.Run();
+}
+
 void RunTables::Forget(std::int64_t task, const std::string& record) {
   Statement forget = Prepare("DELETE FROM VeloLedger WHERE TaskId = ? AND Record = ?");
   forget.BindInteger(0, task);

@@ -51,6 +51,8 @@ class RunTables final {
   void Put(std::int64_t task, const LedgerRow& row);
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task);
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record);
+  // What the run has begun and not ended.
+  void LeaveInDoubt(const RunRecord& run);
   void Forget(std::int64_t task, const std::string& record);
   void ClearLedger(std::int64_t task, bool only_failed);
   // Whether ClearLedger would change nothing.
@@ -107,6 +109,8 @@ class RunTables final {
   Statement put_ledger_ = Prepare(InsertColumns("REPLACE INTO VeloLedger", "TaskId", "?", LedgerColumns()));
   Statement ledger_ = SelectLedger("ORDER BY Record");
   Statement ledger_of_ = SelectLedger("AND Record = ?");
+  Statement leave_in_doubt_ = Prepare(
+      "UPDATE VeloLedger SET State = 'in-doubt', Reason = ? WHERE TaskId = ? AND RunId = ? AND State = 'begun'");
   Statement settings_ = Prepare(SelectColumns("Id", FileSettingsColumns(), "VeloFileSettings"));
 };
 

@@ -191,8 +191,9 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-// Finds tasks that were planned later than the clock shows.
+// Find tasks that were planned later than the clock shows, and records that a run has begun.
 constexpr std::array kRights{
+    "CREATE INDEX VeloLedgerBegun ON VeloLedger (TaskId, RunId) WHERE State = 'begun'",
     "CREATE INDEX VeloAutoTaskStatesPlanned ON VeloAutoTaskStates (Planned) WHERE Planned IS NOT NULL",
 };
 

@@ -57,7 +57,9 @@ void SqliteRunStore::NoteInState(const RunRecord& run) {
 
 void SqliteRunStore::Put(const RunRecord& run) {
   tables_->Put(run);
-  if (!run.IsDry()) NoteInState(run);
+  if (run.IsDry()) return;
+  if (run.IsOver()) tables_->LeaveInDoubt(run);
+  NoteInState(run);
 }
 
 void SqliteRunStore::Put(std::int64_t task, const std::vector<LedgerRow>& rows) {
