@@ -1,10 +1,13 @@
-// How fast and how fairly runs are claimed in a task file: one worker's commits against what the disk syncs
-// at the same time, sixteen processes that claim and end runs of the same file, and the questions of an idle
-// manager with few tasks and with many. "--tasks N" sets how many (default: 100,000). Exit status 1: a
-// measure is beyond its limit.
+// How fast and how fairly runs of a task file are taken: one worker's claims, and a manager's records,
+// against what the disk syncs at the same time; sixteen processes that claim and end runs of the same file;
+// and the start and the questions of an idle manager with few tasks and with many. "--tasks N" sets how many
+// (default: 100,000). Exit status 1: a measure is beyond its limit.
 #include <fcntl.h>
+#include <plovix/host/auto_task.h>
+#include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/storage/sqlite_run_store.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/tasks/action_kinds.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +16,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -22,7 +26,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kPeriod{3000};
-constexpr double kLeastOfSyncs = 0.2, kMostUnfair = 4, kMostPerQuestion = 1000;  // the last in us
+constexpr double kLeastClaims = 0.3, kLeastRecords = 0.2;   // of the syncs; usual is more than twice that
+constexpr double kMostUnfair = 4, kMostPerQuestion = 1000;  // the latter in us
+constexpr double kLongestStart = 2;                         // in s
 constexpr int kWorkers = 16, kTasksOfWorkers = 64;
 constexpr Instant kThen{};
 
@@ -83,7 +89,7 @@ void MakeTasks(const std::string& path, std::int64_t count) {
            std::to_string(count) + ") INSERT INTO VeloAutoTasks (Id, PlannedVersion" + columns +
            ") SELECT i, Version" + columns + " FROM n, VeloAutoTasks WHERE Id = 1");
   file.Run(
-      "INSERT INTO VeloAutoTaskStates SELECT Id, 'hash', 1000 + Id, Id, 0, 0, 0, 0, 'once', 1, 'skip', 0, 'repeat', "
+      "INSERT INTO VeloAutoTaskStates SELECT Id, 'hash', 1000 + Id, 0, 0, 0, 0, 0, 'once', 1, 'skip', 0, 'repeat', "
       "'last', 0, NULL, NULL, NULL FROM VeloAutoTasks");
   file.Run("COMMIT");
 }
@@ -134,25 +140,80 @@ bool Report(const char* what, double measured, double limit, bool at_least) {
   return met;
 }
 
-// One worker's commits against syncs. They take turns, because the disk's speed changes from second to
-// second.
-bool MeasureOneWorker(const std::string& folder, const std::string& path) {
+// How often `act` is done for each sync of a file. They take turns, because the disk's speed changes from
+// second to second.
+double PerSync(const std::string& folder, const char* what, const std::function<void()>& act) {
   constexpr int kTurns = 20;
-  constexpr double kCommits = 3;
-  SqliteRunStore store(path);
   Syncs syncs(folder + "/syncs");
-  double commits_per_second = 0, syncs_per_second = 0;
+  double acts = 0, synced = 0;
   for (int turn = 0; turn < kTurns; ++turn) {
-    syncs_per_second += RateOf([&] { syncs.Add(); }, kPeriod / kTurns) / kTurns;
-    const auto run_one = [&] {
-      store.Request(ManualRunOf(1));
-      (void)store.Finish(EndOfRun(store.Claim(kThen, 1).value()));
-    };
-    commits_per_second += kCommits * RateOf(run_one, kPeriod / kTurns) / kTurns;
+    synced += RateOf([&] { syncs.Add(); }, kPeriod / kTurns) / kTurns;
+    acts += RateOf(act, kPeriod / kTurns) / kTurns;
   }
-  std::printf("%.0f syncs a second, %.0f commits\n", syncs_per_second, commits_per_second);
-  return Report("commits of one worker, of the syncs", commits_per_second / syncs_per_second, kLeastOfSyncs,
-                true);
+  std::printf("%.0f syncs a second, %.0f %s\n", synced, acts, what);
+  return acts / synced;
+}
+
+// Each turn ends a run and takes the next one.
+bool MeasureOneWorker(const std::string& folder, const std::string& path) {
+  SqliteRunStore store(path);
+  store.Request(ManualRunOf(1));
+  store.Request(ManualRunOf(2));
+  std::vector<RunEnd> ends;
+  const double claims = PerSync(folder, "claims", [&] {
+    const Turn turn = store.EndAndClaim(ends, 1, kThen, 1);
+    ends.clear();
+    for (const auto& claimed : turn.claimed) {
+      ends.push_back(EndOfRun(claimed.run));
+      ends.back().state = RunState::kWaiting;  // so that it is taken again
+    }
+  });
+  (void)store.EndAndClaim({EndOfRun(store.UnderWay().front())}, 0, kThen, 1);
+  return Report("claims of one worker, of the syncs", claims, kLeastClaims, true);
+}
+
+// Records without end, and actions that are over as soon as they begin.
+class EndlessRecords final : public RecordSource, public Launcher {
+ public:
+  class Pass final : public RecordPass {
+   public:
+    std::optional<SourceRecord> Next() override {
+      return SourceRecord{"i:" + std::to_string(++last_), {}, "same", std::nullopt};
+    }
+    bool TellsChange() const override { return true; }
+
+   private:
+    int last_ = 0;
+  };
+  std::unique_ptr<RecordPass> Open(const TaskRecord& /*task*/,
+                                   const std::vector<std::string>& /*keys*/) override {
+    return std::make_unique<Pass>();
+  }
+  void Begin(const ActionOrder& order) override { ended_.push_back({order.run, order.epoch, ""}); }
+  std::vector<ActionEnd> Ended(Instant /*now*/) override { return std::exchange(ended_, {}); }
+  void Stop(std::int64_t /*run*/) override { ended_.clear(); }
+
+ private:
+  std::vector<ActionEnd> ended_;
+};
+
+// A run on records with a log action each: a step of the manager for each record.
+bool MeasureRecords(const std::string& folder) {
+  const std::string path = folder + "/records.sqlite";
+  SqliteStorage tasks(path);
+  SqliteRunStore runs(path);
+  TaskRecord task;
+  task.record_mode = record_mode::kQueryResults;
+  task.processing_mode = processing_mode::kEveryTime;
+  task.actions = {NewAction(*FindActionKind("write-log"))};
+  task.actions.front().settings = {{"text", "x"}, {"file", "/f"}};
+  runs.Request(ManualRunOf(tasks.Save(task, DateTime()).id));
+  EndlessRecords records;
+  const ManagerPorts ports{.tasks = tasks, .runs = runs, .launcher = records, .records = records};
+  Manager manager(ports, Zone::Local(), {});
+  const double rate = PerSync(folder, "records", [&] { (void)manager.Step(kThen); });
+  manager.Stop(kThen);
+  return Report("records of one run, of the syncs", rate, kLeastRecords, true);
 }
 
 bool MeasureManyWorkers(const std::string& path) {
@@ -173,6 +234,24 @@ bool MeasureManyWorkers(const std::string& path) {
                 kMostUnfair, false);
 }
 
+// From opening the file to a manager that waits for what comes, and what that takes of a core from then on.
+bool MeasureStart(const std::string& path) {
+  constexpr int kGlances = 1000, kGlancesPerSecond = 5;
+  const auto opened = Clock::now();
+  SqliteStorage tasks(path);
+  SqliteRunStore runs(path);
+  EndlessRecords none;
+  const ManagerPorts ports{.tasks = tasks, .runs = runs, .launcher = none, .records = none};
+  Manager manager(ports, Zone::Local(), {});
+  (void)manager.Step(kThen);
+  const bool met = Report("s: the start of a manager", Seconds(Clock::now() - opened), kLongestStart, false);
+  const std::clock_t before = std::clock();
+  for (int i = 0; i < kGlances; ++i) (void)manager.Step(kThen);
+  const double busy =
+      static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / kGlances * kGlancesPerSecond;
+  return Report("%: of a core while idle", 100 * busy, 1, false) && met;
+}
+
 bool MeasureQuestions(const std::string& folder, std::int64_t tasks) {
   const std::string path = folder + "/questions.sqlite";
   MakeTasks(path, tasks);
@@ -182,6 +261,7 @@ bool MeasureQuestions(const std::string& folder, std::int64_t tasks) {
   const std::size_t states = store.States().size();
   std::printf("%zu tasks: opened in %.3f s, all states read in %.3f s\n", states, Seconds(start - opened),
               Seconds(Clock::now() - start));
+  bool met = MeasureStart(path);
   const struct {
     const char* name;
     std::function<void()> ask;
@@ -190,7 +270,6 @@ bool MeasureQuestions(const std::string& folder, std::int64_t tasks) {
                    {"us: what was saved", [&] { (void)store.Unplanned(); }},
                    {"us: what can begin", [&] { (void)store.Claim(kThen, 1); }},
                    {"us: what is under way", [&] { (void)store.UnderWay(); }}};
-  bool met = true;
   for (const auto& [name, ask] : questions)
     met = Report(name, 1e6 / RateOf(ask), kMostPerQuestion, false) && met;
   return met;
@@ -206,7 +285,7 @@ int main(int argc, char** argv) {
   if (mkdtemp(folder.data()) == nullptr) return 2;
   const std::string path = folder + "/claims.sqlite";
   plovix::MakeTasks(path, plovix::kTasksOfWorkers);
-  const bool alone = plovix::MeasureOneWorker(folder, path);
+  const bool alone = plovix::MeasureOneWorker(folder, path) && plovix::MeasureRecords(folder);
   const bool together = plovix::MeasureManyWorkers(path);
   const bool questions = plovix::MeasureQuestions(folder, has_tasks ? std::stoll(argv[2]) : 100'000);
   fs::remove_all(folder);

@@ -2,6 +2,7 @@
 
 #include <plovix/standalone/runs/run_rules.h>
 
+#include <algorithm>
 #include <limits>
 
 #include "column_values.h"
@@ -87,7 +88,10 @@ void RunTables::ForgetPausedRows() {
 
 std::vector<std::int64_t> RunTables::Due(Instant now) {
   ToFile{due_, 0}(now);
-  return Ids(due_);
+  auto due = Ids(due_);
+  std::ranges::sort(due);  // the database would read the whole table in that order
+  due.erase(std::ranges::unique(due).begin(), due.end());
+  return due;
 }
 
 std::optional<Instant> RunTables::FirstDue() {

@@ -91,7 +91,7 @@ class RunTables final {
   Statement unplanned_ = Prepare("SELECT Id FROM VeloAutoTasks WHERE PlannedVersion <> Version ORDER BY Id");
   Statement due_ = Prepare(
       "SELECT TaskId FROM VeloAutoTaskStates WHERE NextDue <= ?1 "
-      "UNION SELECT TaskId FROM VeloAutoTaskStates WHERE Planned > ?1 ORDER BY TaskId");
+      "UNION ALL SELECT TaskId FROM VeloAutoTaskStates WHERE Planned > ?1");
   Statement insert_run_ =
       Prepare(InsertColumns("INSERT INTO VeloRuns", "Id", "NULL", RunColumns()) + " ON CONFLICT DO NOTHING");
   Statement put_run_ = Prepare(UpdateColumns("VeloRuns", "", RunColumns(), "Id = ?"));
