@@ -191,7 +191,13 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-constexpr std::array<MigrationStep, 4> kSteps{kTables, kSchedules, kAccounts, kRuns};
+// Who could create tasks could make them run programs.
+constexpr std::array kRights{
+    "ALTER TABLE VeloUsers ADD COLUMN RunPrograms INTEGER NOT NULL DEFAULT 0",
+    "UPDATE VeloUsers SET RunPrograms = 1 WHERE Administrator OR CreatePersonal OR CreateShared",
+};
+
+constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};
 
 // Kept, because making them takes longer than the rest of opening a file.
 const std::set<SchemaObject>& ObjectsOf(int version) {

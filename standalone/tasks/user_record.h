@@ -20,6 +20,7 @@ struct UserRecord {
   bool go_on_with_tags = false;     ///< right 114
   bool create_personal = false;     ///< may create personal tasks
   bool create_shared = false;       ///< may create shared tasks
+  bool run_programs = false;        ///< may save tasks whose actions run programs or SQL
   bool operator==(const UserRecord&) const = default;
 };
 

@@ -8,12 +8,16 @@
 namespace plovix::test {
 namespace {
 
-const std::vector<UserRecord> kUsers{
-    {.id = "root", .name = "", .administrator = true, .groups = {}},
-    {.id = "anna", .name = "", .groups = {}, .create_personal = true, .create_shared = true},
-    {.id = "clerk", .name = "", .groups = {}, .create_shared = true},
-    {.id = "solo", .name = "", .groups = {}, .create_personal = true},
-    {.id = "guest", .name = "", .groups = {"Guests"}}};
+const std::vector<UserRecord> kUsers{{.id = "root", .name = "", .administrator = true, .groups = {}},
+                                     {.id = "anna",
+                                      .name = "",
+                                      .groups = {},
+                                      .create_personal = true,
+                                      .create_shared = true,
+                                      .run_programs = true},
+                                     {.id = "clerk", .name = "", .groups = {}, .create_shared = true},
+                                     {.id = "solo", .name = "", .groups = {}, .create_personal = true},
+                                     {.id = "guest", .name = "", .groups = {"Guests"}}};
 const PermissionSet kGranted{
     {.subject = "Guests", .is_group = true, .view = true, .run = true, .edit = true},
     {.subject = "anna", .is_group = false, .view = true, .run = true, .edit = true, .erase = true}};
@@ -21,7 +25,8 @@ const PermissionSet kGranted{
 TEST(Rights, AreAskedWhereATaskIsStored) {
   const struct {
     std::string actor, task;  // "new", "shared", "granted", or its owner
-    std::string change;       // "rename", "permit", "delete", or the new owner; "": shared
+    // "rename", "permit", "delete", "act KIND", or the new owner; "": shared
+    std::string change;
     std::string answer;
     std::string meanwhile = {};  // SQL
   } cases[] = {
@@ -45,6 +50,13 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
       {"gone", "shared", "rename", "[rights.noUser]"},
       {"solo", "new", "solo", ""},
       {"solo", "new", "rename", "[rights.mayNotCreateShared]"},
+      {"clerk", "shared", "act write-log", ""},
+      {"clerk", "shared", "act run-program", "[rights.mayNotRunPrograms]"},
+      {"clerk", "new", "act run-sql", "[rights.mayNotRunPrograms]"},
+      {"clerk", "new", "act of-another-version", "[rights.mayNotRunPrograms]"},
+      {"anna", "new", "act run-sql", ""},
+      {"root", "new", "act of-another-version", ""},
+      {"anna", "shared", "act run-sql", "[rights.mayNotRunPrograms]", "UPDATE VeloUsers SET RunPrograms = 0"},
       {"clerk", "shared", "rename", "[rights.mayNotEdit]", "UPDATE VeloUsers SET CreateShared = 0"},
       {"clerk", "shared", "delete", "[rights.noUser]", "DELETE FROM VeloUsers WHERE Id = 'clerk'"},
       {"clerk", "shared", "delete", "[rights.mayNotDelete]", "UPDATE VeloAutoTasks SET Permissions = '[]'"},
@@ -67,6 +79,8 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     const auto before = storage.List();
     if (each.change == "rename") {
       task.name = "renamed";
+    } else if (each.change.starts_with("act ")) {
+      task.actions = {{each.change.substr(4), "", 1, 1, {}}};
     } else if (each.change == "permit") {
       task.permissions = PermissionSet{};
     } else {
