@@ -229,6 +229,7 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
+  saved.saved_by = Person();
   saved.version = NextVersion(task.version);
   DropUnusedStart(saved);
   const auto body = [&] {

@@ -96,6 +96,7 @@ bool ReadPatternKind(TaskRecord& task, const Statement& row, int column) {
 
 constexpr auto kTaskColumns =
     Together(Columns<kTaskFields, kInRecord>(), ColumnsOf<kInRecord, &TaskRecord::modified>("Modified"),
+             ColumnsOf<kInRecord, &TaskRecord::saved_by>("SavedBy"),
              ColumnsOf<kInRecord, &TaskRecord::categories>("Category"),
              std::array{TaskColumn{"Permissions", BindPermissions, ReadPermissions}});
 

@@ -23,6 +23,7 @@ TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
+  saved.saved_by = Person();
   saved.version = NextVersion(task.version);
   const auto found = std::ranges::find(tasks_, task.id, &TaskRecord::id);
   AskGuard(found == tasks_.end() ? nullptr : &*found, &task);
