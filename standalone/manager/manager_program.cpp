@@ -5,9 +5,11 @@
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/runner/holder.h>
 #include <plovix/standalone/runner/secrets_file.h>
+#include <plovix/standalone/runs/claim_refusal.h>
 #include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/storage/manager_lock.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <plovix/standalone/storage/task_file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -81,6 +83,7 @@ class Program {
       : options_(options),
         tasks_(database),
         runs_(database),
+        users_(database),
         lock_(runs_),
         zone_(runs_.ScheduleZone()),
         records_(data),
@@ -95,6 +98,8 @@ class Program {
                .launcher = launcher_,
                .records = records_,
                .secrets = secrets_,
+               .refusal = [this](const TaskRecord& task,
+                                 const RunRecord& run) { return ClaimRefusal(task, run, users_.Users()); },
                .told = [this](const RunRecord& run, const RunEnd* end) { Print(run, end); }},
         manager_(ports_, zone_, {.number = lock_.Number(), .alive = [this](std::int64_t number) {
                                    return lock_.IsAlive(number);
@@ -143,6 +148,7 @@ class Program {
   ManagerOptions options_;
   SqliteStorage tasks_;
   SqliteRunStore runs_;
+  SqliteUsersAndTags users_;
   ManagerLock lock_;
   Zone zone_;
   FileRecords records_;

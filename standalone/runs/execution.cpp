@@ -79,7 +79,7 @@ void Execution::Prepare() {
   const auto task = ports_.tasks.Load(run_.task);
   if (!task) refuse("the task was deleted");
   task_ = *task;
-  if (const auto refusal = ports_.refusal ? ports_.refusal(task_) : std::nullopt) refuse(*refusal);
+  if (const auto refusal = ports_.refusal ? ports_.refusal(task_, run_) : std::nullopt) refuse(*refusal);
   if (task_.record_mode == record_mode::kNoData) return;
   if (task_.record_mode == record_mode::kSingleRecord && run_.keys.size() != 1)
     refuse("the task works on a single record, and none was chosen");

@@ -76,7 +76,14 @@ std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight ri
 }
 
 ManagerScene& ScriptSession::Automation() {
-  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, records_, state_);
+  if (!automation_) {
+    automation_ = std::make_unique<ManagerScene>(ManagerScene::Parts{.storage = storage_,
+                                                                     .runs = runs_,
+                                                                     .records = records_,
+                                                                     .state = state_,
+                                                                     .tables = user_ ? tables_ : nullptr,
+                                                                     .person = user_.value_or("script")});
+  }
   return *automation_;
 }
 

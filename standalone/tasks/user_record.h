@@ -6,8 +6,12 @@
 
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace plovix {
+
+/// The account under which the automation manager runs tasks. A user of this id works unattended.
+inline constexpr std::string_view kAutomationAccount = "automation";
 
 /// A user and their rights; HasRight, May and MayUse evaluate them.
 struct UserRecord {
