@@ -79,6 +79,8 @@ void Execution::Prepare() {
   const auto task = ports_.tasks.Load(run_.task);
   if (!task) refuse("the task was deleted");
   task_ = *task;
+  if (task_.held && !run_.IsDry())
+    refuse("the task was imported; somebody who may run it has to look at what it does and release it");
   if (const auto refusal = ports_.refusal ? ports_.refusal(task_, run_) : std::nullopt) refuse(*refusal);
   if (task_.record_mode == record_mode::kNoData) return;
   if (task_.record_mode == record_mode::kSingleRecord && run_.keys.size() != 1)

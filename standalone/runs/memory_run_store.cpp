@@ -13,6 +13,12 @@ TaskState& MemoryRunStore::StateOf(std::int64_t task) {
   return state;
 }
 
+TaskState& MemoryRunStore::StateOf(const TaskRecord& task) {
+  TaskState& state = StateOf(task.id);
+  state.held = task.held;
+  return state;
+}
+
 // A deleted task has no state; its waiting runs begin, and end with that.
 TaskState MemoryRunStore::Known(std::int64_t task) const {
   const auto found = states_.find(task);
@@ -21,13 +27,13 @@ TaskState MemoryRunStore::Known(std::int64_t task) const {
 
 std::vector<TaskState> MemoryRunStore::States() {
   std::vector<TaskState> states;
-  for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task.id));
+  for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task));
   return states;
 }
 
 std::optional<TaskState> MemoryRunStore::State(std::int64_t task) {
-  if (!tasks_.Load(task)) return std::nullopt;
-  return StateOf(task);
+  const auto stored = tasks_.Load(task);
+  return stored ? std::optional(StateOf(*stored)) : std::nullopt;
 }
 
 std::vector<std::int64_t> MemoryRunStore::Unplanned() {
@@ -35,7 +41,7 @@ std::vector<std::int64_t> MemoryRunStore::Unplanned() {
   std::set<std::int64_t> stored;
   for (const TaskRecord& task : tasks_.List()) {
     stored.insert(task.id);
-    if (StateOf(task.id).version != task.version) unplanned.push_back(task.id);
+    if (StateOf(task).version != task.version) unplanned.push_back(task.id);
   }
   // With a task, all that stood beside it goes, except what its runs have done.
   std::erase_if(states_, [&](const auto& entry) { return !stored.contains(entry.first); });
@@ -121,15 +127,23 @@ void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pau
   if (!pause) StateOf(task).paused_row = 0;
 }
 
+bool MemoryRunStore::Release(std::int64_t task, std::int64_t version) {
+  if (!tasks_.Release(task, version)) return false;
+  TaskState& state = StateOf(task);
+  state.held = false;
+  if (!state.paused) state.paused_row = 0;
+  return true;
+}
+
 void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
   all_paused_ = pause;
   if (pause) return;
   for (auto& [task, state] : states_)
-    if (!state.paused) state.paused_row = 0;
+    if (!state.IsPaused()) state.paused_row = 0;
 }
 
 RunRecord MemoryRunStore::Request(RunRecord run) {
-  if (tasks_.Load(run.task)) (void)StateOf(run.task);
+  if (const auto task = tasks_.Load(run.task)) (void)StateOf(*task);
   const RunRecord* added = Add(run);
   return added != nullptr ? *added : run;
 }

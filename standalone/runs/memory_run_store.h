@@ -23,6 +23,7 @@ class MemoryRunStore final : public RunStore {
   bool MoveCursor(const CursorMove& move) override;
   void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
   void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
+  bool Release(std::int64_t task, std::int64_t version) override;
   void SetPauseOfAll(const std::optional<Pause>& pause) override;
   [[nodiscard]] std::optional<Pause> PauseOfAll() override { return all_paused_; }
   RunRecord Request(RunRecord run) override;
@@ -43,6 +44,7 @@ class MemoryRunStore final : public RunStore {
 
  private:
   [[nodiscard]] TaskState& StateOf(std::int64_t task);
+  [[nodiscard]] TaskState& StateOf(const TaskRecord& task);
   [[nodiscard]] TaskState Known(std::int64_t task) const;
   [[nodiscard]] bool IsOwner(const RunRecord& run) const;
   // Adds a row, or gives back nothing where the occurrence has one already.

@@ -15,7 +15,7 @@ namespace plovix {
   if (run.IsDry()) return true;
   if (task.running_run != 0) return false;
   if (run.origin == RunOrigin::kManual) return true;
-  return !all_paused && !task.paused && (run.IsRetrying() || !task.retrying);
+  return !all_paused && !task.IsPaused() && (run.IsRetrying() || !task.retrying);
 }
 // Whether a filter lets the run through; the number of runs apart.
 [[nodiscard]] bool Passes(const RunRecord& run, const RunFilter& filter);

@@ -26,10 +26,13 @@ struct TaskState {
   std::optional<Instant> next_due;  // the cursor: the first occurrence without a row
   std::optional<Instant> planned;   // the last occurrence that got a row
   std::optional<Pause> paused;
+  bool held = false;             // as TaskRecord::held
   std::int64_t paused_row = 0;   // the row for what came due in this pause; 0: nothing yet
   std::int64_t running_run = 0;  // 0: none; dry runs do not count
   bool retrying = false;         // a run of it waits for its next attempt
   bool queued = false;           // an occurrence of it waits for its first attempt
+  // Nothing that is scheduled begins.
+  [[nodiscard]] bool IsPaused() const { return paused || held; }
   bool operator==(const TaskState&) const = default;
 };
 
@@ -84,6 +87,8 @@ class RunStore {
   virtual void SetPolicies(std::int64_t task, const TaskPolicies& policies) = 0;
   // Nothing: resumed.
   virtual void SetPause(std::int64_t task, const std::optional<Pause>& pause) = 0;
+  // Ends the hold of that version of an imported task. False if it is another one by now, or not held.
+  virtual bool Release(std::int64_t task, std::int64_t version) = 0;
   virtual void SetPauseOfAll(const std::optional<Pause>& pause) = 0;
   [[nodiscard]] virtual std::optional<Pause> PauseOfAll() = 0;
 

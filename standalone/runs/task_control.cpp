@@ -42,6 +42,9 @@ void TaskControl::AllowAll() const {
 
 RunRecord TaskControl::Ask(std::int64_t task, RunOrigin origin, std::vector<std::string> keys,
                            std::optional<Instant> due) {
+  const auto stored = parts_.tasks.Load(task);
+  if (stored && stored->held && origin != RunOrigin::kDryRun)
+    RefuseRequest(failure_number::kInvalidCall, "the task was imported and has to be released first");
   RunRecord run;
   run.task = task;
   run.due = due;
@@ -115,17 +118,31 @@ void TaskControl::Pause(std::optional<std::int64_t> task, const std::string& rea
 
 // What came due in a pause gets its row before the pause ends.
 void TaskControl::Resume(std::optional<std::int64_t> task) {
-  const auto plan = [&](std::int64_t id) {
-    PlanNow(parts_.tasks, parts_.runs, parts_.zone, id, parts_.now());
-  };
   if (!task) {
     AllowAll();
-    for (const TaskState& state : parts_.runs.States()) plan(state.task);
+    for (const TaskState& state : parts_.runs.States()) PlanUntilNow(state.task);
     return parts_.runs.SetPauseOfAll(std::nullopt);
   }
-  (void)Allowed(*task, TaskRight::kEdit);
-  plan(*task);
+  if (Allowed(*task, TaskRight::kEdit).held)
+    RefuseRequest(failure_number::kInvalidCall, "the task was imported and has to be released");
+  PlanUntilNow(*task);
   parts_.runs.SetPause(*task, std::nullopt);
+}
+
+void TaskControl::PlanUntilNow(std::int64_t task) {
+  PlanNow(parts_.tasks, parts_.runs, parts_.zone, task, parts_.now());
+}
+
+void TaskControl::Release(std::int64_t id, std::int64_t version) {
+  const TaskRecord task = Allowed(id, TaskRight::kRun);
+  const auto user = parts_.user && NeedsProgramRight(task) ? parts_.user() : std::nullopt;
+  if (user && !MayRunPrograms(*user))
+    RefuseRequest(kRightMissing, "the user may not run programs or SQL, as the task does");
+  PlanUntilNow(id);
+  if (!parts_.runs.Release(id, version)) {
+    RefuseRequest(failure_number::kInvalidCall,
+                  "the task was changed or released since it was shown; look at it again");
+  }
 }
 
 void TaskControl::SetPolicies(std::int64_t task, const TaskPolicies& policies) {

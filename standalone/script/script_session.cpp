@@ -82,7 +82,7 @@ ManagerScene& ScriptSession::Automation() {
                                                                      .records = records_,
                                                                      .state = state_,
                                                                      .tables = user_ ? tables_ : nullptr,
-                                                                     .person = user_.value_or("script")});
+                                                                     .person = user_.value_or("")});
   }
   return *automation_;
 }

@@ -21,7 +21,7 @@ Statement RunTables::SelectRuns(std::string_view rest) const {
 
 Statement RunTables::SelectStates(std::string_view rest) const {
   return Prepare(SelectColumns(
-      "t.Id, t.PlannedVersion, s.TaskId", StateColumns(),
+      "t.Id, t.PlannedVersion, t.Held, s.TaskId", StateColumns(),
       "VeloAutoTasks t LEFT JOIN VeloAutoTaskStates s ON s.TaskId = t.Id " + std::string(rest)));
 }
 
@@ -47,8 +47,9 @@ std::vector<TaskState> RunTables::ReadStates(Statement& statement) {
     TaskState& state = states.emplace_back();
     state.task = row.Integer(0);
     state.version = row.Integer(1);
-    if (IsNull(row, 2)) return;
-    CheckReadable(ReadColumns(state, StateColumns(), row, 3),
+    state.held = row.Integer(2) != 0;
+    if (IsNull(row, 3)) return;
+    CheckReadable(ReadColumns(state, StateColumns(), row, 4),
                   "the state of task " + std::to_string(state.task));
   });
   return states;
@@ -82,7 +83,9 @@ void RunTables::ReadFlags(TaskState& state) {
 }
 
 void RunTables::ForgetPausedRows() {
-  file_->Run("UPDATE VeloAutoTaskStates SET PausedRow = 0 WHERE PausedSince IS NULL AND PausedRow <> 0");
+  file_->Run(
+      "UPDATE VeloAutoTaskStates SET PausedRow = 0 WHERE PausedSince IS NULL AND PausedRow <> 0 "
+      "AND NOT EXISTS (SELECT 1 FROM VeloAutoTasks WHERE Id = TaskId AND Held <> 0)");
 }
 
 std::vector<std::int64_t> RunTables::Due(Instant now) {
@@ -170,6 +173,7 @@ std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused)
                       FromFile{to_begin_, 3}(run.attempt) && FromFile{to_begin_, 4}(task.running_run) &&
                       FromFile{to_begin_, 5}(task.retrying);
     if (!IsNull(to_begin_, 6)) task.paused.emplace();
+    task.held = to_begin_.Integer(7) != 0;
     if (fits && MayBegin(run, task, all_paused)) first = std::move(run);
   }
   to_begin_.Reset();
@@ -218,6 +222,14 @@ void RunTables::ClearLedger(std::int64_t task, bool only_failed) {
   Statement turn_off = Prepare(kTurnOffClearing);
   turn_off.BindInteger(0, task);
   turn_off.Run();
+}
+
+bool RunTables::Release(std::int64_t task, std::int64_t version) {
+  Statement release = Prepare(kEndHold);
+  release.BindInteger(0, task);
+  release.BindInteger(1, version);
+  release.Run();
+  return file_->ChangedRows() == 1;
 }
 
 bool RunTables::IsCleared(std::int64_t task, bool only_failed) {

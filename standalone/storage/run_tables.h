@@ -30,6 +30,8 @@ class RunTables final {
   // What the task's waiting runs say of it.
   void ReadFlags(TaskState& state);
   void ForgetPausedRows();
+  // As TaskStorage::Release.
+  [[nodiscard]] bool Release(std::int64_t task, std::int64_t version);
 
   [[nodiscard]] std::vector<std::int64_t> Unplanned() { return Ids(unplanned_); }
   [[nodiscard]] std::vector<std::int64_t> Due(Instant now);
@@ -101,8 +103,9 @@ class RunTables final {
   // that.
   Statement to_begin_ = Prepare(
       "SELECT r.Id, r.NotBefore, r.Origin, r.Attempt, coalesce(s.RunningRun, 0), "
-      "coalesce(s.Retrying, 0), s.PausedSince "
+      "coalesce(s.Retrying, 0), s.PausedSince, coalesce(t.Held, 0) "
       "FROM VeloRuns r LEFT JOIN VeloAutoTaskStates s ON s.TaskId = r.TaskId "
+      "LEFT JOIN VeloAutoTasks t ON t.Id = r.TaskId "
       "WHERE r.State = 'waiting' AND r.NotBefore <= ? ORDER BY r.NotBefore, r.Id");
   Statement put_ledger_ = Prepare(InsertColumns("REPLACE INTO VeloLedger", "TaskId", "?", LedgerColumns()));
   Statement ledger_ = SelectLedger("ORDER BY Record");

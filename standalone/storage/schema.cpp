@@ -196,6 +196,7 @@ constexpr std::array kRights{
     "ALTER TABLE VeloUsers ADD COLUMN RunPrograms INTEGER NOT NULL DEFAULT 0",
     "UPDATE VeloUsers SET RunPrograms = 1 WHERE Administrator OR CreatePersonal OR CreateShared",
     "ALTER TABLE VeloAutoTasks ADD COLUMN SavedBy TEXT NOT NULL DEFAULT ''",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN Held INTEGER NOT NULL DEFAULT 0",
 };
 
 constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};

@@ -131,6 +131,18 @@ void SqliteRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pau
   });
 }
 
+bool SqliteRunStore::Release(std::int64_t task, std::int64_t version) {
+  std::optional<TaskState> state;
+  const auto body = [&] {
+    if (!tables_->Release(task, version)) return false;
+    state = tables_->State(task);
+    if (!state->paused) state->paused_row = 0;
+    tables_->Put(*state);
+    return true;
+  };
+  return Change(body, [&] { return State(task) == state; });
+}
+
 void SqliteRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
   ChangeSettings([&](FileSettings& settings) {
     settings.paused = pause;

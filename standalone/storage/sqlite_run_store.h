@@ -37,6 +37,7 @@ class SqliteRunStore final : public RunStore {
   bool MoveCursor(const CursorMove& move) override;
   void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
   void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
+  bool Release(std::int64_t task, std::int64_t version) override;
   void SetPauseOfAll(const std::optional<Pause>& pause) override;
   [[nodiscard]] std::optional<Pause> PauseOfAll() override;
   RunRecord Request(RunRecord run) override;

@@ -46,8 +46,8 @@ class TaskStorage {
   /// Nothing if there is no task with that id.
   [[nodiscard]] virtual std::optional<TaskRecord> Load(std::int64_t id) = 0;
   /// Stores a new task (id 0) or a new version of a stored one, all or nothing, and returns it with its id,
-  /// version, time of change and the person (SetPerson). On return the task is on disk. Fails with 5 if a text is longer than
-  /// text_limits.h allows.
+  /// version, time of change and the person (SetPerson). On return the task is on disk. Fails with 5 if a
+  /// text is longer than text_limits.h allows. Whether a stored task is held stays as it is stored.
   virtual TaskRecord Save(const TaskRecord& task, DateTime now) = 0;
   /// Deletes that version of the task. Deleting a task that is already gone is not a failure.
   virtual void Delete(std::int64_t id, std::int64_t version) = 0;
@@ -56,6 +56,9 @@ class TaskStorage {
   /// been obeyed. Called by automation managers alone; the default does nothing, for storages whose tasks
   /// none of them runs.
   virtual void TurnOffClearing(std::int64_t /*id*/) {}
+
+  /// Ends the hold of that version of a task, which stays. False if it is another one by now, or not held.
+  virtual bool Release(std::int64_t /*id*/, std::int64_t /*version*/) { return false; }
 
   /// Makes Save and Delete call `guard` from now on; an empty guard, the default, allows everything.
   void SetGuard(TaskGuard guard) { guard_ = std::move(guard); }
@@ -89,6 +92,7 @@ class MemoryStorage final : public TaskStorage {
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
   void TurnOffClearing(std::int64_t id) override;
+  bool Release(std::int64_t id, std::int64_t version) override;
 
  private:
   std::vector<TaskRecord> tasks_;  // by id, ascending
