@@ -118,24 +118,28 @@ bool MemoryRunStore::MoveCursor(const CursorMove& move) {
   return true;
 }
 
-void MemoryRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
+void MemoryRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) {
   StateOf(task).policies = policies;
+  Audit(EntryOfPolicies(task, policies, by));
 }
 
-void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause) {
+void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) {
+  Audit(EntryOfPause(task, pause, by));
   StateOf(task).paused = pause;
   if (!pause) StateOf(task).paused_row = 0;
 }
 
-bool MemoryRunStore::Release(std::int64_t task, std::int64_t version) {
+bool MemoryRunStore::Release(std::int64_t task, std::int64_t version, const Doer& by) {
   if (!tasks_.Release(task, version)) return false;
+  Audit(EntryOf(Deed::kRelease, by, task, 0, std::to_string(version)));
   TaskState& state = StateOf(task);
   state.held = false;
   if (!state.paused) state.paused_row = 0;
   return true;
 }
 
-void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
+void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) {
+  Audit(EntryOfPause(0, pause, by));
   all_paused_ = pause;
   if (pause) return;
   for (auto& [task, state] : states_)
@@ -145,10 +149,12 @@ void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
 RunRecord MemoryRunStore::Request(RunRecord run) {
   if (const auto task = tasks_.Load(run.task)) (void)StateOf(*task);
   const RunRecord* added = Add(run);
-  return added != nullptr ? *added : run;
+  if (added == nullptr) return run;
+  if (!added->person.empty()) Audit(EntryOfRequest(*added));
+  return *added;
 }
 
-bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
+bool MemoryRunStore::Cancel(std::int64_t run, const std::string& reason, const Doer& by) {
   const auto found = runs_.find(run);
   if (found == runs_.end() || found->second.IsOver()) return false;
   RunRecord record = found->second;
@@ -156,9 +162,16 @@ bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
   record.reason = reason;
   if (record.state == RunState::kWaiting) {
     record.state = RunState::kCancelled;
-    record.ended = now;
+    record.ended = by.at;
   }
   Put(record);
+  Audit(EntryOf(Deed::kCancel, by, record.task, run));
+  return true;
+}
+
+bool MemoryRunStore::CloseByForce(const RunEnd& end, const Doer& by) {
+  if (!Finish(end)) return false;
+  Audit(EntryOf(Deed::kCloseByForce, by, runs_.at(end.run).task, end.run));
   return true;
 }
 
@@ -267,7 +280,7 @@ bool MemoryRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
   return true;
 }
 
-bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) {
   const auto row = LedgerOf(task, record);
   if (!row || !IsUndecided(*row)) return false;
   if (done) {
@@ -275,7 +288,23 @@ bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool d
   } else {
     ledger_[task].erase(record);
   }
+  Audit(EntryOf(done ? Deed::kCountAsDone : Deed::kForget, by, task, row->run, record));
   return true;
+}
+
+void MemoryRunStore::Audit(AuditEntry entry) {
+  entry.id = audits_.empty() ? 1 : audits_.back().id + 1;
+  audits_.push_back(std::move(entry));
+  if (audits_.size() > static_cast<std::size_t>(kMostAudits)) audits_.pop_front();
+}
+
+std::vector<AuditEntry> MemoryRunStore::Audits(const AuditFilter& filter) {
+  std::vector<AuditEntry> found;
+  for (const AuditEntry& entry : std::views::reverse(audits_)) {
+    if (found.size() == filter.most) break;
+    if (Passes(entry, filter)) found.push_back(entry);
+  }
+  return found;
 }
 
 }  // namespace plovix

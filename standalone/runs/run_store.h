@@ -7,6 +7,7 @@
 
 #include <functional>
 
+#include "audit.h"
 #include "run_record.h"
 
 namespace plovix {
@@ -84,18 +85,22 @@ class RunStore {
   // False, and nothing is changed, if the cursor is no longer where it was found.
   virtual bool MoveCursor(const CursorMove& move) = 0;
 
-  virtual void SetPolicies(std::int64_t task, const TaskPolicies& policies) = 0;
+  // What a person does is written down (Audits) in the same transaction, unless it changes nothing.
+  virtual void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) = 0;
   // Nothing: resumed.
-  virtual void SetPause(std::int64_t task, const std::optional<Pause>& pause) = 0;
+  virtual void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) = 0;
   // Ends the hold of that version of an imported task. False if it is another one by now, or not held.
-  virtual bool Release(std::int64_t task, std::int64_t version) = 0;
-  virtual void SetPauseOfAll(const std::optional<Pause>& pause) = 0;
+  virtual bool Release(std::int64_t task, std::int64_t version, const Doer& by) = 0;
+  virtual void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) = 0;
   [[nodiscard]] virtual std::optional<Pause> PauseOfAll() = 0;
 
-  // Adds what a person asks for; returns it with its id, which is 0 if its occurrence has a row already.
+  // Adds what a person asks for, who does so at its `not_before`; returns it with its id, which is 0 if its
+  // occurrence has a row already.
   virtual RunRecord Request(RunRecord run) = 0;
   // Cancels a waiting run; a running one is marked for its manager. False if it is over.
-  virtual bool Cancel(std::int64_t run, Instant now, const std::string& reason) = 0;
+  virtual bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) = 0;
+  // As Finish, by a person instead of the run's manager.
+  virtual bool CloseByForce(const RunEnd& end, const Doer& by) = 0;
 
   // Takes the run that has waited longest of those that may begin, and marks its task as running: one run of
   // a task at a time, what a person asked for is not held up by an attempt that is yet to come, everything
@@ -124,7 +129,12 @@ class RunStore {
   // Forgets all records of the task, or those that failed, and turns off the task's flag that asked for it.
   virtual bool ClearLedger(const RunRecord& run, bool only_failed) = 0;
   // What a person says of a record that failed or is in doubt: done, or forgotten. False for another one.
-  virtual bool Decide(std::int64_t task, const std::string& record, bool done) = 0;
+  virtual bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) = 0;
+
+  // Adds an entry for what was done elsewhere; its id is given here.
+  virtual void Audit(AuditEntry entry) = 0;
+  // What people did, newest first; the newest kMostAudits are kept.
+  [[nodiscard]] virtual std::vector<AuditEntry> Audits(const AuditFilter& filter) = 0;
 };
 
 }  // namespace plovix

@@ -56,6 +56,7 @@ class TaskControl {
  private:
   TaskRecord Allowed(std::int64_t task, TaskRight right) const;
   void PlanUntilNow(std::int64_t task);
+  [[nodiscard]] Doer ThePerson() const { return {parts_.person, parts_.now()}; }
   RunRecord AllowedRun(std::int64_t run, TaskRight right) const;
   void AllowAll() const;
   RunRecord Ask(std::int64_t task, RunOrigin origin, std::vector<std::string> keys,

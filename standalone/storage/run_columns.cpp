@@ -103,6 +103,13 @@ constexpr std::array kLedgerColumns{
     OfLedger<&LedgerRow::reason>("Reason")};
 
 template <auto kMember>
+constexpr auto OfAudit = MemberColumn<AuditEntry, kMember>;
+constexpr std::array kAuditColumns{
+    OfAudit<&AuditEntry::at>("At"),     OfAudit<&AuditEntry::person>("Person"),
+    OfAudit<&AuditEntry::deed>("Deed"), OfAudit<&AuditEntry::task>("TaskId"),
+    OfAudit<&AuditEntry::run>("RunId"), OfAudit<&AuditEntry::detail>("Detail")};
+
+template <auto kMember>
 constexpr auto OfFile = MemberColumn<FileSettings, kMember>;
 constexpr std::array kFileSettingsColumns{
     OfFile<&FileSettings::id>("FileId"),
@@ -125,6 +132,10 @@ std::span<const ColumnOf<TaskState>> StateColumns() {
 
 std::span<const ColumnOf<LedgerRow>> LedgerColumns() {
   return kLedgerColumns;
+}
+
+std::span<const ColumnOf<AuditEntry>> AuditColumns() {
+  return kAuditColumns;
 }
 
 std::span<const ColumnOf<FileSettings>> FileSettingsColumns() {

@@ -25,6 +25,8 @@ struct FileSettings {
 [[nodiscard]] std::span<const ColumnOf<TaskState>> StateColumns();
 // Of VeloLedger: all except TaskId.
 [[nodiscard]] std::span<const ColumnOf<LedgerRow>> LedgerColumns();
+// Of VeloAudit: all except Id.
+[[nodiscard]] std::span<const ColumnOf<AuditEntry>> AuditColumns();
 // Of the only row of VeloFileSettings: all except Id.
 [[nodiscard]] std::span<const ColumnOf<FileSettings>> FileSettingsColumns();
 

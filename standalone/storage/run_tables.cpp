@@ -241,6 +241,31 @@ bool RunTables::IsCleared(std::int64_t task, bool only_failed) {
   return !left.Step();
 }
 
+std::int64_t RunTables::Add(const AuditEntry& entry) {
+  Statement insert = Prepare(InsertColumns("INSERT INTO VeloAudit", "Id", "NULL", AuditColumns()));
+  BindColumns(insert, 0, AuditColumns(), entry);
+  insert.Run();
+  const std::int64_t id = file_->LastInsertId();
+  Statement forget = Prepare("DELETE FROM VeloAudit WHERE Id <= ?");
+  forget.BindInteger(0, id - kMostAudits);
+  forget.Run();
+  return id;
+}
+
+std::vector<AuditEntry> RunTables::Audits(const AuditFilter& filter) {
+  Statement entries = Prepare(SelectColumns("Id", AuditColumns(), "VeloAudit WHERE Id < ? ORDER BY Id DESC"));
+  entries.BindInteger(0, filter.before.value_or(std::numeric_limits<std::int64_t>::max()));
+  std::vector<AuditEntry> found;
+  while (found.size() < filter.most && entries.Step()) {
+    AuditEntry entry;
+    entry.id = entries.Integer(0);
+    CheckReadable(ReadColumns(entry, AuditColumns(), entries, 1),
+                  "what people did, entry " + std::to_string(entry.id) + ",");
+    if (Passes(entry, filter)) found.push_back(std::move(entry));
+  }
+  return found;
+}
+
 FileSettings RunTables::Settings() {
   FileSettings settings;
   bool found = false;

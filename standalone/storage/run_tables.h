@@ -59,6 +59,10 @@ class RunTables final {
   // Whether ClearLedger would change nothing.
   [[nodiscard]] bool IsCleared(std::int64_t task, bool only_failed);
 
+  // Adds an entry and forgets those that are too old; returns its id.
+  std::int64_t Add(const AuditEntry& entry);
+  [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter);
+
   [[nodiscard]] FileSettings Settings();
   void Put(const FileSettings& settings);
 

@@ -191,12 +191,20 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-// Who could create tasks could make them run programs.
+// Who could create tasks could make them run programs. VeloAudit says what people did; Deed is a fixed word.
 constexpr std::array kRights{
     "ALTER TABLE VeloUsers ADD COLUMN RunPrograms INTEGER NOT NULL DEFAULT 0",
     "UPDATE VeloUsers SET RunPrograms = 1 WHERE Administrator OR CreatePersonal OR CreateShared",
     "ALTER TABLE VeloAutoTasks ADD COLUMN SavedBy TEXT NOT NULL DEFAULT ''",
     "ALTER TABLE VeloAutoTasks ADD COLUMN Held INTEGER NOT NULL DEFAULT 0",
+    R"(CREATE TABLE VeloAudit (
+         Id INTEGER PRIMARY KEY AUTOINCREMENT,
+         At INTEGER NOT NULL,
+         Person TEXT NOT NULL,
+         Deed TEXT NOT NULL,
+         TaskId INTEGER NOT NULL,
+         RunId INTEGER NOT NULL,
+         Detail TEXT NOT NULL))",
 };
 
 constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};

@@ -120,21 +120,26 @@ bool SqliteRunStore::MoveCursor(const CursorMove& move) {
   return Change(body, [&] { return State(move.task) == state; });
 }
 
-void SqliteRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
-  ChangeState(task, [&](TaskState& state) { state.policies = policies; });
+void SqliteRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) {
+  ChangeState(task, [&](TaskState& state) {
+    state.policies = policies;
+    tables_->Add(EntryOfPolicies(task, policies, by));
+  });
 }
 
-void SqliteRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause) {
+void SqliteRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) {
   ChangeState(task, [&](TaskState& state) {
+    tables_->Add(EntryOfPause(task, pause, by));
     state.paused = pause;
     if (!pause) state.paused_row = 0;
   });
 }
 
-bool SqliteRunStore::Release(std::int64_t task, std::int64_t version) {
+bool SqliteRunStore::Release(std::int64_t task, std::int64_t version, const Doer& by) {
   std::optional<TaskState> state;
   const auto body = [&] {
     if (!tables_->Release(task, version)) return false;
+    tables_->Add(EntryOf(Deed::kRelease, by, task, 0, std::to_string(version)));
     state = tables_->State(task);
     if (!state->paused) state->paused_row = 0;
     tables_->Put(*state);
@@ -143,8 +148,9 @@ bool SqliteRunStore::Release(std::int64_t task, std::int64_t version) {
   return Change(body, [&] { return State(task) == state; });
 }
 
-void SqliteRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
+void SqliteRunStore::SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) {
   ChangeSettings([&](FileSettings& settings) {
+    tables_->Add(EntryOfPause(0, pause, by));
     settings.paused = pause;
     if (!pause) tables_->ForgetPausedRows();
   });
@@ -158,13 +164,14 @@ RunRecord SqliteRunStore::Request(RunRecord run) {
   const auto body = [&] {
     run.id = tables_->Insert(run);
     NoteInState(run);
+    if (run.id != 0 && !run.person.empty()) tables_->Add(EntryOfRequest(run));
     return true;
   };
   Change(body, [&] { return Run(run.id) == run; });
   return run;
 }
 
-bool SqliteRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
+bool SqliteRunStore::Cancel(std::int64_t run, const std::string& reason, const Doer& by) {
   std::optional<RunRecord> record;
   const auto body = [&] {
     record = tables_->Run(run);
@@ -173,9 +180,10 @@ bool SqliteRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
     record->reason = reason;
     if (record->state == RunState::kWaiting) {
       record->state = RunState::kCancelled;
-      record->ended = now;
+      record->ended = by.at;
     }
     Put(*record);
+    tables_->Add(EntryOf(Deed::kCancel, by, record->task, run));
     return true;
   };
   return Change(body, [&] { return Run(run) == record; });
@@ -202,12 +210,21 @@ bool SqliteRunStore::IsOwner(std::int64_t run, std::int64_t epoch) {
 }
 
 bool SqliteRunStore::Finish(const RunEnd& end) {
+  return End(end, nullptr);
+}
+
+bool SqliteRunStore::CloseByForce(const RunEnd& end, const Doer& by) {
+  return End(end, &by);
+}
+
+bool SqliteRunStore::End(const RunEnd& end, const Doer* by) {
   RunRecord ended;
   const auto body = [&] {
     if (!IsOwner(end.run, end.epoch)) return false;
     ended = Ended(tables_->Run(end.run).value(), end);
     Put(ended.task, end.rows);
     Put(ended);
+    if (by != nullptr) tables_->Add(EntryOf(Deed::kCloseByForce, *by, ended.task, ended.id));
     return true;
   };
   return Change(body, [&] { return Run(end.run) == ended; });
@@ -268,7 +285,7 @@ bool SqliteRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
   return Change(body, [&] { return tables_->IsCleared(run.task, only_failed); });
 }
 
-bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) {
   const auto body = [&] {
     auto row = LedgerOf(task, record);
     if (!row || !IsUndecided(*row)) return false;
@@ -278,12 +295,28 @@ bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool d
     } else {
       tables_->Forget(task, record);
     }
+    tables_->Add(EntryOf(done ? Deed::kCountAsDone : Deed::kForget, by, task, row->run, record));
     return true;
   };
   return Change(body, [&] {
     const auto row = LedgerOf(task, record);
     return done ? row && row->state == LedgerState::kDone : !row;
   });
+}
+
+void SqliteRunStore::Audit(AuditEntry entry) {
+  const auto body = [&] {
+    entry.id = tables_->Add(entry);
+    return true;
+  };
+  Change(body, [&] {
+    const auto newest = Audits({.task = {}, .before = entry.id + 1, .most = 1});
+    return !newest.empty() && newest.front() == entry;
+  });
+}
+
+std::vector<AuditEntry> SqliteRunStore::Audits(const AuditFilter& filter) {
+  return tables_->Audits(filter);
 }
 
 std::string SqliteRunStore::FileId() {

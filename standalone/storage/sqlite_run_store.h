@@ -35,13 +35,14 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::vector<std::int64_t> Due(Instant now) override;
   [[nodiscard]] std::optional<Instant> NextWake() override;
   bool MoveCursor(const CursorMove& move) override;
-  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
-  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
-  bool Release(std::int64_t task, std::int64_t version) override;
-  void SetPauseOfAll(const std::optional<Pause>& pause) override;
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) override;
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) override;
+  bool Release(std::int64_t task, std::int64_t version, const Doer& by) override;
+  void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) override;
   [[nodiscard]] std::optional<Pause> PauseOfAll() override;
   RunRecord Request(RunRecord run) override;
-  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
+  bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) override;
+  bool CloseByForce(const RunEnd& end, const Doer& by) override;
   [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
   bool Finish(const RunEnd& end) override;
   [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
@@ -54,7 +55,9 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
-  bool Decide(std::int64_t task, const std::string& record, bool done) override;
+  bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) override;
+  void Audit(AuditEntry entry) override;
+  [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter) override;
 
   // Differs from file to file, but a copy of a file has that of its original.
   [[nodiscard]] std::string FileId();
@@ -78,6 +81,8 @@ class SqliteRunStore final : public RunStore {
   bool Change(const std::function<bool()>& body, const std::function<bool()>& arrived);
   void ChangeState(std::int64_t task, const std::function<void(TaskState&)>& change);
   void ChangeSettings(const std::function<void(FileSettings&)>& change);
+  // Within a transaction of its own. `by`: the person who ends it; nullptr: its manager.
+  bool End(const RunEnd& end, const Doer* by);
   // Within a transaction.
   void NoteInState(const RunRecord& run);
   void Put(const RunRecord& run);

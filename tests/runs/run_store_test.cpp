@@ -20,6 +20,8 @@ constexpr Instant At(int second) {
   return Instant(std::chrono::seconds(second));
 }
 
+const Doer kAnn{"ann", At(2)};
+
 RunRecord Of(std::int64_t task, RunOrigin origin, int at) {
   RunRecord run;
   run.task = task;
@@ -113,7 +115,7 @@ TEST_P(RunStores, ExtendTheRowOfAPauseUntilItEnds) {
   for (const bool of_all : {false, true}) {
     const std::int64_t task = NewTask();
     const auto set = [&](const std::optional<Pause>& pause) {
-      of_all ? runs->SetPauseOfAll(pause) : runs->SetPause(task, pause);
+      of_all ? runs->SetPauseOfAll(pause, kAnn) : runs->SetPause(task, pause, kAnn);
       EXPECT_EQ(of_all ? runs->PauseOfAll() : runs->State(task)->paused, pause);
     };
     set(Pause{"ann", "why", At(1)});
@@ -144,8 +146,8 @@ TEST_P(RunStores, BeginWhatMayBegin) {
          EXPECT_TRUE(stores.runs->State(task)->retrying);
        },
        people},
-      {"it is paused", [](auto& stores, auto task) { stores.runs->SetPause(task, Pause()); }, people},
-      {"all is paused", [](auto& stores, auto) { stores.runs->SetPauseOfAll(Pause()); }, people},
+      {"it is paused", [](auto& stores, auto task) { stores.runs->SetPause(task, Pause(), kAnn); }, people},
+      {"all is paused", [](auto& stores, auto) { stores.runs->SetPauseOfAll(Pause(), kAnn); }, people},
   };
   for (const auto& test : cases) {
     for (const RunOrigin origin : all) {
@@ -207,8 +209,8 @@ TEST_P(RunStores, CancelWhatWaitsAndMarkWhatRuns) {
   const std::int64_t task = NewTask(), running = Begin(task).id;
   const std::int64_t waiting = runs->Request(Of(task, kManual, 1)).id;
   EXPECT_THAT(runs->MarkedForCancel(7), IsEmpty());
-  for (const std::int64_t run : {running, waiting}) EXPECT_TRUE(runs->Cancel(run, At(2), "why"));
-  for (const std::int64_t run : {waiting, std::int64_t{99}}) EXPECT_FALSE(runs->Cancel(run, At(3), "late"));
+  for (const std::int64_t run : {running, waiting}) EXPECT_TRUE(runs->Cancel(run, "why", kAnn));
+  for (const std::int64_t run : {waiting, std::int64_t{99}}) EXPECT_FALSE(runs->Cancel(run, "late", kAnn));
   const RunRecord over = *runs->Run(waiting);
   EXPECT_EQ(std::tuple(over.state, over.ended, over.reason), std::tuple(kCancelled, At(2), "why"));
   const auto is_marked = ElementsAre(*runs->Run(running));
@@ -216,6 +218,49 @@ TEST_P(RunStores, CancelWhatWaitsAndMarkWhatRuns) {
   EXPECT_THAT(runs->MarkedForCancel(8), IsEmpty());
   EXPECT_THAT(runs->Orphans([](std::int64_t manager) { return manager == 7; }), IsEmpty());
   EXPECT_THAT(runs->Orphans([](std::int64_t manager) { return manager == 8; }), is_marked);
+}
+
+TEST_P(RunStores, WriteDownWhatPeopleDid) {
+  TaskRecord imported = WholeTask("b");
+  imported.held = true;
+  const std::int64_t task = NewTask(), held = tasks->Save(imported, kNow).id;
+  EXPECT_FALSE(runs->Release(held, 9, kAnn));
+  EXPECT_TRUE(runs->Release(held, 1, kAnn));
+  EXPECT_FALSE(runs->Release(held, 1, kAnn)) << "it is released";
+  EXPECT_TRUE(
+      runs->Write(Begin(task), {Row("i:1", LedgerState::kFailed), Row("i:2", LedgerState::kInDoubt)}));
+  for (const bool done : {false, true}) {
+    EXPECT_TRUE(runs->Decide(task, done ? "i:1" : "i:2", done, kAnn));
+    EXPECT_FALSE(runs->Decide(task, done ? "i:1" : "i:2", done, kAnn)) << "it is decided";
+  }
+  EXPECT_THAT(runs->Ledger(task), ElementsAre(Row("i:1")));
+  EXPECT_TRUE(runs->CloseByForce(EndOf(1, 1, kCancelled, 2), kAnn));
+  EXPECT_FALSE(runs->CloseByForce(EndOf(1, 1, kCancelled, 2), kAnn)) << "it is over";
+  runs->SetPause(task, Pause{"ann", "why", At(2)}, kAnn);
+  RunRecord asked = Of(task, kManual, 2);
+  asked.person = "ann";
+  EXPECT_TRUE(runs->Cancel(runs->Request(asked).id, "why", kAnn));
+  runs->SetPauseOfAll({}, kAnn);
+  runs->SetPolicies(task, {}, kAnn);
+  const AuditEntry own{10, At(3), "bob", Deed::kResume, task, 0, ""};
+  runs->Audit(own);
+  std::vector<std::tuple<std::int64_t, Deed, std::int64_t, std::int64_t, std::string>> found;
+  for (const AuditEntry& entry : runs->Audits({.task = {}, .before = own.id, .most = 99})) {
+    EXPECT_EQ(std::pair(entry.person, entry.at), std::pair(kAnn.person, kAnn.at));
+    found.emplace_back(entry.id, entry.deed, entry.task, entry.run, entry.detail);
+  }
+  const std::string policies =
+      "missed once, overlap skip, retries 0, interrupted repeat, short-month last, limit 0";
+  EXPECT_THAT(
+      found,
+      ElementsAre(std::tuple(9, Deed::kSetPolicies, task, 0, policies),
+                  std::tuple(8, Deed::kResumeAll, 0, 0, ""), std::tuple(7, Deed::kCancel, task, 2, ""),
+                  std::tuple(6, Deed::kStart, task, 2, ""), std::tuple(5, Deed::kPause, task, 0, "why"),
+                  std::tuple(4, Deed::kCloseByForce, task, 1, ""),
+                  std::tuple(3, Deed::kCountAsDone, task, 1, "i:1"),
+                  std::tuple(2, Deed::kForget, task, 1, "i:2"), std::tuple(1, Deed::kRelease, held, 0, "1")));
+  EXPECT_THAT(runs->Audits({.task = task, .before = {}, .most = 1}), ElementsAre(own));
+  EXPECT_EQ(runs->Audits({.task = held, .before = {}, .most = 9}).size(), 1U);
 }
 
 TEST_P(RunStores, ClearALedgerAndTurnOffTheFlagThatAskedForIt) {
@@ -255,7 +300,7 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   TaskPolicies policies{MissedPolicy::kAll, 3, OverlapPolicy::kQueue, 4, InterruptedPolicy::kLeave};
   policies.short_month = ShortMonth::kSkip;
   policies.limit = std::chrono::seconds(5);
-  runs->SetPolicies(task, policies);
+  runs->SetPolicies(task, policies, kAnn);
   EXPECT_EQ(runs->State(task)->policies, policies);
   RunRecord run = Of(task, kManual, -1);
   run.person = "r\xC3\xA9mi";
@@ -270,7 +315,7 @@ TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
   SqliteRunStore runs(file.path);
   EXPECT_EQ(runs.ZoneName(), "");
   runs.SetZone("Europe/Paris");
-  runs.SetPauseOfAll(Pause{"ann", "why", At(1)});
+  runs.SetPauseOfAll(Pause{"ann", "why", At(1)}, kAnn);
   EXPECT_EQ(SqliteRunStore(file.path).ZoneName(), "Europe/Paris");
   EXPECT_EQ(SqliteRunStore(file.path).FileId(), runs.FileId());
   EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());
