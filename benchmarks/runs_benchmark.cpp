@@ -84,7 +84,7 @@ void MakeTasks(const std::string& path, std::int64_t count) {
            ") SELECT i, Version" + columns + " FROM n, VeloAutoTasks WHERE Id = 1");
   file.Run(
       "INSERT INTO VeloAutoTaskStates SELECT Id, 'hash', 1000 + Id, Id, 0, 0, 0, 0, 'once', 1, 'skip', 0, 'repeat', "
-      "'last', 0, NULL, NULL, NULL FROM VeloAutoTasks");
+      "'last', 0, NULL, NULL, NULL, 0 FROM VeloAutoTasks");
   file.Run("COMMIT");
 }
 

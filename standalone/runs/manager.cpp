@@ -14,7 +14,7 @@ std::optional<Instant> Manager::Step(Instant now) {
   // At first, and after the clock was set back, a cursor can be beyond the next occurrence.
   const bool all = !stepped_ || now < *stepped_;
   Reap(now);
-  bool more = true;
+  bool more = true, claimed = false;
   for (bool first = true; more; first = false) {
     more = TakeEnds(now);
     EndWhatMust(now);
@@ -22,10 +22,12 @@ std::optional<Instant> Manager::Step(Instant now) {
       for (const TaskState& state : ports_.runs.States())
         PlanNow(ports_.tasks, ports_.runs, zone_, state.task, now);
     Plan(now);
-    while (Claim(now)) more = true;
+    while (Claim(now)) more = claimed = true;
   }
   stepped_ = now;
-  return NextWake(now);
+  const auto wake = NextWake(now);
+  if (claimed || !ports_.runs.Trim(kMostRunsOfTask, kTrimmedAtOnce)) return wake;
+  return std::min(wake.value_or(Instant::max()), now + std::chrono::seconds{1});
 }
 
 void Manager::Stop(Instant now) {

@@ -73,6 +73,7 @@ RunRecord* MemoryRunStore::Add(RunRecord run) {
     return nullptr;
   run.id = runs_.empty() ? 1 : runs_.rbegin()->first + 1;
   Put(run);
+  if (const auto found = states_.find(run.task); found != states_.end()) ++found->second.runs;
   return &runs_.at(run.id);
 }
 
@@ -108,8 +109,9 @@ bool MemoryRunStore::MoveCursor(const CursorMove& move) {
   state.schedule = move.schedule;
   state.planned = move.planned;
   for (const RunRecord& row : move.rows) {
-    if (move.add_to_paused_row && state.paused_row != 0) {
-      Put(Extended(runs_.at(state.paused_row), *row.missed));
+    const auto pause = runs_.find(state.paused_row);
+    if (move.add_to_paused_row && pause != runs_.end()) {
+      Put(Extended(pause->second, *row.missed));
       continue;
     }
     const RunRecord* added = Add(row);
@@ -251,6 +253,25 @@ std::vector<RunRecord> MemoryRunStore::LatestOfEach() {
   for (auto& [task, run] : latest)
     if (tasks_.Load(task)) runs.push_back(std::move(run));
   return runs;
+}
+
+bool MemoryRunStore::Trim(std::int64_t most, std::int64_t batch) {
+  const auto full =
+      std::ranges::find_if(states_, [&](const auto& entry) { return entry.second.runs > most; });
+  if (full == states_.end()) return false;
+  std::int64_t newest = 0;
+  bool success_kept = false, failure_kept = false;
+  std::vector<std::int64_t> old;  // newest first
+  for (const auto& [id, run] : std::views::reverse(runs_)) {
+    if (run.task != full->first) continue;
+    const bool is_last = (IsSuccess(run) && !std::exchange(success_kept, true)) ||
+                         (IsFailure(run) && !std::exchange(failure_kept, true));
+    if (++newest > most && run.IsOver() && !is_last) old.push_back(id);
+  }
+  const auto count = std::min(std::ssize(old), static_cast<std::ptrdiff_t>(batch));
+  for (const std::int64_t id : std::views::reverse(old) | std::views::take(count)) runs_.erase(id);
+  if (count == std::ssize(old)) full->second.runs = most;
+  return true;
 }
 
 std::vector<LedgerRow> MemoryRunStore::Ledger(std::int64_t task) {

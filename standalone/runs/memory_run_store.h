@@ -38,6 +38,7 @@ class MemoryRunStore final : public RunStore {
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
   [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
+  bool Trim(std::int64_t most, std::int64_t batch) override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;

@@ -22,6 +22,15 @@ namespace plovix {
 // Likewise for what people did.
 [[nodiscard]] bool Passes(const AuditEntry& entry, const AuditFilter& filter);
 // @{
+// What Trim keeps the last one of.
+[[nodiscard]] inline bool IsSuccess(const RunRecord& run) {
+  return run.state == RunState::kSucceeded && !run.IsDry();
+}
+[[nodiscard]] inline bool IsFailure(const RunRecord& run) {
+  return (run.state == RunState::kFailed || run.state == RunState::kPartly) && !run.IsDry();
+}
+// @}
+// @{
 // What is written down of a deed.
 [[nodiscard]] AuditEntry EntryOf(Deed deed, const Doer& by, std::int64_t task, std::int64_t run = 0,
                                  std::string detail = {});

@@ -32,6 +32,7 @@ struct TaskState {
   std::int64_t running_run = 0;  // 0: none; dry runs do not count
   bool retrying = false;         // a run of it waits for its next attempt
   bool queued = false;           // an occurrence of it waits for its first attempt
+  std::int64_t runs = 0;         // stored; those that Trim keeps beyond its number apart
   // Nothing that is scheduled begins.
   [[nodiscard]] bool IsPaused() const { return paused || held; }
   bool operator==(const TaskState&) const = default;
@@ -59,6 +60,10 @@ struct RunEnd {
   std::vector<LedgerRow> rows;  // written together with the end
   std::string planned;
 };
+
+// How many runs of a task are kept, and how many are deleted in one transaction.
+inline constexpr std::int64_t kMostRunsOfTask = 1'000;
+inline constexpr std::int64_t kTrimmedAtOnce = 100;
 
 // Which runs are looked for.
 struct RunFilter {
@@ -120,6 +125,11 @@ class RunStore {
   [[nodiscard]] virtual std::vector<RunRecord> Recent(const RunFilter& filter) = 0;
   // The newest run of each task that exists, dry ones left out; in the order of the tasks.
   [[nodiscard]] virtual std::vector<RunRecord> LatestOfEach() = 0;
+
+  // Deletes at most `batch` of the oldest runs of a task that has more than `most`; what is not over stays,
+  // and so do its last failure and its last success. Returns whether there may be more to delete. Takes as
+  // long as a look-up if there is nothing. Runs of deleted tasks stay: their number does not grow.
+  virtual bool Trim(std::int64_t most, std::int64_t batch) = 0;
 
   // In the order of the keys.
   [[nodiscard]] virtual std::vector<LedgerRow> Ledger(std::int64_t task) = 0;

@@ -83,6 +83,7 @@ constexpr std::array kStateColumns{
     OfState<&TaskState::running_run>("RunningRun"),
     OfState<&TaskState::retrying>("Retrying"),
     OfState<&TaskState::queued>("Queued"),
+    OfState<&TaskState::runs>("Runs"),
     OfPolicies<&TaskPolicies::missed>("Missed"),
     OfPolicies<&TaskPolicies::missed_count>("MissedCount"),
     OfPolicies<&TaskPolicies::overlap>("Overlap"),

@@ -10,6 +10,14 @@
 namespace plovix {
 namespace {
 
+constexpr std::string_view kTrim =
+    "DELETE FROM VeloRuns WHERE Id IN (SELECT Id FROM VeloRuns WHERE TaskId = ?1 "
+    "AND Id < (SELECT Id FROM VeloRuns WHERE TaskId = ?1 ORDER BY Id DESC LIMIT 1 OFFSET ?2 - 1) "
+    "AND State NOT IN ('waiting', 'running') "
+    "AND Id IS NOT (SELECT Id FROM VeloRuns WHERE TaskId = ?1 AND State = 'succeeded' "
+    "AND Origin <> 'dry-run' ORDER BY Id DESC LIMIT 1) "
+    "AND Id IS NOT (SELECT Id FROM VeloRuns WHERE TaskId = ?1 AND State IN ('failed', 'partly') "
+    "AND Origin <> 'dry-run' ORDER BY Id DESC LIMIT 1) ORDER BY Id LIMIT ?3)";
 // What ClearLedger deletes of the task ?1; ?2: only what failed.
 constexpr std::string_view kCleared = "FROM VeloLedger WHERE TaskId = ?1 AND (?2 = 0 OR State = 'failed')";
 
@@ -178,6 +186,21 @@ std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused)
   }
   to_begin_.Reset();
   return first;
+}
+
+// With the number in the text, so that the index of the tasks that have more can be used.
+std::optional<std::int64_t> RunTables::TaskWithMoreRuns(std::int64_t most) const {
+  return file_->Integer("SELECT TaskId FROM VeloAutoTaskStates WHERE Runs > " + std::to_string(most) +
+                        " LIMIT 1");
+}
+
+std::int64_t RunTables::TrimRuns(std::int64_t task, std::int64_t most, std::int64_t batch) {
+  Statement trim = Prepare(kTrim);
+  trim.BindInteger(0, task);
+  trim.BindInteger(1, most);
+  trim.BindInteger(2, batch);
+  trim.Run();
+  return file_->ChangedRows();
 }
 
 void RunTables::Put(std::int64_t task, const LedgerRow& row) {

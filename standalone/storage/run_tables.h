@@ -50,6 +50,11 @@ class RunTables final {
   // The run that waits longest of those that may begin by `until`, as far as the rules need it: with its id.
   [[nodiscard]] std::optional<RunRecord> FirstToBegin(Instant until, bool all_paused);
 
+  // A task of whose runs more than `most` are stored.
+  [[nodiscard]] std::optional<std::int64_t> TaskWithMoreRuns(std::int64_t most) const;
+  // Deletes the oldest ones, as RunStore::Trim says; returns how many.
+  [[nodiscard]] std::int64_t TrimRuns(std::int64_t task, std::int64_t most, std::int64_t batch);
+
   // For a task that exists.
   void Put(std::int64_t task, const LedgerRow& row);
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task);

@@ -205,6 +205,10 @@ constexpr std::array kRights{
          TaskId INTEGER NOT NULL,
          RunId INTEGER NOT NULL,
          Detail TEXT NOT NULL))",
+    "ALTER TABLE VeloAutoTaskStates ADD COLUMN Runs INTEGER NOT NULL DEFAULT 0",
+    "UPDATE VeloAutoTaskStates SET Runs = (SELECT count(*) FROM VeloRuns r "
+    "WHERE r.TaskId = VeloAutoTaskStates.TaskId)",
+    "CREATE INDEX VeloAutoTaskStatesFull ON VeloAutoTaskStates (TaskId) WHERE Runs > 1000",
 };
 
 constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};

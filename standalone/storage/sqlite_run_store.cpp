@@ -44,9 +44,10 @@ void SqliteRunStore::ChangeSettings(const std::function<void(FileSettings&)>& ch
 }
 
 // The state of a task that had none is stored with its first run, so that every run to begin has one.
-void SqliteRunStore::NoteInState(const RunRecord& run) {
+void SqliteRunStore::NoteInState(const RunRecord& run, bool added) {
   auto state = tables_->State(run.task);
   if (!state) return;
+  if (added) ++state->runs;
   if (Holds(run))
     state->running_run = run.id;
   else if (state->running_run == run.id)
@@ -111,6 +112,7 @@ bool SqliteRunStore::MoveCursor(const CursorMove& move) {
         continue;
       }
       const std::int64_t added = tables_->Insert(row);
+      if (added != 0) ++state->runs;
       if (move.add_to_paused_row) state->paused_row = added;
     }
     tables_->ReadFlags(*state);
@@ -163,7 +165,7 @@ std::optional<Pause> SqliteRunStore::PauseOfAll() {
 RunRecord SqliteRunStore::Request(RunRecord run) {
   const auto body = [&] {
     run.id = tables_->Insert(run);
-    NoteInState(run);
+    NoteInState(run, run.id != 0);
     if (run.id != 0 && !run.person.empty()) tables_->Add(EntryOfRequest(run));
     return true;
   };
@@ -254,6 +256,20 @@ std::vector<RunRecord> SqliteRunStore::Recent(const RunFilter& filter) {
 
 std::vector<RunRecord> SqliteRunStore::LatestOfEach() {
   return tables_->LatestOfEach();
+}
+
+bool SqliteRunStore::Trim(std::int64_t most, std::int64_t batch) {
+  if (!tables_->TaskWithMoreRuns(most)) return false;
+  std::optional<TaskState> state;
+  const auto body = [&] {
+    const auto task = tables_->TaskWithMoreRuns(most);
+    state = task ? tables_->State(*task) : std::nullopt;
+    if (!state) return false;
+    if (tables_->TrimRuns(*task, most, batch) < batch) state->runs = most;
+    tables_->Put(*state);
+    return true;
+  };
+  return Change(body, [&] { return State(state->task) == state; });
 }
 
 std::vector<LedgerRow> SqliteRunStore::Ledger(std::int64_t task) {

@@ -51,6 +51,7 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
   [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
+  bool Trim(std::int64_t most, std::int64_t batch) override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
@@ -84,7 +85,8 @@ class SqliteRunStore final : public RunStore {
   // Within a transaction of its own. `by`: the person who ends it; nullptr: its manager.
   bool End(const RunEnd& end, const Doer* by);
   // Within a transaction.
-  void NoteInState(const RunRecord& run);
+  // `added`: whether it is a new one.
+  void NoteInState(const RunRecord& run, bool added = false);
   void Put(const RunRecord& run);
   void Put(std::int64_t task, const std::vector<LedgerRow>& rows);
   [[nodiscard]] bool IsOwner(std::int64_t run, std::int64_t epoch);

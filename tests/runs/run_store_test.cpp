@@ -263,6 +263,38 @@ TEST_P(RunStores, WriteDownWhatPeopleDid) {
   EXPECT_EQ(runs->Audits({.task = held, .before = {}, .most = 9}).size(), 1U);
 }
 
+TEST_P(RunStores, KeepTheNewestRunsOfATaskWithItsLastSuccessAndFailure) {
+  const std::int64_t task = NewTask(), other = NewTask();
+  const auto run = [&](RunState state) {
+    const std::int64_t id = Begin(task).id;
+    EXPECT_TRUE(runs->Finish(EndOf(id, 1, state, 2)));
+    return id;
+  };
+  const auto trim = [&] {
+    int batches = 0;
+    for (; runs->Trim(3, 2) && batches < 9; ++batches) EXPECT_GE(runs->History(task).size(), 3U);
+    EXPECT_EQ(runs->State(task)->runs, 3);
+    std::vector<std::int64_t> kept;
+    for (const RunRecord& each : runs->History(task)) kept.push_back(each.id);
+    return kept;
+  };
+  runs->Request(Of(other, kManual, 99));
+  EXPECT_FALSE(runs->Trim(3, 2));
+  run(kFailed);
+  const std::int64_t failed = run(kPartly);
+  run(kSucceeded);
+  const std::int64_t succeeded = run(kSucceeded);
+  std::vector<std::int64_t> kept{failed, succeeded};
+  for (int i = 0; i < 6; ++i) kept.push_back(run(kCancelled));
+  EXPECT_EQ(runs->State(task)->runs, 10);
+  kept.erase(kept.begin() + 2, kept.begin() + 5);
+  EXPECT_EQ(trim(), kept);
+  kept.push_back(run(kSucceeded));
+  kept.erase(kept.begin() + 1, kept.begin() + 3);
+  EXPECT_EQ(trim(), kept) << "the former success is not the last one any more";
+  EXPECT_EQ(runs->History(other).size(), 1U);
+}
+
 TEST_P(RunStores, ClearALedgerAndTurnOffTheFlagThatAskedForIt) {
   TaskRecord task = *tasks->Load(NewTask());
   task.process_all_records = task.process_failed_records = true;
