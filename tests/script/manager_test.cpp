@@ -161,6 +161,41 @@ TEST_F(ScriptManager, RunsWhatIsDueAndDecidesWhatWasMissed) {
   for (const Scene& scene : scenes) Check(scene, WithoutOften);
 }
 
+TEST_F(ScriptManager, RunsNothingOfAHeldTask) {
+  Check({"held",
+         "manager advance 2026-03-02T09:00:00\ndryrun 1\nmanager advance 2026-03-02T09:00:01",
+         {"1 schedule missed due 03-01T08:00 to 03-02T08:00 count 2 paused",
+          "1 dry-run succeeded began 03-02T09:00"}},
+        [](TaskRecord& task) {
+          WithoutOften(task);
+          task.held = true;
+        });
+}
+
+// Ann saved the task, and it ends with the reason why she could not have saved it now.
+TEST_F(ScriptManager, RefusesARunThatItsSaverMayNotHaveAnyMore) {
+  const UserRecord admin = FirstAdministrator();
+  const UserRecord ann{.id = "ann", .name = "", .groups = {}, .create_shared = true};
+  const std::pair<std::vector<UserRecord>, std::string> cases[] = {{{admin, ann}, ""},
+                                                                   {{admin}, "is no longer a user"}};
+  for (const auto& [users, words] : cases) {
+    MemoryUsersAndTags tables;
+    tables.SaveUsers(users, tables.Users());
+    MemoryStorage storage;
+    storage.SetPerson("ann");
+    storage.Save(Daily(), std::chrono::local_days{year{2026} / 3 / 1} + hours{7});
+    std::istringstream in("host now 2026-03-01T07:00:00\nmanager advance 2026-03-01T08:00:00\nhistory\n");
+    std::ostringstream out, err;
+    EXPECT_EQ(RunScript(in, out, err,
+                        {.storage = &storage, .texts = TextTable::Ids(), .tables = &tables, .user = "admin"}),
+              0)
+        << err.str();
+    const Json run = Json::parse(out.str())["history"][0];
+    EXPECT_EQ(run["state"], words.empty() ? "succeeded" : "failed");
+    EXPECT_NE(run["reason"].get<std::string>().find(words), std::string::npos) << run;
+  }
+}
+
 TEST_F(ScriptManager, LetsOneRunOfATaskWaitForAnother) {
   const std::string two = "manager advance 2026-03-01T07:30:00";
   const std::vector<Scene> scenes = {

@@ -1,6 +1,7 @@
 // Who may put which task in the place of which other one: the storage asks the users and the row as they are
 // when it writes, not as they were when the task was opened.
 #include <plovix/standalone/objects/host_user.h>
+#include <plovix/standalone/runs/claim_refusal.h>
 #include <plovix/standalone/tasks/task_access.h>
 
 #include "storage_support.h"
@@ -97,6 +98,68 @@ TEST(Rights, AreAskedWhereATaskIsStored) {
     }
     EXPECT_EQ(answer, each.answer);
     EXPECT_EQ(storage.List() != before, answer.empty());
+  }
+}
+
+TEST(Rights, AreAskedWhereARunBegins) {
+  const UserRecord root{.id = "root", .name = "", .administrator = true, .groups = {}},
+      anna{.id = "anna", .name = "", .groups = {}, .create_shared = true, .run_programs = true},
+      ben{.id = "ben", .name = "", .groups = {}}, automation{.id = "automation", .name = "", .groups = {}};
+  const PermissionSet annas{{.subject = "anna", .view = true, .run = true}};
+  const auto permit = [&](TaskRecord& task) { task.permissions = annas; };
+  const auto own = [](TaskRecord& task) { task.owner = "anna"; };
+  const struct {
+    std::string words;  // of the refusal; empty: none
+    std::vector<UserRecord> users;
+    std::string saver;
+    RunOrigin origin = RunOrigin::kSchedule;
+    std::string person = {};
+    std::function<void(TaskRecord&)> change = {};
+  } cases[] = {
+      {"", {anna}, "anna"},
+      {"", {root}, ""},
+      {"", {root}, "root", RunOrigin::kManual, "root"},
+      {"\"anna\" saved the task, and is no longer a user", {root, ben}, "anna"},
+      {"\"ben\" saved the task, and may no longer run programs", {anna, ben}, "ben"},
+      {"",
+       {ben},
+       "ben",
+       RunOrigin::kSchedule,
+       {},
+       [](auto& task) {
+         task.actions = {{"write-log", "", 1, 1, {}}};
+       }},
+      {"may no longer run programs",
+       {ben},
+       "ben",
+       {},
+       {},
+       [](auto& task) {
+         task.actions = {{"new", "", 1, 1, {}}};
+       }},
+      {"\"ben\" saved the task, and may no longer run it", {anna, ben}, "ben", {}, {}, permit},
+      {"\"ben\" asked for this run, and may not", {anna, ben}, "anna", RunOrigin::kManual, "ben", permit},
+      {"\"gone\" asked for this run, and is no", {anna}, "anna", RunOrigin::kDryRun, "gone"},
+      {"\"gone\" asked for this run, and is no", {anna}, "", RunOrigin::kCatchUp, "gone"},
+      {"the account \"automation\" may not", {anna, automation}, "anna", {}, {}, permit},
+      {"the account \"automation\" may not", {anna, automation}, "", RunOrigin::kCatchUp, {}, permit},
+      {"", {anna, automation}, "anna", RunOrigin::kManual, "anna", permit},
+      {"", {anna, automation}, "anna", {}, {}, own},
+      {"", {anna, automation}, "anna"},
+      {"belongs to \"anna\", who is no longer a user", {root}, "root", {}, {}, own},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(&each - cases);
+    TaskRecord task;
+    task.saved_by = each.saver;
+    task.actions = {{"run-program", "", 1, 1, {}}};
+    if (each.change) each.change(task);
+    RunRecord run;
+    run.origin = each.origin;
+    run.person = each.person;
+    const std::string refusal = ClaimRefusal(task, run, each.users).value_or("");
+    EXPECT_EQ(refusal.empty(), each.words.empty()) << refusal;
+    EXPECT_NE(refusal.find(each.words), std::string::npos) << refusal;
   }
 }
 
