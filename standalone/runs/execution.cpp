@@ -38,15 +38,20 @@ RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, std:
                         bool crashed, Instant now) {
   const std::string what =
       crashed ? "its manager ended while it ran" : "its manager was stopped while it ran";
-  const bool repeats = policies.interrupted == InterruptedPolicy::kRepeat && run.repeats < kMostRepeats;
+  const bool repeats =
+      !run.cancel && policies.interrupted == InterruptedPolicy::kRepeat && run.repeats < kMostRepeats;
   RunEnd end = EndOf(run, repeats ? RunState::kWaiting : RunState::kInterrupted, what, now);
   if (repeats) {
     end.reason += "; it will be repeated";
     if (crashed) ++end.repeats;
     return end;
   }
-  if (policies.interrupted == InterruptedPolicy::kRepeat)
+  if (run.cancel) {
+    end.state = RunState::kCancelled;
+    end.reason = run.reason;
+  } else if (policies.interrupted == InterruptedPolicy::kRepeat) {
     end.reason += ", and it was repeated " + std::to_string(run.repeats) + " times before";
+  }
   for (LedgerRow& row : begun) {
     row.state = LedgerState::kInDoubt;
     row.reason = what;

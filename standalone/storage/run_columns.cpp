@@ -119,6 +119,8 @@ constexpr std::array kFileSettingsColumns{
     kPauseColumns<FileSettings>[0],
     kPauseColumns<FileSettings>[1],
     kPauseColumns<FileSettings>[2],
+    OfFile<&FileSettings::ran_on>("RanOn"),
+    OfFile<&FileSettings::data>("Data"),
 };
 
 }  // namespace

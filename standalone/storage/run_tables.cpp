@@ -125,7 +125,7 @@ RunRecord RunTables::RunIn(const Statement& row) const {
   return run;
 }
 
-std::vector<RunRecord> RunTables::Runs(Statement& statement) {
+std::vector<RunRecord> RunTables::Runs(Statement& statement) const {
   std::vector<RunRecord> runs;
   statement.ForEachRow([&](const Statement& row) { runs.push_back(RunIn(row)); });
   return runs;
@@ -163,6 +163,12 @@ std::vector<RunRecord> RunTables::History(std::optional<std::int64_t> task) {
   if (!task) return Runs(all_runs_);
   its_runs_.BindInteger(0, *task);
   return Runs(its_runs_);
+}
+
+std::vector<RunRecord> RunTables::AskedFor() const {
+  Statement asked =
+      SelectRuns("WHERE State IN ('waiting', 'running') AND Origin IN ('manual', 'dry-run') ORDER BY Id");
+  return Runs(asked);
 }
 
 std::vector<RunRecord> RunTables::MarkedForCancel(std::int64_t manager) {

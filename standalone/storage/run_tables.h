@@ -46,6 +46,8 @@ class RunTables final {
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter);
   [[nodiscard]] std::vector<RunRecord> LatestOfEach();
   [[nodiscard]] std::vector<RunRecord> Running() { return Runs(running_); }
+  // Not over, and asked for by a person.
+  [[nodiscard]] std::vector<RunRecord> AskedFor() const;
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager);
   // The run that waits longest of those that may begin by `until`, as far as the rules need it: with its id.
   [[nodiscard]] std::optional<RunRecord> FirstToBegin(Instant until, bool all_paused);
@@ -74,7 +76,7 @@ class RunTables final {
  private:
   [[nodiscard]] std::vector<std::int64_t> Ids(Statement& statement);
   [[nodiscard]] RunRecord RunIn(const Statement& row) const;
-  [[nodiscard]] std::vector<RunRecord> Runs(Statement& statement);
+  [[nodiscard]] std::vector<RunRecord> Runs(Statement& statement) const;
   [[nodiscard]] std::vector<TaskState> ReadStates(Statement& statement);
   [[nodiscard]] std::vector<LedgerRow> ReadLedger(Statement& statement);
   void CheckReadable(std::string_view unreadable, const std::string& row) const;

@@ -208,6 +208,8 @@ constexpr std::array kRights{
     "ALTER TABLE VeloAutoTaskStates ADD COLUMN Runs INTEGER NOT NULL DEFAULT 0",
     "UPDATE VeloAutoTaskStates SET Runs = (SELECT count(*) FROM VeloRuns r "
     "WHERE r.TaskId = VeloAutoTaskStates.TaskId)",
+    "ALTER TABLE VeloFileSettings ADD COLUMN RanOn TEXT NOT NULL DEFAULT ''",
+    "ALTER TABLE VeloFileSettings ADD COLUMN Data TEXT NOT NULL DEFAULT ''",
     "CREATE INDEX VeloAutoTaskStatesFull ON VeloAutoTaskStates (TaskId) WHERE Runs > 1000",
 };
 

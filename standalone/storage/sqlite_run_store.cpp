@@ -173,18 +173,22 @@ RunRecord SqliteRunStore::Request(RunRecord run) {
   return run;
 }
 
+void SqliteRunStore::CancelNow(RunRecord& run, const std::string& reason, Instant now) {
+  run.cancel = true;
+  run.reason = reason;
+  if (run.state == RunState::kWaiting) {
+    run.state = RunState::kCancelled;
+    run.ended = now;
+  }
+  Put(run);
+}
+
 bool SqliteRunStore::Cancel(std::int64_t run, const std::string& reason, const Doer& by) {
   std::optional<RunRecord> record;
   const auto body = [&] {
     record = tables_->Run(run);
     if (!record || record->IsOver()) return false;
-    record->cancel = true;
-    record->reason = reason;
-    if (record->state == RunState::kWaiting) {
-      record->state = RunState::kCancelled;
-      record->ended = by.at;
-    }
-    Put(*record);
+    CancelNow(*record, reason, by.at);
     tables_->Add(EntryOf(Deed::kCancel, by, record->task, run));
     return true;
   };
@@ -333,36 +337,6 @@ void SqliteRunStore::Audit(AuditEntry entry) {
 
 std::vector<AuditEntry> SqliteRunStore::Audits(const AuditFilter& filter) {
   return tables_->Audits(filter);
-}
-
-std::string SqliteRunStore::FileId() {
-  return tables_->Settings().id;
-}
-
-std::string SqliteRunStore::ZoneName() {
-  return tables_->Settings().zone;
-}
-
-void SqliteRunStore::SetZone(const std::string& name) {
-  ChangeSettings([&](FileSettings& settings) { settings.zone = name; });
-}
-
-Zone SqliteRunStore::ScheduleZone() {
-  if (ZoneName().empty()) SetZone(Zone::Local().Name());
-  auto zone = Zone::Named(ZoneName());
-  if (!zone) {
-    tables_->File().Refuse(
-        failure_number::kInvalidFormat,
-        "its schedules are in the time zone \"" + ZoneName() + "\", which this machine does not know");
-  }
-  return *std::move(zone);
-}
-
-// After a failure the number may be given away or not; nobody has it then.
-std::int64_t SqliteRunStore::NewManager() {
-  std::int64_t number = 0;
-  ChangeSettings([&](FileSettings& settings) { number = ++settings.last_manager; });
-  return number;
 }
 
 const std::string& SqliteRunStore::Path() const {

@@ -70,6 +70,19 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] Zone ScheduleZone();
   // A number that no manager of this file has had; from 1.
   [[nodiscard]] std::int64_t NewManager();
+  // The highest of these numbers; 0 if there was none.
+  [[nodiscard]] std::int64_t LastManager();
+
+  // To be called by a manager before it runs anything. A file that is not the one on which the last manager
+  // ran, because it is a copy of that or was restored, is paused as a whole, once, with the reason
+  // "restored": whatever became of its runs since the copy was made, nobody knows here. What people asked for
+  // is cancelled for the same reason. `restored`: it is known to be an earlier state of the file. Returns
+  // whether it was.
+  bool PauseIfRestored(bool restored, Instant now);
+
+  // What the data are that the tasks are run on, as the manager that set it names them; empty: none so far.
+  [[nodiscard]] std::string DataIdentity();
+  void SetDataIdentity(const std::string& identity);
 
   // Absolute and without links.
   [[nodiscard]] const std::string& Path() const;
@@ -85,6 +98,7 @@ class SqliteRunStore final : public RunStore {
   // Within a transaction of its own. `by`: the person who ends it; nullptr: its manager.
   bool End(const RunEnd& end, const Doer* by);
   // Within a transaction.
+  void CancelNow(RunRecord& run, const std::string& reason, Instant now);
   // `added`: whether it is a new one.
   void NoteInState(const RunRecord& run, bool added = false);
   void Put(const RunRecord& run);

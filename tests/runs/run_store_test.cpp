@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <plovix/standalone/runs/memory_run_store.h>
 #include <plovix/standalone/runs/run_rules.h>
+#include <plovix/standalone/runs/task_control.h>
 #include <plovix/standalone/storage/sqlite_run_store.h>
 
 #include "tests/storage/storage_support.h"
@@ -340,6 +341,68 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   run = runs->Request(run);
   EXPECT_EQ(run.id, 1);
   EXPECT_THAT(runs->History(task), ElementsAre(run));
+}
+
+// Whoever may run it, and programs if it does, releases the version that they have seen.
+TEST_P(RunStores, HoldAnImportedTaskUntilItIsReleased) {
+  UserRecord ann{.id = "ann", .name = "", .groups = {}, .create_shared = true};
+  TaskControl control({.tasks = *tasks,
+                       .runs = *runs,
+                       .zone = *Zone::Named("UTC"),
+                       .now = [] { return At(5); },
+                       .person = "ann",
+                       .user = [&] { return ann; }});
+  TaskRecord task = WholeTask("c");
+  task.held = true;
+  task.actions = {{"run-sql", "", 1, 1, {}}};
+  task = tasks->Save(task, kNow);
+  task.held = false;
+  task = tasks->Save(task, kNow);
+  EXPECT_TRUE(task.held) << "a save does not release it";
+  const std::int64_t id = task.id;
+  EXPECT_TRUE(runs->State(id)->IsPaused());
+  const std::pair<int, std::function<void()>> refused[] = {
+      {5, [&] { control.Start(id, kManual); }},
+      {5, [&] { control.Resume(id); }},
+      {70, [&] { control.Release(id, task.version); }},
+      {5,
+       [&] {
+         ann.run_programs = true;
+         control.Release(id, task.version - 1);
+       }},
+  };
+  for (const auto& [number, deed] : refused) EXPECT_EQ(FailureOf(deed).Number(), number);
+  control.Start(id, kDryRun);
+  control.Release(id, task.version);
+  EXPECT_FALSE(tasks->Load(id)->held);
+  EXPECT_FALSE(runs->State(id)->IsPaused());
+  control.Start(id, kManual);
+}
+
+TEST(SqliteRunStore, IsPausedOnceWhereItsFileIsNotTheOneThatWasRunBefore) {
+  const OwnTaskFile file;
+  const std::string copy = file.folder / "copy";
+  RunRecord run = Of(1, kManual, 1);
+  std::int64_t running = 0, waiting = 0;
+  {
+    SqliteStorage(file.path).Save(WholeTask("a"), kNow);
+    SqliteRunStore runs(file.path);
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(runs.PauseIfRestored(false, At(1)));
+    running = runs.Request(run).id;
+    (void)runs.Claim(At(1), 7);
+    waiting = runs.Request(run).id;
+  }
+  std::filesystem::copy_file(file.path, copy);
+  SqliteRunStore runs(copy);
+  EXPECT_TRUE(runs.PauseIfRestored(false, At(2)));
+  EXPECT_EQ(runs.PauseOfAll(), (Pause{"", "restored", At(2)}));
+  EXPECT_EQ(runs.Run(waiting)->state, kCancelled);
+  EXPECT_TRUE(runs.Run(running)->cancel);
+  EXPECT_FALSE(runs.PauseIfRestored(false, At(3)));
+  runs.SetPauseOfAll({}, kAnn);
+  EXPECT_FALSE(runs.PauseIfRestored(false, At(4)));
+  EXPECT_EQ(runs.PauseOfAll(), kNothing);
+  EXPECT_TRUE(runs.PauseIfRestored(true, At(5))) << "the same file, in an earlier state";
 }
 
 TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
