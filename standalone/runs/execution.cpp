@@ -13,10 +13,9 @@ namespace {
 
 constexpr int kMostFailuresInARow = 20;
 constexpr int kMostRepeats = 3;
-constexpr int kLongestDelay = 60;  // minutes between two attempts
 
 std::chrono::minutes DelayAfter(int failures) {
-  return std::chrono::minutes{failures > 6 ? kLongestDelay : std::min(1 << (failures - 1), kLongestDelay)};
+  return failures > 6 ? kLongestDelay : std::min(std::chrono::minutes{1 << (failures - 1)}, kLongestDelay);
 }
 
 RunEnd EndOf(const RunRecord& run, RunState state, std::string reason, Instant now) {

@@ -13,6 +13,7 @@ std::optional<Instant> Manager::Step(Instant now) {
   if (stopped_) return std::nullopt;
   // At first, and after the clock was set back, a cursor can be beyond the next occurrence.
   const bool all = !stepped_ || now < *stepped_;
+  if (all) ports_.runs.BringForward(now, kLongestDelay);
   Reap(now);
   bool more = true, claimed = false;
   for (bool first = true; more; first = false) {

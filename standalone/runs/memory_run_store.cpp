@@ -191,6 +191,12 @@ std::optional<RunRecord> MemoryRunStore::Claim(Instant now, std::int64_t manager
   return begun;
 }
 
+void MemoryRunStore::BringForward(Instant now, std::chrono::seconds most) {
+  for (const std::int64_t id : open_)
+    if (RunRecord& run = runs_.at(id); run.state == RunState::kWaiting && run.not_before > now + most)
+      run.not_before = now;
+}
+
 bool MemoryRunStore::IsOwner(const RunRecord& run) const {
   const auto found = runs_.find(run.id);
   return found != runs_.end() && found->second.state == RunState::kRunning &&

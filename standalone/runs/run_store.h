@@ -111,6 +111,9 @@ class RunStore {
   // a task at a time, what a person asked for is not held up by an attempt that is yet to come, everything
   // else is. Nothing if there is none. Manual and dry runs are taken even while all is paused.
   [[nodiscard]] virtual std::optional<RunRecord> Claim(Instant now, std::int64_t manager) = 0;
+  // What waits for an instant more than `most` after `now` was put off before the clock was set back: it may
+  // begin now.
+  virtual void BringForward(Instant now, std::chrono::seconds most) = 0;
   // False, and nothing is changed, if the run has another epoch by now.
   virtual bool Finish(const RunEnd& end) = 0;
   // The running runs whose manager `alive` does not know.

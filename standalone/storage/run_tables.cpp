@@ -10,14 +10,17 @@
 namespace plovix {
 namespace {
 
+// The oldest ?3 runs of the task ?1 beyond the newest ?2. One that ended well or badly is the last one of its
+// kind if no newer one did; as a rule, that is found a few rows further.
 constexpr std::string_view kTrim =
-    "DELETE FROM VeloRuns WHERE Id IN (SELECT Id FROM VeloRuns WHERE TaskId = ?1 "
-    "AND Id < (SELECT Id FROM VeloRuns WHERE TaskId = ?1 ORDER BY Id DESC LIMIT 1 OFFSET ?2 - 1) "
-    "AND State NOT IN ('waiting', 'running') "
-    "AND Id IS NOT (SELECT Id FROM VeloRuns WHERE TaskId = ?1 AND State = 'succeeded' "
-    "AND Origin <> 'dry-run' ORDER BY Id DESC LIMIT 1) "
-    "AND Id IS NOT (SELECT Id FROM VeloRuns WHERE TaskId = ?1 AND State IN ('failed', 'partly') "
-    "AND Origin <> 'dry-run' ORDER BY Id DESC LIMIT 1) ORDER BY Id LIMIT ?3)";
+    "DELETE FROM VeloRuns WHERE Id IN (SELECT r.Id FROM VeloRuns r WHERE r.TaskId = ?1 "
+    "AND r.Id < (SELECT Id FROM VeloRuns WHERE TaskId = ?1 ORDER BY Id DESC LIMIT 1 OFFSET ?2 - 1) "
+    "AND r.State NOT IN ('waiting', 'running') "
+    "AND NOT (r.State = 'succeeded' AND r.Origin <> 'dry-run' AND NOT EXISTS (SELECT 1 FROM VeloRuns n "
+    "WHERE n.TaskId = ?1 AND n.Id > r.Id AND n.State = 'succeeded' AND n.Origin <> 'dry-run')) "
+    "AND NOT (r.State IN ('failed', 'partly') AND r.Origin <> 'dry-run' AND NOT EXISTS (SELECT 1 "
+    "FROM VeloRuns n WHERE n.TaskId = ?1 AND n.Id > r.Id AND n.State IN ('failed', 'partly') "
+    "AND n.Origin <> 'dry-run')) ORDER BY r.Id LIMIT ?3)";
 // What ClearLedger deletes of the task ?1; ?2: only what failed.
 constexpr std::string_view kCleared = "FROM VeloLedger WHERE TaskId = ?1 AND (?2 = 0 OR State = 'failed')";
 
@@ -163,6 +166,19 @@ std::vector<RunRecord> RunTables::History(std::optional<std::int64_t> task) {
   if (!task) return Runs(all_runs_);
   its_runs_.BindInteger(0, *task);
   return Runs(its_runs_);
+}
+
+bool RunTables::WaitsBeyond(Instant at) const {
+  Statement waits = Prepare("SELECT 1 FROM VeloRuns WHERE State = 'waiting' AND NotBefore > ? LIMIT 1");
+  ToFile{waits, 0}(at);
+  return waits.Step();
+}
+
+void RunTables::BringForward(Instant now, Instant at) const {
+  Statement bring = Prepare("UPDATE VeloRuns SET NotBefore = ? WHERE State = 'waiting' AND NotBefore > ?");
+  ToFile{bring, 0}(now);
+  ToFile{bring, 1}(at);
+  bring.Run();
 }
 
 std::vector<RunRecord> RunTables::AskedFor() const {

@@ -46,6 +46,9 @@ class RunTables final {
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter);
   [[nodiscard]] std::vector<RunRecord> LatestOfEach();
   [[nodiscard]] std::vector<RunRecord> Running() { return Runs(running_); }
+  // Whether a run waits for an instant after `at`; and lets these begin at `now`.
+  [[nodiscard]] bool WaitsBeyond(Instant at) const;
+  void BringForward(Instant now, Instant at) const;
   // Not over, and asked for by a person.
   [[nodiscard]] std::vector<RunRecord> AskedFor() const;
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager);

@@ -210,6 +210,16 @@ std::optional<RunRecord> SqliteRunStore::Claim(Instant now, std::int64_t manager
   return begun;
 }
 
+// Looks first without the lock: as a rule there is nothing.
+void SqliteRunStore::BringForward(Instant now, std::chrono::seconds most) {
+  if (!tables_->WaitsBeyond(now + most)) return;
+  const auto body = [&] {
+    tables_->BringForward(now, now + most);
+    return true;
+  };
+  Change(body, [&] { return !tables_->WaitsBeyond(now + most); });
+}
+
 bool SqliteRunStore::IsOwner(std::int64_t run, std::int64_t epoch) {
   const auto stored = tables_->Run(run);
   return stored && stored->state == RunState::kRunning && stored->epoch == epoch;

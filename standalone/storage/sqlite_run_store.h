@@ -44,6 +44,7 @@ class SqliteRunStore final : public RunStore {
   bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) override;
   bool CloseByForce(const RunEnd& end, const Doer& by) override;
   [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager) override;
+  void BringForward(Instant now, std::chrono::seconds most) override;
   bool Finish(const RunEnd& end) override;
   [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;

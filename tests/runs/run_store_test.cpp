@@ -184,6 +184,14 @@ TEST_P(RunStores, TakeWhatHasWaitedLongestAndOneRunOfATask) {
   EXPECT_THAT(taken, ElementsAre(2, 3, 4, 1));
 }
 
+TEST_P(RunStores, BringForwardWhatTheClockWentBackFrom) {
+  const std::int64_t task = NewTask();
+  for (const int at : {3610, 3611}) runs->Request(Of(task, kManual, at));
+  runs->BringForward(At(10), std::chrono::seconds(3600));
+  EXPECT_EQ(runs->Run(1)->not_before, At(3610));
+  EXPECT_EQ(runs->Run(2)->not_before, At(10));
+}
+
 TEST_P(RunStores, ObeyTheNewestOwnerAlone) {
   const std::int64_t task = NewTask();
   const RunRecord former = Begin(task, kSchedule);
