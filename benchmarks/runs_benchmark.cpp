@@ -1,7 +1,7 @@
 // How fast and how fairly runs of a task file are taken: one worker's claims, and a manager's records,
 // against what the disk syncs at the same time; sixteen processes that claim and end runs of the same file;
-// and the start and the questions of an idle manager with few tasks and with many. "--tasks N" sets how many
-// (default: 100,000). Exit status 1: a measure is beyond its limit.
+// the start and the questions of an idle manager with few tasks and with many; and how long old runs take to
+// delete. "--tasks N" sets how many (default: 100,000). Exit status 1: a measure is beyond its limit.
 #include <fcntl.h>
 #include <plovix/host/auto_task.h>
 #include <plovix/standalone/runs/manager.h>
@@ -26,9 +26,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kPeriod{3000};
-constexpr double kLeastClaims = 0.3, kLeastRecords = 0.2;   // of the syncs; usual is more than twice that
-constexpr double kMostUnfair = 4, kMostPerQuestion = 1000;  // the latter in us
-constexpr double kLongestStart = 2;                         // in s
+constexpr double kLeastClaims = 0.3, kLeastRecords = 0.2;  // of the syncs; usual is more than twice that
+constexpr double kMostUnfair = 4, kMostPerQuestion = 1000, kMostPerBatch = 50'000;  // the last two in us
+constexpr double kLongestStart = 2;                                                 // in s
 constexpr int kWorkers = 16, kTasksOfWorkers = 64;
 constexpr Instant kThen{};
 
@@ -90,7 +90,7 @@ void MakeTasks(const std::string& path, std::int64_t count) {
            ") SELECT i, Version" + columns + " FROM n, VeloAutoTasks WHERE Id = 1");
   file.Run(
       "INSERT INTO VeloAutoTaskStates SELECT Id, 'hash', 1000 + Id, 0, 0, 0, 0, 0, 'once', 1, 'skip', 0, 'repeat', "
-      "'last', 0, NULL, NULL, NULL FROM VeloAutoTasks");
+      "'last', 0, NULL, NULL, NULL, 0 FROM VeloAutoTasks");
   file.Run("COMMIT");
 }
 
@@ -269,10 +269,40 @@ bool MeasureQuestions(const std::string& folder, std::int64_t tasks) {
                    {"us: what is next", [&] { (void)store.NextWake(); }},
                    {"us: what was saved", [&] { (void)store.Unplanned(); }},
                    {"us: what can begin", [&] { (void)store.Claim(kThen, 1); }},
+                   {"us: what is too old", [&] { (void)store.Trim(kMostRunsOfTask, kTrimmedAtOnce); }},
                    {"us: what is under way", [&] { (void)store.UnderWay(); }}};
   for (const auto& [name, ask] : questions)
     met = Report(name, 1e6 / RateOf(ask), kMostPerQuestion, false) && met;
   return met;
+}
+
+// How long a batch of old runs takes, and the question for them beside a hundred thousand runs.
+bool MeasureTrim(const std::string& folder) {
+  constexpr std::int64_t kRuns = 100'000;
+  const std::string path = folder + "/old.sqlite";
+  MakeTasks(path, 1);
+  SqliteRunStore store(path);
+  store.Request(ManualRunOf(1));
+  (void)store.Finish(EndOfRun(store.Claim(kThen, 1).value()));
+  {
+    const Connection file(path, kTaskFilePatience, Access::kReadWrite);
+    std::string columns;
+    file.Prepare("SELECT name FROM pragma_table_info('VeloRuns') WHERE name <> 'Id'")
+        .ForEachRow([&](const Statement& row) { columns.append(", ").append(row.Text(0)); });
+    const std::string count = std::to_string(kRuns);
+    file.Run("BEGIN");
+    file.Run("WITH RECURSIVE n (i) AS (SELECT 2 UNION ALL SELECT i + 1 FROM n WHERE i < " + count +
+             ") INSERT INTO VeloRuns (Id" + columns + ") SELECT i" + columns +
+             " FROM n, VeloRuns WHERE Id = 1");
+    file.Run("UPDATE VeloAutoTaskStates SET Runs = " + count);
+    file.Run("COMMIT");
+  }
+  const auto start = Clock::now();
+  int batches = 0;
+  while (store.Trim(kMostRunsOfTask, kTrimmedAtOnce)) ++batches;
+  const double batch = 1e6 * Seconds(Clock::now() - start) / batches;
+  std::printf("%d batches of old runs, %zu runs left\n", batches, store.History(1).size());
+  return Report("us: a batch of old runs deleted", batch, kMostPerBatch, false);
 }
 
 }  // namespace
@@ -288,6 +318,7 @@ int main(int argc, char** argv) {
   const bool alone = plovix::MeasureOneWorker(folder, path) && plovix::MeasureRecords(folder);
   const bool together = plovix::MeasureManyWorkers(path);
   const bool questions = plovix::MeasureQuestions(folder, has_tasks ? std::stoll(argv[2]) : 100'000);
+  const bool trim = plovix::MeasureTrim(folder);
   fs::remove_all(folder);
-  return alone && together && questions ? 0 : 1;
+  return alone && together && questions && trim ? 0 : 1;
 }

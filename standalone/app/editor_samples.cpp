@@ -2,6 +2,7 @@
 
 #include <plovix/standalone/editors/category_dialog.h>
 #include <plovix/standalone/editors/permission_dialog.h>
+#include <plovix/standalone/editors/release_dialog.h>
 #include <plovix/standalone/editors/tag_dialog.h>
 #include <plovix/standalone/editors/tag_texts_dialog.h>
 #include <plovix/standalone/editors/users_dialog.h>
@@ -60,6 +61,16 @@ void PictureEditors(const TextTable& texts,
       nullptr);
   tag.accept();  // shows what is missing
   save(tag, "TagTexts");
+
+  TaskRecord imported;
+  imported.actions = {{"run-program",
+                       "",
+                       1,
+                       1,
+                       {{"path", "/usr/local/bin/month-end"}, {"arguments", "--mail \"{address}\""}}},
+                      {"run-sql", "", 1, 1, {{"statement", "DELETE FROM Drafts WHERE Closed = 1"}}}};
+  ReleaseDialog release(texts, imported, "Month-end reports", nullptr);
+  save(release, "Release");
 
   UsersDialog users(texts, tables, "ben", nullptr);
   save(users, "Users");

@@ -30,6 +30,7 @@ ProgramHost::ProgramHost(const ProgramOptions& options, TextTable texts) : dialo
   user_ = FindUser(*tables_, options.user, state_.texts);
   SetUser(state_, *tables_, user_);
   storage_->SetGuard(GuardFor(*tables_, user_.id, state_.texts));
+  storage_->SetPerson(user_.id);
   control_ = std::make_unique<TaskControl>(
       TaskControlParts{.tasks = *storage_,
                        .runs = *runs_,

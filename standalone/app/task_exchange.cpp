@@ -1,6 +1,7 @@
 #include "task_exchange.h"
 
 #include <plovix/host/host_application.h>
+#include <plovix/standalone/editors/release_dialog.h>
 #include <plovix/standalone/objects/host_user.h>
 #include <plovix/standalone/tasks/task_access.h>
 #include <plovix/standalone/text/ordinary_file.h>
@@ -101,6 +102,12 @@ std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent) {
     ReadTags(parts.state, parts.tables, parts.state.texts.code);
   });
   return taken ? std::optional(imported.task) : std::nullopt;
+}
+
+bool ReleaseTask(const AppParts& parts, const TaskRecord& task, QWidget* parent) {
+  ReleaseDialog dialog(parts.state.texts, task, TaskName(parts, task), parent);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  return DoOrTell(parts.state, "release.failed", [&] { parts.control.Release(task.id, task.version); });
 }
 
 }  // namespace plovix::app

@@ -27,4 +27,8 @@ void ExportTask(const AppParts& parts, const TaskRecord& task, QWidget* parent);
 // Returns the task, to be edited in the wizard; nothing if the user cancelled or it could not be read.
 [[nodiscard]] std::optional<TaskRecord> ImportTask(const AppParts& parts, QWidget* parent);
 
+// Shows what an imported task does and, if the user says so, lets it run; shows failures. `task`: as stored
+// now. Returns whether it is released.
+[[nodiscard]] bool ReleaseTask(const AppParts& parts, const TaskRecord& task, QWidget* parent);
+
 }  // namespace plovix::app

@@ -24,11 +24,12 @@ struct Right {
   bool UserRecord::*granted;
   const char* caption;
 };
-constexpr std::array<Right, 5> kUserRights = {{{&UserRecord::edit_categories, "user.editCategories"},
+constexpr std::array<Right, 6> kUserRights = {{{&UserRecord::edit_categories, "user.editCategories"},
                                                {&UserRecord::see_all_categories, "user.seeAllCategories"},
                                                {&UserRecord::go_on_with_tags, "user.goOnWithTags"},
                                                {&UserRecord::create_personal, "user.createPersonal"},
-                                               {&UserRecord::create_shared, "user.createShared"}}};
+                                               {&UserRecord::create_shared, "user.createShared"},
+                                               {&UserRecord::run_programs, "user.runPrograms"}}};
 constexpr int kListWide = 30;  // characters
 constexpr int kFieldWide = 44;
 

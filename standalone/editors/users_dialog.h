@@ -55,7 +55,7 @@ class UsersDialog final : public EditorDialog {
   QListWidget* list_;
   QLineEdit *id_, *name_, *groups_;
   QCheckBox* administrator_;
-  std::array<QCheckBox*, 5> rights_{};
+  std::array<QCheckBox*, 6> rights_{};
   QLabel *remove_problem_, *id_problem_, *id_note_, *administrator_problem_, *save_problem_;
 };
 

@@ -92,6 +92,7 @@ void CheckTags(const std::vector<TagRecord>& tags, const std::vector<TagRecord>&
 
 ImportedTask ForImport(const TaskExport& file, const ImportTarget& target) {
   ImportedTask imported{file.task, {}, {}};
+  imported.task.held = true;
   CheckDataObject(imported.task.data_object_name, target.data_source, imported.report);
   CheckActions(imported.task, imported.report);
   CheckSchedule(imported.task, target.automation_manager, imported.report);

@@ -13,6 +13,7 @@ struct ManagerOptions {
   std::optional<std::string> secrets;   // file; nothing: no secrets but those of the service
   bool once = false;                    // ends when nothing is due and nothing runs
   bool as_root = false;
+  bool accept_data = false;  // from now on, the tasks are run on these data
   bool json = false;
   bool help = false;
   bool version = false;

@@ -4,19 +4,26 @@
 #include <plovix/standalone/data/file_records.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/runner/holder.h>
+#include <plovix/standalone/runner/output_folder.h>
 #include <plovix/standalone/runner/secrets_file.h>
+#include <plovix/standalone/runs/claim_refusal.h>
 #include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/storage/manager_lock.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
+#include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <plovix/standalone/storage/task_file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <set>
+#include <thread>
 
 #include "action_launcher.h"
+#include "data_guard.h"
 #include "event_lines.h"
 #include "manager_options.h"
 #include "wake_up.h"
@@ -30,6 +37,8 @@ constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
 // How often it looks whether somebody else has written; asking costs microseconds.
 constexpr std::chrono::milliseconds kGlance{200};
+// Between two looks at the size of the folder of outputs.
+constexpr std::chrono::minutes kTrimPause{1};
 // After a failure.
 constexpr std::chrono::milliseconds kPause{1000};
 
@@ -81,13 +90,16 @@ class Program {
       : options_(options),
         tasks_(database),
         runs_(database),
+        users_(database),
         lock_(runs_),
+        data_guard_(runs_, data, options.accept_data),
+        output_folder_(OutputFolder(database)),
         zone_(runs_.ScheduleZone()),
         records_(data),
         secrets_(SecretsFor(options)),
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},
                    .data_path = data,
-                   .output_folder = OutputFolder(database),
+                   .output_folder = output_folder_,
                    .zone = zone_.Name(),
                    .secrets = secrets_}),
         ports_{.tasks = tasks_,
@@ -95,6 +107,7 @@ class Program {
                .launcher = launcher_,
                .records = records_,
                .secrets = secrets_,
+               .refusal = [this](const TaskRecord& task, const RunRecord& run) { return Refusal(task, run); },
                .told = [this](const RunRecord& run, const RunEnd* end) { Print(run, end); }},
         manager_(ports_, zone_, {.number = lock_.Number(), .alive = [this](std::int64_t number) {
                                    return lock_.IsAlive(number);
@@ -102,6 +115,12 @@ class Program {
 
   int Run() {
     WakeUp wake_up(launcher_.Descriptor());
+    if (runs_.PauseIfRestored(lock_.SawRestored(), Now())) {
+      std::cerr << "plovix-manager: " << runs_.Path()
+                << " was copied or restored since its tasks were last run, so everything in it is paused; "
+                   "resume everything in the window, or by a script, if this is the file to run"
+                << std::endl;
+    }
     if (!options_.json) std::cout << "plovix-manager runs the tasks of " << runs_.Path() << std::endl;
     while (true) {
       if (!lock_.StillMine()) {
@@ -121,6 +140,7 @@ class Program {
   std::optional<Instant> Step() {
     try {
       const auto wake = manager_.Step(Now());
+      TrimOutputs();
       problem_.clear();
       return wake;
     } catch (const Failure& failure) {
@@ -130,6 +150,25 @@ class Program {
       problem_ = failure.Description();
       return std::nullopt;
     }
+  }
+
+  [[nodiscard]] std::optional<std::string> Refusal(const TaskRecord& task, const RunRecord& run) {
+    auto refusal = ClaimRefusal(task, run, users_.Users());
+    return refusal ? refusal : data_guard_.Refusal(task);
+  }
+
+  // Once a minute, in a thread of its own, because there may be many files.
+  void TrimOutputs() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now < trim_at_ || trimming_) return;
+    std::set<std::int64_t> running;
+    for (const RunRecord& run : runs_.UnderWay()) running.insert(run.id);
+    trim_at_ = now + kTrimPause;
+    trimming_ = true;
+    trimmer_ = std::jthread([this, running] {
+      runner::TrimOutputs(output_folder_, runner::kMostOutput, running);
+      trimming_ = false;
+    });
   }
 
   static Instant Now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
@@ -143,7 +182,10 @@ class Program {
   ManagerOptions options_;
   SqliteStorage tasks_;
   SqliteRunStore runs_;
+  SqliteUsersAndTags users_;
   ManagerLock lock_;
+  DataGuard data_guard_;
+  std::string output_folder_;
   Zone zone_;
   FileRecords records_;
   Secrets secrets_;
@@ -151,6 +193,9 @@ class Program {
   ManagerPorts ports_;
   Manager manager_;
   std::string problem_;  // why the last step failed; empty if it did not
+  std::chrono::steady_clock::time_point trim_at_{};
+  std::atomic<bool> trimming_ = false;
+  std::jthread trimmer_;  // last: it uses what is above
 };
 
 int Start(const ManagerOptions& options) {

@@ -15,9 +15,6 @@
 
 namespace plovix {
 
-/// The account under which the automation manager runs tasks. A user of this id works unattended.
-inline constexpr std::string_view kAutomationAccount = "automation";
-
 /// The user with that id as stored now; nothing if there is none.
 [[nodiscard]] std::optional<UserRecord> UserOf(UsersAndTags& tables, const std::string& id);
 /// The user with that id, or without an id the first administrator. Fails with a message that lists the

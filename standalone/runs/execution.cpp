@@ -13,10 +13,9 @@ namespace {
 
 constexpr int kMostFailuresInARow = 20;
 constexpr int kMostRepeats = 3;
-constexpr int kLongestDelay = 60;  // minutes between two attempts
 
 std::chrono::minutes DelayAfter(int failures) {
-  return std::chrono::minutes{failures > 6 ? kLongestDelay : std::min(1 << (failures - 1), kLongestDelay)};
+  return failures > 6 ? kLongestDelay : std::min(std::chrono::minutes{1 << (failures - 1)}, kLongestDelay);
 }
 
 RunEnd EndOf(const RunRecord& run, RunState state, std::string reason, Instant now) {
@@ -37,15 +36,20 @@ RunEnd EndOf(const RunRecord& run, RunState state, std::string reason, Instant n
 RunEnd EndOfInterrupted(const RunRecord& run, const TaskPolicies& policies, bool crashed, Instant now) {
   const std::string what =
       crashed ? "its manager ended while it ran" : "its manager was stopped while it ran";
-  const bool repeats = policies.interrupted == InterruptedPolicy::kRepeat && run.repeats < kMostRepeats;
+  const bool repeats =
+      !run.cancel && policies.interrupted == InterruptedPolicy::kRepeat && run.repeats < kMostRepeats;
   RunEnd end = EndOf(run, repeats ? RunState::kWaiting : RunState::kInterrupted, what, now);
   if (repeats) {
     end.reason += "; it will be repeated";
     if (crashed) ++end.repeats;
     return end;
   }
-  if (policies.interrupted == InterruptedPolicy::kRepeat)
+  if (run.cancel) {
+    end.state = RunState::kCancelled;
+    end.reason = run.reason;
+  } else if (policies.interrupted == InterruptedPolicy::kRepeat) {
     end.reason += ", and it was repeated " + std::to_string(run.repeats) + " times before";
+  }
   return end;
 }
 
@@ -73,7 +77,9 @@ void Execution::Prepare() {
   const auto task = ports_.tasks.Load(run_.task);
   if (!task) refuse("the task was deleted");
   task_ = *task;
-  if (const auto refusal = ports_.refusal ? ports_.refusal(task_) : std::nullopt) refuse(*refusal);
+  if (task_.held && !run_.IsDry())
+    refuse("the task was imported; somebody who may run it has to look at what it does and release it");
+  if (const auto refusal = ports_.refusal ? ports_.refusal(task_, run_) : std::nullopt) refuse(*refusal);
   if (task_.record_mode == record_mode::kNoData) return;
   if (task_.record_mode == record_mode::kSingleRecord && run_.keys.size() != 1)
     refuse("the task works on a single record, and none was chosen");

@@ -6,6 +6,9 @@
 
 namespace plovix {
 
+// Between two attempts.
+inline constexpr std::chrono::minutes kLongestDelay{60};
+
 class Execution {
  public:
   // Of a run that was just claimed. `ports` outlives it.

@@ -11,6 +11,9 @@ Manager::Manager(const ManagerPorts& ports, const Zone& zone, Settings settings)
 
 std::optional<Instant> Manager::Step(Instant now) {
   if (stopped_) return std::nullopt;
+  // What was put off before the clock was set back does not wait for its time to come again.
+  if (!stepped_ || now < *stepped_) ports_.runs.BringForward(now, kLongestDelay);
+  bool claimed = false;
   for (bool more = true; more;) {
     const auto own = LookAtRunning(now);
     TakeEnds(now);
@@ -21,8 +24,12 @@ std::optional<Instant> Manager::Step(Instant now) {
       Plan(tasks, now);
     }
     more = EndAndClaim(settings_.most_runs, now);
+    claimed = claimed || more;
   }
-  return NextWake(now);
+  stepped_ = now;
+  const auto wake = NextWake(now);
+  if (claimed || !ports_.runs.Trim(kMostRunsOfTask, kTrimmedAtOnce)) return wake;
+  return std::min(wake.value_or(Instant::max()), now + std::chrono::seconds{1});
 }
 
 void Manager::Stop(Instant now) {

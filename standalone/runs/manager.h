@@ -54,6 +54,7 @@ class Manager {
   Settings settings_;
   Places places_;
   std::vector<ActionEnd> action_ends_;  // that the launcher told, oldest first
+  std::optional<Instant> stepped_;      // at
   bool stopped_ = false;
 };
 

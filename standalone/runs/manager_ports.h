@@ -64,8 +64,9 @@ struct ManagerPorts {
   Launcher& launcher;
   RecordSource& records;
   Secrets secrets = {};
-  // Why the task may not be run now, in words; nothing if it may. Asked at each claim; empty: everything may.
-  std::function<std::optional<std::string>(const TaskRecord& task)> refusal = {};
+  // Why the run of the task may not begin now, in words; nothing if it may. Asked at each claim; empty:
+  // everything may.
+  std::function<std::optional<std::string>(const TaskRecord& task, const RunRecord& run)> refusal = {};
   // Told of each attempt as it begins (no end), and as it ends; must not fail. Empty: nobody listens.
   std::function<void(const RunRecord& run, const RunEnd* end)> told = {};
 };

@@ -13,6 +13,12 @@ TaskState& MemoryRunStore::StateOf(std::int64_t task) {
   return state;
 }
 
+TaskState& MemoryRunStore::StateOf(const TaskRecord& task) {
+  TaskState& state = StateOf(task.id);
+  state.held = task.held;
+  return state;
+}
+
 // A deleted task has no state; its waiting runs begin, and end with that.
 TaskState MemoryRunStore::Known(std::int64_t task) const {
   const auto found = states_.find(task);
@@ -21,13 +27,13 @@ TaskState MemoryRunStore::Known(std::int64_t task) const {
 
 std::vector<TaskState> MemoryRunStore::States() {
   std::vector<TaskState> states;
-  for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task.id));
+  for (const TaskRecord& task : tasks_.List()) states.push_back(StateOf(task));
   return states;
 }
 
 std::optional<TaskState> MemoryRunStore::State(std::int64_t task) {
-  if (!tasks_.Load(task)) return std::nullopt;
-  return StateOf(task);
+  const auto stored = tasks_.Load(task);
+  return stored ? std::optional(StateOf(*stored)) : std::nullopt;
 }
 
 std::vector<std::int64_t> MemoryRunStore::Unplanned() {
@@ -35,7 +41,7 @@ std::vector<std::int64_t> MemoryRunStore::Unplanned() {
   std::set<std::int64_t> stored;
   for (const TaskRecord& task : tasks_.List()) {
     stored.insert(task.id);
-    if (StateOf(task.id).version != task.version) unplanned.push_back(task.id);
+    if (StateOf(task).version != task.version) unplanned.push_back(task.id);
   }
   // With a task, all that stood beside it goes, except what its runs have done.
   std::erase_if(states_, [&](const auto& entry) { return !stored.contains(entry.first); });
@@ -68,6 +74,7 @@ RunRecord* MemoryRunStore::Add(RunRecord run) {
     return nullptr;
   run.id = runs_.empty() ? 1 : runs_.rbegin()->first + 1;
   Put(run);
+  if (const auto found = states_.find(run.task); found != states_.end()) ++found->second.runs;
   return &runs_.at(run.id);
 }
 
@@ -112,8 +119,9 @@ bool MemoryRunStore::MoveCursor(const CursorMove& move) {
   state.schedule = move.schedule;
   state.planned = move.planned;
   for (const RunRecord& row : move.rows) {
-    if (move.add_to_paused_row && state.paused_row != 0) {
-      Put(Extended(runs_.at(state.paused_row), *row.missed));
+    const auto pause = runs_.find(state.paused_row);
+    if (move.add_to_paused_row && pause != runs_.end()) {
+      Put(Extended(pause->second, *row.missed));
       continue;
     }
     const RunRecord* added = Add(row);
@@ -122,29 +130,43 @@ bool MemoryRunStore::MoveCursor(const CursorMove& move) {
   return true;
 }
 
-void MemoryRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
+void MemoryRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) {
   StateOf(task).policies = policies;
+  Audit(EntryOfPolicies(task, policies, by));
 }
 
-void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause) {
+void MemoryRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) {
+  Audit(EntryOfPause(task, pause, by));
   StateOf(task).paused = pause;
   if (!pause) StateOf(task).paused_row = 0;
 }
 
-void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
+bool MemoryRunStore::Release(std::int64_t task, std::int64_t version, const Doer& by) {
+  if (!tasks_.Release(task, version)) return false;
+  Audit(EntryOf(Deed::kRelease, by, task, 0, std::to_string(version)));
+  TaskState& state = StateOf(task);
+  state.held = false;
+  if (!state.paused) state.paused_row = 0;
+  return true;
+}
+
+void MemoryRunStore::SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) {
+  Audit(EntryOfPause(0, pause, by));
   all_paused_ = pause;
   if (pause) return;
   for (auto& [task, state] : states_)
-    if (!state.paused) state.paused_row = 0;
+    if (!state.IsPaused()) state.paused_row = 0;
 }
 
 RunRecord MemoryRunStore::Request(RunRecord run) {
-  if (tasks_.Load(run.task)) (void)StateOf(run.task);
+  if (const auto task = tasks_.Load(run.task)) (void)StateOf(*task);
   const RunRecord* added = Add(run);
-  return added != nullptr ? *added : run;
+  if (added == nullptr) return run;
+  if (!added->person.empty()) Audit(EntryOfRequest(*added));
+  return *added;
 }
 
-bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
+bool MemoryRunStore::Cancel(std::int64_t run, const std::string& reason, const Doer& by) {
   const auto found = runs_.find(run);
   if (found == runs_.end() || found->second.IsOver()) return false;
   RunRecord record = found->second;
@@ -152,9 +174,16 @@ bool MemoryRunStore::Cancel(std::int64_t run, Instant now, const std::string& re
   record.reason = reason;
   if (record.state == RunState::kWaiting) {
     record.state = RunState::kCancelled;
-    record.ended = now;
+    record.ended = by.at;
   }
   Put(record);
+  Audit(EntryOf(Deed::kCancel, by, record.task, run));
+  return true;
+}
+
+bool MemoryRunStore::CloseByForce(const RunEnd& end, const Doer& by) {
+  if (!Finish(end)) return false;
+  Audit(EntryOf(Deed::kCloseByForce, by, runs_.at(end.run).task, end.run));
   return true;
 }
 
@@ -167,6 +196,12 @@ const RunRecord* MemoryRunStore::FirstToBegin(Instant until) const {
     if (first == nullptr || run.not_before < first->not_before) first = &run;
   }
   return first;
+}
+
+void MemoryRunStore::BringForward(Instant now, std::chrono::seconds most) {
+  for (const std::int64_t id : open_)
+    if (RunRecord& run = runs_.at(id); run.state == RunState::kWaiting && run.not_before > now + most)
+      run.not_before = now;
 }
 
 bool MemoryRunStore::IsOwner(std::int64_t run, std::int64_t epoch) const {
@@ -230,6 +265,25 @@ std::vector<RunRecord> MemoryRunStore::LatestOfEach() {
   return runs;
 }
 
+bool MemoryRunStore::Trim(std::int64_t most, std::int64_t batch) {
+  const auto full =
+      std::ranges::find_if(states_, [&](const auto& entry) { return entry.second.runs > most; });
+  if (full == states_.end()) return false;
+  std::int64_t newest = 0;
+  bool success_kept = false, failure_kept = false;
+  std::vector<std::int64_t> old;  // newest first
+  for (const auto& [id, run] : std::views::reverse(runs_)) {
+    if (run.task != full->first) continue;
+    const bool is_last = (IsSuccess(run) && !std::exchange(success_kept, true)) ||
+                         (IsFailure(run) && !std::exchange(failure_kept, true));
+    if (++newest > most && run.IsOver() && !is_last) old.push_back(id);
+  }
+  const auto count = std::min(std::ssize(old), static_cast<std::ptrdiff_t>(batch));
+  for (const std::int64_t id : std::views::reverse(old) | std::views::take(count)) runs_.erase(id);
+  if (count == std::ssize(old)) full->second.runs = most;
+  return true;
+}
+
 std::vector<LedgerRow> MemoryRunStore::Ledger(std::int64_t task) {
   std::vector<LedgerRow> rows;
   for (const auto& [record, row] : ledger_[task]) rows.push_back(row);
@@ -257,7 +311,7 @@ bool MemoryRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
   return true;
 }
 
-bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) {
   const auto row = LedgerOf(task, record);
   if (!row || !IsUndecided(*row)) return false;
   if (done) {
@@ -265,7 +319,23 @@ bool MemoryRunStore::Decide(std::int64_t task, const std::string& record, bool d
   } else {
     ledger_[task].erase(record);
   }
+  Audit(EntryOf(done ? Deed::kCountAsDone : Deed::kForget, by, task, row->run, record));
   return true;
+}
+
+void MemoryRunStore::Audit(AuditEntry entry) {
+  entry.id = audits_.empty() ? 1 : audits_.back().id + 1;
+  audits_.push_back(std::move(entry));
+  if (audits_.size() > static_cast<std::size_t>(kMostAudits)) audits_.pop_front();
+}
+
+std::vector<AuditEntry> MemoryRunStore::Audits(const AuditFilter& filter) {
+  std::vector<AuditEntry> found;
+  for (const AuditEntry& entry : std::views::reverse(audits_)) {
+    if (found.size() == filter.most) break;
+    if (Passes(entry, filter)) found.push_back(entry);
+  }
+  return found;
 }
 
 }  // namespace plovix

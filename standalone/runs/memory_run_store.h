@@ -3,6 +3,7 @@
 
 #include <plovix/standalone/tasks/task_storage.h>
 
+#include <deque>
 #include <map>
 #include <set>
 
@@ -21,27 +22,34 @@ class MemoryRunStore final : public RunStore {
   [[nodiscard]] std::vector<std::int64_t> Due(Instant now) override;
   [[nodiscard]] std::optional<Instant> NextWake() override;
   bool MoveCursor(const CursorMove& move) override;
-  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
-  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
-  void SetPauseOfAll(const std::optional<Pause>& pause) override;
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) override;
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) override;
+  bool Release(std::int64_t task, std::int64_t version, const Doer& by) override;
+  void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) override;
   [[nodiscard]] std::optional<Pause> PauseOfAll() override { return all_paused_; }
   RunRecord Request(RunRecord run) override;
-  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
+  bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) override;
+  bool CloseByForce(const RunEnd& end, const Doer& by) override;
   [[nodiscard]] Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
                                  std::int64_t manager) override;
+  void BringForward(Instant now, std::chrono::seconds most) override;
   [[nodiscard]] std::vector<RunRecord> UnderWay() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
   [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
+  bool Trim(std::int64_t most, std::int64_t batch) override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
-  bool Decide(std::int64_t task, const std::string& record, bool done) override;
+  bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) override;
+  void Audit(AuditEntry entry) override;
+  [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter) override;
 
  private:
   [[nodiscard]] TaskState& StateOf(std::int64_t task);
+  [[nodiscard]] TaskState& StateOf(const TaskRecord& task);
   [[nodiscard]] TaskState Known(std::int64_t task) const;
   [[nodiscard]] bool IsOwner(std::int64_t run, std::int64_t epoch) const;
   [[nodiscard]] const RunRecord* FirstToBegin(Instant until) const;
@@ -60,6 +68,7 @@ class MemoryRunStore final : public RunStore {
   std::set<std::pair<std::int64_t, Instant>> occurrences_;
   std::map<std::int64_t, std::map<std::string, LedgerRow>> ledger_;
   std::optional<Pause> all_paused_;
+  std::deque<AuditEntry> audits_;  // oldest first
 };
 
 }  // namespace plovix

@@ -152,7 +152,7 @@ CursorMove PlanTask(const TaskRecord& task, const TaskState& state, const Zone& 
   const Schedule schedule(*recurrence, ScheduleStart(task, task.modified), state.policies.short_month);
   const Timetable timetable(schedule, zone);
   const Instant settled = SettledAt(task, state, timetable, zone, now, changed);
-  const bool paused = all_paused || state.paused.has_value();
+  const bool paused = all_paused || state.IsPaused();
   if (const auto last = timetable.Latest(now); last && last->moment.at > settled) {
     move.rows = TaskPlan(task, state, timetable, now).Rows(settled, paused);
     move.planned = last->moment.at;

@@ -15,10 +15,29 @@ namespace plovix {
   if (run.IsDry()) return true;
   if (task.running_run != 0) return false;
   if (run.origin == RunOrigin::kManual) return true;
-  return !all_paused && !task.paused && (run.IsRetrying() || !task.retrying);
+  return !all_paused && !task.IsPaused() && (run.IsRetrying() || !task.retrying);
 }
 // Whether a filter lets the run through; the number of runs apart.
 [[nodiscard]] bool Passes(const RunRecord& run, const RunFilter& filter);
+// Likewise for what people did.
+[[nodiscard]] bool Passes(const AuditEntry& entry, const AuditFilter& filter);
+// @{
+// What Trim keeps the last one of.
+[[nodiscard]] inline bool IsSuccess(const RunRecord& run) {
+  return run.state == RunState::kSucceeded && !run.IsDry();
+}
+[[nodiscard]] inline bool IsFailure(const RunRecord& run) {
+  return (run.state == RunState::kFailed || run.state == RunState::kPartly) && !run.IsDry();
+}
+// @}
+// @{
+// What is written down of a deed.
+[[nodiscard]] AuditEntry EntryOf(Deed deed, const Doer& by, std::int64_t task, std::int64_t run = 0,
+                                 std::string detail = {});
+[[nodiscard]] AuditEntry EntryOfRequest(const RunRecord& run);
+[[nodiscard]] AuditEntry EntryOfPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by);
+[[nodiscard]] AuditEntry EntryOfPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by);
+// @}
 // Whether a person is asked what to do with the record.
 [[nodiscard]] inline bool IsUndecided(const LedgerRow& row) {
   return row.state == LedgerState::kFailed || row.state == LedgerState::kInDoubt;

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+#include "audit.h"
 #include "run_record.h"
 
 namespace plovix {
@@ -27,10 +28,14 @@ struct TaskState {
   std::optional<Instant> next_due;  // the cursor: the first occurrence without a row
   std::optional<Instant> planned;  // when the cursor was derived, or later the last occurrence that got a row
   std::optional<Pause> paused;
+  bool held = false;             // as TaskRecord::held
   std::int64_t paused_row = 0;   // the row for what came due in this pause; 0: nothing yet
   std::int64_t running_run = 0;  // 0: none; dry runs do not count
   bool retrying = false;         // a run of it waits for its next attempt
   bool queued = false;           // an occurrence of it waits for its first attempt
+  std::int64_t runs = 0;         // stored; those that Trim keeps beyond its number apart
+  // Nothing that is scheduled begins.
+  [[nodiscard]] bool IsPaused() const { return paused || held; }
   bool operator==(const TaskState&) const = default;
 };
 
@@ -67,6 +72,10 @@ struct Turn {
   std::vector<Claimed> claimed;
 };
 
+// How many runs of a task are kept, and how many are deleted in one transaction.
+inline constexpr std::int64_t kMostRunsOfTask = 1'000;
+inline constexpr std::int64_t kTrimmedAtOnce = 100;
+
 // Which runs are looked for.
 struct RunFilter {
   std::optional<std::int64_t> task;    // nothing: of all tasks
@@ -92,16 +101,22 @@ class RunStore {
   // False, and nothing is changed, if the cursor is no longer where it was found.
   virtual bool MoveCursor(const CursorMove& move) = 0;
 
-  virtual void SetPolicies(std::int64_t task, const TaskPolicies& policies) = 0;
+  // What a person does is written down (Audits) in the same transaction, unless it changes nothing.
+  virtual void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) = 0;
   // Nothing: resumed.
-  virtual void SetPause(std::int64_t task, const std::optional<Pause>& pause) = 0;
-  virtual void SetPauseOfAll(const std::optional<Pause>& pause) = 0;
+  virtual void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) = 0;
+  // Ends the hold of that version of an imported task. False if it is another one by now, or not held.
+  virtual bool Release(std::int64_t task, std::int64_t version, const Doer& by) = 0;
+  virtual void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) = 0;
   [[nodiscard]] virtual std::optional<Pause> PauseOfAll() = 0;
 
-  // Adds what a person asks for; returns it with its id, which is 0 if its occurrence has a row already.
+  // Adds what a person asks for, who does so at its `not_before`; returns it with its id, which is 0 if its
+  // occurrence has a row already.
   virtual RunRecord Request(RunRecord run) = 0;
   // Cancels a waiting run; a running one is marked for its manager. False if it is over.
-  virtual bool Cancel(std::int64_t run, Instant now, const std::string& reason) = 0;
+  virtual bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) = 0;
+  // As Finish, by a person instead of the run's manager.
+  virtual bool CloseByForce(const RunEnd& end, const Doer& by) = 0;
 
   // Ends attempts, and then takes up to `most` runs, each time the one that has waited longest of those that
   // may begin: one run of a task at a time, what a person asked for is not held up by an attempt that is yet
@@ -112,6 +127,9 @@ class RunStore {
   [[nodiscard]] std::optional<RunRecord> Claim(Instant now, std::int64_t manager);
   // False if the end is refused.
   bool Finish(const RunEnd& end);
+  // What waits for an instant more than `most` after `now` was put off before the clock was set back: it may
+  // begin now.
+  virtual void BringForward(Instant now, std::chrono::seconds most) = 0;
   // The running runs, whoever has them.
   [[nodiscard]] virtual std::vector<RunRecord> UnderWay() = 0;
 
@@ -123,6 +141,11 @@ class RunStore {
   // The newest run of each task that exists, dry ones left out; in the order of the tasks.
   [[nodiscard]] virtual std::vector<RunRecord> LatestOfEach() = 0;
 
+  // Deletes at most `batch` of the oldest runs of a task that has more than `most`; what is not over stays,
+  // and so do its last failure and its last success. Returns whether there may be more to delete. Takes as
+  // long as a look-up if there is nothing. Runs of deleted tasks stay: their number does not grow.
+  virtual bool Trim(std::int64_t most, std::int64_t batch) = 0;
+
   // In the order of the keys.
   [[nodiscard]] virtual std::vector<LedgerRow> Ledger(std::int64_t task) = 0;
   [[nodiscard]] virtual std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) = 0;
@@ -131,7 +154,12 @@ class RunStore {
   // Forgets all records of the task, or those that failed, and turns off the task's flag that asked for it.
   virtual bool ClearLedger(const RunRecord& run, bool only_failed) = 0;
   // What a person says of a record that failed or is in doubt: done, or forgotten. False for another one.
-  virtual bool Decide(std::int64_t task, const std::string& record, bool done) = 0;
+  virtual bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) = 0;
+
+  // Adds an entry for what was done elsewhere; its id is given here.
+  virtual void Audit(AuditEntry entry) = 0;
+  // What people did, newest first; the newest kMostAudits are kept.
+  [[nodiscard]] virtual std::vector<AuditEntry> Audits(const AuditFilter& filter) = 0;
 };
 
 inline std::optional<RunRecord> RunStore::Claim(Instant now, std::int64_t manager) {

@@ -44,9 +44,13 @@ std::string OriginInWords(const RunRecord& run, const TextTable& texts) {
 }
 
 std::string ReasonInWords(const RunRecord& run, const TextTable& texts) {
-  constexpr std::array kOwn{"late", "paused", "running", "queued", "cancelled"};
+  constexpr std::array kOwn{"late", "paused", "running", "queued", "cancelled", "restored"};
   if (std::ranges::count(kOwn, run.reason) == 0) return run.reason;
   return texts.Host("run.reason." + run.reason);
+}
+
+std::string ReasonInWords(const Pause& pause, const TextTable& texts) {
+  return pause.person.empty() && pause.reason == "restored" ? texts.Host("pause.restored") : pause.reason;
 }
 
 std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts) {

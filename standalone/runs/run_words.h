@@ -6,7 +6,7 @@
 #include <chrono>
 #include <string>
 
-#include "run_record.h"
+#include "run_store.h"
 
 namespace plovix {
 
@@ -16,6 +16,8 @@ namespace plovix {
 [[nodiscard]] std::string OriginInWords(const RunRecord& run, const TextTable& texts);
 // The manager's own reasons as sentences, all others as they are; empty if there is none.
 [[nodiscard]] std::string ReasonInWords(const RunRecord& run, const TextTable& texts);
+// Why it is paused: the manager's own reason as a sentence, a person's as it is.
+[[nodiscard]] std::string ReasonInWords(const Pause& pause, const TextTable& texts);
 // Of the latest attempt, of one under way until `now`; empty before the first.
 [[nodiscard]] std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts);
 // Rounded down to at most two units: "45 s", "3 min 20 s", "2 h 5 min", "3 d 4 h". From 0.

@@ -42,6 +42,9 @@ void TaskControl::AllowAll() const {
 
 RunRecord TaskControl::Ask(std::int64_t task, RunOrigin origin, std::vector<std::string> keys,
                            std::optional<Instant> due) {
+  const auto stored = parts_.tasks.Load(task);
+  if (stored && stored->held && origin != RunOrigin::kDryRun)
+    RefuseRequest(failure_number::kInvalidCall, "the task was imported and has to be released first");
   RunRecord run;
   run.task = task;
   run.due = due;
@@ -80,7 +83,7 @@ RunRecord TaskControl::StartMissed(std::int64_t id) {
 
 void TaskControl::Cancel(std::int64_t id) {
   (void)AllowedRun(id, TaskRight::kRun);
-  if (!parts_.runs.Cancel(id, parts_.now(), "cancelled"))
+  if (!parts_.runs.Cancel(id, "cancelled", ThePerson()))
     RefuseRequest(failure_number::kInvalidCall, "the run is over");
 }
 
@@ -93,13 +96,13 @@ void TaskControl::CloseByForce(std::int64_t id) {
   end.at = parts_.now();
   end.reason = "cancelled";
   end.records = run.records;
-  if (run.IsOver() || !parts_.runs.Finish(end))
+  if (run.IsOver() || !parts_.runs.CloseByForce(end, ThePerson()))
     RefuseRequest(failure_number::kInvalidCall, "the run is over");
 }
 
 void TaskControl::Decide(std::int64_t task, const std::string& record, bool done) {
   (void)Allowed(task, TaskRight::kRun);
-  if (!parts_.runs.Decide(task, record, done))
+  if (!parts_.runs.Decide(task, record, done, ThePerson()))
     RefuseRequest(failure_number::kInvalidCall, "the record is no longer in doubt and has not failed");
 }
 
@@ -107,30 +110,44 @@ void TaskControl::Pause(std::optional<std::int64_t> task, const std::string& rea
   const plovix::Pause pause{parts_.person, reason, parts_.now()};
   if (!task) {
     AllowAll();
-    return parts_.runs.SetPauseOfAll(pause);
+    return parts_.runs.SetPauseOfAll(pause, ThePerson());
   }
   (void)Allowed(*task, TaskRight::kEdit);
-  parts_.runs.SetPause(*task, pause);
+  parts_.runs.SetPause(*task, pause, ThePerson());
 }
 
 // What came due in a pause gets its row before the pause ends.
 void TaskControl::Resume(std::optional<std::int64_t> task) {
-  const auto plan = [&](std::int64_t id) {
-    PlanNow(parts_.tasks, parts_.runs, parts_.zone, id, parts_.now());
-  };
   if (!task) {
     AllowAll();
-    for (const TaskState& state : parts_.runs.States()) plan(state.task);
-    return parts_.runs.SetPauseOfAll(std::nullopt);
+    for (const TaskState& state : parts_.runs.States()) PlanUntilNow(state.task);
+    return parts_.runs.SetPauseOfAll(std::nullopt, ThePerson());
   }
-  (void)Allowed(*task, TaskRight::kEdit);
-  plan(*task);
-  parts_.runs.SetPause(*task, std::nullopt);
+  if (Allowed(*task, TaskRight::kEdit).held)
+    RefuseRequest(failure_number::kInvalidCall, "the task was imported and has to be released");
+  PlanUntilNow(*task);
+  parts_.runs.SetPause(*task, std::nullopt, ThePerson());
+}
+
+void TaskControl::PlanUntilNow(std::int64_t task) {
+  PlanNow(parts_.tasks, parts_.runs, parts_.zone, task, parts_.now());
+}
+
+void TaskControl::Release(std::int64_t id, std::int64_t version) {
+  const TaskRecord task = Allowed(id, TaskRight::kRun);
+  const auto user = parts_.user && NeedsProgramRight(task) ? parts_.user() : std::nullopt;
+  if (user && !MayRunPrograms(*user))
+    RefuseRequest(kRightMissing, "the user may not run programs or SQL, as the task does");
+  PlanUntilNow(id);
+  if (!parts_.runs.Release(id, version, ThePerson())) {
+    RefuseRequest(failure_number::kInvalidCall,
+                  "the task was changed or released since it was shown; look at it again");
+  }
 }
 
 void TaskControl::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
   (void)Allowed(task, TaskRight::kEdit);
-  parts_.runs.SetPolicies(task, policies);
+  parts_.runs.SetPolicies(task, policies, ThePerson());
 }
 
 }  // namespace plovix

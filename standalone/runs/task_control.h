@@ -45,13 +45,18 @@ class TaskControl {
 
   // A task, or nothing for everything. Right: edit; for everything an administrator.
   void Pause(std::optional<std::int64_t> task, const std::string& reason);
-  // What came due in the pause stays a missed row.
+  // What came due in the pause stays a missed row. A task that is held stays so.
   void Resume(std::optional<std::int64_t> task);
+  // Ends the hold of an imported task: the person has seen what that version of it does. Right: run, and to
+  // run programs if it does.
+  void Release(std::int64_t task, std::int64_t version);
   // Right: edit.
   void SetPolicies(std::int64_t task, const TaskPolicies& policies);
 
  private:
   TaskRecord Allowed(std::int64_t task, TaskRight right) const;
+  void PlanUntilNow(std::int64_t task);
+  [[nodiscard]] Doer ThePerson() const { return {parts_.person, parts_.now()}; }
   RunRecord AllowedRun(std::int64_t run, TaskRight right) const;
   void AllowAll() const;
   RunRecord Ask(std::int64_t task, RunOrigin origin, std::vector<std::string> keys,

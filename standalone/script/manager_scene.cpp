@@ -1,5 +1,6 @@
 #include "manager_scene.h"
 
+#include <plovix/standalone/runs/claim_refusal.h>
 #include <plovix/standalone/schedule/outlook.h>
 #include <plovix/standalone/text/iso_time.h>
 
@@ -7,21 +8,23 @@
 #include "words.h"
 
 namespace plovix::script {
-namespace {
 
-constexpr std::string_view kPerson = "script";
-
-}  // namespace
-
-ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state)
-    : state_(state),
-      memory_(storage),
-      runs_(runs != nullptr ? *runs : memory_),
-      records_(*state.data),
-      ports_{.tasks = storage,
+ManagerScene::ManagerScene(const Parts& parts)
+    : state_(parts.state),
+      tables_(parts.tables),
+      person_(parts.person),
+      memory_(parts.storage),
+      runs_(parts.runs != nullptr ? *parts.runs : memory_),
+      records_(*parts.state.data),
+      ports_{.tasks = parts.storage,
              .runs = runs_,
              .launcher = launcher_,
-             .records = records != nullptr ? *records : records_} {}
+             .records = parts.records != nullptr ? *parts.records : records_} {
+  if (tables_ == nullptr) return;
+  ports_.refusal = [this](const TaskRecord& task, const RunRecord& run) {
+    return ClaimRefusal(task, run, tables_->Users());
+  };
+}
 
 Instant ManagerScene::Now() const {
   return InstantOf(state_.clock, state_.clock_offset, zone_);
@@ -83,7 +86,7 @@ void ManagerScene::Cancel(std::int64_t id) {
 }
 
 TaskControl ManagerScene::Control() {
-  return TaskControl({ports_.tasks, runs_, zone_, [this] { return Now(); }, std::string(kPerson)});
+  return TaskControl({ports_.tasks, runs_, zone_, [this] { return Now(); }, person_});
 }
 
 std::string ManagerScene::TimeText(Instant at) const {

@@ -7,6 +7,7 @@
 #include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/runs/memory_run_store.h>
 #include <plovix/standalone/runs/task_control.h>
+#include <plovix/standalone/tasks/users_and_tags.h>
 
 #include "recorded_launcher.h"
 #include "words.h"
@@ -15,8 +16,16 @@ namespace plovix::script {
 
 class ManagerScene {
  public:
-  // All outlive the scene. `runs` and `records`: nullptr for those in memory.
-  ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state);
+  struct Parts {
+    TaskStorage& storage;
+    RunStore* runs;         // nullptr: in memory
+    RecordSource* records;  // likewise
+    HostState& state;
+    UsersAndTags* tables;  // nullptr: nobody's rights are asked for
+    std::string person;    // who asks for runs; one of `tables`, if they are given
+  };
+  // All outlive the scene.
+  explicit ManagerScene(const Parts& parts);
 
   // A manager lives from the host's now until `until`, which becomes the host's now. A LineError for the
   // past.
@@ -44,6 +53,8 @@ class ManagerScene {
   void CheckFuture(Instant until) const;
 
   HostState& state_;
+  UsersAndTags* tables_;
+  std::string person_;
   Zone zone_ = Zone::Local();
   MemoryRunStore memory_;
   RunStore& runs_;

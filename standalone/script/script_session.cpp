@@ -58,11 +58,14 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
   if (!user_) return;
   SetUser(state_, *tables_, FindUser(*tables_, user_, state_.texts));
   storage_.SetGuard(GuardFor(*tables_, *user_, state_.texts));
+  storage_.SetPerson(*user_);
 }
 
 ScriptSession::~ScriptSession() {
   if (IsOpen()) wizard_->Cancel();
-  if (user_) storage_.SetGuard({});
+  if (!user_) return;
+  storage_.SetGuard({});
+  storage_.SetPerson({});
 }
 
 std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight right) const {
@@ -73,7 +76,14 @@ std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight ri
 }
 
 ManagerScene& ScriptSession::Automation() {
-  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, records_, state_);
+  if (!automation_) {
+    automation_ = std::make_unique<ManagerScene>(ManagerScene::Parts{.storage = storage_,
+                                                                     .runs = runs_,
+                                                                     .records = records_,
+                                                                     .state = state_,
+                                                                     .tables = user_ ? tables_ : nullptr,
+                                                                     .person = user_.value_or("")});
+  }
   return *automation_;
 }
 

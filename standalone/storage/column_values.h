@@ -43,6 +43,8 @@ inline constexpr auto kStoredNames<RunState> = kRunStateNames;
 template <>
 inline constexpr auto kStoredNames<LedgerState> = kLedgerStateNames;
 template <>
+inline constexpr auto kStoredNames<Deed> = kDeedNames;
+template <>
 inline constexpr auto kStoredNames<MissedPolicy> = kMissedPolicyNames;
 template <>
 inline constexpr auto kStoredNames<OverlapPolicy> = kOverlapPolicyNames;

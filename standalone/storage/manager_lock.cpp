@@ -7,12 +7,22 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <system_error>
 
 namespace plovix {
 namespace {
 
 constexpr std::string_view kLockSuffix = "-lock";
+
+constexpr std::size_t kLongestText = 80;  // bytes
+
+// 0 if it begins with none.
+std::int64_t NumberIn(std::string_view text) {
+  std::int64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
 
 [[noreturn]] void RefuseLockFile(const std::string& path, const std::string& problem) {
   throw Failure(failure_number::kFileAccess, path + ": " + problem);
@@ -45,9 +55,25 @@ ManagerLock::File::~File() {
 // A task file that was restored from a copy gives numbers once more that managers may still have.
 ManagerLock::ManagerLock(SqliteRunStore& store)
     : path_(store.Path() + std::string(kLockSuffix)), file_(path_) {
+  const std::string id = store.FileId() + " ", before = Text();
+  const std::int64_t last = store.LastManager();
   do number_ = store.NewManager();
   while (!Lock(number_));
   if (!StillMine()) RefuseLockFile(path_, "the file was replaced at this moment; try again");
+  saw_restored_ = !before.empty() && (!before.starts_with(id) || NumberIn(before.substr(id.size())) > last);
+  NoteText(id + std::to_string(number_) + "\n");
+}
+
+std::string ManagerLock::Text() const {
+  std::string text(kLongestText, '\0');
+  const ssize_t length = pread(file_.Descriptor(), text.data(), text.size(), 0);
+  text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+  return text;
+}
+
+// The number in it may lag behind, which only hides that the file was restored: no reason not to start.
+void ManagerLock::NoteText(const std::string& text) const {
+  (void)!pwrite(file_.Descriptor(), text.data(), text.size(), 0);
 }
 
 bool ManagerLock::Lock(std::int64_t number) const {

@@ -23,6 +23,9 @@ class ManagerLock final {
   [[nodiscard]] std::int64_t Number() const noexcept { return number_; }
   // Whether the manager with that number lives; also true of this one. Fails if the kernel cannot tell.
   [[nodiscard]] bool IsAlive(std::int64_t number) const;
+  // Whether the lock file names a later manager than the task file did, or another task file: this one was
+  // restored from a copy, or put in its place.
+  [[nodiscard]] bool SawRestored() const noexcept { return saw_restored_; }
   // False once the lock file was deleted or replaced: others then cannot see this manager, which has to stop.
   [[nodiscard]] bool StillMine() const;
 
@@ -39,10 +42,15 @@ class ManagerLock final {
     int descriptor_;
   };
   [[nodiscard]] bool Lock(std::int64_t number) const;
+  // The text of the file: which task file's managers it shows, and the last one's number. Empty in a new
+  // file.
+  [[nodiscard]] std::string Text() const;
+  void NoteText(const std::string& text) const;
 
   std::string path_;
   File file_;
   std::int64_t number_ = 0;
+  bool saw_restored_ = false;
 };
 
 }  // namespace plovix

@@ -83,6 +83,7 @@ constexpr std::array kStateColumns{
     OfState<&TaskState::running_run>("RunningRun"),
     OfState<&TaskState::retrying>("Retrying"),
     OfState<&TaskState::queued>("Queued"),
+    OfState<&TaskState::runs>("Runs"),
     OfPolicies<&TaskPolicies::missed>("Missed"),
     OfPolicies<&TaskPolicies::missed_count>("MissedCount"),
     OfPolicies<&TaskPolicies::overlap>("Overlap"),
@@ -103,6 +104,13 @@ constexpr std::array kLedgerColumns{
     OfLedger<&LedgerRow::reason>("Reason")};
 
 template <auto kMember>
+constexpr auto OfAudit = MemberColumn<AuditEntry, kMember>;
+constexpr std::array kAuditColumns{
+    OfAudit<&AuditEntry::at>("At"),     OfAudit<&AuditEntry::person>("Person"),
+    OfAudit<&AuditEntry::deed>("Deed"), OfAudit<&AuditEntry::task>("TaskId"),
+    OfAudit<&AuditEntry::run>("RunId"), OfAudit<&AuditEntry::detail>("Detail")};
+
+template <auto kMember>
 constexpr auto OfFile = MemberColumn<FileSettings, kMember>;
 constexpr std::array kFileSettingsColumns{
     OfFile<&FileSettings::id>("FileId"),
@@ -111,6 +119,8 @@ constexpr std::array kFileSettingsColumns{
     kPauseColumns<FileSettings>[0],
     kPauseColumns<FileSettings>[1],
     kPauseColumns<FileSettings>[2],
+    OfFile<&FileSettings::ran_on>("RanOn"),
+    OfFile<&FileSettings::data>("Data"),
 };
 
 }  // namespace
@@ -125,6 +135,10 @@ std::span<const ColumnOf<TaskState>> StateColumns() {
 
 std::span<const ColumnOf<LedgerRow>> LedgerColumns() {
   return kLedgerColumns;
+}
+
+std::span<const ColumnOf<AuditEntry>> AuditColumns() {
+  return kAuditColumns;
 }
 
 std::span<const ColumnOf<FileSettings>> FileSettingsColumns() {

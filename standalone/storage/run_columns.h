@@ -16,6 +16,8 @@ struct FileSettings {
   std::string zone;  // of the schedules, by its IANA name; empty until it is set
   std::int64_t last_manager = 0;
   std::optional<Pause> paused;
+  std::string ran_on;  // FilePlace of the task file as its last manager found it; empty: never run
+  std::string data;    // the data that its tasks are run on; empty: none so far
   bool operator==(const FileSettings&) const = default;
 };
 
@@ -25,6 +27,8 @@ struct FileSettings {
 [[nodiscard]] std::span<const ColumnOf<TaskState>> StateColumns();
 // Of VeloLedger: all except TaskId.
 [[nodiscard]] std::span<const ColumnOf<LedgerRow>> LedgerColumns();
+// Of VeloAudit: all except Id.
+[[nodiscard]] std::span<const ColumnOf<AuditEntry>> AuditColumns();
 // Of the only row of VeloFileSettings: all except Id.
 [[nodiscard]] std::span<const ColumnOf<FileSettings>> FileSettingsColumns();
 

@@ -11,6 +11,17 @@
 namespace plovix {
 namespace {
 
+// The oldest ?3 runs of the task ?1 beyond the newest ?2. One that ended well or badly is the last one of its
+// kind if no newer one did; as a rule, that is found a few rows further.
+constexpr std::string_view kTrim =
+    "DELETE FROM VeloRuns WHERE Id IN (SELECT r.Id FROM VeloRuns r WHERE r.TaskId = ?1 "
+    "AND r.Id < (SELECT Id FROM VeloRuns WHERE TaskId = ?1 ORDER BY Id DESC LIMIT 1 OFFSET ?2 - 1) "
+    "AND r.State NOT IN ('waiting', 'running') "
+    "AND NOT (r.State = 'succeeded' AND r.Origin <> 'dry-run' AND NOT EXISTS (SELECT 1 FROM VeloRuns n "
+    "WHERE n.TaskId = ?1 AND n.Id > r.Id AND n.State = 'succeeded' AND n.Origin <> 'dry-run')) "
+    "AND NOT (r.State IN ('failed', 'partly') AND r.Origin <> 'dry-run' AND NOT EXISTS (SELECT 1 "
+    "FROM VeloRuns n WHERE n.TaskId = ?1 AND n.Id > r.Id AND n.State IN ('failed', 'partly') "
+    "AND n.Origin <> 'dry-run')) ORDER BY r.Id LIMIT ?3)";
 // What ClearLedger deletes of the task ?1; ?2: only what failed.
 constexpr std::string_view kCleared = "FROM VeloLedger WHERE TaskId = ?1 AND (?2 = 0 OR State = 'failed')";
 
@@ -22,7 +33,7 @@ Statement RunTables::SelectRuns(std::string_view rest) const {
 
 Statement RunTables::SelectStates(std::string_view rest) const {
   return Prepare(SelectColumns(
-      "t.Id, t.PlannedVersion, s.TaskId", StateColumns(),
+      "t.Id, t.PlannedVersion, t.Held, s.TaskId", StateColumns(),
       "VeloAutoTasks t LEFT JOIN VeloAutoTaskStates s ON s.TaskId = t.Id " + std::string(rest)));
 }
 
@@ -48,8 +59,9 @@ std::vector<TaskState> RunTables::ReadStates(Statement& statement) {
     TaskState& state = states.emplace_back();
     state.task = row.Integer(0);
     state.version = row.Integer(1);
-    if (IsNull(row, 2)) return;
-    CheckReadable(ReadColumns(state, StateColumns(), row, 3),
+    state.held = row.Integer(2) != 0;
+    if (IsNull(row, 3)) return;
+    CheckReadable(ReadColumns(state, StateColumns(), row, 4),
                   "the state of task " + std::to_string(state.task));
   });
   return states;
@@ -83,7 +95,9 @@ void RunTables::ReadFlags(TaskState& state) {
 }
 
 void RunTables::ForgetPausedRows() {
-  file_->Run("UPDATE VeloAutoTaskStates SET PausedRow = 0 WHERE PausedSince IS NULL AND PausedRow <> 0");
+  file_->Run(
+      "UPDATE VeloAutoTaskStates SET PausedRow = 0 WHERE PausedSince IS NULL AND PausedRow <> 0 "
+      "AND NOT EXISTS (SELECT 1 FROM VeloAutoTasks WHERE Id = TaskId AND Held <> 0)");
 }
 
 std::vector<std::int64_t> RunTables::Due(Instant now) {
@@ -118,7 +132,7 @@ RunRecord RunTables::RunIn(const Statement& row) const {
   return run;
 }
 
-std::vector<RunRecord> RunTables::Runs(Statement& statement) {
+std::vector<RunRecord> RunTables::Runs(Statement& statement) const {
   std::vector<RunRecord> runs;
   statement.ForEachRow([&](const Statement& row) { runs.push_back(RunIn(row)); });
   return runs;
@@ -158,6 +172,25 @@ std::vector<RunRecord> RunTables::History(std::optional<std::int64_t> task) {
   return Runs(its_runs_);
 }
 
+bool RunTables::WaitsBeyond(Instant at) const {
+  Statement waits = Prepare("SELECT 1 FROM VeloRuns WHERE State = 'waiting' AND NotBefore > ? LIMIT 1");
+  ToFile{waits, 0}(at);
+  return waits.Step();
+}
+
+void RunTables::BringForward(Instant now, Instant at) const {
+  Statement bring = Prepare("UPDATE VeloRuns SET NotBefore = ? WHERE State = 'waiting' AND NotBefore > ?");
+  ToFile{bring, 0}(now);
+  ToFile{bring, 1}(at);
+  bring.Run();
+}
+
+std::vector<RunRecord> RunTables::AskedFor() const {
+  Statement asked =
+      SelectRuns("WHERE State IN ('waiting', 'running') AND Origin IN ('manual', 'dry-run') ORDER BY Id");
+  return Runs(asked);
+}
+
 std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused) {
   std::optional<RunRecord> first;
   ToFile{to_begin_, 0}(until);
@@ -169,10 +202,26 @@ std::optional<RunRecord> RunTables::FirstToBegin(Instant until, bool all_paused)
                       FromFile{to_begin_, 3}(run.attempt) && FromFile{to_begin_, 4}(task.running_run) &&
                       FromFile{to_begin_, 5}(task.retrying);
     if (!IsNull(to_begin_, 6)) task.paused.emplace();
+    task.held = to_begin_.Integer(7) != 0;
     if (fits && MayBegin(run, task, all_paused)) first = std::move(run);
   }
   to_begin_.Reset();
   return first;
+}
+
+// With the number in the text, so that the index of the tasks that have more can be used.
+std::optional<std::int64_t> RunTables::TaskWithMoreRuns(std::int64_t most) const {
+  return file_->Integer("SELECT TaskId FROM VeloAutoTaskStates WHERE Runs > " + std::to_string(most) +
+                        " LIMIT 1");
+}
+
+std::int64_t RunTables::TrimRuns(std::int64_t task, std::int64_t most, std::int64_t batch) {
+  Statement trim = Prepare(kTrim);
+  trim.BindInteger(0, task);
+  trim.BindInteger(1, most);
+  trim.BindInteger(2, batch);
+  trim.Run();
+  return file_->ChangedRows();
 }
 
 void RunTables::Put(std::int64_t task, const LedgerRow& row) {
@@ -226,6 +275,14 @@ void RunTables::ClearLedger(std::int64_t task, bool only_failed) {
   turn_off.Run();
 }
 
+bool RunTables::Release(std::int64_t task, std::int64_t version) {
+  Statement release = Prepare(kEndHold);
+  release.BindInteger(0, task);
+  release.BindInteger(1, version);
+  release.Run();
+  return file_->ChangedRows() == 1;
+}
+
 bool RunTables::IsCleared(std::int64_t task, bool only_failed) {
   Statement left = Prepare("SELECT 1 " + std::string(kCleared) +
                            " UNION ALL SELECT 1 FROM VeloAutoTasks WHERE Id = ?1 "
@@ -233,6 +290,31 @@ bool RunTables::IsCleared(std::int64_t task, bool only_failed) {
   left.BindInteger(0, task);
   left.BindInteger(1, only_failed ? 1 : 0);
   return !left.Step();
+}
+
+std::int64_t RunTables::Add(const AuditEntry& entry) {
+  Statement insert = Prepare(InsertColumns("INSERT INTO VeloAudit", "Id", "NULL", AuditColumns()));
+  BindColumns(insert, 0, AuditColumns(), entry);
+  insert.Run();
+  const std::int64_t id = file_->LastInsertId();
+  Statement forget = Prepare("DELETE FROM VeloAudit WHERE Id <= ?");
+  forget.BindInteger(0, id - kMostAudits);
+  forget.Run();
+  return id;
+}
+
+std::vector<AuditEntry> RunTables::Audits(const AuditFilter& filter) {
+  Statement entries = Prepare(SelectColumns("Id", AuditColumns(), "VeloAudit WHERE Id < ? ORDER BY Id DESC"));
+  entries.BindInteger(0, filter.before.value_or(std::numeric_limits<std::int64_t>::max()));
+  std::vector<AuditEntry> found;
+  while (found.size() < filter.most && entries.Step()) {
+    AuditEntry entry;
+    entry.id = entries.Integer(0);
+    CheckReadable(ReadColumns(entry, AuditColumns(), entries, 1),
+                  "what people did, entry " + std::to_string(entry.id) + ",");
+    if (Passes(entry, filter)) found.push_back(std::move(entry));
+  }
+  return found;
 }
 
 FileSettings RunTables::Settings() {

@@ -30,6 +30,8 @@ class RunTables final {
   // What the task's waiting runs say of it.
   void ReadFlags(TaskState& state);
   void ForgetPausedRows();
+  // As TaskStorage::Release.
+  [[nodiscard]] bool Release(std::int64_t task, std::int64_t version);
 
   [[nodiscard]] std::vector<std::int64_t> Unplanned() { return Ids(unplanned_); }
   [[nodiscard]] std::vector<std::int64_t> Due(Instant now);
@@ -44,8 +46,18 @@ class RunTables final {
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter);
   [[nodiscard]] std::vector<RunRecord> LatestOfEach();
   [[nodiscard]] std::vector<RunRecord> Running() { return Runs(running_); }
+  // Whether a run waits for an instant after `at`; and lets these begin at `now`.
+  [[nodiscard]] bool WaitsBeyond(Instant at) const;
+  void BringForward(Instant now, Instant at) const;
+  // Not over, and asked for by a person.
+  [[nodiscard]] std::vector<RunRecord> AskedFor() const;
   // The run that waits longest of those that may begin by `until`, as far as the rules need it: with its id.
   [[nodiscard]] std::optional<RunRecord> FirstToBegin(Instant until, bool all_paused);
+
+  // A task of whose runs more than `most` are stored.
+  [[nodiscard]] std::optional<std::int64_t> TaskWithMoreRuns(std::int64_t most) const;
+  // Deletes the oldest ones, as RunStore::Trim says; returns how many.
+  [[nodiscard]] std::int64_t TrimRuns(std::int64_t task, std::int64_t most, std::int64_t batch);
 
   // For a task that exists.
   void Put(std::int64_t task, const LedgerRow& row);
@@ -58,13 +70,17 @@ class RunTables final {
   // Whether ClearLedger would change nothing.
   [[nodiscard]] bool IsCleared(std::int64_t task, bool only_failed);
 
+  // Adds an entry and forgets those that are too old; returns its id.
+  std::int64_t Add(const AuditEntry& entry);
+  [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter);
+
   [[nodiscard]] FileSettings Settings();
   void Put(const FileSettings& settings);
 
  private:
   [[nodiscard]] std::vector<std::int64_t> Ids(Statement& statement);
   [[nodiscard]] RunRecord RunIn(const Statement& row) const;
-  [[nodiscard]] std::vector<RunRecord> Runs(Statement& statement);
+  [[nodiscard]] std::vector<RunRecord> Runs(Statement& statement) const;
   [[nodiscard]] std::vector<TaskState> ReadStates(Statement& statement);
   [[nodiscard]] std::vector<LedgerRow> ReadLedger(Statement& statement);
   void CheckReadable(std::string_view unreadable, const std::string& row) const;
@@ -103,8 +119,9 @@ class RunTables final {
   // that.
   Statement to_begin_ = Prepare(
       "SELECT r.Id, r.NotBefore, r.Origin, r.Attempt, coalesce(s.RunningRun, 0), "
-      "coalesce(s.Retrying, 0), s.PausedSince "
+      "coalesce(s.Retrying, 0), s.PausedSince, coalesce(t.Held, 0) "
       "FROM VeloRuns r LEFT JOIN VeloAutoTaskStates s ON s.TaskId = r.TaskId "
+      "LEFT JOIN VeloAutoTasks t ON t.Id = r.TaskId "
       "WHERE r.State = 'waiting' AND r.NotBefore <= ? ORDER BY r.NotBefore, r.Id");
   Statement put_ledger_ = Prepare(InsertColumns("REPLACE INTO VeloLedger", "TaskId", "?", LedgerColumns()));
   Statement ledger_ = SelectLedger("ORDER BY Record");

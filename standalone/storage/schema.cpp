@@ -191,10 +191,29 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-// Find tasks that were planned later than the clock shows, and records that a run has begun.
+// Who could create tasks could make them run programs. VeloAudit says what people did; Deed is a fixed word.
+// The indexes find tasks that were planned later than the clock shows, and records that a run has begun.
 constexpr std::array kRights{
+    "ALTER TABLE VeloUsers ADD COLUMN RunPrograms INTEGER NOT NULL DEFAULT 0",
+    "UPDATE VeloUsers SET RunPrograms = 1 WHERE Administrator OR CreatePersonal OR CreateShared",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN SavedBy TEXT NOT NULL DEFAULT ''",
+    "ALTER TABLE VeloAutoTasks ADD COLUMN Held INTEGER NOT NULL DEFAULT 0",
+    R"(CREATE TABLE VeloAudit (
+         Id INTEGER PRIMARY KEY AUTOINCREMENT,
+         At INTEGER NOT NULL,
+         Person TEXT NOT NULL,
+         Deed TEXT NOT NULL,
+         TaskId INTEGER NOT NULL,
+         RunId INTEGER NOT NULL,
+         Detail TEXT NOT NULL))",
+    "ALTER TABLE VeloAutoTaskStates ADD COLUMN Runs INTEGER NOT NULL DEFAULT 0",
+    "UPDATE VeloAutoTaskStates SET Runs = (SELECT count(*) FROM VeloRuns r "
+    "WHERE r.TaskId = VeloAutoTaskStates.TaskId)",
+    "ALTER TABLE VeloFileSettings ADD COLUMN RanOn TEXT NOT NULL DEFAULT ''",
+    "ALTER TABLE VeloFileSettings ADD COLUMN Data TEXT NOT NULL DEFAULT ''",
     "CREATE INDEX VeloLedgerBegun ON VeloLedger (TaskId, RunId) WHERE State = 'begun'",
     "CREATE INDEX VeloAutoTaskStatesPlanned ON VeloAutoTaskStates (Planned) WHERE Planned IS NOT NULL",
+    "CREATE INDEX VeloAutoTaskStatesFull ON VeloAutoTaskStates (TaskId) WHERE Runs > 1000",
 };
 
 constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kRights};

@@ -44,9 +44,10 @@ void SqliteRunStore::ChangeSettings(const std::function<void(FileSettings&)>& ch
 }
 
 // The state of a task that had none is stored with its first run, so that every run to begin has one.
-void SqliteRunStore::NoteInState(const RunRecord& run) {
+void SqliteRunStore::NoteInState(const RunRecord& run, bool added) {
   auto state = tables_->State(run.task);
   if (!state) return;
+  if (added) ++state->runs;
   if (Holds(run))
     state->running_run = run.id;
   else if (state->running_run == run.id)
@@ -113,6 +114,7 @@ bool SqliteRunStore::MoveCursor(const CursorMove& move) {
         continue;
       }
       const std::int64_t added = tables_->Insert(row);
+      if (added != 0) ++state->runs;
       if (move.add_to_paused_row) state->paused_row = added;
     }
     tables_->ReadFlags(*state);
@@ -122,19 +124,37 @@ bool SqliteRunStore::MoveCursor(const CursorMove& move) {
   return Change(body, [&] { return State(move.task) == state; });
 }
 
-void SqliteRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies) {
-  ChangeState(task, [&](TaskState& state) { state.policies = policies; });
+void SqliteRunStore::SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) {
+  ChangeState(task, [&](TaskState& state) {
+    state.policies = policies;
+    tables_->Add(EntryOfPolicies(task, policies, by));
+  });
 }
 
-void SqliteRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause) {
+void SqliteRunStore::SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) {
   ChangeState(task, [&](TaskState& state) {
+    tables_->Add(EntryOfPause(task, pause, by));
     state.paused = pause;
     if (!pause) state.paused_row = 0;
   });
 }
 
-void SqliteRunStore::SetPauseOfAll(const std::optional<Pause>& pause) {
+bool SqliteRunStore::Release(std::int64_t task, std::int64_t version, const Doer& by) {
+  std::optional<TaskState> state;
+  const auto body = [&] {
+    if (!tables_->Release(task, version)) return false;
+    tables_->Add(EntryOf(Deed::kRelease, by, task, 0, std::to_string(version)));
+    state = tables_->State(task);
+    if (!state->paused) state->paused_row = 0;
+    tables_->Put(*state);
+    return true;
+  };
+  return Change(body, [&] { return State(task) == state; });
+}
+
+void SqliteRunStore::SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) {
   ChangeSettings([&](FileSettings& settings) {
+    tables_->Add(EntryOfPause(0, pause, by));
     settings.paused = pause;
     if (!pause) tables_->ForgetPausedRows();
   });
@@ -147,28 +167,44 @@ std::optional<Pause> SqliteRunStore::PauseOfAll() {
 RunRecord SqliteRunStore::Request(RunRecord run) {
   const auto body = [&] {
     run.id = tables_->Insert(run);
-    NoteInState(run);
+    NoteInState(run, run.id != 0);
+    if (run.id != 0 && !run.person.empty()) tables_->Add(EntryOfRequest(run));
     return true;
   };
   Change(body, [&] { return Run(run.id) == run; });
   return run;
 }
 
-bool SqliteRunStore::Cancel(std::int64_t run, Instant now, const std::string& reason) {
+void SqliteRunStore::CancelNow(RunRecord& run, const std::string& reason, Instant now) {
+  run.cancel = true;
+  run.reason = reason;
+  if (run.state == RunState::kWaiting) {
+    run.state = RunState::kCancelled;
+    run.ended = now;
+  }
+  Put(run);
+}
+
+bool SqliteRunStore::Cancel(std::int64_t run, const std::string& reason, const Doer& by) {
   std::optional<RunRecord> record;
   const auto body = [&] {
     record = tables_->Run(run);
     if (!record || record->IsOver()) return false;
-    record->cancel = true;
-    record->reason = reason;
-    if (record->state == RunState::kWaiting) {
-      record->state = RunState::kCancelled;
-      record->ended = now;
-    }
-    Put(*record);
+    CancelNow(*record, reason, by.at);
+    tables_->Add(EntryOf(Deed::kCancel, by, record->task, run));
     return true;
   };
   return Change(body, [&] { return Run(run) == record; });
+}
+
+// Looks first without the lock: as a rule there is nothing.
+void SqliteRunStore::BringForward(Instant now, std::chrono::seconds most) {
+  if (!tables_->WaitsBeyond(now + most)) return;
+  const auto body = [&] {
+    tables_->BringForward(now, now + most);
+    return true;
+  };
+  Change(body, [&] { return !tables_->WaitsBeyond(now + most); });
 }
 
 bool SqliteRunStore::IsOwner(std::int64_t run, std::int64_t epoch) {
@@ -176,9 +212,18 @@ bool SqliteRunStore::IsOwner(std::int64_t run, std::int64_t epoch) {
   return stored && stored->state == RunState::kRunning && stored->epoch == epoch;
 }
 
-// Looks first without the lock, so that managers with nothing to do keep nobody from writing.
+bool SqliteRunStore::CloseByForce(const RunEnd& end, const Doer& by) {
+  return EndAndClaim({end}, 0, end.at, 0, &by).ended.front();
+}
+
 Turn SqliteRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
                                  std::int64_t manager) {
+  return EndAndClaim(ends, most, now, manager, nullptr);
+}
+
+// Looks first without the lock, so that managers with nothing to do keep nobody from writing.
+Turn SqliteRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager, const Doer* by) {
   Turn turn;
   if (ends.empty() && (most == 0 || !ToBegin(now))) return turn;
   std::vector<RunRecord> changed;
@@ -194,6 +239,7 @@ Turn SqliteRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t mo
       if (!turn.ended.back()) continue;
       RunRecord ended = Ended(tables_->Run(end.run).value(), end);
       Put(ended.task, end.rows);
+      if (by != nullptr) tables_->Add(EntryOf(Deed::kCloseByForce, *by, ended.task, ended.id));
       put(std::move(ended));
     }
     while (turn.claimed.size() < most) {
@@ -232,6 +278,20 @@ std::vector<RunRecord> SqliteRunStore::LatestOfEach() {
   return tables_->LatestOfEach();
 }
 
+bool SqliteRunStore::Trim(std::int64_t most, std::int64_t batch) {
+  if (!tables_->TaskWithMoreRuns(most)) return false;
+  std::optional<TaskState> state;
+  const auto body = [&] {
+    const auto task = tables_->TaskWithMoreRuns(most);
+    state = task ? tables_->State(*task) : std::nullopt;
+    if (!state) return false;
+    if (tables_->TrimRuns(*task, most, batch) < batch) state->runs = most;
+    tables_->Put(*state);
+    return true;
+  };
+  return Change(body, [&] { return State(state->task) == state; });
+}
+
 std::vector<LedgerRow> SqliteRunStore::Ledger(std::int64_t task) {
   return tables_->Ledger(task);
 }
@@ -261,7 +321,7 @@ bool SqliteRunStore::ClearLedger(const RunRecord& run, bool only_failed) {
   return Change(body, [&] { return tables_->IsCleared(run.task, only_failed); });
 }
 
-bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool done) {
+bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) {
   const auto body = [&] {
     auto row = LedgerOf(task, record);
     if (!row || !IsUndecided(*row)) return false;
@@ -271,6 +331,7 @@ bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool d
     } else {
       tables_->Forget(task, record);
     }
+    tables_->Add(EntryOf(done ? Deed::kCountAsDone : Deed::kForget, by, task, row->run, record));
     return true;
   };
   return Change(body, [&] {
@@ -279,34 +340,19 @@ bool SqliteRunStore::Decide(std::int64_t task, const std::string& record, bool d
   });
 }
 
-std::string SqliteRunStore::FileId() {
-  return tables_->Settings().id;
+void SqliteRunStore::Audit(AuditEntry entry) {
+  const auto body = [&] {
+    entry.id = tables_->Add(entry);
+    return true;
+  };
+  Change(body, [&] {
+    const auto newest = Audits({.task = {}, .before = entry.id + 1, .most = 1});
+    return !newest.empty() && newest.front() == entry;
+  });
 }
 
-std::string SqliteRunStore::ZoneName() {
-  return tables_->Settings().zone;
-}
-
-void SqliteRunStore::SetZone(const std::string& name) {
-  ChangeSettings([&](FileSettings& settings) { settings.zone = name; });
-}
-
-Zone SqliteRunStore::ScheduleZone() {
-  if (ZoneName().empty()) SetZone(Zone::Local().Name());
-  auto zone = Zone::Named(ZoneName());
-  if (!zone) {
-    tables_->File().Refuse(
-        failure_number::kInvalidFormat,
-        "its schedules are in the time zone \"" + ZoneName() + "\", which this machine does not know");
-  }
-  return *std::move(zone);
-}
-
-// After a failure the number may be given away or not; nobody has it then.
-std::int64_t SqliteRunStore::NewManager() {
-  std::int64_t number = 0;
-  ChangeSettings([&](FileSettings& settings) { number = ++settings.last_manager; });
-  return number;
+std::vector<AuditEntry> SqliteRunStore::Audits(const AuditFilter& filter) {
+  return tables_->Audits(filter);
 }
 
 const std::string& SqliteRunStore::Path() const {

@@ -35,24 +35,30 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::vector<std::int64_t> Due(Instant now) override;
   [[nodiscard]] std::optional<Instant> NextWake() override;
   bool MoveCursor(const CursorMove& move) override;
-  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override;
-  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override;
-  void SetPauseOfAll(const std::optional<Pause>& pause) override;
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) override;
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) override;
+  bool Release(std::int64_t task, std::int64_t version, const Doer& by) override;
+  void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) override;
   [[nodiscard]] std::optional<Pause> PauseOfAll() override;
   RunRecord Request(RunRecord run) override;
-  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override;
+  bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) override;
+  bool CloseByForce(const RunEnd& end, const Doer& by) override;
   [[nodiscard]] Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
                                  std::int64_t manager) override;
+  void BringForward(Instant now, std::chrono::seconds most) override;
   [[nodiscard]] std::vector<RunRecord> UnderWay() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
   [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
+  bool Trim(std::int64_t most, std::int64_t batch) override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
-  bool Decide(std::int64_t task, const std::string& record, bool done) override;
+  bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) override;
+  void Audit(AuditEntry entry) override;
+  [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter) override;
 
   // Differs from file to file, but a copy of a file has that of its original.
   [[nodiscard]] std::string FileId();
@@ -64,6 +70,19 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] Zone ScheduleZone();
   // A number that no manager of this file has had; from 1.
   [[nodiscard]] std::int64_t NewManager();
+  // The highest of these numbers; 0 if there was none.
+  [[nodiscard]] std::int64_t LastManager();
+
+  // To be called by a manager before it runs anything. A file that is not the one on which the last manager
+  // ran, because it is a copy of that or was restored, is paused as a whole, once, with the reason
+  // "restored": whatever became of its runs since the copy was made, nobody knows here. What people asked for
+  // is cancelled for the same reason. `restored`: it is known to be an earlier state of the file. Returns
+  // whether it was.
+  bool PauseIfRestored(bool restored, Instant now);
+
+  // What the data are that the tasks are run on, as the manager that set it names them; empty: none so far.
+  [[nodiscard]] std::string DataIdentity();
+  void SetDataIdentity(const std::string& identity);
 
   // Absolute and without links.
   [[nodiscard]] const std::string& Path() const;
@@ -76,8 +95,14 @@ class SqliteRunStore final : public RunStore {
   bool Change(const std::function<bool()>& body, const std::function<bool()>& arrived);
   void ChangeState(std::int64_t task, const std::function<void(TaskState&)>& change);
   void ChangeSettings(const std::function<void(FileSettings&)>& change);
+  // Within a transaction of its own. `by`: the person who ends it; nullptr: its manager.
+  // `by`: the person who ends them; nullptr for the manager.
+  [[nodiscard]] Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
+                                 std::int64_t manager, const Doer* by);
   // Within a transaction.
-  void NoteInState(const RunRecord& run);
+  void CancelNow(RunRecord& run, const std::string& reason, Instant now);
+  // `added`: whether it is a new one.
+  void NoteInState(const RunRecord& run, bool added = false);
   void Put(const RunRecord& run);
   void Put(std::int64_t task, const std::vector<LedgerRow>& rows);
   [[nodiscard]] bool IsOwner(std::int64_t run, std::int64_t epoch);

@@ -126,6 +126,21 @@ class SqliteStorage::Tables {
     }
   }
 
+  [[nodiscard]] bool IsHeld(std::int64_t id) {
+    Statement held = Prepare("SELECT 1 FROM VeloAutoTasks WHERE Id = ? AND Held <> 0");
+    held.BindInteger(0, id);
+    return held.Step();
+  }
+
+  // False if that version is gone, or not held.
+  [[nodiscard]] bool Release(std::int64_t id, std::int64_t version) {
+    Statement release = Prepare(kEndHold);
+    release.BindInteger(0, id);
+    release.BindInteger(1, version);
+    release.Run();
+    return connection_->ChangedRows() == 1;
+  }
+
   void TurnOffClearing(std::int64_t id) {
     Statement update = Prepare(kTurnOffClearing);
     update.BindInteger(0, id);
@@ -229,10 +244,12 @@ TaskRecord SqliteStorage::Save(const TaskRecord& task, DateTime now) {
   CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
+  saved.saved_by = Person();
   saved.version = NextVersion(task.version);
   DropUnusedStart(saved);
   const auto body = [&] {
     AskAbout(task.id, &task);
+    saved.held = task.id == 0 ? task.held : tables_->IsHeld(task.id);
     if (task.id == 0) {
       saved.id = tables_->Insert(saved);
     } else if (!tables_->Update(saved, task.version)) {
@@ -262,6 +279,13 @@ void SqliteStorage::TurnOffClearing(std::int64_t id) {
                           const auto task = Load(id);
                           return !task || (!task->process_all_records && !task->process_failed_records);
                         });
+}
+
+bool SqliteStorage::Release(std::int64_t id, std::int64_t version) {
+  bool released = false;
+  tables_->File().Write([&] { released = tables_->Release(id, version); },
+                        [&] { return !released || !tables_->IsHeld(id); });
+  return released;
 }
 
 void SqliteStorage::AskAbout(std::int64_t id, const TaskRecord* wanted) {

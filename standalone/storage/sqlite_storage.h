@@ -33,6 +33,7 @@ class SqliteStorage final : public TaskStorage {
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
   void TurnOffClearing(std::int64_t id) override;
+  bool Release(std::int64_t id, std::int64_t version) override;
 
   // As Connection::EmptyLog and OnWritten; what SqliteUsersAndTags has stored is in the same log.
   bool EmptyLog();

@@ -13,17 +13,16 @@ namespace {
 constexpr std::array kUserFlags{
     &UserRecord::administrator,   &UserRecord::edit_categories, &UserRecord::see_all_categories,
     &UserRecord::go_on_with_tags, &UserRecord::create_personal, &UserRecord::create_shared,
+    &UserRecord::run_programs,
 };
 constexpr int kFirstFlag = 3;
 
 constexpr std::string_view kSelectUsers =
     "SELECT Id, Name, GroupNames, Administrator, EditCategories, SeeAllCategories, GoOnWithTags, "
-    "CreatePersonal, "
-    "CreateShared FROM VeloUsers ORDER BY Id";
+    "CreatePersonal, CreateShared, RunPrograms FROM VeloUsers ORDER BY Id";
 constexpr std::string_view kInsertUser =
     "INSERT INTO VeloUsers (Id, Name, GroupNames, Administrator, EditCategories, SeeAllCategories, "
-    "GoOnWithTags, "
-    "CreatePersonal, CreateShared) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)";
+    "GoOnWithTags, CreatePersonal, CreateShared, RunPrograms) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
 
 void InsertUser(Statement& insert, const UserRecord& user) {
   insert.BindText(0, user.id);

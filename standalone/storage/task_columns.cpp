@@ -94,10 +94,11 @@ bool ReadPatternKind(TaskRecord& task, const Statement& row, int column) {
   return true;
 }
 
-constexpr auto kTaskColumns =
-    Together(Columns<kTaskFields, kInRecord>(), ColumnsOf<kInRecord, &TaskRecord::modified>("Modified"),
-             ColumnsOf<kInRecord, &TaskRecord::categories>("Category"),
-             std::array{TaskColumn{"Permissions", BindPermissions, ReadPermissions}});
+constexpr auto kTaskColumns = Together(
+    Columns<kTaskFields, kInRecord>(), ColumnsOf<kInRecord, &TaskRecord::modified>("Modified"),
+    ColumnsOf<kInRecord, &TaskRecord::saved_by>("SavedBy"), ColumnsOf<kInRecord, &TaskRecord::held>("Held"),
+    ColumnsOf<kInRecord, &TaskRecord::categories>("Category"),
+    std::array{TaskColumn{"Permissions", BindPermissions, ReadPermissions}});
 
 constexpr auto kScheduleColumns =
     Together(std::array{TaskColumn{"StartDate", BindStartDate, ReadStartDate}},

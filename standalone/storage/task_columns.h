@@ -24,5 +24,8 @@ using ActionColumn = ColumnOf<ActionRecord>;
 // The statement of TaskStorage::TurnOffClearing; its parameter is the task's id.
 inline constexpr std::string_view kTurnOffClearing =
     "UPDATE VeloAutoTasks SET ProcessAllRecords = 0, ProcessFailedRecords = 0 WHERE Id = ?";
+// The statement of TaskStorage::Release; its parameters are the task's id and version.
+inline constexpr std::string_view kEndHold =
+    "UPDATE VeloAutoTasks SET Held = 0 WHERE Id = ? AND Version = ? AND Held <> 0";
 
 }  // namespace plovix

@@ -34,8 +34,9 @@ constexpr std::array kWriteLogFields = {
 
 constexpr std::array kKinds = {
     ActionKind{"run-program", "action.runProgram", kEveryRecordMode, kAutomationManagerCapability,
-               kRunProgramFields},
-    ActionKind{"run-sql", "action.runSql", kEveryRecordMode, kAutomationManagerCapability, kRunSqlFields},
+               kRunProgramFields, true},
+    ActionKind{"run-sql", "action.runSql", kEveryRecordMode, kAutomationManagerCapability, kRunSqlFields,
+               true},
     ActionKind{"write-log", "action.writeLog", kEveryRecordMode, kAutomationManagerCapability,
                kWriteLogFields},
 };

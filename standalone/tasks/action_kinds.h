@@ -49,6 +49,7 @@ struct ActionKind {
   std::int32_t record_modes;            ///< set of record_mode_bit
   std::int32_t capabilities;            ///< set of capability bits
   std::span<const ActionField> fields;  ///< the first one summarizes the action
+  bool runs_code = false;               ///< it runs programs or SQL, which needs a right of its own
 };
 
 /// All kinds, in the order in which they are offered.

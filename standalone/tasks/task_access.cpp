@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "action_kinds.h"
+
 namespace plovix {
 namespace {
 
@@ -35,6 +37,17 @@ std::optional<std::string_view> RefusalOfOwner(const UserRecord& user, const std
   return std::nullopt;
 }
 
+// Why the user may not put the task in that place, whatever it does.
+std::optional<std::string_view> RefusalOfPlace(const UserRecord& user, const TaskRecord* stored,
+                                               const TaskRecord& wanted) {
+  if (stored == nullptr) return RefusalOfOwner(user, wanted.owner);
+  if (!May(user, *stored, TaskRight::kEdit)) return "rights.mayNotEdit";
+  const bool same_owner = stored->owner == wanted.owner;
+  if (same_owner && stored->permissions == wanted.permissions) return std::nullopt;
+  if (!MayChangeAccess(user, *stored)) return "rights.mayNotChangeAccess";
+  return same_owner ? std::nullopt : RefusalOfOwner(user, wanted.owner);
+}
+
 }  // namespace
 
 bool May(const UserRecord& user, const TaskRecord& task, TaskRight right) {
@@ -61,17 +74,25 @@ bool MayCreatePersonal(const UserRecord& user) {
   return user.administrator || user.create_personal;
 }
 
+bool NeedsProgramRight(const TaskRecord& task) {
+  return std::ranges::any_of(task.actions, [](const ActionRecord& action) {
+    const ActionKind* kind = FindActionKind(action.kind);
+    return kind == nullptr || kind->runs_code;
+  });
+}
+
+bool MayRunPrograms(const UserRecord& user) {
+  return user.administrator || user.run_programs;
+}
+
 std::optional<std::string_view> RefusalOf(const UserRecord& user, const TaskRecord* stored,
                                           const TaskRecord* wanted) {
   if (stored != nullptr && wanted == nullptr && !May(user, *stored, TaskRight::kDelete))
     return "rights.mayNotDelete";
   if (wanted == nullptr) return std::nullopt;
-  if (stored == nullptr) return RefusalOfOwner(user, wanted->owner);
-  if (!May(user, *stored, TaskRight::kEdit)) return "rights.mayNotEdit";
-  const bool same_owner = stored->owner == wanted->owner;
-  if (same_owner && stored->permissions == wanted->permissions) return std::nullopt;
-  if (!MayChangeAccess(user, *stored)) return "rights.mayNotChangeAccess";
-  return same_owner ? std::nullopt : RefusalOfOwner(user, wanted->owner);
+  if (const auto refusal = RefusalOfPlace(user, stored, *wanted)) return refusal;
+  if (NeedsProgramRight(*wanted) && !MayRunPrograms(user)) return "rights.mayNotRunPrograms";
+  return std::nullopt;
 }
 
 void TakeFromManager(TaskRecord& task) {

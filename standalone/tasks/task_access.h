@@ -34,6 +34,12 @@ enum class TaskRight {
 [[nodiscard]] bool MayCreatePersonal(const UserRecord& user);
 /// @}
 
+/// Whether saving or running the task needs the right to run programs: one of its actions runs a program or
+/// SQL, or is of a kind that this program does not know, which may do so in another version.
+[[nodiscard]] bool NeedsProgramRight(const TaskRecord& task);
+/// Whether the user has that right; administrators always have it.
+[[nodiscard]] bool MayRunPrograms(const UserRecord& user);
+
 /// Why the user may not replace `stored` (nullptr: a new task) by `wanted` (nullptr: delete it), as the key
 /// of a host text; nothing if they may. Both are complete tasks. Only an administrator may make a task
 /// somebody else's.

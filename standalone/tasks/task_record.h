@@ -35,6 +35,8 @@ struct TaskRecord {
   std::int64_t id = 0;            ///< 0: not stored yet
   std::int64_t version = 0;       ///< changes with every save; a save based on an older version is refused
   DateTime modified = kZeroDate;  ///< when it was saved last, by the host's clock
+  std::string saved_by;           ///< the id of the user who saved it last; empty: unknown
+  bool held = false;              ///< imported, and nobody has looked at it and released it; nothing runs it
 
   /// @{
   /// As AutoTask's member of that name.

@@ -23,6 +23,7 @@ TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   CheckTexts(task);
   TaskRecord saved = task;
   saved.modified = now;
+  saved.saved_by = Person();
   saved.version = NextVersion(task.version);
   const auto found = std::ranges::find(tasks_, task.id, &TaskRecord::id);
   AskGuard(found == tasks_.end() ? nullptr : &*found, &task);
@@ -34,6 +35,7 @@ TaskRecord MemoryStorage::Save(const TaskRecord& task, DateTime now) {
   if (found == tasks_.end() || found->version != task.version) {
     throw TaskConflict(failure_number::kInvalidCall, "The task was changed or deleted since it was opened");
   }
+  saved.held = found->held;
   *found = saved;
   return saved;
 }
@@ -51,6 +53,12 @@ void MemoryStorage::Delete(std::int64_t id, std::int64_t version) {
 void MemoryStorage::TurnOffClearing(std::int64_t id) {
   const auto found = std::ranges::find(tasks_, id, &TaskRecord::id);
   if (found != tasks_.end()) found->process_all_records = found->process_failed_records = false;
+}
+
+bool MemoryStorage::Release(std::int64_t id, std::int64_t version) {
+  const auto found = std::ranges::find(tasks_, id, &TaskRecord::id);
+  if (found == tasks_.end() || found->version != version) return false;
+  return std::exchange(found->held, false);
 }
 
 }  // namespace plovix

@@ -46,8 +46,8 @@ class TaskStorage {
   /// Nothing if there is no task with that id.
   [[nodiscard]] virtual std::optional<TaskRecord> Load(std::int64_t id) = 0;
   /// Stores a new task (id 0) or a new version of a stored one, all or nothing, and returns it with its id,
-  /// version and time of change. On return the task is on disk. Fails with 5 if a text is longer than
-  /// text_limits.h allows.
+  /// version, time of change and the person (SetPerson). On return the task is on disk. Fails with 5 if a
+  /// text is longer than text_limits.h allows. Whether a stored task is held stays as it is stored.
   virtual TaskRecord Save(const TaskRecord& task, DateTime now) = 0;
   /// Deletes that version of the task. Deleting a task that is already gone is not a failure.
   virtual void Delete(std::int64_t id, std::int64_t version) = 0;
@@ -57,18 +57,26 @@ class TaskStorage {
   /// none of them runs.
   virtual void TurnOffClearing(std::int64_t /*id*/) {}
 
+  /// Ends the hold of that version of a task, which stays. False if it is another one by now, or not held.
+  virtual bool Release(std::int64_t /*id*/, std::int64_t /*version*/) { return false; }
+
   /// Makes Save and Delete call `guard` from now on; an empty guard, the default, allows everything.
   void SetGuard(TaskGuard guard) { guard_ = std::move(guard); }
+  /// The id of the user who saves from now on, which is stored with each task; empty, the default: unknown.
+  void SetPerson(std::string id) { person_ = std::move(id); }
 
  protected:
   /// Whether there is a guard.
   [[nodiscard]] bool IsGuarded() const { return static_cast<bool>(guard_); }
+  /// Who saves.
+  [[nodiscard]] const std::string& Person() const { return person_; }
   /// Calls the guard, if there is one. To be called by Save and Delete while nobody else can change the task,
   /// but not for a save that comes too late (a TaskConflict) or for deleting what is gone.
   void AskGuard(const TaskRecord* stored, const TaskRecord* wanted) const;
 
  private:
   TaskGuard guard_;
+  std::string person_;
 };
 
 /// The version after `version`; after the highest number they start again.
@@ -84,6 +92,7 @@ class MemoryStorage final : public TaskStorage {
   TaskRecord Save(const TaskRecord& task, DateTime now) override;
   void Delete(std::int64_t id, std::int64_t version) override;
   void TurnOffClearing(std::int64_t id) override;
+  bool Release(std::int64_t id, std::int64_t version) override;
 
  private:
   std::vector<TaskRecord> tasks_;  // by id, ascending

@@ -6,8 +6,12 @@
 
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace plovix {
+
+/// The account under which the automation manager runs tasks. A user of this id works unattended.
+inline constexpr std::string_view kAutomationAccount = "automation";
 
 /// A user and their rights; HasRight, May and MayUse evaluate them.
 struct UserRecord {
@@ -20,6 +24,7 @@ struct UserRecord {
   bool go_on_with_tags = false;     ///< right 114
   bool create_personal = false;     ///< may create personal tasks
   bool create_shared = false;       ///< may create shared tasks
+  bool run_programs = false;        ///< may save tasks whose actions run programs or SQL
   bool operator==(const UserRecord&) const = default;
 };
 

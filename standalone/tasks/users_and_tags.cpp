@@ -40,7 +40,8 @@ UserRecord FirstAdministrator() {
           .see_all_categories = true,
           .go_on_with_tags = true,
           .create_personal = true,
-          .create_shared = true};
+          .create_shared = true,
+          .run_programs = true};
 }
 
 std::map<std::string, UserRecord> UsersById(const std::vector<UserRecord>& users) {

@@ -62,11 +62,11 @@ QPushButton* EditorDialog::NewButton(std::string_view key, std::function<void()>
   return button;
 }
 
-void EditorDialog::AddOkAndCancel(std::string_view ok_key) {
+void EditorDialog::AddOkAndCancel(std::string_view ok_key, std::string_view cancel_key) {
   buttons_ = new QDialogButtonBox;
   layout()->addWidget(buttons_);  // first: only a dialog's child can become its default button
   auto* ok = buttons_->addButton(Text(ok_key), QDialogButtonBox::AcceptRole);
-  auto* cancel = buttons_->addButton(Text("button.cancel"), QDialogButtonBox::RejectRole);
+  auto* cancel = buttons_->addButton(Text(cancel_key), QDialogButtonBox::RejectRole);
   cancel->setAutoDefault(false);
   ok->setDefault(true);
   connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -51,8 +51,8 @@ class EditorDialog : public QDialog {
   [[nodiscard]] QLabel* NewNote(std::string_view key) const;
   // Never the default button: Enter in a field means OK.
   [[nodiscard]] QPushButton* NewButton(std::string_view key, std::function<void()> action);
-  // Below Rows(). OK may have another caption.
-  void AddOkAndCancel(std::string_view ok_key = "button.ok");
+  // Below Rows(). Each may have another caption.
+  void AddOkAndCancel(std::string_view ok_key = "button.ok", std::string_view cancel_key = "button.cancel");
   // For read-only dialogs; Esc still works.
   void HideCancel();
   // Does the work; shows a failure at `place` with the text of `key` and the failure's description. Returns

@@ -1,6 +1,7 @@
 // The editors of categories, permissions, language tags and users, driven by keyboard.
 #include <plovix/standalone/editors/category_dialog.h>
 #include <plovix/standalone/editors/permission_dialog.h>
+#include <plovix/standalone/editors/release_dialog.h>
 #include <plovix/standalone/editors/tag_dialog.h>
 #include <plovix/standalone/editors/tag_texts_dialog.h>
 #include <plovix/standalone/editors/users_dialog.h>
@@ -71,6 +72,28 @@ class EditorTest : public testing::Test {
   FakeTables tables_;
   QDialog* dialog_ = nullptr;
 };
+
+// What an action does cannot be hidden by its own texts, and reading is not releasing.
+TEST_F(EditorTest, AnImportedTaskIsShownInFullBeforeItIsReleased) {
+  TaskRecord task;
+  const std::string program = "/bin/" + std::string(3'000, 'x') + "<b>end</b>";
+  task.actions = {{"run-program", "a", 1, 1, {{"path", program}, {"arguments", "-c \xE2\x80\xAE\tx"}}},
+                  {"run-sql", "", 1, 1, {{"statement", "DELETE\n2. Write a line"}}},
+                  {"other", "", 1, 1, {{"what", "x"}}}};
+  ReleaseDialog dialog(texts_, task, "<i>Report</i>", nullptr);
+  Show(dialog);
+  EXPECT_EQ(FromQt(Find<QPlainTextEdit>()->toPlainText()),
+            "1. Run a program (a)\n  Arguments\n    -c \\u{202e}\\u{9}x\n  Program\n    " + program +
+                "\n\n2. Run an SQL statement\n  SQL statement\n    DELETE\n    2. Write a line\n\n"
+                "3. Unknown kind of action (other)\n  what\n    x");
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(dialog.isVisible());
+  Mnemonic(Qt::Key_L);
+  EXPECT_EQ(dialog.result(), QDialog::Rejected);
+  Show(dialog);
+  Mnemonic(Qt::Key_R);
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
 
 TEST_F(EditorTest, CategoriesAreAddedRenamedMovedAndRemoved) {
   CategorySource source;

@@ -188,6 +188,7 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   TaskRecord imported = storage_->Load(2).value();
   imported.id = stored.id;
   imported.modified = stored.modified;
+  EXPECT_TRUE(std::exchange(imported.held, false));
   EXPECT_EQ(imported, stored);
 
   QFile file(path);

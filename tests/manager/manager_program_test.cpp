@@ -63,12 +63,12 @@ class ManagerProgram : public testing::Test {
     (void)runs_->Request(run);
   }
 
-  [[nodiscard]] pid_t Start() const {
+  [[nodiscard]] pid_t Start(const char* data_name = "data.sqlite", const char* word = "--json") const {
     const pid_t id = fork();
     if (id == 0) {
-      const std::string tasks = File("tasks.sqlite"), data = File("data.sqlite");
+      const std::string tasks = File("tasks.sqlite"), data = File(data_name);
       execl(PLOVIX_MANAGER, "plovix-manager", "--once", "--as-root", "--database", tasks.c_str(), "--data",
-            data.c_str(), nullptr);
+            data.c_str(), word, nullptr);
       _exit(127);
     }
     return id;
@@ -98,6 +98,49 @@ TEST_F(ManagerProgram, RunsEveryKindOfActionOnTheRecordsOfAQuery) {
   EXPECT_EQ(Content("tasks.sqlite-logs/run-1.log"), "Bob O'Neil {x}\n");
   const Connection data(File("data.sqlite"), milliseconds{1000}, Access::kReadOnly);
   EXPECT_EQ(data.Text("SELECT group_concat(state, ',') FROM orders"), "done Ann,done Bob O'Neil {x},x");
+}
+
+// As a backup is put back, in place and as another file.
+TEST_F(ManagerProgram, PausesAFileThatWasRestored) {
+  const std::string file = File("tasks.sqlite"), backup = File("backup");
+  for (const bool in_place : {true, false}) {
+    EXPECT_EQ(StatusOf(Start()), 0);
+    tasks_->EmptyLog();
+    fs::copy_file(file, backup, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(StatusOf(Start()), 0);
+    EXPECT_EQ(runs_->PauseOfAll(), std::nullopt);
+    tasks_.reset();
+    runs_.reset();
+    if (in_place) {
+      std::ofstream(file, std::ios::trunc) << std::ifstream(backup).rdbuf();
+    } else {
+      fs::rename(backup, file);
+    }
+    EXPECT_EQ(StatusOf(Start()), 0);
+    tasks_ = std::make_unique<SqliteStorage>(file);
+    runs_ = std::make_unique<SqliteRunStore>(file);
+    ASSERT_TRUE(runs_->PauseOfAll());
+    EXPECT_EQ(runs_->PauseOfAll()->reason, "restored");
+    runs_->SetPauseOfAll({}, {"ann", {}});
+  }
+}
+
+TEST_F(ManagerProgram, RunsTasksOnTheirOwnDataAlone) {
+  const ActionRecord mark =
+      Action("run-sql", {{"statement", "UPDATE orders SET state = 'x' WHERE id = {id}"}});
+  const auto run = [&](const char* data, const char* word) {
+    Ask({mark});
+    EXPECT_EQ(StatusOf(Start(data, word)), 0);
+    return runs_->History({}).back();
+  };
+  fs::copy_file(File("data.sqlite"), File("other.sqlite"));
+  EXPECT_EQ(run("data.sqlite", "--json").state, RunState::kSucceeded);
+  const RunRecord refused = run("other.sqlite", "--json");
+  EXPECT_EQ(refused.state, RunState::kFailed);
+  for (const std::string& word : {File("data.sqlite"), File("other.sqlite"), std::string("--accept-data")})
+    EXPECT_NE(refused.reason.find(word), std::string::npos) << refused.reason;
+  EXPECT_EQ(run("other.sqlite", "--accept-data").state, RunState::kSucceeded);
+  EXPECT_EQ(run("data.sqlite", "--json").state, RunState::kFailed);
 }
 
 // The first record's program never ends, the first time.

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <plovix/base/failure.h>
 #include <plovix/standalone/runner/log_line.h>
+#include <plovix/standalone/runner/output_folder.h>
 #include <plovix/standalone/runner/program_action.h>
 #include <plovix/standalone/runner/secret_mask.h>
 #include <plovix/standalone/runner/secrets_file.h>
@@ -102,6 +103,26 @@ TEST(LogLine, IsAppendedWholeOrRefusedInWords) {
     EXPECT_THAT(words, HasSubstr("the disk is full"));
     EXPECT_EQ(words.ends_with("part of the line is in the file"), room > 0);
   }
+}
+
+TEST(TrimOutputs, DeletesTheOldestOfRunsThatAreOver) {
+  const OwnFolder folder;
+  for (const char* name : {"run-2.log", "run-10.log", "run-9.log", "run-1.log", "run-x.log", "other"}) {
+    std::ofstream(folder / name) << "123";
+    static int age = 0;
+    fs::last_write_time(folder / name, fs::file_time_type(std::chrono::hours(++age)));
+  }
+  fs::create_symlink(folder / "other", folder / "run-3.log");
+  TrimOutputs(folder / ".", 12, {});
+  std::set<std::string> left;
+  const auto look = [&] {
+    left.clear();
+    for (const auto& entry : fs::directory_iterator(folder / ".")) left.insert(entry.path().filename());
+    return left;
+  };
+  EXPECT_EQ(look().size(), 7U) << "they are not too large";
+  TrimOutputs(folder / ".", 8, {2});
+  EXPECT_EQ(look(), (std::set<std::string>{"run-2.log", "run-1.log", "run-3.log", "run-x.log", "other"}));
 }
 
 TEST(ProgramAction, AsksForWhatItsFieldsSay) {

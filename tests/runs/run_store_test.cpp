@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <plovix/standalone/runs/memory_run_store.h>
 #include <plovix/standalone/runs/run_rules.h>
+#include <plovix/standalone/runs/task_control.h>
 #include <plovix/standalone/storage/sqlite_run_store.h>
 
 #include "tests/storage/storage_support.h"
@@ -19,6 +20,8 @@ constexpr std::nullopt_t kNothing = std::nullopt;
 constexpr Instant At(int second) {
   return Instant(std::chrono::seconds(second));
 }
+
+const Doer kAnn{"ann", At(2)};
 
 RunRecord Of(std::int64_t task, RunOrigin origin, int at) {
   RunRecord run;
@@ -113,7 +116,7 @@ TEST_P(RunStores, ExtendTheRowOfAPauseUntilItEnds) {
   for (const bool of_all : {false, true}) {
     const std::int64_t task = NewTask();
     const auto set = [&](const std::optional<Pause>& pause) {
-      of_all ? runs->SetPauseOfAll(pause) : runs->SetPause(task, pause);
+      of_all ? runs->SetPauseOfAll(pause, kAnn) : runs->SetPause(task, pause, kAnn);
       EXPECT_EQ(of_all ? runs->PauseOfAll() : runs->State(task)->paused, pause);
     };
     set(Pause{"ann", "why", At(1)});
@@ -144,8 +147,8 @@ TEST_P(RunStores, BeginWhatMayBegin) {
          EXPECT_TRUE(stores.runs->State(task)->retrying);
        },
        people},
-      {"it is paused", [](auto& stores, auto task) { stores.runs->SetPause(task, Pause()); }, people},
-      {"all is paused", [](auto& stores, auto) { stores.runs->SetPauseOfAll(Pause()); }, people},
+      {"it is paused", [](auto& stores, auto task) { stores.runs->SetPause(task, Pause(), kAnn); }, people},
+      {"all is paused", [](auto& stores, auto) { stores.runs->SetPauseOfAll(Pause(), kAnn); }, people},
   };
   for (const auto& test : cases) {
     for (const RunOrigin origin : all) {
@@ -181,6 +184,14 @@ TEST_P(RunStores, TakeWhatHasWaitedLongestAndOneRunOfATask) {
   EXPECT_THAT(taken, ElementsAre(2, 3, 4, 1));
 }
 
+TEST_P(RunStores, BringForwardWhatTheClockWentBackFrom) {
+  const std::int64_t task = NewTask();
+  for (const int at : {3610, 3611}) runs->Request(Of(task, kManual, at));
+  runs->BringForward(At(10), std::chrono::seconds(3600));
+  EXPECT_EQ(runs->Run(1)->not_before, At(3610));
+  EXPECT_EQ(runs->Run(2)->not_before, At(10));
+}
+
 TEST_P(RunStores, ObeyTheNewestOwnerAlone) {
   const std::int64_t task = NewTask();
   const RunRecord former = Begin(task, kSchedule);
@@ -207,13 +218,88 @@ TEST_P(RunStores, CancelWhatWaitsAndMarkWhatRuns) {
   const std::int64_t task = NewTask(), running = Begin(task).id;
   const std::int64_t waiting = runs->Request(Of(task, kManual, 1)).id;
   EXPECT_FALSE(runs->UnderWay().front().cancel);
-  for (const std::int64_t run : {running, waiting}) EXPECT_TRUE(runs->Cancel(run, At(2), "why"));
-  for (const std::int64_t run : {waiting, std::int64_t{99}}) EXPECT_FALSE(runs->Cancel(run, At(3), "late"));
+  for (const std::int64_t run : {running, waiting}) EXPECT_TRUE(runs->Cancel(run, "why", kAnn));
+  for (const std::int64_t run : {waiting, std::int64_t{99}}) EXPECT_FALSE(runs->Cancel(run, "late", kAnn));
   const RunRecord over = *runs->Run(waiting);
   EXPECT_EQ(std::tuple(over.state, over.ended, over.reason), std::tuple(kCancelled, At(2), "why"));
   const RunRecord marked = *runs->Run(running);
   EXPECT_TRUE(marked.cancel);
   EXPECT_THAT(runs->UnderWay(), ElementsAre(marked));
+}
+
+TEST_P(RunStores, WriteDownWhatPeopleDid) {
+  TaskRecord imported = WholeTask("b");
+  imported.held = true;
+  const std::int64_t task = NewTask(), held = tasks->Save(imported, kNow).id;
+  EXPECT_FALSE(runs->Release(held, 9, kAnn));
+  EXPECT_TRUE(runs->Release(held, 1, kAnn));
+  EXPECT_FALSE(runs->Release(held, 1, kAnn)) << "it is released";
+  EXPECT_TRUE(
+      runs->Write(Begin(task), {Row("i:1", LedgerState::kFailed), Row("i:2", LedgerState::kInDoubt)}));
+  for (const bool done : {false, true}) {
+    EXPECT_TRUE(runs->Decide(task, done ? "i:1" : "i:2", done, kAnn));
+    EXPECT_FALSE(runs->Decide(task, done ? "i:1" : "i:2", done, kAnn)) << "it is decided";
+  }
+  EXPECT_THAT(runs->Ledger(task), ElementsAre(Row("i:1")));
+  EXPECT_TRUE(runs->CloseByForce(EndOf(1, 1, kCancelled, 2), kAnn));
+  EXPECT_FALSE(runs->CloseByForce(EndOf(1, 1, kCancelled, 2), kAnn)) << "it is over";
+  runs->SetPause(task, Pause{"ann", "why", At(2)}, kAnn);
+  RunRecord asked = Of(task, kManual, 2);
+  asked.person = "ann";
+  EXPECT_TRUE(runs->Cancel(runs->Request(asked).id, "why", kAnn));
+  runs->SetPauseOfAll({}, kAnn);
+  runs->SetPolicies(task, {}, kAnn);
+  const AuditEntry own{10, At(3), "bob", Deed::kResume, task, 0, ""};
+  runs->Audit(own);
+  std::vector<std::tuple<std::int64_t, Deed, std::int64_t, std::int64_t, std::string>> found;
+  for (const AuditEntry& entry : runs->Audits({.task = {}, .before = own.id, .most = 99})) {
+    EXPECT_EQ(std::pair(entry.person, entry.at), std::pair(kAnn.person, kAnn.at));
+    found.emplace_back(entry.id, entry.deed, entry.task, entry.run, entry.detail);
+  }
+  const std::string policies =
+      "missed once, overlap skip, retries 0, interrupted repeat, short-month last, limit 0";
+  EXPECT_THAT(
+      found,
+      ElementsAre(std::tuple(9, Deed::kSetPolicies, task, 0, policies),
+                  std::tuple(8, Deed::kResumeAll, 0, 0, ""), std::tuple(7, Deed::kCancel, task, 2, ""),
+                  std::tuple(6, Deed::kStart, task, 2, ""), std::tuple(5, Deed::kPause, task, 0, "why"),
+                  std::tuple(4, Deed::kCloseByForce, task, 1, ""),
+                  std::tuple(3, Deed::kCountAsDone, task, 1, "i:1"),
+                  std::tuple(2, Deed::kForget, task, 1, "i:2"), std::tuple(1, Deed::kRelease, held, 0, "1")));
+  EXPECT_THAT(runs->Audits({.task = task, .before = {}, .most = 1}), ElementsAre(own));
+  EXPECT_EQ(runs->Audits({.task = held, .before = {}, .most = 9}).size(), 1U);
+}
+
+TEST_P(RunStores, KeepTheNewestRunsOfATaskWithItsLastSuccessAndFailure) {
+  const std::int64_t task = NewTask(), other = NewTask();
+  const auto run = [&](RunState state) {
+    const std::int64_t id = Begin(task).id;
+    EXPECT_TRUE(runs->Finish(EndOf(id, 1, state, 2)));
+    return id;
+  };
+  const auto trim = [&] {
+    int batches = 0;
+    for (; runs->Trim(3, 2) && batches < 9; ++batches) EXPECT_GE(runs->History(task).size(), 3U);
+    EXPECT_EQ(runs->State(task)->runs, 3);
+    std::vector<std::int64_t> kept;
+    for (const RunRecord& each : runs->History(task)) kept.push_back(each.id);
+    return kept;
+  };
+  runs->Request(Of(other, kManual, 99));
+  EXPECT_FALSE(runs->Trim(3, 2));
+  run(kFailed);
+  const std::int64_t failed = run(kPartly);
+  run(kSucceeded);
+  const std::int64_t succeeded = run(kSucceeded);
+  std::vector<std::int64_t> kept{failed, succeeded};
+  for (int i = 0; i < 6; ++i) kept.push_back(run(kCancelled));
+  EXPECT_EQ(runs->State(task)->runs, 10);
+  kept.erase(kept.begin() + 2, kept.begin() + 5);
+  EXPECT_EQ(trim(), kept);
+  kept.push_back(run(kSucceeded));
+  kept.erase(kept.begin() + 1, kept.begin() + 3);
+  EXPECT_EQ(trim(), kept) << "the former success is not the last one any more";
+  EXPECT_EQ(runs->History(other).size(), 1U);
 }
 
 TEST_P(RunStores, ClearALedgerAndTurnOffTheFlagThatAskedForIt) {
@@ -253,7 +339,7 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   TaskPolicies policies{MissedPolicy::kAll, 3, OverlapPolicy::kQueue, 4, InterruptedPolicy::kLeave};
   policies.short_month = ShortMonth::kSkip;
   policies.limit = std::chrono::seconds(5);
-  runs->SetPolicies(task, policies);
+  runs->SetPolicies(task, policies, kAnn);
   EXPECT_EQ(runs->State(task)->policies, policies);
   RunRecord run = Of(task, kManual, -1);
   run.person = "r\xC3\xA9mi";
@@ -263,12 +349,74 @@ TEST_P(RunStores, KeepWhatIsAskedForAndHow) {
   EXPECT_THAT(runs->History(task), ElementsAre(run));
 }
 
+// Whoever may run it, and programs if it does, releases the version that they have seen.
+TEST_P(RunStores, HoldAnImportedTaskUntilItIsReleased) {
+  UserRecord ann{.id = "ann", .name = "", .groups = {}, .create_shared = true};
+  TaskControl control({.tasks = *tasks,
+                       .runs = *runs,
+                       .zone = *Zone::Named("UTC"),
+                       .now = [] { return At(5); },
+                       .person = "ann",
+                       .user = [&] { return ann; }});
+  TaskRecord task = WholeTask("c");
+  task.held = true;
+  task.actions = {{"run-sql", "", 1, 1, {}}};
+  task = tasks->Save(task, kNow);
+  task.held = false;
+  task = tasks->Save(task, kNow);
+  EXPECT_TRUE(task.held) << "a save does not release it";
+  const std::int64_t id = task.id;
+  EXPECT_TRUE(runs->State(id)->IsPaused());
+  const std::pair<int, std::function<void()>> refused[] = {
+      {5, [&] { control.Start(id, kManual); }},
+      {5, [&] { control.Resume(id); }},
+      {70, [&] { control.Release(id, task.version); }},
+      {5,
+       [&] {
+         ann.run_programs = true;
+         control.Release(id, task.version - 1);
+       }},
+  };
+  for (const auto& [number, deed] : refused) EXPECT_EQ(FailureOf(deed).Number(), number);
+  control.Start(id, kDryRun);
+  control.Release(id, task.version);
+  EXPECT_FALSE(tasks->Load(id)->held);
+  EXPECT_FALSE(runs->State(id)->IsPaused());
+  control.Start(id, kManual);
+}
+
+TEST(SqliteRunStore, IsPausedOnceWhereItsFileIsNotTheOneThatWasRunBefore) {
+  const OwnTaskFile file;
+  const std::string copy = file.folder / "copy";
+  RunRecord run = Of(1, kManual, 1);
+  std::int64_t running = 0, waiting = 0;
+  {
+    SqliteStorage(file.path).Save(WholeTask("a"), kNow);
+    SqliteRunStore runs(file.path);
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(runs.PauseIfRestored(false, At(1)));
+    running = runs.Request(run).id;
+    (void)runs.Claim(At(1), 7);
+    waiting = runs.Request(run).id;
+  }
+  std::filesystem::copy_file(file.path, copy);
+  SqliteRunStore runs(copy);
+  EXPECT_TRUE(runs.PauseIfRestored(false, At(2)));
+  EXPECT_EQ(runs.PauseOfAll(), (Pause{"", "restored", At(2)}));
+  EXPECT_EQ(runs.Run(waiting)->state, kCancelled);
+  EXPECT_TRUE(runs.Run(running)->cancel);
+  EXPECT_FALSE(runs.PauseIfRestored(false, At(3)));
+  runs.SetPauseOfAll({}, kAnn);
+  EXPECT_FALSE(runs.PauseIfRestored(false, At(4)));
+  EXPECT_EQ(runs.PauseOfAll(), kNothing);
+  EXPECT_TRUE(runs.PauseIfRestored(true, At(5))) << "the same file, in an earlier state";
+}
+
 TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
   const OwnTaskFile file, other;
   SqliteRunStore runs(file.path);
   EXPECT_EQ(runs.ZoneName(), "");
   runs.SetZone("Europe/Paris");
-  runs.SetPauseOfAll(Pause{"ann", "why", At(1)});
+  runs.SetPauseOfAll(Pause{"ann", "why", At(1)}, kAnn);
   EXPECT_EQ(SqliteRunStore(file.path).ZoneName(), "Europe/Paris");
   EXPECT_EQ(SqliteRunStore(file.path).FileId(), runs.FileId());
   EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());

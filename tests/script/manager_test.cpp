@@ -2,6 +2,7 @@
 // crashes, and clocks that are set. Each scene is a script; each line of `runs` is one run of its history.
 #include <gtest/gtest.h>
 #include <plovix/host/auto_task.h>
+#include <plovix/standalone/runs/memory_run_store.h>
 #include <plovix/standalone/script/script_runner.h>
 #include <plovix/standalone/tasks/action_kinds.h>
 
@@ -152,6 +153,16 @@ TEST_F(ScriptManager, RunsWhatIsDueAndDecidesWhatWasMissed) {
        {"1 schedule succeeded due 03-01T08:00 began 03-01T08:00",
         "1 schedule succeeded due 03-02T08:00 began 03-02T08:00",
         "1 schedule succeeded due 03-03T08:00 began 03-03T08:00"}},
+      {"the clock is set back a day: what waits does not wait for that day",
+       "policy 1 retries 1\naction fails 1\nmanager advance 2026-03-02T08:00:00\nstart 1\n"
+       "host now 2026-03-01T08:30:00\nmanager advance 2026-03-01T08:30:01",
+       {"1 schedule succeeded due 03-01T08:00 began 03-01T08:01 attempt 2",
+        "1 schedule succeeded due 03-02T08:00 began 03-02T08:00", "1 manual succeeded began 03-01T08:30"}},
+      {"asleep for two days while it runs",
+       "action takes 600\nmanager advance 2026-03-01T08:00:00\nhost now 2026-03-03T07:00:00\n"
+       "manager advance 2026-03-03T07:10:00",
+       {"1 schedule succeeded due 03-01T08:00 began 03-01T08:00",
+        "1 catch-up succeeded due 03-02T08:00 began 03-03T07:00"}},
       {"paused, then not caught up with",
        "manager advance 2026-03-01T07:30:00\npause all\nmanager advance 2026-03-02T09:00:00\nmanager down 2026-03-03T09:00:00\n"
        "resume all\nmanager advance 2026-03-04T08:00:00",
@@ -159,6 +170,55 @@ TEST_F(ScriptManager, RunsWhatIsDueAndDecidesWhatWasMissed) {
         "1 schedule succeeded due 03-04T08:00 began 03-04T08:00"}},
   };
   for (const Scene& scene : scenes) Check(scene, WithoutOften);
+}
+
+TEST_F(ScriptManager, RunsNothingOfAHeldTask) {
+  Check({"held",
+         "manager advance 2026-03-02T09:00:00\ndryrun 1\nmanager advance 2026-03-02T09:00:01",
+         {"1 schedule missed due 03-01T08:00 to 03-02T08:00 count 2 paused",
+          "1 dry-run succeeded began 03-02T09:00"}},
+        [](TaskRecord& task) {
+          WithoutOften(task);
+          task.held = true;
+        });
+}
+
+// Ann saved the task; a run that was asked for waits.
+TEST_F(ScriptManager, EndsInWordsWhatCannotRun) {
+  const UserRecord admin = FirstAdministrator();
+  const UserRecord ann{.id = "ann", .name = "", .groups = {}, .create_shared = true, .run_programs = true};
+  const struct {
+    std::string words;
+    std::vector<UserRecord> users;
+    const char* kind = "write-log";
+    bool is_deleted = false;
+  } cases[] = {{"", {admin, ann}},
+               {"\"ann\" saved the task, and is no longer a user", {admin}},
+               {"\"fly\"", {admin, ann}, "fly"},
+               {"the task was deleted", {admin, ann}, "write-log", true}};
+  for (const auto& each : cases) {
+    MemoryUsersAndTags tables;
+    tables.SaveUsers(each.users, tables.Users());
+    MemoryStorage storage;
+    MemoryRunStore runs(storage);
+    storage.SetPerson("ann");
+    TaskRecord task = Daily();
+    task.actions.front().kind = each.kind;
+    task = storage.Save(task, std::chrono::local_days{year{2026} / 3 / 1} + hours{7});
+    RunRecord run;
+    run.task = task.id;
+    run.origin = RunOrigin::kManual;
+    runs.Request(run);
+    if (each.is_deleted) storage.Delete(task.id, task.version);
+    std::istringstream in("host now 2026-03-01T07:00:00\nmanager advance 2026-03-01T07:00:01\nhistory\n");
+    std::ostringstream out, err;
+    const ScriptOptions options{
+        .storage = &storage, .texts = TextTable::Ids(), .runs = &runs, .tables = &tables, .user = "admin"};
+    EXPECT_EQ(RunScript(in, out, err, options), 0) << err.str();
+    const Json over = Json::parse(out.str())["history"][0];
+    EXPECT_EQ(over["state"], each.words.empty() ? "succeeded" : "failed");
+    EXPECT_NE(over["reason"].get<std::string>().find(each.words), std::string::npos) << over;
+  }
 }
 
 TEST_F(ScriptManager, LetsOneRunOfATaskWaitForAnother) {

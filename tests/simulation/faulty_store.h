@@ -32,18 +32,32 @@ class FaultyStore final : public RunStore {
   bool MoveCursor(const CursorMove& move) override {
     return Change([&] { return store_.MoveCursor(move); });
   }
-  void SetPolicies(std::int64_t task, const TaskPolicies& policies) override {
-    store_.SetPolicies(task, policies);
+  void SetPolicies(std::int64_t task, const TaskPolicies& policies, const Doer& by) override {
+    store_.SetPolicies(task, policies, by);
   }
-  void SetPause(std::int64_t task, const std::optional<Pause>& pause) override {
-    store_.SetPause(task, pause);
+  void SetPause(std::int64_t task, const std::optional<Pause>& pause, const Doer& by) override {
+    store_.SetPause(task, pause, by);
   }
-  void SetPauseOfAll(const std::optional<Pause>& pause) override { store_.SetPauseOfAll(pause); }
+  void SetPauseOfAll(const std::optional<Pause>& pause, const Doer& by) override {
+    store_.SetPauseOfAll(pause, by);
+  }
+  bool Release(std::int64_t task, std::int64_t version, const Doer& by) override {
+    return store_.Release(task, version, by);
+  }
   std::optional<Pause> PauseOfAll() override { return store_.PauseOfAll(); }
   RunRecord Request(RunRecord run) override { return store_.Request(std::move(run)); }
-  bool Cancel(std::int64_t run, Instant now, const std::string& reason) override {
-    return store_.Cancel(run, now, reason);
+  bool Cancel(std::int64_t run, const std::string& reason, const Doer& by) override {
+    return store_.Cancel(run, reason, by);
   }
+  bool CloseByForce(const RunEnd& end, const Doer& by) override {
+    const bool closed = store_.CloseByForce(end, by);
+    if (closed) listener_.ended(end);
+    return closed;
+  }
+  void BringForward(Instant now, std::chrono::seconds most) override { store_.BringForward(now, most); }
+  bool Trim(std::int64_t most, std::int64_t batch) override { return store_.Trim(most, batch); }
+  void Audit(AuditEntry entry) override { store_.Audit(std::move(entry)); }
+  std::vector<AuditEntry> Audits(const AuditFilter& filter) override { return store_.Audits(filter); }
   Turn EndAndClaim(const std::vector<RunEnd>& ends, std::size_t most, Instant now,
                    std::int64_t manager) override {
     return Change([&] {
@@ -69,8 +83,8 @@ class FaultyStore final : public RunStore {
   bool ClearLedger(const RunRecord& run, bool only_failed) override {
     return Change([&] { return store_.ClearLedger(run, only_failed); });
   }
-  bool Decide(std::int64_t task, const std::string& record, bool done) override {
-    return store_.Decide(task, record, done);
+  bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) override {
+    return store_.Decide(task, record, done, by);
   }
 
  private:

@@ -185,7 +185,8 @@ std::size_t Simulate(TaskStorage& tasks, RunStore& runs, std::uint64_t seed) {
 }
 
 TEST(Simulation, KeepsEveryPromiseInMemory) {
-  const std::uint64_t first = Setting("PLOVIX_SEED", 1), count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR);
+  const std::uint64_t first = Setting("PLOVIX_SEED", 1),
+                      count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR);
   std::size_t claims = 0;
   for (std::uint64_t seed = first; seed < first + count && !HasFailure(); ++seed) {
     MemoryStorage tasks;
@@ -196,7 +197,8 @@ TEST(Simulation, KeepsEveryPromiseInMemory) {
 }
 
 TEST(Simulation, KeepsEveryPromiseInAFile) {
-  const std::uint64_t first = Setting("PLOVIX_SEED", 1), count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR) / 25;
+  const std::uint64_t first = Setting("PLOVIX_SEED", 1),
+                      count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR) / 25;
   for (std::uint64_t seed = first; seed < first + count && !HasFailure(); ++seed) {
     const OwnTaskFile file;
     SqliteStorage tasks(file.path);

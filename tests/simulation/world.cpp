@@ -185,7 +185,7 @@ std::int64_t SimulatedWorld::Save(int every, std::int16_t records, int mode, con
     task.actions.back().settings = {{"text", text}, {"file", "/f"}};
   }
   task = tasks_.Save(task, zone_.WallAt(saved_));
-  runs_.SetPolicies(task.id, policies);
+  runs_.SetPolicies(task.id, policies, {});
   return task.id;
 }
 

@@ -143,6 +143,22 @@ void Fill(const std::string& path) {
   CopyWithLog(folder / "tasks", path);
 }
 
+// The same with a held task 3, and two more runs of task 2 that are over.
+void FillMore(const std::string& path) {
+  const TempFolder folder;
+  Fill(folder / "tasks");
+  TaskRecord held = WholeTask("held");
+  held.held = true;
+  SqliteStorage storage(folder / "tasks");
+  storage.Save(held, kNow);
+  SqliteRunStore runs(folder / "tasks");
+  RunRecord run;
+  run.task = 2;
+  run.origin = RunOrigin::kManual;
+  for (int i = 0; i < 2; ++i) runs.Cancel(runs.Request(run).id, "why", {"ann", kThen});
+  CopyWithLog(folder / "tasks", path);
+}
+
 template <class Object, class Use>
 auto With(const Use& use) {
   return [use](const std::string& path) -> std::function<void()> {
@@ -172,6 +188,10 @@ std::vector<Operation> Operations() {
   const auto plan = [](auto& runs) {
     EXPECT_TRUE(runs.MoveCursor(MoveOf(2, kThen, kThen + std::chrono::hours(1))));
   };
+  const auto cancel = [](auto& runs) { EXPECT_TRUE(runs.Cancel(2, "why", {"ann", kThen})); };
+  const auto trim = [](auto& runs) { EXPECT_TRUE(runs.Trim(1, 9)); };
+  const auto release = [](auto& runs) { EXPECT_TRUE(runs.Release(3, 1, {"ann", kThen})); };
+  const auto restore = [](auto& runs) { EXPECT_TRUE(runs.PauseIfRestored(true, kThen)); };
   const auto read_all = [](SqliteStorage& storage) {
     EXPECT_EQ(storage.List().size(), 2U);
     const auto rows = storage.OpenRows("SELECT Name FROM VeloAutoTasks");
@@ -189,6 +209,10 @@ std::vector<Operation> Operations() {
           {"finish a run", Fill, With<SqliteRunStore>(finish)},
           {"write the ledger", Fill, With<SqliteRunStore>(write)},
           {"move a cursor", Fill, With<SqliteRunStore>(plan)},
+          {"cancel a run", Fill, With<SqliteRunStore>(cancel)},
+          {"trim runs", FillMore, With<SqliteRunStore>(trim)},
+          {"release a task", FillMore, With<SqliteRunStore>(release)},
+          {"pause a restored file", FillMore, With<SqliteRunStore>(restore)},
           {"read tasks", Fill, With<SqliteStorage>(read_all)},
           {"read tags", Fill, With<SqliteUsersAndTags>([](auto& t) { EXPECT_EQ(t.Tags().size(), 1U); })}};
 }

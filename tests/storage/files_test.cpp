@@ -107,6 +107,28 @@ TEST(Files, OfEarlierVersionsKeepTheirTasksAndTakeWhatIsNew) {
   }
 }
 
+TEST(Files, OfVersion4KeepWhatTheirUsersCouldDoAndCountTheirRuns) {
+  const auto [folder, path] = OwnTaskFile();
+  MakeVersion(4, path);
+  for (const char* user : {"'maker', '', 0, '[]', 0, 0, 0, 1, 0", "'sharer', '', 0, '[]', 0, 0, 0, 0, 1",
+                           "'guest', '', 0, '[]', 1, 1, 1, 0, 0"})
+    RunSql(path, std::string("INSERT INTO VeloUsers VALUES (") + user + ")");
+  RunSql(
+      path,
+      "INSERT INTO VeloAutoTaskStates VALUES (1, '', NULL, NULL, 0, 0, 0, 0, 'once', 1, 'skip', 0, 'repeat', "
+      "'last', 0, NULL, NULL, NULL)");
+  for (int run = 0; run < 3; ++run)
+    RunSql(path,
+           "INSERT INTO VeloRuns VALUES (NULL, 1, NULL, 'manual', 'failed', 0, 1, 1, 0, 1, 0, 0, 0, '', '', "
+           "'[]', 0, 0, 0, 0, 0, NULL, NULL, NULL, '')");
+  std::map<std::string, bool> may;
+  for (const UserRecord& user : SqliteUsersAndTags(path).Users()) may[user.id] = user.run_programs;
+  EXPECT_EQ(may, (std::map<std::string, bool>{
+                     {"admin", true}, {"guest", false}, {"maker", true}, {"sharer", true}}));
+  EXPECT_EQ(SqliteRunStore(path).State(1)->runs, 3);
+  EXPECT_EQ(SqliteStorage(path).Load(1)->saved_by, "");
+}
+
 TEST(Files, ThatAreNewAreTheUsersAlone) {
   const auto [folder, path] = OwnTaskFile();
   const mode_t former = umask(0);

@@ -73,14 +73,14 @@ inline void ExpectIntact(const std::string& path) {
 }
 
 // All that a task file holds, through each of its connections; the ledger of the first task.
-using Contents =
-    std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>,
-               std::vector<TaskState>, std::vector<RunRecord>, std::vector<LedgerRow>, std::optional<Pause>>;
+using Contents = std::tuple<std::vector<TaskRecord>, std::vector<UserRecord>, std::vector<TagRecord>,
+                            std::vector<TaskState>, std::vector<RunRecord>, std::vector<LedgerRow>,
+                            std::optional<Pause>, std::vector<AuditEntry>>;
 inline Contents ContentsOf(const std::string& path) {
   SqliteUsersAndTags tables(path);
   SqliteRunStore runs(path);
-  return {SqliteStorage(path).List(), tables.Users(), tables.Tags(),    runs.States(),
-          runs.History(std::nullopt), runs.Ledger(1), runs.PauseOfAll()};
+  return {SqliteStorage(path).List(), tables.Users(), tables.Tags(),     runs.States(),
+          runs.History(std::nullopt), runs.Ledger(1), runs.PauseOfAll(), runs.Audits({})};
 }
 
 // Makes a task file of an earlier version; gives back the one task in it.

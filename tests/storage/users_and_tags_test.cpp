@@ -46,7 +46,8 @@ TEST(UsersAndTags, KeepUsersAndTagsOfAnyText) {
     int flag_number = 0;
     for (bool UserRecord::*const flag :
          {&UserRecord::administrator, &UserRecord::edit_categories, &UserRecord::see_all_categories,
-          &UserRecord::go_on_with_tags, &UserRecord::create_personal, &UserRecord::create_shared}) {
+          &UserRecord::go_on_with_tags, &UserRecord::create_personal, &UserRecord::create_shared,
+          &UserRecord::run_programs}) {
       UserRecord user{.id = "flag" + std::to_string(++flag_number), .name = "", .groups = {}};
       user.*flag = true;
       users[user.id] = user;
