@@ -113,6 +113,14 @@ constexpr std::array kFileSettingsColumns{
     kPauseColumns<FileSettings>[2],
 };
 
+template <auto kMember>
+constexpr auto OfManager = MemberColumn<ManagerRecord, kMember>;
+constexpr std::array kManagerColumns{
+    OfManager<&ManagerRecord::kind>("Kind"),       OfManager<&ManagerRecord::host>("Host"),
+    OfManager<&ManagerRecord::account>("Account"), OfManager<&ManagerRecord::process>("Pid"),
+    OfManager<&ManagerRecord::since>("Since"),
+};
+
 }  // namespace
 
 std::span<const ColumnOf<RunRecord>> RunColumns() {
@@ -129,6 +137,10 @@ std::span<const ColumnOf<LedgerRow>> LedgerColumns() {
 
 std::span<const ColumnOf<FileSettings>> FileSettingsColumns() {
   return kFileSettingsColumns;
+}
+
+std::span<const ColumnOf<ManagerRecord>> ManagerColumns() {
+  return kManagerColumns;
 }
 
 }  // namespace plovix

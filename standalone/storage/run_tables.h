@@ -57,6 +57,10 @@ class RunTables final {
   // Whether ClearLedger would change nothing.
   [[nodiscard]] bool IsCleared(std::int64_t task, bool only_failed);
 
+  [[nodiscard]] std::vector<ManagerRecord> Managers();
+  void Add(const ManagerRecord& manager);
+  void RemoveManager(std::int64_t number);
+
   [[nodiscard]] FileSettings Settings();
   void Put(const FileSettings& settings);
 
@@ -108,6 +112,7 @@ class RunTables final {
   Statement ledger_ = SelectLedger("ORDER BY Record");
   Statement ledger_of_ = SelectLedger("AND Record = ?");
   Statement settings_ = Prepare(SelectColumns("Id", FileSettingsColumns(), "VeloFileSettings"));
+  Statement managers_ = Prepare(SelectColumns("Number", ManagerColumns(), "VeloManagers ORDER BY Number"));
 };
 
 }  // namespace plovix

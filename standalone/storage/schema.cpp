@@ -191,7 +191,18 @@ constexpr std::array kRuns{
        WHERE Kind = 'write-log' AND json_valid(Settings) AND json_type(Settings, '$.text') = 'text')",
 };
 
-constexpr std::array<MigrationStep, 4> kSteps{kTables, kSchedules, kAccounts, kRuns};
+// Managers that take runs, for whoever asks who does. A row without a lock is that of a dead one.
+constexpr std::array kManagers{
+    R"(CREATE TABLE VeloManagers (
+         Number INTEGER PRIMARY KEY,
+         Kind TEXT NOT NULL,
+         Host TEXT NOT NULL,
+         Account TEXT NOT NULL,
+         Pid INTEGER NOT NULL,
+         Since INTEGER NOT NULL))",
+};
+
+constexpr std::array<MigrationStep, 5> kSteps{kTables, kSchedules, kAccounts, kRuns, kManagers};
 
 // Kept, because making them takes longer than the rest of opening a file.
 const std::set<SchemaObject>& ObjectsOf(int version) {

@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 
+#include "manager_record.h"
 #include "task_file.h"
 
 namespace plovix {
@@ -65,6 +66,10 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] Zone ScheduleZone();
   // A number that no manager of this file has had; from 1.
   [[nodiscard]] std::int64_t NewManager();
+  // What stands there of managers; dead ones may be among them.
+  [[nodiscard]] std::vector<ManagerRecord> Managers();
+  // Adds the one, and removes those of the numbers `gone`.
+  void ChangeManagers(const std::optional<ManagerRecord>& added, const std::vector<std::int64_t>& gone);
 
   // Absolute and without links.
   [[nodiscard]] const std::string& Path() const;
