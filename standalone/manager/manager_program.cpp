@@ -9,6 +9,7 @@
 #include <plovix/standalone/storage/manager_lock.h>
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/storage/task_file.h>
+#include <plovix/standalone/text/iso_time.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include "action_launcher.h"
 #include "event_lines.h"
 #include "manager_options.h"
+#include "service_socket.h"
 #include "wake_up.h"
 
 namespace plovix::manager {
@@ -28,6 +30,7 @@ namespace fs = std::filesystem;
 
 constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
+constexpr int kRefused = 3;  // it would be refused again
 // How often it looks whether somebody else has written; asking costs microseconds.
 constexpr std::chrono::milliseconds kGlance{200};
 // After a failure.
@@ -81,13 +84,14 @@ class Program {
       : options_(options),
         tasks_(database),
         runs_(database),
-        lock_(runs_),
+        lock_(runs_, KindOf(options)),
         zone_(runs_.ScheduleZone()),
         records_(data),
         secrets_(SecretsFor(options)),
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},
                    .data_path = data,
                    .output_folder = OutputFolder(database),
+                   .lock_path = lock_.Path(),
                    .zone = zone_.Name(),
                    .secrets = secrets_}),
         ports_{.tasks = tasks_,
@@ -96,26 +100,63 @@ class Program {
                .records = records_,
                .secrets = secrets_,
                .told = [this](const RunRecord& run, const RunEnd* end) { Print(run, end); }},
-        manager_(ports_, zone_, {.number = lock_.Number(), .alive = [this](std::int64_t number) {
-                                   return lock_.IsAlive(number);
-                                 }}) {}
+        manager_(ports_, zone_,
+                 {.number = lock_.Number(),
+                  .alive = [this](std::int64_t number) { return lock_.IsAlive(number); },
+                  .held = [this](std::int64_t run) { return lock_.IsHeld(run); }}),
+        wake_up_(launcher_.Descriptor(), options.while_open) {}
 
   int Run() {
-    WakeUp wake_up(launcher_.Descriptor());
     if (!options_.json) std::cout << "plovix-manager runs the tasks of " << runs_.Path() << std::endl;
-    while (true) {
+    while (wake_up_.Wish() == EndWish::kNone) {
       if (!lock_.StillMine()) {
-        RefuseStart("the file beside the task file that shows who runs its tasks was replaced; start again");
+        throw Failure(
+            failure_number::kFileAccess,
+            "the file beside the task file that shows who runs its tasks was replaced; start again");
       }
       const std::optional<Instant> wake = Step();
       if (options_.once && manager_.Running() == 0) return EXIT_SUCCESS;
-      if (!wake_up.Wait(wake, problem_.empty() ? kGlance : kPause)) break;
+      if (problem_.empty()) service_.TellAlive(StatusUntil(wake));
+      wake_up_.Wait(wake, problem_.empty() ? kGlance : kPause);
     }
-    manager_.Stop(Now());
+    End();
     return EXIT_SUCCESS;
   }
 
  private:
+  static ManagerKind KindOf(const ManagerOptions& options) {
+    if (options.while_open) return ManagerKind::kWindow;
+    return IsService() ? ManagerKind::kService : ManagerKind::kTerminal;
+  }
+
+  [[nodiscard]] std::string StatusUntil(const std::optional<Instant>& wake) const {
+    const std::string next = wake ? IsoDateTime(DateTime{wake->time_since_epoch()}) + "Z" : "when asked";
+    return "running " + std::to_string(manager_.Running()) + ", next " + next;
+  }
+
+  // Whether what runs may go on.
+  [[nodiscard]] bool MayDrain(std::chrono::steady_clock::time_point since) const {
+    const EndWish wish = wake_up_.Wish();
+    const bool in_time = std::chrono::steady_clock::now() - since < options_.drain;
+    return manager_.Running() > 0 && (wish == EndWish::kDrainLong || (wish == EndWish::kDrain && in_time));
+  }
+
+  // What has not come to its end is asked to end, and ended where that does not help; then it waits for the
+  // next manager. A run is given back only when nothing of it lives.
+  void End() {
+    service_.TellEnding();
+    manager_.Drain();
+    (void)FailureOf([this] { lock_.Leave(); });
+    const auto since = std::chrono::steady_clock::now();
+    if (MayDrain(since))
+      std::cerr << "plovix-manager: ends when what runs has ended: " << manager_.Running() << std::endl;
+    for (; MayDrain(since); Step()) wake_up_.Wait({}, kGlance);
+    launcher_.End();
+    for (; !launcher_.IsIdle() && wake_up_.Wish() != EndWish::kKill; Step()) wake_up_.Wait({}, kGlance);
+    launcher_.Kill();
+    manager_.Stop(Now());
+  }
+
   // A full disk or a file that is not there passes: what runs goes on, and the rest is tried again. Told
   // once.
   std::optional<Instant> Step() {
@@ -150,6 +191,8 @@ class Program {
   ActionLauncher launcher_;
   ManagerPorts ports_;
   Manager manager_;
+  WakeUp wake_up_;
+  ServiceSocket service_;
   std::string problem_;  // why the last step failed; empty if it did not
 };
 
@@ -185,8 +228,9 @@ int RunManagerProgram(int argc, char** argv) {
   try {
     return Start(options);
   } catch (const std::exception&) {
-    std::cerr << "plovix-manager: " << CurrentFailure().Description() << "\n";
-    return kFailed;
+    const Failure failure = CurrentFailure();
+    std::cerr << "plovix-manager: " << failure.Description() << "\n";
+    return failure.Number() == failure_number::kPermissionDenied ? kRefused : kFailed;
   }
 }
 

@@ -13,11 +13,12 @@ std::optional<Instant> Manager::Step(Instant now) {
   if (stopped_) return std::nullopt;
   // At first, and after the clock was set back, a cursor can be beyond the next occurrence.
   const bool all = !stepped_ || now < *stepped_;
-  Reap(now);
+  if (!draining_) Reap(now);
   bool more = true;
   for (bool first = true; more; first = false) {
     more = TakeEnds(now);
     EndWhatMust(now);
+    if (draining_) continue;
     if (first && all)
       for (const TaskState& state : ports_.runs.States())
         PlanNow(ports_.tasks, ports_.runs, zone_, state.task, now);
@@ -75,6 +76,7 @@ void Manager::Reap(Instant now) {
     return number == settings_.number || (settings_.alive && settings_.alive(number));
   };
   for (const RunRecord& run : ports_.runs.Orphans(alive)) {
+    if (settings_.held && settings_.held(run.id)) continue;
     const auto state = ports_.runs.State(run.task);
     std::vector<LedgerRow> begun;
     for (const LedgerRow& row : ports_.runs.Ledger(run.task))
@@ -113,7 +115,7 @@ std::optional<Instant> Manager::NextWake(Instant now) {
   const auto consider = [&](const std::optional<Instant>& at) {
     if (at) wake = std::min(wake.value_or(*at), *at);
   };
-  const auto next = ports_.runs.NextWake();
+  const auto next = draining_ ? std::nullopt : ports_.runs.NextWake();
   if (next && *next > now) consider(next);  // what waits for a free place wakes with an end
   for (const auto& [id, execution] : executions_) consider(execution.Deadline());
   return wake;

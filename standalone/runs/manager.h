@@ -18,6 +18,8 @@ class Manager {
     std::size_t most_runs = 16;  // at the same time
     // Whether the manager of that number lives; empty: only this one does.
     std::function<bool(std::int64_t number)> alive = {};
+    // Whether anything that a former manager started for the run may still live; empty: nothing does.
+    std::function<bool(std::int64_t run)> held = {};
   };
   // `ports` outlives the manager.
   Manager(const ManagerPorts& ports, const Zone& zone, Settings settings);
@@ -26,6 +28,8 @@ class Manager {
   // be called again at the latest; to be called earlier when an action has ended or somebody else has
   // written. Fails if the store does; then it can be called again.
   std::optional<Instant> Step(Instant now);
+  // From now on nothing is planned, begun or taken over; what runs goes on.
+  void Drain() noexcept { draining_ = true; }
   // Ends all that runs; the manager does nothing afterwards.
   void Stop(Instant now);
   [[nodiscard]] std::size_t Running() const noexcept { return executions_.size(); }
@@ -46,7 +50,7 @@ class Manager {
   Settings settings_;
   std::map<std::int64_t, Execution> executions_;  // by run
   std::optional<Instant> stepped_;                // at
-  bool stopped_ = false;
+  bool draining_ = false, stopped_ = false;
 };
 
 }  // namespace plovix
