@@ -21,6 +21,7 @@
 #include "event_lines.h"
 #include "manager_options.h"
 #include "service_socket.h"
+#include "service_unit.h"
 #include "wake_up.h"
 
 namespace plovix::manager {
@@ -196,7 +197,21 @@ class Program {
   std::string problem_;  // why the last step failed; empty if it did not
 };
 
+std::string OwnPath() {
+  return fs::read_symlink("/proc/self/exe").string();
+}
+
+int Serve(const ManagerOptions& options) {
+  if (geteuid() == 0) {
+    RefuseStart(
+        "tasks are not to run as root; for another user, and from the start of the machine on, there is the "
+        "system's own unit: systemctl enable --now plovix-manager@USER");
+  }
+  return options.install_service ? InstallService(OwnPath(), options) : RemoveService();
+}
+
 int Start(const ManagerOptions& options) {
+  if (options.install_service || options.remove_service) return Serve(options);
   if (geteuid() == 0 && !options.as_root) {
     RefuseStart(
         "as root, the tasks of this file could do everything on this machine; start it as another user, or with "
