@@ -1,5 +1,5 @@
 # The stand-alone program and the rooms of its host that need Qt or a database.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS DBus Test)
 find_package(SQLite3 3.40 REQUIRED)
 
 plovix_room(standalone/schedule LINKS standalone/tasks LIBRARIES Qt6::Core)
@@ -12,7 +12,10 @@ plovix_room(standalone/manager LINKS standalone/storage standalone/data standalo
 plovix_room(standalone/widgets LINKS surfaces/qt standalone/objects)
 plovix_room(standalone/editors LINKS standalone/widgets standalone/query)
 plovix_room(standalone/query_builder LINKS standalone/widgets standalone/data)
-plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/storage standalone/script standalone/exchange)
+plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/storage standalone/script standalone/exchange
+            LIBRARIES Qt6::DBus)
+qt_wrap_cpp(receivers standalone/app/desktop_notices.h TARGET plovix_standalone_app)
+target_sources(plovix_standalone_app PRIVATE ${receivers})
 target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")
 
 add_executable(plovix standalone/app/main.cpp)

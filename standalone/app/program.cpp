@@ -28,8 +28,10 @@
 #include <system_error>
 
 #include "application.h"
+#include "desktop_notices.h"
 #include "program_host.h"
 #include "program_options.h"
+#include "run_notices.h"
 #include "runner_bar.h"
 #include "screenshots.h"
 #include "task_list_window.h"
@@ -203,6 +205,15 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   });
   TaskListWindow window(host->Parts());
   window.layout()->addWidget(new RunnerBar(texts, RunnerSettings(options)));
+  DesktopNotices notices;
+  notices.OnClick([&window](qint64) {
+    window.raise();
+    window.activateWindow();
+  });
+  const RunNotices run_notices(host->Parts(),
+                               [&notices](std::int64_t task, const auto& title, const auto& text) {
+                                 notices.Show(task, title, text);
+                               });
   window.show();
   return QApplication::exec();
 }

@@ -6,21 +6,22 @@
 #include <plovix/surfaces/qt/plain_text.h>
 #include <unistd.h>
 
+#include <QCheckBox>
 #include <QDateTime>
 #include <QEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
-#include <QSettings>
 #include <QUrl>
 
 #include "app_parts.h"
+#include "user_settings.h"
 
 namespace plovix::app {
 namespace {
 
 QString RootAnswerKey(const std::string& database) {
-  return "asRoot/" + QString::fromLatin1(QUrl::toPercentEncoding(ToQt(database)));
+  return kAsRootSettings + QString::fromLatin1(QUrl::toPercentEncoding(ToQt(database)));
 }
 
 const char* KeyOfKind(ManagerKind kind) {
@@ -45,7 +46,11 @@ RunnerBar::RunnerBar(const TextTable& texts)
   setAccessibleName(ToQt(texts.Host("runner.name")));
   start_->setObjectName("startRunning");
   start_->setAccessibleName(ToQt(texts.Host("runner.startName")));
-  QHBoxLayout* row = NewRow({line_, start_});
+  auto* notify = new QCheckBox(ToQt(texts.Host("notice.switch")));
+  notify->setObjectName("notify");
+  notify->setChecked(UserSettings().value(kNotifySetting, true).toBool());
+  connect(notify, &QCheckBox::clicked, this, [](bool on) { UserSettings().setValue(kNotifySetting, on); });
+  QHBoxLayout* row = NewRow({line_, start_, notify});
   row->setStretch(0, 1);
   row->setContentsMargins({});
   setLayout(row);
@@ -102,7 +107,7 @@ void RunnerBar::showEvent(QShowEvent* event) {
 }
 
 bool RunnerBar::MayAsRoot(bool ask_again) {
-  QSettings settings(QStringLiteral("plovix"), QStringLiteral("plovix"));
+  QSettings settings = UserSettings();
   const QString key = RootAnswerKey(database_);
   if (settings.contains(key) && (!ask_again || settings.value(key).toBool()))
     return settings.value(key).toBool();

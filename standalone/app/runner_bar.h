@@ -1,4 +1,5 @@
-// The line of the list window that says who runs the tasks, with a button for when nobody does.
+// The line of the list window that says who runs the tasks, with a button for when nobody does and
+// a switch for notifications.
 #pragma once
 
 #include <plovix/standalone/text/text_table.h>
