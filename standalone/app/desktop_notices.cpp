@@ -47,12 +47,13 @@ QDBusMessage DesktopNotices::Call(const char* method) {
 void DesktopNotices::Show(qint64 subject, const QString& title, const QString& text) {
   if (!bus_.isConnected()) return;
   if (has_markup_) return Send(subject, title, text);
-  WhenAnswered(this, bus_.asyncCall(Call("GetCapabilities")), [=, this](const QDBusPendingCall& call) {
-    const QDBusPendingReply<QStringList> capabilities = call;
-    if (capabilities.isError()) return;  // nobody shows notifications
-    has_markup_ = capabilities.value().contains(QStringLiteral("body-markup"));
-    Send(subject, title, text);
-  });
+  WhenAnswered(this, bus_.asyncCall(Call("GetCapabilities")),
+               [this, subject, title, text](const QDBusPendingCall& call) {
+                 const QDBusPendingReply<QStringList> capabilities = call;
+                 if (capabilities.isError()) return;  // nobody shows notifications
+                 has_markup_ = capabilities.value().contains(QStringLiteral("body-markup"));
+                 Send(subject, title, text);
+               });
 }
 
 void DesktopNotices::Send(qint64 subject, const QString& title, const QString& text) {

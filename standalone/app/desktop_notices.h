@@ -26,10 +26,8 @@ class DesktopNotices final : public QObject {
   // Called when somebody clicks on one.
   void OnClick(std::function<void(qint64 subject)> clicked) { clicked_ = std::move(clicked); }
 
- private slots:
-  void ActionInvoked(uint id, const QString& action);
-
  private:
+  Q_SLOT void ActionInvoked(uint id, const QString& action);
   [[nodiscard]] static QDBusMessage Call(const char* method);
   void Send(qint64 subject, const QString& title, const QString& text);
 

@@ -21,9 +21,7 @@ bool StepsBackFor(const ManagerRecord& own, const ManagerRecord& other) {
 }  // namespace
 
 WindowManager::WindowManager(Settings settings, std::function<void()> changed)
-    : settings_(std::move(settings)),
-      runs_(settings_.database),
-      wanted_(settings_.starts) {
+    : settings_(std::move(settings)), runs_(settings_.database), wanted_(settings_.starts) {
   glance_.setInterval(kGlanceAtManagers);
   QObject::connect(&glance_, &QTimer::timeout, &glance_, [this] { Look(); });
   glance_.start();

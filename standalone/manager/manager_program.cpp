@@ -34,7 +34,7 @@ constexpr int kWrongInput = 2;
 constexpr int kRefused = 3;  // it would be refused again
 // How often it looks whether somebody else has written; asking costs microseconds.
 constexpr std::chrono::milliseconds kGlance{200};
-// After a failure.
+// After a failure, and before the log of what was written is emptied.
 constexpr std::chrono::milliseconds kPause{1000};
 
 [[noreturn]] void RefuseStart(const std::string& why) {
@@ -108,6 +108,7 @@ class Program {
         wake_up_(launcher_.Descriptor(), options.while_open) {}
 
   int Run() {
+    runs_.OnWritten([this] { written_ = std::chrono::steady_clock::now(); });
     if (!options_.json) std::cout << "plovix-manager runs the tasks of " << runs_.Path() << std::endl;
     while (wake_up_.Wish() == EndWish::kNone) {
       if (!lock_.StillMine()) {
@@ -118,6 +119,7 @@ class Program {
       const std::optional<Instant> wake = Step();
       if (options_.once && manager_.Running() == 0) return EXIT_SUCCESS;
       if (problem_.empty()) service_.TellAlive(StatusUntil(wake));
+      EmptyLogWhenIdle();
       wake_up_.Wait(wake, problem_.empty() ? kGlance : kPause);
     }
     End();
@@ -133,6 +135,12 @@ class Program {
   [[nodiscard]] std::string StatusUntil(const std::optional<Instant>& wake) const {
     const std::string next = wake ? IsoDateTime(DateTime{wake->time_since_epoch()}) + "Z" : "when asked";
     return "running " + std::to_string(manager_.Running()) + ", next " + next;
+  }
+
+  // Keeps a copy of only the task file, as people and backups make it, complete.
+  void EmptyLogWhenIdle() {
+    const bool is_idle = written_ && std::chrono::steady_clock::now() - *written_ >= kPause;
+    if (is_idle && tasks_.EmptyLog()) written_.reset();
   }
 
   // Whether what runs may go on.
@@ -194,7 +202,9 @@ class Program {
   Manager manager_;
   WakeUp wake_up_;
   ServiceSocket service_;
-  std::string problem_;  // why the last step failed; empty if it did not
+  std::optional<std::chrono::steady_clock::time_point> written_ =
+      std::chrono::steady_clock::now();  // last; nothing: the log is empty
+  std::string problem_;                  // why the last step failed; empty if it did not
 };
 
 std::string OwnPath() {
