@@ -5,6 +5,9 @@ if(TARGET plovix)
           COMPONENT program)
   install(FILES ${PROJECT_SOURCE_DIR}/standalone/app/plovix.svg
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT program)
+  install(TARGETS plovix_manager COMPONENT manager)
+  install(FILES ${PROJECT_SOURCE_DIR}/standalone/manager/plovix-manager.service DESTINATION lib/systemd/user COMPONENT manager)
+  install(FILES ${PROJECT_SOURCE_DIR}/standalone/manager/plovix-manager@.service DESTINATION lib/systemd/system COMPONENT manager)
 endif()
 
 set(CPACK_GENERATOR DEB)
@@ -61,6 +64,10 @@ the pages of libplovix as Qt 6 widgets.")
   plovix_package(program NAME plovix SECTION misc
                  TEXT "A list of stored jobs, and the wizard that creates and edits them: what
 records a job processes, when it runs and what it does.")
+  set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS plovix-manager)
+  plovix_package(manager NAME plovix-manager SECTION misc
+                 TEXT "Runs the stored jobs of Plovix when they are due: beside its windows,
+or as a service of a user or of the system. Needs no display.")
 endif()
 include(CPack)
 cpack_add_component(runtime)
@@ -69,4 +76,5 @@ if(PLOVIX_QT)
   cpack_add_component(runtime-qt DEPENDS runtime)
   cpack_add_component(development-qt DEPENDS development runtime-qt)
   cpack_add_component(program)
+  cpack_add_component(manager)
 endif()

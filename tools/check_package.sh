@@ -175,6 +175,18 @@ check_debian_packages() {
     fail "the libraries are not where those of this architecture are"
 }
 
+# check_manager_package DEB SYSTEM: the manager brings no windows, its units are the system's, and it starts.
+check_manager_package() {
+  local deb=$1 system=$2 unit
+  field "$deb" Depends | grep -q libqt6core || fail "the manager's package does not depend on what it uses"
+  field "$deb" Depends | grep -Eq 'libqt6(widgets|gui)' && fail "the manager's package brings windows"
+  for unit in user/plovix-manager.service system/plovix-manager@.service; do
+    grep -qx ExecStart=/usr/bin/plovix-manager "$system/usr/lib/systemd/$unit" || fail "the unit $unit is missing or starts something else"
+  done
+  [[ $("$system/usr/bin/plovix-manager" --version) == plovix-manager\ * ]] || fail "the packaged manager does not start"
+  field "$debs"/plovix_*.deb Recommends | grep -q plovix-manager || fail "the program does not recommend the manager"
+}
+
 # Only the Qt packages bring Qt; Debian's own check accepts all packages; the program starts.
 check_qt_packages() {
   local debs=$outside/debs-release system=$outside/system-release deb
@@ -188,6 +200,7 @@ check_qt_packages() {
   desktop-file-validate "$system/usr/share/applications/plovix.desktop" || return
   python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' \
     "$system/usr/share/icons/hicolor/scalable/apps/plovix.svg" || return
+  check_manager_package "$debs"/plovix-manager_*.deb "$system" || return
   printf 'open\nshow\n' | "$system/usr/bin/plovix" script - | grep -q '"AutoTaskType"\|Plovix.AutoTaskType' ||
     fail "the packaged program does not run"
 }
@@ -216,7 +229,7 @@ check_pkg_config "$outside/plain" || fail "the pkg-config files do not work"
 check_missing_component "$outside/plain"
 check_optional_qt "$outside/release" || fail "a package is not found without its optional component"
 [[ ! $whole ]] || check_debian_packages "$plain" libplovix-dev libplovix1 || fail "the Debian packages without Qt are not as they should be"
-if ! check_debian_packages "$root/build/release" libplovix-dev libplovix-qt-dev libplovix-qt1 libplovix1 plovix ||
+if ! check_debian_packages "$root/build/release" libplovix-dev libplovix-qt-dev libplovix-qt1 libplovix1 plovix-manager plovix ||
   ! check_qt_packages; then
   fail "the Debian packages are not as they should be"
 fi

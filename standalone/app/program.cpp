@@ -16,6 +16,7 @@
 
 #include <QDir>
 #include <QIcon>
+#include <QLayout>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -27,8 +28,11 @@
 #include <system_error>
 
 #include "application.h"
+#include "desktop_notices.h"
 #include "program_host.h"
 #include "program_options.h"
+#include "run_notices.h"
+#include "runner_bar.h"
 #include "screenshots.h"
 #include "task_list_window.h"
 
@@ -169,6 +173,14 @@ void SpeakLanguage(Application& application, const TextTable& texts, QTranslator
   }
 }
 
+// The manager stands beside this program, in a build as installed.
+WindowManager::Settings RunnerSettings(const ProgramOptions& options) {
+  return {.program = FromQt(QDir(QCoreApplication::applicationDirPath()).filePath("plovix-manager")),
+          .database = options.database.value_or(DefaultDatabasePath()),
+          .data = options.data,
+          .starts = !options.no_manager};
+}
+
 int RunWindows(Application& application, const ProgramOptions& options) {
   const TextTable texts = ChosenLanguage(options);
   QTranslator translator;
@@ -192,6 +204,16 @@ int RunWindows(Application& application, const ProgramOptions& options) {
         {failure.Number(), failure.Description(), "Plovix", receiver->metaObject()->className(), where, 0});
   });
   TaskListWindow window(host->Parts());
+  window.layout()->addWidget(new RunnerBar(texts, RunnerSettings(options)));
+  DesktopNotices notices;
+  notices.OnClick([&window](qint64) {
+    window.raise();
+    window.activateWindow();
+  });
+  const RunNotices run_notices(host->Parts(),
+                               [&notices](std::int64_t task, const auto& title, const auto& text) {
+                                 notices.Show(task, title, text);
+                               });
   window.show();
   return QApplication::exec();
 }

@@ -37,6 +37,8 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
       options.*option->value = value();
     } else if (*word == "--help") {
       options.help = true;
+    } else if (*word == "--no-manager") {
+      options.no_manager = true;
     } else if (*word == "--version") {
       options.version = true;
     } else if (*word == "script" && !options.script) {
@@ -52,9 +54,9 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
 
 std::string Usage() {
   return "plovix [--database FILE] [--data FILE.sqlite] [--user ID] [--language CODE|FILE.json]\n"
-         "       [--palette light|dark]\n"
-         "    opens the list of automated tasks; default data: a sample; default user: the first\n"
-         "    administrator\n"
+         "       [--palette light|dark] [--no-manager]\n"
+         "    opens the list of automated tasks, and runs them while nobody else does; default data: a sample;\n"
+         "    default user: the first administrator; --no-manager: runs no tasks by itself\n"
          "plovix script FILE|- [--database FILE] [--data FILE.sqlite] [--user ID]\n"
          "       [--language CODE|FILE.json|ids]\n"
          "    runs a wizard script; prints JSON Lines; without --user everything is allowed\n"

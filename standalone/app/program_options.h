@@ -15,6 +15,7 @@ struct ProgramOptions {
   std::optional<std::string> user;         // id of the user; nothing: the first administrator
   std::optional<std::string> language;     // nothing: the user's locale decides
   std::optional<std::string> palette;      // "light" or "dark"; nothing: the desktop decides
+  bool no_manager = false;                 // does not run tasks by itself
   bool help = false;
   bool version = false;
 };

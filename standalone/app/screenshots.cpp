@@ -17,6 +17,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QLayout>
 #include <QLocale>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -24,6 +25,7 @@
 #include "editor_samples.h"
 #include "import_report_dialog.h"
 #include "qt_dialogs.h"
+#include "runner_bar.h"
 #include "task_list_window.h"
 #include "wizard_window.h"
 
@@ -123,6 +125,9 @@ class Session {
 
   void SaveLists() {
     TaskListWindow empty(parts_);
+    auto* nobody = new RunnerBar(state_.texts);
+    nobody->Show({WhoRuns::Who::kNobody, {}, "/home/anna/tasks: others may write it"});
+    empty.layout()->addWidget(nobody);
     Save(empty, "TaskListEmpty");
     TaskRecord task = SampleTask();
     storage_.Save(task, state_.Now());
@@ -134,6 +139,12 @@ class Session {
     storage_.Save(task, state_.Now());
     TaskListWindow list(parts_);
     list.resize(list.fontMetrics().averageCharWidth() * kListWidth, list.height());
+    auto* runner = new RunnerBar(state_.texts);
+    runner->Show({WhoRuns::Who::kOther,
+                  {1, ManagerKind::kService, "office", "anna", 1,
+                   std::chrono::sys_days{std::chrono::year{2026} / 2 / 1}},
+                  {}});
+    list.layout()->addWidget(runner);
     Save(list, "TaskList");
   }
 

@@ -5,6 +5,7 @@
 #include <plovix/standalone/runner/log_line.h>
 #include <plovix/standalone/runner/output_folder.h>
 #include <plovix/standalone/runner/program_action.h>
+#include <plovix/standalone/storage/manager_lock.h>
 #include <sys/eventfd.h>
 
 #include <algorithm>
@@ -31,8 +32,9 @@ ActionLauncher::ActionLauncher(LauncherSettings settings)
     : settings_(std::move(settings)),
       environment_(runner::FixedEnvironment(settings_.zone)),
       wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      statement_thread_([this](const std::stop_token& stop) { RunStatements(stop); }),
-      launcher_(settings_.holder, [this](const runner::ProgramEnd& end) { ProgramEnded(end); }) {}
+      statement_thread_([this](const std::stop_token& stop) { RunStatements(stop); }) {
+  launcher_.emplace(settings_.holder, [this](const runner::ProgramEnd& end) { ProgramEnded(end); });
+}
 
 ActionLauncher::~ActionLauncher() {
   statement_thread_.request_stop();
@@ -49,6 +51,7 @@ void ActionLauncher::Tell(ActionEnd end) {
 }
 
 void ActionLauncher::Begin(const ActionOrder& order) {
+  if (ending_) return;
   if (order.kind == "run-program") return BeginProgram(order);
   if (order.kind == "run-sql") return BeginStatement(order);
   runner::AppendLogLine(order.file, order.text);
@@ -60,21 +63,25 @@ void ActionLauncher::BeginProgram(const ActionOrder& order) {
       runner::RequestFor(order.action, order.values, settings_.secrets, environment_);
   request.run = order.run;
   request.output_path = settings_.output_folder + "/" + runner::OutputName(order.run);
+  request.lock_path = settings_.lock_path;
+  request.lock_offset = ByteOfRun(order.run);
   {
     const std::scoped_lock lock(mutex_);
     programs_[order.run] = order.epoch;
   }
-  launcher_.Start(std::move(request));
+  launcher_->Start(std::move(request));
 }
 
 void ActionLauncher::ProgramEnded(const runner::ProgramEnd& end) {
   std::int64_t epoch = 0;
   {
     const std::scoped_lock lock(mutex_);
+    stopping_.erase(end.run);
     const auto found = programs_.find(end.run);
-    if (found == programs_.end()) return;  // stopped
-    epoch = found->second;
-    programs_.erase(found);
+    const bool is_wanted = found != programs_.end() && end.stopped != runner::StopReason::kDrained;
+    if (is_wanted) epoch = found->second;
+    programs_.erase(end.run);
+    if (!is_wanted) return;
   }
   Tell({end.run, epoch, FailureOfProgram(end)});
 }
@@ -89,6 +96,12 @@ void ActionLauncher::BeginStatement(const ActionOrder& order) {
   more_.notify_one();
 }
 
+// A stopped run has taken its statement away.
+bool ActionLauncher::IsFirst(const ActionOrder& order) const {
+  return !statements_.empty() && statements_.front().run == order.run &&
+         statements_.front().epoch == order.epoch;
+}
+
 void ActionLauncher::RunStatements(const std::stop_token& stop) {
   std::unique_ptr<DataChanges> changes;
   std::unique_lock lock(mutex_);
@@ -101,17 +114,15 @@ void ActionLauncher::RunStatements(const std::stop_token& stop) {
       lock.lock();
       changes->Resume();
       changes_ = changes.get();
+      const bool is_wanted = IsFirst(order);
       lock.unlock();
-      changes->Run(order.statement, order.parameters);
+      if (is_wanted) changes->Run(order.statement, order.parameters);
     } catch (const std::exception&) {
       failure = CurrentFailure().Description();
     }
     if (!lock.owns_lock()) lock.lock();
     changes_ = nullptr;
-    // A stopped run has taken its statement away.
-    const bool wanted = !statements_.empty() && statements_.front().run == order.run &&
-                        statements_.front().epoch == order.epoch;
-    if (!wanted) continue;
+    if (!IsFirst(order)) continue;
     statements_.pop_front();
     ended_.push_back({order.run, order.epoch, failure});
     eventfd_write(wake_.Get(), 1);
@@ -128,13 +139,31 @@ std::vector<ActionEnd> ActionLauncher::Ended(Instant /*now*/) {
 void ActionLauncher::Stop(std::int64_t run) {
   {
     const std::scoped_lock lock(mutex_);
-    programs_.erase(run);
+    if (programs_.erase(run) > 0) stopping_.insert(run);
     std::erase_if(ended_, [run](const ActionEnd& end) { return end.run == run; });
     const bool runs_now = !statements_.empty() && statements_.front().run == run;
     if (runs_now && changes_ != nullptr) changes_->Interrupt();
     std::erase_if(statements_, [run](const ActionOrder& order) { return order.run == run; });
   }
-  launcher_.Stop(run, runner::StopReason::kCancelled);
+  if (launcher_) launcher_->Stop(run, runner::StopReason::kCancelled);
+}
+
+void ActionLauncher::End() {
+  ending_ = true;
+  const std::scoped_lock lock(mutex_);
+  for (const auto& [run, epoch] : programs_) launcher_->Stop(run, runner::StopReason::kDrained);
+  statements_.clear();
+  if (changes_ != nullptr) changes_->Interrupt();
+}
+
+bool ActionLauncher::IsIdle() {
+  const std::scoped_lock lock(mutex_);
+  return programs_.empty() && stopping_.empty() && changes_ == nullptr;
+}
+
+void ActionLauncher::Kill() {
+  End();
+  launcher_.reset();
 }
 
 }  // namespace plovix::manager

@@ -10,6 +10,8 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <thread>
@@ -24,6 +26,7 @@ struct LauncherSettings {
   std::vector<std::string> holder;  // the command that holds a program
   std::string data_path;            // of the data file; empty: there is none
   std::string output_folder;        // exists; gets a file for each program
+  std::string lock_path;            // of the file in which a program's holder locks the run's byte
   std::string zone;                 // of the schedules, for programs
   Secrets secrets;
 };
@@ -40,6 +43,14 @@ class ActionLauncher final : public Launcher {
   [[nodiscard]] std::vector<ActionEnd> Ended(Instant now) override;
   void Stop(std::int64_t run) override;
 
+  // From now on nothing begins, and what runs is asked to end, with the usual patience. What ended because of
+  // that is not told.
+  void End();
+  // Whether nothing runs any more, not even what was stopped.
+  [[nodiscard]] bool IsIdle();
+  // Ends at once what still runs, and returns when it is gone; nothing begins any more.
+  void Kill();
+
   // Readable when an action has ended.
   [[nodiscard]] int Descriptor() const noexcept { return wake_.Get(); }
 
@@ -48,6 +59,8 @@ class ActionLauncher final : public Launcher {
   void BeginStatement(const ActionOrder& order);
   void ProgramEnded(const runner::ProgramEnd& end);
   void RunStatements(const std::stop_token& stop);
+  // Whether it is the one to run, and was not stopped. With the mutex.
+  [[nodiscard]] bool IsFirst(const ActionOrder& order) const;
   void Tell(ActionEnd end);
 
   LauncherSettings settings_;
@@ -56,11 +69,13 @@ class ActionLauncher final : public Launcher {
   std::mutex mutex_;  // guards what follows
   std::vector<ActionEnd> ended_;
   std::map<std::int64_t, std::int64_t> programs_;  // epochs by run
-  std::deque<ActionOrder> statements_;             // the first one runs
-  DataChanges* changes_ = nullptr;                 // while the thread has the file open
+  std::set<std::int64_t> stopping_;                // runs whose programs were stopped and have not ended yet
+  bool ending_ = false;
+  std::deque<ActionOrder> statements_;  // the first one runs
+  DataChanges* changes_ = nullptr;      // while the thread has the file open
   std::condition_variable_any more_;
   std::jthread statement_thread_;
-  runner::Launcher launcher_;  // after what its thread uses
+  std::optional<runner::Launcher> launcher_;  // after what its thread uses
 };
 
 }  // namespace manager

@@ -12,6 +12,7 @@
 #include <plovix/standalone/storage/sqlite_storage.h>
 #include <plovix/standalone/storage/sqlite_users_and_tags.h>
 #include <plovix/standalone/storage/task_file.h>
+#include <plovix/standalone/text/iso_time.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +27,8 @@
 #include "data_guard.h"
 #include "event_lines.h"
 #include "manager_options.h"
+#include "service_socket.h"
+#include "service_unit.h"
 #include "wake_up.h"
 
 namespace plovix::manager {
@@ -35,11 +38,12 @@ namespace fs = std::filesystem;
 
 constexpr int kFailed = 1;
 constexpr int kWrongInput = 2;
+constexpr int kRefused = 3;  // it would be refused again
 // How often it looks whether somebody else has written; asking costs microseconds.
 constexpr std::chrono::milliseconds kGlance{200};
 // Between two looks at the size of the folder of outputs.
 constexpr std::chrono::minutes kTrimPause{1};
-// After a failure.
+// After a failure, and before the log of what was written is emptied.
 constexpr std::chrono::milliseconds kPause{1000};
 
 [[noreturn]] void RefuseStart(const std::string& why) {
@@ -91,7 +95,7 @@ class Program {
         tasks_(database),
         runs_(database),
         users_(database),
-        lock_(runs_),
+        lock_(runs_, KindOf(options)),
         data_guard_(runs_, data, options.accept_data),
         output_folder_(OutputFolder(database)),
         zone_(runs_.ScheduleZone()),
@@ -100,6 +104,7 @@ class Program {
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},
                    .data_path = data,
                    .output_folder = output_folder_,
+                   .lock_path = lock_.Path(),
                    .zone = zone_.Name(),
                    .secrets = secrets_}),
         ports_{.tasks = tasks_,
@@ -109,12 +114,14 @@ class Program {
                .secrets = secrets_,
                .refusal = [this](const TaskRecord& task, const RunRecord& run) { return Refusal(task, run); },
                .told = [this](const RunRecord& run, const RunEnd* end) { Print(run, end); }},
-        manager_(ports_, zone_, {.number = lock_.Number(), .alive = [this](std::int64_t number) {
-                                   return lock_.IsAlive(number);
-                                 }}) {}
+        manager_(ports_, zone_,
+                 {.number = lock_.Number(),
+                  .alive = [this](std::int64_t number) { return lock_.IsAlive(number); },
+                  .held = [this](std::int64_t run) { return lock_.IsHeld(run); }}),
+        wake_up_(launcher_.Descriptor(), options.while_open) {}
 
   int Run() {
-    WakeUp wake_up(launcher_.Descriptor());
+    runs_.OnWritten([this] { written_ = std::chrono::steady_clock::now(); });
     if (runs_.PauseIfRestored(lock_.SawRestored(), Now())) {
       std::cerr << "plovix-manager: " << runs_.Path()
                 << " was copied or restored since its tasks were last run, so everything in it is paused; "
@@ -122,19 +129,62 @@ class Program {
                 << std::endl;
     }
     if (!options_.json) std::cout << "plovix-manager runs the tasks of " << runs_.Path() << std::endl;
-    while (true) {
+    while (wake_up_.Wish() == EndWish::kNone) {
       if (!lock_.StillMine()) {
-        RefuseStart("the file beside the task file that shows who runs its tasks was replaced; start again");
+        throw Failure(
+            failure_number::kFileAccess,
+            "the file beside the task file that shows who runs its tasks was replaced; start again");
       }
       const std::optional<Instant> wake = Step();
       if (options_.once && manager_.Running() == 0) return EXIT_SUCCESS;
-      if (!wake_up.Wait(wake, problem_.empty() ? kGlance : kPause)) break;
+      if (problem_.empty()) service_.TellAlive(StatusUntil(wake));
+      EmptyLogWhenIdle();
+      wake_up_.Wait(wake, problem_.empty() ? kGlance : kPause);
     }
-    manager_.Stop(Now());
+    End();
     return EXIT_SUCCESS;
   }
 
  private:
+  static ManagerKind KindOf(const ManagerOptions& options) {
+    if (options.while_open) return ManagerKind::kWindow;
+    return IsService() ? ManagerKind::kService : ManagerKind::kTerminal;
+  }
+
+  [[nodiscard]] std::string StatusUntil(const std::optional<Instant>& wake) const {
+    const std::string next = wake ? IsoDateTime(DateTime{wake->time_since_epoch()}) + "Z" : "when asked";
+    return "running " + std::to_string(manager_.Running()) + ", next " + next;
+  }
+
+  // Keeps a copy of only the task file, as people and backups make it, complete.
+  void EmptyLogWhenIdle() {
+    const bool is_idle = written_ && std::chrono::steady_clock::now() - *written_ >= kPause;
+    if (is_idle && tasks_.EmptyLog()) written_.reset();
+  }
+
+  // Whether what runs may go on.
+  [[nodiscard]] bool MayDrain(std::chrono::steady_clock::time_point since) const {
+    const EndWish wish = wake_up_.Wish();
+    const bool in_time = std::chrono::steady_clock::now() - since < options_.drain;
+    return manager_.Running() > 0 && (wish == EndWish::kDrainLong || (wish == EndWish::kDrain && in_time));
+  }
+
+  // What has not come to its end is asked to end, and ended where that does not help; then it waits for the
+  // next manager. A run is given back only when nothing of it lives.
+  void End() {
+    service_.TellEnding();
+    manager_.Drain();
+    (void)FailureOf([this] { lock_.Leave(); });
+    const auto since = std::chrono::steady_clock::now();
+    if (MayDrain(since))
+      std::cerr << "plovix-manager: ends when what runs has ended: " << manager_.Running() << std::endl;
+    for (; MayDrain(since); Step()) wake_up_.Wait({}, kGlance);
+    launcher_.End();
+    for (; !launcher_.IsIdle() && wake_up_.Wish() != EndWish::kKill; Step()) wake_up_.Wait({}, kGlance);
+    launcher_.Kill();
+    manager_.Stop(Now());
+  }
+
   // A full disk or a file that is not there passes: what runs goes on, and the rest is tried again. Told
   // once.
   std::optional<Instant> Step() {
@@ -192,13 +242,31 @@ class Program {
   ActionLauncher launcher_;
   ManagerPorts ports_;
   Manager manager_;
-  std::string problem_;  // why the last step failed; empty if it did not
+  WakeUp wake_up_;
+  ServiceSocket service_;
+  std::optional<std::chrono::steady_clock::time_point> written_ =
+      std::chrono::steady_clock::now();  // last; nothing: the log is empty
+  std::string problem_;                  // why the last step failed; empty if it did not
   std::chrono::steady_clock::time_point trim_at_{};
   std::atomic<bool> trimming_ = false;
   std::jthread trimmer_;  // last: it uses what is above
 };
 
+std::string OwnPath() {
+  return fs::read_symlink("/proc/self/exe").string();
+}
+
+int Serve(const ManagerOptions& options) {
+  if (geteuid() == 0) {
+    RefuseStart(
+        "tasks are not to run as root; for another user, and from the start of the machine on, there is the "
+        "system's own unit: systemctl enable --now plovix-manager@USER");
+  }
+  return options.install_service ? InstallService(OwnPath(), options) : RemoveService();
+}
+
 int Start(const ManagerOptions& options) {
+  if (options.install_service || options.remove_service) return Serve(options);
   if (geteuid() == 0 && !options.as_root) {
     RefuseStart(
         "as root, the tasks of this file could do everything on this machine; start it as another user, or with "
@@ -230,8 +298,9 @@ int RunManagerProgram(int argc, char** argv) {
   try {
     return Start(options);
   } catch (const std::exception&) {
-    std::cerr << "plovix-manager: " << CurrentFailure().Description() << "\n";
-    return kFailed;
+    const Failure failure = CurrentFailure();
+    std::cerr << "plovix-manager: " << failure.Description() << "\n";
+    return failure.Number() == failure_number::kPermissionDenied ? kRefused : kFailed;
   }
 }
 

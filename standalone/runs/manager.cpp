@@ -12,23 +12,23 @@ Manager::Manager(const ManagerPorts& ports, const Zone& zone, Settings settings)
 std::optional<Instant> Manager::Step(Instant now) {
   if (stopped_) return std::nullopt;
   // What was put off before the clock was set back does not wait for its time to come again.
-  if (!stepped_ || now < *stepped_) ports_.runs.BringForward(now, kLongestDelay);
+  if (!draining_ && (!stepped_ || now < *stepped_)) ports_.runs.BringForward(now, kLongestDelay);
   bool claimed = false;
   for (bool more = true; more;) {
     const auto own = LookAtRunning(now);
     TakeEnds(now);
     EndWhatMust(own, now);
     // What comes due has to find the runs ended that are over.
-    if (const auto tasks = ToPlan(now); !tasks.empty()) {
+    if (const auto tasks = draining_ ? std::vector<std::int64_t>() : ToPlan(now); !tasks.empty()) {
       EndAndClaim(0, now);
       Plan(tasks, now);
     }
-    more = EndAndClaim(settings_.most_runs, now);
+    more = EndAndClaim(draining_ ? 0 : settings_.most_runs, now);
     claimed = claimed || more;
   }
   stepped_ = now;
   const auto wake = NextWake(now);
-  if (claimed || !ports_.runs.Trim(kMostRunsOfTask, kTrimmedAtOnce)) return wake;
+  if (draining_ || claimed || !ports_.runs.Trim(kMostRunsOfTask, kTrimmedAtOnce)) return wake;
   return std::min(wake.value_or(Instant::max()), now + std::chrono::seconds{1});
 }
 
@@ -64,7 +64,8 @@ std::map<std::int64_t, RunRecord> Manager::LookAtRunning(Instant now) {
   for (RunRecord& run : ports_.runs.UnderWay()) {
     const bool mine = run.manager == settings_.number;
     const bool alive = mine ? places_.contains(run.id) : settings_.alive && settings_.alive(run.manager);
-    if (!alive) Reap(run, now);
+    const bool held = settings_.held && settings_.held(run.id);
+    if (!alive && !held && !draining_) Reap(run, now);
     if (mine && alive) own.emplace(run.id, std::move(run));
   }
   for (auto at = places_.begin(); at != places_.end();) {
@@ -145,7 +146,7 @@ std::optional<Instant> Manager::NextWake(Instant now) {
   const auto consider = [&](const std::optional<Instant>& at) {
     if (at) wake = std::min(wake.value_or(*at), *at);
   };
-  const auto next = ports_.runs.NextWake();
+  const auto next = draining_ ? std::nullopt : ports_.runs.NextWake();
   if (next && *next > now) consider(next);  // what waits for a free place wakes with an end
   for (const auto& [id, place] : places_) consider(place.execution.Deadline());
   return wake;

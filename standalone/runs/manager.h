@@ -18,6 +18,8 @@ class Manager {
     std::size_t most_runs = 16;  // at the same time
     // Whether the manager of that number lives; empty: only this one does.
     std::function<bool(std::int64_t number)> alive = {};
+    // Whether anything that a former manager started for the run may still live; empty: nothing does.
+    std::function<bool(std::int64_t run)> held = {};
   };
   // `ports` outlives the manager.
   Manager(const ManagerPorts& ports, const Zone& zone, Settings settings);
@@ -26,6 +28,8 @@ class Manager {
   // be called again at the latest; to be called earlier when an action has ended or somebody else has
   // written. Fails if the store does; then it can be called again, and goes on where it was.
   std::optional<Instant> Step(Instant now);
+  // From now on nothing is planned, begun or taken over; what runs goes on.
+  void Drain() noexcept { draining_ = true; }
   // Ends all that runs; the manager does nothing afterwards. After a failure it can be called again.
   void Stop(Instant now);
   [[nodiscard]] std::size_t Running() const noexcept { return places_.size(); }
@@ -55,7 +59,7 @@ class Manager {
   Places places_;
   std::vector<ActionEnd> action_ends_;  // that the launcher told, oldest first
   std::optional<Instant> stepped_;      // at
-  bool stopped_ = false;
+  bool draining_ = false, stopped_ = false;
 };
 
 }  // namespace plovix

@@ -12,6 +12,7 @@
 #include <type_traits>
 
 #include "columns.h"
+#include "manager_record.h"
 #include "settings_column.h"
 #include "text_list_column.h"
 
@@ -52,6 +53,8 @@ template <>
 inline constexpr auto kStoredNames<InterruptedPolicy> = kInterruptedPolicyNames;
 template <>
 inline constexpr auto kStoredNames<ShortMonth> = kShortMonthNames;
+template <>
+inline constexpr auto kStoredNames<ManagerKind> = kManagerKindNames;
 
 struct ToFile {
   Statement& statement;

@@ -123,6 +123,14 @@ constexpr std::array kFileSettingsColumns{
     OfFile<&FileSettings::data>("Data"),
 };
 
+template <auto kMember>
+constexpr auto OfManager = MemberColumn<ManagerRecord, kMember>;
+constexpr std::array kManagerColumns{
+    OfManager<&ManagerRecord::kind>("Kind"),       OfManager<&ManagerRecord::host>("Host"),
+    OfManager<&ManagerRecord::account>("Account"), OfManager<&ManagerRecord::process>("Pid"),
+    OfManager<&ManagerRecord::since>("Since"),
+};
+
 }  // namespace
 
 std::span<const ColumnOf<RunRecord>> RunColumns() {
@@ -143,6 +151,10 @@ std::span<const ColumnOf<AuditEntry>> AuditColumns() {
 
 std::span<const ColumnOf<FileSettings>> FileSettingsColumns() {
   return kFileSettingsColumns;
+}
+
+std::span<const ColumnOf<ManagerRecord>> ManagerColumns() {
+  return kManagerColumns;
 }
 
 }  // namespace plovix

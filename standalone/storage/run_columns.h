@@ -7,6 +7,7 @@
 #include <span>
 
 #include "columns.h"
+#include "manager_record.h"
 
 namespace plovix {
 
@@ -31,5 +32,7 @@ struct FileSettings {
 [[nodiscard]] std::span<const ColumnOf<AuditEntry>> AuditColumns();
 // Of the only row of VeloFileSettings: all except Id.
 [[nodiscard]] std::span<const ColumnOf<FileSettings>> FileSettingsColumns();
+// Of VeloManagers: all except Number.
+[[nodiscard]] std::span<const ColumnOf<ManagerRecord>> ManagerColumns();
 
 }  // namespace plovix

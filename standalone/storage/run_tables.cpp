@@ -317,6 +317,30 @@ std::vector<AuditEntry> RunTables::Audits(const AuditFilter& filter) {
   return found;
 }
 
+std::vector<ManagerRecord> RunTables::Managers() {
+  std::vector<ManagerRecord> managers;
+  managers_.ForEachRow([&](const Statement& row) {
+    ManagerRecord& manager = managers.emplace_back();
+    manager.number = row.Integer(0);
+    CheckReadable(ReadColumns(manager, ManagerColumns(), row, 1),
+                  "the row of manager " + std::to_string(manager.number));
+  });
+  return managers;
+}
+
+void RunTables::Add(const ManagerRecord& manager) {
+  Statement add = Prepare(InsertColumns("REPLACE INTO VeloManagers", "Number", "?", ManagerColumns()));
+  add.BindInteger(0, manager.number);
+  BindColumns(add, 1, ManagerColumns(), manager);
+  add.Run();
+}
+
+void RunTables::RemoveManager(std::int64_t number) {
+  Statement remove = Prepare("DELETE FROM VeloManagers WHERE Number = ?");
+  remove.BindInteger(0, number);
+  remove.Run();
+}
+
 FileSettings RunTables::Settings() {
   FileSettings settings;
   bool found = false;

@@ -74,6 +74,10 @@ class RunTables final {
   std::int64_t Add(const AuditEntry& entry);
   [[nodiscard]] std::vector<AuditEntry> Audits(const AuditFilter& filter);
 
+  [[nodiscard]] std::vector<ManagerRecord> Managers();
+  void Add(const ManagerRecord& manager);
+  void RemoveManager(std::int64_t number);
+
   [[nodiscard]] FileSettings Settings();
   void Put(const FileSettings& settings);
 
@@ -129,6 +133,7 @@ class RunTables final {
   Statement leave_in_doubt_ = Prepare(
       "UPDATE VeloLedger SET State = 'in-doubt', Reason = ? WHERE TaskId = ? AND RunId = ? AND State = 'begun'");
   Statement settings_ = Prepare(SelectColumns("Id", FileSettingsColumns(), "VeloFileSettings"));
+  Statement managers_ = Prepare(SelectColumns("Number", ManagerColumns(), "VeloManagers ORDER BY Number"));
 };
 
 }  // namespace plovix

@@ -192,7 +192,8 @@ constexpr std::array kRuns{
 };
 
 // Who could create tasks could make them run programs. VeloAudit says what people did; Deed is a fixed word.
-// The indexes find tasks that were planned later than the clock shows, and records that a run has begun.
+// VeloManagers lists those that take runs; a row without a lock is that of a dead one. The indexes find tasks
+// that were planned later than the clock shows, and records that a run has begun.
 constexpr std::array kRights{
     "ALTER TABLE VeloUsers ADD COLUMN RunPrograms INTEGER NOT NULL DEFAULT 0",
     "UPDATE VeloUsers SET RunPrograms = 1 WHERE Administrator OR CreatePersonal OR CreateShared",
@@ -211,6 +212,13 @@ constexpr std::array kRights{
     "WHERE r.TaskId = VeloAutoTaskStates.TaskId)",
     "ALTER TABLE VeloFileSettings ADD COLUMN RanOn TEXT NOT NULL DEFAULT ''",
     "ALTER TABLE VeloFileSettings ADD COLUMN Data TEXT NOT NULL DEFAULT ''",
+    R"(CREATE TABLE VeloManagers (
+         Number INTEGER PRIMARY KEY,
+         Kind TEXT NOT NULL,
+         Host TEXT NOT NULL,
+         Account TEXT NOT NULL,
+         Pid INTEGER NOT NULL,
+         Since INTEGER NOT NULL))",
     "CREATE INDEX VeloLedgerBegun ON VeloLedger (TaskId, RunId) WHERE State = 'begun'",
     "CREATE INDEX VeloAutoTaskStatesPlanned ON VeloAutoTaskStates (Planned) WHERE Planned IS NOT NULL",
     "CREATE INDEX VeloAutoTaskStatesFull ON VeloAutoTaskStates (TaskId) WHERE Runs > 1000",

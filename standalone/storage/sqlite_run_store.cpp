@@ -355,6 +355,26 @@ std::vector<AuditEntry> SqliteRunStore::Audits(const AuditFilter& filter) {
   return tables_->Audits(filter);
 }
 
+std::vector<ManagerRecord> SqliteRunStore::Managers() {
+  return tables_->Managers();
+}
+
+void SqliteRunStore::ChangeManagers(const std::optional<ManagerRecord>& added,
+                                    const std::vector<std::int64_t>& gone) {
+  const auto body = [&] {
+    for (const std::int64_t number : gone) tables_->RemoveManager(number);
+    if (added) tables_->Add(*added);
+    return true;
+  };
+  Change(body, [&] {
+    const auto stored = tables_->Managers();
+    return (!added || std::ranges::find(stored, *added) != stored.end()) &&
+           std::ranges::none_of(gone, [&](std::int64_t number) {
+             return std::ranges::find(stored, number, &ManagerRecord::number) != stored.end();
+           });
+  });
+}
+
 const std::string& SqliteRunStore::Path() const {
   return tables_->File().Path();
 }

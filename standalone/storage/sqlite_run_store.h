@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 
+#include "manager_record.h"
 #include "task_file.h"
 
 namespace plovix {
@@ -83,6 +84,10 @@ class SqliteRunStore final : public RunStore {
   // What the data are that the tasks are run on, as the manager that set it names them; empty: none so far.
   [[nodiscard]] std::string DataIdentity();
   void SetDataIdentity(const std::string& identity);
+  // What stands there of managers; dead ones may be among them.
+  [[nodiscard]] std::vector<ManagerRecord> Managers();
+  // Adds the one, and removes those of the numbers `gone`.
+  void ChangeManagers(const std::optional<ManagerRecord>& added, const std::vector<std::int64_t>& gone);
 
   // Absolute and without links.
   [[nodiscard]] const std::string& Path() const;

@@ -215,11 +215,20 @@ TEST(Processes, ThatManageRunOneRunOfATaskAtATimeAndAreDeadOnceTheyAreKilled) {
     for (std::string line; (line = process->Line()) != "\n" && !line.empty();)
       EXPECT_TRUE(done.insert(line).second) << line;
     for (const std::int64_t each : managers) EXPECT_TRUE(lock.IsAlive(each));
+    EXPECT_EQ(LivingManagers(runs).back().process, processes.back()->processId());
     process->kill();
     EXPECT_TRUE(process->Ends());
     EXPECT_FALSE(lock.IsAlive(number));
     managers.erase(number);
   }
+  const auto known = [&runs] { return std::pair(LivingManagers(runs).size(), runs.Managers().size()); };
+  EXPECT_EQ(known().first, 1U);
+  {
+    const ManagerLock another(runs, ManagerKind::kService);
+    EXPECT_EQ(known(), std::pair(2UL, 2UL));
+    EXPECT_EQ(LivingManagers(runs).back().kind, ManagerKind::kService);
+  }
+  EXPECT_EQ(known(), std::pair(1UL, 1UL));
   EXPECT_EQ(done, waiting);
   ExpectIntact(path);
 }

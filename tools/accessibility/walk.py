@@ -295,7 +295,7 @@ def main(program, language="en"):
     database = ["--database", str(home / "tasks.sqlite")]
     subprocess.run([program, "script", str(HERE / "tasks.txt"), *database], check=True, stdout=subprocess.DEVNULL)
     texts = json.loads((HERE.parents[1] / "languages" / f"{language}.json").read_text(encoding="utf-8"))
-    walk = Walk(Program([program, "--language", language, *database], home), texts, home)
+    walk = Walk(Program([program, "--no-manager", "--language", language, *database], home), texts, home)
     print(f"{'window':50} {'elements':>8} {'usable':>6} {'stops':>5} {'findings':>8} {'seconds':>7}")
     try:
         walk.everywhere()
