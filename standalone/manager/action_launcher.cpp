@@ -3,6 +3,7 @@
 #include <plovix/base/failure.h>
 #include <plovix/standalone/data/data_changes.h>
 #include <plovix/standalone/runner/log_line.h>
+#include <plovix/standalone/runner/output_file.h>
 #include <plovix/standalone/runner/program_action.h>
 #include <sys/eventfd.h>
 
@@ -58,7 +59,7 @@ void ActionLauncher::BeginProgram(const ActionOrder& order) {
   runner::ProgramRequest request =
       runner::RequestFor(order.action, order.values, settings_.secrets, environment_);
   request.run = order.run;
-  request.output_path = settings_.output_folder + "/run-" + std::to_string(order.run) + ".log";
+  request.output_path = runner::OutputPath(settings_.output_folder, order.run);
   {
     const std::scoped_lock lock(mutex_);
     programs_[order.run] = order.epoch;

@@ -4,6 +4,7 @@
 #include <plovix/standalone/data/file_records.h>
 #include <plovix/standalone/data/sample_database.h>
 #include <plovix/standalone/runner/holder.h>
+#include <plovix/standalone/runner/output_file.h>
 #include <plovix/standalone/runner/secrets_file.h>
 #include <plovix/standalone/runs/manager.h>
 #include <plovix/standalone/storage/manager_lock.h>
@@ -57,15 +58,15 @@ void CheckPlace(const std::string& file) {
   CheckOwned(real.parent_path());
 }
 
-std::string OutputFolder(const std::string& database) {
+std::string MakeOutputFolder(const std::string& database) {
   std::error_code error;
-  const fs::path folder = fs::weakly_canonical(database, error).string() + "-logs";
+  const fs::path folder = runner::OutputFolder(database);
   fs::create_directories(folder, error);
   fs::permissions(folder, fs::perms::owner_all, error);
   if (error)
     RefuseStart(folder.string() + ": the folder for what programs write cannot be made: " + error.message());
   CheckOwned(folder);
-  return folder;
+  return folder.string();
 }
 
 Secrets SecretsFor(const ManagerOptions& options) {
@@ -87,7 +88,7 @@ class Program {
         secrets_(SecretsFor(options)),
         launcher_({.holder = {fs::read_symlink("/proc/self/exe").string(), runner::kHoldWord},
                    .data_path = data,
-                   .output_folder = OutputFolder(database),
+                   .output_folder = MakeOutputFolder(database),
                    .zone = zone_.Name(),
                    .secrets = secrets_}),
         ports_{.tasks = tasks_,

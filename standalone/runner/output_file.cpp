@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace plovix::runner {
 namespace {
@@ -14,6 +15,15 @@ namespace {
 }
 
 }  // namespace
+
+std::string OutputFolder(const std::string& task_file) {
+  std::error_code error;
+  return std::filesystem::weakly_canonical(task_file, error).string() + "-logs";
+}
+
+std::string OutputPath(const std::string& folder, std::int64_t run) {
+  return folder + "/run-" + std::to_string(run) + ".log";
+}
 
 OutputFile::OutputFile(const std::string& path) {
   constexpr int kHow = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;

@@ -1,5 +1,5 @@
-// The file that keeps what a program writes: its beginning and its end, whatever the length. Used by the
-// holder.
+// The file that keeps what a program writes: its beginning and its end, whatever the length, and where it is
+// found. Written by the holder, read by the windows.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +12,11 @@ namespace plovix::runner {
 
 inline constexpr std::size_t kFirstOutput = std::size_t{64} * 1024;   // bytes that are kept
 inline constexpr std::size_t kLastOutput = std::size_t{1024} * 1024;  // bytes that are kept
+
+// The folder of the files of all runs, beside the task file; it need not exist.
+[[nodiscard]] std::string OutputFolder(const std::string& task_file);
+// The file of a run in that folder: what the program that it ran last has written.
+[[nodiscard]] std::string OutputPath(const std::string& folder, std::int64_t run);
 
 // Between the two stands a line that says how many bytes were left out. Everything up to both lengths
 // together is in the file as soon as it is added, so that others can follow it.
