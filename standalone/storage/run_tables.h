@@ -52,6 +52,7 @@ class RunTables final {
   void Put(std::int64_t task, const LedgerRow& row);
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task);
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record);
+  [[nodiscard]] std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter);
   void Forget(std::int64_t task, const std::string& record);
   void ClearLedger(std::int64_t task, bool only_failed);
   // Whether ClearLedger would change nothing.

@@ -51,6 +51,7 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::vector<RunRecord> LatestOfEach() override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
+  [[nodiscard]] std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
   bool Decide(std::int64_t task, const std::string& record, bool done) override;
