@@ -13,7 +13,7 @@ plovix_room(standalone/widgets LINKS surfaces/qt standalone/objects)
 plovix_room(standalone/editors LINKS standalone/widgets standalone/query)
 plovix_room(standalone/query_builder LINKS standalone/widgets standalone/data)
 plovix_room(standalone/running LINKS standalone/widgets standalone/runs standalone/runner)
-plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/storage standalone/script standalone/exchange)
+plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/running standalone/storage standalone/script standalone/exchange)
 target_compile_definitions(plovix_standalone_app PRIVATE PLOVIX_VERSION="${PROJECT_VERSION}")
 
 add_executable(plovix standalone/app/main.cpp)
