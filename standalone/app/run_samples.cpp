@@ -28,7 +28,7 @@ class RunSamples {
     for (const char* name : {"Month-end reports", "Nightly clean-up"}) {
       TaskRecord task;
       task.name = name;
-      names_.push_back(name);
+      names_.emplace_back(name);
       tasks_.Save(task, {});
     }
     AddOver();

@@ -84,23 +84,7 @@ PoliciesDialog::PoliciesDialog(RunParts parts, std::int64_t task, QWidget* paren
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   Rows()->addWidget(NewNote("policies.note"));
   Rows()->addLayout(form);
-  missed_ = AddChoice(
-      *form, "policies.missed", {"policies.missed.once", "policies.missed.none", "policies.missed.all"},
-      {"policies.missed.onceNote", "policies.missed.noneNote", "policies.missed.allNote"}, missed_count_);
-  overlap_ = AddChoice(*form, "policies.overlap", {"policies.overlap.skip", "policies.overlap.queue"},
-                       {"policies.overlap.skipNote", "policies.overlap.queueNote"});
-  AddRetries(*form);
-  interrupted_ =
-      AddChoice(*form, "policies.interrupted", {"policies.interrupted.repeat", "policies.interrupted.leave"},
-                {"policies.interrupted.repeatNote", "policies.interrupted.leaveNote"});
-  short_month_ =
-      AddChoice(*form, "policies.shortMonth", {"policies.shortMonth.last", "policies.shortMonth.skip"},
-                {"policies.shortMonth.lastNote", "policies.shortMonth.skipNote"});
-  limit_ = AddChoice(
-      *form, "policies.limit",
-      {"policies.limit.none", "policies.limit.seconds", "policies.limit.minutes", "policies.limit.hours"},
-      {"policies.limit.noneNote", "policies.limit.note", "policies.limit.note", "policies.limit.note"},
-      limit_number_);
+  AddChoices(*form);
   AddZone(*form);
   Rows()->addStretch();
   problem_ = NewProblemLabel();
@@ -110,6 +94,26 @@ PoliciesDialog::PoliciesDialog(RunParts parts, std::int64_t task, QWidget* paren
   if (!parts_.may(task_, TaskRight::kEdit)) MakeReadOnly();
   missed_.box->setFocus();
   ResizeToText(*this, font(), kPoliciesWide, kPoliciesHigh);
+}
+
+void PoliciesDialog::AddChoices(QFormLayout& form) {
+  missed_ = AddChoice(
+      form, "policies.missed", {"policies.missed.once", "policies.missed.none", "policies.missed.all"},
+      {"policies.missed.onceNote", "policies.missed.noneNote", "policies.missed.allNote"}, missed_count_);
+  overlap_ = AddChoice(form, "policies.overlap", {"policies.overlap.skip", "policies.overlap.queue"},
+                       {"policies.overlap.skipNote", "policies.overlap.queueNote"});
+  AddRetries(form);
+  interrupted_ =
+      AddChoice(form, "policies.interrupted", {"policies.interrupted.repeat", "policies.interrupted.leave"},
+                {"policies.interrupted.repeatNote", "policies.interrupted.leaveNote"});
+  short_month_ =
+      AddChoice(form, "policies.shortMonth", {"policies.shortMonth.last", "policies.shortMonth.skip"},
+                {"policies.shortMonth.lastNote", "policies.shortMonth.skipNote"});
+  limit_ = AddChoice(
+      form, "policies.limit",
+      {"policies.limit.none", "policies.limit.seconds", "policies.limit.minutes", "policies.limit.hours"},
+      {"policies.limit.noneNote", "policies.limit.note", "policies.limit.note", "policies.limit.note"},
+      limit_number_);
 }
 
 QSpinBox* PoliciesDialog::NewNumber(const char* name, int least, int most) {

@@ -27,14 +27,15 @@ class PoliciesDialog final : public EditorDialog {
 
  private:
   struct Choice {
-    QComboBox* box;
-    QLabel* note;
+    QComboBox* box = nullptr;
+    QLabel* note = nullptr;
     std::vector<const char*> notes;  // keys of host texts, by entry
   };
 
   Choice AddChoice(QFormLayout& form, const char* caption, const std::vector<const char*>& entries,
                    const std::vector<const char*>& notes, QSpinBox* number = nullptr);
   QSpinBox* NewNumber(const char* name, int least, int most);
+  void AddChoices(QFormLayout& form);
   void AddRetries(QFormLayout& form);
   void AddZone(QFormLayout& form);
   void MakeReadOnly();

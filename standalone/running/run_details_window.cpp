@@ -217,7 +217,7 @@ std::string RunDetailsWindow::BeginInWords() const {
                                                                       parts_.ExactTime(run_.missed->to)})
                                   : texts.Host("details.due", {parts_.ExactTime(run_.missed->to)});
   }
-  const std::string due = run_.due ? texts.Host("details.due", {parts_.ExactTime(*run_.due)}) : "";
+  std::string due = run_.due ? texts.Host("details.due", {parts_.ExactTime(*run_.due)}) : "";
   if (!run_.started) return due;
   const std::string began = parts_.ExactTime(*run_.started);
   if (!run_.due) return texts.Host(run_.attempt > 1 ? "details.beganLast" : "details.began", {began});

@@ -56,7 +56,7 @@ class RunDetailsWindow final : public QDialog {
   RunRecord run_;
   bool is_gone_ = false;
   struct Line {
-    QLabel *caption, *value;
+    QLabel *caption = nullptr, *value = nullptr;
   };
   Line task_, state_, origin_, begin_, attempts_, duration_, records_;
   QLabel *reason_caption_ = nullptr, *wait_ = nullptr, *told_ = nullptr;

@@ -157,7 +157,7 @@ std::string RunTableModel::Text(const RunRow& row, Column column) const {
 std::string RunTableModel::DueInWords(const RunRecord& run) const {
   if (run.missed && run.missed->count > 1)
     return parts_.texts.Host("history.span", {parts_.Time(run.missed->from), parts_.Time(run.missed->to)});
-  const std::string late = LatenessInWords(run, parts_.texts);
+  std::string late = LatenessInWords(run, parts_.texts);
   if (!late.empty()) return late;
   const auto due = run.missed ? std::optional(run.missed->to) : run.due;
   if (due) return parts_.texts.Host("history.due", {parts_.Time(*due)});

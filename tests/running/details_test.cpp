@@ -181,6 +181,7 @@ TEST_F(DetailsTest, WhoMayOnlyViewPressesNothingAndRefusalsAreTold) {
 TEST_F(DetailsTest, ManyRecordsAreReadBetweenEventsAndAPlanInLines) {
   const RunRecord run = Running(1);
   std::vector<LedgerRow> rows;
+  rows.reserve(5000);
   for (int i = 0; i < 5000; ++i) rows.push_back(Row("i:" + std::to_string(i), LedgerState::kDone, run.id));
   rows.back().state = LedgerState::kFailed;
   Finish(run, kPartly, "", rows);
