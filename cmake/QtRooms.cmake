@@ -12,7 +12,8 @@ plovix_room(standalone/manager LINKS standalone/storage standalone/data standalo
 plovix_room(standalone/widgets LINKS surfaces/qt standalone/objects)
 plovix_room(standalone/editors LINKS standalone/widgets standalone/query)
 plovix_room(standalone/query_builder LINKS standalone/widgets standalone/data)
-plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/storage standalone/script standalone/exchange
+plovix_room(standalone/running LINKS standalone/widgets standalone/runs standalone/runner)
+plovix_room(standalone/app LINKS standalone/editors standalone/query_builder standalone/running standalone/storage standalone/script standalone/exchange
             LIBRARIES Qt6::DBus)
 qt_wrap_cpp(receivers standalone/app/desktop_notices.h TARGET plovix_standalone_app)
 target_sources(plovix_standalone_app PRIVATE ${receivers})

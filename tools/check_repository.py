@@ -134,6 +134,10 @@ def language_problems(texts):
         table = json.loads(texts[name])
         begins = "|".join({key.split(".")[0] for key in table["host"]})
         used = set(re.findall(rf'"((?:{begins})\.(?!h")[a-z][A-Za-z.]*)"', standalone))
+        # A text that ends with a point is the beginning of keys that are put together.
+        for beginning in [text for text in used if text.endswith(".")]:
+            if keys := {key for key in table["host"] if key.startswith(beginning)}:
+                used = used - {beginning} | keys
         yield from (f"{name}: {key} is missing, or nothing uses it" for key in sorted(used ^ set(table["host"])))
         missing = {first or second for first, second in numbers} - set(table["pages"])
         yield from (f"{name}: the text {number} is missing" for number in sorted(missing))

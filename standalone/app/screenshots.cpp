@@ -25,6 +25,7 @@
 #include "editor_samples.h"
 #include "import_report_dialog.h"
 #include "qt_dialogs.h"
+#include "run_samples.h"
 #include "runner_bar.h"
 #include "task_list_window.h"
 #include "wizard_window.h"
@@ -33,6 +34,7 @@ namespace plovix::app {
 namespace {
 
 constexpr int kListWidth = 180;  // characters: every column, whatever the size of the screen
+constexpr int kHistoryWidth = 220;
 constexpr int kPreviewMilliseconds = 800;
 constexpr int kActionsWillBeLostText = 117;
 constexpr int kNameMissingText = 27;
@@ -208,7 +210,13 @@ class Session {
     Save(
         *MakeWarningQuestion(state_.texts, state_.title, plovix::app::DiscardQuestion(state_.texts), nullptr),
         "DiscardQuestion");
-    PictureEditors(state_.texts, [this](QWidget& editor, const std::string& name) { Save(editor, name); });
+    const auto save = [this](QWidget& window, const std::string& name) { Save(window, name); };
+    PictureEditors(state_.texts, save);
+    PictureRuns(state_.texts, [&](QWidget& window, const std::string& name) {
+      if (name == "History")
+        window.resize(window.fontMetrics().averageCharWidth() * kHistoryWidth, window.height());
+      save(window, name);
+    });
   }
 
   QDir folder_;

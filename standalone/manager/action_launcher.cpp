@@ -62,7 +62,7 @@ void ActionLauncher::BeginProgram(const ActionOrder& order) {
   runner::ProgramRequest request =
       runner::RequestFor(order.action, order.values, settings_.secrets, environment_);
   request.run = order.run;
-  request.output_path = settings_.output_folder + "/" + runner::OutputName(order.run);
+  request.output_path = runner::OutputPath(settings_.output_folder, order.run);
   request.lock_path = settings_.lock_path;
   request.lock_offset = ByteOfRun(order.run);
   {

@@ -70,15 +70,15 @@ void CheckPlace(const std::string& file) {
   CheckOwned(real.parent_path());
 }
 
-std::string OutputFolder(const std::string& database) {
+std::string MakeOutputFolder(const std::string& database) {
   std::error_code error;
-  const fs::path folder = fs::weakly_canonical(database, error).string() + "-logs";
+  const fs::path folder = runner::OutputFolder(database);
   fs::create_directories(folder, error);
   fs::permissions(folder, fs::perms::owner_all, error);
   if (error)
     RefuseStart(folder.string() + ": the folder for what programs write cannot be made: " + error.message());
   CheckOwned(folder);
-  return folder;
+  return folder.string();
 }
 
 Secrets SecretsFor(const ManagerOptions& options) {
@@ -97,7 +97,7 @@ class Program {
         users_(database),
         lock_(runs_, KindOf(options)),
         data_guard_(runs_, data, options.accept_data),
-        output_folder_(OutputFolder(database)),
+        output_folder_(MakeOutputFolder(database)),
         zone_(runs_.ScheduleZone()),
         records_(data),
         secrets_(SecretsFor(options)),

@@ -1,5 +1,5 @@
-// The file that keeps what a program writes: its beginning and its end, whatever the length. Used by the
-// holder.
+// The file that keeps what a program writes: its beginning and its end, whatever the length, and where it is
+// found. Written by the holder, read by the windows.
 #pragma once
 
 #include <cstdint>

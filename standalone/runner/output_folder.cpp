@@ -46,8 +46,13 @@ std::vector<Output> OutputsIn(const std::string& folder) {
 
 }  // namespace
 
-std::string OutputName(std::int64_t run) {
-  return std::string(kPrefix) + std::to_string(run) + std::string(kEnding);
+std::string OutputFolder(const std::string& task_file) {
+  std::error_code error;
+  return fs::weakly_canonical(task_file, error).string() + "-logs";
+}
+
+std::string OutputPath(const std::string& folder, std::int64_t run) {
+  return folder + "/" + std::string(kPrefix) + std::to_string(run) + std::string(kEnding);
 }
 
 void TrimOutputs(const std::string& folder, std::int64_t most, const std::set<std::int64_t>& running) {

@@ -1,4 +1,4 @@
-// The folder with what programs wrote. Used by managers.
+// The folder with what programs wrote. Used by managers, and by windows that show it.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,10 @@
 
 namespace plovix::runner {
 
-// The name of a run's file in the folder.
-[[nodiscard]] std::string OutputName(std::int64_t run);
+// The folder of the files of all runs, beside the task file; it need not exist.
+[[nodiscard]] std::string OutputFolder(const std::string& task_file);
+// The file of a run in that folder: what the program that it ran last has written.
+[[nodiscard]] std::string OutputPath(const std::string& folder, std::int64_t run);
 
 // All files of runs together, in bytes; the oldest go first.
 inline constexpr std::int64_t kMostOutput = std::int64_t{1} << 30;

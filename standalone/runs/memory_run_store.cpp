@@ -296,6 +296,15 @@ std::optional<LedgerRow> MemoryRunStore::LedgerOf(std::int64_t task, const std::
   return found == rows.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::vector<LedgerRow> MemoryRunStore::LedgerOfRun(const LedgerFilter& filter) {
+  std::vector<LedgerRow> found;
+  const auto& rows = ledger_[filter.task];
+  for (auto row = rows.upper_bound(filter.after); row != rows.end() && found.size() < filter.most; ++row)
+    if (row->second.run == filter.run && (!filter.undecided || IsUndecided(row->second)))
+      found.push_back(row->second);
+  return found;
+}
+
 bool MemoryRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
   if (!IsOwner(run.id, run.epoch)) return false;
   Put(run.task, rows);

@@ -84,6 +84,14 @@ struct RunFilter {
   std::size_t most = 200;
 };
 
+// Which records of a run are looked for.
+struct LedgerFilter {
+  std::int64_t task = 0, run = 0;
+  std::string after;       // a record's key: only later ones, to read on
+  bool undecided = false;  // only those that failed or are in doubt
+  std::size_t most = 1000;
+};
+
 class RunStore {
  public:
   virtual ~RunStore() = default;
@@ -149,6 +157,8 @@ class RunStore {
   // In the order of the keys.
   [[nodiscard]] virtual std::vector<LedgerRow> Ledger(std::int64_t task) = 0;
   [[nodiscard]] virtual std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) = 0;
+  // A part of the rows that the run took last, in the order of the keys.
+  [[nodiscard]] virtual std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter) = 0;
   // Writes rows for a run that has still this epoch; else false, and nothing is changed.
   virtual bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) = 0;
   // Forgets all records of the task, or those that failed, and turns off the task's flag that asked for it.

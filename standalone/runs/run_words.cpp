@@ -14,6 +14,12 @@ constexpr std::array kUnits{
     TimeUnit{std::chrono::days{1}, "time.days"}, TimeUnit{std::chrono::hours{1}, "time.hours"},
     TimeUnit{std::chrono::minutes{1}, "time.minutes"}, TimeUnit{std::chrono::seconds{1}, "time.seconds"}};
 
+// Less late than this is on time: an instant is a whole second, and a program takes a moment to begin.
+constexpr std::chrono::seconds kOnTime{5};
+
+constexpr std::array kRecordStates{"run.record.begun", "run.record.done", "run.record.failed",
+                                   "run.record.inDoubt"};
+
 // The largest `most` units from the first that is not nothing on, without those that are nothing.
 std::string InUnits(std::chrono::seconds time, std::size_t most, const TextTable& texts) {
   std::string words;
@@ -51,6 +57,32 @@ std::string ReasonInWords(const RunRecord& run, const TextTable& texts) {
 
 std::string ReasonInWords(const Pause& pause, const TextTable& texts) {
   return pause.person.empty() && pause.reason == "restored" ? texts.Host("pause.restored") : pause.reason;
+}
+
+std::string LatenessInWords(const RunRecord& run, const TextTable& texts) {
+  if (!run.due || !run.started || run.attempt != 1) return {};
+  const std::chrono::seconds late = *run.started - *run.due;
+  return late < kOnTime ? texts.Host("run.onTime") : texts.Host("run.late", {DurationInWords(late, texts)});
+}
+
+std::string CountsInWords(const RecordCounts& records, const TextTable& texts) {
+  if (records.found == 0) return {};
+  const auto number = [](std::int64_t count) { return std::to_string(count); };
+  if (records.failed == 0 && records.skipped == 0)
+    return texts.Host("run.allDone", {number(records.done), number(records.found)});
+  return texts.Host("run.counts", {number(records.found), number(records.done), number(records.failed),
+                                   number(records.skipped)});
+}
+
+std::string RecordInWords(const std::string& key, const TextTable& texts) {
+  constexpr std::size_t kType = 2;  // "i:"
+  const bool typed = key.size() >= kType && key[1] == ':';
+  const std::string text = typed ? key.substr(kType) : key;
+  return text.empty() ? texts.Host("run.record.empty") : text;
+}
+
+std::string StateInWords(LedgerState state, const TextTable& texts) {
+  return texts.Host(kRecordStates.at(IndexOf(state)));
 }
 
 std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts) {

@@ -18,6 +18,15 @@ namespace plovix {
 [[nodiscard]] std::string ReasonInWords(const RunRecord& run, const TextTable& texts);
 // Why it is paused: the manager's own reason as a sentence, a person's as it is.
 [[nodiscard]] std::string ReasonInWords(const Pause& pause, const TextTable& texts);
+// How long after its due instant the first attempt began: "on time", "2 min late". Empty for what was not
+// due, has not begun, or was begun again.
+[[nodiscard]] std::string LatenessInWords(const RunRecord& run, const TextTable& texts);
+// "3 of 3 done", "6 found: 3 done, 1 failed, 2 skipped"; empty where no record was found.
+[[nodiscard]] std::string CountsInWords(const RecordCounts& records, const TextTable& texts);
+// The key of a record as a person knows it, without its type.
+[[nodiscard]] std::string RecordInWords(const std::string& key, const TextTable& texts);
+// What became of a record: "Done", "In doubt".
+[[nodiscard]] std::string StateInWords(LedgerState state, const TextTable& texts);
 // Of the latest attempt, of one under way until `now`; empty before the first.
 [[nodiscard]] std::string DurationInWords(const RunRecord& run, Instant now, const TextTable& texts);
 // Rounded down to at most two units: "45 s", "3 min 20 s", "2 h 5 min", "3 d 4 h". From 0.

@@ -25,6 +25,14 @@ constexpr std::string_view kTrim =
 // What ClearLedger deletes of the task ?1; ?2: only what failed.
 constexpr std::string_view kCleared = "FROM VeloLedger WHERE TaskId = ?1 AND (?2 = 0 OR State = 'failed')";
 
+// "AND State IN (...)", so that runs in other states are passed over without being read.
+std::string InOneOf(const std::vector<RunState>& states) {
+  std::string names;
+  for (const RunState state : states)
+    names += (names.empty() ? "'" : ", '") + std::string(kRunStateNames.at(IndexOf(state))) + "'";
+  return names.empty() ? "" : "AND State IN (" + names + ") ";
+}
+
 }  // namespace
 
 Statement RunTables::SelectRuns(std::string_view rest) const {
@@ -140,16 +148,12 @@ std::vector<RunRecord> RunTables::Runs(Statement& statement) const {
 
 // Rows that do not pass are read over; an index for each filter would cost more at every end of a run.
 std::vector<RunRecord> RunTables::Recent(const RunFilter& filter) {
-  Statement recent = SelectRuns(filter.task ? "WHERE TaskId = ?2 AND Id < ?1 ORDER BY Id DESC"
-                                            : "WHERE Id < ?1 ORDER BY Id DESC");
+  Statement recent = SelectRuns((filter.task ? "WHERE TaskId = ?2 AND Id < ?1 " : "WHERE Id < ?1 ") +
+                                InOneOf(filter.states) + "ORDER BY Id DESC LIMIT ?3");
+  recent.BindInteger(2, static_cast<std::int64_t>(filter.most));
   recent.BindInteger(0, filter.before.value_or(std::numeric_limits<std::int64_t>::max()));
   if (filter.task) recent.BindInteger(1, *filter.task);
-  std::vector<RunRecord> runs;
-  while (runs.size() < filter.most && recent.Step()) {
-    RunRecord run = RunIn(recent);
-    if (Passes(run, filter)) runs.push_back(std::move(run));
-  }
-  return runs;
+  return Runs(recent);
 }
 
 // Looks each task's newest run up, whatever the number of older ones.
@@ -256,6 +260,17 @@ void RunTables::LeaveInDoubt(const RunRecord& run) {
   leave_in_doubt_.BindInteger(1, run.task);
   leave_in_doubt_.BindInteger(2, run.id);
   leave_in_doubt_.Run();
+}
+
+std::vector<LedgerRow> RunTables::LedgerOfRun(const LedgerFilter& filter) {
+  Statement of_run = SelectLedger(
+      "AND Record > ?2 AND RunId = ?3 AND (?4 = 0 OR State IN ('failed', 'in-doubt')) ORDER BY Record LIMIT ?5");
+  of_run.BindInteger(0, filter.task);
+  of_run.BindText(1, filter.after);
+  of_run.BindInteger(2, filter.run);
+  of_run.BindInteger(3, filter.undecided ? 1 : 0);
+  of_run.BindInteger(4, static_cast<std::int64_t>(filter.most));
+  return ReadLedger(of_run);
 }
 
 void RunTables::Forget(std::int64_t task, const std::string& record) {

@@ -65,6 +65,7 @@ class RunTables final {
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record);
   // What the run has begun and not ended.
   void LeaveInDoubt(const RunRecord& run);
+  [[nodiscard]] std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter);
   void Forget(std::int64_t task, const std::string& record);
   void ClearLedger(std::int64_t task, bool only_failed);
   // Whether ClearLedger would change nothing.

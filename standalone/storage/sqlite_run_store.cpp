@@ -300,6 +300,10 @@ std::optional<LedgerRow> SqliteRunStore::LedgerOf(std::int64_t task, const std::
   return tables_->LedgerOf(task, record);
 }
 
+std::vector<LedgerRow> SqliteRunStore::LedgerOfRun(const LedgerFilter& filter) {
+  return tables_->LedgerOfRun(filter);
+}
+
 bool SqliteRunStore::Write(const RunRecord& run, const std::vector<LedgerRow>& rows) {
   const auto body = [&] {
     if (!IsOwner(run.id, run.epoch)) return false;

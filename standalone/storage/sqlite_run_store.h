@@ -55,6 +55,7 @@ class SqliteRunStore final : public RunStore {
   bool Trim(std::int64_t most, std::int64_t batch) override;
   [[nodiscard]] std::vector<LedgerRow> Ledger(std::int64_t task) override;
   [[nodiscard]] std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override;
+  [[nodiscard]] std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter) override;
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override;
   bool ClearLedger(const RunRecord& run, bool only_failed) override;
   bool Decide(std::int64_t task, const std::string& record, bool done, const Doer& by) override;

@@ -2,6 +2,7 @@
 // what the program's description says wherever they are pressed.
 #include <plovix/standalone/app/editor_samples.h>
 #include <plovix/standalone/app/import_report_dialog.h>
+#include <plovix/standalone/app/run_samples.h>
 #include <plovix/standalone/editors/action_dialog.h>
 #include <plovix/standalone/editors/action_list_widget.h>
 #include <plovix/standalone/editors/permission_dialog.h>
@@ -71,6 +72,7 @@ class WindowsTest : public ProgramTest {
       window.Wizard().Cancel();
     }
     PictureEditors(state_.texts, look);
+    PictureRuns(state_.texts, look);
   }
 };
 

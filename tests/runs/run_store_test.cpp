@@ -214,6 +214,22 @@ TEST_P(RunStores, ObeyTheNewestOwnerAlone) {
   EXPECT_EQ(runs->LedgerOf(task, "i:3"), kNothing);
 }
 
+TEST_P(RunStores, ReadThePartOfALedgerThatIsARuns) {
+  const std::int64_t task = NewTask();
+  const RunRecord run = Begin(task);
+  const LedgerRow failed = Row("i:2", LedgerState::kFailed), doubt = Row("t:a", LedgerState::kInDoubt);
+  LedgerRow other = Row("i:4");
+  other.run = run.id + 1;
+  EXPECT_TRUE(runs->Write(run, {doubt, other, failed, Row("i:1"), Row("i:3")}));
+  const auto read = [&](const char* after, bool undecided) {
+    return runs->LedgerOfRun({task, run.id, after, undecided, 2});
+  };
+  EXPECT_THAT(read("", false), ElementsAre(Row("i:1"), failed));
+  EXPECT_THAT(read("i:2", false), ElementsAre(Row("i:3"), doubt));
+  EXPECT_THAT(read("", true), ElementsAre(failed, doubt));
+  EXPECT_THAT(read("t:a", true), IsEmpty());
+}
+
 TEST_P(RunStores, CancelWhatWaitsAndMarkWhatRuns) {
   const std::int64_t task = NewTask(), running = Begin(task).id;
   const std::int64_t waiting = runs->Request(Of(task, kManual, 1)).id;

@@ -77,6 +77,9 @@ class FaultyStore final : public RunStore {
   std::optional<LedgerRow> LedgerOf(std::int64_t task, const std::string& record) override {
     return store_.LedgerOf(task, record);
   }
+  std::vector<LedgerRow> LedgerOfRun(const LedgerFilter& filter) override {
+    return store_.LedgerOfRun(filter);
+  }
   bool Write(const RunRecord& run, const std::vector<LedgerRow>& rows) override {
     return Change([&] { return store_.Write(run, rows); });
   }
