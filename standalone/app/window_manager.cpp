@@ -8,7 +8,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr std::chrono::milliseconds kGlanceAtManagers{500};
+constexpr std::chrono::milliseconds kGlanceAtManagers{250};
 constexpr std::chrono::milliseconds kPauseBeforeRestart{2000};
 constexpr int kPipePatience = 1000;  // milliseconds, for a few bytes into an empty pipe
 constexpr const char* kSpeaker = "plovix-manager: ";
