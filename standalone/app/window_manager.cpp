@@ -94,7 +94,8 @@ WhoRuns WindowManager::Judge(const std::vector<ManagerRecord>& managers) {
   if (own != nullptr) number_ = own->number;
   if (own != nullptr && other != nullptr && StepsBackFor(*own, *other)) {
     Leave(true);
-    wanted_ = settings_.starts = true;  // again, once that one is gone
+    wanted_ = true;  // again, once that one is gone
+    started_.invalidate();
     own = nullptr;
   }
   if (own != nullptr) return {WhoRuns::Who::kThisWindow, {}, {}};
