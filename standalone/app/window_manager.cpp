@@ -8,7 +8,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr std::chrono::milliseconds kGlanceAtManagers{500};
+constexpr std::chrono::milliseconds kGlanceAtManagers{250};
 constexpr std::chrono::milliseconds kPauseBeforeRestart{2000};
 constexpr int kPipePatience = 1000;  // milliseconds, for a few bytes into an empty pipe
 constexpr const char* kSpeaker = "plovix-manager: ";
@@ -94,7 +94,8 @@ WhoRuns WindowManager::Judge(const std::vector<ManagerRecord>& managers) {
   if (own != nullptr) number_ = own->number;
   if (own != nullptr && other != nullptr && StepsBackFor(*own, *other)) {
     Leave(true);
-    wanted_ = settings_.starts = true;  // again, once that one is gone
+    wanted_ = true;  // again, once that one is gone
+    started_.invalidate();
     own = nullptr;
   }
   if (own != nullptr) return {WhoRuns::Who::kThisWindow, {}, {}};

@@ -94,8 +94,10 @@ TEST_F(RunnerTest, AsksBeforeTheWindowClosesWhileRunsAreUnderWay) {
     new QVBoxLayout(&window);
     window.layout()->addWidget(new RunnerBar(state_.texts, Settings()));
     window.show();
-    ASSERT_TRUE(Becomes(RunState::kRunning));
     ASSERT_TRUE(QTest::qWaitFor([&] { return Told(window).starts_with("This window runs"); }, 10'000));
+    const std::int64_t manager = LivingManagers(runs_).at(0).number;
+    const auto is_its_own = [&] { return runs_.History({}).back().manager == manager; };
+    ASSERT_TRUE(QTest::qWaitFor(is_its_own, 10'000) && Becomes(RunState::kRunning));
     const Answers answers(
         {Reads("runs are under way: 1", each.key, each.closes ? Qt::AltModifier : Qt::NoModifier)});
     EXPECT_EQ(window.close(), each.closes);
