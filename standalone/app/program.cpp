@@ -142,6 +142,7 @@ int RunScriptFile(const ProgramOptions& options) {
     script.storage = file_storage.get();
     file_runs = std::make_unique<SqliteRunStore>(*options.database);
     script.runs = file_runs.get();
+    script.zone = file_runs->ScheduleZone();
     file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // the next command may be long in coming
     if (options.user) file_tables = std::make_unique<SqliteUsersAndTags>(*options.database);
     if (file_tables) script.tables = file_tables.get();

@@ -84,7 +84,8 @@ AppParts ProgramHost::Parts() {
           .data = data_,
           .runs = *runs_,
           .control = *control_,
-          .zone = *zone_};
+          .zone = *zone_,
+          .data_file = data_file_};
 }
 
 void ProgramHost::OpenData(const std::string& path, bool make_sample) {
@@ -101,6 +102,7 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
   state_.data = std::make_shared<StandInDataSource>(
       data_, StandInDataSource::Tell{tell("data.unreadable"), tell("data.missing")});
   dialogs_.Use(*tables_, path);
+  data_file_ = path;
 }
 
 }  // namespace plovix::app

@@ -103,8 +103,7 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
   const TextTable& texts = parts_.state.texts;
   if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
   const Outlook outlook =
-      OutlookOf(task, *recurrence, parts_.zone,
-                InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone), kRuns);
+      OutlookOf(task, *recurrence, parts_.runs.ShortMonthOf(task.id), parts_.zone, parts_.control.Now(), kRuns);
   const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
   QString html;
   if (words.warning) html += Paragraph(ToQt(*words.warning), QStringLiteral("font-weight:bold"));

@@ -31,6 +31,8 @@ class MemoryRunStore final : public RunStore {
   bool Finish(const RunEnd& end) override;
   [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  // Differs each time: everybody who writes shares this object, and asks when there is something to ask.
+  [[nodiscard]] std::int64_t ChangeCount() override { return ++asked_; }
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
@@ -59,6 +61,7 @@ class MemoryRunStore final : public RunStore {
   std::set<std::pair<std::int64_t, Instant>> occurrences_;
   std::map<std::int64_t, std::map<std::string, LedgerRow>> ledger_;
   std::optional<Pause> all_paused_;
+  std::int64_t asked_ = 0;
 };
 
 }  // namespace plovix

@@ -72,6 +72,10 @@ class RunStore {
   // gone.
   [[nodiscard]] virtual std::vector<TaskState> States() = 0;
   [[nodiscard]] virtual std::optional<TaskState> State(std::int64_t task) = 0;
+  // What the task's short months mean; the default for a task that does not exist.
+  [[nodiscard]] ShortMonth ShortMonthOf(std::int64_t task) {
+    return State(task).value_or(TaskState()).policies.short_month;
+  }
   // Tasks whose stored version is not the one that their cursor was derived from.
   [[nodiscard]] virtual std::vector<std::int64_t> Unplanned() = 0;
   // Tasks whose cursor is at `now` or before.
@@ -102,6 +106,10 @@ class RunStore {
   [[nodiscard]] virtual std::vector<RunRecord> Orphans(
       const std::function<bool(std::int64_t manager)>& alive) = 0;
   [[nodiscard]] virtual std::vector<RunRecord> MarkedForCancel(std::int64_t manager) = 0;
+
+  // The same number as before means that nobody has written in between. Costs microseconds, so that windows
+  // can ask all the time.
+  [[nodiscard]] virtual std::int64_t ChangeCount() = 0;
 
   // Oldest first.
   [[nodiscard]] virtual std::vector<RunRecord> History(std::optional<std::int64_t> task) = 0;

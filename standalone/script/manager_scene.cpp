@@ -13,8 +13,10 @@ constexpr std::string_view kPerson = "script";
 
 }  // namespace
 
-ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state)
+ManagerScene::ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state,
+                           Zone zone)
     : state_(state),
+      zone_(std::move(zone)),
       memory_(storage),
       runs_(runs != nullptr ? *runs : memory_),
       records_(*state.data),

@@ -16,7 +16,7 @@ namespace plovix::script {
 class ManagerScene {
  public:
   // All outlive the scene. `runs` and `records`: nullptr for those in memory.
-  ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state);
+  ManagerScene(TaskStorage& storage, RunStore* runs, RecordSource* records, HostState& state, Zone zone);
 
   // A manager lives from the host's now until `until`, which becomes the host's now. A LineError for the
   // past.
@@ -25,6 +25,7 @@ class ManagerScene {
   void Down(Instant until);
   [[nodiscard]] Instant InstantAt(const ClockTimeWord& word) const;
   [[nodiscard]] Instant Now() const;
+  [[nodiscard]] const Zone& SchedulesZone() const noexcept { return zone_; }
 
   // What a person asks for.
   [[nodiscard]] TaskControl Control();
@@ -44,7 +45,7 @@ class ManagerScene {
   void CheckFuture(Instant until) const;
 
   HostState& state_;
-  Zone zone_ = Zone::Local();
+  Zone zone_;
   MemoryRunStore memory_;
   RunStore& runs_;
   MemoryRecords records_;

@@ -46,6 +46,7 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
       storage_(*options.storage),
       runs_(options.runs),
       records_(options.records),
+      zone_(options.zone),
       tables_(options.tables),
       user_(options.user),
       open_rows_(options.open_rows),
@@ -73,7 +74,10 @@ std::function<bool(const TaskRecord& task)> ScriptSession::MayTreat(TaskRight ri
 }
 
 ManagerScene& ScriptSession::Automation() {
-  if (!automation_) automation_ = std::make_unique<ManagerScene>(storage_, runs_, records_, state_);
+  if (!automation_) {
+    automation_ =
+        std::make_unique<ManagerScene>(storage_, runs_, records_, state_, zone_.value_or(Zone::Local()));
+  }
   return *automation_;
 }
 

@@ -45,6 +45,7 @@ class SqliteRunStore final : public RunStore {
   bool Finish(const RunEnd& end) override;
   [[nodiscard]] std::vector<RunRecord> Orphans(const std::function<bool(std::int64_t)>& alive) override;
   [[nodiscard]] std::vector<RunRecord> MarkedForCancel(std::int64_t manager) override;
+  [[nodiscard]] std::int64_t ChangeCount() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
@@ -85,6 +86,7 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::optional<RunRecord> ToBegin(Instant until);
 
   std::unique_ptr<RunTables> tables_;
+  std::int64_t own_changes_ = 0;
 };
 
 }  // namespace plovix
