@@ -21,6 +21,7 @@
 
 #include "host_surface_texts.h"
 #include "summary_panel.h"
+#include "task_warnings.h"
 
 namespace plovix::app {
 namespace {
@@ -172,9 +173,11 @@ void WizardWindow::PageShown() {
   const TextTable& texts = parts_.state.texts;
   page_ = new qt::FormWidget(
       wizard_.Controls(), wizard_.User(),
-      [&texts](HostControl& control, QWidget* parent) {
+      [this, &texts](HostControl& control, QWidget* parent) -> QWidget* {
         auto* list = dynamic_cast<VeloActionList*>(&control);
-        return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
+        if (list == nullptr) return nullptr;
+        return new ActionListWidget(*list, texts, parent,
+                                    [this] { return FieldsFor(parts_, wizard_.Task().Record()); });
       },
       this, SurfaceTextsOf(texts), SurfaceOptionsOf(parts_.state));
   page_place_->insertWidget(0, page_, 1);

@@ -1,5 +1,6 @@
 // What the list of tasks says of runs, and what a person asks of them there.
 #include <plovix/host/auto_task.h>
+#include <plovix/standalone/editors/action_dialog.h>
 #include <plovix/standalone/query_builder/record_chooser_dialog.h>
 
 #include "tests/app/program_support.h"
@@ -367,6 +368,42 @@ TEST_F(RunsTest, ADryRunShowsWhatWouldBeExecutedAndIsCancelledWithItsWindow) {
   }
   EXPECT_EQ(runs_.History(task.id).back().state, RunState::kCancelled);
   EXPECT_EQ(Says("task", TaskTableModel::kLast), "Not run yet") << "a dry run is none";
+}
+
+TEST_F(RunsTest, WhatCannotWorkWithTheDataObjectIsSaidInThePanelAndTheEditor) {
+  data_->entries = {{{"orders", "Orders", "id"}, {{"id", FieldType::kInteger}, {"R&D", FieldType::kText}}}};
+  TaskRecord task;
+  task.name = "task";
+  task.record_mode = record_mode::kQueryResults;
+  task.data_object_name = "orders";
+  task.data_object_caption = "Orders";
+  task.base_date = state_.Now();
+  task.actions = {{"write-log", "", 0, 0, {{"text", "{id} {town}"}, {"file", "/x"}}}};
+  const auto panel = [&] {
+    WizardWindow window(Parts(), task);
+    EXPECT_TRUE(window.Start("Plovix.Details"));
+    const std::string shown = FromQt(window.findChild<QTextBrowser*>("summary")->toPlainText());
+    window.Wizard().Cancel();
+    return shown;
+  };
+  EXPECT_THAT(panel(), testing::AllOf(HasSubstr("“Orders” has no field that tells when"),
+                                      HasSubstr("names the field “town”, which “Orders” does not have")));
+  ActionDialog dialog(state_.texts, "Edit", {}, task.actions.front(), nullptr, data_->entries.front().fields);
+  dialog.show();
+  dialog.accept();
+  ASSERT_TRUE(dialog.isVisible());
+  auto* text = qobject_cast<QLineEdit*>(dialog.focusWidget());
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->selectedText(), "{town}");
+  dialog.findChild<QMenu*>()->actions().at(1)->trigger();
+  EXPECT_EQ(FromQt(text->text()), "{id} {R&D}");
+  dialog.accept();
+  EXPECT_FALSE(dialog.isVisible());
+  task.actions = {dialog.Action()};
+  data_->entries.front().fields.push_back({"changed_at", FieldType::kDateTime});
+  EXPECT_THAT(panel(), testing::Not(HasSubstr("will not work")));
+  task.record_mode = record_mode::kNoData;
+  EXPECT_THAT(panel(), HasSubstr("names the field “id”, but the task processes no records"));
 }
 
 }  // namespace
