@@ -60,6 +60,16 @@ Instant EndOf(const RunRecord& run) {
   return run.missed ? run.missed->to : run.due.value_or(run.not_before);
 }
 
+// Of the run under way; nothing if there is none.
+std::optional<Instant> BeganAt(const TaskRuns& runs) {
+  return runs.running ? runs.running->started : std::nullopt;
+}
+
+// Without a schedule, a pause of everything is nothing to it.
+bool IsPaused(const TaskRuns& runs, const std::optional<Pause>& all, std::optional<Instant> next) {
+  return runs.state.paused || (all && next);
+}
+
 // What the run waits for, as a whole sentence.
 std::string WaitInWords(const AppParts& parts, const RunRecord& run, const TaskRuns& runs) {
   if (run.cancel) return parts.Text("list.last.ending");
@@ -97,23 +107,26 @@ RunCell NextCell(const AppParts& parts, const TaskRuns& runs, const std::optiona
                  std::optional<Instant> next, Instant now) {
   RunCell cell;
   cell.order = kBottom;
-  const auto& paused = runs.state.paused ? runs.state.paused : all;
-  if (runs.running && runs.running->started) {
-    const Instant since = *runs.running->started;
-    cell.text = parts.Shown("list.next.running", {ShortTime(parts, since, now)});
-    cell.tip = ToQt(ExactTime(parts, since));
+  if (BeganAt(runs)) {
+    cell.text = parts.Shown("list.next.running", {ShortTime(parts, *BeganAt(runs), now)});
     cell.order = kTop;
-  } else if (runs.state.paused || (all && next)) {
+  } else if (IsPaused(runs, all, next)) {
     cell.text = parts.Shown("list.next.paused");
-    cell.tip = PauseInWords(parts, runs.state.paused ? "list.pausedTip" : "list.pausedAllTip", *paused);
     cell.order = kBottom - 1;
   } else if (next) {
     cell.text = ToQt(DistanceInWords(*next, now, parts.state.texts));
-    cell.tip = ToQt(ExactTime(parts, *next));
     cell.order = OrderOfTime(*next);
     cell.counts_seconds = IsNear(*next, now);
   }
   return cell;
+}
+
+QString NextTip(const AppParts& parts, const TaskRuns& runs, const std::optional<Pause>& all,
+                std::optional<Instant> next) {
+  if (BeganAt(runs)) return ToQt(ExactTime(parts, *BeganAt(runs)));
+  if (runs.state.paused) return PauseInWords(parts, "list.pausedTip", *runs.state.paused);
+  if (IsPaused(runs, all, next)) return PauseInWords(parts, "list.pausedAllTip", *all);
+  return next ? ToQt(ExactTime(parts, *next)) : QString();
 }
 
 RunCell LastCell(const AppParts& parts, const TaskRuns& runs, Instant now) {
@@ -125,31 +138,35 @@ RunCell LastCell(const AppParts& parts, const TaskRuns& runs, Instant now) {
     return cell;
   }
   const RunRecord& run = *runs.latest;
-  std::vector<std::string> parts_of_text{StateInWords(run, texts)};
-  std::string tip = parts_of_text.front();
+  std::vector<std::string> words{StateInWords(run, texts)};
   if (run.IsOver()) {
-    const Instant end = EndOf(run);
-    parts_of_text.push_back(DistanceInWords(end, now, texts));
-    tip = parts.Text("list.last.at", {tip, ExactTime(parts, end)});
-    cell.order = OrderOfTime(end);
-    cell.counts_seconds = IsNear(end, now);
+    words.push_back(DistanceInWords(EndOf(run), now, texts));
+    cell.order = OrderOfTime(EndOf(run));
+    cell.counts_seconds = IsNear(EndOf(run), now);
   } else {
     cell.order = run.state == RunState::kRunning ? kBottom : kBottom - 1;
     cell.counts_seconds = run.state == RunState::kRunning;
     if (run.IsRetrying() && run.not_before > now) {
-      parts_of_text.push_back(DistanceInWords(run.not_before, now, texts));
+      words.push_back(DistanceInWords(run.not_before, now, texts));
       cell.counts_seconds = IsNear(run.not_before, now);
     }
   }
-  if (run.started && run.state != RunState::kWaiting)
-    parts_of_text.push_back(DurationInWords(run, now, texts));
-  cell.text = Joined(parts_of_text, ToQt);
+  if (run.started && run.state != RunState::kWaiting) words.push_back(DurationInWords(run, now, texts));
+  cell.text = Joined(words, ToQt);
+  cell.is_bad = NeedsALook(run);
+  return cell;
+}
+
+QString LastTip(const AppParts& parts, const TaskRuns& runs) {
+  if (!runs.latest) return {};
+  const TextTable& texts = parts.state.texts;
+  const RunRecord& run = *runs.latest;
+  std::string tip = StateInWords(run, texts);
+  if (run.IsOver()) tip = parts.Text("list.last.at", {tip, ExactTime(parts, EndOf(run))});
   for (const std::string& line :
        {OriginInWords(run, texts), WaitInWords(parts, run, runs), ReasonInWords(run, texts)})
     if (!line.empty()) tip += "\n" + line;
-  cell.tip = ToQt(tip);
-  cell.is_bad = NeedsALook(run);
-  return cell;
+  return ToQt(tip);
 }
 
 QString PauseInWords(const AppParts& parts, std::string_view key, const Pause& pause) {

@@ -31,15 +31,22 @@ struct RunsOfTasks {
 
 // A cell of the list.
 struct RunCell {
-  QString text, tip;
+  QString text;
   std::int64_t order = 0;       // by which rows are sorted
   bool is_bad = false;          // somebody should look at it
   bool counts_seconds = false;  // it says something else a second later
+  bool operator==(const RunCell&) const = default;
 };
-// `next`: of the task's schedule.
+// @{
+// `all`: the pause of everything; `next`: the next run of the task's schedule. The tips say it exactly; they
+// take longer.
 [[nodiscard]] RunCell NextCell(const AppParts& parts, const TaskRuns& runs, const std::optional<Pause>& all,
                                std::optional<Instant> next, Instant now);
+[[nodiscard]] QString NextTip(const AppParts& parts, const TaskRuns& runs, const std::optional<Pause>& all,
+                              std::optional<Instant> next);
 [[nodiscard]] RunCell LastCell(const AppParts& parts, const TaskRuns& runs, Instant now);
+[[nodiscard]] QString LastTip(const AppParts& parts, const TaskRuns& runs);
+// @}
 
 // "Since 5 March 2026, 10:00 by admin: the disk is full"; `key`: of a host text with the parameters since,
 // person and reason; with "Why" behind it where there is a reason.

@@ -29,10 +29,6 @@ QString CellText(const std::string& text) {
   return qt::Shortened(ToQt(text).simplified(), kLongestCell);
 }
 
-bool Differs(const RunCell& one, const RunCell& other) {
-  return one.text != other.text || one.tip != other.tip || one.order != other.order;
-}
-
 // Red that can be read on the ground of a table, light or dark.
 QColor ColourOfBad() {
   constexpr int kMiddle = 128;
@@ -87,7 +83,7 @@ bool TaskTableModel::TellRuns(Row& row, Instant now) {
   }
   RunCell next = NextCell(parts_, runs, runs_.all_paused, row.next_run, now);
   RunCell last = LastCell(parts_, runs, now);
-  const bool differs = Differs(next, row.next) || Differs(last, row.last);
+  const bool differs = next != row.next || last != row.last;
   row.next = std::move(next);
   row.last = std::move(last);
   return differs;
@@ -116,8 +112,6 @@ QVariant TaskTableModel::RunData(const RunCell& cell, int role) {
   switch (role) {
     case Qt::DisplayRole:
       return cell.text;
-    case Qt::ToolTipRole:
-      return qt::ToolTip(cell.tip);
     case Qt::ForegroundRole:
       return cell.is_bad ? QVariant(ColourOfBad()) : QVariant();
     case kSortRole:
@@ -127,11 +121,19 @@ QVariant TaskTableModel::RunData(const RunCell& cell, int role) {
   }
 }
 
+QString TaskTableModel::RunTip(const Row& row, bool is_next) const {
+  const TaskRuns& runs = runs_.Of(row.task.id);
+  return is_next ? NextTip(parts_, runs, runs_.all_paused, row.next_run) : LastTip(parts_, runs);
+}
+
 QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Row& row = RowAt(index.row());
-  if (index.column() == kNext) return RunData(row.next, role);
-  if (index.column() == kLast) return RunData(row.last, role);
+  const bool is_next = index.column() == kNext;
+  if (is_next || index.column() == kLast) {
+    if (role == Qt::ToolTipRole) return qt::ToolTip(RunTip(row, is_next));
+    return RunData(is_next ? row.next : row.last, role);
+  }
   if (index.column() == kModified && role == kSortRole) return WallTime(row.task.modified);
   const QString& text = row.cells.at(static_cast<std::size_t>(index.column()));
   switch (role) {

@@ -68,6 +68,7 @@ class TaskTableModel final : public QAbstractTableModel {
   [[nodiscard]] std::string Categories(const TaskRecord& task) const;
   [[nodiscard]] std::string Records(const TaskRecord& task) const;
   [[nodiscard]] static QVariant RunData(const RunCell& cell, int role);
+  [[nodiscard]] QString RunTip(const Row& row, bool is_next) const;
 
   AppParts parts_;
   std::vector<Row> rows_;
