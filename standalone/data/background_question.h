@@ -38,7 +38,7 @@ class BackgroundQuestion final {
 
   // Abandons the former question, whose result no longer arrives. If `find` does not end, its result never
   // arrives.
-  void Ask(Find find, Failed failed, Arrived arrived) {
+  void Ask(Find find, const Failed& failed, Arrived arrived) {
     Cancel();
     latest_ = std::make_shared<Request>(Request{.arrived = std::move(arrived)});
     try {
