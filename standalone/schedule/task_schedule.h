@@ -20,8 +20,8 @@ namespace plovix {
 // What is to come for `recurrence` as the schedule of the task: the stored one or a draft of it.
 // `short_month`: of the task's stored policies. `count`: as for the other OutlookOf.
 [[nodiscard]] inline Outlook OutlookOf(const TaskRecord& task, const RecurrenceRecord& recurrence,
-                                       ShortMonth short_month, const Zone& zone,
-                                       std::chrono::sys_seconds now, std::size_t count = 1) {
+                                       ShortMonth short_month, const Zone& zone, std::chrono::sys_seconds now,
+                                       std::size_t count = 1) {
   const std::chrono::local_days start = ScheduleStart(task, zone.WallAt(now));
   return OutlookOf(recurrence, start, short_month, zone, now, count);
 }
