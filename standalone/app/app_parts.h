@@ -26,8 +26,12 @@ struct AppParts {
   UserRecord& user;                  // who works with the program
   std::shared_ptr<DataSource> data;  // without stand-ins; never null
   RunStore& runs;
-  TaskControl& control;  // on the user's behalf
-  Zone zone;             // in which tasks run
+  TaskControl& control;        // on the user's behalf
+  Zone zone;                   // in which tasks run
+  std::string data_file = {};  // of `data`; empty: they are in memory
+  std::string task_file = {};  // of the tasks; likewise
+  // Stores another zone of the schedules, by its name; empty: they have to keep theirs.
+  std::function<void(const std::string& zone)> set_zone = {};
 
   [[nodiscard]] std::string Text(std::string_view key,
                                  const std::vector<std::string>& parameters = {}) const {

@@ -32,6 +32,7 @@
 #include "program_host.h"
 #include "program_options.h"
 #include "run_notices.h"
+#include "run_windows.h"
 #include "runner_bar.h"
 #include "screenshots.h"
 #include "task_list_window.h"
@@ -146,6 +147,7 @@ int RunScriptFile(const ProgramOptions& options) {
     script.storage = file_storage.get();
     file_runs = std::make_unique<SqliteRunStore>(*options.database);
     script.runs = file_runs.get();
+    script.zone = file_runs->ScheduleZone();
     file_storage->OnWritten([&] { file_storage->EmptyLog(); });  // the next command may be long in coming
     if (options.user) file_tables = std::make_unique<SqliteUsersAndTags>(*options.database);
     if (file_tables) script.tables = file_tables.get();
@@ -206,9 +208,10 @@ int RunWindows(Application& application, const ProgramOptions& options) {
   TaskListWindow window(host->Parts());
   window.layout()->addWidget(new RunnerBar(texts, RunnerSettings(options)));
   DesktopNotices notices;
-  notices.OnClick([&window](qint64) {
+  notices.OnClick([&](qint64 task) {
     window.raise();
     window.activateWindow();
+    ShowHistory(host->Parts(), task, window);
   });
   const RunNotices run_notices(host->Parts(),
                                [&notices](std::int64_t task, const auto& title, const auto& text) {

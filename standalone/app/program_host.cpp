@@ -85,7 +85,10 @@ AppParts ProgramHost::Parts() {
           .data = data_,
           .runs = *runs_,
           .control = *control_,
-          .zone = *zone_};
+          .zone = *zone_,
+          .data_file = data_file_,
+          .task_file = runs_->Path(),
+          .set_zone = [this](const std::string& zone) { runs_->SetZone(zone); }};
 }
 
 void ProgramHost::OpenData(const std::string& path, bool make_sample) {
@@ -102,6 +105,7 @@ void ProgramHost::OpenData(const std::string& path, bool make_sample) {
   state_.data = std::make_shared<StandInDataSource>(
       data_, StandInDataSource::Tell{tell("data.unreadable"), tell("data.missing")});
   dialogs_.Use(*tables_, path);
+  data_file_ = path;
 }
 
 }  // namespace plovix::app

@@ -46,6 +46,7 @@ class ProgramHost final {
   std::optional<Zone> zone_;  // of the schedules
   std::unique_ptr<TaskControl> control_;
   std::shared_ptr<DataSource> data_;
+  std::string data_file_;
   PageRegistry registry_;
 };
 

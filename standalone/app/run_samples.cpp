@@ -138,7 +138,7 @@ class RunSamples {
       if (running == 0) running = id;
     }
     (void)runs_.Claim(kSampleNow - minutes{1} - seconds{35}, 1);
-    runs_.Cancel(running, kSampleNow, "cancelled");
+    runs_.Cancel(running, "cancelled", {"admin", kSampleNow});
   }
 
   const TextTable& texts_;

@@ -24,6 +24,7 @@
 
 #include "editor_samples.h"
 #include "import_report_dialog.h"
+#include "list_samples.h"
 #include "qt_dialogs.h"
 #include "run_samples.h"
 #include "runner_bar.h"
@@ -148,6 +149,7 @@ class Session {
                   {}});
     list.layout()->addWidget(runner);
     Save(list, "TaskList");
+    PictureList(parts_, [this](QWidget& window, const std::string& name) { Save(window, name); });
   }
 
   void SavePages() {
@@ -191,8 +193,8 @@ class Session {
     for (const ActionKind& kind : ActionKinds()) {
       std::vector<const ActionKind*> kinds;
       for (const ActionKind& offered : ActionKinds()) kinds.push_back(&offered);
-      ActionDialog dialog(state_.texts, state_.texts.Host("action.edit.add"), kinds, NewAction(kind),
-                          nullptr);
+      ActionDialog dialog(state_.texts, state_.texts.Host("action.edit.add"), kinds, NewAction(kind), nullptr,
+                          data_->entries.front().fields);
       dialog.accept();  // shows what is missing
       Save(dialog, "Action-" + std::string(kind.id));
     }

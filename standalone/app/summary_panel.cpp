@@ -1,5 +1,7 @@
 #include "summary_panel.h"
 
+#include <plovix/host/auto_task.h>
+#include <plovix/standalone/data/sqlite_data_source.h>
 #include <plovix/standalone/objects/recurrence_object.h>
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
@@ -15,6 +17,7 @@
 #include <utility>
 
 #include "date_text.h"
+#include "task_warnings.h"
 
 namespace plovix::app {
 namespace {
@@ -67,7 +70,10 @@ QString DateText(DateTime time) {
 
 }  // namespace
 
-SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent) : QTextBrowser(parent), parts_(std::move(parts)) {
+SummaryPanel::SummaryPanel(AppParts parts, QWidget* parent)
+    : QTextBrowser(parent), parts_(std::move(parts)), question_([this](std::function<void()> arrived) {
+        QMetaObject::invokeMethod(this, std::move(arrived), Qt::QueuedConnection);
+      }) {
   setObjectName("summary");
   setAccessibleName(parts_.Shown("summary.title"));
   setFont(qt::PageFont());
@@ -94,7 +100,43 @@ void SummaryPanel::Show(const TaskRecord& task, const std::map<std::string, Valu
                             : sentence("summary.dataObject", {InSentence(caption)});
   }
   html += Heading(parts_.Shown("summary.schedule")) + ScheduleText(Draft(task, store), task);
-  setHtml(html);
+  html_ = html;
+  task_ = task;
+  setHtml(html_);
+  verticalScrollBar()->setValue(0);
+  AskForFields();
+}
+
+// Data that are at hand are asked at once; a file may keep whoever reads it waiting.
+void SummaryPanel::AskForFields() {
+  if (task_.record_mode == record_mode::kNoData) return Warn({});
+  if (parts_.data_file.empty()) return Warn(parts_.data->Fields(task_.data_object_name));
+  if (fields_of_ != task_.data_object_name) {
+    fields_of_ = task_.data_object_name;
+    fields_.reset();
+    question_.Ask(
+        [path = parts_.data_file, name = fields_of_](const std::stop_token& unwanted) {
+          SqliteDataSource source(path);
+          source.StopWhen(unwanted);
+          return source.Fields(name);
+        },
+        [](const Failure&) { return Fields(); },
+        [this](const Fields& fields) {
+          fields_ = fields;
+          Warn(fields);
+        });
+  } else if (fields_) {
+    Warn(*fields_);
+  }
+}
+
+void SummaryPanel::Warn(const Fields& fields) {
+  if (fields.empty() && task_.record_mode != record_mode::kNoData) return;
+  QString warnings;
+  for (const QString& warning : WarningsOf(parts_, task_, fields))
+    warnings += Paragraph(warning, QStringLiteral("font-weight:bold"));
+  if (warnings.isEmpty()) return;
+  setHtml(Heading(parts_.Shown("summary.warnings")) + warnings + html_);
   verticalScrollBar()->setValue(0);
 }
 
@@ -102,9 +144,8 @@ QString SummaryPanel::ScheduleText(const std::optional<RecurrenceRecord>& recurr
                                    const TaskRecord& task) const {
   const TextTable& texts = parts_.state.texts;
   if (!recurrence) return Paragraph(ToQt(InWords(recurrence, {}, texts).sentence));
-  const Outlook outlook =
-      OutlookOf(task, *recurrence, parts_.zone,
-                InstantOf(parts_.state.clock, parts_.state.clock_offset, parts_.zone), kRuns);
+  const Outlook outlook = OutlookOf(task, *recurrence, parts_.runs.ShortMonthOf(task.id), parts_.zone,
+                                    parts_.control.Now(), kRuns);
   const ScheduleWords words = InWords(recurrence, outlook, texts, LocaleTime);
   QString html;
   if (words.warning) html += Paragraph(ToQt(*words.warning), QStringLiteral("font-weight:bold"));

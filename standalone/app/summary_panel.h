@@ -2,6 +2,7 @@
 // the host; pages know nothing about it.
 #pragma once
 
+#include <plovix/standalone/data/background_question.h>
 #include <plovix/standalone/schedule/runs.h>
 
 #include <QTextBrowser>
@@ -18,7 +19,8 @@ class SummaryPanel final : public QTextBrowser {
   SummaryPanel(AppParts parts, QWidget* parent);
 
   // Shows the current state of the task, with its working patterns in the wizard's store; the runs are those
-  // after the host's current time.
+  // after the host's current time. What cannot work with the task's data object is added once its fields have
+  // been read in the background.
   void Show(const TaskRecord& task, const std::map<std::string, Value>& store);
 
  protected:
@@ -29,7 +31,17 @@ class SummaryPanel final : public QTextBrowser {
                                      const TaskRecord& task) const;
   [[nodiscard]] QString RunText(const Run& run) const;
 
+  using Fields = std::vector<FieldRecord>;
+  // `fields`: of the task's data object; empty: unknown.
+  void Warn(const Fields& fields);
+  void AskForFields();
+
   AppParts parts_;
+  TaskRecord task_;
+  QString html_;                  // without warnings
+  std::string fields_of_;         // the data object that was asked about last
+  std::optional<Fields> fields_;  // of it, once they are known
+  BackgroundQuestion<Fields> question_;
 };
 
 }  // namespace plovix::app

@@ -18,7 +18,7 @@
 namespace plovix::app {
 namespace {
 
-constexpr int kLongestName = 60;  // UTF-16 units: with the ending, less than the 255 bytes of a file name
+constexpr int kLongestFileName = 60;  // UTF-16 units: with the ending, less than the 255 bytes of a file name
 constexpr const char* kEnding = "task.json";
 
 // Names that some systems reserve for devices, whatever their ending.
@@ -42,7 +42,7 @@ QString SuggestedFileName(const AppParts& parts, const TaskRecord& task) {
     const bool printable = character.isPrint() || character.isSurrogate();
     if (!printable || QString("<>:\"/\\|?*").contains(character)) character = '_';
   }
-  name.truncate(kLongestName);
+  name.truncate(kLongestFileName);
   if (!name.isEmpty() && name.back().isHighSurrogate()) name.chop(1);
   static const QRegularExpression edges("^[. ]+|[. ]+$");
   name.remove(edges);

@@ -12,6 +12,7 @@
 #include <plovix/surfaces/qt/plain_text.h>
 #include <plovix/surfaces/qt/theme.h>
 
+#include <QAction>
 #include <QBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -22,7 +23,9 @@
 #include <QSortFilterProxyModel>
 #include <QStackedLayout>
 #include <QTableView>
+#include <utility>
 
+#include "pause_banner.h"
 #include "task_exchange.h"
 #include "wizard_window.h"
 
@@ -33,21 +36,37 @@ constexpr int kListWide = 180;
 constexpr int kWidestColumn = 40;  // characters
 constexpr int kListHigh = 30;
 constexpr int kRowsMeasured = 100;  // for the width of a column
+// How often it looks whether somebody has written; asking costs microseconds.
+constexpr std::chrono::seconds kGlance{1};
+constexpr std::chrono::minutes kTimesTold{1};
 
 }  // namespace
 
 TaskListWindow::TaskListWindow(const AppParts& parts)
-    : parts_(parts), model_(new TaskTableModel(parts, this)), rows_(*model_, TaskTableModel::kSearchRole) {
+    : parts_(parts),
+      model_(new TaskTableModel(parts, this)),
+      rows_(*model_, TaskTableModel::kSearchRole),
+      commands_(parts,
+                {.widget = *this,
+                 .selected_for = [this](TaskRight right,
+                                        std::string_view refusal) { return SelectedFor(right, refusal); },
+                 .held =
+                     [this] {
+                       const int row = rows_.SelectedRow();
+                       return row >= 0 && model_->Runs(row).state.held;
+                     },
+                 .changing = [this](const std::function<void()>& work) { ChangeRuns(work); }}),
+      banner_(new PauseBanner(parts, [this] { commands_.ResumeAll(); })) {
   qt::AnnounceAs(*this, QAccessible::Window);
   qt::SetTitle(*this, parts_.Shown("list.title"));
-  new QVBoxLayout(this);
+  (new QVBoxLayout(this))->addWidget(banner_);
   BuildTable();
   BuildButtons();
+  BuildRunButtons();
   ResizeToText(*this, qt::PageFont(), kListWide, kListHigh);
   const auto shortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
-  shortcut(QKeySequence::New, &TaskListWindow::New);
   shortcut(QKeySequence::Find, [this] {
     rows_.Field().setFocus();
     rows_.Field().selectAll();
@@ -55,6 +74,8 @@ TaskListWindow::TaskListWindow(const AppParts& parts)
   shortcut(QKeySequence::Refresh, [this] { Reload(); });
   Reload();
   FocusList();
+  glance_.callOnTimeout(this, [this] { Glance(); });
+  glance_.start(kGlance);
 }
 
 void TaskListWindow::BuildTable() {
@@ -71,6 +92,7 @@ void TaskListWindow::BuildTable() {
   table.sortByColumn(TaskTableModel::kName, Qt::AscendingOrder);
   table.horizontalHeader()->setResizeContentsPrecision(kRowsMeasured);
   table.installEventFilter(this);
+  table.setContextMenuPolicy(Qt::ActionsContextMenu);
   connect(table.horizontalHeader(), &QHeaderView::sectionResized, this, [this](int resized) {
     if (!fitting_) set_by_hand_.insert(resized);
   });
@@ -78,30 +100,12 @@ void TaskListWindow::BuildTable() {
   rows_.OnChanged([this] { UpdateState(); });
   hint_ = qt::NewWrappedLabel();
   hint_->setAlignment(Qt::AlignCenter);
-  auto* stack = new QStackedLayout;
-  stack->addWidget(&table);
-  stack->addWidget(hint_);
-  column->addLayout(stack, 1);
+  table_or_hint_ = new QStackedLayout;
+  table_or_hint_->addWidget(&table);
+  table_or_hint_->addWidget(hint_);
+  column->addLayout(table_or_hint_, 1);
   unreadable_ = NewProblemLabel();
   column->addWidget(unreadable_);
-}
-
-void TaskListWindow::BuildButtons() {
-  const auto make = [this](const char* name, const char* caption, void (TaskListWindow::*action)()) {
-    QPushButton* button = NewButton(parts_.Shown(caption), [this, action] { (this->*action)(); });
-    button->setObjectName(name);
-    return button;
-  };
-  new_ = make("new", "list.new", &TaskListWindow::New);
-  edit_ = make("edit", "list.edit", &TaskListWindow::Edit);
-  duplicate_ = make("duplicate", "list.duplicate", &TaskListWindow::Duplicate);
-  delete_ = make("delete", "list.delete", &TaskListWindow::Delete);
-  import_ = make("import", "list.import", &TaskListWindow::Import);
-  export_ = make("export", "list.export", &TaskListWindow::Export);
-  users_ = make("users", "list.users", &TaskListWindow::EditUsers);
-  count_ = qt::NewLabel();
-  static_cast<QVBoxLayout*>(layout())->addLayout(
-      NewRow({new_, edit_, duplicate_, delete_, import_, export_, users_, nullptr, count_}));
 }
 
 // The keys of the filter and of the list.
@@ -129,11 +133,45 @@ void TaskListWindow::Reload(std::optional<std::int64_t> select) {
     TellUnreadable(unreadable);
     std::erase_if(
         tasks, [&](const auto& task) { return !known_user_ || !May(parts_.user, task, TaskRight::kView); });
-    model_->SetTasks(std::move(tasks));
+    change_count_ = parts_.runs.ChangeCount();
+    model_->SetTasks(std::move(tasks), ReadRuns(parts_.runs));
+    told_ = parts_.control.Now();
   });
   if (select) rows_.Select(model_->RowOf(*select));
   rows_.SelectAnyRow();
   FitColumns();
+  UpdateState();
+}
+
+void TaskListWindow::ChangeRuns(const std::function<void()>& work) {
+  Guarded(work);
+  Glance();
+}
+
+// A file that cannot be read now is told of when somebody wants something of it.
+void TaskListWindow::Glance() {
+  (void)FailureOf([this] {
+    const std::int64_t count = parts_.runs.ChangeCount();
+    const Instant now = parts_.control.Now();
+    const bool written = count != std::exchange(change_count_, count);
+    if (!written && now - told_ < kTimesTold && !model_->CountsSeconds()) return;
+    told_ = now;
+    if (!written) return model_->TellTime();
+    model_->SetRuns(ReadRuns(parts_.runs));
+    ShowRuns();
+  });
+}
+
+// Columns grow with their contents but do not shrink, so that they stand still.
+void TaskListWindow::ShowRuns() {
+  fitting_ = true;
+  for (const int column : {TaskTableModel::kNext, TaskTableModel::kLast}) {
+    const int width = rows_.Table().columnWidth(column);
+    if (set_by_hand_.contains(column)) continue;
+    FitColumn(rows_.Table(), column, kWidestColumn);
+    if (rows_.Table().columnWidth(column) < width) rows_.Table().setColumnWidth(column, width);
+  }
+  fitting_ = false;
   UpdateState();
 }
 
@@ -169,7 +207,7 @@ void TaskListWindow::FocusList() {
   if (rows_.Shown().rowCount() > 0) {
     rows_.Table().setFocus();
   } else if (rows_.Field().text().isEmpty() && new_->isEnabled()) {
-    new_->setFocus();
+    findChild<QPushButton*>("new")->setFocus();
   } else {
     rows_.Field().setFocus();
   }
@@ -178,32 +216,6 @@ void TaskListWindow::FocusList() {
 // Makes Enter press the focused button, as in a dialog.
 void TaskListWindow::keyPressEvent(QKeyEvent* event) {
   if (!PressesButton(*this, *event)) QWidget::keyPressEvent(event);
-}
-
-void TaskListWindow::UpdateState() {
-  const bool selected = rows_.SelectedRow() >= 0;
-  const auto may = [&](TaskRight right) {
-    return selected && May(parts_.user, model_->Task(rows_.SelectedRow()), right);
-  };
-  edit_->setEnabled(may(TaskRight::kEdit));
-  delete_->setEnabled(may(TaskRight::kDelete));
-  const auto may_copy = [this] {
-    const TaskRecord copy = CopyOf(model_->Task(rows_.SelectedRow()));
-    return !RefusalOf(parts_.user, nullptr, &copy);
-  };
-  duplicate_->setEnabled(selected && may_copy());
-  export_->setEnabled(selected);
-  for (QPushButton* button : {new_, import_}) button->setEnabled(MayCreate());
-  users_->setEnabled(parts_.user.administrator);
-  const int all = model_->rowCount();
-  const int visible = rows_.Shown().rowCount();
-  const auto* hint = !known_user_ ? "rights.noUser" : all == 0 ? "list.empty" : "list.noMatch";
-  hint_->setText(parts_.Shown(hint));
-  static_cast<QStackedLayout*>(layout()->itemAt(1)->layout())
-      ->setCurrentWidget(visible == 0 ? static_cast<QWidget*>(hint_) : &rows_.Table());
-  count_->setText(ToQt(
-      visible == all ? parts_.Text("list.count", {std::to_string(all)})
-                     : parts_.Text("list.countFiltered", {std::to_string(visible), std::to_string(all)})));
 }
 
 bool TaskListWindow::Guarded(const std::function<void()>& work) {
@@ -326,15 +338,19 @@ void TaskListWindow::EditUsers() {
 
 void TaskListWindow::Open(const TaskRecord& task, const std::string& page,
                           std::map<std::string, Value> entries) {
+  const bool imported = entries.contains(store_key::kImporting);
   entries.merge(StartEditing(parts_.state, parts_.user, task));
   auto* window = new WizardWindow(parts_, task, entries, this);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  connect(window, &QDialog::finished, this, [this, window](int result) {
+  connect(window, &QDialog::finished, this, [this, window, imported](int result) {
     StopEditing(parts_.state, parts_.user);
-    if (result == QDialog::Accepted) Reload(window->Wizard().Saved().id);
+    const TaskRecord saved = window->Wizard().Saved();
+    if (result == QDialog::Accepted) Reload(saved.id);
     wizard_ = nullptr;
     activateWindow();  // even if a question was closed together with the wizard
     FocusList();
+    // What was imported just now is shown in full at once; it can wait, and then stays paused.
+    if (result == QDialog::Accepted && imported && saved.held) commands_.Release();
   });
   if (!window->Start(page)) {
     delete window;

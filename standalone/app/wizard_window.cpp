@@ -20,7 +20,9 @@
 #include <QPushButton>
 
 #include "host_surface_texts.h"
+#include "run_windows.h"
 #include "summary_panel.h"
+#include "task_warnings.h"
 
 namespace plovix::app {
 namespace {
@@ -81,7 +83,16 @@ void WizardWindow::BuildSummary() {
   summary_ = new SummaryPanel(parts_, this);
   summary_->setFixedWidth(QFontMetrics(qt::PageFont()).averageCharWidth() * kSummaryWide);
   page_place_->addWidget(NewRule(this, QFrame::VLine));
-  page_place_->addWidget(summary_);
+  QVBoxLayout* column = NewColumn({summary_});
+  page_place_->addLayout(column);
+  const std::int64_t id = wizard_.Task().Record().id;
+  if (id == 0) return;  // how a task runs is stored beside it, once it is stored
+  QPushButton* policies = NewButton(parts_.Shown("wizard.policies"), [this, id] {
+    (void)DoOrTell(parts_.state, "list.failed", [&] { EditPolicies(parts_, id, *this); });
+    summary_->Show(wizard_.Task().Record(), wizard_.Store().values);
+  });
+  policies->setObjectName("policies");
+  column->addWidget(policies);
 }
 
 void WizardWindow::BuildButtons() {
@@ -172,9 +183,11 @@ void WizardWindow::PageShown() {
   const TextTable& texts = parts_.state.texts;
   page_ = new qt::FormWidget(
       wizard_.Controls(), wizard_.User(),
-      [&texts](HostControl& control, QWidget* parent) {
+      [this, &texts](HostControl& control, QWidget* parent) -> QWidget* {
         auto* list = dynamic_cast<VeloActionList*>(&control);
-        return list != nullptr ? static_cast<QWidget*>(new ActionListWidget(*list, texts, parent)) : nullptr;
+        if (list == nullptr) return nullptr;
+        return new ActionListWidget(*list, texts, parent,
+                                    [this] { return FieldsFor(parts_, wizard_.Task().Record()); });
       },
       this, SurfaceTextsOf(texts), SurfaceOptionsOf(parts_.state));
   page_place_->insertWidget(0, page_, 1);

@@ -23,4 +23,20 @@ void BindField(Statement& statement, int parameter, const FieldValue& value) {
   std::visit(FieldBinder(statement, parameter), value);
 }
 
+FieldValue FieldIn(const Statement& row, int column) {
+  switch (row.Type(column)) {
+    case ColumnType::kInteger:
+      return row.Integer(column);
+    case ColumnType::kReal:
+      return row.Real(column);
+    case ColumnType::kText:
+      return std::string(row.Text(column));
+    case ColumnType::kBlob:
+      return Blob{std::string(row.Text(column))};
+    case ColumnType::kNull:
+      break;
+  }
+  return {};
+}
+
 }  // namespace plovix

@@ -22,22 +22,6 @@ constexpr std::chrono::minutes kLongestQuery{10};
   throw Failure(failure_number::kInvalidCall, why);
 }
 
-FieldValue ValueIn(const Statement& row, int column) {
-  switch (row.Type(column)) {
-    case ColumnType::kInteger:
-      return row.Integer(column);
-    case ColumnType::kReal:
-      return row.Real(column);
-    case ColumnType::kText:
-      return std::string(row.Text(column));
-    case ColumnType::kBlob:
-      return Blob{std::string(row.Text(column))};
-    case ColumnType::kNull:
-      break;
-  }
-  return {};
-}
-
 // "2026-03-01 08:00:00" and "2026-03-01" are times, too.
 std::optional<DateTime> TimeIn(std::string text) {
   constexpr std::size_t kDayLength = 10, kTimeLength = 19;
@@ -62,7 +46,7 @@ class FilePass final : public RecordPass {
     Statement statement = guard_.Prepare(sql, time_);
     std::string former;
     statement.ForEachRow([&](const Statement& row) {
-      const FieldValue key = ValueIn(row, 0);
+      const FieldValue key = FieldIn(row, 0);
       const std::string text = KeyOf(key);
       if (std::holds_alternative<std::monostate>(key) || std::holds_alternative<Blob>(key) ||
           text == former) {
@@ -83,7 +67,7 @@ class FilePass final : public RecordPass {
       SourceRecord record;
       record.key = KeyOf(key);
       for (int column = 0; column < statement.Columns(); ++column)
-        record.values.push_back({std::string(statement.Name(column)), ValueIn(statement, column)});
+        record.values.push_back({std::string(statement.Name(column)), FieldIn(statement, column)});
       NoteChange(record);
       return record;
     }

@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 
+#include "field_binding.h"
 #include "text_guard.h"
 #include "time_limit.h"
 
@@ -71,9 +72,9 @@ std::string BytesText(std::string_view bytes) {
   return text + (bytes.size() > kMost ? "…'" : "'");
 }
 
-std::vector<std::optional<std::string>> RowOf(const Statement& statement) {
+std::vector<std::optional<std::string>> RowOf(const Statement& statement, int first) {
   std::vector<std::optional<std::string>> row;
-  for (int column = 0; column < statement.Columns(); ++column) {
+  for (int column = first; column < statement.Columns(); ++column) {
     const ColumnType type = statement.Type(column);
     if (type == ColumnType::kNull) {
       row.emplace_back();
@@ -87,11 +88,15 @@ std::vector<std::optional<std::string>> RowOf(const Statement& statement) {
 
 QueryRows ReadRows(Statement& statement, const QueryLimits& limits, const TimeLimit& time) {
   QueryRows result;
-  for (int column = 0; column < statement.Columns(); ++column)
+  const int first = limits.keys ? 1 : 0;
+  for (int column = first; column < statement.Columns(); ++column)
     result.columns.emplace_back(statement.Name(column));
   try {
     while (!time.IsOver() && statement.Step()) {
-      if (result.rows.size() < limits.rows) result.rows.push_back(RowOf(statement));
+      if (result.rows.size() < limits.rows) {
+        result.rows.push_back(RowOf(statement, first));
+        if (limits.keys) result.keys.push_back(KeyOf(FieldIn(statement, 0)));
+      }
       ++result.count;
     }
   } catch (const Failure& failure) {

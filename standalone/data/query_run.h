@@ -25,6 +25,7 @@ struct QueryRows {
   // The first records. A value is cut after kLongestValue bytes; bytes that are not text are written as
   // x'...'; NULL is nothing.
   std::vector<std::vector<std::optional<std::string>>> rows;
+  std::vector<std::string> keys;  // of each of the rows, as KeyOf; only where QueryLimits::keys asks for it
   std::int64_t count = 0;
   bool complete = true;  // false: time ran out, and there may be more
 };
@@ -39,6 +40,7 @@ struct QueryLimits {
   std::chrono::milliseconds time{2000};     // for everything; then the count so far is shown
   std::chrono::milliseconds patience{250};  // for another program that writes
   std::size_t rows = 20;
+  bool keys = false;  // the first column is the record's key, and not shown
 };
 inline constexpr std::size_t kLongestValue = 400;
 

@@ -25,15 +25,24 @@ std::string WithoutEnd(std::string query) {
   return query;
 }
 
-}  // namespace
-
 // Qualified, because the database would take a quoted name that the query lacks for a text.
-std::string KeysStatement(const DataObjectRecord& object, const std::string& query) {
+std::string SelectThose(const std::string& columns, const DataObjectRecord& object,
+                        const std::string& query) {
   const std::string key = QuotedName(object.key), text = WithoutEnd(query);
-  const std::string all = "SELECT o." + key + " FROM " + QuotedName(object.name) + " AS o";
+  const std::string all = "SELECT o." + key + columns + " FROM " + QuotedName(object.name) + " AS o";
   const std::string those =
       text.empty() ? "" : " WHERE o." + key + " IN (SELECT q." + key + " FROM (" + text + "\n) AS q)";
   return all + those + " ORDER BY 1";
+}
+
+}  // namespace
+
+std::string KeysStatement(const DataObjectRecord& object, const std::string& query) {
+  return SelectThose("", object, query);
+}
+
+std::string RecordsStatement(const DataObjectRecord& object, const std::string& query) {
+  return SelectThose(", o.*", object, query);
 }
 
 std::string RecordStatement(const DataObjectRecord& object) {

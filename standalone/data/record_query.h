@@ -12,6 +12,8 @@ namespace plovix {
 
 // The keys of the records that `query`, one SELECT, finds, ascending; of all records where it is empty.
 [[nodiscard]] std::string KeysStatement(const DataObjectRecord& object, const std::string& query);
+// The same with all fields of each record behind its key.
+[[nodiscard]] std::string RecordsStatement(const DataObjectRecord& object, const std::string& query);
 // All fields of the record with the key "?".
 [[nodiscard]] std::string RecordStatement(const DataObjectRecord& object);
 

@@ -12,6 +12,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <algorithm>
 
@@ -25,10 +26,11 @@ constexpr int kLinesOfText = 6;
 
 ActionDialog::ActionDialog(const TextTable& texts, const std::string& title,
                            const std::vector<const ActionKind*>& kinds, const ActionRecord& action,
-                           QWidget* parent)
+                           QWidget* parent, std::optional<std::vector<FieldRecord>> fields)
     : EditorDialog(texts, title, parent),
       initial_(action),
       action_(action),
+      known_fields_(std::move(fields)),
       name_(action.name, kLongestName) {
   form_ = new QFormLayout;
   form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
@@ -72,7 +74,7 @@ void ActionDialog::ChainTabStops() {
   };
   for (const Field& field : fields_) {
     chain(field.text.Editor());
-    if (field.browse != nullptr) chain(field.browse);
+    if (field.button != nullptr) chain(field.button);
   }
   chain(findChild<QDialogButtonBox*>());
 }
@@ -107,18 +109,40 @@ void ActionDialog::AddField(const ActionField& info) {
   const int lines = info.type == ActionFieldType::kMultiLine ? kLinesOfText : 0;
   const TextField text(action_.settings[std::string(info.key)], kLongestText, lines);
   QHBoxLayout* line = NewRow({text.Editor()});
-  QPushButton* browse = nullptr;
-  if (is_path) {
-    browse = app::NewButton(Text("action.edit.browse"), [this, &info, text] { Browse(info, text); });
-    browse->setAccessibleName(Text("action.edit.browseFor", {FromQt(Caption(info.caption))}));
-    line->addWidget(browse);
-  }
+  QPushButton* button = is_path ? NewBrowseButton(info, text) : NewInsertButton(info, text);
+  if (button != nullptr) line->addWidget(button, 0, Qt::AlignTop);
   auto* column = new QVBoxLayout;
   column->addLayout(line);
   column->addWidget(text.ProblemLabel());
   static_cast<QFormLayout*>(field_area_->layout())
       ->addRow(NewCaption(Text(info.caption), *text.Editor()), column);
-  fields_.push_back({&info, text, browse});
+  fields_.push_back({&info, text, button});
+}
+
+QPushButton* ActionDialog::NewBrowseButton(const ActionField& info, const TextField& text) {
+  QPushButton* button =
+      app::NewButton(Text("action.edit.browse"), [this, &info, text] { Browse(info, text); });
+  button->setAccessibleName(Text("action.edit.browseFor", {FromQt(Caption(info.caption))}));
+  return button;
+}
+
+// The menu also opens where the name is wanted, by a key.
+QPushButton* ActionDialog::NewInsertButton(const ActionField& info, const TextField& text) {
+  if (info.placeholders == Placeholders::kNone || !known_fields_ || known_fields_->empty()) return nullptr;
+  auto* button = new QPushButton(Text("action.edit.insert"));
+  button->setAutoDefault(false);
+  button->setAccessibleName(Text("action.edit.insertFor", {FromQt(Caption(info.caption))}));
+  button->setToolTip(qt::ToolTip(Text("action.edit.insertHint")));
+  auto* menu = new QMenu(button);
+  for (const FieldRecord& field : *known_fields_) {
+    if (field.name.find_first_of("{}") != std::string::npos) continue;  // nothing would find it
+    const QString name = qt::Shortened(ToQt(field.name), qt::kLongestShown);
+    menu->addAction(QString(name).replace(u'&', QStringLiteral("&&")),
+                    [text, inserted = ToQt("{" + field.name + "}")] { text.Insert(inserted); });
+  }
+  button->setMenu(menu);
+  OnKey(*text.Editor(), QKeyCombination(Qt::CTRL, Qt::Key_Space), [button] { button->showMenu(); });
+  return button;
 }
 
 // The file need not exist yet: only the path is used, nothing is opened.
@@ -142,7 +166,7 @@ void ActionDialog::accept() {
   for (const Field& field : fields_) field.text.Tell({});
   const auto is_short = [this](const TextField& text) { return text.Accepts(text.TooLong(Texts())); };
   if (!is_short(name_) || !std::ranges::all_of(fields_, is_short, &Field::text)) return;
-  const auto problem = CheckStatementToo(Action());
+  const auto problem = CheckStatementToo(Action(), known_fields_ ? &*known_fields_ : nullptr);
   if (!problem) return QDialog::accept();
   for (const Field& field : fields_) {
     if (field.info->key != problem->field) continue;

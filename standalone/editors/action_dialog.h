@@ -6,6 +6,7 @@
 #include <plovix/standalone/widgets/text_field.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,11 @@ namespace plovix::app {
 
 class ActionDialog final : public EditorDialog {
  public:
-  // Edits `action`; if there are several `kinds`, the user may change the kind. `texts` outlives it.
+  // Edits `action`; if there are several `kinds`, the user may change the kind. `fields`: to which it can
+  // refer; nothing if they are not known. `texts` outlives it.
   ActionDialog(const TextTable& texts, const std::string& title, const std::vector<const ActionKind*>& kinds,
-               const ActionRecord& action, QWidget* parent);
+               const ActionRecord& action, QWidget* parent,
+               std::optional<std::vector<FieldRecord>> fields = std::nullopt);
 
   // The edited action; valid once the dialog has been accepted.
   [[nodiscard]] ActionRecord Action() const;
@@ -30,7 +33,7 @@ class ActionDialog final : public EditorDialog {
   struct Field {
     const ActionField* info;
     TextField text;
-    QPushButton* browse;  // for paths
+    QPushButton* button;  // beside it: for a path, or for the name of a field of the record
   };
 
   void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
@@ -39,8 +42,12 @@ class ActionDialog final : public EditorDialog {
   void AddField(const ActionField& info);
   void ChainTabStops();
   void Browse(const ActionField& info, const TextField& text);
+  [[nodiscard]] QPushButton* NewBrowseButton(const ActionField& info, const TextField& text);
+  // Nothing where no name can be inserted.
+  [[nodiscard]] QPushButton* NewInsertButton(const ActionField& info, const TextField& text);
 
   ActionRecord initial_, action_;
+  std::optional<std::vector<FieldRecord>> known_fields_;
   std::map<std::string, ActionRecord> drafts_;  // the entries for each kind visited
   QFormLayout* form_ = nullptr;
   TextField name_;

@@ -12,8 +12,14 @@
 
 namespace plovix::app {
 
-ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent)
-    : QWidget(parent), list_(list), texts_(texts), rows_(new QListWidget), hint_(qt::NewWrappedLabel()) {
+ActionListWidget::ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent,
+                                   Fields fields)
+    : QWidget(parent),
+      list_(list),
+      texts_(texts),
+      fields_(std::move(fields)),
+      rows_(new QListWidget),
+      hint_(qt::NewWrappedLabel()) {
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins({});
   columns->addLayout(NewColumn({rows_, hint_}), 1);
@@ -84,7 +90,8 @@ void ActionListWidget::Add() {
     Tell(texts_, texts_.Host("action.edit.add"), texts_.Host("action.list.none"), this);
     return;
   }
-  ActionDialog dialog(texts_, texts_.Host("action.edit.add"), kinds, NewAction(*kinds.front()), this);
+  ActionDialog dialog(texts_, texts_.Host("action.edit.add"), kinds, NewAction(*kinds.front()), this,
+                      KnownFields());
   if (dialog.exec() != QDialog::Accepted) return;
   list_.Append(dialog.Action());
   SelectRow(rows_->count() - 1);
@@ -94,7 +101,8 @@ void ActionListWidget::Edit() {
   const int row = rows_->currentRow();
   if (row < 0) return;
   const auto position = static_cast<std::size_t>(row);
-  ActionDialog dialog(texts_, texts_.Host("action.edit.change"), {}, list_.Rows().at(position), this);
+  ActionDialog dialog(texts_, texts_.Host("action.edit.change"), {}, list_.Rows().at(position), this,
+                      KnownFields());
   if (dialog.exec() == QDialog::Accepted) list_.Replace(position, dialog.Action());
 }
 

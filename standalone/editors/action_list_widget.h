@@ -14,8 +14,10 @@ namespace plovix::app {
 
 class ActionListWidget final : public QWidget {
  public:
-  // Both outlive the widget.
-  ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent);
+  // The fields to which an action can refer, asked as it is edited; nothing if they are not known.
+  using Fields = std::function<std::optional<std::vector<FieldRecord>>()>;
+  // `list` and `texts` outlive the widget.
+  ActionListWidget(VeloActionList& list, const TextTable& texts, QWidget* parent, Fields fields = {});
   ~ActionListWidget() override;
 
  private:
@@ -27,10 +29,14 @@ class ActionListWidget final : public QWidget {
   void Remove();
   void Move(int by);
   void SelectRow(int row);
+  [[nodiscard]] std::optional<std::vector<FieldRecord>> KnownFields() const {
+    return fields_ ? fields_() : std::nullopt;
+  }
   [[nodiscard]] QString RowText(const ActionRecord& action) const;
 
   VeloActionList& list_;
   const TextTable& texts_;
+  Fields fields_;
   QListWidget* rows_;
   QLabel* hint_;
   RowButtons buttons_;

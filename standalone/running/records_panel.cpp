@@ -29,7 +29,7 @@ constexpr const char* kRecordHeaders[] = {"details.column.record", "details.colu
 
 }  // namespace
 
-void RecordTableModel::Take(const std::string& after, const std::vector<LedgerRow>& page, bool last) {
+void LedgerTableModel::Take(const std::string& after, const std::vector<LedgerRow>& page, bool last) {
   const auto behind = [this](const std::string& key) {
     const auto row = std::ranges::upper_bound(Rows(), key, {}, &LedgerRow::record);
     return static_cast<std::size_t>(row - Rows().begin());
@@ -37,11 +37,11 @@ void RecordTableModel::Take(const std::string& after, const std::vector<LedgerRo
   Replace(behind(after), last || page.empty() ? Rows().size() : behind(page.back().record), page);
 }
 
-int RecordTableModel::columnCount(const QModelIndex& parent) const {
+int LedgerTableModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : kColumnCount;
 }
 
-QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
+QVariant LedgerTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const auto text = [&] {
     const LedgerRow& row = At(index.row());
@@ -60,7 +60,7 @@ QVariant RecordTableModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-QVariant RecordTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+QVariant LedgerTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
   return ToQt(texts_.Host(kRecordHeaders[section]));
 }
@@ -69,7 +69,7 @@ RecordsPanel::RecordsPanel(RunParts parts, const RunRecord& run)
     : parts_(std::move(parts)),
       task_(run.task),
       run_(run.id),
-      model_(new RecordTableModel(parts_.texts, this)),
+      model_(new LedgerTableModel(parts_.texts, this)),
       table_(new QTableView),
       only_undecided_(new QCheckBox(parts_.Shown("details.onlyUndecided"))),
       done_(NewButton(parts_.Shown("details.isDone"), [this] { Decide(true); })),
@@ -125,7 +125,7 @@ void RecordsPanel::ReadPage() {
         parts_.runs.LedgerOfRun({task_, run_, after_, only_undecided_->isChecked(), kRecordPage});
     const bool last = page.size() < kRecordPage;
     model_->Take(after_, page, last);
-    if (before == 0 && model_->rowCount() > 0) FitColumn(*table_, RecordTableModel::kRecord, kWidestKey);
+    if (before == 0 && model_->rowCount() > 0) FitColumn(*table_, LedgerTableModel::kRecord, kWidestKey);
     if (last) return;
     after_ = page.back().record;
     reading_.start(0);

@@ -21,12 +21,12 @@ struct ByKey {
   [[nodiscard]] static bool Before(const LedgerRow& a, const LedgerRow& b) { return a.record < b.record; }
 };
 
-class RecordTableModel final : public RowModel<LedgerRow, ByKey> {
+class LedgerTableModel final : public RowModel<LedgerRow, ByKey> {
  public:
   enum Column { kRecord, kState, kReason, kColumnCount };
 
   // `texts` outlives it.
-  RecordTableModel(const TextTable& texts, QObject* parent) : RowModel(parent), texts_(texts) {}
+  LedgerTableModel(const TextTable& texts, QObject* parent) : RowModel(parent), texts_(texts) {}
 
   using RowModel::Clear;
   // What was read behind the key `after`, up to its last row; with `last`, up to the end.
@@ -62,7 +62,7 @@ class RecordsPanel final : public QWidget {
 
   RunParts parts_;
   std::int64_t task_, run_;
-  RecordTableModel* model_;
+  LedgerTableModel* model_;
   QTableView* table_;
   QCheckBox* only_undecided_;
   QPushButton *done_, *again_;

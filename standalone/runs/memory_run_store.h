@@ -34,6 +34,8 @@ class MemoryRunStore final : public RunStore {
                                  std::int64_t manager) override;
   void BringForward(Instant now, std::chrono::seconds most) override;
   [[nodiscard]] std::vector<RunRecord> UnderWay() override;
+  // Differs each time: everybody who writes shares this object, and asks when there is something to ask.
+  [[nodiscard]] std::int64_t ChangeCount() override { return ++asked_; }
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
@@ -70,6 +72,7 @@ class MemoryRunStore final : public RunStore {
   std::map<std::int64_t, std::map<std::string, LedgerRow>> ledger_;
   std::optional<Pause> all_paused_;
   std::deque<AuditEntry> audits_;  // oldest first
+  std::int64_t asked_ = 0;
 };
 
 }  // namespace plovix

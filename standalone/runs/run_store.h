@@ -100,6 +100,10 @@ class RunStore {
   // gone.
   [[nodiscard]] virtual std::vector<TaskState> States() = 0;
   [[nodiscard]] virtual std::optional<TaskState> State(std::int64_t task) = 0;
+  // What the task's short months mean; the default for a task that does not exist.
+  [[nodiscard]] ShortMonth ShortMonthOf(std::int64_t task) {
+    return State(task).value_or(TaskState()).policies.short_month;
+  }
   // Tasks whose stored version is not the one that their cursor was derived from.
   [[nodiscard]] virtual std::vector<std::int64_t> Unplanned() = 0;
   // Tasks whose cursor is at `now` or before, or that were planned later than `now`: the clock was set back.
@@ -140,6 +144,10 @@ class RunStore {
   virtual void BringForward(Instant now, std::chrono::seconds most) = 0;
   // The running runs, whoever has them.
   [[nodiscard]] virtual std::vector<RunRecord> UnderWay() = 0;
+
+  // The same number as before means that nobody has written in between. Costs microseconds, so that windows
+  // can ask all the time.
+  [[nodiscard]] virtual std::int64_t ChangeCount() = 0;
 
   // Oldest first.
   [[nodiscard]] virtual std::vector<RunRecord> History(std::optional<std::int64_t> task) = 0;

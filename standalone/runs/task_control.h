@@ -28,6 +28,9 @@ class TaskControl {
  public:
   explicit TaskControl(TaskControlParts parts) : parts_(std::move(parts)) {}
 
+  // The present instant of the clock.
+  [[nodiscard]] Instant Now() const { return parts_.now(); }
+
   // A run as soon as the task is free; a dry run at once. `keys`: the records to process, typed as in the
   // ledger; empty: those of the query. Right: run. Returns the run with its id.
   RunRecord Start(std::int64_t task, RunOrigin origin, std::vector<std::string> keys = {});

@@ -17,13 +17,13 @@ namespace plovix {
   return task.schedule_start.value_or(std::chrono::floor<std::chrono::days>(now));
 }
 
-// What is to come for `recurrence` as the schedule of the task: the stored one or a draft of it. `count`: as
-// for the other OutlookOf.
+// What is to come for `recurrence` as the schedule of the task: the stored one or a draft of it.
+// `short_month`: of the task's stored policies. `count`: as for the other OutlookOf.
 [[nodiscard]] inline Outlook OutlookOf(const TaskRecord& task, const RecurrenceRecord& recurrence,
-                                       const Zone& zone, std::chrono::sys_seconds now,
+                                       ShortMonth short_month, const Zone& zone, std::chrono::sys_seconds now,
                                        std::size_t count = 1) {
   const std::chrono::local_days start = ScheduleStart(task, zone.WallAt(now));
-  return OutlookOf(recurrence, start, ShortMonth::kLast, zone, now, count);
+  return OutlookOf(recurrence, start, short_month, zone, now, count);
 }
 
 // Nothing for a task without a schedule or that the automation manager may not run.

@@ -1,7 +1,6 @@
 // The looking commands, each of which prints one JSON object on one line, and the help.
 #include <plovix/standalone/schedule/sentence.h>
 #include <plovix/standalone/schedule/task_schedule.h>
-#include <plovix/standalone/schedule/zone.h>
 #include <plovix/standalone/text/iso_time.h>
 
 #include <algorithm>
@@ -59,12 +58,11 @@ void Runs(ScriptSession& session, const Words& words) {
   if (count < 1 || count > kMost) throw LineError("the number of runs is from 1 to " + std::to_string(kMost));
   const TaskRecord task = session.Task();
   const TextTable& texts = session.State().texts;
-  const Zone zone = Zone::Local();
+  ManagerScene& scene = session.Automation();
   Outlook outlook{};
   if (task.recurrence)
-    outlook = OutlookOf(task, *task.recurrence, zone,
-                        InstantOf(session.State().clock, session.State().clock_offset, zone),
-                        static_cast<std::size_t>(count));
+    outlook = OutlookOf(task, *task.recurrence, scene.Runs().ShortMonthOf(task.id), scene.SchedulesZone(),
+                        scene.Now(), static_cast<std::size_t>(count));
   Json list = Json::array();
   for (const Run& run : outlook.runs) {
     const auto note = RunNote(run, texts);

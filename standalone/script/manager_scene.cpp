@@ -13,6 +13,7 @@ ManagerScene::ManagerScene(const Parts& parts)
     : state_(parts.state),
       tables_(parts.tables),
       person_(parts.person),
+      zone_(parts.zone),
       memory_(parts.storage),
       runs_(parts.runs != nullptr ? *parts.runs : memory_),
       records_(*parts.state.data),

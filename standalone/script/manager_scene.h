@@ -23,6 +23,7 @@ class ManagerScene {
     HostState& state;
     UsersAndTags* tables;  // nullptr: nobody's rights are asked for
     std::string person;    // who asks for runs; one of `tables`, if they are given
+    Zone zone;             // of the schedules
   };
   // All outlive the scene.
   explicit ManagerScene(const Parts& parts);
@@ -34,6 +35,7 @@ class ManagerScene {
   void Down(Instant until);
   [[nodiscard]] Instant InstantAt(const ClockTimeWord& word) const;
   [[nodiscard]] Instant Now() const;
+  [[nodiscard]] const Zone& SchedulesZone() const noexcept { return zone_; }
 
   // What a person asks for.
   [[nodiscard]] TaskControl Control();
@@ -55,7 +57,7 @@ class ManagerScene {
   HostState& state_;
   UsersAndTags* tables_;
   std::string person_;
-  Zone zone_ = Zone::Local();
+  Zone zone_;
   MemoryRunStore memory_;
   RunStore& runs_;
   MemoryRecords records_;

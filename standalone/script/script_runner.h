@@ -3,6 +3,7 @@
 #pragma once
 
 #include <plovix/standalone/runs/manager_ports.h>
+#include <plovix/standalone/schedule/zone.h>
 #include <plovix/standalone/tasks/data_source.h>
 #include <plovix/standalone/tasks/row_cursor.h>
 #include <plovix/standalone/tasks/task_storage.h>
@@ -21,6 +22,7 @@ struct ScriptOptions {
   TaskStorage* storage;            // not owned, outlives the run
   TextTable texts;                 // TextTable::Ids() shows every text as its number
   RunStore* runs = nullptr;        // not owned, outlives the run: what the tasks did; nullptr: in memory
+  std::optional<Zone> zone = {};   // of the schedules; nothing: the machine's
   UsersAndTags* tables = nullptr;  // not owned, outlives the run: where `user` is looked up
   // The user who works, with the rights stored there; nothing: the script sets the user, and nothing is
   // refused.

@@ -46,6 +46,7 @@ ScriptSession::ScriptSession(std::ostream& out, std::ostream& err, const ScriptO
       storage_(*options.storage),
       runs_(options.runs),
       records_(options.records),
+      zone_(options.zone),
       tables_(options.tables),
       user_(options.user),
       open_rows_(options.open_rows),
@@ -82,7 +83,8 @@ ManagerScene& ScriptSession::Automation() {
                                                                      .records = records_,
                                                                      .state = state_,
                                                                      .tables = user_ ? tables_ : nullptr,
-                                                                     .person = user_.value_or("")});
+                                                                     .person = user_.value_or(""),
+                                                                     .zone = zone_.value_or(Zone::Local())});
   }
   return *automation_;
 }

@@ -89,6 +89,7 @@ class ScriptSession {
   TaskStorage& storage_;
   RunStore* runs_;         // nullptr: in memory
   RecordSource* records_;  // likewise
+  std::optional<Zone> zone_;
   UsersAndTags* tables_;
   const std::optional<std::string> user_;  // who works; nothing: whom the scene names
   std::optional<std::string> named_user_;

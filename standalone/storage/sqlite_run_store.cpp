@@ -17,6 +17,7 @@ SqliteRunStore::~SqliteRunStore() = default;
 bool SqliteRunStore::Change(const std::function<bool()>& body, const std::function<bool()>& arrived) {
   bool changed = false;
   tables_->File().Write([&] { changed = body(); }, [&] { return !changed || arrived(); });
+  if (changed) ++own_changes_;
   return changed;
 }
 
@@ -260,6 +261,12 @@ Turn SqliteRunStore::EndAndClaim(const std::vector<RunEnd>& ends, std::size_t mo
 
 std::vector<RunRecord> SqliteRunStore::UnderWay() {
   return tables_->Running();
+}
+
+// The database counts what others have written. Both numbers only grow, so their sum is another one whenever
+// one of them is.
+std::int64_t SqliteRunStore::ChangeCount() {
+  return own_changes_ + tables_->File().Integer("PRAGMA data_version").value_or(0);
 }
 
 std::vector<RunRecord> SqliteRunStore::History(std::optional<std::int64_t> task) {

@@ -48,6 +48,7 @@ class SqliteRunStore final : public RunStore {
                                  std::int64_t manager) override;
   void BringForward(Instant now, std::chrono::seconds most) override;
   [[nodiscard]] std::vector<RunRecord> UnderWay() override;
+  [[nodiscard]] std::int64_t ChangeCount() override;
   [[nodiscard]] std::vector<RunRecord> History(std::optional<std::int64_t> task) override;
   [[nodiscard]] std::optional<RunRecord> Run(std::int64_t run) override;
   [[nodiscard]] std::vector<RunRecord> Recent(const RunFilter& filter) override;
@@ -115,6 +116,7 @@ class SqliteRunStore final : public RunStore {
   [[nodiscard]] std::optional<RunRecord> ToBegin(Instant until);
 
   std::unique_ptr<RunTables> tables_;
+  std::int64_t own_changes_ = 0;
 };
 
 }  // namespace plovix

@@ -47,6 +47,11 @@ void TextField::SetText(const QString& text) const {
   line_ != nullptr ? line_->setText(text) : lines_->setPlainText(text);
 }
 
+void TextField::Insert(const QString& text) const {
+  line_ != nullptr ? line_->insert(text) : lines_->insertPlainText(text);
+  Editor()->setFocus();
+}
+
 void TextField::Tell(const QString& problem) const {
   TellProblem(*problem_, *Editor(), problem);
 }

@@ -30,6 +30,8 @@ class TextField final {
   [[nodiscard]] QLabel* ProblemLabel() const { return problem_; }
   [[nodiscard]] QString Text() const;
   void SetText(const QString& text) const;
+  // In place of what is selected, else at the cursor; the field has the focus then.
+  void Insert(const QString& text) const;
 
   // Says what is wrong; empty: nothing.
   void Tell(const QString& problem) const;

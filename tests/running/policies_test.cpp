@@ -28,7 +28,7 @@ TEST_F(PoliciesTest, StoresWhatWasChosenAndKeepsWhatItDoesNotShow) {
                             InterruptedPolicy::kLeave,
                             ShortMonth::kSkip,
                             seconds{std::int64_t{3600} << 32}};
-  runs.SetPolicies(1, former);
+  runs.SetPolicies(1, former, {});
   {
     PoliciesDialog dialog(Parts(), 1, nullptr);
     Show(dialog);
@@ -63,7 +63,7 @@ TEST_F(PoliciesTest, SomebodyElsesChangeInBetweenIsToldAndKept) {
   Choose(dialog, "policies.overlap", 1);
   TaskPolicies theirs;
   theirs.retries = 5;
-  runs.SetPolicies(1, theirs);
+  runs.SetPolicies(1, theirs, {});
   dialog.accept();
   EXPECT_TRUE(dialog.isVisible());
   EXPECT_THAT(Told(dialog), HasSubstr("somebody else has changed"));

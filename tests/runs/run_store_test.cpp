@@ -438,5 +438,20 @@ TEST(SqliteRunStore, KeepsTheSettingsOfItsFile) {
   EXPECT_NE(SqliteRunStore(other.path).FileId(), runs.FileId());
 }
 
+TEST(SqliteRunStore, TellsWhetherAnybodyHasWritten) {
+  const OwnTaskFile file;
+  SqliteRunStore runs(file.path), others(file.path);
+  std::int64_t before = runs.ChangeCount();
+  EXPECT_EQ(runs.ChangeCount(), before);
+  (void)runs.Claim(At(1), 1);
+  EXPECT_EQ(runs.ChangeCount(), before) << "there was nothing to claim";
+  for (SqliteRunStore* writer : {&runs, &others}) {
+    writer->SetZone(writer == &runs ? "UTC" : "Europe/Paris");
+    EXPECT_NE(runs.ChangeCount(), before);
+    before = runs.ChangeCount();
+    EXPECT_EQ(runs.ChangeCount(), before);
+  }
+}
+
 }  // namespace
 }  // namespace plovix::test

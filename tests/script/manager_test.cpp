@@ -350,5 +350,22 @@ TEST_F(ScriptManager, TakesTheRecordsThatLedgerAndModeLeave) {
         });
 }
 
+TEST_F(ScriptManager, ThePreviewFollowsTheStoredPolicyAndZone) {
+  MemoryStorage storage;
+  TaskRecord task = Daily();
+  task.recurrence->recurrence_type = 2;
+  task.recurrence->pattern = MonthlyRecord{1, {.day_of_month = 31}};
+  storage.Save(task, {});
+  std::istringstream in(
+      "host now 2026-04-02T10:00:00\ntask load 1\nruns 1\npolicy 1 short-month skip\nruns 1\n");
+  std::ostringstream out, err;
+  EXPECT_EQ(RunScript(in, out, err,
+                      {.storage = &storage, .texts = TextTable::Ids(), .zone = Zone::Named("Asia/Tokyo")}),
+            0)
+      << err.str();
+  EXPECT_NE(out.str().find("\"2026-04-30T08:00:00+09:00\""), std::string::npos) << out.str();
+  EXPECT_NE(out.str().find("\"2026-05-31T08:00:00+09:00\""), std::string::npos) << out.str();
+}
+
 }  // namespace
 }  // namespace plovix

@@ -68,6 +68,7 @@ class FaultyStore final : public RunStore {
       return turn;
     });
   }
+  std::int64_t ChangeCount() override { return store_.ChangeCount(); }
   std::vector<RunRecord> UnderWay() override { return store_.UnderWay(); }
   std::vector<RunRecord> History(std::optional<std::int64_t> task) override { return store_.History(task); }
   std::optional<RunRecord> Run(std::int64_t run) override { return store_.Run(run); }

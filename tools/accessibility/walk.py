@@ -124,11 +124,12 @@ class Walk:
                 return reached
             reached.append(stop)
 
-    # The arrow keys inside one stop: they move from option to option; some groups wrap around and some end.
+    # The arrow keys inside one stop: they move from option to option; some groups wrap around and some end. The way
+    # back shows the option where it began, if that is the first.
     def check_options(self, group):
         chosen = next((stop for stop in group if stop.states.contains(State.CHECKED)), group[0])
         self.enter(chosen)
-        reached = [stop_of(self.program.move(key), group) for key in ("Up", "Down") for _ in group]
+        reached = [stop_of(self.program.move(key), group) for key in ("Up", "Down", "Up") for _ in group]
         for stop in group:
             if stop not in reached:
                 self.wrong("is not reached by the arrow keys", stop)
@@ -208,10 +209,16 @@ class Walk:
         self.exchange()
         self.dialog("users", self.button("list.users"), self.new_user, self.discard)
         self.edit_first()
+        self.runs()
         self.program.move("Down")
         self.edit_second()
         self.new_task()
         self.dialog("delete question", self.keys("Delete"))
+
+    def runs(self):
+        self.dialog("records to choose from", self.button("list.run"))
+        self.dialog("dry run", self.button("list.dryRun"))
+        self.dialog("pause", self.button("list.pause"))
 
     def exchange(self):
         path = self.home / "task.json"
