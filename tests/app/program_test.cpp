@@ -1,6 +1,7 @@
 // The program's windows, driven by keyboard and mouse, and the program itself as a process.
 #include <plovix/standalone/app/program_options.h>
 #include <plovix/standalone/app/task_exchange.h>
+#include <plovix/standalone/editors/release_dialog.h>
 #include <plovix/standalone/widgets/message_boxes.h>
 #include <sys/stat.h>
 
@@ -184,7 +185,13 @@ TEST_F(ProgramTest, ATaskGoesIntoAFileAndComesBackThroughTheWizard) {
   ASSERT_NE(Wizard(), nullptr);
   EXPECT_THAT(tables_.Tags(), ElementsAre(TagRecord{"T", {{"en", "Text"}}}));
   EXPECT_FALSE(Wizard()->Page()->WidgetOf("chkAutoMan")->isEnabled());
-  WizardButton("finish")->click();
+  {
+    const Answers answers({[](QWidget* box) {
+      EXPECT_NE(dynamic_cast<ReleaseDialog*>(box), nullptr) << "what it does is shown at once";
+      QTest::keyClick(box, Qt::Key_Escape);
+    }});
+    WizardButton("finish")->click();
+  }
   TaskRecord imported = storage_->Load(2).value();
   imported.id = stored.id;
   imported.modified = stored.modified;
