@@ -20,7 +20,7 @@ namespace plovix::app {
 namespace {
 
 constexpr std::size_t kRecordPage = 1000;
-constexpr std::int64_t kRest = 20;  // times as long as a reading took, until the next one
+constexpr std::int64_t kRestOfRecords = 20;  // times as long as a reading took, until the next one
 constexpr std::int64_t kTurn = 20;  // milliseconds of deciding between two looks at the window's events
 constexpr int kWidestKey = 30;      // characters
 constexpr int kRecordLinesInSight = 5;
@@ -106,7 +106,7 @@ RecordsPanel::RecordsPanel(RunParts parts, const RunRecord& run)
 void RecordsPanel::Refresh(bool may_decide) {
   may_decide_ = may_decide;
   UpdateButtons();
-  const bool rests = since_read_.isValid() && since_read_.elapsed() < kRest * cost_;
+  const bool rests = since_read_.isValid() && since_read_.elapsed() < kRestOfRecords * cost_;
   if (!reading_.isActive() && !deciding_.isActive() && !rests) ReadFromBeginning();
 }
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::string_view kLockSuffix = "-lock";
 
-constexpr std::size_t kLongestText = 80;  // bytes
+constexpr std::size_t kLongestNote = 80;  // bytes
 
 // 0 if it begins with none.
 std::int64_t NumberIn(std::string_view text) {
@@ -108,7 +108,7 @@ ManagerLock::ManagerLock(SqliteRunStore& store, ManagerKind kind) : store_(store
 }
 
 std::string LockFile::Text() const {
-  std::string text(kLongestText, '\0');
+  std::string text(kLongestNote, '\0');
   const ssize_t length = pread(descriptor_, text.data(), text.size(), 0);
   text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
   return text;
