@@ -129,7 +129,9 @@ class Session {
   void SaveLists() {
     TaskListWindow empty(parts_);
     auto* nobody = new RunnerBar(state_.texts);
-    nobody->Show({WhoRuns::Who::kNobody, {}, "/home/anna/tasks: others may write it"});
+    WhoRuns who;
+    who.problem = "/home/anna/tasks: others may write it";
+    nobody->Show(who);
     empty.layout()->addWidget(nobody);
     Save(empty, "TaskListEmpty");
     TaskRecord task = SampleTask();
@@ -143,10 +145,12 @@ class Session {
     TaskListWindow list(parts_);
     list.resize(list.fontMetrics().averageCharWidth() * kListWidth, list.height());
     auto* runner = new RunnerBar(state_.texts);
-    runner->Show({WhoRuns::Who::kOther,
-                  {1, ManagerKind::kService, "office", "anna", 1,
-                   std::chrono::sys_days{std::chrono::year{2026} / 2 / 1}},
-                  {}});
+    who = {};
+    who.who = WhoRuns::Who::kOther;
+    who.other = {1,        ManagerKind::kService,
+                 "office", "anna",
+                 1,        std::chrono::sys_days{std::chrono::year{2026} / 2 / 1}};
+    runner->Show(who);
     list.layout()->addWidget(runner);
     Save(list, "TaskList");
     PictureList(parts_, [this](QWidget& window, const std::string& name) { Save(window, name); });

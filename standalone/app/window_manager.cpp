@@ -4,6 +4,7 @@
 #include <plovix/standalone/widgets/qt_text.h>
 
 #include <algorithm>
+#include <set>
 
 namespace plovix::app {
 namespace {
@@ -46,9 +47,7 @@ std::size_t WindowManager::Running() {
   if (!number_) return 0;
   std::size_t running = 0;
   (void)FailureOf([&] {
-    RunFilter under_way;
-    under_way.states = {RunState::kRunning};
-    for (const RunRecord& run : runs_.Recent(under_way)) running += run.manager == *number_ ? 1 : 0;
+    for (const RunRecord& run : runs_.UnderWay()) running += run.manager == *number_ ? 1 : 0;
   });
   return running;
 }
@@ -66,7 +65,11 @@ void WindowManager::Leave(bool drain) {
     left->waitForBytesWritten(kPipePatience);
   }
   left->closeWriteChannel();
-  if (left->state() == QProcess::NotRunning) left->deleteLater();
+  if (left->state() == QProcess::NotRunning) return left->deleteLater();
+  // Destroying it would kill it, and it may outlive this program: the set is there to the end.
+  static auto& still_there = *new std::set<QProcess*>;
+  still_there.insert(left);
+  QObject::connect(left, &QObject::destroyed, [left] { still_there.erase(left); });
 }
 
 void WindowManager::Look() {

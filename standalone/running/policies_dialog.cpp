@@ -152,13 +152,13 @@ void PoliciesDialog::AddRetries(QFormLayout& form) {
 
 // Whoever may not change it sees it.
 void PoliciesDialog::AddZone(QFormLayout& form) {
-  zone_problem_ = NewProblemLabel();
   const QString name = qt::Shortened(ToQt(parts_.zone.Name()), qt::kLongestShown);
   if (!parts_.set_zone) {
     form.addRow(qt::NewLabel(Caption("policies.zone")),
                 NewColumn({qt::NewWrappedLabel(name), NewNote("policies.zoneOfAll")}));
     return;
   }
+  zone_problem_ = NewProblemLabel();
   zone_ = new QComboBox;
   zone_->setObjectName("policies.zone");
   zone_->setEditable(true);

@@ -198,7 +198,7 @@ TEST(Simulation, KeepsEveryPromiseInMemory) {
 
 TEST(Simulation, KeepsEveryPromiseInAFile) {
   const std::uint64_t first = Setting("PLOVIX_SEED", 1),
-                      count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR) / 25;
+                      count = Setting("PLOVIX_SIMULATIONS", 100 / PLOVIX_WALK_DIVISOR) / 25 + 1;
   for (std::uint64_t seed = first; seed < first + count && !HasFailure(); ++seed) {
     const OwnTaskFile file;
     SqliteStorage tasks(file.path);

@@ -118,7 +118,7 @@ class SimulatedWorld::Place final : public Launcher {
   };
   void Try(const auto& work) {
     stepping_ = true;
-    (void)FailureOf(work);
+    (void)plovix::FailureOf(work);
     stepping_ = false;
   }
 
@@ -263,7 +263,7 @@ void SimulatedWorld::Ask() {
   const auto latest = runs_.Recent(newest);
   const std::int64_t run =
       latest.empty() ? 0 : latest[static_cast<std::size_t>(Below(static_cast<int>(latest.size())))].id;
-  (void)FailureOf([&] {
+  (void)plovix::FailureOf([&] {
     switch (Below(9)) {
       case 0:
         return (void)control_.Start(task, RunOrigin::kManual);
