@@ -30,7 +30,7 @@ PauseBanner::PauseBanner(AppParts parts, std::function<void()> resume)
 
 void PauseBanner::Show(const std::optional<Pause>& pause) {
   if (pause) {
-    const QString text = PauseInWords(parts_, "list.allPaused", *pause);
+    const QString text = PauseInWords(parts_, "list.allPaused", "list.allPausedWhy", *pause);
     text_->setText(text);
     setAccessibleName(text);
   }

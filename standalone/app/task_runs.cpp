@@ -125,8 +125,10 @@ QString NextTip(const AppParts& parts, const TaskRuns& runs, const std::optional
                 std::optional<Instant> next) {
   if (BeganAt(runs)) return ToQt(ExactTime(parts, *BeganAt(runs)));
   if (runs.state.held) return parts.Shown("list.heldTip");
-  if (runs.state.paused) return PauseInWords(parts, "list.pausedTip", *runs.state.paused);
-  if (IsPaused(runs, all, next)) return PauseInWords(parts, "list.pausedAllTip", *all);
+  if (runs.state.paused)
+    return PauseInWords(parts, "list.pausedTip", "list.pausedTipWhy", *runs.state.paused);
+  if (IsPaused(runs, all, next))
+    return PauseInWords(parts, "list.pausedAllTip", "list.pausedAllTipWhy", *all);
   return next ? ToQt(ExactTime(parts, *next)) : QString();
 }
 
@@ -170,13 +172,14 @@ QString LastTip(const AppParts& parts, const TaskRuns& runs) {
   return ToQt(tip);
 }
 
-QString PauseInWords(const AppParts& parts, std::string_view key, const Pause& pause) {
+QString PauseInWords(const AppParts& parts, std::string_view key, std::string_view with_reason,
+                     const Pause& pause) {
   std::vector<std::string> parameters{ExactTime(parts, pause.since), pause.person};
   const std::string reason = ReasonInWords(pause, parts.state.texts);
   if (pause.person.empty()) return ToQt(reason);  // the manager's own sentence
   if (reason.empty()) return parts.Shown(key, parameters);
   parameters.push_back(InSentence(reason));
-  return parts.Shown(std::string(key) + "Why", parameters);
+  return parts.Shown(with_reason, parameters);
 }
 
 }  // namespace plovix::app

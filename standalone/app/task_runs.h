@@ -48,8 +48,9 @@ struct RunCell {
 [[nodiscard]] QString LastTip(const AppParts& parts, const TaskRuns& runs);
 // @}
 
-// "Since 5 March 2026, 10:00 by admin: the disk is full"; `key`: of a host text with the parameters since,
-// person and reason; with "Why" behind it where there is a reason.
-[[nodiscard]] QString PauseInWords(const AppParts& parts, std::string_view key, const Pause& pause);
+// "Since 5 March 2026, 10:00 by admin: the disk is full". `key` and `with_reason`: of host texts with the
+// parameters since, person and, in the latter, reason.
+[[nodiscard]] QString PauseInWords(const AppParts& parts, std::string_view key, std::string_view with_reason,
+                                   const Pause& pause);
 
 }  // namespace plovix::app

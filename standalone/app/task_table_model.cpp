@@ -108,10 +108,13 @@ int TaskTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 // What runs do is not searched: a row would vanish while somebody looks at it.
-QVariant TaskTableModel::RunData(const RunCell& cell, int role) {
+QVariant TaskTableModel::RunData(const Row& row, bool is_next, int role) const {
+  const RunCell& cell = is_next ? row.next : row.last;
   switch (role) {
     case Qt::DisplayRole:
       return cell.text;
+    case Qt::ToolTipRole:
+      return qt::ToolTip(RunTip(row, is_next));
     case Qt::ForegroundRole:
       return cell.is_bad ? QVariant(ColourOfBad()) : QVariant();
     case kSortRole:
@@ -130,10 +133,7 @@ QVariant TaskTableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Row& row = RowAt(index.row());
   const bool is_next = index.column() == kNext;
-  if (is_next || index.column() == kLast) {
-    if (role == Qt::ToolTipRole) return qt::ToolTip(RunTip(row, is_next));
-    return RunData(is_next ? row.next : row.last, role);
-  }
+  if (is_next || index.column() == kLast) return RunData(row, is_next, role);
   if (index.column() == kModified && role == kSortRole) return WallTime(row.task.modified);
   const QString& text = row.cells.at(static_cast<std::size_t>(index.column()));
   switch (role) {

@@ -67,7 +67,7 @@ class TaskTableModel final : public QAbstractTableModel {
   [[nodiscard]] std::string Text(const TaskRecord& task, Column column) const;
   [[nodiscard]] std::string Categories(const TaskRecord& task) const;
   [[nodiscard]] std::string Records(const TaskRecord& task) const;
-  [[nodiscard]] static QVariant RunData(const RunCell& cell, int role);
+  [[nodiscard]] QVariant RunData(const Row& row, bool is_next, int role) const;
   [[nodiscard]] QString RunTip(const Row& row, bool is_next) const;
 
   AppParts parts_;
