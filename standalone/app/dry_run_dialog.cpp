@@ -30,7 +30,7 @@ QString WordOf(const QJsonValue& value) {
 // A command line that can be read: arguments with blanks stand in quotes.
 QString CommandLine(const QJsonArray& arguments) {
   QStringList words;
-  for (const QJsonValue& argument : arguments) {
+  for (const auto& argument : arguments) {
     const QString word = argument.toString();
     words += word.isEmpty() || word.contains(u' ') ? u'"' + word + u'"' : word;
   }

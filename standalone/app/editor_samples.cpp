@@ -28,6 +28,20 @@ void FillTables(MemoryUsersAndTags& tables) {
                  {});
 }
 
+using Save = std::function<void(QWidget& editor, const std::string& name)>;
+
+void PictureRelease(const TextTable& texts, const Save& save) {
+  TaskRecord imported;
+  imported.actions = {{"run-program",
+                       "",
+                       1,
+                       1,
+                       {{"path", "/usr/local/bin/month-end"}, {"arguments", "--mail \"{address}\""}}},
+                      {"run-sql", "", 1, 1, {{"statement", "DELETE FROM Drafts WHERE Closed = 1"}}}};
+  ReleaseDialog release(texts, imported, "Month-end reports", nullptr);
+  save(release, "Release");
+}
+
 }  // namespace
 
 void PictureEditors(const TextTable& texts,
@@ -62,15 +76,7 @@ void PictureEditors(const TextTable& texts,
   tag.accept();  // shows what is missing
   save(tag, "TagTexts");
 
-  TaskRecord imported;
-  imported.actions = {{"run-program",
-                       "",
-                       1,
-                       1,
-                       {{"path", "/usr/local/bin/month-end"}, {"arguments", "--mail \"{address}\""}}},
-                      {"run-sql", "", 1, 1, {{"statement", "DELETE FROM Drafts WHERE Closed = 1"}}}};
-  ReleaseDialog release(texts, imported, "Month-end reports", nullptr);
-  save(release, "Release");
+  PictureRelease(texts, save);
 
   UsersDialog users(texts, tables, "ben", nullptr);
   save(users, "Users");

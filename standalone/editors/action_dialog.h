@@ -31,9 +31,9 @@ class ActionDialog final : public EditorDialog {
 
  private:
   struct Field {
-    const ActionField* info;
+    const ActionField* info = nullptr;
     TextField text;
-    QPushButton* button;  // beside it: for a path, or for the name of a field of the record
+    QPushButton* button = nullptr;  // beside it: for a path, or for the name of a field of the record
   };
 
   void BuildKindChoice(const std::vector<const ActionKind*>& kinds);
