@@ -210,7 +210,7 @@ FaultyStore::Listener SimulatedWorld::Listen() {
 
 // Between what one manager has read and what it stores, another one does all of its work.
 void SimulatedWorld::LetAnotherStep() {
-  if (another_ || Below(8) != 0) return;
+  if (another_ || Below(4) != 0) return;
   another_ = true;
   const auto& place = places_[static_cast<std::size_t>(Below(kPlaces))];
   if (!place->IsStepping()) place->Step();
